@@ -1,0 +1,41 @@
+// The path family: where the program finds its per-user and shared places. Each path is computed
+// afresh at each call into a static buffer of the function; it holds at most 260 bytes and is cut
+// without notice. When the platform gives no folder the result is empty.
+#pragma once
+
+#include <string>
+
+namespace tonewright {
+
+// Folders of the platform, filled in by the shell at start and by tests with temporary folders.
+struct SpecialFolders {
+    std::string applicationData;
+    std::string documents;
+    std::string pictures;
+    std::string programs;
+};
+extern SpecialFolders PlatformFolders;
+
+extern const char PathSeparator; // '/' or '\\'
+
+// programs + "Quillbrook/"
+const char *MakerProgramFolder();
+// application data + "Quillbrook/" + name
+const char *UserFile(const char *name);
+// application data + "Quillbrook/Tonewright 17/" + name
+const char *ProductUserFile(const char *name);
+// documents + name
+const char *DocumentsFile(const char *name);
+// pictures + "Tonewright Background.bmp"
+const char *PicturesFile();
+// application data + "Quillbrook/"
+std::string MakerUserFolder();
+
+// documents + "My Tonewright 17 Documents/"
+std::string DefaultDocumentsFolder();
+
+// Makes the folders that an installer would make: "Quillbrook/" and "Quillbrook/Tonewright 17/"
+// under application data, "My Tonewright 17 Documents/" under documents. Failures are ignored.
+void MakeProgramFolders();
+
+} // namespace tonewright

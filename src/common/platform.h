@@ -1,0 +1,20 @@
+// The few things that are asked of the operating system directly. One implementation file a
+// platform: platform_posix.cpp, platform_windows.cpp.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tonewright {
+
+// Creation ("birth") time of an existing file that can be opened for writing, in 100-nanosecond
+// units since 1601 UTC. False when it cannot be opened or the file system keeps no such time.
+bool PlatformFileCreationTime(const char *path, std::uint64_t *time);
+
+// True when this version of the operating system can run the program.
+bool PlatformVersionIsSupported();
+
+// The full path of the running executable, empty when unknown.
+std::string PlatformExecutablePath();
+
+} // namespace tonewright

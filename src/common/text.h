@@ -1,0 +1,70 @@
+// Bounded text helpers. Sizes count bytes; a cut never splits a UTF-8 character of a path.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tonewright {
+
+constexpr std::size_t PathLimit = 260; // bytes of a path, without a terminator
+
+// `text` cut to at most `limit` bytes, in front of the UTF-8 character that would be split.
+std::string_view CutText(std::string_view text, std::size_t limit);
+
+// Copies at most `n` bytes of `source` and a terminator; `target` holds n + 1 bytes.
+void CopyBounded(char *target, const char *source, std::size_t n);
+// Appends as many bytes as `n` minus the present length allows, and a terminator.
+void AppendBounded(char *target, const char *source, std::size_t n);
+
+// The same on strings: the result is at most `n` bytes long.
+void CopyBounded(std::string &target, std::string_view source, std::size_t n);
+void AppendBounded(std::string &target, std::string_view source, std::size_t n);
+
+// Formatted print with the semantics of sprintf.
+std::string FormatText(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+// "1,234,567". Shared static buffer, overwritten by the next call.
+const char *FormatThousands(std::uint32_t number);
+// The text without its double-quote characters. Shared static buffer.
+const char *StripQuotes(const char *text);
+
+// Name and extension of a path. Shared static buffer.
+const char *FileNameOfPath(const char *path);
+// The extension without its dot, empty when the name has none.
+std::string ExtensionOfPath(std::string_view path);
+// Drive and folder with the trailing separator; empty for a bare name.
+std::string FolderOfPath(std::string_view path);
+// The path with everything behind the last dot of its name replaced; a dot is added when missing.
+std::string ReplaceExtension(std::string_view path, std::string_view extension);
+// The path with "Backup of " in front of its name.
+std::string BackupPathOf(std::string_view path);
+
+// Compares without regard to the case of ASCII letters.
+bool EqualNoCase(std::string_view a, std::string_view b);
+
+// The items of a text separated by `separator`; empty items are dropped, each is cut to 260 bytes.
+std::vector<std::string> SplitList(std::string_view text, char separator = ';');
+
+// Reads an integer as atoi does and keeps it modulo 2^32.
+std::uint32_t ReadInteger(std::string_view text);
+
+// Range text of a spin control, "minimum,maximum,start".
+struct SpinRange {
+    int minimum = 0, maximum = 0, start = 0;
+};
+// False when the text does not hold three numbers; `range` is then unchanged.
+bool ReadSpinRange(const char *text, SpinRange &range);
+// The number in a control's text, limited to the range (read as signed when minimum is below 0,
+// as unsigned otherwise).
+int ClampedInteger(const char *text, const SpinRange &range);
+
+// The instrument's bytes as UTF-8, taking them as Latin-1.
+std::string Latin1ToUtf8(std::string_view bytes);
+// A voice's name as part of a file name: UTF-8, with / \ : * ? " < > | and control characters
+// replaced by an underscore.
+std::string FileNameOfVoice(std::string_view latin1Name);
+
+} // namespace tonewright

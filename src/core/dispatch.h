@@ -1,0 +1,89 @@
+// Thin functions that find a driver row and call one of its operations. Where the row's operation
+// is empty, or the DriverId stands in no row, they return 0 without a message; the message, if any,
+// is the caller's. Paths are UTF-8.
+#pragma once
+
+#include "core/synth_driver.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tonewright {
+
+// The row of an id, or nullptr. Compares the whole 32-bit value, row 0 first.
+const SynthDriver *DriverOfId(DriverId id);
+// The row of CurrentDriverId, or nullptr.
+const SynthDriver *CurrentDriver();
+
+// By row index; "????" and false for an index outside the table.
+DriverId DriverIdAt(int index);
+bool DriverCanConfigure(int index);
+bool DriverCanUpload(int index);
+bool DriverCanDownload(int index);
+bool DriverCanFind(int index);
+
+// Row index, or -1. The name is compared whole and without regard to case.
+int DriverIndexOfId(DriverId id);
+int DriverIndexOfName(const char *name);
+
+// Clears the record and has the driver's row fill it.
+int SelectItemFonts(ItemFonts &fonts, DriverId id);
+
+// Paints a voice through the row of its own driverId. Returns 0 always.
+int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFonts &fonts);
+
+// The name of a voice (the instrument's bytes, shown as Latin-1) through the row of its own
+// driverId. A block that is none yields the name of the last good voice; before there was one,
+// "Unknown Voice". The text is valid until the next call.
+const char *VoiceObjectName(const VoiceObject &voice);
+
+// Opens a bank document. The driver is chosen by the path's extension, compared without case with
+// each row's bankExtension; *driver receives its id before the file is read. 0 when no row matches,
+// the list then untouched.
+int OpenDocument(QWidget *window, VoiceList &list, const char *path, DriverId *driver,
+                 std::int64_t *time);
+int SaveDocument(QWidget *window, VoiceList &list, const char *path);
+
+int DownloadCurrent(QWidget *window, VoiceList &list);
+int UploadCurrent(QWidget *window, VoiceList &list);
+int UploadOneVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, DriverId driver,
+                   int midiIn, int midiOut, int index, std::uint8_t flags);
+
+// Imports a single-voice file with the current driver. With a null path the import dialog asks for
+// it, starting in OpenExportPath, which then receives the chosen folder; cancelling is a success
+// that changes nothing. See SynthDriver::ImportVoice for `out`.
+int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path,
+                   VoiceObject *out);
+
+// Asks for a file, proposing the voice's name in OpenExportPath, and writes the item there.
+// Cancelling is a success. An existing file is first copied to "Backup of ..." if CreateBackups.
+int ExportOneVoice(QWidget *window, VoiceList &list, int index);
+
+int EditOneVoice(QWidget *window, VoiceObject &voice, int index);
+int ConfigureCurrent(QWidget *window);
+int AutoConfigureCurrent(QWidget *window);
+
+// Searches the current driver's instrument. The outs are set to "????", -1 and -1 first, so that a
+// failed search leaves CurrentDriverId at "????" when that is what the caller passes.
+int FindCurrentSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
+                     std::uint32_t *firmware, const char *inPattern, const char *outPattern);
+
+// "Yamaha reface DX version 01.23", or the bare name for version 0. Static text.
+const char *SynthTitle(DriverId id, std::uint32_t version);
+
+// The row's field, or "Twl".
+const char *BankExtension(DriverId id);
+const char *VoiceExtension(DriverId id);
+// The current row's default document name, or "Untitled.Twl".
+const char *DefaultDocumentName();
+
+// OpenPath into `folder`, at most 260 bytes. Returns 1.
+int GetOpenFolder(std::string &folder);
+// Keeps drive and folder of `path` in OpenPath, with a trailing separator unless empty. Returns 1.
+int SetOpenFolder(const char *path);
+
+// Copies an existing file to "Backup of NAME" beside it when CreateBackups is set, replacing an
+// earlier backup. When the copy fails, asks whether to go on. False: the user stops here.
+bool MakeBackupOf(QWidget *window, const char *path);
+
+} // namespace tonewright

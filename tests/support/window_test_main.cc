@@ -1,0 +1,13 @@
+// main() of the window tests: one QApplication for the process, made before the tests run.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+int main(int argc, char **argv) {
+    testing::InitGoogleTest(&argc, argv);
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}
