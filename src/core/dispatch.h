@@ -52,8 +52,7 @@ int UploadOneVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, D
 // Imports a single-voice file with the current driver. With a null path the import dialog asks for
 // it, starting in OpenExportPath, which then receives the chosen folder; cancelling is a success
 // that changes nothing. See SynthDriver::ImportVoice for `out`.
-int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path,
-                   VoiceObject *out);
+int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path, VoiceObject *out);
 
 // Asks for a file, proposing the voice's name in OpenExportPath, and writes the item there.
 // Cancelling is a success. An existing file is first copied to "Backup of ..." if CreateBackups.

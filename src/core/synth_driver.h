@@ -62,11 +62,11 @@ struct DatabaseInfoResult {
 
 struct SynthDriver {
     DriverId id;
-    const char *name;           // display name
-    const char *bankExtension;  // without the dot
+    const char *name;          // display name
+    const char *bankExtension; // without the dot
     const char *voiceExtension;
     const char *extraExtension;
-    const char *bankFilter;  // pairs "text\0*.pattern\0", closed by a further zero byte
+    const char *bankFilter; // pairs "text\0*.pattern\0", closed by a further zero byte
     const char *voiceFilter;
     const char *extraFilter;
     const char *defaultDocumentName;
@@ -95,8 +95,8 @@ struct SynthDriver {
     int (*ImportVoice)(QWidget *window, VoiceList &list, int index, const char *path,
                        VoiceObject *out);
     // Writes `voice`, or the item at `index` when it is null.
-    int (*ExportVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice,
-                       const char *path, int index, std::uint32_t firmware);
+    int (*ExportVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, const char *path,
+                       int index, std::uint32_t firmware);
     int (*EditVoice)(QWidget *window, VoiceObject &voice, int midiIn, int midiOut, int index);
     // Writes the name, in the instrument's bytes and without trailing blanks, and returns its
     // length in bytes.

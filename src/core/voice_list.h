@@ -24,7 +24,7 @@ struct VoiceList {
     int topRow = 0;
     int visibleRows = 0; // whole rows that the view shows; 0 while there is no view
     bool enabled = true;
-    bool redraw = true; // off while a bank is filled in
+    bool redraw = true;  // off while a bank is filled in
     int itemHeight = 48; // pixels
     std::function<void(VoiceListChange)> observer;
 };

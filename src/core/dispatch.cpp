@@ -1,0 +1,263 @@
+// Finds the driver row that an operation belongs to and calls it.
+#include "core/dispatch.h"
+
+#include "common/desktop.h"
+#include "common/file_bytes.h"
+#include "common/folders.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "core/current.h"
+
+#include <string>
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+constexpr const char *FallbackExtension = "Twl";
+constexpr const char *FallbackDocumentName = "Untitled.Twl";
+constexpr std::size_t TitleLimit = 260;
+
+const SynthDriver *DriverAt(int index) {
+    return index >= 0 && index < SynthDriverCount ? SynthDrivers[index] : nullptr;
+}
+
+bool HasFlag(int index, std::uint32_t flag) {
+    const SynthDriver *driver = DriverAt(index);
+    return driver && (driver->flags & flag) != 0;
+}
+
+bool IsEmpty(const char *text) {
+    return !text || !*text;
+}
+
+// Calls `operation` of a row; 0 when there is no such row or it leaves the operation empty.
+template <typename Function, typename... Arguments>
+int Call(const SynthDriver *driver, Function SynthDriver::*operation, Arguments &&...arguments) {
+    if (!driver || !(driver->*operation)) {
+        return 0;
+    }
+    return (driver->*operation)(std::forward<Arguments>(arguments)...);
+}
+
+// The folder of `path` as the settings keep it: with a trailing separator unless it is empty.
+std::string KeptFolder(std::string_view path) {
+    std::string folder = FolderOfPath(path);
+    if (!folder.empty() && folder.back() != PathSeparator) {
+        folder += PathSeparator;
+    }
+    return std::string(CutText(folder, SettingTextLimit));
+}
+
+} // namespace
+
+const SynthDriver *DriverOfId(DriverId id) {
+    return DriverAt(DriverIndexOfId(id));
+}
+
+const SynthDriver *CurrentDriver() {
+    return DriverOfId(CurrentDriverId);
+}
+
+DriverId DriverIdAt(int index) {
+    const SynthDriver *driver = DriverAt(index);
+    return driver ? driver->id : NoDriverId;
+}
+
+bool DriverCanConfigure(int index) {
+    return HasFlag(index, DriverFlagConfigure);
+}
+
+bool DriverCanUpload(int index) {
+    return HasFlag(index, DriverFlagUpload);
+}
+
+bool DriverCanDownload(int index) {
+    return HasFlag(index, DriverFlagDownload);
+}
+
+bool DriverCanFind(int index) {
+    return HasFlag(index, DriverFlagFind);
+}
+
+int DriverIndexOfId(DriverId id) {
+    for (int index = 0; index < SynthDriverCount; ++index) {
+        if (SynthDrivers[index]->id == id) {
+            return index;
+        }
+    }
+    return -1;
+}
+
+int DriverIndexOfName(const char *name) {
+    for (int index = 0; index < SynthDriverCount; ++index) {
+        if (EqualNoCase(SynthDrivers[index]->name, name)) {
+            return index;
+        }
+    }
+    return -1;
+}
+
+int SelectItemFonts(ItemFonts &fonts, DriverId id) {
+    fonts = {};
+    return Call(DriverOfId(id), &SynthDriver::MakeItemFonts, fonts);
+}
+
+int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFonts &fonts) {
+    if (PayloadOf(voice)) {
+        const int index = DriverIndexOfId(HeaderOf(voice)->driverId);
+        Call(DriverAt(index), &SynthDriver::DrawVoiceItem, item, fonts, voice, index);
+    }
+    return 0;
+}
+
+const char *VoiceObjectName(const VoiceObject &voice) {
+    static std::string cache;
+    if (PayloadOf(voice)) {
+        Call(DriverOfId(HeaderOf(voice)->driverId), &SynthDriver::VoiceName, cache, voice);
+    }
+    return cache.empty() ? "Unknown Voice" : cache.c_str();
+}
+
+int OpenDocument(QWidget *window, VoiceList &list, const char *path, DriverId *driver,
+                 std::int64_t *time) {
+    const std::string extension = ExtensionOfPath(path);
+    for (const SynthDriver *row : SynthDrivers) {
+        if (row->OpenBank && EqualNoCase(extension, row->bankExtension)) {
+            *driver = row->id;
+            return row->OpenBank(window, list, path, time);
+        }
+    }
+    return 0;
+}
+
+int SaveDocument(QWidget *window, VoiceList &list, const char *path) {
+    return Call(CurrentDriver(), &SynthDriver::SaveBank, window, list, path);
+}
+
+int DownloadCurrent(QWidget *window, VoiceList &list) {
+    return Call(CurrentDriver(), &SynthDriver::DownloadBank, window, list, MidiInPort, MidiOutPort);
+}
+
+int UploadCurrent(QWidget *window, VoiceList &list) {
+    return Call(CurrentDriver(), &SynthDriver::UploadBank, window, list, MidiInPort, MidiOutPort);
+}
+
+int UploadOneVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, DriverId driver,
+                   int midiIn, int midiOut, int index, std::uint8_t flags) {
+    return Call(DriverOfId(driver), &SynthDriver::UploadVoice, window, list, voice, midiIn, midiOut,
+                index, flags);
+}
+
+int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path,
+                   VoiceObject *out) {
+    std::string chosenPath;
+    if (!path) {
+        const auto chosen = ChooseImportFile(window, OpenExportPath, CurrentDriverId);
+        if (!chosen) {
+            return 1;
+        }
+        chosenPath = *chosen;
+        OpenExportPath = KeptFolder(chosenPath);
+        path = chosenPath.c_str();
+    }
+    return Call(CurrentDriver(), &SynthDriver::ImportVoice, window, list, index, path, out);
+}
+
+int ExportOneVoice(QWidget *window, VoiceList &list, int index) {
+    const VoiceObject *voice = ListVoice(list, index);
+    const std::string name = FileNameOfVoice(VoiceObjectName(voice ? *voice : VoiceObject{}));
+    std::string proposal;
+    AppendBounded(proposal, OpenExportPath + name + "." + VoiceExtension(CurrentDriverId),
+                  PathLimit);
+    const auto chosen = ChooseExportFile(window, proposal, CurrentDriverId);
+    if (!chosen) {
+        return 1;
+    }
+    OpenExportPath = KeptFolder(*chosen);
+    if (!MakeBackupOf(window, chosen->c_str())) {
+        return 0;
+    }
+    return Call(CurrentDriver(), &SynthDriver::ExportVoice, window, list,
+                static_cast<const VoiceObject *>(nullptr), chosen->c_str(), index, SynthFirmware);
+}
+
+int EditOneVoice(QWidget *window, VoiceObject &voice, int index) {
+    return Call(CurrentDriver(), &SynthDriver::EditVoice, window, voice, MidiInPort, MidiOutPort,
+                index);
+}
+
+int ConfigureCurrent(QWidget *window) {
+    return Call(CurrentDriver(), &SynthDriver::ConfigureSynth, window, MidiInPort, MidiOutPort);
+}
+
+int AutoConfigureCurrent(QWidget *window) {
+    return Call(CurrentDriver(), &SynthDriver::AutoConfigure, window, MidiOutPort);
+}
+
+int FindCurrentSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
+                     std::uint32_t *firmware, const char *inPattern, const char *outPattern) {
+    // The row is looked up first: the caller passes CurrentDriverId itself as `driver`.
+    const SynthDriver *row = CurrentDriver();
+    *driver = NoDriverId;
+    *midiIn = -1;
+    *midiOut = -1;
+    return Call(row, &SynthDriver::FindSynth, window, driver, midiIn, midiOut, firmware, inPattern,
+                outPattern, SelectKeyboardAutodetect != 0);
+}
+
+const char *SynthTitle(DriverId id, std::uint32_t version) {
+    static std::string title;
+    const SynthDriver *driver = DriverOfId(id);
+    if (!driver || IsEmpty(driver->name)) {
+        title = "Unknown or unrecognized synthesizer";
+    } else if (version == 0) {
+        title = driver->name;
+    } else {
+        title = FormatText("%s version %d%d.%d%d", driver->name, static_cast<int>(version >> 24),
+                           static_cast<int>(version >> 16 & 0xFF),
+                           static_cast<int>(version >> 8 & 0xFF), static_cast<int>(version & 0xFF));
+    }
+    title = CutText(title, TitleLimit);
+    return title.c_str();
+}
+
+const char *BankExtension(DriverId id) {
+    const SynthDriver *driver = DriverOfId(id);
+    return driver && !IsEmpty(driver->bankExtension) ? driver->bankExtension : FallbackExtension;
+}
+
+const char *VoiceExtension(DriverId id) {
+    const SynthDriver *driver = DriverOfId(id);
+    return driver && !IsEmpty(driver->voiceExtension) ? driver->voiceExtension : FallbackExtension;
+}
+
+const char *DefaultDocumentName() {
+    const SynthDriver *driver = CurrentDriver();
+    return driver && !IsEmpty(driver->defaultDocumentName) ? driver->defaultDocumentName
+                                                           : FallbackDocumentName;
+}
+
+int GetOpenFolder(std::string &folder) {
+    folder = CutText(OpenPath, PathLimit);
+    return 1;
+}
+
+int SetOpenFolder(const char *path) {
+    OpenPath = KeptFolder(path);
+    return 1;
+}
+
+bool MakeBackupOf(QWidget *window, const char *path) {
+    if (CreateBackups == 0 || !FileExists(path)) {
+        return true;
+    }
+    if (CopyFileTo(path, BackupPathOf(path).c_str())) {
+        return true;
+    }
+    return AskYesNo(window,
+                    "Warning: there has been an error creating a backup for your file.\r\n"
+                    "\r\nClick on Yes to proceed, or click on No to abort this save.") == ResultYes;
+}
+
+} // namespace tonewright

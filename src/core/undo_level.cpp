@@ -1,0 +1,55 @@
+// Copies a whole list into one block and back.
+#include "core/undo_level.h"
+
+#include <algorithm>
+
+namespace tonewright {
+
+std::vector<std::uint8_t> MakeUndoLevel(QWidget *, const VoiceList &list) {
+    const VoiceObject *first = ListVoice(list, 0);
+    const std::size_t itemSize = first ? RecordSizeOf(*first) : 0;
+    if (itemSize == 0) {
+        return {};
+    }
+    std::vector<std::uint8_t> level(UndoLevelHeaderSize + UndoLevelItemCount * itemSize);
+    WriteLittle32(level, 0, UndoLevelMagic);
+    WriteLittle32(level, 4, UndoLevelHeaderSize);
+    WriteLittle32(level, 8, static_cast<std::uint32_t>(itemSize));
+    WriteLittle32(level, 12, UndoLevelItemCount);
+    WriteLittle32(level, 16, HeaderOf(*first)->driverId);
+    WriteLittle32(level, 20, static_cast<std::uint32_t>(list.selection));
+    WriteLittle32(level, 24, static_cast<std::uint32_t>(list.topRow));
+    for (int row = 0; row < UndoLevelItemCount; ++row) {
+        const VoiceObject *voice = ListVoice(list, row);
+        if (!voice || voice->bytes.size() < itemSize) {
+            return {};
+        }
+        std::copy_n(voice->bytes.begin(), itemSize,
+                    level.begin() + UndoLevelHeaderSize + row * itemSize);
+    }
+    return level;
+}
+
+bool RestoreUndoLevel(VoiceList &list, std::span<const std::uint8_t> level) {
+    if (level.size() < UndoLevelHeaderSize || ReadLittle32(level, 0) != UndoLevelMagic) {
+        return false;
+    }
+    const std::uint64_t offset = ReadLittle32(level, 4);
+    const std::uint64_t itemSize = ReadLittle32(level, 8);
+    const std::uint64_t itemCount = ReadLittle32(level, 12);
+    if (itemSize == 0 || offset + itemSize * itemCount > level.size()) {
+        return false;
+    }
+    ListReset(list);
+    for (std::uint64_t item = 0; item < itemCount; ++item) {
+        const auto bytes = level.subspan(offset + item * itemSize, itemSize);
+        const int row = ListAdd(list);
+        ListSetVoice(list, row, VoiceObject{.bytes = {bytes.begin(), bytes.end()}});
+    }
+    // Selecting scrolls the row into view, so the scroll position comes last.
+    ListSelect(list, static_cast<int>(ReadLittle32(level, 20)));
+    ListSetTopRow(list, static_cast<int>(ReadLittle32(level, 24)));
+    return true;
+}
+
+} // namespace tonewright

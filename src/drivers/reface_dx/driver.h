@@ -1,0 +1,10 @@
+// The row of the reface DX.
+#pragma once
+
+#include "core/synth_driver.h"
+
+namespace tonewright {
+
+extern const SynthDriver RefaceDxDriver;
+
+} // namespace tonewright
