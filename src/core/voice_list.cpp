@@ -86,7 +86,7 @@ bool ListSetVoice(VoiceList &list, int row, VoiceObject voice) {
         return false;
     }
     list.items[row] = std::move(voice);
-    Tell(list, VoiceListChange::Items);
+    Tell(list, VoiceListChange::Voice);
     return true;
 }
 

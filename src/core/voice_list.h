@@ -10,7 +10,8 @@
 namespace tonewright {
 
 enum class VoiceListChange {
-    Items,     // rows were added, removed or replaced
+    Items,     // rows were added or removed
+    Voice,     // a row got another voice; a view repaints when it is told to, not by this
     Selection, // the selected row changed
     TopRow,    // the list was scrolled
     State,     // enabled, redraw or itemHeight changed

@@ -1,0 +1,66 @@
+// The queue behind PostCommand and its like.
+#include "shell/command_queue.h"
+
+#include "shell/commands.h"
+#include "shell/shell_window.h"
+#include "shell/start_up.h"
+
+#include <deque>
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+std::deque<std::function<void()>> Queue;
+int RunningDepth = 0;
+
+void WakeIfWaiting() {
+    if (RunningDepth == 0 && !Queue.empty() && TheShellWindow.Wake) {
+        TheShellWindow.Wake();
+    }
+}
+
+} // namespace
+
+RunningMark::RunningMark() {
+    ++RunningDepth;
+}
+
+RunningMark::~RunningMark() {
+    --RunningDepth;
+    WakeIfWaiting();
+}
+
+bool SomethingIsRunning() {
+    return RunningDepth > 0;
+}
+
+void Post(std::function<void()> work) {
+    Queue.push_back(std::move(work));
+    WakeIfWaiting();
+}
+
+void PostCommand(int id) {
+    Post([id] { RunCommand(id); });
+}
+
+void PostMainListChanged(int value) {
+    Post([value] { MainListChanged(value); });
+}
+
+void PostMainStartupDone() {
+    Post(MainStartupDone);
+}
+
+bool RunNextPosted() {
+    if (RunningDepth > 0 || Queue.empty()) {
+        return false;
+    }
+    const RunningMark running;
+    const auto work = std::move(Queue.front());
+    Queue.pop_front();
+    work();
+    return true;
+}
+
+} // namespace tonewright

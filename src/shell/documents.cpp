@@ -1,0 +1,122 @@
+// Open, Save, Save as, and the ways out.
+#include "shell/documents.h"
+
+#include "common/desktop.h"
+#include "common/settings.h"
+#include "common/strings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "shell/commands.h"
+#include "shell/shell_window.h"
+#include "shell/undo.h"
+
+#include <cstdint>
+
+namespace tonewright {
+namespace {
+
+QWidget *Window() {
+    return TheShellWindow.window;
+}
+
+// The end that Save and Save as have in common.
+int SaveToCurrentPath() {
+    if (!SaveDocument(Window(), MainList, CurrentDocumentPath.c_str())) {
+        ShowMessage(Window(), LoadProgramString(108));
+        return 0;
+    }
+    PlayEventSound(DefaultEventSound);
+    MainListState.dirty = false;
+    return 1;
+}
+
+} // namespace
+
+std::string PendingOpenPath;
+
+int RunOpen() {
+    UndoClear();
+    if (!AskToSave()) {
+        return 0;
+    }
+    std::string path;
+    if (PendingOpenPath.empty()) {
+        const auto chosen = ChooseOpenFile(Window(), OpenPath, CurrentDriverId);
+        if (!chosen) {
+            RefreshCopy();
+            return 0;
+        }
+        path = CutText(*chosen, PathLimit);
+    } else {
+        path = CutText(StripQuotes(PendingOpenPath.c_str()), PathLimit);
+    }
+    PendingOpenPath.clear();
+
+    // The name changes before the file is read, and stays when it cannot be.
+    SetOpenFolder(path.c_str());
+    RecentDocumentPath = path;
+    CurrentDocumentPath = path;
+    RefreshTitle();
+    std::int64_t time = 0;
+    if (!OpenDocument(Window(), MainList, path.c_str(), &CurrentDriverId, &time)) {
+        ShowMessage(Window(), LoadProgramString(110));
+        return 0;
+    }
+    RefreshStatus();
+    RefreshCopy();
+    RepaintList();
+    PlayEventSound(DefaultEventSound);
+    MainListState.dirty = false;
+    return 1;
+}
+
+int RunSave() {
+    // Only a default name that the driver gave is asked about; "Untitled.Twl" is a name like any
+    // other.
+    const SynthDriver *driver = CurrentDriver();
+    if (driver && EqualNoCase(CurrentDocumentPath, driver->defaultDocumentName)) {
+        return RunCommand(CommandSaveAs);
+    }
+    return SaveToCurrentPath();
+}
+
+int RunSaveAs() {
+    const std::string proposal =
+        ReplaceExtension(CurrentDocumentPath, BankExtension(CurrentDriverId));
+    const auto chosen = ChooseSaveFile(Window(), proposal, CurrentDriverId);
+    if (!chosen) {
+        return 0;
+    }
+    const std::string path(CutText(*chosen, PathLimit));
+    SetOpenFolder(path.c_str());
+    CurrentDocumentPath = path;
+    RefreshTitle();
+    return SaveToCurrentPath();
+}
+
+int RunClear() {
+    if (!AskToSave()) {
+        return 0;
+    }
+    FreeListBlocks(MainList);
+    MainItemFonts = {};
+    ListReset(MainList);
+    return 1;
+}
+
+int RunExit() {
+    if (!AskToSave()) {
+        return 0;
+    }
+    return RunCloseAtOnce();
+}
+
+int RunCloseAtOnce() {
+    if (TheShellWindow.Close) {
+        TheShellWindow.Close();
+    }
+    return 1;
+}
+
+} // namespace tonewright

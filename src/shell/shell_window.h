@@ -1,0 +1,25 @@
+// What the engine of the shell asks of the main window; filled in by the window, by the
+// command-line program (mostly empty) and by tests. An empty member does nothing.
+#pragma once
+
+#include <functional>
+#include <string>
+
+class QWidget;
+
+namespace tonewright {
+
+struct ShellWindow {
+    QWidget *window = nullptr; // owner of all dialogs
+    std::function<void(const std::string &title)> SetTitle;
+    std::function<void(int id, bool enabled)> CommandStateChanged;
+    std::function<void()> RepaintList;
+    std::function<void()> Raise; // to the top, without staying there
+    std::function<void()> Close; // as the system's close message: settings are written
+    std::function<void()> Wake;  // posted work waits: call RunNextPosted soon, from the event loop
+    std::function<void()> ShowAboutBox;
+};
+
+extern ShellWindow TheShellWindow;
+
+} // namespace tonewright

@@ -1,0 +1,26 @@
+// Shows a help page or another document in a browser.
+#pragma once
+
+#include <string>
+
+class QWidget;
+
+namespace tonewright {
+
+// The address that is shown: "file:///" and the path, unless it begins with "http", then the
+// fragment; blanks escaped.
+std::string DocumentAddress(const std::string &path, const std::string &fragment);
+
+// Opens the document with the user's browser, else with the first of the browsers of
+// DocumentBrowserFlags that starts, else with the platform's own opener; a message when none did.
+// `fragment` begins with "#" or is empty. 1 when shown.
+int ShowDocument(QWidget *window, const std::string &path, const std::string &fragment,
+                 bool maximised);
+
+// The reference page at a topic, in any case of letters.
+int ShowHelpTopic(QWidget *window, const std::string &topic);
+
+int RunManual();
+int RunHelp();
+
+} // namespace tonewright

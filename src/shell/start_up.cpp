@@ -1,0 +1,115 @@
+// The decisions of start-up.
+#include "shell/start_up.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "shell/command_queue.h"
+#include "shell/commands.h"
+#include "shell/documents.h"
+
+#include <ctime>
+#include <filesystem>
+
+namespace tonewright {
+namespace {
+
+constexpr int SmallestScreenWidth = 800;
+
+// The wizard is not built yet, so its key counts as 0 whatever it holds.
+constexpr bool WizardBuilt = false;
+bool WizardWanted() {
+    return WizardBuilt && ShowWelcomeWizard != 0;
+}
+
+std::uint32_t Today() {
+    const std::time_t now = std::time(nullptr);
+    const std::tm *fields = std::localtime(&now);
+    return TipDate(fields->tm_mon + 1, fields->tm_mday, fields->tm_year + 1900);
+}
+
+// True on the first call of a day.
+bool TipDateDiffers() {
+    const std::uint32_t today = Today();
+    const bool differs = today != LastTipDate;
+    LastTipDate = today;
+    return differs;
+}
+
+std::string AbsolutePath(const std::string &path) {
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(path, error);
+    return error ? path : absolute.string();
+}
+
+} // namespace
+
+WindowSize MainWindowSize(int screenHeight) {
+    const int height = screenHeight * 95 / 100;
+    return {.width = height * 372 / 460, .height = height};
+}
+
+bool DisplayIsSuitable(int bitsPerPixel, int screenWidth) {
+    // The second test looks at the width again, not at the height.
+    return bitsPerPixel > 8 && screenWidth >= SmallestScreenWidth && screenWidth >= 600;
+}
+
+int ColourDepthOf(int bitsPerPixel) {
+    return bitsPerPixel >= 9 ? 24 : bitsPerPixel;
+}
+
+void FillDefaultFolders() {
+    for (std::string *folder : {&OpenPath, &OpenImportPath, &OpenExportPath}) {
+        if (folder->empty()) {
+            *folder = DefaultDocumentsFolder();
+        }
+    }
+}
+
+std::string CommandLinePath(int argumentCount, char **arguments) {
+    std::string line;
+    for (int i = 1; i < argumentCount; ++i) {
+        line += i > 1 ? " " : "";
+        line += arguments[i];
+    }
+    return StripQuotes(line.c_str());
+}
+
+void PostFirstCommands() {
+    PostMainListChanged(1);
+    PostCommand(CommandFind);
+    if (DownloadOnOpen != 0) {
+        PostCommand(CommandDownload);
+    }
+}
+
+void PostFirstDocument(const std::string &commandLinePath) {
+    if (!commandLinePath.empty()) {
+        PendingOpenPath = AbsolutePath(commandLinePath);
+        PostCommand(CommandOpen);
+    }
+    if (OpenRecentDocument != 0 && !RecentDocumentPath.empty() && PendingOpenPath.empty()) {
+        PendingOpenPath = RecentDocumentPath;
+        PostCommand(CommandOpen);
+    }
+}
+
+bool StartupWindowWanted() {
+    if (ShowStartupWindow != 0 && !WizardWanted()) {
+        return true;
+    }
+    PostMainStartupDone();
+    return false;
+}
+
+void MainStartupDone() {
+    if (ShowTipOfTheDay != 0 && TipDateDiffers() && !WizardWanted()) {
+        PostCommand(CommandTip);
+    }
+}
+
+std::uint32_t TipDate(int month, int day, int year) {
+    return static_cast<std::uint32_t>((month * 256 + day) * 65536 + year);
+}
+
+} // namespace tonewright

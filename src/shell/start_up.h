@@ -1,0 +1,44 @@
+// The decisions of start-up: sizes, default folders, the display test and the first commands.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tonewright {
+
+struct WindowSize {
+    int width = 0, height = 0; // pixels
+};
+// 95 percent of the screen's height, and the width that goes with it.
+WindowSize MainWindowSize(int screenHeight);
+
+// True for a display of more than 8 bits per pixel and a width of 800 pixels or more. (The height
+// does not count.)
+bool DisplayIsSuitable(int bitsPerPixel, int screenWidth);
+
+// 24 for a display of 9 bits or more, else the display's own value.
+int ColourDepthOf(int bitsPerPixel);
+
+// Gives OpenPath, OpenImportPath and OpenExportPath their default where they are empty.
+void FillDefaultFolders();
+
+// All arguments joined by one blank, without double quotes: one path. Empty without arguments.
+std::string CommandLinePath(int argumentCount, char **arguments);
+
+// Posts the first work of the window: the driver of the settings, the search for its instrument, a
+// download if DownloadOnOpen.
+void PostFirstCommands();
+// Posts Open for the path of the command line, or else for the recent document if
+// OpenRecentDocument. The path is made absolute against `currentFolder`.
+void PostFirstDocument(const std::string &commandLinePath);
+
+// True when the startup window is shown; otherwise MainStartupDone is posted.
+bool StartupWindowWanted();
+
+// After the startup window: the tip of the day.
+void MainStartupDone();
+
+// month, day and year as LastTipDate keeps them: (month * 256 + day) * 65536 + year.
+std::uint32_t TipDate(int month, int day, int year);
+
+} // namespace tonewright

@@ -1,0 +1,202 @@
+// What the commands do to the voices of the list.
+#include "shell/voice_commands.h"
+
+#include "common/desktop.h"
+#include "common/settings.h"
+#include "common/strings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "shell/commands.h"
+#include "shell/shell_window.h"
+#include "shell/undo.h"
+
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+QWidget *Window() {
+    return TheShellWindow.window;
+}
+
+// The name of the voice in a row, for a message.
+std::string NameOfRow(int row) {
+    const VoiceObject *voice = ListVoice(MainList, row);
+    return Latin1ToUtf8(VoiceObjectName(voice ? *voice : VoiceObject{}));
+}
+
+// Takes the voice of `row` out, deletes the row and puts the voice into a new row at `target`. The
+// selection goes along when it was on the voice.
+int MoveVoice(int row, int target) {
+    const bool wasSelected = MainList.selection == row;
+    VoiceObject voice = ListTakeVoice(MainList, row);
+    ListDelete(MainList, row);
+    MainListState.dirty = true;
+    if (ListInsert(MainList, target) == NoRow) {
+        ShowMessage(Window(), LoadProgramString(6));
+        return 0;
+    }
+    ListSetVoice(MainList, target, std::move(voice));
+    if (wasSelected) {
+        ListSelect(MainList, target);
+    }
+    RepaintList();
+    return 1;
+}
+
+} // namespace
+
+int RunUndo() {
+    const int result = UndoPop(Window(), MainList);
+    if (result) {
+        RepaintList();
+        MainListChanged(0);
+        RefreshCopy();
+    }
+    return result;
+}
+
+int RunDownload() {
+    if (!AskToSave()) {
+        return 0;
+    }
+    UndoPush(Window(), MainList);
+    const int result = DownloadCurrent(Window(), MainList);
+    if (result) {
+        PlayEventSound(DefaultEventSound);
+        MainListState.dirty = true;
+    }
+    return result;
+}
+
+int RunUpload() {
+    const int result = UploadCurrent(Window(), MainList);
+    if (result) {
+        PlayEventSound(DefaultEventSound);
+    }
+    return result;
+}
+
+int RunFind() {
+    const int result =
+        FindCurrentSynth(Window(), &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
+                         SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str());
+    AutoConfigureCurrent(Window());
+    RefreshStatus();
+    return result;
+}
+
+int RunConfigure() {
+    return ConfigureCurrent(Window());
+}
+
+int RunEdit() {
+    UndoPush(Window(), MainList);
+    const int row = ListIndexForCommand();
+    const VoiceObject *voice = ListVoice(MainList, row);
+    if (!voice) {
+        return 0;
+    }
+    VoiceObject edited = *voice;
+    if (!EditOneVoice(Window(), edited, row)) {
+        return 0;
+    }
+    ListSetVoice(MainList, row, std::move(edited));
+    RepaintList();
+    MainListState.dirty = true;
+    return 1;
+}
+
+int RunUploadVoice() {
+    const int row = ListIndexForCommand();
+    const VoiceObject *voice = ListVoice(MainList, row);
+    if (!voice) {
+        return 0;
+    }
+    const int result =
+        UploadOneVoice(Window(), MainList, voice, CurrentDriverId, MidiInPort, MidiOutPort, row, 1);
+    if (result) {
+        PlayEventSound(DefaultEventSound);
+    } else {
+        ShowMessage(Window(), "There has been an error uploading " + NameOfRow(row));
+    }
+    return result;
+}
+
+int RunMoveUp() {
+    UndoPush(Window(), MainList);
+    const int row = std::exchange(MainListState.clickedIndex, -1);
+    return row > 0 && row < ListCount(MainList) ? MoveVoice(row, row - 1) : 0;
+}
+
+int RunMoveDown() {
+    UndoPush(Window(), MainList);
+    const int row = std::exchange(MainListState.clickedIndex, -1);
+    return row >= 0 && row < ListCount(MainList) ? MoveVoice(row, row + 1) : 0;
+}
+
+int RunExport() {
+    const int row = ListIndexForCommand();
+    if (row == NoRow) {
+        return 0;
+    }
+    const int result = ExportOneVoice(Window(), MainList, row);
+    if (!result) {
+        ShowMessage(Window(), "There has been an error exporting " + NameOfRow(row));
+    }
+    PlayEventSound(DefaultEventSound);
+    return result;
+}
+
+int RunImport() {
+    UndoPush(Window(), MainList);
+    const int row = ListIndexForCommand();
+    if (row == NoRow) {
+        return 0;
+    }
+    const int result = ImportOneVoice(Window(), MainList, row, nullptr, nullptr);
+    if (!result) {
+        ShowMessage(Window(), "There has been an error importing " + NameOfRow(row));
+        return 0;
+    }
+    // A cancelled dialog is a success too, and marks the document all the same.
+    RepaintList();
+    PlayEventSound(DefaultEventSound);
+    MainListState.dirty = true;
+    return 1;
+}
+
+void DropFiles(const std::vector<std::string> &paths) {
+    if (TheShellWindow.Raise) {
+        TheShellWindow.Raise();
+    }
+    if (paths.empty()) {
+        return;
+    }
+    UndoPush(Window(), MainList);
+    const char *extension = VoiceExtension(CurrentDriverId);
+    const int count = ListCount(MainList);
+    int row = MainList.selection;
+    if (row != NoRow) {
+        for (const std::string &path : paths) {
+            if (!EqualNoCase(ExtensionOfPath(path), extension)) {
+                continue;
+            }
+            if (!ImportOneVoice(Window(), MainList, row, path.c_str(), nullptr)) {
+                ShowMessage(Window(), "Import error");
+                break;
+            }
+            ++row;
+            MainListState.dirty = true;
+        }
+        if (row >= count) {
+            return; // past the end: the list is repainted by later events only
+        }
+    }
+    RefreshCommands();
+    RepaintList();
+    PlayEventSound(DefaultEventSound);
+}
+
+} // namespace tonewright
