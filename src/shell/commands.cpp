@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <utility>
 
 namespace tonewright {
 namespace {
