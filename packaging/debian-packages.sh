@@ -1,0 +1,23 @@
+# Installs the Debian packages that building and testing need; sourced by ./run and ./test.
+# need_packages NAME... installs what is missing and says so.
+
+BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-svg-dev libqt6svg6
+  libportmidi-dev libasound2-dev zlib1g-dev fonts-liberation fonts-dejavu-core"
+TEST_PACKAGES="libgtest-dev libbenchmark-dev clang libclang-rt-14-dev python3
+  xvfb xauth jwm xdotool poppler-utils"
+
+need_packages() {
+    local missing="" name
+    for name in "$@"; do
+        dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'ok installed' ||
+            missing="$missing $name"
+    done
+    [ -z "$missing" ] && return 0
+    echo "Installing:$missing"
+    local sudo=""
+    [ "$(id -u)" = 0 ] || sudo="sudo"
+    $sudo apt-get update -qq
+    # shellcheck disable=SC2086 # the names are separate words
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends $missing \
+        >/dev/null
+}

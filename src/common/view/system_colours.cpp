@@ -1,0 +1,39 @@
+// System colours out of the application's palette.
+#include "common/view/system_colours.h"
+
+#include <QApplication>
+#include <QPalette>
+
+namespace tonewright {
+
+QColor SystemColourOf(SystemColour colour) {
+    const QPalette palette = QApplication::palette();
+    switch (colour) {
+    case SystemColour::ButtonFace:
+        return palette.color(QPalette::Active, QPalette::Button);
+    case SystemColour::ButtonShadow:
+        return palette.color(QPalette::Active, QPalette::Mid);
+    case SystemColour::ButtonText:
+        return palette.color(QPalette::Active, QPalette::ButtonText);
+    case SystemColour::DarkShadow3D:
+        return palette.color(QPalette::Active, QPalette::Shadow);
+    case SystemColour::AppWorkspace:
+        return palette.color(QPalette::Active, QPalette::Dark);
+    case SystemColour::Highlight:
+        return palette.color(QPalette::Active, QPalette::Highlight);
+    case SystemColour::HighlightText:
+        return palette.color(QPalette::Active, QPalette::HighlightedText);
+    case SystemColour::GrayText:
+        return palette.color(QPalette::Disabled, QPalette::Text);
+    case SystemColour::Menu:
+        return palette.color(QPalette::Active, QPalette::Window);
+    case SystemColour::MenuText:
+    case SystemColour::WindowText:
+        return palette.color(QPalette::Active, QPalette::WindowText);
+    case SystemColour::Window:
+        return palette.color(QPalette::Active, QPalette::Base);
+    }
+    return {};
+}
+
+} // namespace tonewright

@@ -1,0 +1,113 @@
+// Start, run, stop: the order matters, because settings, theme, fonts and posted commands depend on
+// one another.
+#include "shell/view/application.h"
+
+#include "common/desktop.h"
+#include "common/folders.h"
+#include "common/platform.h"
+#include "common/settings.h"
+#include "common/sound.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "shell/command_queue.h"
+#include "shell/commands.h"
+#include "shell/config.h"
+#include "shell/start_up.h"
+#include "shell/undo.h"
+#include "shell/view/desktop_qt.h"
+#include "shell/view/main_window.h"
+#include "shell/view/refusal_box.h"
+#include "shell/view/startup_window.h"
+#include "shell/view/voice_list_view.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QScreen>
+#include <QTimer>
+
+#include <cstdlib>
+#include <ctime>
+
+namespace tonewright {
+namespace {
+
+constexpr const char *ConfigSection = "Tonewright";
+
+void SeedRandomNumbers() {
+    std::srand(static_cast<unsigned>(std::time(nullptr)));
+}
+
+// For measuring the start: ends the program once the list has been painted.
+class QuitAfterFirstPaint : public QObject {
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::Paint) {
+            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        }
+        return false;
+    }
+};
+
+void ReadEarlyKeys() {
+    TipFont01Size = ReadProfileInteger(ConfigSection, "TipFont01Size", TipFont01Size);
+    ThemeCurrent = ReadProfileText(ConfigSection, "ThemeCurrent", ThemeCurrent);
+}
+
+int RunLoop(const std::string &commandLinePath) {
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const QSize screenSize = screen ? screen->size() : QSize();
+    const int colourDepth = ColourDepthOf(screen ? screen->depth() : 0);
+
+    ReadEarlyKeys();
+    FillDefaultFolders();
+    MainWindow window(MainWindowSize(screenSize.height()), true);
+    UndoInit(&window);
+    window.AddBars();
+    window.AddList();
+    QuitAfterFirstPaint quitter;
+    if (std::getenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT")) {
+        window.List()->viewport()->installEventFilter(&quitter);
+    }
+    PostFirstCommands();
+    window.show();
+    window.List()->setFocus();
+    RefreshTitle();
+    if (!DisplayIsSuitable(colourDepth, screenSize.width())) {
+        ShowChangeDriverBox(&window);
+        return 0;
+    }
+    PostFirstDocument(commandLinePath);
+    std::unique_ptr<QWidget> startupWindow;
+    if (StartupWindowWanted()) {
+        startupWindow = ShowStartupWindowBox([] { PostMainStartupDone(); });
+    }
+    SeedRandomNumbers();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int RunApplication(int argc, char **argv) {
+    QApplication::setApplicationName("Tonewright");
+    QApplication::setApplicationVersion("17.0a");
+    QApplication::setDesktopFileName("tonewright");
+    QApplication application(argc, argv);
+    application.setQuitOnLastWindowClosed(false);
+    UseQtDesktop();
+    UsePlatformFolders();
+    ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
+    if (!PlatformVersionIsSupported()) {
+        ShowVersionRefusedBox();
+        return 0;
+    }
+    MakeProgramFolders();
+    SeedRandomNumbers();
+    ConfigMigrate();
+    const int exitCode = RunLoop(CommandLinePath(argc, argv));
+    UndoEnd();
+    StopSounds();
+    return exitCode;
+}
+
+} // namespace tonewright

@@ -1,0 +1,239 @@
+// Builds and lays out the main window and hands its events on to the shell's engine.
+#include "shell/view/main_window.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "common/view/fonts.h"
+#include "common/view/status_bar.h"
+#include "common/view/system_colours.h"
+#include "common/view/theme.h"
+#include "core/current.h"
+#include "shell/command_queue.h"
+#include "shell/commands.h"
+#include "shell/config.h"
+#include "shell/shell_window.h"
+#include "shell/view/about_box.h"
+#include "shell/view/tool_bar.h"
+#include "shell/view/voice_list_view.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QScreen>
+#include <QShortcut>
+#include <QTimer>
+#include <QWheelEvent>
+
+namespace tonewright {
+namespace {
+
+constexpr int ListInset = 16; // pixels between the list and the bars and edges
+constexpr int ProgramIcon = 103;
+constexpr int DialogFontHeight = 16;
+
+// The menus of a bar, each made of its row.
+void FillMenuBar(QMenuBar &bar, bool atTheRight, std::map<int, QAction *> &actions) {
+    for (const MenuRow &row : MenuBar()) {
+        if (row.atTheRight != atTheRight) {
+            continue;
+        }
+        QMenu *menu = bar.addMenu(row.label);
+        for (const int id : row.items) {
+            if (id == 0) {
+                menu->addSeparator();
+                continue;
+            }
+            QAction *action = menu->addAction(CommandOf(id)->menuLabel);
+            action->setMenuRole(QAction::NoRole);
+            action->setEnabled(CommandEnabled(id));
+            QObject::connect(action, &QAction::triggered, [id] { RunUserCommand(id); });
+            actions[id] = action;
+        }
+    }
+}
+
+} // namespace
+
+MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
+    setObjectName("TonewrightApplication");
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                   Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                   Qt::WindowCloseButtonHint);
+    setWindowIcon(QIcon(PictureOf(ProgramIcon, {256, 256})));
+    setFixedSize(size.width, size.height);
+    backgroundPath = PicturesFile();
+    ConnectShell();
+    MakeMenus();
+    if (readConfiguration) {
+        ConfigRead();
+    }
+    MakeAccelerators();
+    CentreOnScreen();
+    MainListState = {};
+    RefreshCopy();
+    RefreshCommands();
+    MainListState.dirty = false;
+}
+
+MainWindow::~MainWindow() {
+    delete list; // before the voices that it shows
+    FreeListBlocks(MainList);
+    MainItemFonts = {};
+    MainListState = {};
+    TheShellWindow = {};
+}
+
+void MainWindow::ConnectShell() {
+    TheShellWindow.window = this;
+    TheShellWindow.SetTitle = [this](const std::string &title) {
+        setWindowTitle(QString::fromStdString(title));
+    };
+    TheShellWindow.CommandStateChanged = [this](int id, bool enabled) {
+        if (QAction *action = MenuAction(id)) {
+            action->setEnabled(enabled);
+        }
+        if (toolBar) {
+            toolBar->SetToolEnabled(id, enabled);
+        }
+    };
+    TheShellWindow.RepaintList = [this] {
+        if (list) {
+            list->viewport()->update();
+        }
+    };
+    TheShellWindow.Raise = [this] {
+        raise();
+        activateWindow();
+    };
+    TheShellWindow.Close = [this] {
+        closing = true;
+        close();
+    };
+    TheShellWindow.Wake = [this] {
+        QTimer::singleShot(0, this, [] { RunNextPosted(); });
+    };
+    TheShellWindow.ShowAboutBox = [this] { ShowAboutBox(this); };
+}
+
+void MainWindow::MakeMenus() {
+    menuBar = new QMenuBar(this);
+    auto *right = new QMenuBar(menuBar);
+    FillMenuBar(*menuBar, false, actions);
+    FillMenuBar(*right, true, actions);
+    menuBar->setCornerWidget(right, Qt::TopRightCorner);
+}
+
+void MainWindow::MakeAccelerators() {
+    for (const CommandRow &row : Commands()) {
+        if (!row.key) {
+            continue;
+        }
+        auto *shortcut = new QShortcut(QKeySequence(row.key), this);
+        QObject::connect(shortcut, &QShortcut::activated, [id = row.id] { RunUserCommand(id); });
+    }
+}
+
+void MainWindow::AddBars() {
+    statusBar = CreateStatusBar(this);
+    AddStatusPane(this, "", 300, StatusPaneText);
+    AddStatusPane(this, "", 300, StatusPaneMeter);
+    toolBar = new ToolBar(this);
+    PlaceChildren();
+}
+
+void MainWindow::AddList() {
+    list = new VoiceListView(this);
+    setFont(FontOfHeight("Arial", DialogFontHeight));
+    PlaceChildren();
+    list->setFocus();
+}
+
+QAction *MainWindow::MenuAction(int commandId) const {
+    const auto found = actions.find(commandId);
+    return found == actions.end() ? nullptr : found->second;
+}
+
+void MainWindow::PlaceChildren() {
+    const int menuHeight = menuBar->sizeHint().height();
+    menuBar->setGeometry(0, 0, width(), menuHeight);
+    int top = menuHeight;
+    if (toolBar) {
+        const int barHeight = ThemeGetMetric(1);
+        toolBar->setGeometry(0, top, width(), barHeight);
+        top += barHeight;
+    }
+    const int bottom = statusBar ? height() - statusBar->height() : height();
+    if (list) {
+        // A list box shows whole rows only.
+        const int available = bottom - top - 2 * ListInset;
+        list->setGeometry(ListInset, top + ListInset, width() - 2 * ListInset,
+                          list->HeightForWholeRows(available));
+    }
+}
+
+void MainWindow::CentreOnScreen() {
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect area = screen->geometry();
+        move(area.left() + (area.width() - width()) / 2,
+             std::max(area.top(), area.top() + (area.height() - height()) / 2));
+    }
+}
+
+void MainWindow::DropBackground() {
+    backgroundState = Background::NotLoaded;
+    background = {};
+    update();
+}
+
+void MainWindow::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    const QColor workspace = SystemColourOf(SystemColour::AppWorkspace);
+    if (backgroundState == Background::NotLoaded) {
+        QImage picture(QString::fromStdString(backgroundPath));
+        backgroundState = picture.isNull() ? Background::Missing : Background::Loaded;
+        if (picture.hasAlphaChannel()) {
+            QImage blended(picture.size(), QImage::Format_RGB32);
+            blended.fill(workspace);
+            QPainter(&blended).drawImage(0, 0, picture);
+            picture = blended;
+        }
+        background = QPixmap::fromImage(picture);
+    }
+    if (backgroundState == Background::Missing) {
+        painter.fillRect(rect(), SystemColourOf(SystemColour::ButtonFace));
+        return;
+    }
+    painter.fillRect(rect(), workspace);
+    painter.drawPixmap(width() - background.width(), height() - background.height(), background);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *) {
+    PlaceChildren();
+}
+
+void MainWindow::wheelEvent(QWheelEvent *event) {
+    const int delta = event->angleDelta().y();
+    if (delta != 0) {
+        ListSetTopRow(MainList, MainList.topRow + (delta > 0 ? -1 : 1));
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent *event) {
+    if (!closing) {
+        // The frame's close button takes the same way as Exit, so that the prompt runs.
+        event->ignore();
+        if (!SomethingIsRunning()) {
+            RunUserCommand(CommandExit);
+        }
+        return;
+    }
+    ConfigWrite();
+    event->accept();
+    QCoreApplication::quit();
+}
+
+} // namespace tonewright

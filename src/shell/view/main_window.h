@@ -1,0 +1,68 @@
+// The main window: menu bar, tool bar, the list of voices, status bar, and the background behind
+// them.
+#pragma once
+
+#include "shell/start_up.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <map>
+#include <string>
+#include <vector>
+
+class QAction;
+class QMenuBar;
+
+namespace tonewright {
+
+class ToolBar;
+class VoiceListView;
+
+class MainWindow : public QWidget {
+public:
+    // A window of exactly `size` pixels, centred on the screen, connected to TheShellWindow. Its
+    // creation reads the configuration when `readConfiguration`.
+    MainWindow(WindowSize size, bool readConfiguration);
+    ~MainWindow() override;
+
+    // The two parts that start-up adds once the window stands.
+    void AddBars();
+    void AddList();
+
+    VoiceListView *List() const { return list; }
+    ToolBar *Tools() const { return toolBar; }
+    // The action of a command in the menu bar, or nullptr.
+    QAction *MenuAction(int commandId) const;
+
+    // Path of the picture in the lower right corner of the background.
+    std::string backgroundPath;
+    // Loads the picture anew at the next painting.
+    void DropBackground();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void ConnectShell();
+    void MakeMenus();
+    void MakeAccelerators();
+    void PlaceChildren();
+    void CentreOnScreen();
+
+    QMenuBar *menuBar = nullptr; // children, owned by this widget
+    ToolBar *toolBar = nullptr;
+    QWidget *statusBar = nullptr;
+    VoiceListView *list = nullptr;
+    std::map<int, QAction *> actions;
+
+    enum class Background { NotLoaded, Loaded, Missing };
+    Background backgroundState = Background::NotLoaded;
+    QPixmap background;
+    bool closing = false; // the close message has been sent
+};
+
+} // namespace tonewright

@@ -1,0 +1,34 @@
+// The tool bar: one drawn button for each command of the tool bar's list.
+#pragma once
+
+#include <QAbstractButton>
+#include <QWidget>
+
+#include <map>
+
+namespace tonewright {
+
+class ToolButton : public QAbstractButton {
+public:
+    ToolButton(int commandId, const QString &tip, QWidget *parent);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int commandId;
+};
+
+class ToolBar : public QWidget {
+public:
+    explicit ToolBar(QWidget *parent);
+    void SetToolEnabled(int commandId, bool enabled);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    std::map<int, ToolButton *> buttons; // owned by this widget as their parent
+};
+
+} // namespace tonewright

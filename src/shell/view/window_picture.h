@@ -1,0 +1,14 @@
+// Paints the main window into a picture file.
+#pragma once
+
+#include <string>
+
+namespace tonewright {
+
+// The main window with the bank at `bankPath` open, as it would look on a screen of the given size
+// in pixels, written as PNG to `pngPath`. Needs a QApplication. False with the reason in `error`
+// when the bank cannot be opened or the picture not written.
+bool PaintMainWindowPicture(const std::string &bankPath, const std::string &pngPath,
+                            int screenWidth, int screenHeight, std::string &error);
+
+} // namespace tonewright
