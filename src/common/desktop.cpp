@@ -1,0 +1,203 @@
+// The named calls over the desktop table, and which sound stands for an event.
+#include "common/desktop.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "common/text.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace tonewright {
+namespace {
+
+constexpr const char *MessageCaption = "Message";
+constexpr const char *ShowAgainCaption = "Show me this message again next time.";
+constexpr const char *ShowAgainNote = "Note: if you disable this message now, you can re-enable it "
+                                      "at any time through the Setup window.";
+constexpr std::uint32_t UsualFlags =
+    MessageFlagBase | MessageFlagButton1 | MessageFlagPicture | MessageFlagCaption;
+constexpr std::string_view NumberedSound = "::RSRC::";
+
+MessageRequest UsualRequest(QWidget *owner, const std::string &text, std::uint32_t flags) {
+    MessageRequest request;
+    request.owner = owner;
+    request.flags = UsualFlags | flags;
+    request.text = text;
+    request.picture = ApplicationPicture;
+    request.caption = MessageCaption;
+    return request;
+}
+
+int RunWithCheckBox(MessageRequest &request, std::uint32_t &flag) {
+    request.flags |= MessageFlagCheck1 | MessageFlagNote1;
+    request.check1 = ShowAgainCaption;
+    request.note1 = ShowAgainNote;
+    request.state1 = flag != 0;
+    const int before = request.state1;
+    RunMessage(request);
+    if (request.state1 != before) {
+        flag = request.state1 != 0;
+    }
+    return request.result;
+}
+
+using FileDialog =
+    std::function<std::optional<std::string>(QWidget *, const std::string &, std::uint32_t)>;
+std::optional<std::string> Choose(const FileDialog &dialog, QWidget *owner, const std::string &path,
+                                  std::uint32_t driverId) {
+    return dialog ? dialog(owner, path, driverId) : std::nullopt;
+}
+
+int PlayFile(const std::string &path) {
+    return TheDesktop.PlaySoundFile && TheDesktop.PlaySoundFile(path) ? 1 : 0;
+}
+
+// A sound that comes with the program.
+int PlayOwnSound(std::string_view name) {
+    return PlayFile(ApplicationPath + "sounds/" + std::string(name) + ".wav");
+}
+
+bool PlayNotifySound() {
+    const std::string path = UserFile("Notify.wav");
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(path, ignored) && PlayFile(path) != 0;
+}
+
+} // namespace
+
+Desktop TheDesktop;
+
+void ShowMessage(QWidget *owner, const std::string &text) {
+    MessageRequest request = UsualRequest(owner, text, 0);
+    request.button1 = "Dismiss";
+    RunMessage(request);
+}
+
+int AskYesNo(QWidget *owner, const std::string &text) {
+    MessageRequest request = UsualRequest(owner, text, MessageFlagButton2);
+    request.button1 = "Yes";
+    request.button2 = "No";
+    return RunMessage(request);
+}
+
+int AskYesNoCancel(QWidget *owner, const std::string &text) {
+    MessageRequest request = UsualRequest(owner, text, MessageFlagButton2 | MessageFlagButton3);
+    request.button1 = "Yes";
+    request.button2 = "No";
+    request.button3 = "Cancel";
+    return RunMessage(request);
+}
+
+int AskOnce(QWidget *owner, const std::string &text, std::uint32_t &flag) {
+    MessageRequest request = UsualRequest(owner, text, MessageFlagButton2);
+    request.button1 = "Yes";
+    request.button2 = "No";
+    return RunWithCheckBox(request, flag);
+}
+
+void ShowOnce(QWidget *owner, const std::string &text, std::uint32_t &flag) {
+    MessageRequest request = UsualRequest(owner, text, 0);
+    request.button1 = "Ok";
+    RunWithCheckBox(request, flag);
+}
+
+int RunMessage(MessageRequest &request) {
+    if (TheDesktop.RunMessage) {
+        TheDesktop.RunMessage(request);
+    }
+    return request.result;
+}
+
+bool SetStatusText(QWidget *owner, const std::string &text) {
+    return TheDesktop.SetStatusText && TheDesktop.SetStatusText(owner, text);
+}
+
+bool SetProgress(int position, int total) {
+    return TheDesktop.SetProgress && TheDesktop.SetProgress(position, total);
+}
+
+bool ShowBusyBox(QWidget *owner, const std::string &text) {
+    return TheDesktop.ShowBusyBox && TheDesktop.ShowBusyBox(owner, text);
+}
+
+void SetBusyText(const std::string &text) {
+    if (TheDesktop.SetBusyText) {
+        TheDesktop.SetBusyText(text);
+    }
+}
+
+void CloseBusyBox() {
+    if (TheDesktop.CloseBusyBox) {
+        TheDesktop.CloseBusyBox();
+    }
+}
+
+std::optional<std::string> ChooseOpenFile(QWidget *owner, const std::string &path,
+                                          std::uint32_t driverId) {
+    return Choose(TheDesktop.ChooseOpenFile, owner, path, driverId);
+}
+
+std::optional<std::string> ChooseImportFile(QWidget *owner, const std::string &path,
+                                            std::uint32_t driverId) {
+    return Choose(TheDesktop.ChooseImportFile, owner, path, driverId);
+}
+
+std::optional<std::string> ChooseExtraFile(QWidget *owner, const std::string &path,
+                                           std::uint32_t driverId) {
+    return Choose(TheDesktop.ChooseExtraFile, owner, path, driverId);
+}
+
+std::optional<std::string> ChooseSaveFile(QWidget *owner, const std::string &path,
+                                          std::uint32_t driverId) {
+    return Choose(TheDesktop.ChooseSaveFile, owner, path, driverId);
+}
+
+std::optional<std::string> ChooseExportFile(QWidget *owner, const std::string &path,
+                                            std::uint32_t driverId) {
+    return Choose(TheDesktop.ChooseExportFile, owner, path, driverId);
+}
+
+bool ShiftKeyDown() {
+    return TheDesktop.ShiftKeyDown && TheDesktop.ShiftKeyDown();
+}
+
+bool ControlKeyDown() {
+    return TheDesktop.ControlKeyDown && TheDesktop.ControlKeyDown();
+}
+
+WaitCursor::WaitCursor() {
+    if (TheDesktop.WaitCursor) {
+        TheDesktop.WaitCursor(true);
+    }
+}
+
+WaitCursor::~WaitCursor() {
+    if (TheDesktop.WaitCursor) {
+        TheDesktop.WaitCursor(false);
+    }
+}
+
+int PlayEventSound(const char *name) {
+    std::string_view sound(name ? name : "");
+    if (sound.empty()) {
+        return 0;
+    }
+    // The user's own sound replaces every other one.
+    if (PlayNotifySound()) {
+        return 1;
+    }
+    if (sound == DefaultEventSound) {
+        return PlayOwnSound("confirm");
+    }
+    if (sound.starts_with(NumberedSound)) {
+        sound.remove_prefix(NumberedSound.size());
+        const std::size_t digits = std::min(sound.find_first_not_of("0123456789"), sound.size());
+        return digits > 0 ? PlayOwnSound(sound.substr(0, digits)) : 0;
+    }
+    return PlayFile(std::string(sound));
+}
+
+} // namespace tonewright

@@ -1,0 +1,109 @@
+// What is asked of the operating system directly, on Linux and macOS.
+#include "common/platform.h"
+
+#include <fcntl.h>
+#include <limits.h>
+#include <stdlib.h>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#ifdef __APPLE__
+#include <mach-o/dyld.h>
+#endif
+
+namespace tonewright {
+namespace {
+
+constexpr std::uint64_t UnitsPerSecond = 10'000'000;
+constexpr std::uint64_t NanosecondsPerUnit = 100;
+constexpr std::int64_t SecondsFrom1601To1970 = 11'644'473'600;
+
+// Closes a descriptor on every way out.
+struct OpenDescriptor {
+    int value;
+    ~OpenDescriptor() {
+        if (value >= 0) {
+            close(value);
+        }
+    }
+};
+
+std::uint64_t FileTimeOf(std::int64_t seconds, std::uint64_t nanoseconds) {
+    return static_cast<std::uint64_t>(seconds + SecondsFrom1601To1970) * UnitsPerSecond +
+           nanoseconds / NanosecondsPerUnit;
+}
+
+bool BirthTime(int descriptor, std::uint64_t *time) {
+#ifdef __APPLE__
+    struct stat status;
+    if (fstat(descriptor, &status) != 0) {
+        return false;
+    }
+    *time = FileTimeOf(status.st_birthtimespec.tv_sec,
+                       static_cast<std::uint64_t>(status.st_birthtimespec.tv_nsec));
+#else
+    struct statx status;
+    if (statx(descriptor, "", AT_EMPTY_PATH, STATX_BTIME, &status) != 0 ||
+        (status.stx_mask & STATX_BTIME) == 0) {
+        return false;
+    }
+    *time = FileTimeOf(status.stx_btime.tv_sec, status.stx_btime.tv_nsec);
+#endif
+    return true;
+}
+
+} // namespace
+
+bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
+    // Neither a pipe without a reader nor a terminal holds the program up.
+    const OpenDescriptor file{open(path, O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)};
+    // A lock that another program holds counts as a file that is in use.
+    if (file.value < 0 || flock(file.value, LOCK_EX | LOCK_NB) != 0) {
+        return false;
+    }
+    return BirthTime(file.value, time);
+}
+
+bool PlatformVersionIsSupported() {
+    return true;
+}
+
+std::string PlatformBrowserProgram(const char *windowsProgram) {
+    struct Name {
+        std::string_view windows;
+        const char *here;
+    };
+    static constexpr Name Names[] = {
+        {"chrome.exe", "google-chrome"},
+        {"msedge.exe", "microsoft-edge"},
+    };
+    std::string_view program(windowsProgram);
+    for (const Name &name : Names) {
+        if (name.windows == program) {
+            return name.here;
+        }
+    }
+    if (program.ends_with(".exe")) {
+        program.remove_suffix(4);
+    }
+    return std::string(program);
+}
+
+std::string PlatformExecutablePath() {
+    char path[PATH_MAX + 1];
+#ifdef __APPLE__
+    char reported[PATH_MAX + 1];
+    std::uint32_t size = sizeof reported;
+    if (_NSGetExecutablePath(reported, &size) != 0 || !realpath(reported, path)) {
+        return {};
+    }
+    return path;
+#else
+    const ssize_t length = readlink("/proc/self/exe", path, PATH_MAX);
+    return length > 0 ? std::string(path, static_cast<std::size_t>(length)) : std::string();
+#endif
+}
+
+} // namespace tonewright

@@ -1,0 +1,63 @@
+// What is asked of the operating system directly, on Windows.
+#include "common/platform.h"
+
+#include <windows.h>
+
+namespace tonewright {
+namespace {
+
+constexpr DWORD FirstSupportedMajor = 10; // Windows 10 and 11 both report major version 10
+
+} // namespace
+
+bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
+    const HANDLE file =
+        CreateFileA(path, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    FILETIME created = {};
+    const bool read = GetFileTime(file, &created, nullptr, nullptr) != 0;
+    CloseHandle(file);
+    if (read) {
+        *time = static_cast<std::uint64_t>(created.dwHighDateTime) << 32 | created.dwLowDateTime;
+    }
+    return read;
+}
+
+bool PlatformVersionIsSupported() {
+    // GetVersionEx answers for the program's manifest, RtlGetVersion for the system.
+    using RtlGetVersionCall = LONG(WINAPI *)(OSVERSIONINFOW *);
+    const HMODULE library = GetModuleHandleA("ntdll.dll");
+    const FARPROC address = library ? GetProcAddress(library, "RtlGetVersion") : nullptr;
+    if (!address) {
+        return false;
+    }
+    const auto call = reinterpret_cast<RtlGetVersionCall>(reinterpret_cast<void *>(address));
+    OSVERSIONINFOW version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    return call(&version) == 0 && version.dwMajorVersion >= FirstSupportedMajor;
+}
+
+std::string PlatformBrowserProgram(const char *windowsProgram) {
+    const std::string key =
+        std::string("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\") + windowsProgram;
+    for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+        char path[MAX_PATH + 1] = {};
+        DWORD size = MAX_PATH;
+        if (RegGetValueA(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path, &size) ==
+                ERROR_SUCCESS &&
+            path[0] != 0) {
+            return path;
+        }
+    }
+    return windowsProgram;
+}
+
+std::string PlatformExecutablePath() {
+    char path[MAX_PATH + 1] = {};
+    const DWORD length = GetModuleFileNameA(nullptr, path, MAX_PATH);
+    return std::string(path, length < MAX_PATH ? length : 0);
+}
+
+} // namespace tonewright
