@@ -207,9 +207,13 @@ std::vector<ContextEntry> BuildContextMenu(int row) {
     return entries;
 }
 
-bool CommandEnabled(int id) {
+bool CommandAllowed(int id) {
     const std::size_t index = IndexOf(id);
-    return index < CommandCount && CommandTable[index].built && CommandStates[index];
+    return index < CommandCount && CommandStates[index];
+}
+
+bool CommandEnabled(int id) {
+    return CommandAllowed(id) && CommandOf(id)->built;
 }
 
 void SetCommandEnabled(int id, bool enabled) {

@@ -96,6 +96,8 @@ struct ListState {
 };
 extern ListState MainListState;
 
+// What the enabling rule of a command says, whether it is built or not.
+bool CommandAllowed(int id);
 // True when the enabling rule and the "built" column both say so.
 bool CommandEnabled(int id);
 // The outcome of an enabling rule.

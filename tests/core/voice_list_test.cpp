@@ -1,0 +1,108 @@
+// The rules of the voice list: those of a platform list box.
+#include "core/voice_list.h"
+
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+VoiceObject VoiceOf(std::uint8_t mark) {
+    const std::uint8_t payload[] = {mark};
+    return MakeVoiceObject(Dx7DriverId, payload);
+}
+
+VoiceList ListOf(int rows) {
+    VoiceList list;
+    for (int row = 0; row < rows; ++row) {
+        ListSetVoice(list, ListAdd(list), VoiceOf(static_cast<std::uint8_t>(row)));
+    }
+    return list;
+}
+
+TEST(VoiceList, DeletingTheSelectedRowLeavesNoSelection) {
+    VoiceList list = ListOf(5);
+    ListSelect(list, 2);
+    EXPECT_TRUE(ListDelete(list, 2));
+    EXPECT_EQ(list.selection, NoRow);
+    EXPECT_EQ(ListCount(list), 4);
+}
+
+TEST(VoiceList, InsertingOrDeletingBeforeTheSelectionShiftsIt) {
+    VoiceList list = ListOf(5);
+    ListSelect(list, 2);
+    EXPECT_EQ(ListInsert(list, 2), 2);
+    EXPECT_EQ(list.selection, 3);
+    EXPECT_EQ(ListInsert(list, 4), 4);
+    EXPECT_EQ(list.selection, 3);
+    EXPECT_TRUE(ListDelete(list, 0));
+    EXPECT_EQ(list.selection, 2);
+    EXPECT_TRUE(ListDelete(list, 4));
+    EXPECT_EQ(list.selection, 2);
+}
+
+TEST(VoiceList, InsertingBeyondTheCountFails) {
+    VoiceList list = ListOf(3);
+    EXPECT_EQ(ListInsert(list, 4), NoRow);
+    EXPECT_EQ(ListInsert(list, -1), NoRow);
+    EXPECT_EQ(ListCount(list), 3);
+    EXPECT_EQ(ListInsert(list, 3), 3);
+    EXPECT_EQ(ListVoice(list, 3), nullptr);
+}
+
+TEST(VoiceList, TopRowLeavesNoGapBelowTheLastRow) {
+    VoiceList list = ListOf(10);
+    ListSetVisibleRows(list, 4);
+    ListSetTopRow(list, 9);
+    EXPECT_EQ(list.topRow, 6);
+    ListSetTopRow(list, -3);
+    EXPECT_EQ(list.topRow, 0);
+    ListSetTopRow(list, 6);
+    ListDelete(list, 9);
+    EXPECT_EQ(list.topRow, 5);
+    ListSetVisibleRows(list, 20);
+    EXPECT_EQ(list.topRow, 0);
+}
+
+TEST(VoiceList, SelectingScrollsTheRowIntoView) {
+    VoiceList list = ListOf(10);
+    ListSetVisibleRows(list, 4);
+    ListSelect(list, 7);
+    EXPECT_EQ(list.topRow, 4);
+    ListSelect(list, 2);
+    EXPECT_EQ(list.topRow, 2);
+    ListSelect(list, 99);
+    EXPECT_EQ(list.selection, NoRow);
+    EXPECT_EQ(list.topRow, 2);
+}
+
+TEST(VoiceList, SettingAVoiceOfARowThatDoesNotExistChangesNothing) {
+    VoiceList list = ListOf(2);
+    EXPECT_FALSE(ListSetVoice(list, 2, VoiceOf(9)));
+    EXPECT_FALSE(ListSetVoice(list, -1, VoiceOf(9)));
+    EXPECT_EQ(*ListVoice(list, 1), VoiceOf(1));
+    EXPECT_EQ(ListCount(list), 2);
+}
+
+TEST(VoiceList, FreeingTheBlocksKeepsTheRows) {
+    VoiceList list = ListOf(3);
+    FreeListBlocks(list);
+    EXPECT_EQ(ListCount(list), 3);
+    EXPECT_EQ(ListVoice(list, 0), nullptr);
+}
+
+TEST(VoiceList, TheObserverHearsOfRowsSelectionScrollingAndState) {
+    VoiceList list = ListOf(10);
+    std::vector<VoiceListChange> heard;
+    list.observer = [&](VoiceListChange change) { heard.push_back(change); };
+    ListSetVisibleRows(list, 3);
+    ListSelect(list, 5);
+    ListSetVoice(list, 5, VoiceOf(1));
+    ListAdd(list);
+    ListEnable(list, false);
+    EXPECT_EQ(heard, (std::vector{VoiceListChange::Selection, VoiceListChange::TopRow,
+                                  VoiceListChange::Voice, VoiceListChange::Items,
+                                  VoiceListChange::State}));
+}
+
+} // namespace
+} // namespace tonewright
