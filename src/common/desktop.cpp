@@ -2,6 +2,7 @@
 #include "common/desktop.h"
 
 #include "common/folders.h"
+#include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
 
@@ -198,6 +199,18 @@ int PlayEventSound(const char *name) {
         return digits > 0 ? PlayOwnSound(sound.substr(0, digits)) : 0;
     }
     return PlayFile(std::string(sound));
+}
+
+int ShowInExplorer(const std::string &folder, const char *file) {
+    constexpr int ShellCallFailed = -4;
+    std::string bare = folder;
+    if (!bare.empty() && bare.back() == PathSeparator) {
+        bare.pop_back();
+    }
+    const FileManagerCall call = PlatformFileManagerCall(bare, file ? file : "");
+    return TheDesktop.OpenAddress && TheDesktop.OpenAddress(call.program, call.argument, false)
+               ? 0
+               : ShellCallFailed;
 }
 
 } // namespace tonewright

@@ -145,6 +145,10 @@ std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path, 
 bool ShiftKeyDown();
 bool ControlKeyDown();
 
+// Shows a folder in the file manager, with `file` (a name, may be null) selected where it can do
+// that. 0, or -4 when the file manager could not be called.
+int ShowInExplorer(const std::string &folder, const char *file);
+
 // Shows the wait cursor as long as it lives, on every way out.
 struct WaitCursor {
     WaitCursor();

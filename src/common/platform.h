@@ -18,6 +18,15 @@ bool PlatformVersionIsSupported();
 // the system has registered for it, else the bare name of the program on this platform.
 std::string PlatformBrowserProgram(const char *windowsProgram);
 
+// How the platform's file manager is called to show a folder (without a trailing separator), with
+// `file` selected where the manager can do that; an empty file: the folder alone. An empty program
+// stands for whatever opens folders.
+struct FileManagerCall {
+    std::string program;
+    std::string argument;
+};
+FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &file);
+
 // The full path of the running executable, empty when unknown.
 std::string PlatformExecutablePath();
 

@@ -106,4 +106,8 @@ std::string PlatformExecutablePath() {
 #endif
 }
 
+FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &) {
+    return {.program = "", .argument = "file://" + folder};
+}
+
 } // namespace tonewright

@@ -60,4 +60,10 @@ std::string PlatformExecutablePath() {
     return std::string(path, length < MAX_PATH ? length : 0);
 }
 
+FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &file) {
+    const std::string quoted =
+        file.empty() ? "\"" + folder + "\"" : "/select,\"" + folder + "\\" + file + "\"";
+    return {.program = "explorer.exe", .argument = quoted};
+}
+
 } // namespace tonewright
