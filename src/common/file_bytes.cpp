@@ -1,0 +1,105 @@
+// Reading and writing whole files of a known, small size.
+#include "common/file_bytes.h"
+
+#include "common/open_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace tonewright {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Memory is taken as the file delivers: a large limit costs nothing for a small file.
+constexpr std::size_t FirstPiece = 64 * 1024;
+
+fs::path PathOf(const char *utf8) {
+    return fs::path(reinterpret_cast<const char8_t *>(utf8));
+}
+
+// Removes a file that was opened for writing here. Anything but a regular file (a device node, a
+// pipe) is no file of ours and stays.
+void DeleteFile(const char *path) {
+    std::error_code error;
+    const fs::path target = PathOf(path);
+    if (fs::is_regular_file(target, error)) {
+        fs::remove(target, error);
+    }
+}
+
+} // namespace
+
+std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit) {
+    const FilePointer file = OpenFile(path, "rb");
+    if (!file) {
+        return std::nullopt;
+    }
+    // Without a buffer the bytes go where they belong in one call to the system.
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);
+    std::vector<std::uint8_t> bytes;
+    while (bytes.size() < limit) {
+        const std::size_t have = bytes.size();
+        const std::size_t piece = std::min(limit - have, std::max(have, FirstPiece));
+        bytes.resize(have + piece);
+        const std::size_t got = std::fread(bytes.data() + have, 1, piece, file.get());
+        bytes.resize(have + got);
+        if (got < piece) {
+            break;
+        }
+    }
+    if (std::ferror(file.get())) {
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> bytes) {
+    FilePointer file = OpenFile(path, "wb");
+    if (!file) {
+        return WriteOutcome::NotOpened;
+    }
+    std::setvbuf(file.get(), nullptr, _IONBF, 0);
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
+                         std::fflush(file.get()) == 0;
+    // Some file systems report a full disk only here.
+    const bool closed = std::fclose(file.release()) == 0;
+    if (!written || !closed) {
+        DeleteFile(path);
+        return WriteOutcome::Short;
+    }
+    return WriteOutcome::Done;
+}
+
+bool CopyFileTo(const char *from, const char *to) {
+    const fs::path source = PathOf(from);
+    const fs::path target = PathOf(to);
+    std::error_code error;
+    if (fs::equivalent(source, target, error)) {
+        return false;
+    }
+    // The earlier copy goes first, since it may be read-only; a folder in its place stays.
+    const fs::file_status status = fs::symlink_status(target, error);
+    if (fs::is_regular_file(status) || fs::is_symlink(status)) {
+        fs::remove(target, error);
+    }
+    const bool targetIsFree = !fs::exists(fs::symlink_status(target, error));
+    if (fs::copy_file(source, target, error)) {
+        return true;
+    }
+    // The part of a copy is no copy.
+    if (targetIsFree) {
+        DeleteFile(to);
+    }
+    return false;
+}
+
+bool FileExists(const char *path) {
+    std::error_code error;
+    const fs::file_status status = fs::status(PathOf(path), error);
+    return fs::exists(status) && !fs::is_directory(status);
+}
+
+} // namespace tonewright

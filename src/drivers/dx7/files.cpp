@@ -1,0 +1,211 @@
+// Reads and writes the bank ("syx") and single-voice ("sy1") documents of the DX7 family.
+#include "drivers/dx7/files.h"
+
+#include "common/desktop.h"
+#include "common/file_bytes.h"
+#include "common/file_time.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tonewright {
+
+namespace {
+
+constexpr std::array<std::uint8_t, Dx7FileHeaderSize> BankHeader = {0xF0, 0x43, 0x00,
+                                                                    0x09, 0x20, 0x00};
+constexpr std::array<std::uint8_t, Dx7FileHeaderSize> VoiceHeader = {0xF0, 0x43, 0x00,
+                                                                     0x00, 0x01, 0x1B};
+constexpr std::size_t BankCountOffset = 4; // the header's bytes from here on are the byte count
+constexpr std::uint8_t EndOfSysex = 0xF7;
+constexpr std::size_t BankDataSize = Dx7VoicesPerBank * Dx7PackedVoiceSize;
+
+// Header, data, checksum, end byte.
+static_assert(Dx7BankFileSize == Dx7FileHeaderSize + BankDataSize + 2);
+static_assert(Dx7VoiceFileSize == Dx7FileHeaderSize + Dx7VoiceSize + 2);
+
+bool StartsWith(std::span<const std::uint8_t> bytes, std::span<const std::uint8_t> start) {
+    return std::ranges::equal(bytes.first(start.size()), start);
+}
+
+// `file`: the whole message; its data lie between the header and the checksum.
+bool ChecksumIsRight(std::span<const std::uint8_t> file) {
+    const std::size_t end = file.size() - 2;
+    return SysexChecksum(file.subspan(Dx7FileHeaderSize, end - Dx7FileHeaderSize)) == file[end];
+}
+
+// Header, checksum and end byte around the data that `file` already holds.
+void CloseMessage(std::span<std::uint8_t> file, std::span<const std::uint8_t> header) {
+    const std::size_t end = file.size() - 2;
+    std::ranges::copy(header, file.begin());
+    file[end] = SysexChecksum(file.subspan(Dx7FileHeaderSize, end - Dx7FileHeaderSize));
+    file[end + 1] = EndOfSysex;
+}
+
+bool OpenDamagedFile(QWidget *window, const char *path) {
+    return AskYesNo(window, FormatText("The data in the document %s may be damaged.\n\n"
+                                       "Do you wish to open it anyway?",
+                                       FileNameOfPath(path))) == ResultYes;
+}
+
+// Whether a file may be opened by its verdict; asks when it holds the right message with wrong
+// sums.
+bool IsAccepted(QWidget *window, const char *path, Dx7FileVerdict verdict) {
+    switch (verdict) {
+    case Dx7FileVerdict::Ok:
+        return true;
+    case Dx7FileVerdict::TooShort:
+    case Dx7FileVerdict::WrongHeader:
+        return false;
+    case Dx7FileVerdict::WrongCount:
+    case Dx7FileVerdict::WrongChecksum:
+        break;
+    }
+    return OpenDamagedFile(window, path);
+}
+
+// The 156 bytes of a DX7 voice; nothing for any other block and for none.
+std::optional<Dx7UnpackedConst> Dx7VoiceOf(const VoiceObject *voice) {
+    if (!voice) {
+        return std::nullopt;
+    }
+    const auto parts = PayloadOf(*voice);
+    if (!parts || parts->payload.size() < Dx7VoiceSize ||
+        HeaderOf(*voice)->driverId != Dx7DriverId) {
+        return std::nullopt;
+    }
+    return parts->payload.first<Dx7VoiceSize>();
+}
+
+std::size_t BankVoiceOffset(int voice) {
+    return Dx7FileHeaderSize + static_cast<std::size_t>(voice) * Dx7PackedVoiceSize;
+}
+
+} // namespace
+
+Dx7FileVerdict JudgeDx7Bank(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < Dx7BankFileSize) {
+        return Dx7FileVerdict::TooShort;
+    }
+    const auto file = bytes.first<Dx7BankFileSize>();
+    if (!StartsWith(file, std::span(BankHeader).first<BankCountOffset>()) ||
+        file.back() != EndOfSysex) {
+        return Dx7FileVerdict::WrongHeader;
+    }
+    if (!StartsWith(file, BankHeader)) {
+        return Dx7FileVerdict::WrongCount;
+    }
+    return ChecksumIsRight(file) ? Dx7FileVerdict::Ok : Dx7FileVerdict::WrongChecksum;
+}
+
+Dx7FileVerdict JudgeDx7Voice(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < Dx7VoiceFileSize) {
+        return Dx7FileVerdict::TooShort;
+    }
+    const auto file = bytes.first<Dx7VoiceFileSize>();
+    if (!StartsWith(file, VoiceHeader) || file.back() != EndOfSysex) {
+        return Dx7FileVerdict::WrongHeader;
+    }
+    return ChecksumIsRight(file) ? Dx7FileVerdict::Ok : Dx7FileVerdict::WrongChecksum;
+}
+
+void FillListFromDx7Bank(VoiceList &list, std::span<const std::uint8_t, Dx7BankFileSize> bytes) {
+    ListReset(list);
+    ListEnable(list, false);
+    ListSetRedraw(list, false);
+    for (int voice = 0; voice < Dx7VoicesPerBank; ++voice) {
+        std::array<std::uint8_t, Dx7VoiceSize> unpacked;
+        UnpackDx7Voice(unpacked,
+                       Dx7PackedConst(&bytes[BankVoiceOffset(voice)], Dx7PackedVoiceSize));
+        ListSetVoice(list, ListAdd(list), MakeDx7VoiceObject(unpacked));
+    }
+    SelectItemFonts(MainItemFonts, Dx7DriverId);
+    ListSetItemHeight(list, MainItemFonts.itemHeight);
+    ListSetRedraw(list, true);
+    ListEnable(list, true);
+    ListSelect(list, 0);
+}
+
+void BuildDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image) {
+    std::ranges::fill(image, std::uint8_t{0});
+    for (int row = 0; row < Dx7VoicesPerBank; ++row) {
+        if (const auto voice = Dx7VoiceOf(ListVoice(list, row))) {
+            PackDx7Voice(Dx7Packed(&image[BankVoiceOffset(row)], Dx7PackedVoiceSize), *voice);
+        }
+    }
+    CloseMessage(image, BankHeader);
+}
+
+int Dx7OpenBank(QWidget *window, VoiceList &list, const char *path, std::int64_t *time) {
+    const WaitCursor wait;
+    if (time) {
+        *time = ModificationTimeOrNow(path);
+    }
+    const auto bytes = ReadFileBytes(path, Dx7BankFileSize);
+    if (!bytes || !IsAccepted(window, path, JudgeDx7Bank(*bytes))) {
+        return 0;
+    }
+    FillListFromDx7Bank(list, std::span(*bytes).first<Dx7BankFileSize>());
+    return 1;
+}
+
+int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path) {
+    const WaitCursor wait;
+    if (!MakeBackupOf(window, path)) {
+        return 0;
+    }
+    std::array<std::uint8_t, Dx7BankFileSize> image;
+    BuildDx7Bank(list, image);
+    switch (WriteFileBytes(path, image)) {
+    case WriteOutcome::Done:
+        ListEnable(list, true);
+        return 1;
+    case WriteOutcome::NotOpened:
+        return 0;
+    case WriteOutcome::Short:
+        // The file is gone and the list is all that is left of it: it stays disabled, so that
+        // nothing but opening or saving another document follows.
+        ListEnable(list, false);
+        return 0;
+    }
+    return 0;
+}
+
+int Dx7ImportVoice(QWidget *window, VoiceList &list, int index, const char *path,
+                   VoiceObject *out) {
+    const WaitCursor wait;
+    if (!out && !ListVoice(list, index)) {
+        return 0;
+    }
+    const auto bytes = ReadFileBytes(path, Dx7VoiceFileSize);
+    if (!bytes || !IsAccepted(window, path, JudgeDx7Voice(*bytes))) {
+        return 0;
+    }
+    VoiceObject voice =
+        MakeDx7VoiceObject(std::span(*bytes).subspan<Dx7FileHeaderSize, Dx7VoiceSize>());
+    if (out) {
+        *out = std::move(voice);
+    } else {
+        ListSetVoice(list, index, std::move(voice));
+    }
+    return 1;
+}
+
+int Dx7ExportVoice(QWidget *, VoiceList &list, const VoiceObject *voice, const char *path,
+                   int index, std::uint32_t) {
+    const WaitCursor wait;
+    const auto bytes = Dx7VoiceOf(voice ? voice : ListVoice(list, index));
+    if (!bytes) {
+        return 0;
+    }
+    std::array<std::uint8_t, Dx7VoiceFileSize> image;
+    std::ranges::copy(*bytes, image.begin() + Dx7FileHeaderSize);
+    CloseMessage(image, VoiceHeader);
+    return WriteFileBytes(path, image) == WriteOutcome::Done;
+}
+
+} // namespace tonewright
