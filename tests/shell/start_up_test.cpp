@@ -1,0 +1,158 @@
+// The decisions of start-up: sizes, display, default folders, first commands.
+#include "shell/start_up.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "core/current.h"
+#include "shell/command_queue.h"
+#include "shell/commands.h"
+#include "shell/documents.h"
+#include "shell/shell_window.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+TEST(StartUp, TheWindowIsNinetyFivePercentOfTheScreensHeight) {
+    EXPECT_EQ(MainWindowSize(1080).height, 1026);
+    EXPECT_EQ(MainWindowSize(1080).width, 829);
+    EXPECT_EQ(MainWindowSize(480).height, 456);
+    EXPECT_EQ(MainWindowSize(480).width, 368);
+}
+
+TEST(StartUp, ADisplayThatIs800WideAnd480HighPassesTheCheck) {
+    EXPECT_TRUE(DisplayIsSuitable(24, 800));
+}
+
+TEST(StartUp, ADisplayNarrowerThan800IsRefused) {
+    EXPECT_FALSE(DisplayIsSuitable(24, 799));
+}
+
+TEST(StartUp, ADisplayWith8BitsPerPixelIsRefused) {
+    EXPECT_FALSE(DisplayIsSuitable(8, 1920));
+    EXPECT_TRUE(DisplayIsSuitable(9, 1920));
+}
+
+TEST(StartUp, ADisplayOf9BitsOrMoreCountsAs24) {
+    EXPECT_EQ(ColourDepthOf(8), 8);
+    EXPECT_EQ(ColourDepthOf(9), 24);
+    EXPECT_EQ(ColourDepthOf(32), 24);
+    EXPECT_EQ(ColourDepthOf(1), 1);
+}
+
+TEST(StartUp, EmptyFoldersGetTheDefaultAndOthersStay) {
+    PlatformFolders.documents = "/home/someone/Documents";
+    OpenExportPath = "/elsewhere/";
+    FillDefaultFolders();
+    EXPECT_EQ(OpenPath, "/home/someone/Documents/My Tonewright 17 Documents/");
+    EXPECT_EQ(OpenImportPath, OpenPath);
+    EXPECT_EQ(OpenExportPath, "/elsewhere/");
+}
+
+std::string LineOf(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "tonewright");
+    std::vector<char *> pointers;
+    for (std::string &argument : arguments) {
+        pointers.push_back(argument.data());
+    }
+    return CommandLinePath(static_cast<int>(pointers.size()), pointers.data());
+}
+
+TEST(StartUp, TheCommandLineHoldsOnePathWithItsBlanks) {
+    EXPECT_EQ(LineOf({}), "");
+    EXPECT_EQ(LineOf({"my", "bank.syx"}), "my bank.syx");
+    EXPECT_EQ(LineOf({"\"quoted bank.syx\""}), "quoted bank.syx");
+}
+
+class FirstWork : public testing::Test {
+protected:
+    void RunAll() {
+        while (RunNextPosted()) {
+        }
+    }
+};
+
+TEST_F(FirstWork, TheCommandLineWinsOverTheRecentDocument) {
+    OpenRecentDocument = 1;
+    RecentDocumentPath = "/recent.syx";
+    PostFirstDocument("/line.syx");
+    EXPECT_EQ(PendingOpenPath, "/line.syx");
+}
+
+TEST_F(FirstWork, APathOfTheCommandLineIsMadeAbsolute) {
+    PostFirstDocument("line.syx");
+    EXPECT_EQ(PendingOpenPath, (std::filesystem::current_path() / "line.syx").string());
+}
+
+TEST_F(FirstWork, TheRecentDocumentIsOpenedOnlyWhenWanted) {
+    RecentDocumentPath = "/recent.syx";
+    PostFirstDocument("");
+    EXPECT_EQ(PendingOpenPath, "");
+    OpenRecentDocument = 1;
+    PostFirstDocument("");
+    EXPECT_EQ(PendingOpenPath, "/recent.syx");
+}
+
+TEST_F(FirstWork, TheDriverOfTheSettingsBecomesCurrent) {
+    SelectKeyboardName = "yamaha REFACE dx";
+    PostFirstCommands();
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+    RunAll();
+    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+}
+
+TEST_F(FirstWork, AnUnknownNameInTheSettingsChoosesNoDriver) {
+    SelectKeyboardName = "Some other instrument";
+    PostFirstCommands();
+    RunAll();
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+}
+
+TEST_F(FirstWork, PostedWorkWaitsUntilWhatRunsHasReturned) {
+    std::vector<int> order;
+    Post([&] {
+        order.push_back(1);
+        Post([&] { order.push_back(3); });
+        EXPECT_FALSE(RunNextPosted()); // as from the loop of a message box
+        order.push_back(2);
+    });
+    RunAll();
+    EXPECT_EQ(order, (std::vector{1, 2, 3}));
+}
+
+TEST_F(FirstWork, TheWindowIsWokenForWorkPostedInsideACommand) {
+    int wakes = 0;
+    TheShellWindow.Wake = [&] { ++wakes; };
+    {
+        const RunningMark running;
+        Post([] {});
+        EXPECT_EQ(wakes, 0);
+    }
+    EXPECT_EQ(wakes, 1);
+}
+
+TEST_F(FirstWork, TheFirstDayOfATipIsStoredOnlyWhenTipsAreWanted) {
+    ShowTipOfTheDay = 0;
+    MainStartupDone();
+    EXPECT_EQ(LastTipDate, 0u);
+    ShowTipOfTheDay = 1;
+    MainStartupDone();
+    EXPECT_NE(LastTipDate, 0u);
+}
+
+TEST(StartUp, TheTipsDateHoldsMonthDayAndYear) {
+    EXPECT_EQ(TipDate(11, 21, 2026), (11u * 256 + 21) * 65536 + 2026);
+}
+
+TEST(StartUp, TheWizardsKeyDoesNotSuppressTheStartupWindowWhileThereIsNoWizard) {
+    ShowWelcomeWizard = 1;
+    EXPECT_TRUE(StartupWindowWanted());
+    EXPECT_EQ(ShowWelcomeWizard, 1u);
+    ShowStartupWindow = 0;
+    EXPECT_FALSE(StartupWindowWanted());
+}
+
+} // namespace
+} // namespace tonewright
