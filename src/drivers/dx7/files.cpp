@@ -178,7 +178,10 @@ int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path) {
 int Dx7ImportVoice(QWidget *window, VoiceList &list, int index, const char *path,
                    VoiceObject *out) {
     const WaitCursor wait;
-    if (!out && !ListVoice(list, index)) {
+    // A row without a voice cannot be filled. A row past the end is no such row: the file is read
+    // all the same, and its voice goes nowhere.
+    const bool rowExists = index >= 0 && index < ListCount(list);
+    if (!out && rowExists && !ListVoice(list, index)) {
         return 0;
     }
     const auto bytes = ReadFileBytes(path, Dx7VoiceFileSize);
