@@ -1,0 +1,630 @@
+// Tests of painted algorithms, list items and printed cells, pixel by pixel.
+#include "drivers/dx7/view/voice_view.h"
+
+#include "common/view/fonts.h"
+#include "drivers/dx7/view/algorithm_view.h"
+#include "drivers/dx7/voice_codec.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+constexpr QRgb Black = 0xFF000000;
+constexpr QRgb White = 0xFFFFFFFF;
+constexpr QRgb Untouched = 0xFFC0FFEE;
+
+QImage EmptyImage(int width, int height, QRgb colour = Untouched) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+// A picture on an image with ten pixels around it, which no told line leaves.
+constexpr int Around = 10;
+QImage PaintAlgorithm(int algorithm, int height, int weight, int flags, QColor ink = Qt::black,
+                      QColor background = Qt::white, int width = 240) {
+    QImage image = EmptyImage(width + 2 * Around, height + 2 * Around);
+    QPainter painter(&image);
+    EXPECT_EQ(DrawDx7Algorithm(painter, {Around, Around, Around + width, Around + height},
+                               algorithm, ink, background, weight, flags),
+              1);
+    return image;
+}
+
+bool IsAll(const QImage &image, const QRect &area, QRgb colour) {
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (image.pixel(x, y) != colour) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+// The smallest rectangle around every pixel within `area` that differs from `background`.
+QRect InkOf(const QImage &image, const QRect &area, QRgb background) {
+    QRect ink;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (image.pixel(x, y) != background) {
+                ink |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return ink;
+}
+
+bool HasPixel(const QImage &image, const QRect &area, QRgb colour) {
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (image.pixel(x, y) == colour) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// First and last row of the run of ink through column x and row y, or -1 and -1.
+std::pair<int, int> RunOfColumn(const QImage &image, int x, int y, QRgb ink = Black) {
+    if (image.pixel(x, y) != ink) {
+        return {-1, -1};
+    }
+    int first = y;
+    int last = y;
+    while (first > 0 && image.pixel(x, first - 1) == ink) {
+        --first;
+    }
+    while (last + 1 < image.height() && image.pixel(x, last + 1) == ink) {
+        ++last;
+    }
+    return {first, last};
+}
+
+std::pair<int, int> RunOfRow(const QImage &image, int x, int y, QRgb ink = Black) {
+    return RunOfColumn(image.transformed(QTransform(0, 1, 1, 0, 0, 0)), y, x, ink);
+}
+
+int StripWidth(int fontHeight) {
+    return QFontMetrics(FontOfHeight("ARIAL", 2 * fontHeight, 700)).horizontalAdvance("00  ");
+}
+
+VoiceObject MakeVoice(const std::string &name, int algorithm) {
+    std::array<std::uint8_t, Dx7VoiceSize> bytes{};
+    for (std::size_t i = 0; i < Dx7NameSize; ++i) {
+        bytes[145 + i] = i < name.size() ? static_cast<std::uint8_t>(name[i]) : ' ';
+    }
+    bytes[134] = static_cast<std::uint8_t>(algorithm);
+    return MakeVoiceObject(Dx7DriverId, bytes);
+}
+
+ItemFonts ListFonts() {
+    ItemFonts fonts;
+    fonts.title = {.family = "TIMES NEW ROMAN", .height = 28, .weight = 700};
+    fonts.label = {.family = "ARIAL", .height = 14, .weight = 500};
+    fonts.itemHeight = 48;
+    return fonts;
+}
+
+constexpr int ItemWidth = 560;
+const QRect LabelArea(0, 0, 280, 16);
+const QRect NameArea(0, 16, 280, 32);
+
+// An item of the list as the main window asks for it: background filled, text colour set.
+QImage PaintItem(const VoiceObject &voice, int index, bool selected, QRgb text = Black,
+                 QRgb background = White, const ItemFonts &fonts = ListFonts()) {
+    QImage image = EmptyImage(ItemWidth, 48, background);
+    QPainter painter(&image);
+    painter.setPen(QColor(text));
+    const DrawItem item = {.painter = &painter,
+                           .rectangle = {0, 0, ItemWidth, 48},
+                           .itemIndex = index,
+                           .selected = selected};
+    EXPECT_EQ(Dx7DrawVoiceItem(item, fonts, voice, 0), 1);
+    return image;
+}
+
+// The same area with one text on a baseline, for comparison.
+QImage PaintText(const QFont &font, int x, int top, int bottom, const QString &text,
+                 QRgb colour = Black, QRgb background = White) {
+    QImage image = EmptyImage(ItemWidth, 48, background);
+    QPainter painter(&image);
+    painter.setPen(QColor(colour));
+    painter.setFont(font);
+    const QFontMetrics metrics(font);
+    const int cell = metrics.ascent() + metrics.descent();
+    painter.drawText(x, top + (bottom - top - cell) / 2 + metrics.ascent(), text);
+    return image;
+}
+
+TEST(Dx7AlgorithmView, WithoutTheNumberTheBoxesStartAtTheLeftEdge) {
+    const QImage image = PaintAlgorithm(31, 48, 2, 0);
+    // The inner rectangle starts 4 to the right; the stroke of 2 lies on either side of that.
+    const QRect ink = InkOf(image, QRect(Around, Around, 240, 48), White);
+    EXPECT_EQ(ink.left(), Around + 4 - 1);
+}
+
+TEST(Dx7AlgorithmView, WithTheNumberTheBoxesStartRightOfItsStrip) {
+    const QImage plain = PaintAlgorithm(31, 48, 2, 0);
+    const QImage numbered = PaintAlgorithm(31, 48, 2, ShowAlgorithmNumber);
+    const int strip = StripWidth(11);
+    ASSERT_GT(strip, 20);
+    // The same boxes, moved by the width of the strip.
+    EXPECT_EQ(plain.copy(Around, 0, 160, 68), numbered.copy(Around + strip, 0, 160, 68));
+    // "32" stands in the strip, with room for two blanks at its right.
+    const QRect number = InkOf(numbered, QRect(Around, Around, 4 + strip - 1, 48), White);
+    EXPECT_GE(number.left(), Around + 4);
+    EXPECT_LT(number.right(), Around + 4 + strip - 8);
+    EXPECT_NEAR(number.center().y(), Around + 24, 2);
+}
+
+TEST(Dx7AlgorithmView, OneDigitStandsAtTheRightOfTheStrip) {
+    const int strip = StripWidth(11);
+    const QRect area(Around, Around, 4 + strip - 1, 48);
+    const QRect one = InkOf(PaintAlgorithm(32 + 3, 48, 2, ShowAlgorithmNumber), area, White);
+    const QRect digit = InkOf(PaintAlgorithm(5, 48, 2, ShowAlgorithmNumber), area, White);
+    EXPECT_EQ(one.right(), digit.right()); // "36" and "6"
+    EXPECT_GT(digit.left(), one.left());
+}
+
+TEST(Dx7AlgorithmView, AnAlgorithmOf32OrMorePaintsTheBackgroundAndNoBoxes) {
+    for (int algorithm : {32, 100, 255}) {
+        EXPECT_TRUE(
+            IsAll(PaintAlgorithm(algorithm, 48, 2, 0), QRect(Around, Around, 240, 48), White))
+            << algorithm;
+    }
+}
+
+TEST(Dx7AlgorithmView, AnAlgorithmOf32OrMorePaintsItsNumberWhenAsked) {
+    const QImage image = PaintAlgorithm(32, 48, 2, ShowAlgorithmNumber);
+    const int strip = 4 + StripWidth(11);
+    EXPECT_TRUE(HasPixel(image, QRect(Around, Around, strip, 48), Black));
+    EXPECT_TRUE(IsAll(image, QRect(Around + strip, Around, 240 - strip, 48), White));
+}
+
+TEST(Dx7AlgorithmView, TheWholeRectangleIsFilledAndNothingAroundIt) {
+    const QImage image = PaintAlgorithm(0, 48, 2, 0, Qt::black, QColor(10, 200, 30));
+    const QRgb green = qRgb(10, 200, 30);
+    EXPECT_EQ(image.pixel(Around, Around), green);
+    EXPECT_EQ(image.pixel(Around + 239, Around), green);
+    EXPECT_EQ(image.pixel(Around, Around + 47), green);
+    EXPECT_EQ(image.pixel(Around + 239, Around + 47), green);
+    EXPECT_TRUE(IsAll(image, QRect(0, 0, 260, Around), Untouched));
+    EXPECT_TRUE(IsAll(image, QRect(0, Around + 48, 260, Around), Untouched));
+    EXPECT_TRUE(IsAll(image, QRect(0, 0, Around, 68), Untouched));
+    EXPECT_TRUE(IsAll(image, QRect(Around + 240, 0, Around, 68), Untouched));
+    // Boxes are filled with the background too: the corner inside the first one.
+    EXPECT_EQ(image.pixel(Around + 4 + 7 + 1, Around + 4 + 1), green);
+}
+
+TEST(Dx7AlgorithmView, AnOddHeightPaintsTheSameAsTheHeightOneLower) {
+    for (int algorithm : {0, 6, 18, 31}) {
+        const QImage odd = PaintAlgorithm(algorithm, 49, 2, ShowAlgorithmNumber);
+        const QImage even = PaintAlgorithm(algorithm, 48, 2, ShowAlgorithmNumber);
+        EXPECT_EQ(odd.copy(0, 0, 260, Around + 48), even.copy(0, 0, 260, Around + 48)) << algorithm;
+    }
+}
+
+TEST(Dx7AlgorithmView, APicture48HighHasItsBoxesAndLinesWhereTheUnitsSay) {
+    const QImage image = PaintAlgorithm(0, 48, 2, 0);
+    const int x = Around + 4;
+    const int y = Around + 4;
+    // Box 1 of side 14 at (7, 0): strokes of two pixels around its edges.
+    EXPECT_EQ(RunOfRow(image, x + 7, y + 2), std::make_pair(x + 6, x + 7));
+    EXPECT_EQ(RunOfRow(image, x + 21, y + 2), std::make_pair(x + 20, x + 21));
+    EXPECT_EQ(RunOfColumn(image, x + 9, y), std::make_pair(y - 1, y));
+    EXPECT_EQ(RunOfColumn(image, x + 9, y + 14), std::make_pair(y + 13, y + 14));
+    // The line to box 2 at (38, 0), in the middle of the boxes.
+    EXPECT_EQ(RunOfColumn(image, x + 30, y + 7), std::make_pair(y + 6, y + 7));
+    // The stub of 5 at the left, from the upper row to the lower one.
+    EXPECT_EQ(RunOfRow(image, x + 2, y + 20), std::make_pair(x + 1, x + 2));
+    EXPECT_EQ(RunOfColumn(image, x + 2, y + 20), std::make_pair(y + 6, y + 31));
+    // The loop around box 6 runs along y = 43.
+    EXPECT_EQ(RunOfColumn(image, x + 107, y + 43), std::make_pair(y + 42, y + 43));
+    EXPECT_EQ(RunOfRow(image, x + 107, y + 43), std::make_pair(x + 94, x + 119));
+}
+
+TEST(Dx7AlgorithmView, EveryWeightOfLineCoversWholePixels) {
+    struct Row {
+        int height, weight; // the inner height is 40 in every row
+        int before, after;  // pixels of a stroke before and after its coordinate
+    };
+    for (const Row &row : {Row{36, -1, 0, 0}, Row{40, 0, 0, 0}, Row{44, 1, 0, 0}, Row{48, 2, 1, 0},
+                           Row{52, 3, 1, 1}, Row{56, 4, 2, 1}}) {
+        const QImage image = PaintAlgorithm(0, row.height, row.weight, 0);
+        const int x = Around + 2 * row.weight;
+        const int y = Around + 2 * row.weight;
+        EXPECT_EQ(RunOfColumn(image, x + 30, y + 7),
+                  std::make_pair(y + 7 - row.before, y + 7 + row.after))
+            << row.weight;
+        EXPECT_EQ(RunOfRow(image, x + 2, y + 20),
+                  std::make_pair(x + 2 - row.before, x + 2 + row.after))
+            << row.weight;
+        EXPECT_EQ(RunOfRow(image, x + 21, y + 3),
+                  std::make_pair(x + 21 - row.before, x + 21 + row.after))
+            << row.weight;
+    }
+}
+
+TEST(Dx7AlgorithmView, ALineBelowABoxHangsFromItsExactMiddle) {
+    for (int height = 24; height < 160; ++height) {
+        for (int weight : {1, 2, 3}) {
+            const QImage image = PaintAlgorithm(31, height, weight, 0, Qt::black, Qt::white, 600);
+            // Left to right along the lower edge of box 1, then along the line below it.
+            const int inner = (height - 4 * weight) & ~1;
+            const int box = (inner * 36 / 100) & ~1;
+            const int gap = (inner * 60 / 100 - box) / 2;
+            if (gap < 2 * weight || box < 6 * weight) {
+                continue; // strokes run into each other
+            }
+            const int x = Around + 2 * weight + box / 2;
+            const int y = Around + 2 * weight + inner * 60 / 100 + box;
+            const std::pair<int, int> edge = RunOfRow(image, x, y);
+            const std::pair<int, int> line = RunOfRow(image, x, y + (weight + 1) / 2);
+            EXPECT_EQ(edge.second - edge.first + 1, box + weight) << height << " " << weight;
+            EXPECT_EQ(line.second - line.first + 1, weight) << height << " " << weight;
+            EXPECT_EQ(line.first - edge.first, edge.second - line.second)
+                << height << " " << weight;
+        }
+    }
+}
+
+TEST(Dx7AlgorithmView, ACrossingLineOfTheListStepsAsideByOnePixel) {
+    const QImage image = PaintAlgorithm(6, 40, 2, 0);
+    const int x = Around + 4;
+    const int y = Around + 4;
+    EXPECT_EQ(RunOfRow(image, x + 33, y + 17), std::make_pair(x + 32, x + 33));
+    EXPECT_EQ(RunOfRow(image, x + 33, y + 30), std::make_pair(x + 33, x + 34));
+}
+
+TEST(Dx7AlgorithmView, LinesAboveAndBelowTheInnerRectangleAreNotClipped) {
+    // Without a border of their own weight, loops and bus leave the rectangle.
+    const QImage image = PaintAlgorithm(4, 40, 0, 0);
+    const int x = Around;
+    EXPECT_EQ(RunOfColumn(image, x + 60, Around - 5), std::make_pair(Around - 5, Around - 5));
+    EXPECT_EQ(RunOfColumn(image, x + 20, Around + 43), std::make_pair(Around + 43, Around + 43));
+}
+
+TEST(Dx7AlgorithmView, ThePainterIsLeftAsItWas) {
+    QImage image = EmptyImage(300, 60);
+    QPainter painter(&image);
+    const QFont font = FontOfHeight("TIMES NEW ROMAN", 28, 700);
+    painter.setFont(font);
+    painter.setPen(QPen(Qt::red, 5));
+    painter.setBrush(Qt::yellow);
+    painter.setRenderHint(QPainter::Antialiasing);
+    DrawDx7Algorithm(painter, {0, 0, 300, 48}, 3, Qt::black, Qt::white, 2, ShowAlgorithmNumber);
+    EXPECT_EQ(painter.font(), font);
+    EXPECT_EQ(painter.pen(), QPen(Qt::red, 5));
+    EXPECT_EQ(painter.brush(), QBrush(Qt::yellow));
+    EXPECT_TRUE(painter.testRenderHint(QPainter::Antialiasing));
+}
+
+TEST(Dx7AlgorithmView, APainterThatSmoothsGivesTheSamePicture) {
+    QImage image = EmptyImage(260, 68);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    DrawDx7Algorithm(painter, {Around, Around, Around + 240, Around + 48}, 6, Qt::black, Qt::white,
+                     2, ShowAlgorithmNumber);
+    painter.end();
+    EXPECT_EQ(image, PaintAlgorithm(6, 48, 2, ShowAlgorithmNumber));
+}
+
+TEST(Dx7AlgorithmView, TinyEmptyAndReversedRectanglesDoNoHarm) {
+    QImage image = EmptyImage(100, 100);
+    QPainter painter(&image);
+    for (int height : {-20, -1, 0, 1, 2, 8, 9, 12}) {
+        for (int weight : {-2, 0, 1, 2, 8}) {
+            EXPECT_EQ(DrawDx7Algorithm(painter, {50, 50, 40, 50 + height}, 6, Qt::black, Qt::white,
+                                       weight, ShowAlgorithmNumber),
+                      1);
+        }
+    }
+}
+
+TEST(Dx7VoiceItem, TheFirstVoiceShowsTheNumber1) {
+    const QImage image = PaintItem(MakeVoice("BRASS   1", 21), 0, false);
+    const QImage expected = PaintText(FontOfHeight("ARIAL", 14, 500), 4, 2, 16, "Voice 1");
+    EXPECT_EQ(image.copy(LabelArea), expected.copy(LabelArea));
+    EXPECT_FALSE(IsAll(image, LabelArea, White));
+}
+
+TEST(Dx7VoiceItem, TheLastVoiceOfABankShowsTheNumber32) {
+    const QImage image = PaintItem(MakeVoice("X", 0), 31, false);
+    const QImage expected = PaintText(FontOfHeight("ARIAL", 14, 500), 4, 2, 16, "Voice 32");
+    EXPECT_EQ(image.copy(LabelArea), expected.copy(LabelArea));
+}
+
+TEST(Dx7VoiceItem, TheNameStandsBelowInTheTitleFont) {
+    const QImage image = PaintItem(MakeVoice("E.PIANO 1", 4), 0, false);
+    const QImage expected =
+        PaintText(FontOfHeight("TIMES NEW ROMAN", 28, 700), 16, 16, 44, "E.PIANO 1");
+    EXPECT_EQ(image.copy(NameArea), expected.copy(NameArea));
+}
+
+TEST(Dx7VoiceItem, EvenTheWidestNameOfTenCharactersFitsItsBox) {
+    const QFont font = FontOfHeight("TIMES NEW ROMAN", 28, 700);
+    ASSERT_LE(QFontMetrics(font).horizontalAdvance("WWWWWWWWWW"), 260);
+    const QImage image = PaintItem(MakeVoice("WWWWWWWWWW", 4), 0, false);
+    const QImage expected = PaintText(font, 16, 16, 44, "WWWWWWWWWW");
+    EXPECT_EQ(image.copy(NameArea), expected.copy(NameArea));
+}
+
+TEST(Dx7VoiceItem, ANameTooWideForItsBoxEndsInAnEllipsis) {
+    ItemFonts fonts = ListFonts();
+    fonts.title.height = 34;
+    const QFont font = FontOfHeight("TIMES NEW ROMAN", 34, 700);
+    const QFontMetrics metrics(font);
+    const QString cut = QString("WWWWWWW") + QChar(0x2026);
+    ASSERT_GT(metrics.horizontalAdvance("WWWWWWWWWW"), 260);
+    ASSERT_LE(metrics.horizontalAdvance(cut), 260);
+    ASSERT_GT(metrics.horizontalAdvance("W" + cut), 260);
+    const QImage image = PaintItem(MakeVoice("WWWWWWWWWW", 4), 0, false, Black, White, fonts);
+    EXPECT_EQ(image.copy(NameArea), PaintText(font, 16, 16, 44, cut).copy(NameArea));
+    EXPECT_TRUE(IsAll(image, QRect(16 + 260, 16, 4, 32), White));
+}
+
+TEST(Dx7VoiceItem, BytesOfANameAreLatin1) {
+    const QImage image = PaintItem(MakeVoice("\xC4"
+                                             "B & \xE9",
+                                             4),
+                                   0, false);
+    const QImage expected = PaintText(FontOfHeight("TIMES NEW ROMAN", 28, 700), 16, 16, 44,
+                                      QString(QChar(0xC4)) + "B & " + QChar(0xE9));
+    EXPECT_EQ(image.copy(NameArea), expected.copy(NameArea));
+}
+
+TEST(Dx7VoiceItem, AnUnselectedItemShowsItsPictureBlackOnWhite) {
+    const QImage image = PaintItem(MakeVoice("X", 21), 0, false, Black, Untouched);
+    EXPECT_TRUE(HasPixel(image, QRect(280, 4, ItemWidth - 304, 40), Black));
+    // The picture lies 280 from the left, 24 from the right, and 4 from top and bottom.
+    for (QPoint corner :
+         {QPoint(280, 4), QPoint(ItemWidth - 25, 4), QPoint(280, 43), QPoint(ItemWidth - 25, 43)}) {
+        EXPECT_EQ(image.pixel(corner), White);
+    }
+    EXPECT_TRUE(IsAll(image, QRect(ItemWidth - 24, 0, 24, 48), Untouched));
+    EXPECT_TRUE(IsAll(image, QRect(276, 0, 4, 48), Untouched));
+    EXPECT_EQ(image.pixel(ItemWidth - 25, 3), Untouched);
+    EXPECT_EQ(image.pixel(ItemWidth - 25, 44), Untouched);
+}
+
+TEST(Dx7VoiceItem, ThePictureIsThatOfTheVoicesAlgorithmWithItsNumber) {
+    const QImage image = PaintItem(MakeVoice("X", 16), 0, false);
+    QImage expected = EmptyImage(ItemWidth, 48, White);
+    QPainter painter(&expected);
+    DrawDx7Algorithm(painter, {280, 4, ItemWidth - 24, 44}, 16, Qt::black, Qt::white, 2, 1);
+    painter.end();
+    const QRect area(280, 0, ItemWidth - 280, 48);
+    EXPECT_EQ(image.copy(area), expected.copy(area));
+}
+
+TEST(Dx7VoiceItem, ASelectedItemShowsItsPictureInTheHighlightColours) {
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Highlight, QColor(0, 0, 160));
+    palette.setColor(QPalette::HighlightedText, QColor(255, 255, 0));
+    QApplication::setPalette(palette);
+    const QRgb highlight = qRgb(0, 0, 160);
+    const QRgb yellow = qRgb(255, 255, 0);
+    const QImage image = PaintItem(MakeVoice("X", 21), 0, true, White, Untouched);
+    const QRect picture(280, 4, ItemWidth - 304, 40);
+    EXPECT_EQ(image.pixel(280, 4), highlight);
+    EXPECT_EQ(image.pixel(ItemWidth - 25, 43), highlight);
+    EXPECT_TRUE(HasPixel(image, picture, yellow));
+    EXPECT_FALSE(HasPixel(image, picture, Black));
+    EXPECT_FALSE(HasPixel(image, picture, White));
+}
+
+TEST(Dx7VoiceItem, TheTwoLinesOfTextTakeTheColourThatTheWindowSet) {
+    for (bool selected : {false, true}) {
+        const QRgb red = qRgb(255, 0, 0);
+        const QImage image = PaintItem(MakeVoice("E.PIANO 1", 4), 8, selected, red, White);
+        EXPECT_EQ(
+            image.copy(LabelArea),
+            PaintText(FontOfHeight("ARIAL", 14, 500), 4, 2, 16, "Voice 9", red).copy(LabelArea));
+        EXPECT_EQ(image.copy(NameArea),
+                  PaintText(FontOfHeight("TIMES NEW ROMAN", 28, 700), 16, 16, 44, "E.PIANO 1", red)
+                      .copy(NameArea));
+    }
+}
+
+TEST(Dx7VoiceItem, AnItemFurtherDownTheListLooksTheSame) {
+    const VoiceObject voice = MakeVoice("LOWER", 9);
+    QImage image = EmptyImage(ItemWidth, 480, White);
+    QPainter painter(&image);
+    const DrawItem item = {.painter = &painter,
+                           .rectangle = {0, 240, ItemWidth, 288},
+                           .itemIndex = 5,
+                           .selected = false};
+    EXPECT_EQ(Dx7DrawVoiceItem(item, ListFonts(), voice, 0), 1);
+    painter.end();
+    EXPECT_EQ(image.copy(0, 240, ItemWidth, 48), PaintItem(voice, 5, false));
+}
+
+TEST(Dx7VoiceItem, ABlockTooShortForAVoicePaintsNothing) {
+    const std::vector<std::uint8_t> cut(155, 1);
+    for (const VoiceObject &voice :
+         {VoiceObject{}, MakeVoiceObject(Dx7DriverId, cut), VoiceObject{{1, 2, 3}}}) {
+        EXPECT_TRUE(IsAll(PaintItem(voice, 0, false, Black, Untouched), QRect(0, 0, ItemWidth, 48),
+                          Untouched));
+    }
+}
+
+TEST(Dx7VoiceItem, ThePainterIsLeftAsItWas) {
+    QImage image = EmptyImage(ItemWidth, 48);
+    QPainter painter(&image);
+    const QFont font = FontOfHeight("ARIAL", 20);
+    painter.setFont(font);
+    painter.setPen(Qt::red);
+    const DrawItem item = {
+        .painter = &painter, .rectangle = {0, 0, ItemWidth, 48}, .itemIndex = 0, .selected = true};
+    Dx7DrawVoiceItem(item, ListFonts(), MakeVoice("X", 1), 0);
+    EXPECT_EQ(painter.font(), font);
+    EXPECT_EQ(painter.pen().color(), QColor(Qt::red));
+}
+
+// A page of 1000 by 1600 with 32 voices: columns 500 wide, rows 100 high; a cell is shrunk by 10.
+// An algorithm without boxes leaves the frame as the outermost ink.
+QImage PrintPage(int index, int voicesOnPage = 32, const VoiceObject &voice = MakeVoice("X", 32)) {
+    QImage image = EmptyImage(1000, 1600, White);
+    QPainter painter(&image);
+    const PrintCell cell = {.index = index,
+                            .pageWidth = 1000,
+                            .pageHeight = 1600,
+                            .left = 0,
+                            .top = 0,
+                            .voicesOnPage = voicesOnPage,
+                            .titleFontHeight = 32,
+                            .labelFontHeight = 12};
+    EXPECT_EQ(Dx7PrintVoice(painter, voice, cell), 1);
+    return image;
+}
+
+QRect FrameOf(const QImage &page) {
+    return InkOf(page, page.rect(), White);
+}
+
+TEST(Dx7PrintedVoice, TheFirstVoiceLiesAtTheTopLeft) {
+    // A frame of two pixels lies on either side of the cell's edges 10, 490 and 10, 90.
+    EXPECT_EQ(FrameOf(PrintPage(0)), QRect(QPoint(9, 9), QPoint(490, 90)));
+}
+
+TEST(Dx7PrintedVoice, TheSecondVoiceLiesInTheRightColumn) {
+    EXPECT_EQ(FrameOf(PrintPage(1)), QRect(QPoint(509, 9), QPoint(990, 90)));
+}
+
+TEST(Dx7PrintedVoice, WithThirtyTwoVoicesTheThirdLiesInTheLeftColumnOfTheSecondOf16Rows) {
+    EXPECT_EQ(FrameOf(PrintPage(2)), QRect(QPoint(9, 109), QPoint(490, 190)));
+    EXPECT_EQ(FrameOf(PrintPage(31)), QRect(QPoint(509, 1509), QPoint(990, 1590)));
+}
+
+TEST(Dx7PrintedVoice, ACellStartsAtTheCornerOfThePrintableArea) {
+    QImage image = EmptyImage(1100, 400, White);
+    QPainter painter(&image);
+    const PrintCell cell = {.index = 3,
+                            .pageWidth = 1000,
+                            .pageHeight = 1600,
+                            .left = 50,
+                            .top = 70,
+                            .voicesOnPage = 32,
+                            .titleFontHeight = 32,
+                            .labelFontHeight = 12};
+    Dx7PrintVoice(painter, MakeVoice("X", 32), cell);
+    painter.end();
+    EXPECT_EQ(FrameOf(image), QRect(QPoint(559, 179), QPoint(1040, 260)));
+}
+
+TEST(Dx7PrintedVoice, TheCornersOfTheFrameAreRound) {
+    const QImage page = PrintPage(0);
+    EXPECT_EQ(page.pixel(9, 9), White);
+    EXPECT_EQ(page.pixel(11, 11), White);
+    EXPECT_EQ(page.pixel(490, 90), White);
+    // The straight parts are two pixels of plain black.
+    EXPECT_EQ(RunOfColumn(page, 250, 9), std::make_pair(9, 10));
+    EXPECT_EQ(RunOfRow(page, 9, 50), std::make_pair(9, 10));
+}
+
+TEST(Dx7PrintedVoice, NameAndPlaceStandInTheLeftPartOfTheCell) {
+    const QImage page = PrintPage(2, 32, MakeVoice("E.PIANO 1", 32));
+    // m is 1, so the text runs from 10 + 10 to 20 + 264; the name from 155 to 187, the place from
+    // 113 to 155.
+    QImage expected = EmptyImage(1000, 1600, White);
+    QPainter painter(&expected);
+    const auto write = [&](const QFont &font, int top, int bottom, const QString &text) {
+        painter.setFont(font);
+        const QFontMetrics metrics(font);
+        const int cell = metrics.ascent() + metrics.descent();
+        painter.drawText(20, top + (bottom - top - cell) / 2 + metrics.ascent(), text);
+    };
+    write(FontOfHeight("TIMES NEW ROMAN", 32, 700), 155, 187, "E.PIANO 1");
+    write(FontOfHeight("ARIAL", 12, 500), 113, 155, "Voice 3");
+    painter.end();
+    const QRect text(20, 113, 264, 74);
+    EXPECT_EQ(page.copy(text), expected.copy(text));
+    EXPECT_TRUE(HasPixel(page, text, Black));
+}
+
+TEST(Dx7PrintedVoice, ANameTooWideForItsBoxEndsInAnEllipsis) {
+    const QFontMetrics metrics(FontOfHeight("TIMES NEW ROMAN", 32, 700));
+    ASSERT_GT(metrics.horizontalAdvance("WWWWWWWWWW"), 264);
+    const QImage page = PrintPage(0, 32, MakeVoice("WWWWWWWWWW", 32));
+    const QRect ink = InkOf(page, QRect(14, 55, 270, 30), White);
+    EXPECT_LT(ink.right(), 20 + 264);
+    EXPECT_GT(ink.right(), 20 + 200);
+}
+
+TEST(Dx7PrintedVoice, ThePictureFillsTheRightPartOfTheCell) {
+    const QImage page = PrintPage(0, 32, MakeVoice("X", 6));
+    // k is 2, so the line weight is 0; the picture runs from 284 to 489 and from 16 to 84.
+    QImage expected = EmptyImage(1000, 1600, White);
+    QPainter painter(&expected);
+    DrawDx7Algorithm(painter, {284, 16, 489, 84}, 6, Qt::black, Qt::white, 0, ShowAlgorithmNumber);
+    painter.end();
+    const QRect picture(284, 12, 190, 76); // left of the frame's round corners
+    EXPECT_EQ(page.copy(picture), expected.copy(picture));
+    EXPECT_TRUE(HasPixel(page, picture, Black));
+}
+
+TEST(Dx7PrintedVoice, ASmallPageGivesANegativeLineWeightThatStillPaintsThePicture) {
+    QImage image = EmptyImage(300, 400, White);
+    QPainter painter(&image);
+    // Columns 150 wide: k is 1, the line weight -1; every margin is at least 1.
+    const PrintCell cell = {.index = 0,
+                            .pageWidth = 300,
+                            .pageHeight = 400,
+                            .left = 0,
+                            .top = 0,
+                            .voicesOnPage = 8,
+                            .titleFontHeight = 9,
+                            .labelFontHeight = 3};
+    EXPECT_EQ(Dx7PrintVoice(painter, MakeVoice("X", 31), cell), 1);
+    painter.end();
+    // Cell 3..147 by 3..97; text from 6 to 85; picture 85..146 by 6..94.
+    QImage expected = EmptyImage(300, 400, White);
+    QPainter reference(&expected);
+    DrawDx7Algorithm(reference, {85, 6, 146, 94}, 31, Qt::black, Qt::white, -1,
+                     ShowAlgorithmNumber);
+    reference.end();
+    const QRect picture(86, 6, 60, 88);
+    EXPECT_EQ(image.copy(picture), expected.copy(picture));
+    EXPECT_TRUE(HasPixel(image, picture, Black));
+    // The frame of 300 * 2 / 1000 = 0 is one pixel.
+    EXPECT_EQ(RunOfColumn(image, 40, 3), std::make_pair(3, 3));
+    EXPECT_EQ(RunOfRow(image, 3, 50), std::make_pair(3, 3));
+}
+
+// The frame of a cell that is high and narrow, by its left edge; its picture is wider than the
+// cell.
+QRect LeftEdgeOf(const QImage &page, int left) {
+    return InkOf(page, QRect(left, 0, 30, page.height()), White);
+}
+
+TEST(Dx7PrintedVoice, AnOddVoiceGoesBelowTheRowsOfItsPage) {
+    // Three voices: one row of the whole height; the third voice lies below the page.
+    EXPECT_EQ(LeftEdgeOf(PrintPage(1, 3), 500), QRect(QPoint(509, 9), QPoint(529, 1590)));
+    EXPECT_TRUE(FrameOf(PrintPage(2, 3)).isEmpty());
+}
+
+TEST(Dx7PrintedVoice, ASingleVoiceTakesTheWholeHeight) {
+    EXPECT_EQ(LeftEdgeOf(PrintPage(0, 1), 0), QRect(QPoint(9, 9), QPoint(29, 1590)));
+}
+
+TEST(Dx7PrintedVoice, ABlockTooShortForAVoicePaintsNothing) {
+    const std::vector<std::uint8_t> cut(155, 1);
+    EXPECT_EQ(FrameOf(PrintPage(0, 32, MakeVoiceObject(Dx7DriverId, cut))), QRect());
+    EXPECT_EQ(FrameOf(PrintPage(0, 32, VoiceObject{})), QRect());
+}
+
+} // namespace
+} // namespace tonewright
