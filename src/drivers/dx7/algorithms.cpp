@@ -78,8 +78,8 @@ struct Line {
     std::size_t count = 0;
 
     constexpr Line() = default;
-    constexpr Line(std::initializer_list<Point> told) {
-        for (const Point &point : told) {
+    constexpr Line(std::initializer_list<Point> list) {
+        for (const Point &point : list) {
             points[count++] = point; // a seventh point does not compile
         }
     }

@@ -30,7 +30,8 @@ QImage EmptyImage(int width, int height, QRgb colour = Untouched) {
     return image;
 }
 
-// A picture on an image with ten pixels around it, which no told line leaves.
+// A picture on an image with ten pixels around it, which no line leaves in the pictures looked at
+// here.
 constexpr int Around = 10;
 QImage PaintAlgorithm(int algorithm, int height, int weight, int flags, QColor ink = Qt::black,
                       QColor background = Qt::white, int width = 240) {
