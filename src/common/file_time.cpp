@@ -72,7 +72,8 @@ std::string FormatTime(std::int64_t seconds, int flags) {
 
 std::int64_t ModificationTimeOrNow(const char *path) {
     std::error_code error;
-    const auto written = std::filesystem::last_write_time(path, error);
+    const auto written =
+        std::filesystem::last_write_time(reinterpret_cast<const char8_t *>(path), error);
     if (error) {
         return static_cast<std::int64_t>(std::time(nullptr));
     }

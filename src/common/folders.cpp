@@ -43,7 +43,8 @@ void AppendFolder(PathBuffer &path, const char *name) {
 void MakeFolder(const std::string &path) {
     std::error_code ignored;
     if (!path.empty()) {
-        std::filesystem::create_directories(path, ignored);
+        std::filesystem::create_directories(reinterpret_cast<const char8_t *>(path.c_str()),
+                                            ignored);
     }
 }
 

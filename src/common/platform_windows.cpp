@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <filesystem>
+
 namespace tonewright {
 namespace {
 
@@ -55,9 +57,11 @@ std::string PlatformBrowserProgram(const char *windowsProgram) {
 }
 
 std::string PlatformExecutablePath() {
-    char path[MAX_PATH + 1] = {};
-    const DWORD length = GetModuleFileNameA(nullptr, path, MAX_PATH);
-    return std::string(path, length < MAX_PATH ? length : 0);
+    wchar_t path[MAX_PATH + 1] = {};
+    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const auto utf8 =
+        std::filesystem::path(path, path + (length < MAX_PATH ? length : 0)).u8string();
+    return {utf8.begin(), utf8.end()};
 }
 
 FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &file) {
