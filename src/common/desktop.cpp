@@ -1,15 +1,14 @@
 // The named calls over the desktop table, and which sound stands for an event.
 #include "common/desktop.h"
 
+#include "common/file_bytes.h"
 #include "common/folders.h"
 #include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <string_view>
-#include <system_error>
 
 namespace tonewright {
 namespace {
@@ -63,8 +62,7 @@ int PlayOwnSound(std::string_view name) {
 
 bool PlayNotifySound() {
     const std::string path = UserFile("Notify.wav");
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(path, ignored) && PlayFile(path) != 0;
+    return FileExists(path.c_str()) && PlayFile(path) != 0;
 }
 
 } // namespace
