@@ -1,0 +1,521 @@
+// The main window as a user meets it.
+#include "window_fixture.h"
+
+#include "shell/command_queue.h"
+#include "shell/view/tool_bar.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QMenuBar>
+#include <QMimeData>
+
+namespace tonewright {
+namespace {
+
+using MainWindowTest = WindowTest;
+
+TEST_F(MainWindowTest, CannotBeResizedAndIs95PercentOfTheScreensHeight) {
+    EXPECT_EQ(window->size(), QSize(829, 1026));
+    EXPECT_EQ(window->minimumSize(), window->maximumSize());
+}
+
+TEST_F(MainWindowTest, TheTitleNamesTheDocument) {
+    RefreshTitle();
+    EXPECT_EQ(window->windowTitle(), "Tonewright [ Untitled.Twl ]");
+    OpenBank();
+    EXPECT_EQ(window->windowTitle(), "Tonewright [ bank.syx ]");
+}
+
+TEST_F(MainWindowTest, AFileThatCannotBeReadShowsInTheTitleAndTheWindowStaysUp) {
+    desktop.ExpectMessage("There has been an error reading this file. It might be corrupted.");
+    PendingOpenPath = home.File("missing.syx");
+    PostCommand(CommandOpen);
+    RunPosted();
+    EXPECT_EQ(window->windowTitle(), "Tonewright [ missing.syx ]");
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(ListCount(MainList), 0);
+}
+
+TEST_F(MainWindowTest, AnEmptyListDisablesSaveSaveAsPrintAndUpload) {
+    RefreshCommands();
+    for (const int id : {CommandSave, CommandSaveAs, CommandPrint, CommandUpload}) {
+        EXPECT_FALSE(CommandAllowed(id)) << id;
+        EXPECT_FALSE(window->MenuAction(id)->isEnabled()) << id;
+    }
+    OpenBank();
+    EXPECT_TRUE(window->MenuAction(CommandSave)->isEnabled());
+    EXPECT_TRUE(window->MenuAction(CommandSaveAs)->isEnabled());
+    EXPECT_TRUE(CommandAllowed(CommandPrint));
+    EXPECT_TRUE(CommandAllowed(CommandUpload));
+}
+
+TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
+    const auto bars = window->findChildren<QMenuBar *>();
+    ASSERT_EQ(bars.size(), 2);
+    std::vector<std::string> titles;
+    for (const QMenuBar *bar : bars) {
+        for (const QAction *action : bar->actions()) {
+            titles.push_back(action->text().toStdString());
+        }
+    }
+    EXPECT_EQ(titles, (std::vector<std::string>{"&File", "&Edit", "&Help"}));
+    EXPECT_EQ(TextsOf(*bars[0]->actions()[0]->menu()),
+              (std::vector<std::string>{"&New\tCtrl+N", "&Open\tCtrl+0", "&Save\tCtrl+S",
+                                        "Save &as...", "&Print", "-", "Set&tings", "E&xit"}));
+    EXPECT_EQ(TextsOf(*bars[0]->actions()[1]->menu()),
+              (std::vector<std::string>{"&Undo\tCtrl+Z", "-", "Cu&t\tCtrl+X", "&Copy\tCtrl+C",
+                                        "&Paste\tCtrl+V", "-", "&Find synthesizer",
+                                        "Con&figure &synthesizer", "&Download current voices",
+                                        "&Upload current voices", "&MIDI devices", "-",
+                                        "Select &synthesizer"}));
+    EXPECT_EQ(TextsOf(*bars[1]->actions()[0]->menu()),
+              (std::vector<std::string>{"&Help", "&Manual", "&System information",
+                                        "&Tip of the day", "-", "&About", "-",
+                                        "Welcome wi&zard"}));
+}
+
+TEST_F(MainWindowTest, NewUndoAndCutAreGreyFromTheStart) {
+    for (const int id : {CommandNew, CommandUndo, CommandCut}) {
+        EXPECT_FALSE(window->MenuAction(id)->isEnabled()) << id;
+    }
+}
+
+TEST_F(MainWindowTest, CtrlNAndCtrlXDoNothing) {
+    OpenBank();
+    const auto before = MainList.items;
+    ClickRow(3);
+    QTest::keyClick(window.get(), Qt::Key_N, Qt::ControlModifier);
+    QTest::keyClick(window.get(), Qt::Key_X, Qt::ControlModifier);
+    RunPosted();
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_FALSE(UndoAvailable());
+    EXPECT_FALSE(MainListState.dirty);
+}
+
+TEST_F(MainWindowTest, CtrlOOpensAFileOfTheDialog) {
+    const std::string path = home.Write("other.syx", TestBank());
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Open,
+                                      .answer = path,
+                                      .start = home.Folder() + "My Tonewright 17 Documents/"});
+    QTest::keyClick(window.get(), Qt::Key_O, Qt::ControlModifier);
+    RunPosted();
+    EXPECT_EQ(ListCount(MainList), 32);
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(window->windowTitle(), "Tonewright [ other.syx ]");
+}
+
+TEST_F(MainWindowTest, CtrlSSavesAndCtrlZTakesAMoveBack) {
+    OpenBank();
+    DragRow(4, 1);
+    EXPECT_EQ(NameAt(1), "VOICE 05");
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_TRUE(window->MenuAction(CommandUndo)->isEnabled());
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    RunPosted();
+    EXPECT_EQ(NameAt(1), "VOICE 02");
+    EXPECT_FALSE(window->MenuAction(CommandUndo)->isEnabled());
+    DragRow(4, 1);
+    QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
+    RunPosted();
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_EQ(ReadTestText(home.File("bank.syx")).substr(6 + 128 + 118, 10), "VOICE 05  ");
+    EXPECT_TRUE(home.Holds("Backup of bank.syx"));
+}
+
+TEST_F(MainWindowTest, AVoiceDraggedUpwardLandsOnTheTargetRowAndIsSelected) {
+    OpenBank();
+    DragRow(5, 2);
+    EXPECT_EQ(Names(1, 6), (std::vector<std::string>{"VOICE 02", "VOICE 06", "VOICE 03",
+                                                     "VOICE 04", "VOICE 05", "VOICE 07"}));
+    EXPECT_EQ(MainList.selection, 2);
+    EXPECT_EQ(NameAt(MainList.selection), "VOICE 06");
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_EQ(UndoCount(), 1);
+    EXPECT_EQ(ListCount(MainList), 32);
+}
+
+TEST_F(MainWindowTest, AVoiceDraggedDownwardLandsAboveTheTargetAndTheVoiceBelowItIsSelected) {
+    OpenBank();
+    DragRow(2, 5);
+    EXPECT_EQ(Names(1, 6), (std::vector<std::string>{"VOICE 02", "VOICE 04", "VOICE 05",
+                                                     "VOICE 03", "VOICE 06", "VOICE 07"}));
+    EXPECT_EQ(MainList.selection, 5);
+    EXPECT_EQ(NameAt(MainList.selection), "VOICE 06");
+    EXPECT_EQ(ListCount(MainList), 32);
+}
+
+TEST_F(MainWindowTest, ADragThatComesBackChangesNothing) {
+    OpenBank();
+    const auto before = MainList.items;
+    QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    SendMove(RowPoint(6));
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::BitmapCursor);
+    SendMove(RowPoint(3));
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::BitmapCursor); // the drag has begun for good
+    QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(UndoCount(), 0);
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_NE(Viewport()->cursor().shape(), Qt::BitmapCursor);
+}
+
+TEST_F(MainWindowTest, ADragOutOfTheListShowsTheForbiddenCursorAndDropsNothing) {
+    OpenBank();
+    const auto before = MainList.items;
+    const QPoint outside(Viewport()->width() + 40, 100);
+    QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    SendMove(outside);
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ForbiddenCursor);
+    QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, outside);
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(UndoCount(), 0);
+}
+
+TEST_F(MainWindowTest, ADragBelowTheListScrollsIt) {
+    OpenBank();
+    QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    SendMove(QPoint(50, Viewport()->height() + 5));
+    SendMove(QPoint(50, Viewport()->height() + 6));
+    EXPECT_GE(MainList.topRow, 2);
+    QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier,
+                        QPoint(50, Viewport()->height() + 6));
+    EXPECT_EQ(UndoCount(), 0);
+}
+
+TEST_F(MainWindowTest, AClickOnTheSelectedVoiceChangesNothing) {
+    OpenBank();
+    ClickRow(4);
+    EXPECT_EQ(MainList.selection, 4);
+    ClickRow(4);
+    EXPECT_EQ(MainList.selection, 4);
+    EXPECT_EQ(UndoCount(), 0);
+}
+
+TEST_F(MainWindowTest, SelectingARowAllowsCopy) {
+    OpenBank();
+    MainList.selection = NoRow;
+    RefreshCopy();
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+    ClickRow(2);
+    EXPECT_TRUE(CommandAllowed(CommandCopy));
+}
+
+TEST_F(MainWindowTest, ADisabledListTakesNoMouse) {
+    OpenBank();
+    ListEnable(MainList, false);
+    const auto before = MainList.items;
+    DragRow(5, 2);
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(MainList.selection, 0);
+    ListEnable(MainList, true);
+}
+
+TEST_F(MainWindowTest, TheWheelMovesOneRowAMessage) {
+    OpenBank();
+    const auto wheel = [&](int delta) {
+        QWheelEvent event(RowPoint(2), Viewport()->mapToGlobal(RowPoint(2)), QPoint(),
+                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(Viewport(), &event);
+    };
+    wheel(-120);
+    wheel(-1200);
+    EXPECT_EQ(MainList.topRow, 2);
+    wheel(120);
+    EXPECT_EQ(MainList.topRow, 1);
+    wheel(0);
+    EXPECT_EQ(MainList.topRow, 1);
+    wheel(120);
+    wheel(120);
+    EXPECT_EQ(MainList.topRow, 0);
+    for (int i = 0; i < 100; ++i) {
+        wheel(-120);
+    }
+    EXPECT_EQ(MainList.topRow, 32 - MainList.visibleRows);
+    EXPECT_EQ(list->verticalScrollBar()->value(), MainList.topRow);
+}
+
+TEST_F(MainWindowTest, TheScrollBarMovesTheList) {
+    OpenBank();
+    list->verticalScrollBar()->setValue(7);
+    EXPECT_EQ(MainList.topRow, 7);
+    EXPECT_EQ(list->RowAt(QPoint(10, 5)), 7);
+}
+
+TEST_F(MainWindowTest, KeysMoveTheSelection) {
+    OpenBank();
+    const auto key = [&](Qt::Key k) { QTest::keyClick(list, k); };
+    EXPECT_EQ(MainList.selection, 0);
+    key(Qt::Key_Down);
+    EXPECT_EQ(MainList.selection, 1);
+    key(Qt::Key_End);
+    EXPECT_EQ(MainList.selection, 31);
+    key(Qt::Key_Down);
+    EXPECT_EQ(MainList.selection, 31);
+    key(Qt::Key_PageUp);
+    EXPECT_EQ(MainList.selection, 32 - MainList.visibleRows);
+    key(Qt::Key_Home);
+    EXPECT_EQ(MainList.selection, 0);
+    key(Qt::Key_Up);
+    EXPECT_EQ(MainList.selection, 0);
+    key(Qt::Key_V); // every name begins with V
+    EXPECT_EQ(MainList.selection, 1);
+    key(Qt::Key_Q);
+    EXPECT_EQ(MainList.selection, 1);
+}
+
+TEST_F(MainWindowTest, ADoubleClickOnAVoiceCostsNothingWhileThereIsNoEditor) {
+    OpenBank();
+    QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(2));
+    EXPECT_EQ(UndoCount(), 0);
+    EXPECT_FALSE(MainListState.dirty);
+}
+
+TEST_F(MainWindowTest, AnEmptyListShowsNoContextMenu) {
+    EXPECT_FALSE(WithContextMenu(QPoint(20, 20), [](QMenu &) {}));
+}
+
+TEST_F(MainWindowTest, TheContextMenuCarriesTheVoicesName) {
+    OpenBank();
+    std::vector<std::string> texts;
+    EXPECT_TRUE(WithContextMenu(RowPoint(2), [&](QMenu &menu) { texts = TextsOf(menu); }));
+    EXPECT_EQ(texts,
+              (std::vector<std::string>{"Edit VOICE 03", "Upload VOICE 03 to synthesizer",
+                                        "Audition VOICE 03 on synthesizer", "-", "Cut VOICE 03",
+                                        "Copy VOICE 03", "-",
+                                        "Add VOICE 03 to current database (Shift for all)",
+                                        "Insert a voice from the current database", "-", "Paste",
+                                        "-", "Export VOICE 03", "Import to replace VOICE 03", "-",
+                                        "Move VOICE 03 up", "Move VOICE 03 down"}));
+    EXPECT_EQ(MainList.selection, 0); // a press of the right button selects nothing
+}
+
+TEST_F(MainWindowTest, ThePlainContextMenuNamesNoVoice) {
+    OpenBank();
+    VerboseRightClickMenu = 0;
+    std::vector<std::string> texts;
+    EXPECT_TRUE(WithContextMenu(RowPoint(2), [&](QMenu &menu) { texts = TextsOf(menu); }));
+    EXPECT_EQ(texts, (std::vector<std::string>{
+                         "Edit", "Upload to synthesizer", "Audition", "-", "Cut", "Copy", "-",
+                         "Add to current database", "Insert a voice from the current database",
+                         "-", "Paste", "-", "Export", "Import", "-", "Move up", "Move down"}));
+}
+
+TEST_F(MainWindowTest, AnAmpersandInANameIsShownAsItIs) {
+    OpenBank();
+    auto payload = MutablePayloadOf(MainList.items[2]);
+    payload[145] = '&';
+    WithContextMenu(RowPoint(2), [&](QMenu &menu) {
+        EXPECT_EQ(ActionOf(menu, CommandExport)->text(), "Export &&OICE 03");
+    });
+}
+
+TEST_F(MainWindowTest, MoveUpIsNotOfferedOnTheFirstRowNorMoveDownOnTheLast) {
+    OpenBank();
+    EXPECT_TRUE(WithContextMenu(RowPoint(0), [](QMenu &menu) {
+        EXPECT_EQ(ActionOf(menu, CommandMoveUp), nullptr);
+        EXPECT_NE(ActionOf(menu, CommandMoveDown), nullptr);
+    }));
+    ListSetTopRow(MainList, 31);
+    EXPECT_TRUE(WithContextMenu(RowPoint(31), [](QMenu &menu) {
+        EXPECT_NE(ActionOf(menu, CommandMoveUp), nullptr);
+        EXPECT_EQ(ActionOf(menu, CommandMoveDown), nullptr);
+    }));
+}
+
+TEST_F(MainWindowTest, CutIsGreyInTheContextMenuAndSoIsWhatIsNotBuilt) {
+    OpenBank();
+    EXPECT_TRUE(WithContextMenu(RowPoint(4), [](QMenu &menu) {
+        EXPECT_FALSE(ActionOf(menu, CommandCut)->isEnabled());
+        for (const QAction *action : menu.actions()) {
+            const CommandRow *row = CommandOf(action->data().toInt());
+            if (!action->isSeparator() && !row->built) {
+                EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
+            }
+        }
+        EXPECT_TRUE(ActionOf(menu, CommandExport)->isEnabled());
+        EXPECT_TRUE(ActionOf(menu, CommandMoveUp)->isEnabled());
+    }));
+}
+
+TEST_F(MainWindowTest, AChoiceInTheContextMenuActsOnTheClickedRow) {
+    OpenBank();
+    WithContextMenu(RowPoint(4), [](QMenu &menu) {
+        menu.setActiveAction(ActionOf(menu, CommandMoveUp));
+        QTest::keyClick(&menu, Qt::Key_Return);
+    });
+    EXPECT_EQ(NameAt(3), "VOICE 05");
+    EXPECT_EQ(NameAt(4), "VOICE 04");
+    EXPECT_EQ(UndoCount(), 1);
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+}
+
+TEST_F(MainWindowTest, ARightClickOutsideAnyRowLetsTheCommandsActOnTheSelection) {
+    OpenBank();
+    // The list shows whole rows only, so a place beside the rows needs a list that is not full.
+    while (ListCount(MainList) > 3) {
+        ListDelete(MainList, 3);
+    }
+    ListSelect(MainList, 1);
+    const std::string path = home.File("out.sy1");
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Export, .answer = path});
+    EXPECT_TRUE(WithContextMenu(QPoint(30, Viewport()->height() - 10), [](QMenu &menu) {
+        EXPECT_EQ(MainListState.clickedIndex, -1);
+        EXPECT_EQ(ActionOf(menu, CommandExport)->text(), "Export");
+        menu.setActiveAction(ActionOf(menu, CommandExport));
+        QTest::keyClick(&menu, Qt::Key_Return);
+    }));
+    EXPECT_EQ(ReadTestText(path).substr(6 + 145, 8), "VOICE 02");
+}
+
+TEST_F(MainWindowTest, DroppedVoicesFillTheRowsDownwardFromTheSelection) {
+    OpenBank();
+    ClickRow(3);
+    const auto voice = TestVoiceFile();
+    const QStringList paths = {QString::fromStdString(home.Write("a.sy1", voice)),
+                               QString::fromStdString(home.WriteText("note.txt", "no voice")),
+                               QString::fromStdString(home.Write("b.SY1", voice))};
+    DropPaths(paths);
+    EXPECT_EQ(NameAt(3), "VOICE 04"); // the drop is queued
+    RunPosted();
+    EXPECT_EQ(Names(2, 6), (std::vector<std::string>{"VOICE 03", "E.PIANO 1x", "E.PIANO 1x",
+                                                     "VOICE 06", "VOICE 07"}));
+    EXPECT_EQ(UndoCount(), 1);
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_EQ(desktop.sounds.size(), 1u);
+}
+
+TEST_F(MainWindowTest, ADroppedBankFileChangesNothingButCostsALevel) {
+    OpenBank();
+    const auto before = MainList.items;
+    DropPaths({QString::fromStdString(home.Write("more.syx", TestBank()))});
+    RunPosted();
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(UndoCount(), 1);
+    EXPECT_FALSE(MainListState.dirty);
+}
+
+TEST_F(MainWindowTest, ThreeVoicesDroppedOnTheLastRowRunPastTheEndWithoutARefresh) {
+    OpenBank();
+    ListSelect(MainList, 31);
+    const auto voice = TestVoiceFile();
+    DropPaths({QString::fromStdString(home.Write("a.sy1", voice)),
+               QString::fromStdString(home.Write("b.sy1", voice)),
+               QString::fromStdString(home.Write("c.sy1", voice))});
+    RunPosted();
+    EXPECT_EQ(NameAt(31), "E.PIANO 1x");
+    EXPECT_EQ(ListCount(MainList), 32);
+    EXPECT_TRUE(desktop.sounds.empty());
+    EXPECT_TRUE(MainListState.dirty);
+}
+
+TEST_F(MainWindowTest, TheCloseButtonAsksForADirtyDocument) {
+    OpenBank();
+    MainListState.dirty = true;
+    desktop.ExpectYesNoCancel(
+        "Your current document has not been saved. Do you wish to save it?\n\nClick on Yes to save "
+        "it, or click on No to abandon it.\n\nClick on Cancel to return to the main window of "
+        "Tonewright.",
+        ResultCancel);
+    window->close();
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(MainWindowTest, ClosingWritesTheSettings) {
+    OpenBank();
+    std::filesystem::create_directory(home.path / "Quillbrook");
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(home.Holds("Quillbrook/Tonewright 17.ini"));
+}
+
+TEST_F(MainWindowTest, AToolForwardsItsCommandByPosting) {
+    OpenBank();
+    DragRow(4, 1);
+    QAbstractButton *undo = nullptr;
+    for (auto *button : window->Tools()->findChildren<QAbstractButton *>()) {
+        if (button->toolTip() == "Undoes changes to your current voice list") {
+            undo = button;
+        }
+    }
+    ASSERT_NE(undo, nullptr);
+    EXPECT_TRUE(undo->isEnabled());
+    QTest::mouseClick(undo, Qt::LeftButton);
+    EXPECT_EQ(NameAt(1), "VOICE 05");
+    RunPosted();
+    EXPECT_EQ(NameAt(1), "VOICE 02");
+    EXPECT_FALSE(undo->isEnabled());
+}
+
+TEST_F(MainWindowTest, TheToolsStandInTheirOrderWithTheirTips) {
+    std::vector<std::pair<int, std::string>> tools;
+    for (auto *button : window->Tools()->findChildren<QAbstractButton *>()) {
+        tools.emplace_back(button->x(), button->toolTip().toStdString());
+    }
+    std::sort(tools.begin(), tools.end());
+    std::vector<std::string> tips;
+    for (const auto &[x, tip] : tools) {
+        tips.push_back(tip);
+    }
+    EXPECT_EQ(tips, (std::vector<std::string>{
+                        "Loads a document from disk", "Saves the document to disk",
+                        "Uploads the current voice list to your synthesizer",
+                        "Download your synthesizer's current voice list",
+                        "Undoes changes to your current voice list",
+                        "Displays the manual document",
+                        "Allows Tonewright's options to be configured", "Exits Tonewright"}));
+    EXPECT_EQ(tools[0].first, 8);
+    EXPECT_EQ(tools[1].first, 8 + 48 + 4);
+    EXPECT_EQ(tools[5].first - tools[4].first, 48 + 4 + 16);
+    EXPECT_EQ(window->Tools()->height(), 56);
+    EXPECT_EQ(window->Tools()->width(), window->width());
+}
+
+TEST_F(MainWindowTest, TheListLeavesSixteenPixelsOnItsSides) {
+    EXPECT_EQ(list->x(), 16);
+    EXPECT_EQ(list->width(), window->width() - 32);
+    EXPECT_EQ(list->y(), window->Tools()->geometry().bottom() + 1 + 16);
+}
+
+TEST_F(MainWindowTest, TheBackgroundPictureStandsInTheLowerRightCorner) {
+    QImage picture(40, 30, QImage::Format_RGB32);
+    picture.fill(Qt::magenta);
+    ASSERT_TRUE(picture.save(QString::fromStdString(home.File("Tonewright Background.bmp"))));
+    MakeWindow();
+    QPixmap grabbed(window->size());
+    window->render(&grabbed, QPoint(), QRegion(), QWidget::DrawWindowBackground);
+    const QImage image = grabbed.toImage();
+    EXPECT_EQ(image.pixelColor(image.width() - 1, image.height() - 1), QColor(Qt::magenta));
+    EXPECT_EQ(image.pixelColor(image.width() - 40, image.height() - 30), QColor(Qt::magenta));
+    EXPECT_NE(image.pixelColor(image.width() - 41, image.height() - 30), QColor(Qt::magenta));
+}
+
+TEST_F(MainWindowTest, TheMiddleButtonIsLeftToTheListWhenItsSettingIsOff) {
+    OpenBank();
+    MiddleButtonAudition = 0;
+    ClickRow(3, Qt::MiddleButton);
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+    MiddleButtonAudition = 1;
+    ClickRow(3, Qt::MiddleButton);
+    EXPECT_EQ(MainListState.clickedIndex, 3);
+}
+
+TEST_F(MainWindowTest, SettingsThatLieDoNotKeepTheWindowFromOpening) {
+    std::filesystem::create_directory(home.path / "Quillbrook");
+    std::string file = "[Tonewright]\nMaxUndoLevel = 2000000000\nFileTipDelay = 2147483648\n"
+                       "FileWindowX = 2147483648\nRememberFileHistorySize = 4294967295\n"
+                       "SelectKeyboardName = ";
+    file += std::string(1 << 20, 'x') + "\n";
+    home.WriteText("Quillbrook/Tonewright 17.ini", file);
+    desktop.ExpectMessage("There has been an error initializing the Undo function.\n\nUndo will be "
+                          "unavailable for this session of Tonewright.");
+    MakeWindow();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(SelectKeyboardName.size(), 260u - std::string("SelectKeyboardName = ").size() - 1);
+    OpenBank();
+    desktop.ExpectMessage("No undo level could be created.");
+    DragRow(3, 1);
+    EXPECT_EQ(NameAt(1), "VOICE 04");
+}
+
+} // namespace
+} // namespace tonewright

@@ -1,0 +1,149 @@
+// The real main window over a temporary home, driven by mouse and keyboard events.
+#pragma once
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "shell/commands.h"
+#include "shell/documents.h"
+#include "shell/start_up.h"
+#include "shell/undo.h"
+#include "shell/view/main_window.h"
+#include "shell/view/voice_list_view.h"
+#include "support/bank_bytes.h"
+#include "support/scripted_desktop.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+namespace tonewright {
+
+class WindowTest : public testing::Test {
+protected:
+    void SetUp() override {
+        PlatformFolders = {.applicationData = home.path.string(),
+                           .documents = home.path.string(),
+                           .pictures = home.path.string(),
+                           .programs = home.path.string()};
+        FillDefaultFolders();
+        MakeWindow();
+    }
+
+    void MakeWindow() {
+        window.reset();
+        window = std::make_unique<MainWindow>(MainWindowSize(1080), true);
+        UndoInit(window.get());
+        window->AddBars();
+        window->AddList();
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        list = window->List();
+    }
+
+    // Opens a bank of the voices "VOICE 01" to "VOICE 32".
+    void OpenBank() {
+        PendingOpenPath = home.Write("bank.syx", TestBank());
+        ASSERT_EQ(RunCommand(CommandOpen), 1);
+        desktop.sounds.clear();
+    }
+
+    // Posted commands run from the event loop.
+    static void RunPosted() { QTest::qWait(20); }
+
+    std::string NameAt(int row) const {
+        const VoiceObject *voice = ListVoice(MainList, row);
+        return voice ? VoiceObjectName(*voice) : "(none)";
+    }
+    std::vector<std::string> Names(int first, int last) const {
+        std::vector<std::string> names;
+        for (int row = first; row <= last; ++row) {
+            names.push_back(NameAt(row));
+        }
+        return names;
+    }
+
+    QWidget *Viewport() const { return list->viewport(); }
+    QPoint RowPoint(int row) const { return list->RowRectangle(row).center(); }
+    void ClickRow(int row, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(Viewport(), button, Qt::NoModifier, RowPoint(row));
+    }
+    void Drag(QPoint from, QPoint to) {
+        QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, from);
+        const QPoint middle = (from + to) / 2;
+        QTest::mouseMove(Viewport(), middle);
+        SendMove(middle);
+        SendMove(to);
+        QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, to);
+    }
+    void DragRow(int from, int to) { Drag(RowPoint(from), RowPoint(to)); }
+    // A move with the left button held.
+    void SendMove(QPoint point) {
+        QMouseEvent move(QEvent::MouseMove, point, Viewport()->mapToGlobal(point), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(Viewport(), &move);
+    }
+
+    // Presses the right button at a point and hands the menu that opens to `look`; the menu is
+    // closed afterwards. False when none opened.
+    bool WithContextMenu(QPoint point, const std::function<void(QMenu &)> &look) {
+        bool opened = false;
+        QTimer::singleShot(0, [&] {
+            if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+                opened = true;
+                look(*menu);
+                menu->close();
+            }
+        });
+        QTest::mousePress(Viewport(), Qt::RightButton, Qt::NoModifier, point);
+        QTest::qWait(1);
+        return opened;
+    }
+    static std::vector<std::string> TextsOf(const QMenu &menu) {
+        std::vector<std::string> texts;
+        for (const QAction *action : menu.actions()) {
+            texts.push_back(action->isSeparator() ? "-" : action->text().toStdString());
+        }
+        return texts;
+    }
+    static QAction *ActionOf(QMenu &menu, int commandId) {
+        for (QAction *action : menu.actions()) {
+            if (action->data().toInt() == commandId) {
+                return action;
+            }
+        }
+        return nullptr;
+    }
+
+    void DropPaths(const QStringList &paths) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString &path : paths) {
+            urls.push_back(QUrl::fromLocalFile(path));
+        }
+        data.setUrls(urls);
+        const QPointF point = RowPoint(0);
+        QDragEnterEvent enter(point.toPoint(), Qt::CopyAction, &data, Qt::LeftButton,
+                              Qt::NoModifier);
+        QApplication::sendEvent(Viewport(), &enter);
+        ASSERT_TRUE(enter.isAccepted());
+        QDropEvent drop(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(Viewport(), &drop);
+    }
+
+    TempFolder home;
+    ScriptedDesktop desktop;
+    std::unique_ptr<MainWindow> window;
+    VoiceListView *list = nullptr;
+};
+
+} // namespace tonewright
