@@ -239,7 +239,14 @@ bool AtEnd(const Reader &reader) {
     return reader.next == reader.words.size();
 }
 
-// Reads name=value words up to the next word without "=". Each of `fields` must come once;
+// The number behind "op", 1 to 6; 0 for any other word.
+std::size_t OperatorNumberOf(std::string_view word) {
+    const bool isOperator =
+        word.size() == 3 && word.starts_with("op") && word[2] >= '1' && word[2] <= '6';
+    return isOperator ? static_cast<std::size_t>(word[2] - '0') : 0;
+}
+
+// Reads name=value words up to the next operator or voice. Each of `fields` must come once;
 // `voiceName` is where a field "name" goes, null when there is none. `head` is the word that the
 // fields belong to.
 void ReadFields(Reader &reader, std::span<const Field> fields, std::span<std::uint8_t> block,
@@ -249,8 +256,10 @@ void ReadFields(Reader &reader, std::span<const Field> fields, std::span<std::ui
     for (; !AtEnd(reader); ++reader.next) {
         const auto [line, text] = reader.words[reader.next];
         const std::size_t sign = text.find('=');
-        if (sign == std::string_view::npos)
+        if (text == "voice" || OperatorNumberOf(text) != 0)
             break;
+        if (sign == std::string_view::npos)
+            throw TextError(line, where + Quoted(text) + " is no field and no operator");
         const std::string_view name = text.substr(0, sign), value = text.substr(sign + 1);
         if (voiceName != nullptr && name == "name") {
             if (nameSeen)
@@ -276,13 +285,6 @@ void ReadFields(Reader &reader, std::span<const Field> fields, std::span<std::ui
             throw TextError(head.line, where + std::string(fields[i].name) + " is missing");
 }
 
-// The number behind "op", 1 to 6; 0 for any other word.
-std::size_t OperatorNumberOf(std::string_view word) {
-    const bool isOperator =
-        word.size() == 3 && word.starts_with("op") && word[2] >= '1' && word[2] <= '6';
-    return isOperator ? static_cast<std::size_t>(word[2] - '0') : 0;
-}
-
 // Reads one voice, from the word "voice" on. All six operators come out enabled.
 VoiceBytes ReadVoice(Reader &reader, std::size_t place) {
     const Word head = reader.words[reader.next++];
@@ -302,9 +304,6 @@ VoiceBytes ReadVoice(Reader &reader, std::size_t place) {
     while (!AtEnd(reader) && reader.words[reader.next].text != "voice") {
         const Word operatorHead = reader.words[reader.next++];
         const std::size_t number = OperatorNumberOf(operatorHead.text);
-        if (number == 0)
-            throw TextError(operatorHead.line,
-                            where + Quoted(operatorHead.text) + " is no field and no operator");
         const std::string name(operatorHead.text);
         if (seen[number - 1])
             throw TextError(operatorHead.line, where + name + " stands there twice");
