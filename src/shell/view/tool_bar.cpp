@@ -1,0 +1,57 @@
+// The tool bar and its buttons, painted by the theme.
+#include "shell/view/tool_bar.h"
+
+#include "common/view/theme.h"
+#include "shell/command_queue.h"
+#include "shell/commands.h"
+
+#include <QPainter>
+
+namespace tonewright {
+
+ToolButton::ToolButton(int commandId, const QString &tip, QWidget *parent)
+    : QAbstractButton(parent), commandId(commandId) {
+    setObjectName(QString("control_%1").arg(commandId));
+    setToolTip(tip);
+    setAccessibleName(tip);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void ToolButton::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    const unsigned state = (isDown() ? ButtonPressed : 0) | (isEnabled() ? 0 : ButtonDisabled) |
+                           (underMouse() && isEnabled() ? ButtonHover : 0);
+    ThemeDrawButton(painter, rect(), state,
+                    PictureOf(static_cast<std::uint32_t>(commandId),
+                              {ToolPictureSize, ToolPictureSize}, devicePixelRatioF()));
+}
+
+ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {
+    setObjectName("TonewrightBar");
+    setFixedHeight(ThemeGetMetric(MetricToolBarHeight));
+    int left = ThemeGetMetric(MetricToolLeft);
+    for (const ToolRow &tool : ReadToolBar(ToolBarList)) {
+        auto *button = new ToolButton(tool.id, QString::fromStdString(tool.tip), this);
+        button->setGeometry(left, ThemeGetMetric(MetricToolTop), ThemeGetMetric(MetricToolWidth),
+                            ThemeGetMetric(MetricToolHeight));
+        button->setEnabled(CommandEnabled(tool.id));
+        QObject::connect(button, &QAbstractButton::clicked, [id = tool.id] { PostCommand(id); });
+        buttons[tool.id] = button;
+        left += button->width() + ThemeGetMetric(MetricToolGap) +
+                (tool.gapBehind ? ThemeGetMetric(MetricToolGroupGap) : 0);
+    }
+}
+
+void ToolBar::SetToolEnabled(int commandId, bool enabled) {
+    if (const auto found = buttons.find(commandId); found != buttons.end()) {
+        found->second->setEnabled(enabled);
+    }
+}
+
+void ToolBar::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    ThemeDrawToolbarBackground(painter, rect());
+}
+
+} // namespace tonewright
