@@ -75,4 +75,9 @@ QFont FontOfHeight(const QString &family, int height, int weight) {
     return FontOfPixelSize(family, entry->second, weight);
 }
 
+QFont DialogFont() {
+    constexpr int DialogFontHeight = 16;
+    return FontOfHeight(QStringLiteral("Arial"), DialogFontHeight);
+}
+
 } // namespace tonewright
