@@ -1,0 +1,18 @@
+// The commands of the command-line program; what each takes stands in the table in main.cpp. Each
+// returns the exit status and explains a failure on standard error.
+#pragma once
+
+#include "cli/command_line.h"
+
+namespace tonewright {
+
+int CliList(const CliCall &call);
+int CliCheck(const CliCall &call);
+int CliSave(const CliCall &call);
+int CliMove(const CliCall &call);
+int CliExport(const CliCall &call);
+int CliImport(const CliCall &call);
+int CliPicture(const CliCall &call);
+int CliConfig(const CliCall &call);
+
+} // namespace tonewright

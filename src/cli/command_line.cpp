@@ -1,0 +1,99 @@
+// Takes the command line apart.
+#include "cli/command_line.h"
+
+#include <charconv>
+
+namespace tonewright {
+namespace {
+
+constexpr int LargestPlace = 999'999;
+constexpr int SmallestScreen = 200, LargestScreen = 16'384;
+
+const CliOptionRow *OptionOfName(std::string_view name) {
+    for (const CliOptionRow &row : CliOptions) {
+        if (row.name == name) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+std::optional<int> ReadNumber(std::string_view text, int smallest, int largest) {
+    int number = 0;
+    const char *end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || number < smallest || number > largest) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+} // namespace
+
+const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
+    {CliOption::Yes, "--yes", nullptr, "answer every question with yes"},
+    {CliOption::No, "--no", nullptr, "answer every question with no"},
+    {CliOption::Screen, "--screen", "WIDTHxHEIGHT", "size of the screen in pixels (1920x1080)"},
+    {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
+    {CliOption::Version, "--version", nullptr, "show the program's version"},
+}};
+
+std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall &call) {
+    call = {};
+    std::size_t words = 0;
+    bool optionsEnded = false;
+    for (std::size_t at = 0; at < arguments.size(); ++at) {
+        const std::string_view argument(arguments[at]);
+        if (optionsEnded || argument.size() < 2 || argument[0] != '-') {
+            arguments[words++] = arguments[at];
+            continue;
+        }
+        if (argument == "--") {
+            optionsEnded = true;
+            continue;
+        }
+        const std::size_t equals = argument.find('=');
+        const std::string name(argument.substr(0, equals));
+        const CliOptionRow *row = OptionOfName(name);
+        if (!row) {
+            return "unknown option " + name;
+        }
+        const char *value = "";
+        if (equals != std::string_view::npos) {
+            if (!row->valueName) {
+                return name + " takes no value";
+            }
+            value = arguments[at] + equals + 1;
+        } else if (row->valueName) {
+            if (++at == arguments.size()) {
+                return name + " needs a value: " + row->valueName;
+            }
+            value = arguments[at];
+        }
+        call.options[static_cast<std::size_t>(row->option)] = value;
+    }
+    call.words = arguments.first(words);
+    if (call[CliOption::Yes] && call[CliOption::No]) {
+        return "--yes and --no exclude each other";
+    }
+    return std::nullopt;
+}
+
+std::optional<int> ReadPlace(std::string_view text) {
+    return ReadNumber(text, 1, LargestPlace);
+}
+
+std::optional<ScreenSize> ReadScreenSize(std::string_view text) {
+    const std::size_t cross = text.find('x');
+    if (cross == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto width = ReadNumber(text.substr(0, cross), SmallestScreen, LargestScreen);
+    const auto height = ReadNumber(text.substr(cross + 1), SmallestScreen, LargestScreen);
+    if (!width || !height) {
+        return std::nullopt;
+    }
+    return ScreenSize{*width, *height};
+}
+
+} // namespace tonewright

@@ -1,0 +1,67 @@
+// The call of the program: one command, its words and the options, which may stand anywhere on the
+// line.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tonewright {
+
+constexpr int ExitDone = 0;
+constexpr int ExitFailed = 1;    // explained on standard error
+constexpr int ExitWrongCall = 2; // the command line itself is wrong
+
+enum class CliOption : std::size_t { Yes, No, Screen, Help, Version };
+constexpr std::size_t CliOptionCount = 5;
+
+constexpr unsigned OptionBit(CliOption option) {
+    return 1u << static_cast<unsigned>(option);
+}
+
+struct CliOptionRow {
+    CliOption option;
+    std::string_view name; // with its two dashes
+    const char *valueName; // null: takes no value
+    const char *help;
+};
+// One row for each option, in the order of CliOption.
+extern const std::array<CliOptionRow, CliOptionCount> CliOptions;
+
+struct CliCall {
+    std::span<char *const> words;                     // behind the command's name
+    std::array<const char *, CliOptionCount> options; // value, or "" without one; null: not given
+
+    const char *operator[](CliOption option) const {
+        return options[static_cast<std::size_t>(option)];
+    }
+};
+
+struct CliCommand {
+    const char *name;
+    const char *arguments; // as the help shows them
+    const char *help;      // one line
+    std::size_t minimumWords, maximumWords;
+    unsigned options; // OptionBit of those that it takes, beside --help and --version
+    int (*run)(const CliCall &call);
+};
+constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
+
+// Sorts the arguments (without the program's name) in place: `call.words` are those that are no
+// options, in their order. The reason in words when an option is not known, or lacks its value or
+// has one that it does not take. "--" ends the options; "-" alone is a word.
+std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall &call);
+
+// A whole number in decimal digits, from 1 to 999,999.
+std::optional<int> ReadPlace(std::string_view text);
+
+// "WIDTHxHEIGHT" in pixels, each 200 to 16,384.
+struct ScreenSize {
+    int width = 0, height = 0;
+};
+std::optional<ScreenSize> ReadScreenSize(std::string_view text);
+
+} // namespace tonewright

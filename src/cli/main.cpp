@@ -1,0 +1,158 @@
+// tonewright-cli, the program without windows: for scripts, for servers and for tests from outside.
+#include "cli/cli_commands.h"
+#include "cli/text_output.h"
+#include "common/text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace tonewright {
+namespace {
+
+constexpr const char *VersionLine = "tonewright-cli 17.0a revision 1\n";
+
+constexpr unsigned Answers = OptionBit(CliOption::Yes) | OptionBit(CliOption::No);
+constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
+
+constexpr CliCommand Commands[] = {
+    {"list", "FILE...", "print place, name and algorithm of each voice", 1, AnyNumber, Answers,
+     CliList},
+    {"check", "FILE...", "say of each file whether it is ok, refused or damaged, and why", 1,
+     AnyNumber, 0, CliCheck},
+    {"save", "IN OUT", "open a bank and write it again", 2, 2, Answers, CliSave},
+    {"move", "IN FROM TO OUT", "write a bank with the voice at FROM moved to stand at TO", 4, 4,
+     Answers, CliMove},
+    {"export", "IN PLACE OUT", "write the voice at PLACE into a file of its own", 3, 3, Answers,
+     CliExport},
+    {"import", "IN PLACE VOICE OUT", "write a bank with the voice of the file VOICE at PLACE", 4, 4,
+     Answers, CliImport},
+    {"picture", "FILE OUT.png", "paint the main window with a bank open", 2, 2,
+     Answers | OptionBit(CliOption::Screen), CliPicture},
+    {"config", "FILE", "print every setting as the program would read it from FILE", 1, 1, 0,
+     CliConfig},
+};
+
+void PutColumns(TextOutput &output, std::string_view left, std::string_view right) {
+    constexpr std::size_t RightColumn = 32;
+    std::string line = "  " + std::string(left);
+    line.resize(std::max(line.size() + 2, RightColumn), ' ');
+    Put(output, line);
+    Put(output, right);
+    Put(output, '\n');
+}
+
+void PutOptions(TextOutput &output, unsigned options) {
+    Put(output, "\nOptions, anywhere on the line (-- ends them):\n");
+    for (const CliOptionRow &row : CliOptions) {
+        if (options & OptionBit(row.option)) {
+            std::string left(row.name);
+            if (row.valueName) {
+                left += std::string(" ") + row.valueName;
+            }
+            PutColumns(output, left, row.help);
+        }
+    }
+}
+
+std::string UsageOf(const CliCommand &command) {
+    return FormatText("usage: tonewright-cli %s %s\n", command.name, command.arguments);
+}
+
+void PutHelp(TextOutput &output) {
+    Put(output, "usage: tonewright-cli COMMAND [ARGUMENT...]\n\nCommands:\n");
+    for (const CliCommand &command : Commands) {
+        PutColumns(output, FormatText("%s %s", command.name, command.arguments), command.help);
+    }
+    PutOptions(output, ~0u);
+    Put(output, "\nPlaces count from 1. Output is tab-separated, one record a line. Exit status: 0 "
+                "success,\n1 a failure told on standard error, 2 a wrong call.\n");
+}
+
+void PutHelpOf(TextOutput &output, const CliCommand &command) {
+    Put(output, UsageOf(command));
+    Put(output, command.help);
+    Put(output, '\n');
+    PutOptions(output, command.options | Always);
+}
+
+const CliCommand *CommandOfName(std::string_view name) {
+    for (const CliCommand &command : Commands) {
+        if (command.name == name) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
+// The option that was given and that the command does not take; null: none.
+const CliOptionRow *ForeignOption(const CliCommand &command, const CliCall &call) {
+    for (const CliOptionRow &row : CliOptions) {
+        if (call[row.option] && !(OptionBit(row.option) & (command.options | Always))) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+int WrongCall(std::string_view reason, const CliCommand *command) {
+    TellError("", reason);
+    Put(StandardError, command
+                           ? UsageOf(*command)
+                           : "usage: tonewright-cli COMMAND [ARGUMENT...]; --help tells more\n");
+    return ExitWrongCall;
+}
+
+int Run(std::span<char *> arguments) {
+    CliCall call;
+    if (const auto reason = ReadCommandLine(arguments, call)) {
+        return WrongCall(*reason, nullptr);
+    }
+    if (call[CliOption::Version]) {
+        Put(StandardOutput, VersionLine);
+        return ExitDone;
+    }
+    if (call.words.empty()) {
+        if (call[CliOption::Help]) {
+            PutHelp(StandardOutput);
+            return ExitDone;
+        }
+        return WrongCall("no command", nullptr);
+    }
+    const CliCommand *command = CommandOfName(call.words[0]);
+    if (!command) {
+        return WrongCall(std::string("unknown command ") + FieldText(call.words[0]), nullptr);
+    }
+    if (call[CliOption::Help]) {
+        PutHelpOf(StandardOutput, *command);
+        return ExitDone;
+    }
+    call.words = call.words.subspan(1);
+    if (const CliOptionRow *foreign = ForeignOption(*command, call)) {
+        return WrongCall(FormatText("%s takes no %s", command->name, foreign->name.data()),
+                         command);
+    }
+    if (call.words.size() < command->minimumWords) {
+        return WrongCall(FormatText("%s lacks arguments", command->name), command);
+    }
+    if (call.words.size() > command->maximumWords) {
+        return WrongCall(FormatText("%s has too many arguments", command->name), command);
+    }
+    return command->run(call);
+}
+
+} // namespace
+} // namespace tonewright
+
+int main(int argc, char **argv) {
+    using namespace tonewright;
+    std::span<char *> arguments(argv, static_cast<std::size_t>(argc));
+    int status = Run(arguments.empty() ? arguments : arguments.subspan(1));
+    errno = 0;
+    if (!Flush(StandardOutput)) {
+        TellError("standard output", errno ? std::strerror(errno) : "could not be written");
+        status = ExitFailed;
+    }
+    Flush(StandardError);
+    return status;
+}

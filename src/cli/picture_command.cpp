@@ -1,0 +1,57 @@
+// The one command that paints: the main window with a bank open, as a picture. Qt starts here and
+// nowhere else in this program.
+#include "cli/cli_commands.h"
+#include "cli/paths.h"
+#include "cli/terminal_desktop.h"
+#include "cli/text_output.h"
+#include "common/text.h"
+#include "shell/view/window_picture.h"
+
+#include <QApplication>
+
+namespace tonewright {
+namespace {
+
+// Hints of the toolkit that help nobody who asked for a picture.
+void DropToolkitHints(QtMsgType type, const QMessageLogContext &, const QString &text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        TellError("", text.toStdString());
+        Flush(StandardError);
+    }
+}
+
+} // namespace
+
+int CliPicture(const CliCall &call) {
+    const char *bank = call.words[0], *picture = call.words[1];
+    ScreenSize screen{1920, 1080};
+    if (const char *text = call[CliOption::Screen]) {
+        const auto size = ReadScreenSize(text);
+        if (!size) {
+            TellError(text, "not a screen size: WIDTHxHEIGHT in pixels, each 200 to 16384, is");
+            return ExitWrongCall;
+        }
+        screen = *size;
+    }
+    if (!EqualNoCase(ExtensionOfPath(picture), "png")) {
+        TellError(picture, "the extension of the picture must be \"png\"");
+        return ExitWrongCall;
+    }
+
+    qInstallMessageHandler(DropToolkitHints);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    char name[] = "tonewright-cli";
+    char *arguments[] = {name, nullptr};
+    int count = 1;
+    QApplication application(count, arguments);
+    UseTerminalDesktop(call);
+    std::string error;
+    if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.width,
+                                screen.height, error)) {
+        TellError("", error);
+        return ExitFailed;
+    }
+    return ExitDone;
+}
+
+} // namespace tonewright

@@ -1,0 +1,94 @@
+// Messages on standard error, questions answered by --yes and --no or on the terminal.
+#include "cli/terminal_desktop.h"
+
+#include "cli/terminal.h"
+#include "cli/text_output.h"
+#include "common/desktop.h"
+
+#include <cstdio>
+
+namespace tonewright {
+namespace {
+
+enum class Answers { FromTerminal, Yes, No };
+Answers AnswersComeFrom = Answers::No;
+bool Refused = false;
+
+// One line of standard input without its end; nothing at the end of the input.
+std::optional<std::string> ReadLine() {
+    std::string line;
+    int character = std::getchar();
+    if (character == EOF) {
+        return std::nullopt;
+    }
+    for (; character != EOF && character != '\n'; character = std::getchar()) {
+        line += static_cast<char>(character);
+    }
+    return line;
+}
+
+bool AskOnTerminal() {
+    for (;;) {
+        Put(StandardError, " [y/n] ");
+        Flush(StandardError);
+        const auto line = ReadLine();
+        if (!line) {
+            Put(StandardError, '\n');
+            return false;
+        }
+        if (*line == "y" || *line == "yes") {
+            return true;
+        }
+        if (*line == "n" || *line == "no") {
+            return false;
+        }
+        Put(StandardError, "Please answer y or n.");
+    }
+}
+
+bool Ask() {
+    if (AnswersComeFrom == Answers::FromTerminal) {
+        return AskOnTerminal();
+    }
+    const bool yes = AnswersComeFrom == Answers::Yes;
+    Put(StandardError, yes ? " [y/n] yes\n" : " [y/n] no\n");
+    return yes;
+}
+
+void RunTerminalMessage(MessageRequest &request) {
+    Flush(StandardOutput);
+    for (const char character : request.text) {
+        if (character != '\r') {
+            Put(StandardError, character);
+        }
+    }
+    if (request.flags & MessageFlagButton2) {
+        const bool yes = Ask();
+        Refused = Refused || !yes;
+        request.result = yes ? ResultYes : ResultNo;
+    } else {
+        Put(StandardError, '\n');
+        request.result = ResultYes;
+    }
+    Flush(StandardError);
+}
+
+} // namespace
+
+void UseTerminalDesktop(const CliCall &call) {
+    if (call[CliOption::Yes]) {
+        AnswersComeFrom = Answers::Yes;
+    } else if (call[CliOption::No] || !StandardInputIsTerminal()) {
+        AnswersComeFrom = Answers::No;
+    } else {
+        AnswersComeFrom = Answers::FromTerminal;
+    }
+    TheDesktop = {};
+    TheDesktop.RunMessage = RunTerminalMessage;
+}
+
+bool SomethingWasRefused() {
+    return Refused;
+}
+
+} // namespace tonewright

@@ -1,0 +1,12 @@
+// The terminal, for POSIX systems.
+#include "cli/terminal.h"
+
+#include <unistd.h>
+
+namespace tonewright {
+
+bool StandardInputIsTerminal() {
+    return isatty(STDIN_FILENO) != 0;
+}
+
+} // namespace tonewright

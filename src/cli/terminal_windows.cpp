@@ -1,0 +1,14 @@
+// The terminal, for Windows.
+#include "cli/terminal.h"
+
+#include <cstdio>
+
+#include <io.h>
+
+namespace tonewright {
+
+bool StandardInputIsTerminal() {
+    return _isatty(_fileno(stdin)) != 0;
+}
+
+} // namespace tonewright

@@ -1,0 +1,81 @@
+// Buffered output to standard output and standard error, written in big pieces.
+#include "cli/text_output.h"
+
+#include <charconv>
+
+namespace tonewright {
+namespace {
+
+constexpr std::size_t PieceSize = 64 * 1024;
+constexpr char Replacement = '?';
+
+} // namespace
+
+TextOutput StandardOutput{.stream = stdout, .text = {}, .failed = false};
+TextOutput StandardError{.stream = stderr, .text = {}, .failed = false};
+
+void Put(TextOutput &output, std::string_view text) {
+    output.text += text;
+    if (output.text.size() >= PieceSize) {
+        Flush(output);
+    }
+}
+
+void Put(TextOutput &output, char character) {
+    Put(output, std::string_view(&character, 1));
+}
+
+void PutNumber(TextOutput &output, unsigned long long number) {
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    Put(output, std::string_view(digits, static_cast<std::size_t>(end - digits)));
+}
+
+bool Flush(TextOutput &output) {
+    if (!output.text.empty()) {
+        const std::size_t written =
+            std::fwrite(output.text.data(), 1, output.text.size(), output.stream);
+        if (written != output.text.size() || std::fflush(output.stream) != 0) {
+            output.failed = true;
+        }
+        output.text.clear();
+    }
+    return !output.failed;
+}
+
+std::string FieldText(std::string_view text) {
+    std::string field(text);
+    for (char &character : field) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20 || byte == 0x7F) {
+            character = Replacement;
+        }
+    }
+    return field;
+}
+
+void PutVoiceName(TextOutput &output, std::string_view latin1) {
+    for (const char character : latin1) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20 || (byte >= 0x7F && byte < 0xA0)) {
+            output.text += Replacement;
+        } else if (byte < 0x80) {
+            output.text += character;
+        } else {
+            output.text += static_cast<char>(0xC0 | (byte >> 6));
+            output.text += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+}
+
+void TellError(std::string_view subject, std::string_view reason) {
+    Put(StandardError, "tonewright-cli: ");
+    if (!subject.empty()) {
+        Put(StandardError, FieldText(subject));
+        Put(StandardError, ": ");
+    }
+    Put(StandardError, reason);
+    Put(StandardError, '\n');
+}
+
+} // namespace tonewright
