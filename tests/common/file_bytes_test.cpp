@@ -1,0 +1,115 @@
+// Whole files read, written and copied.
+#include "common/file_bytes.h"
+
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes CountingBytes(std::size_t size) {
+    Bytes bytes(size);
+    for (std::size_t i = 0; i < size; ++i) {
+        bytes[i] = static_cast<std::uint8_t>(i * 7 + i / 251);
+    }
+    return bytes;
+}
+
+TEST(ReadFileBytes, GivesTheWholeFileWithinTheLimit) {
+    const TempFolder folder;
+    for (const std::size_t size : {0u, 1u, 4104u, 65535u, 65536u, 65537u, 300000u}) {
+        const std::string path = folder.Write("file", CountingBytes(size));
+        EXPECT_EQ(ReadFileBytes(path.c_str(), size), CountingBytes(size)) << size;
+        EXPECT_EQ(ReadFileBytes(path.c_str(), size + 1), CountingBytes(size)) << size;
+        EXPECT_EQ(ReadFileBytes(path.c_str(), 1u << 30), CountingBytes(size)) << size;
+    }
+}
+
+TEST(ReadFileBytes, StopsAtTheLimit) {
+    const TempFolder folder;
+    const std::string path = folder.Write("file", CountingBytes(200000));
+    for (const std::size_t limit : {0u, 1u, 164u, 65536u, 65537u, 199999u}) {
+        EXPECT_EQ(ReadFileBytes(path.c_str(), limit), CountingBytes(limit)) << limit;
+    }
+}
+
+TEST(ReadFileBytes, GivesNothingForAMissingFileOrAFolder) {
+    const TempFolder folder;
+    EXPECT_FALSE(ReadFileBytes(folder.File("missing").c_str(), 10));
+    EXPECT_FALSE(ReadFileBytes(folder.path.string().c_str(), 10));
+    EXPECT_FALSE(ReadFileBytes("", 10));
+}
+
+TEST(WriteFileBytes, ReplacesTheContents) {
+    const TempFolder folder;
+    const std::string path = folder.Write("Größe ♪", CountingBytes(500));
+    EXPECT_EQ(WriteFileBytes(path.c_str(), CountingBytes(20)), WriteOutcome::Done);
+    EXPECT_EQ(ReadTestFile(path), CountingBytes(20));
+    EXPECT_EQ(WriteFileBytes(path.c_str(), {}), WriteOutcome::Done);
+    EXPECT_EQ(ReadTestFile(path), Bytes());
+    EXPECT_EQ(WriteFileBytes(path.c_str(), CountingBytes(100000)), WriteOutcome::Done);
+    EXPECT_EQ(ReadTestFile(path), CountingBytes(100000));
+}
+
+TEST(WriteFileBytes, OpensNeitherAFolderNorAFileInAMissingOne) {
+    const TempFolder folder;
+    EXPECT_EQ(WriteFileBytes(folder.path.string().c_str(), CountingBytes(3)),
+              WriteOutcome::NotOpened);
+    EXPECT_EQ(WriteFileBytes(folder.File("none/file").c_str(), CountingBytes(3)),
+              WriteOutcome::NotOpened);
+    EXPECT_TRUE(std::filesystem::is_directory(folder.path));
+}
+
+TEST(CopyFileTo, ReplacesTheTarget) {
+    const TempFolder folder;
+    const std::string from = folder.Write("from", CountingBytes(300));
+    const std::string to = folder.Write("to", CountingBytes(9000));
+    EXPECT_TRUE(CopyFileTo(from.c_str(), to.c_str()));
+    EXPECT_EQ(ReadTestFile(to), CountingBytes(300));
+    EXPECT_EQ(ReadTestFile(from), CountingBytes(300));
+}
+
+TEST(CopyFileTo, CopiesAnEmptyAndALargeFile) {
+    const TempFolder folder;
+    for (const std::size_t size : {0u, 3000000u}) {
+        const std::string from = folder.Write("from", CountingBytes(size));
+        EXPECT_TRUE(CopyFileTo(from.c_str(), folder.File("to").c_str())) << size;
+        EXPECT_EQ(ReadTestFile(folder.File("to")), CountingBytes(size)) << size;
+    }
+}
+
+TEST(CopyFileTo, LeavesAFolderInPlaceOfTheTarget) {
+    const TempFolder folder;
+    const std::string from = folder.Write("from", CountingBytes(300));
+    std::filesystem::create_directory(folder.File("to"));
+    EXPECT_FALSE(CopyFileTo(from.c_str(), folder.File("to").c_str()));
+    EXPECT_TRUE(std::filesystem::is_directory(folder.File("to")));
+}
+
+TEST(CopyFileTo, OfAMissingFileOrAFolderFails) {
+    const TempFolder folder;
+    EXPECT_FALSE(CopyFileTo(folder.File("missing").c_str(), folder.File("to").c_str()));
+    EXPECT_FALSE(CopyFileTo(folder.path.string().c_str(), folder.File("to").c_str()));
+    EXPECT_FALSE(folder.Holds("to"));
+}
+
+TEST(CopyFileTo, OntoItselfFailsAndKeepsTheFile) {
+    const TempFolder folder;
+    const std::string path = folder.Write("file", CountingBytes(300));
+    EXPECT_FALSE(CopyFileTo(path.c_str(), path.c_str()));
+    EXPECT_EQ(ReadTestFile(path), CountingBytes(300));
+}
+
+TEST(FileExists, IsTrueForAFileOnly) {
+    const TempFolder folder;
+    EXPECT_TRUE(FileExists(folder.Write("Ordnung ♪", {}).c_str()));
+    EXPECT_FALSE(FileExists(folder.File("missing").c_str()));
+    EXPECT_FALSE(FileExists(folder.path.string().c_str()));
+    EXPECT_FALSE(FileExists(""));
+}
+
+} // namespace
+} // namespace tonewright
