@@ -62,8 +62,9 @@ WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> byte
         return WriteOutcome::NotOpened;
     }
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
-                         std::fflush(file.get()) == 0;
+    const bool written =
+        (bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size()) &&
+        std::fflush(file.get()) == 0;
     // Some file systems report a full disk only here.
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed) {
