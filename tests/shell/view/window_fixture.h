@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
