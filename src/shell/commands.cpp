@@ -196,7 +196,8 @@ std::vector<ContextEntry> BuildContextMenu(int row) {
     }
     std::vector<ContextEntry> entries;
     for (const int id : ContextMenu) {
-        entries.push_back(MakeContextEntry(id, name));
+        // Paste would name the voice on the clipboard.
+        entries.push_back(MakeContextEntry(id, id == CommandPaste ? std::string() : name));
     }
     if (row > 0) {
         entries.push_back(MakeContextEntry(CommandMoveUp, name));

@@ -223,12 +223,12 @@ void MainWindow::wheelEvent(QWheelEvent *event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {
-    if (!closing) {
+    if (!closing && !SomethingIsRunning()) {
         // The frame's close button takes the same way as Exit, so that the prompt runs.
+        RunUserCommand(CommandExit);
+    }
+    if (!closing) {
         event->ignore();
-        if (!SomethingIsRunning()) {
-            RunUserCommand(CommandExit);
-        }
         return;
     }
     ConfigWrite();
