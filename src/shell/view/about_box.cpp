@@ -1,0 +1,56 @@
+// Fills in the About box.
+#include "shell/view/about_box.h"
+
+#include "common/desktop.h"
+#include "common/view/centre_window.h"
+#include "common/view/fonts.h"
+#include "common/view/theme.h"
+#include "shell/view/program_texts.h"
+#include "ui_AboutBox.h"
+
+#include <QDialog>
+#include <QSysInfo>
+
+namespace tonewright {
+namespace {
+
+constexpr QSize PictureExtent{112, 112}; // pixels
+constexpr int NameFontHeight = 34;
+constexpr int SmallFontHeight = 14;
+constexpr int BoldWeight = 700;
+
+QString Libraries() {
+    QStringList libraries = {QString("Qt %1").arg(qVersion()), "PortMidi", "zlib"};
+    if (QSysInfo::kernelType() == "linux") {
+        libraries += "ALSA";
+    }
+    const QString last = libraries.takeLast();
+    return QString("Made with %1 and %2").arg(libraries.join(", "), last);
+}
+
+} // namespace
+
+void ShowAboutBox(QWidget *owner) {
+    QDialog box(owner ? owner->window() : nullptr);
+    Ui::AboutBox ui;
+    ui.setupUi(&box);
+    box.setWindowTitle(QString("About %1").arg(LoadProgramString(109)));
+    box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    box.setFont(DialogFont());
+    ui.control_10->setPixmap(PictureOf(ApplicationPicture, PictureExtent, box.devicePixelRatioF()));
+    ui.control_101->setText(LoadProgramString(109));
+    ui.control_101->setFont(FontOfHeight("Arial", NameFontHeight, BoldWeight));
+    ui.control_102->setText(QString("Version %1").arg(ProgramVersion));
+    ui.control_104->setText(QString("%1.").arg(ProgramLicence));
+    ui.control_105->setText(Libraries());
+    ui.control_105->setFont(FontOfHeight("Arial", SmallFontHeight));
+    MakeSoftButton(ui.control_1);
+    QObject::connect(ui.control_1, &QPushButton::clicked, &box, &QDialog::accept);
+    ui.control_1->setFocus();
+    box.adjustSize();
+    CentreWindow(box);
+    box.exec();
+}
+
+} // namespace tonewright
