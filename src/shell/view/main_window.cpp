@@ -121,10 +121,9 @@ void MainWindow::ConnectShell() {
 
 void MainWindow::MakeMenus() {
     menuBar = new QMenuBar(this);
-    auto *right = new QMenuBar(menuBar);
+    rightMenuBar = new QMenuBar(this);
     FillMenuBar(*menuBar, false, actions);
-    FillMenuBar(*right, true, actions);
-    menuBar->setCornerWidget(right, Qt::TopRightCorner);
+    FillMenuBar(*rightMenuBar, true, actions);
 }
 
 void MainWindow::MakeAccelerators() {
@@ -159,7 +158,11 @@ QAction *MainWindow::MenuAction(int commandId) const {
 
 void MainWindow::PlaceChildren() {
     const int menuHeight = menuBar->sizeHint().height();
-    menuBar->setGeometry(0, 0, width(), menuHeight);
+    rightMenuBar->resize(width(), menuHeight);
+    const int rightWidth =
+        rightMenuBar->actionGeometry(rightMenuBar->actions().constLast()).right() + 1;
+    menuBar->setGeometry(0, 0, width() - rightWidth, menuHeight);
+    rightMenuBar->setGeometry(width() - rightWidth, 0, rightWidth, menuHeight);
     int top = menuHeight;
     if (toolBar) {
         const int barHeight = ThemeGetMetric(1);

@@ -53,7 +53,8 @@ private:
     void PlaceChildren();
     void CentreOnScreen();
 
-    QMenuBar *menuBar = nullptr; // children, owned by this widget
+    QMenuBar *menuBar = nullptr;      // children, owned by this widget
+    QMenuBar *rightMenuBar = nullptr; // the pop-ups that stand at the right
     ToolBar *toolBar = nullptr;
     QWidget *statusBar = nullptr;
     VoiceListView *list = nullptr;
