@@ -3,7 +3,6 @@
 
 #include <alsa/asoundlib.h>
 
-#include <cstdarg>
 #include <memory>
 
 namespace tonewright {
@@ -18,7 +17,7 @@ struct PcmCloser {
 using Pcm = std::unique_ptr<snd_pcm_t, PcmCloser>;
 
 // The library would write its complaints to standard error.
-void KeepQuiet(const char *, int, const char *, int, const char *, std::va_list) {}
+void KeepQuiet(const char *, int, const char *, int, const char *, ...) {}
 
 snd_pcm_format_t SampleFormat(int bits) {
     switch (bits) {
@@ -34,7 +33,6 @@ snd_pcm_format_t SampleFormat(int bits) {
 }
 
 bool OpenStream(Pcm &stream, const SoundFormat &format) {
-    snd_lib_error_set_local(KeepQuiet);
     snd_pcm_t *pcm = nullptr;
     if (snd_pcm_open(&pcm, "default", SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK) < 0) {
         return false;
@@ -79,6 +77,7 @@ void CloseStream(Pcm &stream) {
 } // namespace
 
 SoundDevice PlatformSoundDevice() {
+    snd_lib_error_set_handler(KeepQuiet);
     const auto stream = std::make_shared<Pcm>();
     return {
         .Open = [stream](const SoundFormat &format) { return OpenStream(*stream, format); },

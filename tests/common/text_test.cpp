@@ -1,0 +1,258 @@
+// The bounded text helpers.
+#include "common/text.h"
+
+#include "common/folders.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+using namespace tonewright;
+
+TEST(CopyBounded, KeepsATextOfExactlyTheLimitAndEndsIt) {
+    char target[6] = {'?', '?', '?', '?', '?', '?'};
+    CopyBounded(target, "HELLO", 5);
+    EXPECT_STREQ(target, "HELLO");
+}
+
+TEST(CopyBounded, CutsALongerTextAndWritesTheEndAtTheLimit) {
+    char target[7] = {'?', '?', '?', '?', '?', '?', '?'};
+    CopyBounded(target, "HELLO WORLD", 5);
+    EXPECT_STREQ(target, "HELLO");
+    EXPECT_EQ(target[6], '?');
+}
+
+TEST(CopyBounded, OfNothingIsEmpty) {
+    char target[2] = {'?', '?'};
+    CopyBounded(target, "HELLO", 0);
+    EXPECT_STREQ(target, "");
+    EXPECT_EQ(target[1], '?');
+}
+
+TEST(CopyBounded, DoesNotSplitACharacter) {
+    char target[8];
+    CopyBounded(target, "a\xE2\x82\xAC", 3);
+    EXPECT_STREQ(target, "a");
+    std::string text = "former";
+    CopyBounded(text, "a\xE2\x82\xAC", 4);
+    EXPECT_EQ(text, "a\xE2\x82\xAC");
+    CopyBounded(text, "a\xE2\x82\xAC", 2);
+    EXPECT_EQ(text, "a");
+}
+
+TEST(CopyBounded, OfAStringOntoItselfKeepsIt) {
+    std::string text = "HELLO";
+    CopyBounded(text, text, 3);
+    EXPECT_EQ(text, "HEL");
+}
+
+TEST(AppendBounded, AppendsWhatFits) {
+    char target[9] = "AB";
+    AppendBounded(target, "CDEFGHIJ", 5);
+    EXPECT_STREQ(target, "ABCDE");
+    std::string text = "AB";
+    AppendBounded(text, "CDEFGHIJ", 5);
+    EXPECT_EQ(text, "ABCDE");
+}
+
+TEST(AppendBounded, AppendsNothingToAFullText) {
+    char target[9] = "ABCDE";
+    AppendBounded(target, "F", 5);
+    EXPECT_STREQ(target, "ABCDE");
+    AppendBounded(target, "F", 3);
+    EXPECT_STREQ(target, "ABCDE");
+    std::string text = "ABCDE";
+    AppendBounded(text, "F", 3);
+    EXPECT_EQ(text, "ABCDE");
+}
+
+TEST(CutText, CutsInFrontOfACharacterThatWouldBeSplit) {
+    const std::string text = "x\xF0\x9F\x8E\xB9y"; // one byte, four bytes, one byte
+    EXPECT_EQ(CutText(text, 0), "");
+    EXPECT_EQ(CutText(text, 1), "x");
+    EXPECT_EQ(CutText(text, 2), "x");
+    EXPECT_EQ(CutText(text, 3), "x");
+    EXPECT_EQ(CutText(text, 4), "x");
+    EXPECT_EQ(CutText(text, 5), "x\xF0\x9F\x8E\xB9");
+    EXPECT_EQ(CutText(text, 6), text);
+    EXPECT_EQ(CutText(text, 100), text);
+}
+
+TEST(CutText, CountsBytesOfATextThatIsNotUtf8) {
+    EXPECT_EQ(CutText("\x80\x80\x80\x80\x80\x80", 5), "\x80\x80\x80\x80\x80");
+    EXPECT_EQ(CutText("\xC3\xA9\xA9\xA9", 3), "\xC3\xA9\xA9");
+}
+
+TEST(FormatText, FormatsAsPrintDoes) {
+    EXPECT_EQ(FormatText("%s: %d of %02X", "row", 3, 10), "row: 3 of 0A");
+    EXPECT_EQ(FormatText("%s", ""), "");
+    const std::string longText(5000, 'x');
+    EXPECT_EQ(FormatText("%s!", longText.c_str()), longText + "!");
+}
+
+TEST(FormatThousands, PutsACommaBetweenGroupsOfThree) {
+    EXPECT_STREQ(FormatThousands(1234567), "1,234,567");
+    EXPECT_STREQ(FormatThousands(999), "999");
+    EXPECT_STREQ(FormatThousands(0), "0");
+    EXPECT_STREQ(FormatThousands(1000), "1,000");
+    EXPECT_STREQ(FormatThousands(4294967295u), "4,294,967,295");
+}
+
+TEST(FormatThousands, GivesOneSharedBuffer) {
+    const char *first = FormatThousands(1);
+    EXPECT_EQ(FormatThousands(2), first);
+    EXPECT_STREQ(first, "2");
+}
+
+TEST(StripQuotes, LeavesDoubleQuotesOut) {
+    EXPECT_STREQ(StripQuotes("\"/tmp/my bank.syx\""), "/tmp/my bank.syx");
+    EXPECT_STREQ(StripQuotes("it's"), "it's");
+    EXPECT_STREQ(StripQuotes("\"\""), "");
+}
+
+TEST(StripQuotes, TakesItsOwnResult) {
+    EXPECT_STREQ(StripQuotes(StripQuotes("\"a\"")), "a");
+}
+
+TEST(FileNameOfPath, IsNameAndExtension) {
+    EXPECT_STREQ(FileNameOfPath("/home/me/bank.one.syx"), "bank.one.syx");
+    EXPECT_STREQ(FileNameOfPath("bank.syx"), "bank.syx");
+    EXPECT_STREQ(FileNameOfPath("/home/me/"), "");
+    EXPECT_STREQ(FileNameOfPath(""), "");
+}
+
+TEST(FileNameOfPath, TakesItsOwnResult) {
+    EXPECT_STREQ(FileNameOfPath(FileNameOfPath("/a/b.syx")), "b.syx");
+}
+
+TEST(FileNameOfPath, IsCutAt260Bytes) {
+    EXPECT_EQ(FileNameOfPath(("/x/" + std::string(400, 'n')).c_str()), std::string(260, 'n'));
+}
+
+TEST(PathParts, AreFolderAndExtension) {
+    EXPECT_EQ(FolderOfPath("/home/me/bank.syx"), "/home/me/");
+    EXPECT_EQ(FolderOfPath("bank.syx"), "");
+    EXPECT_EQ(FolderOfPath("/bank.syx"), "/");
+    EXPECT_EQ(ExtensionOfPath("/home/me/bank.one.SYX"), "SYX");
+    EXPECT_EQ(ExtensionOfPath("/home/me.d/bank"), "");
+    EXPECT_EQ(ExtensionOfPath("bank."), "");
+}
+
+TEST(ReplaceExtension, ReplacesWhatStandsBehindTheLastDotOfTheName) {
+    EXPECT_EQ(ReplaceExtension("/a/bank.one.syx", "srx"), "/a/bank.one.srx");
+    EXPECT_EQ(ReplaceExtension("/a.d/bank", "srx"), "/a.d/bank.srx");
+    EXPECT_EQ(ReplaceExtension("bank.", "srx"), "bank.srx");
+}
+
+TEST(BackupPathOf, PutsItsWordsInFrontOfTheName) {
+    EXPECT_EQ(BackupPathOf("/a/bank.syx"), "/a/Backup of bank.syx");
+    EXPECT_EQ(BackupPathOf("bank.syx"), "Backup of bank.syx");
+}
+
+TEST(EqualNoCase, LooksAtAsciiLettersOnly) {
+    EXPECT_TRUE(EqualNoCase("Reface DX", "rEFACE dx"));
+    EXPECT_FALSE(EqualNoCase("reface", "reface "));
+    EXPECT_FALSE(EqualNoCase("\xC4", "\xE4"));
+    EXPECT_FALSE(EqualNoCase("@", "`"));
+    EXPECT_TRUE(EqualNoCase("", ""));
+}
+
+TEST(SplitList, DropsEmptyItems) {
+    EXPECT_EQ(SplitList("None;Soft;Flex;Wedge"),
+              (std::vector<std::string>{"None", "Soft", "Flex", "Wedge"}));
+    EXPECT_EQ(SplitList(";;a;;b;"), (std::vector<std::string>{"a", "b"}));
+    EXPECT_TRUE(SplitList("").empty());
+    EXPECT_TRUE(SplitList(";").empty());
+    EXPECT_EQ(SplitList("a,b", ','), (std::vector<std::string>{"a", "b"}));
+}
+
+TEST(SplitList, CutsAnItemAt260Bytes) {
+    const auto items = SplitList(std::string(300, 'x') + ";y");
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(items[0], std::string(260, 'x'));
+    EXPECT_EQ(items[1], "y");
+}
+
+TEST(ReadInteger, ReadsDigitsBehindBlanksAndASign) {
+    EXPECT_EQ(ReadInteger("7"), 7u);
+    EXPECT_EQ(ReadInteger("  +12 apples"), 12u);
+    EXPECT_EQ(ReadInteger("\t\n12"), 12u);
+    EXPECT_EQ(ReadInteger("yes"), 0u);
+    EXPECT_EQ(ReadInteger(""), 0u);
+    EXPECT_EQ(ReadInteger("-"), 0u);
+    EXPECT_EQ(ReadInteger("- 5"), 0u);
+    EXPECT_EQ(ReadInteger("0x10"), 0u);
+}
+
+TEST(ReadInteger, KeepsTheNumberModulo2To32) {
+    EXPECT_EQ(ReadInteger("-5"), 4294967291u);
+    EXPECT_EQ(ReadInteger("4294967295"), 4294967295u);
+    EXPECT_EQ(ReadInteger("4294967296"), 0u);
+    EXPECT_EQ(ReadInteger("4294967303"), 7u);
+    EXPECT_EQ(ReadInteger("2147483648"), 2147483648u);
+    EXPECT_EQ(ReadInteger("-2147483648"), 2147483648u);
+    // 2^64 + 3
+    EXPECT_EQ(ReadInteger("18446744073709551619"), 3u);
+    EXPECT_EQ(ReadInteger(std::string(100000, '0') + "9"), 9u);
+}
+
+TEST(ReadSpinRange, ReadsThreeNumbers) {
+    SpinRange range;
+    ASSERT_TRUE(ReadSpinRange("-12,12,0", range));
+    EXPECT_EQ(range.minimum, -12);
+    EXPECT_EQ(range.maximum, 12);
+    EXPECT_EQ(range.start, 0);
+    ASSERT_TRUE(ReadSpinRange(" 1, 32, 3 and more", range));
+    EXPECT_EQ(range.minimum, 1);
+    EXPECT_EQ(range.maximum, 32);
+    EXPECT_EQ(range.start, 3);
+}
+
+TEST(ReadSpinRange, LeavesTheRangeAloneWhenANumberIsMissing) {
+    for (const char *text : {"", "1", "1,2", "1,2,", "1;2;3", "1,x,3", ",1,2", "-,1,2"}) {
+        SpinRange range{.minimum = 5, .maximum = 6, .start = 7};
+        EXPECT_FALSE(ReadSpinRange(text, range)) << text;
+        EXPECT_EQ(range.minimum, 5) << text;
+        EXPECT_EQ(range.maximum, 6) << text;
+        EXPECT_EQ(range.start, 7) << text;
+    }
+}
+
+TEST(ReadSpinRange, LimitsNumbersThatAreTooLong) {
+    SpinRange range;
+    ASSERT_TRUE(ReadSpinRange("-99999999999999999999,99999999999999999999,0", range));
+    EXPECT_LT(range.minimum, -2000000000);
+    EXPECT_GT(range.maximum, 2000000000);
+}
+
+TEST(ClampedInteger, LimitsToTheRange) {
+    const SpinRange range{.minimum = 1, .maximum = 32, .start = 3};
+    EXPECT_EQ(ClampedInteger("7", range), 7);
+    EXPECT_EQ(ClampedInteger(" 7 ", range), 7);
+    EXPECT_EQ(ClampedInteger("0", range), 1);
+    EXPECT_EQ(ClampedInteger("33", range), 32);
+    EXPECT_EQ(ClampedInteger("99999999999999999999", range), 32);
+    EXPECT_EQ(ClampedInteger("", range), 1);
+    EXPECT_EQ(ClampedInteger("abc", range), 1);
+}
+
+TEST(ClampedInteger, ReadsASignOnlyWhenTheMinimumIsBelowZero) {
+    const SpinRange both{.minimum = -12, .maximum = 12, .start = 0};
+    EXPECT_EQ(ClampedInteger("-7", both), -7);
+    EXPECT_EQ(ClampedInteger("-99999999999999999999", both), -12);
+    const SpinRange unsignedRange{.minimum = 0, .maximum = 99, .start = 0};
+    EXPECT_EQ(ClampedInteger("-7", unsignedRange), 0);
+}
+
+TEST(Latin1ToUtf8, GivesBytesAbove7FTwoBytes) {
+    EXPECT_EQ(Latin1ToUtf8("A\xE9\x80\xFF"), "A\xC3\xA9\xC2\x80\xC3\xBF");
+    EXPECT_EQ(Latin1ToUtf8(""), "");
+}
+
+TEST(FileNameOfVoice, ReplacesWhatAFileNameCannotHold) {
+    EXPECT_EQ(FileNameOfVoice("A/B\\C:D*E?F\"G<H>I|J"), "A_B_C_D_E_F_G_H_I_J");
+    EXPECT_EQ(FileNameOfVoice(std::string_view("A\0B\x1F\x7F", 5)), "A_B__");
+    EXPECT_EQ(FileNameOfVoice("PIANO  1."), "PIANO  1.");
+    EXPECT_EQ(FileNameOfVoice("CAF\xC9"), "CAF\xC3\x89");
+    EXPECT_EQ(FileNameOfVoice("\x9F\xA5"), "_\xC2\xA5");
+}
