@@ -5,6 +5,7 @@
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "common/text.h"
+#include "shell/view/desktop_qt.h"
 #include "shell/view/window_picture.h"
 
 #include <QApplication>
@@ -44,6 +45,7 @@ int CliPicture(const CliCall &call) {
     char *arguments[] = {name, nullptr};
     int count = 1;
     QApplication application(count, arguments);
+    UseQtDesktop(); // its status bar is in the picture
     UseTerminalDesktop(call);
     std::string error;
     if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.width,

@@ -83,7 +83,6 @@ void UseTerminalDesktop(const CliCall &call) {
     } else {
         AnswersComeFrom = Answers::FromTerminal;
     }
-    TheDesktop = {};
     TheDesktop.RunMessage = RunTerminalMessage;
 }
 

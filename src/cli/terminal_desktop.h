@@ -6,7 +6,7 @@
 
 namespace tonewright {
 
-// Fills TheDesktop. Without an option and without a terminal every answer is no.
+// Makes TheDesktop ask and tell here. Without an option and without a terminal every answer is no.
 void UseTerminalDesktop(const CliCall &call);
 
 // True when a question has been answered with no.
