@@ -12,7 +12,7 @@ trap 'rm -rf "$home"' EXIT
 export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home
 export TONEWRIGHT_EXIT_AFTER_FIRST_PAINT=1
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    export QT_QPA_PLATFORM=offscreen
+    export QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES="*.warning=false"
 fi
 
 for ((run = 0; run < runs; ++run)); do
