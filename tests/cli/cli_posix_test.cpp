@@ -121,14 +121,18 @@ TEST(CliOnATerminal, LetsAnOptionAnswerInsteadOfTheTerminal) {
     EXPECT_FALSE(folder.Holds("out.syx"));
 }
 
-// Peak memory in KiB of `check` on `count` paths of equal length.
-long PeakMemoryOfCheck(const TempFolder &folder, int count) {
+// `check` on `paths`, all of them `times` times.
+std::vector<std::string> CheckOf(const std::vector<std::string> &paths, int times) {
     std::vector<std::string> arguments = {"check"};
-    for (int number = 0; number < count; ++number) {
-        std::string name = std::to_string(number);
-        name.insert(0, 5 - name.size(), '0');
-        arguments.push_back(folder.File(name + ".syx"));
+    for (int time = 0; time < times; ++time) {
+        arguments.insert(arguments.end(), paths.begin(), paths.end());
     }
+    return arguments;
+}
+
+// Peak memory of the program in KiB. The system counts the child's memory from its birth, as a copy
+// of this process.
+long PeakMemoryOf(const std::vector<std::string> &arguments) {
     const int output = open("/dev/null", O_RDWR);
     const pid_t child = StartCli(arguments, output, output);
     close(output);
@@ -149,17 +153,18 @@ TEST(CliCheckOfManyFiles, NeedsNoMoreMemoryForTenThousandThanForAHundred) {
            1);
     const TempFolder folder;
     const Bytes bank = TestBank();
-    constexpr int Many = 10'000;
-    for (int number = 0; number < Many; ++number) {
-        std::string name = std::to_string(number);
-        name.insert(0, 5 - name.size(), '0');
-        folder.Write(name + ".syx", bank);
+    std::vector<std::string> paths;
+    for (int number = 100; number < 200; ++number) {
+        paths.push_back(folder.Write(std::to_string(number) + ".syx", bank));
     }
-    const long few = PeakMemoryOfCheck(folder, 100);
-    const long many = PeakMemoryOfCheck(folder, Many);
+    const auto manyPaths = CheckOf(paths, 100);
+    const auto fewPaths = CheckOf(paths, 1);
+    ASSERT_EQ(manyPaths.size(), 1u + 10'000u);
+    const long many = PeakMemoryOf(manyPaths);
+    const long few = PeakMemoryOf(fewPaths);
     // The paths themselves lie in the child's memory before it begins: text and one pointer each.
     const long argumentsInKib =
-        static_cast<long>(Many * (folder.File("00000.syx").size() + 1 + sizeof(char *)) / 1024);
+        static_cast<long>(10'000 * (paths[0].size() + 1 + sizeof(char *)) / 1024);
     EXPECT_LT(many, few + argumentsInKib + 1024);
 }
 
