@@ -68,7 +68,9 @@ constexpr int CheckHeight = 16;            // pixels, at least
 constexpr int ButtonGapPercent = 80;       // of the margin
 constexpr int FootPercent = 30;            // of the margin
 constexpr int LeastCharactersInALine = 24; // a large font widens the text
-constexpr int ScreenPercent = 85;          // of the screen that the text may take
+// What of the screen the dialog may take in width, and its text in height.
+constexpr int WidthPercent = 95;
+constexpr int HeightPercent = 75;
 
 QString ControlName(int control) {
     return QStringLiteral("control_%1").arg(control);
@@ -243,8 +245,8 @@ private:
         const QSize largest(screen.width() - textLeft - buttonSize.width() - columnGap - 2 * margin,
                             screen.height());
         const int textWidth = TextWidth(largest);
-        const int textHeight = std::max(PlaceText(textLeft, top, textWidth, largest.height()),
-                                        3 * buttonSize.height() + 2 * margin);
+        const int textHeight = PlaceText(QRect(textLeft, top, textWidth, largest.height()),
+                                         3 * buttonSize.height() + 2 * margin);
         int foot = top + textHeight;
         for (QWidget *line : lines) {
             const int height = line->hasHeightForWidth()
@@ -268,26 +270,35 @@ private:
                      foot + margin + margin * FootPercent / 100);
     }
 
-    // Gives the text its place; its height. A text that no width makes low enough is scrolled.
-    int PlaceText(int left, int top, int width, int largestHeight) {
-        int height = ui.control_65->heightForWidth(width);
-        if (height <= largestHeight) {
-            ui.control_65->setGeometry(left, top, width, height);
+    // Gives the text its place; its height, which is `least` or more. A short text stands beside
+    // the middle of the picture, or of the first button, and one that no width makes low enough is
+    // scrolled.
+    int PlaceText(QRect place, int least) {
+        const int textHeight = ui.control_65->heightForWidth(place.width());
+        const QWidget *beside =
+            Has(MessageFlagPicture) ? static_cast<QWidget *>(ui.control_10) : ui.control_1;
+        const int above = std::max(0, (beside->height() - textHeight) / 2);
+        ui.control_65->setContentsMargins(0, above, 0, 0);
+        const int height = std::max(least, above + textHeight);
+        if (height <= place.height()) {
+            place.setHeight(height);
+            ui.control_65->setGeometry(place);
             return height;
         }
         auto *scroller = new QScrollArea(this);
         scroller->setFrameShape(QFrame::NoFrame);
         scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        scroller->setGeometry(left, top, width, largestHeight);
-        width -= scroller->verticalScrollBar()->sizeHint().width();
+        scroller->setGeometry(place);
+        const int width = place.width() - scroller->verticalScrollBar()->sizeHint().width();
         ui.control_65->resize(width, ui.control_65->heightForWidth(width));
         scroller->setWidget(ui.control_65);
-        return largestHeight;
+        return place.height();
     }
 
     static QSize Screen() {
         const QScreen *screen = QGuiApplication::primaryScreen();
-        return (screen ? screen->availableSize() : QSize(800, 600)) * ScreenPercent / 100;
+        const QSize size = screen ? screen->availableSize() : QSize(800, 600);
+        return {size.width() * WidthPercent / 100, size.height() * HeightPercent / 100};
     }
 
     Ui::MessageBox ui;

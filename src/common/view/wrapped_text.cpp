@@ -42,29 +42,26 @@ double LayOut(QTextLayout &layout, const QString &text, const QFont &font, int w
 WrappedText::WrappedText(QWidget *parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
 int WrappedText::heightForWidth(int width) const {
-    if (text().isEmpty()) {
-        return 0;
-    }
+    const QMargins margins = contentsMargins();
+    const int lineWidth = std::max(1, width - margins.left() - margins.right());
     QTextLayout layout;
-    return static_cast<int>(LayOut(layout, text(), font(), std::max(1, width), alignment()));
+    const double height =
+        text().isEmpty() ? 0 : LayOut(layout, text(), font(), lineWidth, alignment());
+    return static_cast<int>(height) + margins.top() + margins.bottom();
 }
 
 void WrappedText::paintEvent(QPaintEvent *) {
+    const QRect place = contentsRect();
     QTextLayout layout;
-    const double height = LayOut(layout, text(), font(), std::max(1, width()), alignment());
-    double top = 0;
-    if (alignment() & Qt::AlignVCenter) {
-        top = std::max(0.0, std::floor((this->height() - height) / 2));
-    } else if (alignment() & Qt::AlignBottom) {
-        top = std::max(0.0, this->height() - height);
-    }
+    LayOut(layout, text(), font(), std::max(1, place.width()), alignment());
     QPainter painter(this);
     painter.setPen(
         palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
-    layout.draw(&painter, {0, top});
+    layout.draw(&painter, place.topLeft());
 }
 
 } // namespace tonewright

@@ -18,6 +18,7 @@ constexpr QSize PictureExtent{112, 112}; // pixels
 constexpr int NameFontHeight = 34;
 constexpr int SmallFontHeight = 14;
 constexpr int BoldWeight = 700;
+constexpr const char *Copyright = "Copyright \u00a9 2026 The Tonewright developers.";
 
 QString Libraries() {
     QStringList libraries = {QString("Qt %1").arg(qVersion()), "PortMidi", "zlib"};
@@ -42,7 +43,7 @@ void ShowAboutBox(QWidget *owner) {
     ui.control_101->setText(LoadProgramString(109));
     ui.control_101->setFont(FontOfHeight("Arial", NameFontHeight, BoldWeight));
     ui.control_102->setText(QString("Version %1").arg(ProgramVersion));
-    ui.control_104->setText(QString("%1.").arg(ProgramLicence));
+    ui.control_104->setText(QString("%1.\n%2").arg(ProgramLicence, Copyright));
     ui.control_105->setText(Libraries());
     ui.control_105->setFont(FontOfHeight("Arial", SmallFontHeight));
     MakeSoftButton(ui.control_1);

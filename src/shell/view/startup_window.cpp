@@ -49,7 +49,7 @@ public:
         constexpr int Extra = 2 * BorderWidth + 2;
         setFixedSize(pictureSize + QSize(Extra, Extra));
         CentreWindow(*this);
-        QTimer::singleShot(ShowTime, this, &QWidget::close);
+        QTimer::singleShot(ShowTime, Qt::PreciseTimer, this, &QWidget::close);
     }
 
 protected:
