@@ -485,9 +485,10 @@ bool WriteProfileText(const char *path, const char *section, const char *key,
         text = std::move(*present);
     }
     ProfilePlace place = FindProfileKey(text, section, key);
+    const std::string_view model =
+        place.hasKey ? std::string_view(text).substr(place.start, place.size) : text;
+    const std::string lineEnd = model.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
     // A file that ends in the middle of a line gets its line end first.
-    const bool windowsEnds = text.find("\r\n") != std::string::npos;
-    const std::string lineEnd = windowsEnds ? "\r\n" : "\n";
     if (!place.hasKey && place.start > 0 && text[place.start - 1] != '\n') {
         text.insert(place.start, lineEnd);
         place.start += lineEnd.size();

@@ -1,0 +1,117 @@
+// The configuration file where it may not be written, and where there is no room for it.
+#include "shell/config.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "support/posix_limits.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using namespace tonewright;
+
+namespace {
+
+// A configuration folder that everyone may enter and write to.
+struct ConfigObstacles : testing::Test {
+    TempFolder temp;
+    std::string maker = temp.File("app/Quillbrook/");
+    std::string path = maker + "Tonewright 17.ini";
+
+    ConfigObstacles() {
+        PlatformFolders.applicationData = temp.File("app");
+        MakeProgramFolders();
+        for (const auto &folder : {temp.path, temp.path / "app"}) {
+            EXPECT_EQ(chmod(folder.c_str(), 0755), 0);
+        }
+        EXPECT_EQ(chmod(maker.c_str(), 0777), 0);
+    }
+};
+
+} // namespace
+
+TEST_F(ConfigObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
+    WriteTestText(path, "MaxUndoLevel = 9\n");
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    RunUnprivileged([this] {
+        ConfigRead();
+        EXPECT_EQ(MaxUndoLevel, 9u);
+        MaxUndoLevel = 10;
+        testing::internal::CaptureStderr();
+        ConfigWrite();
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 9\n");
+        // The old file has become its own backup.
+        EXPECT_EQ(ReadTestText(maker + "Backup of Tonewright 17.ini"), "MaxUndoLevel = 9\n");
+        ConfigWrite(); // and once more, over a backup that may be read-only
+        EXPECT_EQ(ReadTestText(maker + "Backup of Backup of Tonewright 17.ini"),
+                  "MaxUndoLevel = 9\n");
+        EXPECT_FALSE(WriteProfileText("Tonewright", "MaxUndoLevel", "11"));
+        EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 9\n");
+    });
+}
+
+TEST_F(ConfigObstacles, AFileThatCannotBeReadGivesDefaults) {
+    WriteTestText(path, "MaxUndoLevel = 9\n");
+    ASSERT_EQ(chmod(path.c_str(), 0000), 0);
+    RunUnprivileged([this] {
+        EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
+        ConfigRead();
+        EXPECT_EQ(MaxUndoLevel, 3u);
+        EXPECT_EQ(ReadProfileInteger("Tonewright", "MaxUndoLevel", 3), 3u);
+    });
+}
+
+TEST_F(ConfigObstacles, AReadOnlyFolderLosesTheChangesInSilence) {
+    ASSERT_EQ(chmod(maker.c_str(), 0555), 0);
+    RunUnprivileged([this] {
+        ConfigWrite();
+        EXPECT_FALSE(WriteProfileText("Tonewright", "MaxUndoLevel", "11"));
+        EXPECT_FALSE(std::filesystem::exists(path));
+    });
+}
+
+TEST_F(ConfigObstacles, AWriteThatFallsShortLeavesTheFileBeforeItAsTheBackup) {
+    ConfigWrite();
+    const std::string before = ReadTestText(path);
+    {
+        const FileSizeLimit limit(before.size()); // enough for a copy, not for a longer file
+        ThemeCurrent = std::string(260, 'x');
+        ConfigWrite();
+    }
+    EXPECT_EQ(ReadTestText(maker + "Backup of Tonewright 17.ini"), before);
+    EXPECT_LE(ReadTestText(path).size(), before.size());
+}
+
+TEST_F(ConfigObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
+    const std::string before = "[Tonewright]\nMaxUndoLevel = 9\n" + std::string(8000, 'x') + "\n";
+    WriteTestText(path, before);
+    bool written = true;
+    {
+        const FileSizeLimit limit(4096);
+        written = WriteProfileText("Tonewright", "MaxUndoLevel", "11");
+    }
+    EXPECT_FALSE(written);
+    EXPECT_EQ(ReadTestText(path), before);
+    EXPECT_FALSE(std::filesystem::exists(path + ".new"));
+}
+
+TEST_F(ConfigObstacles, AFileBehindALinkStaysBehindIt) {
+    const std::string real = temp.WriteText("real.ini", "[Tonewright]\nA = 1\n");
+    std::filesystem::create_symlink(real, path);
+    EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_EQ(ReadTestText(real), "[Tonewright]\nA = 2\n");
+    ConfigWrite();
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_TRUE(ReadTestText(real).starts_with(";Tonewright configuration file\n"));
+}
+
+TEST_F(ConfigObstacles, APipeInPlaceOfTheFileDoesNotHoldTheReaderUp) {
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    ConfigRead();
+    EXPECT_EQ(ReadProfileText("Tonewright", "A", "none"), "none");
+    EXPECT_FALSE(WriteProfileText("Tonewright", "A", "2"));
+}

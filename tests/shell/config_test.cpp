@@ -1,0 +1,754 @@
+// The table of settings, and the file that keeps them.
+#include "shell/config.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "shell/undo.h"
+#include "support/scripted_desktop.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <random>
+
+using namespace tonewright;
+
+namespace {
+
+constexpr std::uint32_t B = 0x1, T = 0x2, I = 0x4, List = 0x10, Spin = 0x40, WriteOnly = 0x100,
+                        Restart = 0x8000;
+
+struct Row {
+    const char *name;
+    std::uint32_t flags;
+    const char *value; // the default as it stands in the file; null: told elsewhere
+    std::uint32_t control;
+};
+
+// The whole table, in its order.
+const Row Rows[] = {
+    {"ApplicationPath", T | WriteOnly, "", 0},
+    {"AuditionCurrentOctave", I, "5", 0},
+    {"AuditionCurrentVelocity", I, "100", 0},
+    {"BuildDate", T | WriteOnly, nullptr, 0},
+    {"ColourTableFile", T, "TNWRGT.CCL", 0},
+    {"CreateBackups", B, "1", 139},
+    {"CurrentMidiChannel", I | Spin, "1", 118},
+    {"DatabaseCurrentName", T, "Voices", 0},
+    {"DatabaseFooterFontName", T, "Arial", 0},
+    {"DatabaseFooterFontSize", I, "16", 0},
+    {"DatabaseHeaderFontName", T, "Arial", 0},
+    {"DatabaseHeaderFontSize", I, "32", 0},
+    {"DatabaseItemFontName", T, "Arial", 0},
+    {"DatabaseItemFontSize", I, "14", 0},
+    {"DatabaseMakePrettyNames", B, "1", 114},
+    {"DatabaseManFieldDelay", I, "600", 0},
+    {"DatabaseNoDuplicates", B, "1", 116},
+    {"DatabaseSortMode", I, "107", 0},
+    {"DefaultPrinterName", T, "", 0},
+    {"DialogUpdateTime", I, "250", 0},
+    {"DocumentBrowserFlags", I, "127", 0},
+    {"DocumentBrowserPath", T, "", 0},
+    {"DownloadOnOpen", B, "0", 112},
+    {"FileMenuRange", I, "10", 0},
+    {"FileTipDelay", I, "500", 0},
+    {"FileTipShow", B, "1", 117},
+    {"FileWindowX", I, "0", 0},
+    {"FileWindowY", I, "0", 0},
+    {"ImageFileOpenIndex", I, "0", 0},
+    {"LastTipDate", I, "0", 0},
+    {"MaxUndoLevel", I | Spin | Restart, "3", 141},
+    {"MiddleButtonAudition", B, "1", 146},
+    {"OpenExportPath", T, "", 0},
+    {"OpenImportPath", T, "", 0},
+    {"OpenPath", T, "", 0},
+    {"OpenRecentDocument", B, "0", 140},
+    {"PatchLevel", I | WriteOnly, "1", 0},
+    {"RecentDocumentPath", T, "", 0},
+    {"RememberFileHistoryCount", I | Spin | Restart, "10", 144},
+    {"RememberFileHistoryCover", B | Restart, "1", 145},
+    {"RememberFileHistoryEnable", B | Restart, "1", 143},
+    {"RememberFileHistorySize", I, "48", 0},
+    {"SelectKeyboardAutodetect", B, "1", 0},
+    {"SelectKeyboardMidiIn", T, "", 0},
+    {"SelectKeyboardMidiOut", T, "", 0},
+    {"SelectKeyboardName", T, "", 0},
+    {"SetupPageIndex", I, "0", 0},
+    {"ShowDriverMessage", B, "1", 0},
+    {"ShowStartupWindow", B, "1", 105},
+    {"ShowTipOfTheDay", B, "1", 133},
+    {"SoftButtons", I | List, "1", 134},
+    {"StartMonday", B, "0", 0},
+    {"SysexWait", I, "1500", 0},
+    {"TipFont01Size", I, "16", 0},
+    {"TipOfTheDay", I, "0", 0},
+    {"ThemeCurrent", T, "", 0},
+    {"VerboseRightClickMenu", B, "1", 113},
+    {"VersionNumber", I | WriteOnly, "544", 0},
+    {"VoiceEditPage", I, "0", 0},
+    {"WarnDatabaseChanged", B, "1", 115},
+    {"WarnShowManual", B, "1", 108},
+    {"ShowWelcomeWizard", B, "1", 0},
+};
+
+const std::string Header = ";Tonewright configuration file\n"
+                           ";Edit this at your own risk\n"
+                           ";Tonewright 17.0a revision 1\n"
+                           ";Last updated ";
+
+// A configuration folder of its own.
+struct Config : testing::Test {
+    TempFolder temp;
+    std::string maker = temp.File("app/Quillbrook/");
+    std::string path = maker + "Tonewright 17.ini";
+    std::string backup = maker + "Backup of Tonewright 17.ini";
+    std::string older = maker + "Backup of Backup of Tonewright 17.ini";
+
+    Config() {
+        PlatformFolders.applicationData = temp.File("app");
+        MakeProgramFolders();
+    }
+    void Read(const std::string &text) {
+        WriteTestText(path, text);
+        ConfigRead();
+    }
+    std::vector<std::string> FilesOfMaker() {
+        std::vector<std::string> names;
+        for (const auto &entry : std::filesystem::directory_iterator(maker)) {
+            if (entry.is_regular_file()) {
+                names.push_back(entry.path().filename().string());
+            }
+        }
+        std::ranges::sort(names);
+        return names;
+    }
+};
+
+using ConfigMigration = Config;
+
+std::string LineOf(const std::string &text, const std::string &key) {
+    const std::size_t at = text.find("\n" + key + " =");
+    return at == std::string::npos ? "" : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
+}
+
+} // namespace
+
+TEST_F(Config, TheTableHasEveryKeyInItsOrderWithItsTypeAndControl) {
+    ASSERT_EQ(ConfigKeys.size(), std::size(Rows));
+    for (std::size_t i = 0; i < std::size(Rows); ++i) {
+        EXPECT_STREQ(ConfigKeys[i].name, Rows[i].name);
+        EXPECT_EQ(ConfigKeys[i].flags, Rows[i].flags) << Rows[i].name;
+        EXPECT_EQ(ConfigKeys[i].control, Rows[i].control) << Rows[i].name;
+        EXPECT_EQ(ConfigKeys[i].items, nullptr) << Rows[i].name;
+        const bool text = (Rows[i].flags & T) != 0;
+        EXPECT_EQ(std::holds_alternative<std::string *>(ConfigKeys[i].value), text) << Rows[i].name;
+    }
+}
+
+TEST_F(Config, TheFirstWriteCreatesTheFileWithAllKeysAndTheirDefaults) {
+    ConfigRead(); // no file: no change
+    const std::time_t before = std::time(nullptr);
+    ConfigWrite();
+    const std::time_t after = std::time(nullptr);
+    const std::string text = ReadTestText(path);
+    ASSERT_TRUE(text.starts_with(Header));
+    const std::string stamp = text.substr(Header.size(), 24);
+    bool stampIsNow = false;
+    for (std::time_t time = before; time <= after; ++time) {
+        stampIsNow = stampIsNow || std::string(std::ctime(&time)).substr(0, 24) == stamp;
+    }
+    EXPECT_TRUE(stampIsNow) << stamp;
+    std::string expected = "\n;\n[Tonewright]\n";
+    for (const Row &row : Rows) {
+        expected += std::string(row.name) + " = " + (row.value ? row.value : BuildDate) + "\n";
+    }
+    EXPECT_EQ(text.substr(Header.size() + 24), expected);
+    EXPECT_EQ(FilesOfMaker(), std::vector<std::string>{"Tonewright 17.ini"});
+}
+
+TEST_F(Config, WhatIsWrittenIsReadAgain) {
+    MaxUndoLevel = 7;
+    CreateBackups = 0;
+    LastTipDate = 0x0B1607EA;
+    OpenPath = "/home/J\xC3\xBCrgen/My banks/";
+    SelectKeyboardMidiIn = "reface DX MIDI 1 = in";
+    ThemeCurrent = "";
+    ConfigWrite();
+    MaxUndoLevel = 1;
+    CreateBackups = 1;
+    LastTipDate = 0;
+    OpenPath = SelectKeyboardMidiIn = ThemeCurrent = "x";
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 7u);
+    EXPECT_EQ(CreateBackups, 0u);
+    EXPECT_EQ(LastTipDate, 0x0B1607EAu);
+    EXPECT_EQ(OpenPath, "/home/J\xC3\xBCrgen/My banks/");
+    EXPECT_EQ(SelectKeyboardMidiIn, "reface DX MIDI 1 = in");
+    EXPECT_EQ(ThemeCurrent, "");
+}
+
+TEST_F(Config, AnAbsentFileLeavesTheDefaults) {
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+    EXPECT_EQ(ColourTableFile, "TNWRGT.CCL");
+    EXPECT_TRUE(FilesOfMaker().empty());
+    EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
+}
+
+TEST_F(Config, BlanksAndEqualSignsAreSkippedInAnyNumber) {
+    Read("MaxUndoLevel=7\n");
+    EXPECT_EQ(MaxUndoLevel, 7u);
+    Read("MaxUndoLevel   ==  8\n");
+    EXPECT_EQ(MaxUndoLevel, 8u);
+    Read("MaxUndoLevel 9\n");
+    EXPECT_EQ(MaxUndoLevel, 9u);
+    Read("DatabaseCurrentName  ====   Basses = low  \n");
+    EXPECT_EQ(DatabaseCurrentName, "Basses = low  ");
+    Read("DatabaseCurrentName = = low\n"); // blanks, equal signs, blanks: then the value begins
+    EXPECT_EQ(DatabaseCurrentName, "= low");
+}
+
+TEST_F(Config, AShortenedKeySetsTheFirstKeyWithThatBeginning) {
+    Read("Max = 5\n");
+    EXPECT_EQ(MaxUndoLevel, 5u);
+    Read("Database = Pads\n");
+    EXPECT_EQ(DatabaseCurrentName, "Pads");
+    Read("D = Strings\n");
+    EXPECT_EQ(DatabaseCurrentName, "Strings");
+    EXPECT_EQ(DatabaseFooterFontName, "Arial");
+}
+
+TEST_F(Config, AKeyIsMatchedWithItsCaseAndNotWhenItIsLonger) {
+    Read("maxundolevel = 5\nMaxUndoLevels = 6\n");
+    EXPECT_EQ(MaxUndoLevel, 3u);
+}
+
+TEST_F(Config, WriteOnlyKeysAreNotReadBack) {
+    Read("Version = 3\nVersionNumber = 4\nPatchLevel = 5\nBuildDate = long ago\n"
+         "ApplicationPath = /elsewhere/\n");
+    EXPECT_EQ(VersionNumber, 544u);
+    EXPECT_EQ(PatchLevel, 1u);
+    EXPECT_NE(BuildDate, "long ago");
+    EXPECT_EQ(ApplicationPath, "");
+    // "A" is not the write-only ApplicationPath but the row behind it.
+    Read("A = 2\n");
+    EXPECT_EQ(AuditionCurrentOctave, 2u);
+}
+
+TEST_F(Config, CommentsAndSectionsAndUnknownKeysAreIgnored) {
+    Read(";MaxUndoLevel = 9\n[Tonewright]\n[Max] = 4\nUnknown = 7\n");
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+}
+
+TEST_F(Config, TheReaderDoesNotLookAtSections) {
+    Read("MaxUndoLevel = 4\n[Somewhere else]\nSoftButtons = 2\n");
+    EXPECT_EQ(MaxUndoLevel, 4u);
+    EXPECT_EQ(SoftButtons, 2u);
+}
+
+TEST_F(Config, ABoolThatReadsYesIs0) {
+    Read("CreateBackups = yes\nFileTipShow = 2\n");
+    EXPECT_EQ(CreateBackups, 0u);
+    EXPECT_EQ(FileTipShow, 2u);
+}
+
+TEST_F(Config, AnEmptyLineSetsTheOctaveTo0) {
+    Read("MaxUndoLevel = 4\n\n");
+    EXPECT_EQ(AuditionCurrentOctave, 0u);
+    AuditionCurrentOctave = 5;
+    Read("\tMaxUndoLevel = 9\n"); // the line ends at its control character
+    EXPECT_EQ(AuditionCurrentOctave, 0u);
+    EXPECT_EQ(MaxUndoLevel, 4u);
+    AuditionCurrentOctave = 5;
+    Read("\r\n");
+    EXPECT_EQ(AuditionCurrentOctave, 0u);
+    Read("= 6\n");
+    EXPECT_EQ(AuditionCurrentOctave, 6u);
+    AuditionCurrentOctave = 5;
+    Read(" MaxUndoLevel = 7\n"); // a blank ends the key before it has begun
+    EXPECT_EQ(AuditionCurrentOctave, 0u);
+    EXPECT_EQ(MaxUndoLevel, 4u);
+}
+
+TEST_F(Config, AnEmptyFileOrOneWithoutALastLineEndChangesNothingElse) {
+    Read("");
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+    Read("MaxUndoLevel = 6");
+    EXPECT_EQ(MaxUndoLevel, 6u);
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+}
+
+TEST_F(Config, AControlCharacterEndsAValue) {
+    Read("DatabaseCurrentName = Basses\tand more\nThemeCurrent = Slate\x01Medium\n");
+    EXPECT_EQ(DatabaseCurrentName, "Basses");
+    EXPECT_EQ(ThemeCurrent, "Slate");
+    Read("DatabaseCurrentName\t= Pads\n"); // the key stands alone
+    EXPECT_EQ(DatabaseCurrentName, "");
+}
+
+TEST_F(Config, LinesMayEndInCarriageReturns) {
+    Read(";Tonewright\r\n[Tonewright]\r\nMaxUndoLevel = 6\r\nThemeCurrent = Slate\r\n");
+    EXPECT_EQ(MaxUndoLevel, 6u);
+    EXPECT_EQ(ThemeCurrent, "Slate");
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+}
+
+TEST_F(Config, AZeroByteEndsAValueAndNotTheFile) {
+    Read(std::string("ThemeCurrent = Slate\0Medium\nMaxUndoLevel = 6\n", 44));
+    EXPECT_EQ(ThemeCurrent, "Slate");
+    EXPECT_EQ(MaxUndoLevel, 6u);
+}
+
+TEST_F(Config, BytesAbove7FBelongToAValue) {
+    Read("ThemeCurrent = \xC3\xA9t\xC3\xA9\nSelectKeyboardName = \xE9\xFF\n");
+    EXPECT_EQ(ThemeCurrent, "\xC3\xA9t\xC3\xA9");
+    EXPECT_EQ(SelectKeyboardName, "\xE9\xFF");
+}
+
+TEST_F(Config, AValueOutsideItsRangeIsKeptAsItStands) {
+    Read("MaxUndoLevel = 1000\nCurrentMidiChannel = 99\nSoftButtons = 77\n");
+    EXPECT_EQ(MaxUndoLevel, 1000u);
+    EXPECT_EQ(CurrentMidiChannel, 99u);
+    EXPECT_EQ(SoftButtons, 77u);
+}
+
+TEST_F(Config, IntegersAreKeptModulo2To32) {
+    Read("MaxUndoLevel = -5\nTipOfTheDay = 4294967303\nSetupPageIndex = "
+         "18446744073709551619\nVoiceEditPage = 2147483648\nFileWindowX = +4x\n");
+    EXPECT_EQ(MaxUndoLevel, 4294967291u);
+    EXPECT_EQ(TipOfTheDay, 7u);
+    EXPECT_EQ(SetupPageIndex, 3u);
+    EXPECT_EQ(VoiceEditPage, 2147483648u);
+    EXPECT_EQ(FileWindowX, 4u);
+    ConfigWrite();
+    EXPECT_EQ(LineOf(ReadTestText(path), "MaxUndoLevel"), "MaxUndoLevel = 4294967291");
+}
+
+TEST_F(Config, OfTwoLinesWithOneKeyTheLaterCounts) {
+    Read("MaxUndoLevel = 5\nMaxUndoLevel = 6\n");
+    EXPECT_EQ(MaxUndoLevel, 6u);
+}
+
+TEST_F(Config, ALineOf259BytesIsReadWhole) {
+    // "ThemeCurrent = " is 15 bytes, the line end one.
+    const std::string value(243, 'x');
+    Read("ThemeCurrent = " + value + "\nMaxUndoLevel = 6\n");
+    EXPECT_EQ(ThemeCurrent, value);
+    EXPECT_EQ(MaxUndoLevel, 6u);
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+}
+
+TEST_F(Config, TheLineEndThatNoLongerFitsIsAnEmptyLine) {
+    const std::string value(244, 'x');
+    Read("ThemeCurrent = " + value + "\nMaxUndoLevel = 6\n");
+    EXPECT_EQ(ThemeCurrent, value);
+    EXPECT_EQ(MaxUndoLevel, 6u);
+    EXPECT_EQ(AuditionCurrentOctave, 0u);
+}
+
+TEST_F(Config, ALongerLineGoesOnAsTheNextLine) {
+    Read("ThemeCurrent = " + std::string(244, 'x') + "MaxUndoLevel = 6\n");
+    EXPECT_EQ(ThemeCurrent, std::string(244, 'x'));
+    EXPECT_EQ(MaxUndoLevel, 6u);
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+}
+
+TEST_F(Config, ALongCommentGoesOnAsALineThatIsNone) {
+    Read(";" + std::string(258, 'x') + "MaxUndoLevel = 6\n");
+    EXPECT_EQ(MaxUndoLevel, 6u);
+}
+
+TEST_F(Config, ALongLineIsNotCutInsideACharacter) {
+    // The two bytes of the last character would be the 259th and the 260th.
+    Read("ThemeCurrent = " + std::string(243, 'x') + "\xC3\xA9\nMaxUndoLevel = 6\n");
+    EXPECT_EQ(ThemeCurrent, std::string(243, 'x'));
+    EXPECT_EQ(MaxUndoLevel, 6u);
+}
+
+TEST_F(Config, ATextOfAMegabyteKeepsWhatALineHolds) {
+    Read("ThemeCurrent = " + std::string(1 << 20, 'x') + "\nMaxUndoLevel = 6\n");
+    EXPECT_EQ(ThemeCurrent, std::string(244, 'x'));
+    EXPECT_EQ(MaxUndoLevel, 6u);
+}
+
+TEST_F(Config, ATextThatIsTooLongIsWrittenWithItsFirst260Bytes) {
+    ThemeCurrent = std::string(1 << 20, 'x');
+    SelectKeyboardName = std::string(259, 'y') + "\xC3\xA9";
+    ConfigWrite();
+    const std::string text = ReadTestText(path);
+    EXPECT_EQ(LineOf(text, "ThemeCurrent"), "ThemeCurrent = " + std::string(260, 'x'));
+    EXPECT_EQ(LineOf(text, "SelectKeyboardName"), "SelectKeyboardName = " + std::string(259, 'y'));
+}
+
+TEST_F(Config, ATextWithALineEndMakesNoLineOfItsOwn) {
+    RecentDocumentPath = "/banks/a\nMaxUndoLevel = 99";
+    ConfigWrite();
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    EXPECT_EQ(RecentDocumentPath, "/banks/a");
+}
+
+TEST_F(Config, ManyLinesAndOneVeryLongLineAreReadInTimeThatGrowsWithTheFile) {
+    const auto start = std::chrono::steady_clock::now();
+    Read(std::string(10 << 20, 'x') + "\n" + std::string(2 << 20, '\n') + "MaxUndoLevel = 6\n");
+    EXPECT_EQ(MaxUndoLevel, 6u);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+TEST_F(Config, RandomBytesAreReadWithoutHarm) {
+    std::mt19937 random(17);
+    for (int run = 0; run < 50; ++run) {
+        std::string text(4096, '\0');
+        for (char &character : text) {
+            character = static_cast<char>(random());
+        }
+        Read(text);
+    }
+    for (const ConfigKey &row : ConfigKeys) {
+        if (std::string *const *text = std::get_if<std::string *>(&row.value)) {
+            EXPECT_LE((*text)->size(), SettingTextLimit);
+        }
+    }
+}
+
+TEST_F(Config, AFolderInPlaceOfTheFileGivesDefaultsAndLosesTheChanges) {
+    std::filesystem::create_directory(path);
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    ConfigWrite();
+    EXPECT_TRUE(std::filesystem::is_directory(path));
+    EXPECT_TRUE(FilesOfMaker().empty());
+}
+
+TEST_F(Config, AnyFileCanBeReadByItsPath) {
+    EXPECT_EQ(ConfigReadFile(temp.WriteText("other.ini", "MaxUndoLevel = 11\n").c_str()), 1);
+    EXPECT_EQ(MaxUndoLevel, 11u);
+    EXPECT_EQ(ConfigReadFile(temp.Folder().c_str()), 0);
+    EXPECT_EQ(ConfigReadFile(""), 0);
+}
+
+TEST_F(Config, WritingMakesNoFolder) {
+    std::filesystem::remove_all(temp.path / "app");
+    ConfigWrite();
+    EXPECT_FALSE(temp.Holds("app"));
+    PlatformFolders.applicationData.clear();
+    EXPECT_EQ(ConfigFilePath(), "");
+    ConfigWrite();
+    ConfigRead();
+}
+
+TEST_F(Config, ThreeWritesInARowLeaveTheFileAndTwoBackups) {
+    CreateBackups = 0; // counts for documents only
+    for (MaxUndoLevel = 10; MaxUndoLevel < 13; ++MaxUndoLevel) {
+        ConfigWrite();
+    }
+    EXPECT_EQ(LineOf(ReadTestText(path), "MaxUndoLevel"), "MaxUndoLevel = 12");
+    EXPECT_EQ(LineOf(ReadTestText(backup), "MaxUndoLevel"), "MaxUndoLevel = 11");
+    EXPECT_EQ(LineOf(ReadTestText(older), "MaxUndoLevel"), "MaxUndoLevel = 10");
+    ConfigWrite();
+    EXPECT_EQ(LineOf(ReadTestText(path), "MaxUndoLevel"), "MaxUndoLevel = 13");
+    EXPECT_EQ(LineOf(ReadTestText(backup), "MaxUndoLevel"), "MaxUndoLevel = 12");
+    EXPECT_EQ(LineOf(ReadTestText(older), "MaxUndoLevel"), "MaxUndoLevel = 11");
+    EXPECT_EQ(FilesOfMaker(),
+              (std::vector<std::string>{"Backup of Backup of Tonewright 17.ini",
+                                        "Backup of Tonewright 17.ini", "Tonewright 17.ini"}));
+}
+
+TEST_F(Config, BackupsAreCopiesByteForByte) {
+    WriteTestText(path, "; \xFF one\r\n");
+    WriteTestText(backup, "two");
+    WriteTestText(older, "three");
+    ConfigWrite();
+    EXPECT_EQ(ReadTestText(backup), "; \xFF one\r\n");
+    EXPECT_EQ(ReadTestText(older), "two");
+}
+
+TEST_F(Config, ABackupWithoutAFileMovesOnAllTheSame) {
+    WriteTestText(backup, "two");
+    ConfigWrite();
+    EXPECT_EQ(ReadTestText(backup), "two");
+    EXPECT_EQ(ReadTestText(older), "two");
+}
+
+TEST_F(Config, AnUndoLevelThatMakesNoSenseMeansNoUndo) {
+    for (const char *value : {"0", "-5", "2000000000", "2147483648", "65537", "none"}) {
+        Read("MaxUndoLevel = " + std::string(value) + "\n");
+        ScriptedDesktop desktop;
+        desktop.ExpectMessage("There has been an error initializing the Undo function.\n\nUndo "
+                              "will be unavailable for this session of Tonewright.");
+        EXPECT_EQ(UndoInit(nullptr), 0) << value;
+    }
+    for (const char *value : {"1", "3", "32", "65536"}) {
+        Read("MaxUndoLevel = " + std::string(value) + "\n");
+        EXPECT_EQ(UndoInit(nullptr), 1) << value;
+    }
+}
+
+TEST_F(Config, AKeyIsReadFromItsSectionWithoutTheRest) {
+    WriteTestText(path, ";comment\nTipFont01Size = 1\n[Other]\nTipFont01Size = 2\n"
+                        "[Tonewright]\nTip = 3\nTipFont01Size = 20\nThemeCurrent = Slate Medium\n"
+                        "[More]\nTipFont01Size = 4\n");
+    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 20u);
+    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", "none"), "Slate Medium");
+    EXPECT_EQ(ReadProfileInteger("Other", "TipFont01Size", 16), 2u);
+    EXPECT_EQ(ReadProfileInteger(path.c_str(), "More", "TipFont01Size", 16), 4u);
+    EXPECT_EQ(TipFont01Size, 16u);
+    EXPECT_EQ(ThemeCurrent, "");
+}
+
+TEST_F(Config, AKeyThatIsMissingGivesTheFallback) {
+    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 16u); // no file
+    WriteTestText(path, "[Tonewright]\nTipFont01SizeX = 20\nTip = 5\n;TipFont01Size = 4\n");
+    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 16u);
+    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", "none"), "none");
+    EXPECT_EQ(ReadProfileText("Nowhere", "Tip", "none"), "none");
+}
+
+TEST_F(Config, ASingleKeyIsFoundWithoutRegardToCaseOrLineEnds) {
+    WriteTestText(path, "[TONEWRIGHT]\r\n  tipfont01size=20\r\nThemeCurrent =\r\nOpenPath = a b ");
+    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 20u);
+    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", "none"), "");
+    EXPECT_EQ(ReadProfileText("Tonewright", "OpenPath", "none"), "a b");
+}
+
+TEST_F(Config, ASingleTextIsAtMost260Bytes) {
+    WriteTestText(path, "[Tonewright]\nThemeCurrent = " + std::string(1 << 20, 'x') + "\n");
+    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", ""), std::string(260, 'x'));
+}
+
+TEST_F(Config, WritingASingleKeyLeavesEveryOtherLineAsItIs) {
+    const std::string front = ";c\r\n\n\xFF\xFE junk\n[Other]\nShowWelcomeWizard = 1\n"
+                              "[Tonewright]\nMaxUndoLevel=7\n" +
+                              std::string(1000, 'y') + "\n";
+    const std::string back = "\n\nThemeCurrent = Slate\n[More]\nShowWelcomeWizard = 1\nno end";
+    WriteTestText(path, front + "ShowWelcomeWizard   ==  1\n" + back);
+    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_EQ(ReadTestText(path), front + "ShowWelcomeWizard = 0\n" + back);
+    EXPECT_EQ(ReadProfileInteger("Tonewright", "ShowWelcomeWizard", 9), 0u);
+    EXPECT_EQ(FilesOfMaker(), std::vector<std::string>{"Tonewright 17.ini"});
+}
+
+TEST_F(Config, ASingleKeyThatIsMissingIsAddedToTheEndOfItsSection) {
+    WriteTestText(path, "[Tonewright]\nA = 1\n\n[More]\nB = 2\n");
+    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\n");
+    EXPECT_TRUE(WriteProfileText("More", "C", "3"));
+    EXPECT_EQ(ReadTestText(path),
+              "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\nC = 3\n");
+}
+
+TEST_F(Config, ALineThatIsWrittenEndsAsTheFilesLinesDo) {
+    WriteTestText(path, "[Tonewright]\r\nA = 1\r\n");
+    EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
+    EXPECT_TRUE(WriteProfileText("Tonewright", "B", "3"));
+    EXPECT_EQ(ReadTestText(path), "[Tonewright]\r\nA = 2\r\nB = 3\r\n");
+    WriteTestText(path, "[Tonewright]\n[Last]\r");
+    EXPECT_TRUE(WriteProfileText("Last", "B", "3"));
+    EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 3\n");
+    EXPECT_TRUE(WriteProfileText("Last", "B", "4"));
+    EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 4\n");
+}
+
+TEST_F(Config, ASectionThatIsMissingIsAddedToTheEndOfTheFile) {
+    WriteTestText(path, "A = 1\n[More]\nB = 2");
+    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_EQ(ReadTestText(path), "A = 1\n[More]\nB = 2\n[Tonewright]\nShowWelcomeWizard = 0\n");
+}
+
+TEST_F(Config, AFileThatIsMissingIsMade) {
+    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = 0\n");
+    WriteTestText(path, "");
+    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", ""));
+    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = \n");
+}
+
+TEST_F(Config, ASingleKeyThatCannotBeWrittenIsReported) {
+    EXPECT_FALSE(WriteProfileText(temp.Folder().c_str(), "Tonewright", "A", "0"));
+    EXPECT_FALSE(WriteProfileText(temp.File("no/where.ini").c_str(), "Tonewright", "A", "0"));
+    EXPECT_FALSE(WriteProfileText("", "Tonewright", "A", "0"));
+    EXPECT_FALSE(temp.Holds("no"));
+}
+
+namespace {
+
+const std::string CopyQuestion =
+    "A previous version of Tonewright is installed on your system.\n\nWould you like to copy its "
+    "configuration items to this installation?";
+const std::string UninstallQuestion =
+    "You can optionally uninstall the previous installation of Tonewright from your system at "
+    "this time.\n\nClick on Yes to uninstall, or click on No to leave your previous version in "
+    "place.";
+const std::string UninstallFailure =
+    "The uninstall option could not be accessed.\n\nPlease uninstall the previous installation of "
+    "Tonewright manually through the Windows Control Panel.";
+
+const std::string OldText = ";Tonewright configuration file\n[Tonewright]\n"
+                            "ApplicationPath = /opt/old/\nMaxUndoLevel = 12\n";
+
+// An installation that is found, and what happened to it.
+struct FakeInstallation {
+    std::vector<std::string> asked, run;
+
+    explicit FakeInstallation(bool exists, bool starts = true) {
+        ThePreviousInstallation = {
+            .Exists =
+                [this, exists](const std::string &shortcut) {
+                    asked.push_back(shortcut);
+                    return exists;
+                },
+            .Uninstall =
+                [this, starts](const std::string &shortcut) {
+                    run.push_back(shortcut);
+                    return starts;
+                },
+        };
+    }
+    ~FakeInstallation() { ThePreviousInstallation = {}; }
+};
+
+} // namespace
+
+TEST_F(ConfigMigration, DoesNothingOnceThereIsAFile) {
+    WriteTestText(path, "MaxUndoLevel = 4\n");
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    const FakeInstallation installation(true);
+    ScriptedDesktop desktop;
+    ConfigMigrate();
+    EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 4\n");
+    EXPECT_TRUE(installation.asked.empty());
+}
+
+TEST_F(ConfigMigration, DoesNothingWithoutAnEarlierFile) {
+    const FakeInstallation installation(true);
+    ScriptedDesktop desktop;
+    ConfigMigrate();
+    EXPECT_TRUE(FilesOfMaker().empty());
+    EXPECT_TRUE(installation.asked.empty());
+}
+
+TEST_F(ConfigMigration, OnYesCopiesTheFileAndEmptiesItsApplicationPath) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultYes);
+    ConfigMigrate();
+    EXPECT_EQ(ReadTestText(path), ";Tonewright configuration file\n[Tonewright]\n"
+                                  "ApplicationPath = \nMaxUndoLevel = 12\n");
+    EXPECT_EQ(ReadTestText(maker + "Tonewright 16.ini"), OldText);
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 12u);
+}
+
+TEST_F(ConfigMigration, OnNoCopiesNothing) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    std::filesystem::create_directory(maker + "Tonewright 16");
+    WriteTestText(maker + "Tonewright 16/FileMenuHistory.txt", "history");
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultNo);
+    ConfigMigrate();
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_TRUE(std::filesystem::is_empty(maker + "Tonewright 17"));
+}
+
+TEST_F(ConfigMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    const std::string from = maker + "Tonewright 16/";
+    const std::string to = maker + "Tonewright 17/";
+    std::filesystem::create_directory(from);
+    WriteTestText(from + "FileMenuHistory.txt", "history");
+    WriteTestText(from + "NOTES.TXT", "notes");
+    WriteTestText(from + "present.txt", "theirs");
+    WriteTestText(to + "present.txt", "ours");
+    WriteTestText(from + ".hidden.txt", "hidden");
+    WriteTestText(from + "picture.bmp", "picture");
+    WriteTestText(from + "text.txt.old", "old");
+    std::filesystem::create_directory(from + "folder.txt");
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultYes);
+    ConfigMigrate();
+    std::vector<std::string> names;
+    for (const auto &entry : std::filesystem::directory_iterator(to)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::ranges::sort(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"FileMenuHistory.txt", "NOTES.TXT", "present.txt"}));
+    EXPECT_EQ(ReadTestText(to + "FileMenuHistory.txt"), "history");
+    EXPECT_EQ(ReadTestText(to + "present.txt"), "ours");
+    EXPECT_EQ(ReadTestText(from + "FileMenuHistory.txt"), "history");
+}
+
+TEST_F(ConfigMigration, TakesNamesFilesAndPatternsAsItIsTold) {
+    WriteTestText(maker + "Old.ini", "[Part]\nApplicationPath = /opt/old/\n");
+    std::filesystem::create_directory(maker + "Old");
+    std::filesystem::create_directory(maker + "New");
+    WriteTestText(maker + "Old/a1.dat", "a1");
+    WriteTestText(maker + "Old/a12.dat", "a12");
+    WriteTestText(maker + "Old/b.txt", "b");
+    const FakeInstallation installation(false);
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo("A previous version of Bells is installed on your system.\n\nWould you "
+                        "like to copy its configuration items to this installation?",
+                        ResultYes);
+    ConfigMigrate({.programName = "Bells",
+                   .newFile = "New.ini",
+                   .section = "Part",
+                   .oldFile = "Old.ini",
+                   .newFolder = "New",
+                   .oldFolder = "Old",
+                   .patterns = ";a?.dat;;b*;",
+                   .uninstallShortcut = "Old bells.lnk"});
+    EXPECT_EQ(ReadTestText(maker + "New.ini"), "[Part]\nApplicationPath = \n");
+    EXPECT_TRUE(std::filesystem::exists(maker + "New/a1.dat"));
+    EXPECT_FALSE(std::filesystem::exists(maker + "New/a12.dat"));
+    EXPECT_TRUE(std::filesystem::exists(maker + "New/b.txt"));
+    EXPECT_EQ(installation.asked, std::vector<std::string>{"Old bells.lnk"});
+}
+
+TEST_F(ConfigMigration, AsksAboutTheUninstallerWhateverTheFirstAnswerWas) {
+    for (const int copy : {ResultYes, ResultNo}) {
+        std::filesystem::remove(path);
+        WriteTestText(maker + "Tonewright 16.ini", OldText);
+        const FakeInstallation installation(true);
+        ScriptedDesktop desktop;
+        desktop.ExpectYesNo(CopyQuestion, copy);
+        desktop.ExpectYesNo(UninstallQuestion, ResultNo);
+        ConfigMigrate();
+        EXPECT_EQ(installation.asked,
+                  std::vector<std::string>{"Programs\\Quillbrook\\Tonewright 16 x64\\Uninstall "
+                                           "Tonewright 16 x64.lnk"});
+        EXPECT_TRUE(installation.run.empty());
+    }
+}
+
+TEST_F(ConfigMigration, OnYesRunsTheUninstaller) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    const FakeInstallation installation(true);
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultNo);
+    desktop.ExpectYesNo(UninstallQuestion, ResultYes);
+    ConfigMigrate();
+    EXPECT_EQ(installation.run, installation.asked);
+    EXPECT_EQ(installation.run.size(), 1u);
+}
+
+TEST_F(ConfigMigration, SaysSoWhenTheUninstallerCannotBeStarted) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    const FakeInstallation installation(true, false);
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultNo);
+    desktop.ExpectYesNo(UninstallQuestion, ResultYes);
+    desktop.ExpectMessage(UninstallFailure);
+    ConfigMigrate();
+}
+
+TEST_F(ConfigMigration, FindsNoUninstallerOnThisPlatformByItself) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultNo);
+    ConfigMigrate();
+}
