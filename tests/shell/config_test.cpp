@@ -3,6 +3,7 @@
 
 #include "common/folders.h"
 #include "common/settings.h"
+#include "shell/start_up.h"
 #include "shell/undo.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -197,6 +198,15 @@ TEST_F(Config, AnAbsentFileLeavesTheDefaults) {
     EXPECT_EQ(ColourTableFile, "TNWRGT.CCL");
     EXPECT_TRUE(FilesOfMaker().empty());
     EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
+}
+
+TEST_F(Config, AFolderKeyKeepsItsDefaultWhenItIsAbsentAndLosesItToAnEmptyText) {
+    PlatformFolders.documents = "/home/me/Documents";
+    FillDefaultFolders();
+    Read("OpenImportPath = \nOpenExportPath = /elsewhere/\n");
+    EXPECT_EQ(OpenPath, "/home/me/Documents/My Tonewright 17 Documents/");
+    EXPECT_EQ(OpenImportPath, "");
+    EXPECT_EQ(OpenExportPath, "/elsewhere/");
 }
 
 TEST_F(Config, BlanksAndEqualSignsAreSkippedInAnyNumber) {
