@@ -31,6 +31,7 @@ int RunAbout() {
 
 constexpr bool Built = true;
 constexpr bool NotBuilt = false;
+constexpr bool NoRefresh = false;
 
 // clang-format off
 // The digit in "Ctrl+0" is the label as it stands; the key is the letter O.
@@ -55,7 +56,7 @@ constexpr CommandRow CommandTable[] = {
     {CommandPaste, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V", NotBuilt, nullptr},
     {CommandFind, "&Find synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunFind},
     {CommandEdit, nullptr, "Edit", "Edit %s", nullptr, NotBuilt, RunEdit},
-    {CommandConfigure, "Con&figure &synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunConfigure},
+    {CommandConfigure, "Con&figure &synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunConfigure, NoRefresh},
     {CommandMidiDevices, "&MIDI devices", nullptr, nullptr, nullptr, NotBuilt, nullptr},
     {CommandUploadVoice, nullptr, "Upload to synthesizer", "Upload %s to synthesizer", nullptr, NotBuilt, RunUploadVoice},
     {CommandMoveUp, nullptr, "Move up", "Move %s up", nullptr, Built, RunMoveUp},
@@ -138,13 +139,15 @@ ContextEntry MakeContextEntry(int id, const std::string &name) {
     }
     const CommandRow &row = *CommandOf(id);
     std::string text = row.contextLabel;
-    if (!name.empty()) {
+    // Paste is named after the voice on the clipboard, never after the row.
+    if (!name.empty() && id != CommandPaste) {
         text = row.contextNamedLabel;
         if (const auto place = text.find("%s"); place != std::string::npos) {
             text.replace(place, 2, name);
         }
     }
-    return {id, text, CommandEnabled(id)};
+    // Copy takes the clicked row, so its entry does not wait for a selected one as the menu's does.
+    return {id, text, id == CommandCopy ? row.built : CommandEnabled(id)};
 }
 
 } // namespace
@@ -273,7 +276,9 @@ int RunCommand(int id) {
     const RunningMark running;
     const CommandRow *row = CommandOf(id);
     const int result = row && row->built && row->run ? row->run() : 0;
-    RefreshCommands();
+    if (!row || row->refreshes) {
+        RefreshCommands();
+    }
     return result;
 }
 

@@ -55,6 +55,7 @@ struct CommandRow {
     const char *key;               // "Ctrl+O"; null: none
     bool built;                    // false: grey and without effect until its feature stands
     int (*run)();                  // null: the command only refreshes
+    bool refreshes = true;         // RefreshCommands follows
 };
 
 // Every command, by ascending number.
@@ -86,7 +87,8 @@ struct ContextEntry {
     std::string text;
     bool enabled = false;
 };
-// The context menu for a row (NoRow: beside the rows), in order.
+// The context menu for a row (NoRow: beside the rows), in order. A chosen entry goes to RunCommand:
+// the menu bar's state of a command does not count here.
 std::vector<ContextEntry> BuildContextMenu(int row);
 
 // State of the window's commands and of the voice that they act on.
@@ -117,7 +119,7 @@ void RepaintList();
 // -1: none.
 int ListIndexForCommand();
 
-// Runs a command and refreshes. A command that is not built does nothing. Returns what the command
+// Runs a command and refreshes, if its row says so. A command that is not built does nothing. Returns what the command
 // returns, 0 without one.
 int RunCommand(int id);
 // The same from a menu, a tool or a key, where a disabled command does nothing.

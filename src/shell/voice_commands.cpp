@@ -110,12 +110,11 @@ int RunEdit() {
 
 int RunUploadVoice() {
     const int row = ListIndexForCommand();
-    const VoiceObject *voice = ListVoice(MainList, row);
-    if (!voice) {
+    if (row == NoRow) {
         return 0;
     }
-    const int result =
-        UploadOneVoice(Window(), MainList, voice, CurrentDriverId, MidiInPort, MidiOutPort, row, 1);
+    const int result = UploadOneVoice(Window(), MainList, ListVoice(MainList, row), CurrentDriverId,
+                                      MidiInPort, MidiOutPort, row, 1);
     if (result) {
         PlayEventSound(DefaultEventSound);
     } else {
