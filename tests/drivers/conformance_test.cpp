@@ -1,0 +1,344 @@
+// What holds for every row of the driver table.
+#include "common/folders.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "core/undo_level.h"
+#include "support/scripted_desktop.h"
+#include "support/temp_folder.h"
+
+#include <cstring>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+struct ToldRow {
+    DriverId id;
+    const char *name, *bank, *voice, *extra, *document;
+    std::uint32_t flags, picture;
+};
+
+constexpr ToldRow ToldRows[] = {
+    {0x44583779, "Yamaha DX7, TX7, Korg Volca FM", "syx", "sy1", "TwcDx7", "Untitled.syx", 0x02,
+     8502},
+    {0x52466478, "Yamaha reface DX", "srx", "sr1", "crg", "Untitled.srx", 0x3D, 8501},
+};
+
+// The texts of a filter up to its closing zero byte; fails when it does not end within 200 bytes.
+Strings TextsOf(const char *filter) {
+    Strings texts;
+    const char *place = filter;
+    while (*place != 0 && place - filter < 200) {
+        texts.emplace_back(place);
+        place += texts.back().size() + 1;
+    }
+    EXPECT_EQ(*place, 0) << "the filter is not closed";
+    return texts;
+}
+
+Strings FilterFor(const std::string &extension) {
+    return {extension + " files", "*." + extension, "All files", "*.*"};
+}
+
+TEST(DriverTable, HoldsTheDx7RowAndTheRefaceDxRowInThisOrder) {
+    ASSERT_EQ(SynthDrivers.size(), std::size(ToldRows));
+    for (std::size_t row = 0; row < SynthDrivers.size(); ++row) {
+        const SynthDriver &driver = *SynthDrivers[row];
+        const ToldRow &told = ToldRows[row];
+        EXPECT_EQ(driver.id, told.id);
+        EXPECT_STREQ(driver.name, told.name);
+        EXPECT_STREQ(driver.bankExtension, told.bank);
+        EXPECT_STREQ(driver.voiceExtension, told.voice);
+        EXPECT_STREQ(driver.extraExtension, told.extra);
+        EXPECT_STREQ(driver.defaultDocumentName, told.document);
+        EXPECT_EQ(driver.flags, told.flags);
+        EXPECT_EQ(driver.documentPicture, told.picture);
+    }
+}
+
+TEST(DriverTable, EveryIdReadsAsItsFourCharactersFromItsLowByteUp) {
+    const auto text = [](DriverId id) {
+        std::string characters;
+        for (int shift = 0; shift < 32; shift += 8) {
+            characters += static_cast<char>(id >> shift & 0xFF);
+        }
+        return characters;
+    };
+    EXPECT_EQ(text(SynthDrivers[0]->id), "y7XD");
+    EXPECT_EQ(text(SynthDrivers[1]->id), "xdFR");
+}
+
+TEST(DriverTable, FiltersAreTwoPairsOfTheRowsExtensionAndAllFiles) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        EXPECT_EQ(TextsOf(driver->bankFilter), FilterFor(driver->bankExtension));
+        EXPECT_EQ(TextsOf(driver->voiceFilter), FilterFor(driver->voiceExtension));
+        EXPECT_EQ(TextsOf(driver->extraFilter), FilterFor(driver->extraExtension));
+    }
+}
+
+TEST(DriverTable, NoTwoRowsShareAnIdANameOrAnExtension) {
+    Strings texts;
+    std::vector<DriverId> ids;
+    for (const SynthDriver *driver : SynthDrivers) {
+        ids.push_back(driver->id);
+        for (const char *text : {driver->name, driver->bankExtension, driver->voiceExtension,
+                                 driver->extraExtension, driver->defaultDocumentName}) {
+            for (const std::string &other : texts) {
+                EXPECT_FALSE(EqualNoCase(text, other)) << text;
+            }
+            texts.push_back(text);
+        }
+    }
+    EXPECT_NE(ids[0], ids[1]);
+    for (const DriverId id : ids) {
+        EXPECT_NE(id, NoDriverId);
+    }
+}
+
+TEST(DriverTable, DefaultDocumentsHaveTheRowsBankExtension) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        EXPECT_EQ(ExtensionOfPath(driver->defaultDocumentName), driver->bankExtension);
+    }
+}
+
+TEST(DriverTable, CapabilitiesOfTheRows) {
+    EXPECT_TRUE(DriverCanUpload(0));
+    EXPECT_FALSE(DriverCanDownload(0) || DriverCanConfigure(0) || DriverCanFind(0));
+    EXPECT_FALSE(DriverCanUpload(1));
+    EXPECT_TRUE(DriverCanDownload(1) && DriverCanConfigure(1) && DriverCanFind(1));
+    EXPECT_EQ(SynthDrivers[0]->flags & DriverFlagAutodetect, 0u);
+    EXPECT_NE(SynthDrivers[1]->flags & DriverFlagAutodetect, 0u);
+}
+
+TEST(DriverTable, SharedOperationsAreTheSame) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        EXPECT_EQ(driver->MakeItemFonts, &MakeItemFonts);
+        EXPECT_EQ(driver->MakeUndoLevel, &MakeUndoLevel);
+        EXPECT_EQ(driver->DatabaseClose, SynthDrivers[0]->DatabaseClose);
+    }
+}
+
+TEST(DriverTable, OperationsThatStayEmpty) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        EXPECT_EQ(driver->reserved, nullptr);
+    }
+    EXPECT_EQ(SynthDrivers[0]->DownloadBank, nullptr);
+    EXPECT_EQ(SynthDrivers[0]->ConfigureSynth, nullptr);
+    EXPECT_EQ(SynthDrivers[0]->AutoConfigure, nullptr);
+}
+
+TEST(DriverTable, AllOperationsOnFilesAndTheListStandTogether) {
+    // A row that opens banks can do all that the list of a bank needs.
+    EXPECT_NE(SynthDrivers[0]->OpenBank, nullptr);
+    for (const SynthDriver *driver : SynthDrivers) {
+        const bool opens = driver->OpenBank != nullptr;
+        EXPECT_EQ(driver->SaveBank != nullptr, opens) << driver->name;
+        EXPECT_EQ(driver->ImportVoice != nullptr, opens) << driver->name;
+        EXPECT_EQ(driver->ExportVoice != nullptr, opens) << driver->name;
+        EXPECT_EQ(driver->VoiceName != nullptr, opens) << driver->name;
+        EXPECT_EQ(driver->DrawVoiceItem != nullptr, opens) << driver->name;
+        EXPECT_EQ(driver->PrintVoice != nullptr, opens) << driver->name;
+    }
+}
+
+// The behaviour of the rows that open and save banks, on banks of 32 voices of blanks that the rows
+// save themselves.
+class DriverFiles : public testing::Test {
+protected:
+    void SetUp() override { CreateBackups = 0; }
+
+    static std::vector<const SynthDriver *> Rows() {
+        std::vector<const SynthDriver *> rows;
+        for (const SynthDriver *driver : SynthDrivers) {
+            if (driver->OpenBank) {
+                rows.push_back(driver);
+            }
+        }
+        EXPECT_FALSE(rows.empty());
+        return rows;
+    }
+    std::string BankPath(const SynthDriver &driver) const {
+        return folder.File(std::string("bank.") + driver.bankExtension);
+    }
+    std::string VoicePath(const SynthDriver &driver) const {
+        return folder.File(std::string("voice.") + driver.voiceExtension);
+    }
+    void FillList(const SynthDriver &driver) {
+        const bool dx7 = driver.id == Dx7DriverId;
+        const std::vector<std::uint8_t> payload(dx7 ? 156 : 38, ' ');
+        const std::vector<std::uint8_t> extra(dx7 ? 0 : 112);
+        ListReset(list);
+        for (int row = 0; row < 32; ++row) {
+            ListSetVoice(list, ListAdd(list), MakeVoiceObject(driver.id, payload, extra));
+        }
+        ASSERT_EQ(driver.SaveBank(nullptr, list, BankPath(driver).c_str()), 1) << driver.name;
+        DriverId id = NoDriverId;
+        std::int64_t time = 0;
+        ASSERT_EQ(OpenDocument(nullptr, list, BankPath(driver).c_str(), &id, &time), 1)
+            << driver.name;
+        EXPECT_EQ(id, driver.id);
+        EXPECT_GT(time, 1'600'000'000);
+    }
+
+    TempFolder folder;
+    ScriptedDesktop desktop;
+    VoiceList list;
+};
+
+TEST_F(DriverFiles, ABankHas32VoicesOfItsDriverAndItsFirstRowIsSelected) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        ASSERT_EQ(ListCount(list), 32) << driver->name;
+        EXPECT_EQ(list.selection, 0);
+        EXPECT_TRUE(list.enabled);
+        EXPECT_TRUE(list.redraw);
+        EXPECT_EQ(list.itemHeight, 48);
+        EXPECT_EQ(MainItemFonts.itemHeight, 48);
+        for (int row = 0; row < 32; ++row) {
+            const VoiceObject *voice = ListVoice(list, row);
+            ASSERT_NE(voice, nullptr);
+            EXPECT_TRUE(PayloadOf(*voice));
+            EXPECT_EQ(HeaderOf(*voice)->payloadOffset, 52u);
+            EXPECT_EQ(HeaderOf(*voice)->driverId, driver->id);
+            EXPECT_EQ(std::vector(voice->bytes.begin() + 20, voice->bytes.begin() + 52),
+                      std::vector<std::uint8_t>(32));
+        }
+        const std::size_t size = list.items[0].bytes.size();
+        EXPECT_EQ(size, driver->id == Dx7DriverId ? 208u : 202u) << driver->name;
+        EXPECT_EQ(driver->MakeUndoLevel(nullptr, list).size(), 36 + 32 * size) << driver->name;
+    }
+}
+
+TEST_F(DriverFiles, AMissingFileFailsWithoutAQuestionAndLeavesTheList) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        const auto before = list.items;
+        std::int64_t time = 0;
+        VoiceObject out;
+        const std::string bank = folder.File("missing." + std::string(driver->bankExtension));
+        const std::string voice = folder.File("missing." + std::string(driver->voiceExtension));
+        EXPECT_EQ(driver->OpenBank(nullptr, list, bank.c_str(), &time), 0) << driver->name;
+        EXPECT_EQ(driver->ImportVoice(nullptr, list, 0, voice.c_str(), nullptr), 0);
+        EXPECT_EQ(driver->ImportVoice(nullptr, list, 0, voice.c_str(), &out), 0);
+        EXPECT_EQ(out, VoiceObject{});
+        EXPECT_EQ(list.items, before) << driver->name;
+    }
+}
+
+TEST_F(DriverFiles, AnEmptyFileAndAFolderFailLikewise) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        const auto before = list.items;
+        std::int64_t time = 0;
+        folder.WriteText("empty", "");
+        std::filesystem::create_directory(folder.path / "folder");
+        for (const char *name : {"empty", "folder"}) {
+            EXPECT_EQ(driver->OpenBank(nullptr, list, folder.File(name).c_str(), &time), 0);
+            EXPECT_EQ(driver->ImportVoice(nullptr, list, 0, folder.File(name).c_str(), nullptr), 0);
+        }
+        EXPECT_EQ(list.items, before) << driver->name;
+    }
+}
+
+TEST_F(DriverFiles, AFolderThatDoesNotExistTakesNoFile) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        const std::string path = folder.File("gone/file");
+        EXPECT_EQ(driver->SaveBank(nullptr, list, path.c_str()), 0) << driver->name;
+        EXPECT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 0, 0), 0);
+        EXPECT_FALSE(folder.Holds("gone"));
+    }
+}
+
+TEST_F(DriverFiles, AnExportedVoiceImportsIntoItsOwnRowOnly) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        const auto before = list.items;
+        const std::string path = VoicePath(*driver);
+        ASSERT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 4, 0), 1);
+        MutablePayloadOf(list.items[7])[0] ^= 1;
+        EXPECT_EQ(driver->ImportVoice(nullptr, list, 7, path.c_str(), nullptr), 1);
+        EXPECT_EQ(list.items, before) << driver->name;
+        VoiceObject out;
+        EXPECT_EQ(driver->ImportVoice(nullptr, list, 7, path.c_str(), &out), 1);
+        EXPECT_EQ(out, before[4]) << driver->name;
+        EXPECT_EQ(list.items, before);
+        for (const SynthDriver *other : Rows()) {
+            if (other != driver) {
+                EXPECT_EQ(other->ImportVoice(nullptr, list, 7, path.c_str(), &out), 0);
+            }
+        }
+    }
+}
+
+TEST_F(DriverFiles, ARowWithoutAVoiceIsNeitherExportedNorFilled) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        const std::string path = VoicePath(*driver);
+        ASSERT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 0, 0), 1);
+        ListTakeVoice(list, 3);
+        EXPECT_EQ(driver->ImportVoice(nullptr, list, 3, path.c_str(), nullptr), 0) << driver->name;
+        EXPECT_EQ(ListVoice(list, 3), nullptr);
+        std::filesystem::remove(path);
+        EXPECT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 3, 0), 0);
+        EXPECT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 32, 0), 0);
+        EXPECT_FALSE(std::filesystem::exists(path)) << driver->name;
+    }
+}
+
+TEST_F(DriverFiles, AVoiceImportedPastTheEndGoesNowhere) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        const auto before = list.items;
+        const std::string path = VoicePath(*driver);
+        ASSERT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 0, 0), 1);
+        EXPECT_EQ(driver->ImportVoice(nullptr, list, 32, path.c_str(), nullptr), 1) << driver->name;
+        EXPECT_EQ(list.items, before) << driver->name;
+    }
+}
+
+TEST_F(DriverFiles, AFileThatExistsIsBackedUpWhenBackupsAreOn) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        CreateBackups = 1;
+        const std::string name = std::string("old.") + driver->bankExtension;
+        folder.WriteText(name, "former");
+        EXPECT_EQ(driver->SaveBank(nullptr, list, folder.File(name).c_str()), 1);
+        EXPECT_EQ(ReadTestText(folder.File("Backup of " + name)), "former") << driver->name;
+        CreateBackups = 0;
+    }
+}
+
+TEST_F(DriverFiles, ANameOfTenBlanksIsOneBlank) {
+    for (const SynthDriver *driver : Rows()) {
+        FillList(*driver);
+        std::string name = "former";
+        const int length = driver->VoiceName(name, list.items[0]);
+        EXPECT_EQ(length, 1) << driver->name;
+        EXPECT_EQ(name, " ") << driver->name;
+        EXPECT_STREQ(VoiceObjectName(list.items[0]), " ");
+    }
+}
+
+TEST_F(DriverFiles, TheWaitCursorIsOnWhileAFileIsReadOrWritten) {
+    for (const SynthDriver *driver : Rows()) {
+        const int before = desktop.waitsBegun;
+        FillList(*driver);
+        EXPECT_GE(desktop.waitsBegun, before + 2) << driver->name;
+        EXPECT_EQ(desktop.waitDepth, 0) << driver->name;
+    }
+}
+
+TEST(DriverTitles, EveryRowHasATitleWithAndWithoutAVersion) {
+    EXPECT_STREQ(SynthTitle(Dx7DriverId, 0), "Yamaha DX7, TX7, Korg Volca FM");
+    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0), "Yamaha reface DX");
+    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0x01000302), "Yamaha reface DX version 10.32");
+}
+
+} // namespace
+} // namespace tonewright
