@@ -1,0 +1,557 @@
+// The command table, the menus made of it and the rules that enable them.
+#include "shell_fixture.h"
+
+#include "shell/command_queue.h"
+
+#include <algorithm>
+
+namespace tonewright {
+namespace {
+
+using CommandTest = ShellTest;
+using Strings = std::vector<std::string>;
+
+std::string TextOf(const char *text) {
+    return text ? text : "(none)";
+}
+
+struct ToldCommand {
+    int id;
+    const char *menu, *context, *named, *key;
+};
+
+constexpr ToldCommand ToldCommands[] = {
+    {50, "&Open\tCtrl+0", nullptr, nullptr, "Ctrl+O"},
+    {51, "&Save\tCtrl+S", nullptr, nullptr, "Ctrl+S"},
+    {54, "&Manual", nullptr, nullptr, nullptr},
+    {55, "Set&tings", nullptr, nullptr, nullptr},
+    {56, "E&xit", nullptr, nullptr, nullptr},
+    {57, "&Print", nullptr, nullptr, nullptr},
+    {58, "&Download current voices", nullptr, nullptr, nullptr},
+    {59, "&Upload current voices", nullptr, nullptr, nullptr},
+    {60, "&Undo\tCtrl+Z", nullptr, nullptr, "Ctrl+Z"},
+    {101, "&New\tCtrl+N", nullptr, nullptr, "Ctrl+N"},
+    {104, "Save &as...", nullptr, nullptr, nullptr},
+    {105, nullptr, nullptr, nullptr, nullptr},
+    {131, "&Tip of the day", nullptr, nullptr, nullptr},
+    {132, nullptr, nullptr, nullptr, nullptr},
+    {202, "Cu&t\tCtrl+X", "Cut", "Cut %s", "Ctrl+X"},
+    {203, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C"},
+    {204, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V"},
+    {205, "&Find synthesizer", nullptr, nullptr, nullptr},
+    {208, nullptr, "Edit", "Edit %s", nullptr},
+    {209, "Con&figure &synthesizer", nullptr, nullptr, nullptr},
+    {210, "&MIDI devices", nullptr, nullptr, nullptr},
+    {211, nullptr, "Upload to synthesizer", "Upload %s to synthesizer", nullptr},
+    {212, nullptr, "Move up", "Move %s up", nullptr},
+    {213, nullptr, "Move down", "Move %s down", nullptr},
+    {214, nullptr, "Export", "Export %s", nullptr},
+    {215, nullptr, "Import", "Import to replace %s", nullptr},
+    {216, "Select &synthesizer", nullptr, nullptr, nullptr},
+    {217, nullptr, "Audition", "Audition %s on synthesizer", nullptr},
+    {218, nullptr, "Add to current database", "Add %s to current database (Shift for all)",
+     nullptr},
+    {219, nullptr, "Insert a voice from the current database",
+     "Insert a voice from the current database", nullptr},
+    {997, "&System information", nullptr, nullptr, nullptr},
+    {998, "&Help", nullptr, nullptr, nullptr},
+    {999, "&About", nullptr, nullptr, nullptr},
+    {2907, "Welcome wi&zard", nullptr, nullptr, nullptr},
+};
+
+TEST_F(CommandTest, EveryCommandHasItsNumberLabelsAndKey) {
+    for (const ToldCommand &told : ToldCommands) {
+        const CommandRow *row = CommandOf(told.id);
+        ASSERT_NE(row, nullptr) << told.id;
+        EXPECT_EQ(row->id, told.id);
+        EXPECT_EQ(TextOf(row->menuLabel), TextOf(told.menu)) << told.id;
+        EXPECT_EQ(TextOf(row->contextLabel), TextOf(told.context)) << told.id;
+        EXPECT_EQ(TextOf(row->contextNamedLabel), TextOf(told.named)) << told.id;
+        EXPECT_EQ(TextOf(row->key), TextOf(told.key)) << told.id;
+    }
+    // The one further row is the click on the selected voice.
+    EXPECT_EQ(Commands().size(), std::size(ToldCommands) + 1);
+    EXPECT_EQ(CommandOf(10)->run, nullptr);
+    for (const int unknown : {0, -1, 49, 170, 181, 3000}) {
+        EXPECT_EQ(CommandOf(unknown), nullptr) << unknown;
+    }
+}
+
+TEST_F(CommandTest, TheMenuBarHasThreeMenusAndHelpStandsAtTheRight) {
+    const auto bar = MenuBar();
+    ASSERT_EQ(bar.size(), 3u);
+    const auto items = [&](int menu) {
+        const auto &row = bar[static_cast<std::size_t>(menu)];
+        return std::vector<int>(row.items.begin(), row.items.end());
+    };
+    EXPECT_STREQ(bar[0].label, "&File");
+    EXPECT_STREQ(bar[1].label, "&Edit");
+    EXPECT_STREQ(bar[2].label, "&Help");
+    EXPECT_FALSE(bar[0].atTheRight);
+    EXPECT_FALSE(bar[1].atTheRight);
+    EXPECT_TRUE(bar[2].atTheRight);
+    EXPECT_EQ(items(0), (std::vector{101, 50, 51, 104, 57, 0, 55, 56}));
+    EXPECT_EQ(items(1), (std::vector{60, 0, 202, 203, 204, 0, 205, 209, 58, 59, 210, 0, 216}));
+    EXPECT_EQ(items(2), (std::vector{998, 54, 997, 131, 0, 999, 0, 2907}));
+}
+
+TEST_F(CommandTest, TheToolBarHasEightButtonsAndAGapBehindUndo) {
+    struct Told {
+        int id;
+        bool gap;
+        const char *tip;
+    };
+    const Told told[] = {
+        {50, false, "Loads a document from disk"},
+        {51, false, "Saves the document to disk"},
+        {59, false, "Uploads the current voice list to your synthesizer"},
+        {58, false, "Download your synthesizer's current voice list"},
+        {60, true, "Undoes changes to your current voice list"},
+        {54, false, "Displays the manual document"},
+        {55, false, "Allows Tonewright's options to be configured"},
+        {56, false, "Exits Tonewright"},
+    };
+    const auto tools = ReadToolBar(ToolBarList);
+    ASSERT_EQ(tools.size(), std::size(told));
+    for (std::size_t i = 0; i < tools.size(); ++i) {
+        EXPECT_EQ(tools[i].id, told[i].id);
+        EXPECT_EQ(tools[i].gapBehind, told[i].gap) << told[i].id;
+        EXPECT_EQ(tools[i].tip, told[i].tip);
+    }
+}
+
+TEST_F(CommandTest, AZeroOrANumberOutside50To60EndsTheToolBar) {
+    const auto count = [](std::vector<unsigned char> list) {
+        return ReadToolBar(list.data()).size();
+    };
+    EXPECT_EQ(count({0}), 0u);
+    EXPECT_EQ(count({50, 60 | 0x80, 0, 51, 0}), 2u);
+    EXPECT_EQ(count({50, 49, 51, 0}), 1u);
+    EXPECT_EQ(count({50, 61, 51, 0}), 1u);
+    EXPECT_EQ(count({50, 0x80, 51, 0}), 1u);
+    EXPECT_EQ(count({50, 51 | 0x80, 61 | 0x80, 0}), 2u);
+}
+
+TEST_F(CommandTest, NewAndCutAreGreyAlwaysAndUndoFromTheStart) {
+    for (const int id : {CommandNew, CommandCut, CommandUndo}) {
+        EXPECT_FALSE(CommandAllowed(id)) << id;
+        EXPECT_FALSE(CommandEnabled(id)) << id;
+    }
+    OpenBank();
+    ListSelect(MainList, 3);
+    RefreshCommands();
+    RefreshCopy();
+    EXPECT_FALSE(CommandAllowed(CommandNew));
+    EXPECT_FALSE(CommandAllowed(CommandCut));
+}
+
+TEST_F(CommandTest, CtrlNAndCtrlXDoNothing) {
+    OpenBank();
+    const auto before = MainList.items;
+    for (const int id : {CommandNew, CommandCut}) {
+        EXPECT_EQ(RunUserCommand(id), 0);
+        EXPECT_EQ(RunCommand(id), 0);
+    }
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(UndoCount(), 0);
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_TRUE(desktop.sounds.empty());
+}
+
+TEST_F(CommandTest, AnEmptyListDisablesSaveSaveAsPrintAndUpload) {
+    CurrentDriverId = Dx7DriverId;
+    RefreshCommands();
+    for (const int id : {CommandSave, CommandSaveAs, CommandPrint, CommandUpload}) {
+        EXPECT_FALSE(CommandAllowed(id)) << id;
+    }
+    ListAdd(MainList); // one row is enough, even without a voice
+    RefreshCommands();
+    for (const int id : {CommandSave, CommandSaveAs, CommandPrint, CommandUpload}) {
+        EXPECT_TRUE(CommandAllowed(id)) << id;
+    }
+}
+
+TEST_F(CommandTest, TheDx7OffersUploadOnlyAsSoonAsTheListHoldsAnItem) {
+    CurrentDriverId = Dx7DriverId;
+    ListAdd(MainList);
+    RefreshCommands();
+    EXPECT_FALSE(CommandAllowed(CommandDownload));
+    EXPECT_FALSE(CommandAllowed(CommandFind));
+    EXPECT_FALSE(CommandAllowed(CommandConfigure));
+    EXPECT_TRUE(CommandAllowed(CommandUpload));
+}
+
+TEST_F(CommandTest, TheRefaceDxOffersAllButUploadThoughItsRowCanUpload) {
+    RefaceDxRow.UploadBank = [](QWidget *, VoiceList &, int, int) { return 1; };
+    CurrentDriverId = RefaceDxDriverId;
+    for (int rows = 0; rows < 2; ++rows) {
+        RefreshCommands();
+        EXPECT_TRUE(CommandAllowed(CommandDownload));
+        EXPECT_TRUE(CommandAllowed(CommandFind));
+        EXPECT_TRUE(CommandAllowed(CommandConfigure));
+        EXPECT_FALSE(CommandAllowed(CommandUpload));
+        ListAdd(MainList);
+    }
+}
+
+TEST_F(CommandTest, WithoutADriverItsCommandsStayDisabled) {
+    ListAdd(MainList);
+    RefreshCommands();
+    for (const int id : {CommandDownload, CommandUpload, CommandFind, CommandConfigure}) {
+        EXPECT_FALSE(CommandAllowed(id)) << id;
+    }
+    EXPECT_TRUE(CommandAllowed(CommandSave));
+    EXPECT_TRUE(CommandAllowed(CommandSelectSynth));
+}
+
+TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
+    for (const int id : {CommandOpen,
+                         CommandManual,
+                         CommandSettings,
+                         CommandExit,
+                         CommandClear,
+                         CommandTip,
+                         CommandCloseAtOnce,
+                         CommandEdit,
+                         CommandMidiDevices,
+                         CommandUploadVoice,
+                         CommandMoveUp,
+                         CommandMoveDown,
+                         CommandExport,
+                         CommandImport,
+                         CommandAudition,
+                         CommandAddToDatabase,
+                         CommandInsertFromDatabase,
+                         CommandSystemInformation,
+                         CommandHelp,
+                         CommandAbout,
+                         CommandWizard}) {
+        EXPECT_TRUE(CommandAllowed(id)) << id;
+    }
+    EXPECT_FALSE(CommandAllowed(12345));
+}
+
+TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
+    OpenBank();
+    for (const CommandRow &row : Commands()) {
+        EXPECT_EQ(CommandEnabled(row.id), CommandAllowed(row.id) && row.built) << row.id;
+    }
+    EXPECT_TRUE(CommandEnabled(CommandSave));
+    EXPECT_FALSE(CommandEnabled(12345));
+}
+
+TEST_F(CommandTest, TheWindowHearsOfEachRule) {
+    std::vector<std::pair<int, bool>> heard;
+    TheShellWindow.CommandStateChanged = [&](int id, bool enabled) {
+        heard.emplace_back(id, enabled);
+    };
+    ListAdd(MainList);
+    RefreshCommands();
+    EXPECT_NE(std::ranges::find(heard, std::pair(51, true)), heard.end());
+    EXPECT_NE(std::ranges::find(heard, std::pair(104, true)), heard.end());
+    EXPECT_NE(std::ranges::find(heard, std::pair(60, false)), heard.end());
+    EXPECT_NE(std::ranges::find(heard, std::pair(202, false)), heard.end());
+    heard.clear();
+    SetCommandEnabled(12345, true);
+    EXPECT_TRUE(heard.empty());
+}
+
+TEST_F(CommandTest, CopyNeedsASelectedRow) {
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+    ListAdd(MainList);
+    RefreshCopy();
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+    ListSelect(MainList, 0);
+    RefreshCopy();
+    EXPECT_TRUE(CommandAllowed(CommandCopy));
+    ListSelect(MainList, NoRow);
+    RefreshCommands(); // Copy is set apart from the other rules
+    EXPECT_TRUE(CommandAllowed(CommandCopy));
+    RefreshCopy();
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+}
+
+TEST_F(CommandTest, AClickOnTheSelectedVoiceOnlyRefreshes) {
+    ListAdd(MainList);
+    EXPECT_FALSE(CommandAllowed(CommandSave));
+    EXPECT_EQ(RunCommand(CommandNothing), 0);
+    EXPECT_TRUE(CommandAllowed(CommandSave));
+}
+
+TEST_F(CommandTest, ANumberThatIsNoCommandOnlyRefreshes) {
+    ListAdd(MainList);
+    EXPECT_EQ(RunCommand(170), 0);
+    EXPECT_TRUE(CommandAllowed(CommandSave));
+    EXPECT_EQ(RunUserCommand(170), 0);
+}
+
+TEST_F(CommandTest, ADisabledCommandIsNotRunForTheUser) {
+    EXPECT_EQ(RunUserCommand(CommandUndo), 0); // no message "No undo level is available."
+    EXPECT_EQ(RunUserCommand(CommandSave), 0);
+}
+
+TEST_F(CommandTest, ConfigureIsTheOneCommandWithoutARefresh) {
+    for (const CommandRow &row : Commands()) {
+        EXPECT_EQ(row.refreshes, row.id != CommandConfigure) << row.id;
+    }
+    ListAdd(MainList);
+    RunCommand(CommandConfigure);
+    EXPECT_FALSE(CommandAllowed(CommandSave));
+}
+
+TEST_F(CommandTest, PostedWorkWaitsWhileACommandRuns) {
+    TheShellWindow.ShowAboutBox = [] {
+        EXPECT_TRUE(SomethingIsRunning());
+        PostCommand(CommandNothing);
+        EXPECT_FALSE(RunNextPosted());
+    };
+    EXPECT_EQ(RunCommand(CommandAbout), 1);
+    EXPECT_FALSE(SomethingIsRunning());
+    EXPECT_TRUE(RunNextPosted());
+    EXPECT_FALSE(RunNextPosted());
+}
+
+TEST_F(CommandTest, TheClickedRowGoesBeforeTheSelectionAndIsUsedOnce) {
+    OpenBank();
+    ListSelect(MainList, 4);
+    MainListState.clickedIndex = 9;
+    EXPECT_EQ(ListIndexForCommand(), 9);
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+    EXPECT_EQ(ListIndexForCommand(), 4);
+    ListSelect(MainList, NoRow);
+    EXPECT_EQ(ListIndexForCommand(), -1);
+}
+
+TEST_F(CommandTest, TheTitleNamesTheProgramAndTheFile) {
+    RefreshTitle();
+    CurrentDocumentPath = home.File("my bank.syx");
+    RefreshTitle();
+    EXPECT_EQ(titles, (Strings{"Tonewright [ Untitled.Twl ]", "Tonewright [ my bank.syx ]"}));
+}
+
+TEST_F(CommandTest, TheStatusBarShowsTheInstrument) {
+    RefreshStatus();
+    CurrentDriverId = RefaceDxDriverId;
+    RefreshStatus();
+    SynthFirmware = 0x01000203;
+    RefreshStatus();
+    EXPECT_EQ(desktop.statusTexts, (Strings{"Unknown or unrecognized synthesizer",
+                                            "Yamaha reface DX", "Yamaha reface DX version 10.23"}));
+}
+
+TEST_F(CommandTest, AChangeByAGestureMarksTheDocument) {
+    OpenBank();
+    MainListChanged(0);
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+}
+
+TEST_F(CommandTest, TheDriverOfTheSettingsBecomesCurrentInAnyCaseOfLetters) {
+    SelectKeyboardName = "YAMAHA REFACE dx";
+    MainListChanged(1);
+    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(desktop.statusTexts, Strings{"Yamaha reface DX"});
+    EXPECT_FALSE(MainListState.dirty);
+}
+
+TEST_F(CommandTest, AnEmptyOrUnknownNameInTheSettingsKeepsTheDriver) {
+    CurrentDriverId = Dx7DriverId;
+    MainListChanged(1);
+    SelectKeyboardName = "Yamaha";
+    MainListChanged(1);
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(desktop.statusTexts,
+              (Strings{"Yamaha DX7, TX7, Korg Volca FM", "Yamaha DX7, TX7, Korg Volca FM"}));
+}
+
+// The texts of the context menu, "-" for a separator.
+Strings ContextTexts(int row) {
+    Strings texts;
+    for (const ContextEntry &entry : BuildContextMenu(row)) {
+        texts.push_back(entry.id == 0 ? "-" : entry.text);
+    }
+    return texts;
+}
+
+std::vector<int> ContextIds(int row) {
+    std::vector<int> ids;
+    for (const ContextEntry &entry : BuildContextMenu(row)) {
+        ids.push_back(entry.id);
+    }
+    return ids;
+}
+
+ContextEntry EntryOf(int row, int id) {
+    for (const ContextEntry &entry : BuildContextMenu(row)) {
+        if (entry.id == id) {
+            return entry;
+        }
+    }
+    ADD_FAILURE() << "no entry " << id;
+    return {};
+}
+
+const Strings PlainTexts = {"Edit",
+                            "Upload to synthesizer",
+                            "Audition",
+                            "-",
+                            "Cut",
+                            "Copy",
+                            "-",
+                            "Add to current database",
+                            "Insert a voice from the current database",
+                            "-",
+                            "Paste",
+                            "-",
+                            "Export",
+                            "Import",
+                            "-"};
+
+Strings With(Strings texts, const Strings &more) {
+    texts.insert(texts.end(), more.begin(), more.end());
+    return texts;
+}
+
+TEST_F(CommandTest, TheContextMenuOfAMiddleRowCarriesTheVoicesName) {
+    OpenBank();
+    EXPECT_EQ(
+        ContextTexts(2),
+        (Strings{"Edit VOICE 03", "Upload VOICE 03 to synthesizer",
+                 "Audition VOICE 03 on synthesizer", "-", "Cut VOICE 03", "Copy VOICE 03", "-",
+                 "Add VOICE 03 to current database (Shift for all)",
+                 "Insert a voice from the current database", "-", "Paste", "-", "Export VOICE 03",
+                 "Import to replace VOICE 03", "-", "Move VOICE 03 up", "Move VOICE 03 down"}));
+    EXPECT_EQ(ContextIds(2), (std::vector{208, 211, 217, 0, 202, 203, 0, 218, 219, 0, 204, 0, 214,
+                                          215, 0, 212, 213}));
+}
+
+TEST_F(CommandTest, ThePlainContextMenuNamesNoVoice) {
+    OpenBank();
+    VerboseRightClickMenu = 0;
+    EXPECT_EQ(ContextTexts(2), With(PlainTexts, {"Move up", "Move down"}));
+}
+
+TEST_F(CommandTest, MoveUpIsNotOfferedOnTheFirstRow) {
+    OpenBank();
+    VerboseRightClickMenu = 0;
+    EXPECT_EQ(ContextTexts(0), With(PlainTexts, {"Move down"}));
+}
+
+TEST_F(CommandTest, MoveDownIsNotOfferedOnTheLastRow) {
+    OpenBank();
+    VerboseRightClickMenu = 0;
+    EXPECT_EQ(ContextTexts(31), With(PlainTexts, {"Move up"}));
+}
+
+TEST_F(CommandTest, TheOnlyRowOffersNoMove) {
+    OpenBank();
+    while (ListCount(MainList) > 1) {
+        ListDelete(MainList, 1);
+    }
+    VerboseRightClickMenu = 0;
+    EXPECT_EQ(ContextTexts(0), PlainTexts);
+}
+
+TEST_F(CommandTest, BesideTheRowsTheContextMenuIsPlain) {
+    OpenBank();
+    // No row lies before the last one, as far as that rule goes.
+    EXPECT_EQ(ContextTexts(NoRow), With(PlainTexts, {"Move down"}));
+}
+
+TEST_F(CommandTest, ARowWithoutAVoiceHasThePlainContextMenu) {
+    OpenBank();
+    ListTakeVoice(MainList, 2);
+    EXPECT_EQ(ContextTexts(2), With(PlainTexts, {"Move up", "Move down"}));
+}
+
+TEST_F(CommandTest, ABlockThatIsNoVoiceShowsTheNameOfTheLastGoodOne) {
+    OpenBank();
+    VoiceObjectName(*ListVoice(MainList, 7));
+    MainList.items[2].bytes[0] ^= 1;
+    EXPECT_EQ(EntryOf(2, CommandExport).text, "Export VOICE 08");
+}
+
+TEST_F(CommandTest, ANameInTheContextMenuIsUtf8AndTakenAsItIs) {
+    OpenBank();
+    SetNameAt(2, "\xC9T\xC9 %s %d ");
+    EXPECT_EQ(EntryOf(2, CommandMoveUp).text, "Move \xC3\x89T\xC3\x89 %s %d up");
+    EXPECT_EQ(EntryOf(2, CommandAudition).text, "Audition \xC3\x89T\xC3\x89 %s %d on synthesizer");
+}
+
+TEST_F(CommandTest, InTheContextMenuCutIsGreyAndTheRestIsNotIfItIsBuilt) {
+    OpenBank();
+    for (const std::uint32_t verbose : {0u, 1u}) {
+        VerboseRightClickMenu = verbose;
+        EXPECT_FALSE(EntryOf(2, CommandCut).enabled);
+        for (const int id : {CommandEdit, CommandUploadVoice, CommandAudition, CommandCopy,
+                             CommandAddToDatabase, CommandInsertFromDatabase, CommandExport,
+                             CommandImport, CommandMoveUp, CommandMoveDown}) {
+            EXPECT_EQ(EntryOf(2, id).enabled, CommandOf(id)->built) << id;
+        }
+        EXPECT_TRUE(EntryOf(2, CommandExport).enabled);
+    }
+}
+
+TEST_F(CommandTest, InTheContextMenuCopyDoesNotWaitForASelectedRow) {
+    OpenBank();
+    ListSelect(MainList, NoRow);
+    RefreshCopy();
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+    EXPECT_EQ(EntryOf(2, CommandCopy).enabled, CommandOf(CommandCopy)->built);
+}
+
+class AskingToSave : public ShellTest {
+protected:
+    void SetUp() override {
+        ShellTest::SetUp();
+        OpenBank();
+        SetNameAt(0, "CHANGED   ");
+        MainListState.dirty = true;
+    }
+    std::string NameInFile() const { return ReadTestText(home.File("bank.syx")).substr(124, 10); }
+};
+
+TEST_F(AskingToSave, ACleanDocumentIsNotAskedAbout) {
+    MainListState.dirty = false;
+    EXPECT_TRUE(AskToSave());
+    EXPECT_EQ(NameInFile(), "VOICE 01  ");
+}
+
+TEST_F(AskingToSave, YesSavesAndGoesOn) {
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+    EXPECT_TRUE(AskToSave());
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_EQ(NameInFile(), "CHANGED   ");
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+}
+
+TEST_F(AskingToSave, YesGoesOnAlsoWhenTheSaveFails) {
+    CurrentDocumentPath = home.File("no such folder/bank.syx");
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+    desktop.ExpectMessage(WriteError);
+    EXPECT_TRUE(AskToSave());
+    EXPECT_TRUE(MainListState.dirty);
+}
+
+TEST_F(AskingToSave, NoGoesOnWithoutSaving) {
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_TRUE(AskToSave());
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_EQ(NameInFile(), "VOICE 01  ");
+}
+
+TEST_F(AskingToSave, CancelStays) {
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultCancel);
+    EXPECT_FALSE(AskToSave());
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_EQ(NameInFile(), "VOICE 01  ");
+}
+
+TEST_F(AskingToSave, AQuestionThatCannotBeShownStays) {
+    TheDesktop.RunMessage = nullptr;
+    EXPECT_FALSE(AskToSave());
+    EXPECT_EQ(NameInFile(), "VOICE 01  ");
+}
+
+} // namespace
+} // namespace tonewright
