@@ -139,8 +139,7 @@ ContextEntry MakeContextEntry(int id, const std::string &name) {
     }
     const CommandRow &row = *CommandOf(id);
     std::string text = row.contextLabel;
-    // Paste is named after the voice on the clipboard, never after the row.
-    if (!name.empty() && id != CommandPaste) {
+    if (!name.empty()) {
         text = row.contextNamedLabel;
         if (const auto place = text.find("%s"); place != std::string::npos) {
             text.replace(place, 2, name);
