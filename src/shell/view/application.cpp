@@ -37,13 +37,14 @@ void SeedRandomNumbers() {
     std::srand(static_cast<unsigned>(std::time(nullptr)));
 }
 
-// For measuring the start: ends the program once the list has been painted.
-class QuitAfterFirstPaint : public QObject {
+// For measuring and testing the start: closes the program, as a user would, once the list has been
+// painted.
+class CloseAfterFirstPaint : public QObject {
 public:
     using QObject::QObject;
     bool eventFilter(QObject *, QEvent *event) override {
         if (event->type() == QEvent::Paint) {
-            QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+            QTimer::singleShot(0, qApp, [] { RunCommand(CommandCloseAtOnce); });
         }
         return false;
     }
@@ -65,9 +66,9 @@ int RunLoop(const std::string &commandLinePath) {
     UndoInit(&window);
     window.AddBars();
     window.AddList();
-    QuitAfterFirstPaint quitter;
+    CloseAfterFirstPaint closer;
     if (std::getenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT")) {
-        window.List()->viewport()->installEventFilter(&quitter);
+        window.List()->viewport()->installEventFilter(&closer);
     }
     PostFirstCommands();
     window.show();
