@@ -48,8 +48,8 @@ int CliPicture(const CliCall &call) {
     UseQtDesktop(); // its status bar is in the picture
     UseTerminalDesktop(call);
     std::string error;
-    if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.width,
-                                screen.height, error)) {
+    if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.height,
+                                error)) {
         TellError("", error);
         return ExitFailed;
     }

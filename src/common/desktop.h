@@ -38,7 +38,8 @@ constexpr std::uint32_t MessageFlagSound = 0x4000;
 constexpr std::uint32_t MessageFlagNote1 = 0x8000;
 constexpr std::uint32_t MessageFlagNote2 = 0x10000;
 constexpr std::uint32_t MessageFlagNote3 = 0x20000;
-constexpr std::uint32_t MessageFlagCaption = 0x40000; // title bar with `caption`, else a thin border
+constexpr std::uint32_t MessageFlagCaption =
+    0x40000; // title bar with `caption`, else a thin border
 
 constexpr std::uint32_t ApplicationPicture = 0x8000001;
 
@@ -59,11 +60,11 @@ struct MessageRequest {
     int result = 0;
     std::uint32_t picture = 0;
     MessageFont font;
-    std::string check1, check2, check3; // captions of the check boxes 500, 501 and 502
+    std::string check1, check2, check3;     // captions of the check boxes 500, 501 and 502
     int state1 = 0, state2 = 0, state3 = 0; // written at each change of the box
     std::string note1, note2, note3;
     std::string caption;
-    std::string soundName; // ":/sounds/..." resource played while the dialog stands
+    std::string soundName; // sound file that plays while the dialog stands
 };
 
 struct Desktop {
@@ -84,15 +85,20 @@ struct Desktop {
 
     // File dialogs. Each is given the path that starts it and answers with the chosen one; nothing
     // when the user cancels. The driver id chooses filter and default extension.
-    std::function<std::optional<std::string>(QWidget *, const std::string &path, std::uint32_t driverId)>
+    std::function<std::optional<std::string>(QWidget *, const std::string &path,
+                                             std::uint32_t driverId)>
         ChooseOpenFile;
-    std::function<std::optional<std::string>(QWidget *, const std::string &path, std::uint32_t driverId)>
+    std::function<std::optional<std::string>(QWidget *, const std::string &path,
+                                             std::uint32_t driverId)>
         ChooseImportFile;
-    std::function<std::optional<std::string>(QWidget *, const std::string &path, std::uint32_t driverId)>
+    std::function<std::optional<std::string>(QWidget *, const std::string &path,
+                                             std::uint32_t driverId)>
         ChooseExtraFile;
-    std::function<std::optional<std::string>(QWidget *, const std::string &path, std::uint32_t driverId)>
+    std::function<std::optional<std::string>(QWidget *, const std::string &path,
+                                             std::uint32_t driverId)>
         ChooseSaveFile;
-    std::function<std::optional<std::string>(QWidget *, const std::string &path, std::uint32_t driverId)>
+    std::function<std::optional<std::string>(QWidget *, const std::string &path,
+                                             std::uint32_t driverId)>
         ChooseExportFile;
 
     // Opens an address with a program (a path or a bare name; empty: whatever the platform opens
@@ -102,12 +108,11 @@ struct Desktop {
     std::function<bool(const std::string &path)> MoveToTrash;
 
     // Clipboard: a whole voice block under the program's own type, and its name as plain text.
-    std::function<bool(std::span<const std::uint8_t> block, const std::string &name)>
-        PutClipboard;
+    std::function<bool(std::span<const std::uint8_t> block, const std::string &name)> PutClipboard;
     // The block on the clipboard as it lies there; nothing while there is none.
     std::function<std::optional<std::vector<std::uint8_t>>()> TakeClipboard;
 
-    // Starts playing a sound file (or ":/..." resource) and returns at once. False when it could
+    // Starts playing a sound file and returns at once. False when it could
     // not be played.
     std::function<bool(const std::string &path)> PlaySoundFile;
 
@@ -119,9 +124,9 @@ struct Desktop {
 extern Desktop TheDesktop;
 
 // The message dialog in its usual forms, caption "Message", with the application's picture.
-void ShowMessage(QWidget *owner, const std::string &text);         // "Dismiss"
-int AskYesNo(QWidget *owner, const std::string &text);             // 6 or 7
-int AskYesNoCancel(QWidget *owner, const std::string &text);       // 6, 7 or 2
+void ShowMessage(QWidget *owner, const std::string &text);   // "Dismiss"
+int AskYesNo(QWidget *owner, const std::string &text);       // 6 or 7
+int AskYesNoCancel(QWidget *owner, const std::string &text); // 6, 7 or 2
 // A question that the user can switch off: "Yes" and "No", with the check box "Show me this
 // message again next time."; its state goes into `flag`.
 int AskOnce(QWidget *owner, const std::string &text, std::uint32_t &flag);
@@ -136,11 +141,16 @@ bool ShowBusyBox(QWidget *owner, const std::string &text);
 void SetBusyText(const std::string &text);
 void CloseBusyBox();
 
-std::optional<std::string> ChooseOpenFile(QWidget *, const std::string &path, std::uint32_t driverId);
-std::optional<std::string> ChooseImportFile(QWidget *, const std::string &path, std::uint32_t driverId);
-std::optional<std::string> ChooseExtraFile(QWidget *, const std::string &path, std::uint32_t driverId);
-std::optional<std::string> ChooseSaveFile(QWidget *, const std::string &path, std::uint32_t driverId);
-std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path, std::uint32_t driverId);
+std::optional<std::string> ChooseOpenFile(QWidget *, const std::string &path,
+                                          std::uint32_t driverId);
+std::optional<std::string> ChooseImportFile(QWidget *, const std::string &path,
+                                            std::uint32_t driverId);
+std::optional<std::string> ChooseExtraFile(QWidget *, const std::string &path,
+                                           std::uint32_t driverId);
+std::optional<std::string> ChooseSaveFile(QWidget *, const std::string &path,
+                                          std::uint32_t driverId);
+std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path,
+                                            std::uint32_t driverId);
 
 bool ShiftKeyDown();
 bool ControlKeyDown();

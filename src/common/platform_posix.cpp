@@ -54,6 +54,25 @@ bool BirthTime(int descriptor, std::uint64_t *time) {
     return true;
 }
 
+// A path as part of an address: what an address would take for its own is written in hexadecimal.
+std::string EscapeForAddress(const std::string &path) {
+    constexpr std::string_view kept = "/-._~";
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string escaped;
+    for (const char character : path) {
+        const auto byte = static_cast<unsigned char>(character);
+        const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
+                           (byte >= 'a' && byte <= 'z') ||
+                           kept.find(character) != std::string_view::npos;
+        if (plain) {
+            escaped += character;
+        } else {
+            escaped += {'%', digits[byte >> 4], digits[byte & 15]};
+        }
+    }
+    return escaped;
+}
+
 } // namespace
 
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
@@ -107,7 +126,7 @@ std::string PlatformExecutablePath() {
 }
 
 FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &) {
-    return {.program = "", .argument = "file://" + folder};
+    return {.program = "", .argument = "file://" + EscapeForAddress(folder)};
 }
 
 } // namespace tonewright

@@ -165,6 +165,14 @@ std::string FormatText(const char *format, ...) {
     return text;
 }
 
+int ScanText(const char *text, const char *format, ...) {
+    std::va_list places;
+    va_start(places, format);
+    const int count = std::vsscanf(text, format, places);
+    va_end(places);
+    return count;
+}
+
 const char *FormatThousands(std::uint32_t number) {
     static char text[sizeof "4,294,967,295"];
     char *first = text + sizeof text - 1;

@@ -26,6 +26,9 @@ void AppendBounded(std::string &target, std::string_view source, std::size_t n);
 // Formatted print with the semantics of sprintf.
 std::string FormatText(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
+// Formatted scan with the semantics of sscanf; the number of fields read.
+int ScanText(const char *text, const char *format, ...) __attribute__((format(scanf, 2, 3)));
+
 // "1,234,567". Shared static buffer, overwritten by the next call.
 const char *FormatThousands(std::uint32_t number);
 // The text without its double-quote characters. Shared static buffer.

@@ -35,6 +35,10 @@ bool SomethingIsRunning() {
     return RunningDepth > 0;
 }
 
+void ClearPosted() {
+    Queue.clear();
+}
+
 void Post(std::function<void()> work) {
     Queue.push_back(std::move(work));
     WakeIfWaiting();

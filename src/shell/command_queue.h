@@ -27,4 +27,7 @@ struct RunningMark {
 };
 bool SomethingIsRunning();
 
+// Drops what waits; the window is closing.
+void ClearPosted();
+
 } // namespace tonewright

@@ -282,7 +282,7 @@ int RunCommand(int id) {
 }
 
 int RunUserCommand(int id) {
-    return CommandEnabled(id) ? RunCommand(id) : 0;
+    return CommandEnabled(id) && !SomethingIsRunning() ? RunCommand(id) : 0;
 }
 
 void MainListChanged(int value) {

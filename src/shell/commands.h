@@ -119,10 +119,11 @@ void RepaintList();
 // -1: none.
 int ListIndexForCommand();
 
-// Runs a command and refreshes, if its row says so. A command that is not built does nothing. Returns what the command
-// returns, 0 without one.
+// Runs a command and refreshes, if its row says so. A command that is not built does nothing.
+// Returns what the command returns, 0 without one.
 int RunCommand(int id);
-// The same from a menu, a tool or a key, where a disabled command does nothing.
+// The same from a menu or a key, where a disabled command does nothing, nor does any while
+// something runs.
 int RunUserCommand(int id);
 
 // The window's message after a change by a gesture (0: dirty, refresh) and at start (1: make the

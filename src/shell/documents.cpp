@@ -75,7 +75,8 @@ int RunSave() {
     // Only a default name that the driver gave is asked about; "Untitled.Twl" is a name like any
     // other.
     const SynthDriver *driver = CurrentDriver();
-    if (driver && EqualNoCase(CurrentDocumentPath, driver->defaultDocumentName)) {
+    if (driver && driver->defaultDocumentName &&
+        EqualNoCase(CurrentDocumentPath, driver->defaultDocumentName)) {
         return RunCommand(CommandSaveAs);
     }
     return SaveToCurrentPath();

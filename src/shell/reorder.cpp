@@ -2,6 +2,7 @@
 #include "shell/reorder.h"
 
 #include "core/current.h"
+#include "shell/command_queue.h"
 #include "shell/commands.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
@@ -16,6 +17,7 @@ void DropVoiceAt(int pressedRow, int targetRow) {
         pressedRow == targetRow) {
         return;
     }
+    const RunningMark running;
     UndoPush(TheShellWindow.window, MainList);
     VoiceObject voice = ListTakeVoice(MainList, pressedRow);
     ListInsert(MainList, targetRow);

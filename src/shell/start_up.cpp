@@ -38,8 +38,9 @@ bool TipDateDiffers() {
 
 std::string AbsolutePath(const std::string &path) {
     std::error_code error;
-    const auto absolute = std::filesystem::absolute(path, error);
-    return error ? path : absolute.string();
+    const auto absolute =
+        std::filesystem::absolute(std::u8string(path.begin(), path.end()), error).u8string();
+    return error ? path : std::string(absolute.begin(), absolute.end());
 }
 
 } // namespace
@@ -95,11 +96,7 @@ void PostFirstDocument(const std::string &commandLinePath) {
 }
 
 bool StartupWindowWanted() {
-    if (ShowStartupWindow != 0 && !WizardWanted()) {
-        return true;
-    }
-    PostMainStartupDone();
-    return false;
+    return ShowStartupWindow != 0 && !WizardWanted();
 }
 
 void MainStartupDone() {

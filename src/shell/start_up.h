@@ -29,10 +29,10 @@ std::string CommandLinePath(int argumentCount, char **arguments);
 // download if DownloadOnOpen.
 void PostFirstCommands();
 // Posts Open for the path of the command line, or else for the recent document if
-// OpenRecentDocument. The path is made absolute against `currentFolder`.
+// OpenRecentDocument. The path is made absolute against the current folder.
 void PostFirstDocument(const std::string &commandLinePath);
 
-// True when the startup window is shown; otherwise MainStartupDone is posted.
+// True when the startup window is to be shown.
 bool StartupWindowWanted();
 
 // After the startup window: the tip of the day.

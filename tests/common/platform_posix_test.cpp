@@ -34,10 +34,12 @@ TEST(ShowInExplorer, CallsWhateverOpensFoldersWithoutTheTrailingSeparator) {
     ScriptedDesktop desktop;
     EXPECT_EQ(ShowInExplorer("/home/me/My banks/", nullptr), 0);
     EXPECT_EQ(ShowInExplorer("/home/me", "bank.syx"), 0);
-    ASSERT_EQ(desktop.opened.size(), 2u);
+    EXPECT_EQ(ShowInExplorer("/a#b?c%d/\xC3\xA9", nullptr), 0);
+    ASSERT_EQ(desktop.opened.size(), 3u);
     EXPECT_EQ(desktop.opened[0].program, "");
-    EXPECT_EQ(desktop.opened[0].address, "file:///home/me/My banks");
+    EXPECT_EQ(desktop.opened[0].address, "file:///home/me/My%20banks");
     EXPECT_EQ(desktop.opened[1].address, "file:///home/me");
+    EXPECT_EQ(desktop.opened[2].address, "file:///a%23b%3Fc%25d/%C3%A9");
 }
 
 TEST(ShowInExplorer, IsMinus4WhenTheCallFails) {

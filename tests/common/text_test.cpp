@@ -256,3 +256,12 @@ TEST(FileNameOfVoice, ReplacesWhatAFileNameCannotHold) {
     EXPECT_EQ(FileNameOfVoice("CAF\xC9"), "CAF\xC3\x89");
     EXPECT_EQ(FileNameOfVoice("\x9F\xA5"), "_\xC2\xA5");
 }
+
+TEST(ScanText, ReadsFieldsAndTellsTheirNumber) {
+    char path[20] = "";
+    int time = 0;
+    EXPECT_EQ(ScanText("/a b.syx,17", "%19[^,],%d", path, &time), 2);
+    EXPECT_STREQ(path, "/a b.syx");
+    EXPECT_EQ(time, 17);
+    EXPECT_EQ(ScanText("/a,b.syx,17", "%19[^,],%d", path, &time), 1);
+}

@@ -42,10 +42,16 @@ TEST_F(ProgramStart, ASettingOfTheFileLivesThroughARun) {
     EXPECT_TRUE(home.Holds(".config/Quillbrook/Backup of Tonewright 17.ini"));
 }
 
-TEST_F(ProgramStart, APathOnTheCommandLineIsOpenedAndRemembered) {
-    const std::string bank = std::string(EXAMPLES_DIR) + "/tonewright.syx";
+TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument) {
+    const std::string bank = home.Write("a bank.syx", ReadTestFile(EXAMPLES_DIR "/tonewright.syx"));
+    RunProgram({TONEWRIGHT_PROGRAM});
+    std::string settings = Settings();
+    settings.replace(settings.find("OpenRecentDocument = 0"), 22, "OpenRecentDocument = 1");
+    settings.replace(settings.find("RecentDocumentPath = \n"), 22, "RecentDocumentPath = /r.syx\n");
+    WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), settings);
     RunProgram({TONEWRIGHT_PROGRAM, "\"" + bank + "\""});
     EXPECT_NE(Settings().find("\nRecentDocumentPath = " + bank + "\n"), std::string::npos);
+    EXPECT_NE(Settings().find("\nOpenPath = " + home.Folder() + "\n"), std::string::npos);
 }
 
 } // namespace

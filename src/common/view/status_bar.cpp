@@ -126,7 +126,7 @@ private:
     void DrawBar() {
         picture.fill(SystemColourOf(SystemColour::ButtonFace));
         QPainter painter(&picture);
-        painter.fillRect(0, 0, width(), 1, SystemColourOf(SystemColour::ButtonShadow));
+        painter.fillRect(0, 0, width(), 1, Qt::black);
         painter.fillRect(0, 1, width(), 1, Qt::white);
         for (int pane = 0; pane < state.paneCount; ++pane) {
             DrawPane(painter, pane);

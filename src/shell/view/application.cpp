@@ -75,13 +75,16 @@ int RunLoop(const std::string &commandLinePath) {
     window.List()->setFocus();
     RefreshTitle();
     if (!DisplayIsSuitable(colourDepth, screenSize.width())) {
+        const RunningMark running; // the first commands do not start behind the box
         ShowChangeDriverBox(&window);
         return 0;
     }
     PostFirstDocument(commandLinePath);
     std::unique_ptr<QWidget> startupWindow;
     if (StartupWindowWanted()) {
-        startupWindow = ShowStartupWindowBox([] { PostMainStartupDone(); });
+        startupWindow = ShowStartupWindowBox(PostMainStartupDone);
+    } else {
+        PostMainStartupDone();
     }
     SeedRandomNumbers();
     return QApplication::exec();
@@ -91,7 +94,6 @@ int RunLoop(const std::string &commandLinePath) {
 
 int RunApplication(int argc, char **argv) {
     QApplication::setApplicationName("Tonewright");
-    QApplication::setApplicationVersion("17.0a");
     QApplication::setDesktopFileName("tonewright");
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);

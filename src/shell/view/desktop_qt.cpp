@@ -130,13 +130,15 @@ void UseQtDesktop() {
         .ChooseSaveFile = ChooseFile<FileDialogKind::Save>,
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .OpenAddress = OpenAddress,
-        .MoveToTrash = [](const std::string &path) {
-            return QFile::moveToTrash(QString::fromStdString(path));
-        },
+        .MoveToTrash =
+            [](const std::string &path) {
+                return QFile::moveToTrash(QString::fromStdString(path));
+            },
         .PutClipboard = {},
         .TakeClipboard = {},
         .PlaySoundFile = [](const std::string &path) { return PlaySoundFile(path.c_str()); },
-        .ShiftKeyDown = [] { return QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier); },
+        .ShiftKeyDown =
+            [] { return QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier); },
         .ControlKeyDown =
             [] { return QApplication::keyboardModifiers().testFlag(Qt::ControlModifier); },
     };

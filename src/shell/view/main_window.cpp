@@ -3,6 +3,7 @@
 
 #include "common/folders.h"
 #include "common/settings.h"
+#include "common/view/centre_window.h"
 #include "common/view/fonts.h"
 #include "common/view/status_bar.h"
 #include "common/view/system_colours.h"
@@ -17,12 +18,11 @@
 #include "shell/view/voice_list_view.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
-#include <QScreen>
+#include <QProxyStyle>
 #include <QShortcut>
 #include <QTimer>
 #include <QWheelEvent>
@@ -32,13 +32,25 @@ namespace {
 
 constexpr int ListInset = 16; // pixels between the list and the bars and edges
 constexpr int ProgramIcon = 103;
-constexpr int DialogFontHeight = 16;
+// What the platform's frame adds to a window that cannot be resized, in pixels.
+constexpr int FrameWidth = 4;
+constexpr int CaptionHeight = 23;
 
-// The menus of a bar, each made of its row.
-void FillMenuBar(QMenuBar &bar, bool atTheRight, std::map<int, QAction *> &actions) {
+// Has the menus behind the menu bar's separator stand at its right end.
+class RightMenuStyle : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override {
+        return hint == SH_DrawMenuBarSeparator ? 1
+                                               : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+// The menus, each made of its row.
+void FillMenuBar(QMenuBar &bar, std::map<int, QAction *> &actions) {
     for (const MenuRow &row : MenuBar()) {
-        if (row.atTheRight != atTheRight) {
-            continue;
+        if (row.atTheRight) {
+            bar.addSeparator();
         }
         QMenu *menu = bar.addMenu(row.label);
         for (const int id : row.items) {
@@ -64,7 +76,7 @@ MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
                    Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                    Qt::WindowCloseButtonHint);
     setWindowIcon(QIcon(PictureOf(ProgramIcon, {256, 256})));
-    setFixedSize(size.width, size.height);
+    setFixedSize(size.width - 2 * FrameWidth, size.height - CaptionHeight - 2 * FrameWidth);
     backgroundPath = PicturesFile();
     ConnectShell();
     MakeMenus();
@@ -72,7 +84,7 @@ MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
         ConfigRead();
     }
     MakeAccelerators();
-    CentreOnScreen();
+    CentreWindow(*this);
     MainListState = {};
     RefreshCopy();
     RefreshCommands();
@@ -113,17 +125,16 @@ void MainWindow::ConnectShell() {
         closing = true;
         close();
     };
-    TheShellWindow.Wake = [this] {
-        QTimer::singleShot(0, this, [] { RunNextPosted(); });
-    };
+    TheShellWindow.Wake = [this] { QTimer::singleShot(0, this, [] { RunNextPosted(); }); };
     TheShellWindow.ShowAboutBox = [this] { ShowAboutBox(this); };
 }
 
 void MainWindow::MakeMenus() {
     menuBar = new QMenuBar(this);
-    rightMenuBar = new QMenuBar(this);
-    FillMenuBar(*menuBar, false, actions);
-    FillMenuBar(*rightMenuBar, true, actions);
+    auto *style = new RightMenuStyle;
+    style->setParent(menuBar);
+    menuBar->setStyle(style);
+    FillMenuBar(*menuBar, actions);
 }
 
 void MainWindow::MakeAccelerators() {
@@ -146,7 +157,7 @@ void MainWindow::AddBars() {
 
 void MainWindow::AddList() {
     list = new VoiceListView(this);
-    setFont(FontOfHeight("Arial", DialogFontHeight));
+    setFont(DialogFont());
     PlaceChildren();
     list->setFocus();
 }
@@ -158,11 +169,7 @@ QAction *MainWindow::MenuAction(int commandId) const {
 
 void MainWindow::PlaceChildren() {
     const int menuHeight = menuBar->sizeHint().height();
-    rightMenuBar->resize(width(), menuHeight);
-    const int rightWidth =
-        rightMenuBar->actionGeometry(rightMenuBar->actions().constLast()).right() + 1;
-    menuBar->setGeometry(0, 0, width() - rightWidth, menuHeight);
-    rightMenuBar->setGeometry(width() - rightWidth, 0, rightWidth, menuHeight);
+    menuBar->setGeometry(0, 0, width(), menuHeight);
     int top = menuHeight;
     if (toolBar) {
         const int barHeight = ThemeGetMetric(1);
@@ -175,14 +182,6 @@ void MainWindow::PlaceChildren() {
         const int available = bottom - top - 2 * ListInset;
         list->setGeometry(ListInset, top + ListInset, width() - 2 * ListInset,
                           list->HeightForWholeRows(available));
-    }
-}
-
-void MainWindow::CentreOnScreen() {
-    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        const QRect area = screen->geometry();
-        move(area.left() + (area.width() - width()) / 2,
-             std::max(area.top(), area.top() + (area.height() - height()) / 2));
     }
 }
 
@@ -234,6 +233,7 @@ void MainWindow::closeEvent(QCloseEvent *event) {
         event->ignore();
         return;
     }
+    ClearPosted();
     ConfigWrite();
     event->accept();
     QCoreApplication::quit();

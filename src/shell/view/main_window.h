@@ -21,7 +21,7 @@ class VoiceListView;
 
 class MainWindow : public QWidget {
 public:
-    // A window of exactly `size` pixels, centred on the screen, connected to TheShellWindow. Its
+    // A window of `size` pixels with its frame, centred on the screen, connected to TheShellWindow. Its
     // creation reads the configuration when `readConfiguration`.
     MainWindow(WindowSize size, bool readConfiguration);
     ~MainWindow() override;
@@ -51,10 +51,8 @@ private:
     void MakeMenus();
     void MakeAccelerators();
     void PlaceChildren();
-    void CentreOnScreen();
 
     QMenuBar *menuBar = nullptr;      // children, owned by this widget
-    QMenuBar *rightMenuBar = nullptr; // the pop-ups that stand at the right
     ToolBar *toolBar = nullptr;
     QWidget *statusBar = nullptr;
     VoiceListView *list = nullptr;

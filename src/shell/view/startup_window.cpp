@@ -53,6 +53,16 @@ public:
     }
 
 protected:
+    // A message that stands meanwhile must not be covered, nor could a click reach this window.
+    bool event(QEvent *event) override {
+        if (event->type() == QEvent::WindowBlocked) {
+            hide();
+        } else if (event->type() == QEvent::WindowUnblocked && closed) {
+            show();
+        }
+        return QWidget::event(event);
+    }
+
     void paintEvent(QPaintEvent *) override {
         QPainter painter(this);
         painter.fillRect(rect(), Qt::black);

@@ -5,7 +5,6 @@
 #include "common/view/theme.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "shell/command_queue.h"
 #include "shell/commands.h"
 #include "shell/reorder.h"
 #include "shell/voice_commands.h"
@@ -18,6 +17,8 @@
 #include <QScrollBar>
 #include <QUrl>
 
+#include <utility>
+
 namespace tonewright {
 namespace {
 
@@ -26,7 +27,8 @@ constexpr int DragCursorNumber = 9001;
 constexpr int DragCursorSize = 32;
 
 const QCursor &DragCursor() {
-    static const QCursor cursor(PictureOf(DragCursorNumber, {DragCursorSize, DragCursorSize}), 0, 0);
+    static const QCursor cursor(PictureOf(DragCursorNumber, {DragCursorSize, DragCursorSize}), 0,
+                                0);
     return cursor;
 }
 
@@ -43,8 +45,14 @@ VoiceListView::VoiceListView(QWidget *parent) : QAbstractScrollArea(parent) {
     setAcceptDrops(true);
     viewport()->setAutoFillBackground(false);
     edgeTimer.setInterval(EdgeScrollMilliseconds);
-    QObject::connect(&edgeTimer, &QTimer::timeout, this,
-                     [this] { ScrollAtEdges(viewport()->mapFromGlobal(QCursor::pos())); });
+    QObject::connect(&edgeTimer, &QTimer::timeout, this, [this] {
+        if (QGuiApplication::mouseButtons() & Qt::LeftButton) {
+            ScrollAtEdges(viewport()->mapFromGlobal(QCursor::pos()));
+        } else {
+            EndPress();
+        }
+    });
+    verticalScrollBar()->installEventFilter(this);
     MainList.observer = [this](VoiceListChange change) { Follow(change); };
     FollowRows();
 }
@@ -77,7 +85,12 @@ void VoiceListView::Follow(VoiceListChange change) {
     case VoiceListChange::Voice:
         return;
     case VoiceListChange::State:
+        // A widget that is disabled loses the keyboard; it comes back with the list.
+        regainFocus = regainFocus || (!MainList.enabled && hasFocus());
         setEnabled(MainList.enabled);
+        if (MainList.enabled && std::exchange(regainFocus, false)) {
+            setFocus();
+        }
         ListSetVisibleRows(MainList, viewport()->height() / MainList.itemHeight);
         break;
     case VoiceListChange::Items:
@@ -157,13 +170,12 @@ void VoiceListView::SelectByUser(int row) {
 void VoiceListView::mousePressEvent(QMouseEvent *event) {
     const int row = RowAt(event->position().toPoint());
     if (event->button() == Qt::LeftButton) {
+        EndPress(); // a release that went elsewhere
         RefreshCopy();
         if (row == NoRow) {
             return;
         }
-        pressedRow = row;
-        pressedOnSelected = row == MainList.selection;
-        dragging = false;
+        BeginPress(row);
         if (!pressedOnSelected) {
             SelectByUser(row);
         }
@@ -237,8 +249,13 @@ void VoiceListView::ShowContextMenu(int row, QPoint globalPosition) {
         action->setData(entry.id);
         action->setEnabled(entry.enabled);
     }
-    if (const QAction *chosen = menu.exec(globalPosition)) {
-        RunUserCommand(chosen->data().toInt());
+    const QAction *chosen = nullptr;
+    {
+        const RunningMark running; // posted work does not start under an open menu
+        chosen = menu.exec(globalPosition);
+    }
+    if (chosen) {
+        RunCommand(chosen->data().toInt());
     }
 }
 
@@ -261,7 +278,15 @@ void VoiceListView::ShowDragCursor(QPoint point) {
                                                              : QCursor(Qt::ForbiddenCursor));
 }
 
+void VoiceListView::BeginPress(int row) {
+    pressMark.emplace();
+    pressedRow = row;
+    pressedOnSelected = row == MainList.selection;
+    dragging = false;
+}
+
 void VoiceListView::EndPress() {
+    pressMark.reset();
     pressedRow = NoRow;
     pressedOnSelected = false;
     dragging = false;
@@ -269,11 +294,26 @@ void VoiceListView::EndPress() {
     viewport()->unsetCursor();
 }
 
-void VoiceListView::changeEvent(QEvent *event) {
-    if (event->type() == QEvent::EnabledChange && !isEnabled()) {
-        EndPress();
+bool VoiceListView::event(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::EnabledChange:
+    case QEvent::FocusOut:
+    case QEvent::WindowBlocked:
+    case QEvent::WindowDeactivate:
+        EndPress(); // the release will not come here
+        break;
+    default:
+        break;
     }
-    QAbstractScrollArea::changeEvent(event);
+    return QAbstractScrollArea::event(event);
+}
+
+bool VoiceListView::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == verticalScrollBar() && event->type() == QEvent::Wheel) {
+        wheelEvent(static_cast<QWheelEvent *>(event));
+        return true;
+    }
+    return QAbstractScrollArea::eventFilter(watched, event);
 }
 
 void VoiceListView::keyPressEvent(QKeyEvent *event) {

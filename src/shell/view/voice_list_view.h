@@ -2,9 +2,12 @@
 #pragma once
 
 #include "core/voice_list.h"
+#include "shell/command_queue.h"
 
 #include <QAbstractScrollArea>
 #include <QTimer>
+
+#include <optional>
 
 namespace tonewright {
 
@@ -34,7 +37,8 @@ protected:
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
-    void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void Follow(VoiceListChange change);
@@ -44,8 +48,12 @@ private:
     void ScrollAtEdges(QPoint point);
     void ShowDragCursor(QPoint point);
     void ShowContextMenu(int row, QPoint globalPosition);
+    void BeginPress(int row);
     void EndPress();
 
+    bool regainFocus = false; // the list had the keyboard when it was disabled
+    // Keys and posted commands wait while the left button is held on a row.
+    std::optional<RunningMark> pressMark;
     int pressedRow = NoRow; // row of the left button, while it is held
     bool pressedOnSelected = false;
     bool dragging = false;

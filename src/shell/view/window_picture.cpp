@@ -13,8 +13,7 @@
 namespace tonewright {
 
 bool PaintMainWindowPicture(const std::string &bankPath, const std::string &pngPath,
-                            int screenWidth, int screenHeight, std::string &error) {
-    (void)screenWidth; // the window's size follows from the height of the screen alone
+                            int screenHeight, std::string &error) {
     MainWindow window(MainWindowSize(screenHeight), false);
     window.AddBars();
     window.AddList();

@@ -5,10 +5,10 @@
 
 namespace tonewright {
 
-// The main window with the bank at `bankPath` open, as it would look on a screen of the given size
-// in pixels, written as PNG to `pngPath`. Needs a QApplication. False with the reason in `error`
+// The main window with the bank at `bankPath` open, as it would look on a screen of the given
+// height in pixels (the width does not count), written as PNG to `pngPath`. Needs a QApplication. False with the reason in `error`
 // when the bank cannot be opened or the picture not written.
 bool PaintMainWindowPicture(const std::string &bankPath, const std::string &pngPath,
-                            int screenWidth, int screenHeight, std::string &error);
+                            int screenHeight, std::string &error);
 
 } // namespace tonewright

@@ -1,6 +1,7 @@
 // The main window as a user meets it.
 #include "window_fixture.h"
 
+#include "common/view/status_bar.h"
 #include "shell/command_queue.h"
 #include "shell/view/tool_bar.h"
 
@@ -15,7 +16,8 @@ namespace {
 using MainWindowTest = WindowTest;
 
 TEST_F(MainWindowTest, CannotBeResizedAndIs95PercentOfTheScreensHeight) {
-    EXPECT_EQ(window->size(), QSize(829, 1026));
+    // The frame of the window counts: 4 pixels on each side and 23 for the caption.
+    EXPECT_EQ(window->size(), QSize(829 - 8, 1026 - 31));
     EXPECT_EQ(window->minimumSize(), window->maximumSize());
 }
 
@@ -51,27 +53,30 @@ TEST_F(MainWindowTest, AnEmptyListDisablesSaveSaveAsPrintAndUpload) {
 
 TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
     const auto bars = window->findChildren<QMenuBar *>();
-    ASSERT_EQ(bars.size(), 2);
-    std::vector<std::string> titles;
-    for (const QMenuBar *bar : bars) {
-        for (const QAction *action : bar->actions()) {
-            titles.push_back(action->text().toStdString());
+    ASSERT_EQ(bars.size(), 1);
+    QList<QAction *> titles;
+    for (QAction *action : bars[0]->actions()) {
+        if (!action->isSeparator()) {
+            titles.push_back(action);
         }
     }
-    EXPECT_EQ(titles, (std::vector<std::string>{"&File", "&Edit", "&Help"}));
-    EXPECT_EQ(TextsOf(*bars[0]->actions()[0]->menu()),
+    ASSERT_EQ(titles.size(), 3);
+    EXPECT_EQ(titles[0]->text(), "&File");
+    EXPECT_EQ(titles[1]->text(), "&Edit");
+    EXPECT_EQ(titles[2]->text(), "&Help");
+    EXPECT_GT(bars[0]->actionGeometry(titles[2]).right(), bars[0]->width() - 12);
+    EXPECT_LT(bars[0]->actionGeometry(titles[1]).right(), bars[0]->width() / 4);
+    EXPECT_EQ(TextsOf(*titles[0]->menu()),
               (std::vector<std::string>{"&New\tCtrl+N", "&Open\tCtrl+0", "&Save\tCtrl+S",
                                         "Save &as...", "&Print", "-", "Set&tings", "E&xit"}));
-    EXPECT_EQ(TextsOf(*bars[0]->actions()[1]->menu()),
-              (std::vector<std::string>{"&Undo\tCtrl+Z", "-", "Cu&t\tCtrl+X", "&Copy\tCtrl+C",
-                                        "&Paste\tCtrl+V", "-", "&Find synthesizer",
-                                        "Con&figure &synthesizer", "&Download current voices",
-                                        "&Upload current voices", "&MIDI devices", "-",
-                                        "Select &synthesizer"}));
-    EXPECT_EQ(TextsOf(*bars[1]->actions()[0]->menu()),
+    EXPECT_EQ(TextsOf(*titles[1]->menu()),
+              (std::vector<std::string>{
+                  "&Undo\tCtrl+Z", "-", "Cu&t\tCtrl+X", "&Copy\tCtrl+C", "&Paste\tCtrl+V", "-",
+                  "&Find synthesizer", "Con&figure &synthesizer", "&Download current voices",
+                  "&Upload current voices", "&MIDI devices", "-", "Select &synthesizer"}));
+    EXPECT_EQ(TextsOf(*titles[2]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
-                                        "&Tip of the day", "-", "&About", "-",
-                                        "Welcome wi&zard"}));
+                                        "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
 }
 
 TEST_F(MainWindowTest, NewUndoAndCutAreGreyFromTheStart) {
@@ -125,8 +130,8 @@ TEST_F(MainWindowTest, CtrlSSavesAndCtrlZTakesAMoveBack) {
 TEST_F(MainWindowTest, AVoiceDraggedUpwardLandsOnTheTargetRowAndIsSelected) {
     OpenBank();
     DragRow(5, 2);
-    EXPECT_EQ(Names(1, 6), (std::vector<std::string>{"VOICE 02", "VOICE 06", "VOICE 03",
-                                                     "VOICE 04", "VOICE 05", "VOICE 07"}));
+    EXPECT_EQ(Names(1, 6), (std::vector<std::string>{"VOICE 02", "VOICE 06", "VOICE 03", "VOICE 04",
+                                                     "VOICE 05", "VOICE 07"}));
     EXPECT_EQ(MainList.selection, 2);
     EXPECT_EQ(NameAt(MainList.selection), "VOICE 06");
     EXPECT_TRUE(MainListState.dirty);
@@ -137,8 +142,8 @@ TEST_F(MainWindowTest, AVoiceDraggedUpwardLandsOnTheTargetRowAndIsSelected) {
 TEST_F(MainWindowTest, AVoiceDraggedDownwardLandsAboveTheTargetAndTheVoiceBelowItIsSelected) {
     OpenBank();
     DragRow(2, 5);
-    EXPECT_EQ(Names(1, 6), (std::vector<std::string>{"VOICE 02", "VOICE 04", "VOICE 05",
-                                                     "VOICE 03", "VOICE 06", "VOICE 07"}));
+    EXPECT_EQ(Names(1, 6), (std::vector<std::string>{"VOICE 02", "VOICE 04", "VOICE 05", "VOICE 03",
+                                                     "VOICE 06", "VOICE 07"}));
     EXPECT_EQ(MainList.selection, 5);
     EXPECT_EQ(NameAt(MainList.selection), "VOICE 06");
     EXPECT_EQ(ListCount(MainList), 32);
@@ -263,6 +268,122 @@ TEST_F(MainWindowTest, KeysMoveTheSelection) {
     EXPECT_EQ(MainList.selection, 1);
 }
 
+TEST_F(MainWindowTest, TheListKeepsTheKeyboardThroughAnOpen) {
+    OpenBank();
+    EXPECT_EQ(window->focusWidget(), list);
+    QTest::keyClick(window->windowHandle(), Qt::Key_Down);
+    EXPECT_EQ(MainList.selection, 1);
+    ListEnable(MainList, false);
+    ListEnable(MainList, true);
+    QTest::keyClick(window->windowHandle(), Qt::Key_Down);
+    EXPECT_EQ(MainList.selection, 2);
+}
+
+TEST_F(MainWindowTest, TheWheelOverTheScrollBarMovesOneRowToo) {
+    OpenBank();
+    QScrollBar *bar = list->verticalScrollBar();
+    QWheelEvent event(QPointF(3, 50), bar->mapToGlobal(QPointF(3, 50)), QPoint(), QPoint(0, -120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(bar, &event);
+    EXPECT_EQ(MainList.topRow, 1);
+}
+
+TEST_F(MainWindowTest, KeysAndPostedCommandsWaitWhileAVoiceIsHeld) {
+    OpenBank();
+    DragRow(4, 1);
+    QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    PostCommand(CommandUndo);
+    RunPosted();
+    EXPECT_EQ(NameAt(1), "VOICE 05");
+    QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    RunPosted();
+    EXPECT_EQ(NameAt(1), "VOICE 02");
+}
+
+TEST_F(MainWindowTest, AReleaseThatWentElsewhereMovesNothingLater) {
+    OpenBank();
+    const auto before = MainList.items;
+    QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
+    QEvent blocked(QEvent::WindowBlocked);
+    QApplication::sendEvent(list, &blocked);
+    QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(7));
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(UndoCount(), 0);
+    EXPECT_FALSE(SomethingIsRunning());
+}
+
+TEST_F(MainWindowTest, ADragsMessageLetsNoPostedWorkIn) {
+    MaxUndoLevel = 0;
+    desktop.Expect({.text = "There has been an error initializing the Undo function.\n\nUndo will "
+                            "be unavailable for this session of Tonewright.",
+                    .buttons = {"Dismiss"},
+                    .answer = ResultYes});
+    UndoInit(window.get());
+    OpenBank();
+    desktop.Expect({.text = "No undo level could be created.",
+                    .buttons = {"Dismiss"},
+                    .answer = ResultYes,
+                    .during = [](MessageRequest &) {
+                        PostCommand(CommandClear);
+                        QTest::qWait(20);
+                        EXPECT_EQ(ListCount(MainList), 32);
+                    }});
+    MainListState.dirty = false;
+    DragRow(5, 2);
+    EXPECT_EQ(NameAt(2), "VOICE 06");
+    MainListState.dirty = false;
+    RunPosted();
+    EXPECT_EQ(ListCount(MainList), 0);
+}
+
+TEST_F(MainWindowTest, NothingPostedRunsAfterTheWindowHasClosed) {
+    OpenBank();
+    PostCommand(CommandClear);
+    window->close();
+    RunPosted();
+    EXPECT_EQ(ListCount(MainList), 32);
+}
+
+TEST_F(MainWindowTest, TheCloseButtonWaitsWhileSomethingRuns) {
+    OpenBank();
+    {
+        const RunningMark running;
+        window->close();
+        EXPECT_TRUE(window->isVisible());
+    }
+    window->close();
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST_F(MainWindowTest, ARowWithoutAVoiceIsDrawnAsNothing) {
+    OpenBank();
+    ListTakeVoice(MainList, 2);
+    const QImage image = Viewport()->grab(list->RowRectangle(2)).toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            ASSERT_EQ(image.pixelColor(x, y), QColor(Qt::white)) << x << ' ' << y;
+        }
+    }
+}
+
+TEST_F(MainWindowTest, ADisabledListIsGreyOnWhite) {
+    OpenBank();
+    ListEnable(MainList, false);
+    const QImage image = Viewport()->grab(list->RowRectangle(0)).toImage();
+    EXPECT_EQ(image.pixelColor(200, 2), QColor(Qt::white)); // though the row is selected
+    const QColor grey = window->palette().color(QPalette::Disabled, QPalette::Text);
+    bool greyFound = false;
+    for (int x = 0; x < 200; ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            greyFound = greyFound || image.pixelColor(x, y) == grey;
+            EXPECT_NE(image.pixelColor(x, y), QColor(Qt::black));
+        }
+    }
+    EXPECT_TRUE(greyFound);
+    ListEnable(MainList, true);
+}
+
 TEST_F(MainWindowTest, ADoubleClickOnAVoiceCostsNothingWhileThereIsNoEditor) {
     OpenBank();
     QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(2));
@@ -279,13 +400,12 @@ TEST_F(MainWindowTest, TheContextMenuCarriesTheVoicesName) {
     std::vector<std::string> texts;
     EXPECT_TRUE(WithContextMenu(RowPoint(2), [&](QMenu &menu) { texts = TextsOf(menu); }));
     EXPECT_EQ(texts,
-              (std::vector<std::string>{"Edit VOICE 03", "Upload VOICE 03 to synthesizer",
-                                        "Audition VOICE 03 on synthesizer", "-", "Cut VOICE 03",
-                                        "Copy VOICE 03", "-",
-                                        "Add VOICE 03 to current database (Shift for all)",
-                                        "Insert a voice from the current database", "-", "Paste",
-                                        "-", "Export VOICE 03", "Import to replace VOICE 03", "-",
-                                        "Move VOICE 03 up", "Move VOICE 03 down"}));
+              (std::vector<std::string>{
+                  "Edit VOICE 03", "Upload VOICE 03 to synthesizer",
+                  "Audition VOICE 03 on synthesizer", "-", "Cut VOICE 03", "Copy VOICE 03", "-",
+                  "Add VOICE 03 to current database (Shift for all)",
+                  "Insert a voice from the current database", "-", "Paste", "-", "Export VOICE 03",
+                  "Import to replace VOICE 03", "-", "Move VOICE 03 up", "Move VOICE 03 down"}));
     EXPECT_EQ(MainList.selection, 0); // a press of the right button selects nothing
 }
 
@@ -296,8 +416,8 @@ TEST_F(MainWindowTest, ThePlainContextMenuNamesNoVoice) {
     EXPECT_TRUE(WithContextMenu(RowPoint(2), [&](QMenu &menu) { texts = TextsOf(menu); }));
     EXPECT_EQ(texts, (std::vector<std::string>{
                          "Edit", "Upload to synthesizer", "Audition", "-", "Cut", "Copy", "-",
-                         "Add to current database", "Insert a voice from the current database",
-                         "-", "Paste", "-", "Export", "Import", "-", "Move up", "Move down"}));
+                         "Add to current database", "Insert a voice from the current database", "-",
+                         "Paste", "-", "Export", "Import", "-", "Move up", "Move down"}));
 }
 
 TEST_F(MainWindowTest, AnAmpersandInANameIsShownAsItIs) {
@@ -460,8 +580,7 @@ TEST_F(MainWindowTest, TheToolsStandInTheirOrderWithTheirTips) {
                         "Loads a document from disk", "Saves the document to disk",
                         "Uploads the current voice list to your synthesizer",
                         "Download your synthesizer's current voice list",
-                        "Undoes changes to your current voice list",
-                        "Displays the manual document",
+                        "Undoes changes to your current voice list", "Displays the manual document",
                         "Allows Tonewright's options to be configured", "Exits Tonewright"}));
     EXPECT_EQ(tools[0].first, 8);
     EXPECT_EQ(tools[1].first, 8 + 48 + 4);
@@ -474,6 +593,12 @@ TEST_F(MainWindowTest, TheListLeavesSixteenPixelsOnItsSides) {
     EXPECT_EQ(list->x(), 16);
     EXPECT_EQ(list->width(), window->width() - 32);
     EXPECT_EQ(list->y(), window->Tools()->geometry().bottom() + 1 + 16);
+    // At the foot there is what whole rows leave over, too.
+    const int below =
+        window->height() - StatusBarStateOf(window.get())->height - (list->geometry().bottom() + 1);
+    EXPECT_GE(below, 16);
+    EXPECT_LT(below, 16 + MainList.itemHeight);
+    EXPECT_EQ((list->height() - 2 * list->frameWidth()) % MainList.itemHeight, 0);
 }
 
 TEST_F(MainWindowTest, TheBackgroundPictureStandsInTheLowerRightCorner) {

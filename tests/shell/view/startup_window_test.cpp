@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QImage>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 
 namespace tonewright {
@@ -44,6 +46,20 @@ TEST(StartupWindow, TheCaptionIsWhiteWithABlackOutlineInTheLowerRightCorner) {
     EXPECT_GT(black, 500);
     EXPECT_GT(whiteNearRightEdge, 0);
     EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::black));
+}
+
+TEST(StartupWindow, AMessageIsNotCoveredAndTheWindowComesBackAfterIt) {
+    const auto window = ShowStartupWindowBox([] {});
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    QDialog message;
+    bool covered = true;
+    QTimer::singleShot(50, &message, [&] {
+        covered = window->isVisible();
+        message.reject();
+    });
+    message.exec();
+    EXPECT_FALSE(covered);
+    EXPECT_TRUE(window->isVisible());
 }
 
 TEST(StartupWindow, TheReleaseOfAnyMouseButtonClosesIt) {
