@@ -26,6 +26,7 @@ constexpr std::size_t LineLimit = 260; // with its terminator
 
 std::vector<HistoryEntry> Entries;
 std::size_t Capacity = 0; // RememberFileHistoryCount at start
+bool Used = false;        // an entry has been added, though it may be gone again
 
 std::string_view WithoutPin(std::string_view path) {
     return path.ends_with(PinMark) ? path.substr(0, path.size() - PinMark.size()) : path;
@@ -82,6 +83,7 @@ void HistoryInit() {
     RememberFileHistoryCount = std::min(RememberFileHistoryCount, HistoryLimit);
     Capacity = RememberFileHistoryCount;
     Entries.clear();
+    Used = false;
 }
 
 bool ReadHistoryFile(
@@ -115,7 +117,7 @@ void HistoryRead() {
 }
 
 void HistorySave() {
-    if (RememberFileHistoryCount == 0 || Entries.empty()) {
+    if (RememberFileHistoryCount == 0 || !Used) {
         return;
     }
     const File file(std::fopen(ProductUserFile(HistoryFileName), "w"));
@@ -131,6 +133,7 @@ void HistorySave() {
 void HistoryEnd() {
     Entries.clear();
     Capacity = 0;
+    Used = false;
 }
 
 void HistoryAdd(QWidget *, const std::string &path, std::int64_t time) {
@@ -149,6 +152,7 @@ void HistoryAdd(QWidget *, const std::string &path, std::int64_t time) {
         Entries.pop_back();
     }
     Entries.push_back({.path = path, .time = time == -1 ? Now() : static_cast<std::uint32_t>(time)});
+    Used = true;
     SortEntries();
     Rebuild();
 }
