@@ -109,6 +109,8 @@ struct Desktop {
 
     // Clipboard: a whole voice block under the program's own type, and its name as plain text.
     std::function<bool(std::span<const std::uint8_t> block, const std::string &name)> PutClipboard;
+    // True while something lies there under the program's own type.
+    std::function<bool()> ClipboardHasVoice;
     // The block on the clipboard as it lies there; nothing while there is none.
     std::function<std::optional<std::vector<std::uint8_t>>()> TakeClipboard;
 

@@ -59,7 +59,7 @@ std::string ClipboardVoiceName(QWidget *) {
 }
 
 bool ClipboardHoldsVoice() {
-    return TakeClipboard().has_value();
+    return TheDesktop.ClipboardHasVoice && TheDesktop.ClipboardHasVoice();
 }
 
 void ClipboardChanged() {

@@ -7,8 +7,10 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/documents.h"
+#include "shell/history.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
 #include "shell/undo.h"
@@ -52,8 +54,8 @@ constexpr CommandRow CommandTable[] = {
     {CommandTip, "&Tip of the day", nullptr, nullptr, nullptr, NotBuilt, nullptr},
     {CommandCloseAtOnce, nullptr, nullptr, nullptr, nullptr, Built, RunCloseAtOnce},
     {CommandCut, "Cu&t\tCtrl+X", "Cut", "Cut %s", "Ctrl+X", Built, nullptr},
-    {CommandCopy, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C", NotBuilt, nullptr},
-    {CommandPaste, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V", NotBuilt, nullptr},
+    {CommandCopy, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C", Built, RunCopy},
+    {CommandPaste, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V", Built, RunPaste},
     {CommandFind, "&Find synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunFind},
     {CommandEdit, nullptr, "Edit", "Edit %s", nullptr, NotBuilt, RunEdit},
     {CommandConfigure, "Con&figure &synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunConfigure, NoRefresh},
@@ -145,8 +147,9 @@ ContextEntry MakeContextEntry(int id, const std::string &name) {
             text.replace(place, 2, name);
         }
     }
-    // Copy takes the clicked row, so its entry does not wait for a selected one as the menu's does.
-    return {id, text, id == CommandCopy ? row.built : CommandEnabled(id)};
+    // The menu bar's rules do not count here: the clicked row is there to act on.
+    const bool allowed = id == CommandPaste ? ClipboardHoldsVoice() : id != CommandCut;
+    return {id, text, allowed && row.built};
 }
 
 } // namespace
@@ -196,10 +199,12 @@ std::vector<ContextEntry> BuildContextMenu(int row) {
     if (VerboseRightClickMenu != 0 && voice) {
         name = Latin1ToUtf8(VoiceObjectName(*voice));
     }
+    // Paste names the voice on the clipboard instead.
+    const std::string clipboardName =
+        VerboseRightClickMenu != 0 ? ClipboardVoiceName(TheShellWindow.window) : std::string();
     std::vector<ContextEntry> entries;
     for (const int id : ContextMenu) {
-        // Paste would name the voice on the clipboard.
-        entries.push_back(MakeContextEntry(id, id == CommandPaste ? std::string() : name));
+        entries.push_back(MakeContextEntry(id, id == CommandPaste ? clipboardName : name));
     }
     if (row > 0) {
         entries.push_back(MakeContextEntry(CommandMoveUp, name));
@@ -274,7 +279,12 @@ int ListIndexForCommand() {
 int RunCommand(int id) {
     const RunningMark running;
     const CommandRow *row = CommandOf(id);
-    const int result = row && row->built && row->run ? row->run() : 0;
+    int result = 0;
+    if (id >= HistoryFirstItem && id < HistoryFirstItem + static_cast<int>(HistoryLimit)) {
+        result = RunHistoryItem(id);
+    } else if (row && row->built && row->run) {
+        result = row->run();
+    }
     if (!row || row->refreshes) {
         RefreshCommands();
     }

@@ -101,6 +101,7 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 }
                 return clipboardWorks;
             },
+        .ClipboardHasVoice = [this] { return clipboard.has_value(); },
         .TakeClipboard = [this] { return clipboard; },
         .PlaySoundFile =
             [this](const std::string &path) {

@@ -9,9 +9,11 @@
 #include "common/sound.h"
 #include "common/text.h"
 #include "core/current.h"
+#include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/commands.h"
 #include "shell/config.h"
+#include "shell/history.h"
 #include "shell/start_up.h"
 #include "shell/undo.h"
 #include "shell/view/desktop_qt.h"
@@ -64,6 +66,8 @@ int RunLoop(const std::string &commandLinePath) {
     FillDefaultFolders();
     MainWindow window(MainWindowSize(screenSize.height()), true);
     UndoInit(&window);
+    HistoryInit();
+    HistoryRead();
     window.AddBars();
     window.AddList();
     CloseAfterFirstPaint closer;
@@ -74,12 +78,14 @@ int RunLoop(const std::string &commandLinePath) {
     window.show();
     window.List()->setFocus();
     RefreshTitle();
+    ClipboardChanged();
     if (!DisplayIsSuitable(colourDepth, screenSize.width())) {
         const RunningMark running; // the first commands do not start behind the box
         ShowChangeDriverBox(&window);
         return 0;
     }
     PostFirstDocument(commandLinePath);
+    ClipboardChanged();
     std::unique_ptr<QWidget> startupWindow;
     if (StartupWindowWanted()) {
         startupWindow = ShowStartupWindowBox(PostMainStartupDone);
@@ -87,7 +93,10 @@ int RunLoop(const std::string &commandLinePath) {
         PostMainStartupDone();
     }
     SeedRandomNumbers();
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    HistorySave();
+    HistoryEnd();
+    return exitCode;
 }
 
 } // namespace

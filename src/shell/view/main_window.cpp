@@ -10,14 +10,19 @@
 #include "common/view/theme.h"
 #include "core/current.h"
 #include "shell/command_queue.h"
+#include "shell/clipboard.h"
 #include "shell/commands.h"
 #include "shell/config.h"
+#include "shell/history.h"
 #include "shell/shell_window.h"
 #include "shell/view/about_box.h"
+#include "shell/view/history_menu.h"
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
@@ -53,6 +58,7 @@ void FillMenuBar(QMenuBar &bar, std::map<int, QAction *> &actions) {
             bar.addSeparator();
         }
         QMenu *menu = bar.addMenu(row.label);
+        menu->setObjectName(row.label);
         for (const int id : row.items) {
             if (id == 0) {
                 menu->addSeparator();
@@ -83,6 +89,8 @@ MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
     if (readConfiguration) {
         ConfigRead();
     }
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+                     ClipboardChanged);
     MakeAccelerators();
     CentreWindow(*this);
     MainListState = {};
@@ -95,6 +103,7 @@ MainWindow::~MainWindow() {
     delete list; // before the voices that it shows
     FreeListBlocks(MainList);
     MainItemFonts = {};
+    HistoryMenuChanged = nullptr;
     MainListState = {};
     TheShellWindow = {};
 }
@@ -135,6 +144,9 @@ void MainWindow::MakeMenus() {
     style->setParent(menuBar);
     menuBar->setStyle(style);
     FillMenuBar(*menuBar, actions);
+    QMenu *fileMenu = menuBar->actions().constFirst()->menu();
+    PrepareHistoryMenu(fileMenu);
+    HistoryMenuChanged = [fileMenu] { RebuildHistoryMenu(fileMenu); };
 }
 
 void MainWindow::MakeAccelerators() {
