@@ -258,21 +258,29 @@ std::uint32_t ReadInteger(std::string_view text) {
     return negative ? 0u - number : number;
 }
 
-bool ReadSpinRange(const char *text, SpinRange &range) {
+int ScanSpinRange(const char *text, SpinRange &range) {
     const std::string_view all(text);
-    SpinRange read;
     std::size_t position = 0;
-    int *const numbers[] = {&read.minimum, &read.maximum, &read.start};
-    for (int *number : numbers) {
-        if (number != numbers[0]) {
+    int found = 0;
+    for (int *number : {&range.minimum, &range.maximum, &range.start}) {
+        if (found > 0) {
             if (position >= all.size() || all[position] != ',') {
-                return false;
+                break;
             }
             ++position;
         }
         if (!ReadSigned(all, position, *number)) {
-            return false;
+            break;
         }
+        ++found;
+    }
+    return found;
+}
+
+bool ReadSpinRange(const char *text, SpinRange &range) {
+    SpinRange read;
+    if (ScanSpinRange(text, read) < 3) {
+        return false;
     }
     range = read;
     return true;

@@ -218,6 +218,20 @@ TEST(ReadSpinRange, LeavesTheRangeAloneWhenANumberIsMissing) {
     }
 }
 
+TEST(ScanSpinRange, TakesTheNumbersThatAreThereAndCountsThem) {
+    const auto scan = [](const char *text) {
+        SpinRange range{.minimum = -7, .maximum = -8, .start = -9};
+        const int found = ScanSpinRange(text, range);
+        return std::vector{found, range.minimum, range.maximum, range.start};
+    };
+    EXPECT_EQ(scan("1,16,10"), (std::vector{3, 1, 16, 10}));
+    EXPECT_EQ(scan("1,16"), (std::vector{2, 1, 16, -9}));
+    EXPECT_EQ(scan("1,16,"), (std::vector{2, 1, 16, -9}));
+    EXPECT_EQ(scan("1;16,10"), (std::vector{1, 1, -8, -9}));
+    EXPECT_EQ(scan("range 1,16,10"), (std::vector{0, -7, -8, -9}));
+    EXPECT_EQ(scan(""), (std::vector{0, -7, -8, -9}));
+}
+
 TEST(ReadSpinRange, LimitsNumbersThatAreTooLong) {
     SpinRange range;
     ASSERT_TRUE(ReadSpinRange("-99999999999999999999,99999999999999999999,0", range));

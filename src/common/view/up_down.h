@@ -1,0 +1,47 @@
+// The two small arrow buttons beside the edit of a whole number. In a dialog template the property
+// `rangeText` of the arrows of edit 118, the control 10118, is "minimum,maximum,start".
+#pragma once
+
+#include "common/text.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <string>
+
+class QLineEdit;
+class QToolButton;
+
+namespace tonewright {
+
+constexpr std::uint32_t UpDownOffset = 10000; // number of the arrows minus that of their edit
+
+class UpDown : public QWidget {
+public:
+    explicit UpDown(QWidget *parent = nullptr);
+
+    // Called with +1 or -1 for each step: a press of an arrow, again and again while it is held,
+    // and once `edit` was given to FollowEdit, its arrow keys and the wheel over it. Empty:
+    // nothing.
+    std::function<void(int step)> stepped;
+    void FollowEdit(QLineEdit *edit);
+
+    // The property `rangeText`; empty when the template gives none.
+    std::string RangeText() const;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    QToolButton *MakeArrow(Qt::ArrowType arrow, int step);
+    void Step(int step);
+
+    int wheelRest = 0; // of a turn that is not yet a whole notch, in eighths of a degree
+};
+
+// Lets the arrows step the number in an edit. A number beyond the range counts as the nearest one
+// in it, and the steps stay in it.
+void StepNumberIn(QLineEdit *edit, UpDown *arrows, const SpinRange &range);
+
+} // namespace tonewright
