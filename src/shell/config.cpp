@@ -31,16 +31,16 @@ constexpr std::uint32_t WriteOnly = ConfigWriteOnly;
 
 constexpr ConfigKey BoolKey(const char *name, std::uint32_t *value, std::uint32_t control = 0,
                             std::uint32_t flags = 0) {
-    return {name, value, ConfigBool | flags, control, nullptr};
+    return {name, value, ConfigBool | flags, control};
 }
 
 constexpr ConfigKey IntegerKey(const char *name, std::uint32_t *value, std::uint32_t control = 0,
                                std::uint32_t flags = 0) {
-    return {name, value, ConfigInteger | flags, control, nullptr};
+    return {name, value, ConfigInteger | flags, control};
 }
 
 constexpr ConfigKey TextKey(const char *name, std::string *value, std::uint32_t flags = 0) {
-    return {name, value, ConfigText | flags, 0, nullptr};
+    return {name, value, ConfigText | flags, 0};
 }
 
 constexpr ConfigKey Keys[] = {

@@ -13,9 +13,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
+
+class QWidget;
 
 namespace tonewright {
 
@@ -37,12 +40,18 @@ struct ConfigChoice {
     std::uint32_t value;
 };
 
+// Asks for a file or folder, beginning in `folder`. Nothing when the user cancels.
+using ConfigBrowseFunction = std::optional<std::string> (*)(QWidget *owner,
+                                                            const std::string &folder);
+
 struct ConfigKey {
     const char *name; // as it stands in the file
     std::variant<std::uint32_t *, std::string *> value;
     std::uint32_t flags;
-    std::uint32_t control;     // of the Setup pages; 0 for none
-    const ConfigChoice *items; // null when the control has its own
+    std::uint32_t control; // of the Setup pages; 0 for none
+    // The choices of a list, or what the browse button does; null for neither, as with a list whose
+    // page fills it.
+    std::variant<const ConfigChoice *, ConfigBrowseFunction> items = {};
 };
 
 // All settings, in the order of the written file.

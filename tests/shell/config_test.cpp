@@ -143,7 +143,7 @@ TEST_F(Config, TheTableHasEveryKeyInItsOrderWithItsTypeAndControl) {
         EXPECT_STREQ(ConfigKeys[i].name, Rows[i].name);
         EXPECT_EQ(ConfigKeys[i].flags, Rows[i].flags) << Rows[i].name;
         EXPECT_EQ(ConfigKeys[i].control, Rows[i].control) << Rows[i].name;
-        EXPECT_EQ(ConfigKeys[i].items, nullptr) << Rows[i].name;
+        EXPECT_EQ(std::get<const ConfigChoice *>(ConfigKeys[i].items), nullptr) << Rows[i].name;
         const bool text = (Rows[i].flags & T) != 0;
         EXPECT_EQ(std::holds_alternative<std::string *>(ConfigKeys[i].value), text) << Rows[i].name;
     }
