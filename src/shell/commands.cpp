@@ -11,6 +11,7 @@
 #include "shell/command_queue.h"
 #include "shell/documents.h"
 #include "shell/history.h"
+#include "shell/setup_flow.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
 #include "shell/undo.h"
@@ -42,7 +43,7 @@ constexpr CommandRow CommandTable[] = {
     {CommandOpen, "&Open\tCtrl+0", nullptr, nullptr, "Ctrl+O", Built, RunOpen},
     {CommandSave, "&Save\tCtrl+S", nullptr, nullptr, "Ctrl+S", Built, RunSave},
     {CommandManual, "&Manual", nullptr, nullptr, nullptr, Built, RunManual},
-    {CommandSettings, "Set&tings", nullptr, nullptr, nullptr, NotBuilt, nullptr},
+    {CommandSettings, "Set&tings", nullptr, nullptr, nullptr, Built, RunSettings},
     {CommandExit, "E&xit", nullptr, nullptr, nullptr, Built, RunExit},
     {CommandPrint, "&Print", nullptr, nullptr, nullptr, NotBuilt, nullptr},
     {CommandDownload, "&Download current voices", nullptr, nullptr, nullptr, NotBuilt, RunDownload},

@@ -17,6 +17,7 @@
 #include "shell/shell_window.h"
 #include "shell/view/about_box.h"
 #include "shell/view/history_menu.h"
+#include "shell/view/setup_dialog.h"
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
 
@@ -136,6 +137,14 @@ void MainWindow::ConnectShell() {
     };
     TheShellWindow.Wake = [this] { QTimer::singleShot(0, this, [] { RunNextPosted(); }); };
     TheShellWindow.ShowAboutBox = [this] { ShowAboutBox(this); };
+    TheShellWindow.ShowSetup = [this] { SetupShow(this); };
+    TheShellWindow.DropBackground = [this] { DropBackground(); };
+    TheShellWindow.RepaintWindow = [this] { update(); };
+    TheShellWindow.RepaintTools = [this] {
+        if (toolBar) {
+            toolBar->RepaintButtons();
+        }
+    };
 }
 
 void MainWindow::MakeMenus() {
@@ -200,7 +209,6 @@ void MainWindow::PlaceChildren() {
 void MainWindow::DropBackground() {
     backgroundState = Background::NotLoaded;
     background = {};
-    update();
 }
 
 void MainWindow::paintEvent(QPaintEvent *) {

@@ -37,7 +37,7 @@ public:
 
     // Path of the picture in the lower right corner of the background.
     std::string backgroundPath;
-    // Loads the picture anew at the next painting.
+    // Has the picture loaded anew at the next painting.
     void DropBackground();
 
 protected:

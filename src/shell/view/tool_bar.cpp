@@ -49,6 +49,12 @@ void ToolBar::SetToolEnabled(int commandId, bool enabled) {
     }
 }
 
+void ToolBar::RepaintButtons() {
+    for (const auto &[commandId, button] : buttons) {
+        button->update();
+    }
+}
+
 void ToolBar::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     ThemeDrawToolbarBackground(painter, rect());

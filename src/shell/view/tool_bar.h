@@ -23,6 +23,7 @@ class ToolBar : public QWidget {
 public:
     explicit ToolBar(QWidget *parent);
     void SetToolEnabled(int commandId, bool enabled);
+    void RepaintButtons();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

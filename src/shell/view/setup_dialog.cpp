@@ -1,0 +1,188 @@
+// Builds the sheet of settings out of its two templates.
+#include "shell/view/setup_dialog.h"
+
+#include "common/settings.h"
+#include "common/view/centre_window.h"
+#include "common/view/dialog_controls.h"
+#include "common/view/fonts.h"
+#include "common/view/theme.h"
+#include "shell/config.h"
+#include "shell/show_document.h"
+#include "ui_SetupPropertyOne.h"
+#include "ui_SetupPropertyTwo.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tonewright {
+namespace {
+
+constexpr std::uint32_t LargestPageIndex = 2;
+constexpr std::uint32_t ControlDecoration = 10;
+constexpr std::uint32_t ControlSelectTheme = 2001;
+constexpr std::uint32_t DecorationPicture = 103;
+constexpr int SheetMargin = 10; // pixels
+
+void FillPageOne(QWidget *page) {
+    auto *decoration = ControlOf<QLabel>(page, ControlDecoration);
+    const QSize size(ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight));
+    if (size.width() >= 1 && size.height() >= 1) {
+        decoration->setFixedSize(size);
+    }
+    auto *selectTheme = ControlOf<QPushButton>(page, ControlSelectTheme);
+    MakeSoftButton(selectTheme);
+    selectTheme->setEnabled(false); // there is one theme only
+}
+
+void FillPageTwo(QWidget *page) {
+    ControlOf<QComboBox>(page, 134)->addItems({"None", "Soft", "Flex", "Wedge"});
+}
+
+template <typename Template> void MakeTemplate(QWidget *page) {
+    Template().setupUi(page);
+}
+
+struct PageRow {
+    const char *title;
+    void (*make)(QWidget *page); // puts the template's controls on the page
+    void (*fill)(QWidget *page); // what no key says about them
+};
+constexpr PageRow Pages[] = {
+    {"Options", MakeTemplate<Ui::SetupPropertyOne>, FillPageOne},
+    {"Application", MakeTemplate<Ui::SetupPropertyTwo>, FillPageTwo},
+};
+
+// The room that a page needs, found out on one that is never shown.
+QSize PageSize(const PageRow &row, const QFont &font) {
+    QWidget page;
+    page.setFont(font);
+    row.make(&page);
+    row.fill(&page);
+    return page.sizeHint();
+}
+
+class SetupSheet : public QDialog {
+public:
+    explicit SetupSheet(QWidget *owner) : QDialog(owner) {
+        setWindowTitle("Settings");
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+        setFont(DialogFont());
+        MakeFrame();
+        const auto first = std::min(SetupPageIndex, LargestPageIndex);
+        tabs->setCurrentIndex(static_cast<int>(first)); // there is no page 2: stays on page 0
+        ActivatePage(tabs->currentIndex());
+        connect(tabs, &QTabWidget::currentChanged, this, &SetupSheet::ActivatePage);
+        FocusFirstControl();
+        adjustSize();
+        CentreWindow(*this);
+    }
+
+    void accept() override {
+        for (int index = 0; index < tabs->count(); ++index) {
+            if (PageIsMade(index)) {
+                ControlsToKeys(tabs->widget(index), ConfigKeys);
+            }
+        }
+        QDialog::accept();
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override {
+        if (event->key() == Qt::Key_F1) {
+            ShowHelpTopic(this, HelpTopicOf(focusWidget(), ConfigKeys));
+            return;
+        }
+        QDialog::keyPressEvent(event);
+    }
+
+private:
+    void MakeFrame() {
+        auto *rows = new QVBoxLayout(this);
+        rows->setContentsMargins(SheetMargin, SheetMargin, SheetMargin, SheetMargin);
+        rows->setSpacing(SheetMargin);
+        tabs = new QTabWidget(this);
+        QSize size;
+        for (const PageRow &row : Pages) {
+            size = size.expandedTo(PageSize(row, font()));
+        }
+        for (const PageRow &row : Pages) {
+            auto *page = new QWidget;
+            page->setMinimumSize(size);
+            tabs->addTab(page, row.title);
+        }
+        rows->addWidget(tabs);
+        rows->addWidget(MakeButtons());
+        rows->setSizeConstraint(QLayout::SetFixedSize);
+    }
+
+    QWidget *MakeButtons() {
+        auto *box = new QDialogButtonBox(this);
+        const auto add = [&](const char *caption, QDialogButtonBox::ButtonRole role,
+                             std::uint32_t number) {
+            QPushButton *button = box->addButton(caption, role);
+            button->setObjectName(ControlName(number));
+            button->setMinimumSize(96, 30);
+            MakeSoftButton(button);
+            return button;
+        };
+        add("OK", QDialogButtonBox::AcceptRole, 1)->setDefault(true);
+        add("Cancel", QDialogButtonBox::RejectRole, 2);
+        add("Help", QDialogButtonBox::HelpRole, 9);
+        connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        connect(box, &QDialogButtonBox::helpRequested, this,
+                [this] { ShowHelpTopic(this, HelpTopicOf(nullptr, ConfigKeys)); });
+        return box;
+    }
+
+    bool PageIsMade(int index) const { return tabs->widget(index)->layout() != nullptr; }
+
+    void ActivatePage(int index) {
+        SetupPageIndex = static_cast<std::uint32_t>(index);
+        if (PageIsMade(index)) {
+            return;
+        }
+        QWidget *page = tabs->widget(index);
+        Pages[index].make(page);
+        Pages[index].fill(page);
+        KeysToControls(page, ConfigKeys);
+        ConnectKeyControls(page, ConfigKeys);
+        // Once the sheet is on the screen and its frame is known.
+        QTimer::singleShot(0, page, [this, page] {
+            if (auto *decoration = ControlOf<QLabel>(page, ControlDecoration)) {
+                decoration->setPixmap(
+                    PictureOf(DecorationPicture, decoration->size(), devicePixelRatioF()));
+            }
+            CentreWindow(*this);
+        });
+    }
+
+    void FocusFirstControl() {
+        const QWidget *page = tabs->currentWidget();
+        for (QWidget *control : page->findChildren<QWidget *>()) {
+            if (control->isEnabled() && (control->focusPolicy() & Qt::TabFocus)) {
+                control->setFocus();
+                return;
+            }
+        }
+    }
+
+    QTabWidget *tabs = nullptr; // a child
+};
+
+} // namespace
+
+void SetupShow(QWidget *window) {
+    SetupSheet sheet(window ? window->window() : nullptr);
+    sheet.exec();
+}
+
+} // namespace tonewright
