@@ -4,6 +4,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
 #include "common/view/system_colours.h"
+#include "common/view/text_line.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -124,8 +125,7 @@ protected:
         painter.setPen(SystemColourOf(SystemColour::DarkShadow3D));
         painter.drawRect(rect().adjusted(0, 0, -1, -1));
         const QRect inside = rect().adjusted(TextMargin, 0, -TextMargin, 0);
-        painter.drawText(inside, Qt::AlignCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text, Qt::ElideRight, inside.width()));
+        DrawTextLine(painter, inside, text, Qt::AlignHCenter);
     }
 
 private:

@@ -4,6 +4,7 @@
 
 #include "common/view/fonts.h"
 #include "common/view/system_colours.h"
+#include "common/view/text_line.h"
 
 #include <QEvent>
 #include <QFontMetrics>
@@ -154,11 +155,9 @@ private:
         if (pane.text.isEmpty()) {
             return;
         }
-        const QFontMetrics metrics(state.font);
         painter.setFont(state.font);
         painter.setPen(SystemColourOf(SystemColour::ButtonText));
-        painter.drawText(inside, pane.alignment | Qt::AlignVCenter | Qt::TextSingleLine,
-                         metrics.elidedText(pane.text, Qt::ElideRight, inside.width()));
+        DrawTextLine(painter, inside, pane.text, Qt::Alignment(pane.alignment));
     }
 
     // What is filled already stays filled until a position of 0 empties the meter.

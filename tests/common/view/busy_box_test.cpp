@@ -15,6 +15,9 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
+#include <utility>
+
 namespace tonewright {
 namespace {
 
@@ -110,6 +113,35 @@ TEST(BusyBox, ALongTextStaysInsideOfTheBox) {
         EXPECT_EQ(image.pixel(5, y), SystemColourOf(SystemColour::ButtonFace).rgb());
         EXPECT_EQ(image.pixel(image.width() - 6, y),
                   SystemColourOf(SystemColour::ButtonFace).rgb());
+    }
+    CloseBusyBoxWindow();
+}
+
+TEST(BusyBox, ATextIsWrittenWholeInTheMiddleWithAnyCharacterInIt) {
+    ShowBusyBoxWindow(nullptr, "Downloading");
+    // The columns of ink, from the first to the last one.
+    const auto columns = [](const QString &text) {
+        SetBusyBoxText(text.toStdString());
+        const QImage image = Box()->grab().toImage();
+        const QRgb face = SystemColourOf(SystemColour::ButtonFace).rgb();
+        std::pair<int, int> range(image.width(), 0);
+        for (int x = 1; x < image.width() - 1; ++x) {
+            for (int y = 1; y < image.height() - 1; ++y) {
+                if (image.pixel(x, y) != face) {
+                    range = {std::min(range.first, x), x};
+                }
+            }
+        }
+        return range;
+    };
+    const auto whole = columns("ABCDEFGH");
+    EXPECT_NEAR(whole.first, Box()->width() - 1 - whole.second, 2);
+    const auto start = columns("AB");
+    EXPECT_LT(whole.first, start.first - 10);
+    for (int code = 0x80; code <= 0x9F; ++code) {
+        const auto range = columns(QString("AB") + QChar(code) + "CDEFGH");
+        EXPECT_LE(range.first, whole.first) << std::hex << code;
+        EXPECT_GE(range.second, whole.second) << std::hex << code;
     }
     CloseBusyBoxWindow();
 }

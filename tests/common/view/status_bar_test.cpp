@@ -172,6 +172,27 @@ TEST_F(StatusBarTest, ALongTextEndsInsideOfItsPane) {
     EXPECT_NE(image, blank);
 }
 
+TEST_F(StatusBarTest, ATextIsWrittenWholeWithAnyCharacterInIt) {
+    // The last column of the first pane that holds ink.
+    const auto end = [this](const QString &text) {
+        SetStatusBarText(&window, text.toStdString());
+        const QImage image = bar->grab().toImage();
+        const QRgb face = SystemColourOf(SystemColour::ButtonFace).rgb();
+        int last = 0;
+        for (int x = 8; x < 298; ++x) {
+            for (int y = 6; y < image.height() - 6; ++y) {
+                last = image.pixel(x, y) != face ? x : last;
+            }
+        }
+        return last;
+    };
+    const int wholeEnd = end("ABCDEFGH");
+    EXPECT_GT(wholeEnd, end("AB") + 20);
+    for (int code = 0x80; code <= 0x9F; ++code) {
+        EXPECT_GE(end(QString("AB") + QChar(code) + "CDEFGH"), wholeEnd) << std::hex << code;
+    }
+}
+
 TEST_F(StatusBarTest, AnEleventhPaneIsRefused) {
     for (int pane = 3; pane <= 10; ++pane) {
         EXPECT_TRUE(AddStatusPane(&window, "x", 20, StatusPaneText)) << pane;

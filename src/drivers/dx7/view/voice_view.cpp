@@ -3,16 +3,15 @@
 
 #include "common/view/fonts.h"
 #include "common/view/strokes.h"
+#include "common/view/system_colours.h"
+#include "common/view/text_line.h"
 #include "drivers/dx7/view/algorithm_view.h"
 #include "drivers/dx7/voice_codec.h"
 
 #include <algorithm>
 #include <optional>
 
-#include <QApplication>
-#include <QFontMetrics>
 #include <QPainter>
-#include <QPalette>
 
 namespace tonewright {
 
@@ -39,13 +38,9 @@ QString PlaceText(int index) {
     return QStringLiteral("Voice %1").arg(index + 1);
 }
 
-// One line of text in the painter's font and pen, at the left of `box` and vertically centred; a
-// text that is too wide ends in an ellipsis.
 void WriteLine(QPainter &painter, const Rectangle &box, const QString &text) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int cell = metrics.ascent() + metrics.descent();
-    painter.drawText(box.left, box.top + (box.bottom - box.top - cell) / 2 + metrics.ascent(),
-                     metrics.elidedText(text, Qt::ElideRight, box.right - box.left));
+    DrawTextLine(painter, QRect(box.left, box.top, box.right - box.left, box.bottom - box.top),
+                 text);
 }
 
 void SelectFont(QPainter &painter, const FontDescription &font) {
@@ -89,10 +84,10 @@ int Dx7DrawVoiceItem(const DrawItem &item, const ItemFonts &fonts, const VoiceOb
                .bottom = area.bottom - 4},
               face->name);
 
-    const QPalette palette = QApplication::palette();
-    const QColor ink = item.selected ? palette.color(QPalette::HighlightedText) : QColor(Qt::black);
+    const QColor ink =
+        item.selected ? SystemColourOf(SystemColour::HighlightText) : QColor(Qt::black);
     const QColor background =
-        item.selected ? palette.color(QPalette::Highlight) : QColor(Qt::white);
+        item.selected ? SystemColourOf(SystemColour::Highlight) : QColor(Qt::white);
     DrawDx7Algorithm(painter,
                      {.left = area.left + 280,
                       .top = area.top + 4,

@@ -387,6 +387,16 @@ TEST(Dx7VoiceItem, BytesOfANameAreLatin1) {
     EXPECT_EQ(image.copy(NameArea), expected.copy(NameArea));
 }
 
+TEST(Dx7VoiceItem, BytesFrom0x80To0x9FInANameCutNothingOff) {
+    for (int byte = 0x80; byte <= 0x9F; ++byte) {
+        const QImage image = PaintItem(
+            MakeVoice("AB" + std::string(1, static_cast<char>(byte)) + "CDEFGH", 4), 0, false);
+        const QImage expected = PaintText(FontOfHeight("TIMES NEW ROMAN", 28, 700), 16, 16, 44,
+                                          QString("AB") + QChar(byte) + "CDEFGH");
+        EXPECT_EQ(image.copy(NameArea), expected.copy(NameArea)) << std::hex << byte;
+    }
+}
+
 TEST(Dx7VoiceItem, AnUnselectedItemShowsItsPictureBlackOnWhite) {
     const QImage image = PaintItem(MakeVoice("X", 21), 0, false, Black, Untouched);
     EXPECT_TRUE(HasPixel(image, QRect(280, 4, ItemWidth - 304, 40), Black));
@@ -554,6 +564,18 @@ TEST(Dx7PrintedVoice, NameAndPlaceStandInTheLeftPartOfTheCell) {
     const QRect text(20, 113, 264, 74);
     EXPECT_EQ(page.copy(text), expected.copy(text));
     EXPECT_TRUE(HasPixel(page, text, Black));
+}
+
+TEST(Dx7PrintedVoice, AByte0x9CInANameCutsNothingOff) {
+    const QRect text(20, 155, 264, 32);
+    const QRect whole = InkOf(PrintPage(2, 32, MakeVoice("ABCDEFGH", 32)), text, White);
+    const QRect ink = InkOf(PrintPage(2, 32,
+                                      MakeVoice("AB\x9C"
+                                                "CDEFGH",
+                                                32)),
+                            text, White);
+    EXPECT_GT(whole.width(), 100);
+    EXPECT_GE(ink.right(), whole.right());
 }
 
 TEST(Dx7PrintedVoice, ANameTooWideForItsBoxEndsInAnEllipsis) {
