@@ -10,12 +10,12 @@
 namespace tonewright {
 
 // Up to `limit` bytes from the start of a regular file. Nothing when it cannot be opened or read,
-// or is a folder.
+// or is a folder, a pipe or a device.
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit);
 
 enum class WriteOutcome {
     Done,
-    NotOpened, // the file could not be opened for writing; it is as it was
+    NotOpened, // the file could not be opened for writing, or is no regular file; it is as it was
     Short,     // not all bytes could be written; the file has been deleted
 };
 // Cuts the file to zero length and writes `bytes`.

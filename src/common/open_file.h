@@ -11,7 +11,9 @@ struct FileCloser {
 };
 using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 
-// As std::fopen: `mode` is "rb", "wb" and so on. Null when the file cannot be opened.
+// As std::fopen, for regular files only: `mode` is "rb", "r+b", "wb" or "w". Null, with the reason
+// in errno, when there is no such file, it cannot be opened, or a folder, a pipe or a device stands
+// in its place. Never waits for the other end of a pipe.
 FilePointer OpenFile(const char *path, const char *mode);
 
 } // namespace tonewright

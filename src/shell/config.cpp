@@ -190,12 +190,6 @@ fs::path PathOf(const std::string &utf8) {
     return fs::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
 }
 
-// Opens a regular file for reading, so that neither a folder nor a pipe is taken for one.
-FilePointer OpenRegularFile(const char *path) {
-    std::error_code error;
-    return fs::is_regular_file(PathOf(path), error) ? OpenFile(path, "rb") : nullptr;
-}
-
 std::string LineOfKey(const ConfigKey &row) {
     if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
         return FormatText("%s = %u\n", row.name, static_cast<unsigned>(**number));
@@ -280,10 +274,6 @@ ProfilePlace FindProfileKey(std::string_view text, std::string_view section, std
 
 // The text of a file; nothing when it cannot be read or is too long.
 std::optional<std::string> ReadProfile(const char *path) {
-    std::error_code error;
-    if (!fs::is_regular_file(PathOf(path), error)) {
-        return std::nullopt;
-    }
     const auto bytes = ReadFileBytes(path, ProfileLimit + 1);
     if (!bytes || bytes->size() > ProfileLimit) {
         return std::nullopt;
@@ -308,7 +298,7 @@ std::optional<std::string> FindProfileText(const char *path, const char *section
 // Puts a whole new text in the place of a file, or leaves the file as it is.
 bool ReplaceProfile(const char *path, const std::string &text) {
     if (FileExists(path) && !OpenFile(path, "r+b")) {
-        return false; // read-only
+        return false; // read-only, or no regular file
     }
     std::error_code error;
     const fs::path target = fs::weakly_canonical(PathOf(path), error);
@@ -431,7 +421,7 @@ void ConfigRead() {
 }
 
 int ConfigReadFile(const char *path) {
-    const FilePointer file = OpenRegularFile(path);
+    const FilePointer file = OpenFile(path, "rb");
     if (!file) {
         return 0;
     }

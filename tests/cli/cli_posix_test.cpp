@@ -190,6 +190,16 @@ TEST(CliSaveOnPosix, DeletesWhatItCouldNotWriteWholeAndSaysWhy) {
     EXPECT_FALSE(folder.Holds("out.syx"));
 }
 
+TEST(CliOnAPipe, CheckRefusesItAndGoesOn) {
+    const TempFolder folder;
+    const std::string pipe = MakePipe(folder.File("a.syx"));
+    const std::string bank = folder.Write("b.syx", TestBank());
+    const auto result = RunProgram({TONEWRIGHT_CLI, "check", pipe, bank});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output,
+              pipe + "\trefused\tnot readable: Operation not supported\n" + bank + "\tok\t32\n");
+}
+
 TEST(CliWithoutPermission, SaysThatAFileIsNotReadable) {
     const TempFolder folder;
     const std::string bank = folder.Write("a.syx", TestBank());

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <sys/stat.h>
 
 namespace tonewright {
@@ -44,6 +45,60 @@ TEST(ReadFileBytes, GivesNothingWithoutPermission) {
     const std::string path = folder.Write("file", Bytes{1, 2});
     ASSERT_EQ(chmod(path.c_str(), 0), 0);
     RunUnprivileged([&] { EXPECT_FALSE(ReadFileBytes(path.c_str(), 10)); });
+}
+
+TEST(ReadFileBytes, GivesNothingForAPipeWithoutAWriterAndDoesNotWaitForOne) {
+    const TempFolder folder;
+    const std::string path = MakePipe(folder.File("x.syx"));
+    EXPECT_FALSE(ReadFileBytes(path.c_str(), 10));
+    std::filesystem::create_symlink(path, folder.File("link.syx"));
+    EXPECT_FALSE(ReadFileBytes(folder.File("link.syx").c_str(), 10));
+}
+
+TEST(ReadFileBytes, TakesNothingOutOfAPipeThatIsInUse) {
+    const TempFolder folder;
+    const std::string path = MakePipe(folder.File("x.syx"));
+    const BusyPipe pipe(path, Bytes(100, 5));
+    EXPECT_FALSE(ReadFileBytes(path.c_str(), 10));
+    EXPECT_EQ(pipe.Waiting(), 100);
+}
+
+TEST(ReadFileBytes, GivesNothingForADevice) {
+    EXPECT_FALSE(ReadFileBytes("/dev/zero", 10));
+    EXPECT_FALSE(ReadFileBytes("/dev/null", 10));
+}
+
+TEST(ReadFileBytes, LeavesTheReasonInErrno) {
+    const TempFolder folder;
+    const auto reason = [](const std::string &path) {
+        errno = 0;
+        EXPECT_FALSE(ReadFileBytes(path.c_str(), 10));
+        return errno;
+    };
+    EXPECT_EQ(reason(folder.File("missing")), ENOENT);
+    EXPECT_EQ(reason(folder.path.string()), EISDIR);
+    EXPECT_EQ(reason(MakePipe(folder.File("pipe"))), ENOTSUP);
+}
+
+TEST(WriteFileBytes, OpensNoPipeAndDoesNotWaitForAReader) {
+    const TempFolder folder;
+    const std::string path = MakePipe(folder.File("x.syx"));
+    EXPECT_EQ(WriteFileBytes(path.c_str(), Bytes(10, 5)), WriteOutcome::NotOpened);
+    EXPECT_TRUE(std::filesystem::is_fifo(path));
+    const BusyPipe pipe(path, Bytes(100, 5));
+    EXPECT_EQ(WriteFileBytes(path.c_str(), Bytes(10, 5)), WriteOutcome::NotOpened);
+    EXPECT_EQ(pipe.Waiting(), 100);
+    EXPECT_TRUE(std::filesystem::is_fifo(path));
+}
+
+TEST(CopyFileTo, NeitherCopiesAPipeNorReplacesOne) {
+    const TempFolder folder;
+    const std::string pipe = MakePipe(folder.File("x.syx"));
+    const std::string file = folder.Write("file", Bytes{1});
+    EXPECT_FALSE(CopyFileTo(pipe.c_str(), folder.File("to").c_str()));
+    EXPECT_FALSE(folder.Holds("to"));
+    EXPECT_FALSE(CopyFileTo(file.c_str(), pipe.c_str()));
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
 TEST(CopyFileTo, RemovesACopyThatFallsShort) {

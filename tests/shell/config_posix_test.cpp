@@ -109,9 +109,21 @@ TEST_F(ConfigObstacles, AFileBehindALinkStaysBehindIt) {
     EXPECT_TRUE(ReadTestText(real).starts_with(";Tonewright configuration file\n"));
 }
 
-TEST_F(ConfigObstacles, APipeInPlaceOfTheFileDoesNotHoldTheReaderUp) {
-    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+TEST_F(ConfigObstacles, APipeInPlaceOfTheFileHoldsNeitherReaderNorWriterUp) {
+    MakePipe(path);
+    EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
     ConfigRead();
     EXPECT_EQ(ReadProfileText("Tonewright", "A", "none"), "none");
     EXPECT_FALSE(WriteProfileText("Tonewright", "A", "2"));
+    ConfigWrite();
+    EXPECT_TRUE(std::filesystem::is_fifo(path));
+    EXPECT_FALSE(std::filesystem::exists(maker + "Backup of Tonewright 17.ini"));
+}
+
+TEST_F(ConfigObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
+    WriteTestText(path, "MaxUndoLevel = 9\n");
+    const std::string backup = MakePipe(maker + "Backup of Tonewright 17.ini");
+    ConfigWrite();
+    EXPECT_TRUE(std::filesystem::is_fifo(backup));
+    EXPECT_TRUE(ReadTestText(path).starts_with(";Tonewright configuration file\n"));
 }

@@ -1,14 +1,18 @@
-// Real obstacles for tests on POSIX systems: a limit on the size of files, and a child process that
-// is not root.
+// Real obstacles for tests on POSIX systems: a limit on the size of files, a child process that is
+// not root, and a named pipe in place of a file.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <functional>
 #include <grp.h>
+#include <span>
+#include <string>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -57,5 +61,31 @@ inline void RunUnprivileged(const std::function<void()> &body) {
         << (WEXITSTATUS(status) == StillPrivileged ? "could not become an unprivileged user"
                                                    : "see the failures above");
 }
+
+// A named pipe. Whoever opens its only other end the plain way waits for ever.
+inline std::string MakePipe(const std::string &path) {
+    EXPECT_EQ(mkfifo(path.c_str(), 0666), 0);
+    return path;
+}
+
+// Both ends of a named pipe held open, with some bytes in it.
+struct BusyPipe {
+    int descriptor;
+
+    BusyPipe(const std::string &path, std::span<const unsigned char> bytes)
+        : descriptor(open(path.c_str(), O_RDWR | O_NONBLOCK)) {
+        EXPECT_EQ(write(descriptor, bytes.data(), bytes.size()),
+                  static_cast<ssize_t>(bytes.size()));
+    }
+    ~BusyPipe() { close(descriptor); }
+    BusyPipe(const BusyPipe &) = delete;
+    BusyPipe &operator=(const BusyPipe &) = delete;
+
+    // How many bytes wait in it.
+    ssize_t Waiting() const {
+        unsigned char bytes[65536];
+        return read(descriptor, bytes, sizeof bytes);
+    }
+};
 
 } // namespace tonewright

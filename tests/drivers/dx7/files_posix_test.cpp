@@ -157,6 +157,31 @@ TEST_F(Dx7FilesPosix, AReadOnlyVoiceIsNeitherWrittenNorDeleted) {
     EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2, 3}));
 }
 
+TEST_F(Dx7FilesPosix, APipeInPlaceOfADocumentIsRefusedAtOnce) {
+    CreateBackups = 0;
+    const std::string bank = MakePipe(folder.File("x.syx"));
+    const std::string file = MakePipe(folder.File("x.sy1"));
+    std::int64_t time = 0;
+    EXPECT_EQ(Dx7OpenBank(nullptr, list, bank.c_str(), &time), 0);
+    EXPECT_EQ(Dx7SaveBank(nullptr, list, bank.c_str()), 0);
+    VoiceObject voice;
+    EXPECT_EQ(Dx7ImportVoice(nullptr, list, 0, file.c_str(), &voice), 0);
+    EXPECT_EQ(Dx7ExportVoice(nullptr, list, nullptr, file.c_str(), 0, 0), 0);
+    EXPECT_TRUE(std::filesystem::is_fifo(bank));
+    EXPECT_TRUE(std::filesystem::is_fifo(file));
+    EXPECT_EQ(list.items, ListOfOne().items);
+    EXPECT_TRUE(list.enabled);
+}
+
+TEST_F(Dx7FilesPosix, APipeHasNoBackupWhichIsAskedAbout) {
+    CreateBackups = 1;
+    const std::string bank = MakePipe(folder.File("x.syx"));
+    desktop.ExpectYesNo(BackupQuestion, ResultYes);
+    EXPECT_EQ(Dx7SaveBank(nullptr, list, bank.c_str()), 0);
+    desktop.ExpectNothingLeft();
+    EXPECT_TRUE(std::filesystem::is_fifo(bank));
+}
+
 TEST_F(Dx7FilesPosix, InAReadOnlyFolderTheBackupFailsAndIsAskedAbout) {
     CreateBackups = 1;
     const std::string path = folder.Write("bank.syx", Bytes{1, 2, 3});
