@@ -4,6 +4,7 @@
 #include "common/open_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -20,14 +21,44 @@ fs::path PathOf(const char *utf8) {
     return fs::path(reinterpret_cast<const char8_t *>(utf8));
 }
 
-// Removes a file that was opened for writing here. Anything but a regular file (a device node, a
-// pipe) is no file of ours and stays.
+// Removes a file that was written here. Behind a link it is the file that goes, since that is what
+// was cut; the link stays for the next file. Keeps errno, which tells why the writing failed.
 void DeleteFile(const char *path) {
+    const int reason = errno;
     std::error_code error;
-    const fs::path target = PathOf(path);
-    if (fs::is_regular_file(target, error)) {
+    const fs::path target = fs::canonical(PathOf(path), error);
+    if (!error && fs::is_regular_file(target, error)) {
         fs::remove(target, error);
     }
+    errno = reason;
+}
+
+// The entry of a folder that a path stands for: links on the way are followed, one at the end is an
+// entry of its own. Empty when the folder does not exist.
+fs::path EntryOf(const fs::path &path) {
+    std::error_code error;
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+    const fs::path real = fs::canonical(folder, error);
+    return error ? fs::path() : real / path.filename();
+}
+
+// Whether `path` stands for the entry, or is a link that leads to it or through it: without the
+// entry there would be no file behind `path`.
+bool LeadsThrough(fs::path path, const fs::path &entry) {
+    constexpr int linkLimit = 40; // as many as the system follows
+    std::error_code error;
+    for (int link = 0; link < linkLimit; ++link) {
+        path = EntryOf(path);
+        if (path == entry) {
+            return true;
+        }
+        const fs::path next = fs::read_symlink(path, error);
+        if (error) {
+            return false;
+        }
+        path = path.parent_path() / next;
+    }
+    return false;
 }
 
 } // namespace
@@ -77,11 +108,12 @@ WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> byte
 bool CopyFileTo(const char *from, const char *to) {
     const fs::path source = PathOf(from);
     const fs::path target = PathOf(to);
-    std::error_code error;
-    if (fs::equivalent(source, target, error)) {
+    if (LeadsThrough(source, EntryOf(target))) {
         return false;
     }
-    // The earlier copy goes first, since it may be read-only; a folder in its place stays.
+    std::error_code error;
+    // The earlier copy goes first, since it may be read-only, or another name of the very file that
+    // is copied; a folder in its place stays.
     const fs::file_status status = fs::symlink_status(target, error);
     if (fs::is_regular_file(status) || fs::is_symlink(status)) {
         fs::remove(target, error);

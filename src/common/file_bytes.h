@@ -18,10 +18,13 @@ enum class WriteOutcome {
     NotOpened, // the file could not be opened for writing, or is no regular file; it is as it was
     Short,     // not all bytes could be written; the file has been deleted
 };
-// Cuts the file to zero length and writes `bytes`.
+// Cuts the file to zero length and writes `bytes`, behind a link too. A link to a file that has
+// been deleted stays. Where not all was done, errno tells why.
 WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> bytes);
 
-// Copies a file, replacing `to`. False when not all of it could be copied.
+// Copies a file, replacing `to`; when `to` is a link to some file, or another name of it, that file
+// stays as it is. False when not all of it could be copied, or when both paths lead to the same
+// entry of a folder, of which there is but one.
 bool CopyFileTo(const char *from, const char *to);
 bool FileExists(const char *path);
 

@@ -29,6 +29,28 @@ TEST(WriteFileBytes, DeletesAFileThatFallsShort) {
     EXPECT_EQ(WriteWithin(1000, folder.File("file"), Bytes(1000, 5)), WriteOutcome::Done);
 }
 
+TEST(WriteFileBytes, DeletesWhatFellShortBehindALinkAndKeepsTheLink) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.File("real"));
+    const std::string real = folder.Write("real/file", Bytes(10, 1));
+    std::filesystem::create_symlink("real/file", folder.File("middle"));
+    std::filesystem::create_symlink("middle", folder.File("link"));
+    EXPECT_EQ(WriteWithin(999, folder.File("link"), Bytes(1000, 5)), WriteOutcome::Short);
+    EXPECT_FALSE(folder.Holds("real/file"));
+    EXPECT_TRUE(folder.Holds("middle"));
+    EXPECT_TRUE(folder.Holds("link"));
+    EXPECT_EQ(WriteWithin(1000, folder.File("link"), Bytes(1000, 5)), WriteOutcome::Done);
+    EXPECT_EQ(ReadTestFile(real), Bytes(1000, 5));
+}
+
+TEST(WriteFileBytes, LeavesTheReasonOfAShortWriteInErrno) {
+    const TempFolder folder;
+    std::filesystem::create_symlink("file", folder.File("link"));
+    errno = 0;
+    EXPECT_EQ(WriteWithin(999, folder.File("link"), Bytes(1000, 5)), WriteOutcome::Short);
+    EXPECT_EQ(errno, EFBIG);
+}
+
 TEST(WriteFileBytes, LeavesAReadOnlyFileAsItIs) {
     const TempFolder folder;
     ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
@@ -122,6 +144,75 @@ TEST(CopyFileTo, ReplacesAReadOnlyCopy) {
     ASSERT_EQ(chmod(folder.Write("to", Bytes{2}).c_str(), 0444), 0);
     RunUnprivileged([&] { EXPECT_TRUE(CopyFileTo(from.c_str(), folder.File("to").c_str())); });
     EXPECT_EQ(ReadTestFile(folder.File("to")), Bytes{1});
+}
+
+TEST(CopyFileTo, MakesAFileOfItsOwnOfAnotherNameOfTheSameFile) {
+    const TempFolder folder;
+    const std::string from = folder.Write("from", Bytes{1, 2});
+    const std::string to = folder.File("to");
+    std::filesystem::create_hard_link(from, to);
+    EXPECT_TRUE(CopyFileTo(from.c_str(), to.c_str()));
+    EXPECT_EQ(ReadTestFile(to), (Bytes{1, 2}));
+    WriteTestFile(from, Bytes{3});
+    EXPECT_EQ(ReadTestFile(to), (Bytes{1, 2}));
+}
+
+TEST(CopyFileTo, MakesAFileOfItsOwnOfALinkToTheSameFile) {
+    const TempFolder folder;
+    const std::string from = folder.Write("from", Bytes{1, 2});
+    const std::string to = folder.File("to");
+    for (const std::string &lead : {std::string("from"), from}) {
+        std::filesystem::remove(to);
+        std::filesystem::create_symlink(lead, to);
+        EXPECT_TRUE(CopyFileTo(from.c_str(), to.c_str()));
+        EXPECT_FALSE(std::filesystem::is_symlink(to));
+        WriteTestFile(from, Bytes{3});
+        EXPECT_EQ(ReadTestFile(to), (Bytes{1, 2}));
+        WriteTestFile(from, Bytes{1, 2});
+    }
+}
+
+TEST(CopyFileTo, OntoTheSameNameFailsHoweverItIsSpelt) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.File("real"));
+    const std::string path = folder.Write("real/file", Bytes{1, 2});
+    std::filesystem::create_hard_link(path, folder.File("real/other name"));
+    std::filesystem::create_directory_symlink("real", folder.File("linked"));
+    for (const char *name : {"real/file", "linked/file", "real/./file", "real/../linked//file"}) {
+        const std::string other = folder.File(name);
+        EXPECT_FALSE(CopyFileTo(path.c_str(), other.c_str())) << name;
+        EXPECT_FALSE(CopyFileTo(other.c_str(), path.c_str())) << name;
+        EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2}));
+    }
+    const std::filesystem::path former = std::filesystem::current_path();
+    std::filesystem::current_path(folder.File("real"));
+    EXPECT_FALSE(CopyFileTo("file", path.c_str()));
+    EXPECT_FALSE(CopyFileTo(path.c_str(), "file"));
+    EXPECT_TRUE(CopyFileTo("file", "other name"));
+    std::filesystem::current_path(former);
+    EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2}));
+}
+
+TEST(CopyFileTo, FromALinkOntoWhatItLeadsToFailsAndKeepsBoth) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.File("real"));
+    folder.Write("real/file", Bytes{1, 2});
+    std::filesystem::create_symlink("real/file", folder.File("middle"));
+    std::filesystem::create_symlink(folder.File("middle"), folder.File("link"));
+    for (const char *name : {"real/file", "middle", "link"}) {
+        EXPECT_FALSE(CopyFileTo(folder.File("link").c_str(), folder.File(name).c_str())) << name;
+        EXPECT_EQ(ReadTestFile(folder.File("link")), (Bytes{1, 2})) << name;
+        EXPECT_EQ(ReadTestFile(folder.File("real/file")), (Bytes{1, 2})) << name;
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.File("middle")));
+}
+
+TEST(CopyFileTo, FromLinksInACircleFails) {
+    const TempFolder folder;
+    std::filesystem::create_symlink("b", folder.File("a"));
+    std::filesystem::create_symlink("a", folder.File("b"));
+    EXPECT_FALSE(CopyFileTo(folder.File("a").c_str(), folder.File("to").c_str()));
+    EXPECT_FALSE(folder.Holds("to"));
 }
 
 TEST(CopyFileTo, ReplacesALinkAndNotWhatItLeadsTo) {

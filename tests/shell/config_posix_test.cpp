@@ -109,6 +109,27 @@ TEST_F(ConfigObstacles, AFileBehindALinkStaysBehindIt) {
     EXPECT_TRUE(ReadTestText(real).starts_with(";Tonewright configuration file\n"));
 }
 
+TEST_F(ConfigObstacles, ABackupThatSharesTheFileBecomesAFileOfItsOwn) {
+    const std::string backup = maker + "Backup of Tonewright 17.ini";
+    for (const bool link : {false, true}) {
+        std::filesystem::remove(path);
+        std::filesystem::remove(backup);
+        WriteTestText(path, "MaxUndoLevel = 9\n");
+        if (link) {
+            std::filesystem::create_symlink(path, backup);
+        } else {
+            std::filesystem::create_hard_link(path, backup);
+        }
+        ConfigWrite();
+        EXPECT_EQ(ReadTestText(backup), "MaxUndoLevel = 9\n") << link;
+        EXPECT_FALSE(std::filesystem::is_symlink(backup)) << link;
+        EXPECT_TRUE(ReadTestText(path).starts_with(";Tonewright configuration file\n")) << link;
+        EXPECT_EQ(ReadTestText(maker + "Backup of Backup of Tonewright 17.ini"),
+                  "MaxUndoLevel = 9\n")
+            << link;
+    }
+}
+
 TEST_F(ConfigObstacles, APipeInPlaceOfTheFileHoldsNeitherReaderNorWriterUp) {
     MakePipe(path);
     EXPECT_EQ(ConfigReadFile(path.c_str()), 0);

@@ -157,6 +157,40 @@ TEST_F(Dx7FilesPosix, AReadOnlyVoiceIsNeitherWrittenNorDeleted) {
     EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2, 3}));
 }
 
+TEST_F(Dx7FilesPosix, ABackupThatSharesTheDocumentsFileBecomesAFileOfItsOwn) {
+    CreateBackups = 1;
+    const std::string backup = folder.File("Backup of bank.syx");
+    for (const bool link : {false, true}) {
+        const std::string path = folder.Write("bank.syx", Bytes{1, 2, 3});
+        std::filesystem::remove(backup);
+        if (link) {
+            std::filesystem::create_symlink("bank.syx", backup);
+        } else {
+            std::filesystem::create_hard_link(path, backup);
+        }
+        EXPECT_EQ(Dx7SaveBank(nullptr, list, path.c_str()), 1) << link;
+        EXPECT_EQ(ReadTestFile(backup), (Bytes{1, 2, 3})) << link;
+        EXPECT_EQ(ReadTestFile(path).size(), 4104u) << link;
+        std::filesystem::remove(path);
+    }
+}
+
+TEST_F(Dx7FilesPosix, ABankBehindALinkIsSavedThere) {
+    CreateBackups = 1;
+    std::filesystem::create_directory(folder.File("real"));
+    const std::string real = folder.Write("real/bank.syx", Bytes{1, 2, 3});
+    std::filesystem::create_symlink("real/bank.syx", folder.File("bank.syx"));
+    EXPECT_EQ(Dx7SaveBank(nullptr, list, folder.File("bank.syx").c_str()), 1);
+    EXPECT_EQ(ReadTestFile(real).size(), 4104u);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.File("bank.syx")));
+    EXPECT_EQ(ReadTestFile(folder.File("Backup of bank.syx")), (Bytes{1, 2, 3}));
+    // What falls short there is deleted there.
+    CreateBackups = 0;
+    EXPECT_EQ(SaveWithin(4103, folder.File("bank.syx")), 0);
+    EXPECT_FALSE(folder.Holds("real/bank.syx"));
+    EXPECT_FALSE(list.enabled);
+}
+
 TEST_F(Dx7FilesPosix, APipeInPlaceOfADocumentIsRefusedAtOnce) {
     CreateBackups = 0;
     const std::string bank = MakePipe(folder.File("x.syx"));
