@@ -295,7 +295,8 @@ std::optional<std::string> FindProfileText(const char *path, const char *section
     return std::string(CutText(TrimBlanks(SplitLine(TrimBlanks(line)).value), SettingTextLimit));
 }
 
-// Puts a whole new text in the place of a file, or leaves the file as it is.
+// Puts a whole new text in the place of a file, or leaves the file as it is. Who may read and write
+// the file stays the same.
 bool ReplaceProfile(const char *path, const std::string &text) {
     if (FileExists(path) && !OpenFile(path, "r+b")) {
         return false; // read-only, or no regular file
@@ -308,9 +309,12 @@ bool ReplaceProfile(const char *path, const std::string &text) {
     if (error || WriteFileBytes(fresh.c_str(), {bytes, text.size()}) != WriteOutcome::Done) {
         return false;
     }
+    std::error_code ignored;
+    if (const fs::file_status former = fs::status(target, ignored); fs::exists(former)) {
+        fs::permissions(PathOf(fresh), former.permissions(), ignored);
+    }
     fs::rename(PathOf(fresh), target, error);
     if (error) {
-        std::error_code ignored;
         fs::remove(PathOf(fresh), ignored);
         return false;
     }

@@ -98,12 +98,31 @@ TEST_F(ConfigObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
     EXPECT_FALSE(std::filesystem::exists(path + ".new"));
 }
 
+TEST_F(ConfigObstacles, ASingleKeyKeepsThePermissionsOfTheFile) {
+    const auto modeAfterwards = [this](mode_t before) {
+        EXPECT_EQ(chmod(path.c_str(), before), 0);
+        EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
+        struct stat status {};
+        EXPECT_EQ(stat(path.c_str(), &status), 0);
+        return status.st_mode & 07777;
+    };
+    WriteTestText(path, "[Tonewright]\nA = 1\n");
+    for (const mode_t mode : {0600u, 0640u, 0664u, 0666u}) {
+        EXPECT_EQ(modeAfterwards(mode), mode);
+        EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 2\n");
+    }
+}
+
 TEST_F(ConfigObstacles, AFileBehindALinkStaysBehindIt) {
     const std::string real = temp.WriteText("real.ini", "[Tonewright]\nA = 1\n");
+    ASSERT_EQ(chmod(real.c_str(), 0640), 0);
     std::filesystem::create_symlink(real, path);
     EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
     EXPECT_TRUE(std::filesystem::is_symlink(path));
     EXPECT_EQ(ReadTestText(real), "[Tonewright]\nA = 2\n");
+    struct stat status {};
+    ASSERT_EQ(stat(real.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
     ConfigWrite();
     EXPECT_TRUE(std::filesystem::is_symlink(path));
     EXPECT_TRUE(ReadTestText(real).starts_with(";Tonewright configuration file\n"));
