@@ -693,7 +693,7 @@ TEST_F(ConfigMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
 }
 
 TEST_F(ConfigMigration, TakesNamesFilesAndPatternsAsItIsTold) {
-    WriteTestText(maker + "Old.ini", "[Part]\nApplicationPath = /opt/old/\n");
+    WriteTestText(maker + "Old.ini", "[Bells]\nApplicationPath = /opt/old/\n");
     std::filesystem::create_directory(maker + "Old");
     std::filesystem::create_directory(maker + "New");
     WriteTestText(maker + "Old/a1.dat", "a1");
@@ -706,13 +706,13 @@ TEST_F(ConfigMigration, TakesNamesFilesAndPatternsAsItIsTold) {
                         ResultYes);
     ConfigMigrate({.programName = "Bells",
                    .newFile = "New.ini",
-                   .section = "Part",
+                   .section = "Bells",
                    .oldFile = "Old.ini",
                    .newFolder = "New",
                    .oldFolder = "Old",
                    .patterns = ";a?.dat;;b*;",
                    .uninstallShortcut = "Old bells.lnk"});
-    EXPECT_EQ(ReadTestText(maker + "New.ini"), "[Part]\nApplicationPath = \n");
+    EXPECT_EQ(ReadTestText(maker + "New.ini"), "[Bells]\nApplicationPath = \n");
     EXPECT_TRUE(std::filesystem::exists(maker + "New/a1.dat"));
     EXPECT_FALSE(std::filesystem::exists(maker + "New/a12.dat"));
     EXPECT_TRUE(std::filesystem::exists(maker + "New/b.txt"));

@@ -18,7 +18,9 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
+#include <iterator>
 
 namespace tonewright {
 

@@ -2,8 +2,6 @@
 // height of the picture. Only geometry; drivers/dx7/view paints it.
 #pragma once
 
-#include <cstdint>
-#include <span>
 #include <vector>
 
 namespace tonewright {
@@ -31,12 +29,12 @@ struct PicturePoint {
     bool operator==(const PicturePoint &) const = default;
 };
 struct Dx7AlgorithmBox {
-    int number = 0; // as written in the box, 1 to 6
+    int number = 0;      // as written in the box, 1 to 6
     PicturePoint corner; // top left
 };
 struct Dx7AlgorithmPicture {
-    std::vector<Dx7AlgorithmBox> boxes;             // in drawing order
-    std::vector<std::vector<PicturePoint>> lines;   // polylines, in drawing order
+    std::vector<Dx7AlgorithmBox> boxes;           // in drawing order
+    std::vector<std::vector<PicturePoint>> lines; // polylines, in drawing order
 };
 // Boxes and lines of an algorithm, 0 to 31, relative to the origin of the picture; empty for any
 // other number.
