@@ -43,8 +43,9 @@ int RunOpen() {
         return 0;
     }
     std::string path;
+    GetOpenFolder(path);
     if (PendingOpenPath.empty()) {
-        const auto chosen = ChooseOpenFile(Window(), OpenPath, CurrentDriverId);
+        const auto chosen = ChooseOpenFile(Window(), path, CurrentDriverId);
         if (!chosen) {
             RefreshCopy();
             return 0;
@@ -75,11 +76,9 @@ int RunOpen() {
 }
 
 int RunSave() {
-    // Only a default name that the driver gave is asked about; "Untitled.Twl" is a name like any
-    // other.
-    const SynthDriver *driver = CurrentDriver();
-    if (driver && driver->defaultDocumentName &&
-        EqualNoCase(CurrentDocumentPath, driver->defaultDocumentName)) {
+    // Every driver has a default name, and only that is asked about. "Untitled.Twl", which stands
+    // in for it where there is no driver, is a name like any other.
+    if (CurrentDriver() && EqualNoCase(CurrentDocumentPath, DefaultDocumentName())) {
         return RunCommand(CommandSaveAs);
     }
     return SaveToCurrentPath();

@@ -66,6 +66,15 @@ TEST_F(OpenTest, AFileOfTheDialogBecomesTheDocument) {
     EXPECT_EQ(OpenImportPath, "/imports/");
 }
 
+TEST_F(OpenTest, TheDialogStartsInTheOpenFolderCutTo260Bytes) {
+    OpenPath = "/" + std::string(300, 'a');
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Open,
+                                      .answer = std::nullopt,
+                                      .start = "/" + std::string(259, 'a'),
+                                      .driverId = CurrentDriverId});
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+}
+
 TEST_F(OpenTest, ACancelledDialogKeepsTheDocumentAndLosesTheUndoLevels) {
     OpenAndChange();
     MainListState.dirty = false;
