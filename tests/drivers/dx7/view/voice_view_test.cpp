@@ -237,6 +237,68 @@ TEST(Dx7AlgorithmView, APicture48HighHasItsBoxesAndLinesWhereTheUnitsSay) {
     EXPECT_EQ(RunOfRow(image, x + 107, y + 43), std::make_pair(x + 94, x + 119));
 }
 
+// A number in the middle of a box of `side` whose top left corner is at x, y, on a white image.
+QImage PaintLabel(QSize size, int x, int y, int side, int fontHeight, int number) {
+    QImage image = EmptyImage(size.width(), size.height(), White);
+    QPainter painter(&image);
+    QFont font = FontOfHeight("ARIAL", fontHeight, 700);
+    font.setHintingPreference(QFont::PreferFullHinting);
+    painter.setFont(font);
+    const QFontMetrics metrics(font);
+    const QString text = QString::number(number);
+    const int cell = metrics.ascent() + metrics.descent();
+    painter.drawText(x + (side - metrics.horizontalAdvance(text)) / 2,
+                     y + (side - cell) / 2 + metrics.ascent(), text);
+    return image;
+}
+
+TEST(Dx7AlgorithmView, EveryBoxHoldsItsNumberInTheMiddle) {
+    struct Row {
+        int algorithm, height;
+        int side, fontHeight;
+        std::array<QPoint, 6> corners; // of the boxes 1 to 6
+    };
+    const Row rows[] = {
+        {9, 40, 10, 8, {{{5, 0}, {29, 0}, {53, 0}, {5, 19}, {53, 19}, {29, 19}}}},
+        {9, 48, 14, 11, {{{7, 0}, {38, 0}, {69, 0}, {7, 24}, {69, 24}, {38, 24}}}},
+        {9, 122, 40, 32, {{{20, 0}, {108, 0}, {196, 0}, {20, 68}, {196, 68}, {108, 68}}}},
+        {31, 48, 14, 11, {{{0, 24}, {24, 24}, {48, 24}, {72, 24}, {96, 24}, {120, 24}}}},
+        {25, 48, 14, 11, {{{0, 24}, {24, 24}, {24, 0}, {72, 24}, {48, 0}, {72, 0}}}},
+    };
+    for (const Row &row : rows) {
+        const QImage image =
+            PaintAlgorithm(row.algorithm, row.height, 2, 0, Qt::black, Qt::white, 260);
+        for (int number = 1; number <= 6; ++number) {
+            const QPoint corner = row.corners[number - 1] + QPoint(Around + 4, Around + 4);
+            // Within the strokes of two pixels on the box's edges.
+            const QRect inside(corner.x() + 1, corner.y() + 1, row.side - 2, row.side - 2);
+            const QImage expected =
+                PaintLabel(image.size(), corner.x(), corner.y(), row.side, row.fontHeight, number);
+            EXPECT_FALSE(IsAll(expected, inside, White));
+            EXPECT_EQ(image.copy(inside), expected.copy(inside))
+                << row.algorithm + 1 << " at " << row.height << ": box " << number;
+        }
+    }
+}
+
+TEST(Dx7AlgorithmView, ABoxOutsideOfANarrowRectangleIsFilledAllTheSame) {
+    const QRgb green = qRgb(10, 200, 30);
+    QImage image = EmptyImage(200, 68);
+    QPainter painter(&image);
+    DrawDx7Algorithm(painter, {Around, Around, Around + 60, Around + 48}, 31, Qt::black,
+                     QColor::fromRgb(green), 2, 0);
+    painter.end();
+    EXPECT_EQ(image.pixel(Around + 59, Around), green);
+    EXPECT_EQ(image.pixel(Around + 60, Around), Untouched);
+    // Box 6 of side 14 at (120, 24), and the gap between it and box 5.
+    const int x = Around + 4 + 120;
+    const int y = Around + 4 + 24;
+    EXPECT_FALSE(HasPixel(image, QRect(x + 1, y + 1, 12, 12), Untouched));
+    EXPECT_EQ(image.pixel(x + 1, y + 1), green);
+    EXPECT_EQ(image.pixel(x + 12, y + 12), green);
+    EXPECT_EQ(image.pixel(x - 5, y + 7), Untouched);
+}
+
 TEST(Dx7AlgorithmView, EveryWeightOfLineCoversWholePixels) {
     struct Row {
         int height, weight; // the inner height is 40 in every row
@@ -625,6 +687,94 @@ TEST(Dx7PrintedVoice, ASmallPageGivesANegativeLineWeightThatStillPaintsThePictur
     // The frame of 300 * 2 / 1000 = 0 is one pixel.
     EXPECT_EQ(RunOfColumn(image, 40, 3), std::make_pair(3, 3));
     EXPECT_EQ(RunOfRow(image, 3, 50), std::make_pair(3, 3));
+}
+
+// The cell of voice 4 on a page of 4000 by 1200 with 8 voices, on which every measure is larger
+// than its least: columns 2000 wide, rows 300 high; the cell runs from 2040 to 3960 and from 340 to
+// 560.
+QImage PrintLargePage(const VoiceObject &voice, int titleFontHeight) {
+    QImage image = EmptyImage(4000, 620);
+    QPainter painter(&image);
+    const PrintCell cell = {.index = 3,
+                            .pageWidth = 4000,
+                            .pageHeight = 1200,
+                            .left = 0,
+                            .top = 0,
+                            .voicesOnPage = 8,
+                            .titleFontHeight = titleFontHeight,
+                            .labelFontHeight = 24};
+    EXPECT_EQ(Dx7PrintVoice(painter, voice, cell), 1);
+    return image;
+}
+
+TEST(Dx7PrintedLargePage, TheFrameIs8WideWithCornersOfRadius40) {
+    const QImage page = PrintLargePage(MakeVoice("X", 32), 64);
+    EXPECT_EQ(RunOfRow(page, 2040, 450), std::make_pair(2036, 2043));
+    EXPECT_EQ(RunOfRow(page, 3960, 450), std::make_pair(3956, 3963));
+    EXPECT_EQ(RunOfColumn(page, 3000, 340), std::make_pair(336, 343));
+    EXPECT_EQ(RunOfColumn(page, 3000, 560), std::make_pair(556, 563));
+    // The corner's arc has its centre at 2080, 380 and crosses the diagonal at 2051.7, 351.7.
+    EXPECT_EQ(page.pixel(2051, 351), Black);
+    EXPECT_EQ(page.pixel(2046, 346), Untouched);
+    EXPECT_EQ(page.pixel(2057, 357), Untouched);
+}
+
+TEST(Dx7PrintedLargePage, NameAndPlaceStandTheirMarginsInsideOfTheCell) {
+    // m is 6 and the text's indent 40: the name stands from 478 to 542, the place from 358 to 478.
+    QImage expected = EmptyImage(4000, 620);
+    QPainter painter(&expected);
+    const auto write = [&](const QFont &font, int top, int bottom, const QString &text) {
+        painter.setFont(font);
+        const QFontMetrics metrics(font);
+        const int cell = metrics.ascent() + metrics.descent();
+        painter.drawText(2080, top + (bottom - top - cell) / 2 + metrics.ascent(), text);
+    };
+    write(FontOfHeight("TIMES NEW ROMAN", 64, 700), 478, 542, "E.PIANO 1");
+    write(FontOfHeight("ARIAL", 24, 500), 358, 478, "Voice 4");
+    painter.end();
+    const QImage page = PrintLargePage(MakeVoice("E.PIANO 1", 4), 64);
+    const QRect text(2080, 350, 3136 - 2080, 200); // right of the frame's round corners
+    EXPECT_EQ(page.copy(text), expected.copy(text));
+    EXPECT_FALSE(IsAll(page, text, Untouched));
+}
+
+TEST(Dx7PrintedLargePage, ANameEndsWhereThePictureBegins) {
+    // The text's width is 550 per mille of the cell's 1920.
+    const QFont font = FontOfHeight("TIMES NEW ROMAN", 180, 700);
+    const QFontMetrics metrics(font);
+    const QString cut = QString("WWWWW") + QChar(0x2026);
+    ASSERT_LE(metrics.horizontalAdvance(cut), 1056);
+    ASSERT_GT(metrics.horizontalAdvance("W" + cut), 1056);
+    QImage expected = EmptyImage(4000, 620);
+    QPainter painter(&expected);
+    painter.setFont(font);
+    painter.drawText(
+        2080, 362 + (180 - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent(), cut);
+    painter.end();
+    const QImage page = PrintLargePage(MakeVoice("WWWWWWWWWW", 4), 180);
+    const QRect text(2060, 400, 3136 - 2060, 140); // below the place
+    EXPECT_EQ(page.copy(text), expected.copy(text));
+}
+
+TEST(Dx7PrintedLargePage, ThePictureRunsFromTheTextToTheCellsRightMargin) {
+    const QImage page = PrintLargePage(MakeVoice("X", 31), 64);
+    // k is 10, so the line weight is 8; the picture is 30 from top and bottom and m from the right.
+    EXPECT_EQ(page.pixel(3135, 450), Untouched);
+    EXPECT_EQ(page.pixel(3136, 450), White);
+    EXPECT_EQ(page.pixel(3953, 450), White);
+    EXPECT_EQ(page.pixel(3954, 450), Untouched);
+    EXPECT_EQ(page.pixel(3900, 369), Untouched);
+    EXPECT_EQ(page.pixel(3900, 370), White);
+    EXPECT_EQ(page.pixel(3900, 529), White);
+    EXPECT_EQ(page.pixel(3900, 530), Untouched);
+    QImage expected = EmptyImage(4000, 620);
+    QPainter painter(&expected);
+    DrawDx7Algorithm(painter, {3136, 370, 3954, 530}, 31, Qt::black, Qt::white, 8,
+                     ShowAlgorithmNumber);
+    painter.end();
+    const QRect beside(3120, 345, 780, 210); // left of the frame's round corners
+    EXPECT_EQ(page.copy(beside), expected.copy(beside));
+    EXPECT_TRUE(HasPixel(page, QRect(3300, 370, 600, 160), Black));
 }
 
 // The frame of a cell that is high and narrow, by its left edge; its picture is wider than the
