@@ -4,12 +4,14 @@
 #include "common/desktop.h"
 #include "common/file_bytes.h"
 #include "common/folders.h"
+#include "common/line_reader.h"
 #include "common/open_file.h"
 #include "common/settings.h"
 #include "common/strings.h"
 #include "common/text.h"
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 #include <filesystem>
 #include <optional>
@@ -24,7 +26,6 @@ namespace fs = std::filesystem;
 
 constexpr const char *FileName = "Tonewright 17.ini";
 constexpr const char *Section = "Tonewright";
-constexpr std::size_t LineLimit = 259; // bytes that are read as one line
 
 constexpr std::uint32_t Restart = ConfigRestart;
 constexpr std::uint32_t WriteOnly = ConfigWriteOnly;
@@ -141,49 +142,45 @@ void SetKey(const ConfigKey &row, std::string_view text) {
     }
 }
 
+constexpr bool IsRead(const ConfigKey &row) {
+    return (row.flags & ConfigWriteOnly) == 0;
+}
+
+// For each character the first row of those that are read whose name begins with it; the number of
+// rows where there is none.
+constexpr auto FirstRows = [] {
+    std::array<std::size_t, 256> rows{};
+    rows.fill(std::size(Keys));
+    for (std::size_t row = std::size(Keys); row-- > 0;) {
+        if (IsRead(Keys[row])) {
+            rows[static_cast<unsigned char>(Keys[row].name[0])] = row;
+        }
+    }
+    return rows;
+}();
+
+// The first row of those that are read whose name begins with the key; null for none.
+const ConfigKey *RowOfKey(std::string_view key) {
+    if (key.empty()) {
+        return std::ranges::find_if(Keys, IsRead);
+    }
+    for (std::size_t row = FirstRows[static_cast<unsigned char>(key[0])]; row < std::size(Keys);
+         ++row) {
+        if (IsRead(Keys[row]) && std::string_view(Keys[row].name).starts_with(key)) {
+            return &Keys[row];
+        }
+    }
+    return nullptr;
+}
+
 void ReadConfigLine(std::string_view line) {
     if (line.starts_with(';')) {
         return;
     }
     const auto [key, value] = SplitLine(line);
-    for (const ConfigKey &row : Keys) {
-        if ((row.flags & ConfigWriteOnly) == 0 && std::string_view(row.name).starts_with(key)) {
-            SetKey(row, value);
-            return;
-        }
+    if (const ConfigKey *row = RowOfKey(key)) {
+        SetKey(*row, value);
     }
-}
-
-// A file read in lines of at most LineLimit bytes.
-struct LineReader {
-    std::FILE *file;
-    std::string buffer;
-    std::size_t start = 0; // of what has not been handed out
-};
-
-// Adds the file's next bytes to the buffer; false when there are none.
-bool FillBuffer(LineReader &reader) {
-    reader.buffer.erase(0, reader.start);
-    reader.start = 0;
-    char bytes[4096];
-    const std::size_t count = std::fread(bytes, 1, sizeof bytes, reader.file);
-    reader.buffer.append(bytes, count);
-    return count > 0;
-}
-
-// The next line with its line feed. A line that is too long ends at the limit, in front of a
-// character that does not fit whole, and its rest is the next line. False at the end of the file.
-bool NextLine(LineReader &reader, std::string &line) {
-    std::string_view waiting = std::string_view(reader.buffer).substr(reader.start);
-    while (waiting.size() <= LineLimit && waiting.find('\n') == std::string_view::npos &&
-           FillBuffer(reader)) {
-        waiting = reader.buffer;
-    }
-    const std::size_t feed = waiting.substr(0, LineLimit).find('\n');
-    line =
-        feed != std::string_view::npos ? waiting.substr(0, feed + 1) : CutText(waiting, LineLimit);
-    reader.start += line.size();
-    return !line.empty();
 }
 
 fs::path PathOf(const std::string &utf8) {
@@ -252,6 +249,14 @@ ProfilePlace FindProfileKey(std::string_view text, std::string_view section, std
     ProfilePlace place{.start = text.size()};
     bool inside = false;
     for (std::size_t at = 0; at < text.size();) {
+        if (!inside) {
+            // Nothing but the next line with a bracket can begin the section.
+            const std::size_t bracket = text.find('[', at);
+            if (bracket == std::string_view::npos) {
+                break;
+            }
+            at = text.substr(0, bracket).rfind('\n') + 1; // 0 when there is no line feed
+        }
         const std::size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;
         const std::string_view line = text.substr(at, end - at);
         if (const auto name = SectionOfLine(line)) {
@@ -425,13 +430,12 @@ void ConfigRead() {
 }
 
 int ConfigReadFile(const char *path) {
-    const FilePointer file = OpenFile(path, "rb");
-    if (!file) {
+    auto reader = OpenLines(path);
+    if (!reader) {
         return 0;
     }
-    LineReader reader{.file = file.get(), .buffer = {}};
-    std::string line;
-    while (NextLine(reader, line)) {
+    std::string_view line;
+    while (NextLine(*reader, line)) {
         ReadConfigLine(line);
     }
     return 1;

@@ -2,8 +2,11 @@
 #include "shell/history.h"
 
 #include "common/desktop.h"
+#include "common/existing_files.h"
 #include "common/file_bytes.h"
 #include "common/folders.h"
+#include "common/line_reader.h"
+#include "common/open_file.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/synth_driver.h"
@@ -12,9 +15,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
-#include <memory>
 
 namespace tonewright {
 namespace {
@@ -22,7 +23,6 @@ namespace {
 constexpr const char *HistoryFileName = "FileMenuHistory.txt";
 constexpr std::string_view PinMark = "/P";
 constexpr std::uint32_t UnknownDocumentPicture = 8500;
-constexpr std::size_t LineLimit = 260; // with its terminator
 
 std::vector<HistoryEntry> Entries;
 std::size_t Capacity = 0; // RememberFileHistoryCount at start
@@ -36,10 +36,13 @@ std::uint32_t Now() {
     return static_cast<std::uint32_t>(std::time(nullptr));
 }
 
+// A time as it is handed over, -1 being the present moment.
+std::uint32_t TimeOrNow(std::uint32_t time) {
+    return time == 0xFFFFFFFF ? Now() : time;
+}
+
 void SortEntries() {
-    std::ranges::stable_sort(Entries, [](const HistoryEntry &a, const HistoryEntry &b) {
-        return IsPinned(a) != IsPinned(b) ? IsPinned(a) : a.time > b.time;
-    });
+    std::ranges::stable_sort(Entries, StandsBefore);
 }
 
 void Rebuild() {
@@ -48,10 +51,38 @@ void Rebuild() {
     }
 }
 
-struct CloseFile {
-    void operator()(std::FILE *file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
+// The setting may have changed since the start.
+bool IsOff() {
+    return RememberFileHistoryCount == 0 || Capacity == 0;
+}
+
+// True when a path can be kept as an entry, apart from whether there is such a document.
+bool CanBeKept(std::string_view plainPath) {
+    return !IsOff() && !plainPath.empty() && plainPath.size() <= PathLimit;
+}
+
+// Adds a document that exists. False when it is there already: then only its time has changed.
+bool AddEntry(std::string_view path, std::uint32_t time) {
+    for (HistoryEntry &entry : Entries) {
+        if (EqualNoCase(WithoutPin(entry.path), WithoutPin(path))) {
+            entry.time = Now();
+            return false;
+        }
+    }
+    if (Entries.size() >= Capacity) {
+        Entries.pop_back();
+    }
+    Entries.push_back({.path = std::string(path), .time = time});
+    Used = true;
+    SortEntries();
+    return true;
+}
+
+// The line up to its first zero byte, carriage return or line feed.
+std::string_view CutAtLineEnd(std::string_view line) {
+    constexpr std::string_view ends("\0\r\n", 3);
+    return line.substr(0, line.find_first_of(ends));
+}
 
 } // namespace
 
@@ -63,6 +94,10 @@ std::span<const HistoryEntry> HistoryEntries() {
 
 bool IsPinned(const HistoryEntry &entry) {
     return entry.path.ends_with(PinMark);
+}
+
+bool StandsBefore(const HistoryEntry &a, const HistoryEntry &b) {
+    return IsPinned(a) != IsPinned(b) ? IsPinned(a) : a.time > b.time;
 }
 
 std::string PlainPath(const HistoryEntry &entry) {
@@ -86,41 +121,53 @@ void HistoryInit() {
     Used = false;
 }
 
-bool ReadHistoryFile(
-    const char *path,
-    const std::function<void(const std::string &path, std::uint32_t time)> &entry) {
-    const File file(std::fopen(path, "r"));
-    if (!file) {
+bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEntry &)> &use) {
+    auto reader = OpenLines(path);
+    if (!reader) {
         return false;
     }
-    char line[LineLimit];
-    while (std::fgets(line, sizeof line, file.get())) {
-        line[std::strcspn(line, "\r\n")] = 0;
+    HistoryEntry entry;
+    std::string_view line;
+    while (NextLine(*reader, line)) {
+        line = CutAtLineEnd(line);
         // A comma ends the path; one inside it cuts the path short, which is then no document.
-        const std::size_t length = std::strcspn(line, ",");
-        if (length > 0) {
-            const char *time = line[length] ? line + length + 1 : line + length;
-            entry(std::string(line, length), ReadInteger(time));
+        const std::size_t end = std::min(line.find(','), line.size());
+        if (end > 0) {
+            entry.path = line.substr(0, end);
+            entry.time = ReadInteger(line.substr(std::min(end + 1, line.size())));
+            use(entry);
         }
     }
     return true;
 }
 
+std::string HistoryFilePath() {
+    return ProductUserFile(HistoryFileName);
+}
+
 void HistoryRead() {
-    if (RememberFileHistoryCount == 0) {
+    if (IsOff()) {
         return;
     }
-    ReadHistoryFile(ProductUserFile(HistoryFileName),
-                    [](const std::string &path, std::uint32_t time) {
-                        HistoryAdd(nullptr, path, static_cast<std::int32_t>(time));
-                    });
+    ExistingFiles files;
+    std::string plain;
+    bool changed = false;
+    ReadHistoryFile(HistoryFilePath().c_str(), [&](const HistoryEntry &entry) {
+        plain = WithoutPin(entry.path);
+        if (CanBeKept(plain) && FileExists(files, plain)) {
+            changed = AddEntry(entry.path, TimeOrNow(entry.time)) || changed;
+        }
+    });
+    if (changed) {
+        Rebuild();
+    }
 }
 
 void HistorySave() {
-    if (RememberFileHistoryCount == 0 || !Used) {
+    if (IsOff() || !Used) {
         return;
     }
-    const File file(std::fopen(ProductUserFile(HistoryFileName), "w"));
+    const FilePointer file = OpenFile(HistoryFilePath().c_str(), "w");
     if (!file) {
         return;
     }
@@ -137,24 +184,11 @@ void HistoryEnd() {
 }
 
 void HistoryAdd(QWidget *, const std::string &path, std::int64_t time) {
-    const std::string_view plain = WithoutPin(path);
-    if (RememberFileHistoryCount == 0 || Capacity == 0 || plain.empty() ||
-        plain.size() > PathLimit || !FileExists(std::string(plain).c_str())) {
-        return;
+    const std::string plain(WithoutPin(path));
+    if (CanBeKept(plain) && FileExists(plain.c_str()) &&
+        AddEntry(path, TimeOrNow(static_cast<std::uint32_t>(time)))) {
+        Rebuild();
     }
-    for (HistoryEntry &entry : Entries) {
-        if (EqualNoCase(WithoutPin(entry.path), plain)) {
-            entry.time = Now();
-            return;
-        }
-    }
-    if (Entries.size() >= Capacity) {
-        Entries.pop_back();
-    }
-    Entries.push_back({.path = path, .time = time == -1 ? Now() : static_cast<std::uint32_t>(time)});
-    Used = true;
-    SortEntries();
-    Rebuild();
 }
 
 int HistoryPick(std::string &destination, int index) {

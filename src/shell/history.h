@@ -32,6 +32,8 @@ extern std::function<void()> HistoryMenuChanged;
 bool IsPinned(const HistoryEntry &entry);
 // The path without its pin mark.
 std::string PlainPath(const HistoryEntry &entry);
+// The order of the menu: pinned entries first, then by time, the latest first.
+bool StandsBefore(const HistoryEntry &a, const HistoryEntry &b);
 // The number of the picture for a document: that of the driver row whose bank extension it has,
 // else that of an unknown document, 8500.
 std::uint32_t DocumentPictureOf(std::string_view path);
@@ -55,9 +57,11 @@ int HistoryPick(std::string &destination, int index);
 // The same for a menu item (181 and up): opens the path that was picked.
 int RunHistoryItem(int item);
 
-// Reads entries of any history file as the program would, without looking at the documents; false
-// when it cannot be opened.
-bool ReadHistoryFile(const char *path,
-                     const std::function<void(const std::string &path, std::uint32_t time)> &entry);
+// "FileMenuHistory.txt" in the product's application-data folder; empty when there is no such
+// folder.
+std::string HistoryFilePath();
+// Hands over the entries of any history file in the order of its lines, without looking at the
+// documents. False when it cannot be opened.
+bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEntry &)> &use);
 
 } // namespace tonewright

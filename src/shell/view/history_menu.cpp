@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "common/view/system_colours.h"
 #include "common/view/theme.h"
+#include "shell/commands.h"
 #include "shell/history.h"
 
 #include <QAction>
@@ -21,10 +22,13 @@ namespace {
 
 constexpr int TextMargin = 12;      // beside the text, both sides together
 constexpr int CheckMarkWidth = 19;  // that a menu keeps free at its left
-constexpr int PictureFrame = 6;     // above and below a picture, both together
+constexpr int PictureMargin = 6;    // above and below a picture, both together
 constexpr int LargestPicture = 256; // pixels, whatever the setting says
 constexpr int BoldWeight = 700;
 constexpr double WidestPartOfScreen = 0.9;
+
+// How the entries were made at the last rebuild.
+bool WithPictures = false;
 
 int PictureSide() {
     return static_cast<int>(std::min<std::uint32_t>(RememberFileHistorySize, LargestPicture));
@@ -37,20 +41,13 @@ QString ItemText(const HistoryEntry &entry) {
 
 // Null while entries are plain menu items.
 const HistoryEntry *EntryOfText(const QString &text) {
-    if (RememberFileHistoryEnable == 0) {
+    if (!WithPictures) {
         return nullptr;
     }
     const auto entries = HistoryEntries();
     const auto found = std::ranges::find_if(
         entries, [&](const HistoryEntry &entry) { return ItemText(entry) == text; });
     return found == entries.end() ? nullptr : &*found;
-}
-
-QFont FontOfEntry(const HistoryEntry &entry, QFont font) {
-    if (IsPinned(entry)) {
-        font.setWeight(QFont::Weight(BoldWeight));
-    }
-    return font;
 }
 
 // Paints the items that are entries of the history; everything else is the platform's.
@@ -81,31 +78,37 @@ public:
 
 private:
     static QSize SizeOfEntry(const HistoryEntry &entry, const QFont &menuFont) {
-        const QFontMetrics metrics(FontOfEntry(entry, menuFont));
-        const int text = metrics.horizontalAdvance(QString::fromStdString(PlainPath(entry)));
+        const QFontMetrics metrics(menuFont);
+        const int text = metrics.horizontalAdvance(QString::fromStdString(entry.path));
         int width = text + TextMargin + PictureSide() + CheckMarkWidth;
         if (const QScreen *screen = QGuiApplication::primaryScreen()) {
             width = std::min(width, static_cast<int>(screen->size().width() * WidestPartOfScreen));
         }
-        return {width, std::max(PictureSide() + PictureFrame, metrics.height())};
+        return {width, std::max(PictureSide() + PictureMargin, metrics.height())};
     }
 
     static void DrawEntry(QPainter &painter, const QStyleOptionMenuItem &item,
                           const HistoryEntry &entry) {
         const bool selected = item.state & QStyle::State_Selected;
         const QRect area = item.rect;
-        painter.save();
-        painter.fillRect(area,
-                         SystemColourOf(selected ? SystemColour::Highlight : SystemColour::Menu));
         const int side = PictureSide();
-        const QRect picture(area.right() + 1 - side - TextMargin / 2,
-                            area.top() + (area.height() - side) / 2, side, side);
-        ThemeDrawPicture(painter, DocumentPictureOf(PlainPath(entry)), picture);
-
-        const QFont font = FontOfEntry(entry, item.font);
-        const QRect text(area.left() + CheckMarkWidth, area.top(),
-                         picture.left() - area.left() - CheckMarkWidth - TextMargin / 2,
-                         area.height());
+        const QRect picture(area.right() + 1 - side, area.top() + (area.height() - side) / 2, side,
+                            side);
+        painter.save();
+        if (selected) {
+            painter.fillRect(area, SystemColourOf(SystemColour::Highlight));
+        } // else the menu's own ground shows, and its frame
+        if (side > 0) {
+            // Its ground is transparent, so that it needs no frame.
+            painter.drawPixmap(picture.topLeft(),
+                               PictureOf(DocumentPictureOf(PlainPath(entry)), picture.size(),
+                                         painter.device()->devicePixelRatioF()));
+        }
+        QFont font = item.font;
+        if (IsPinned(entry)) {
+            font.setWeight(QFont::Weight(BoldWeight));
+        }
+        const QRect text = area.adjusted(CheckMarkWidth, 0, -side - TextMargin / 2, 0);
         painter.setFont(font);
         painter.setPen(
             SystemColourOf(selected ? SystemColour::HighlightText : SystemColour::MenuText));
@@ -131,6 +134,7 @@ void RebuildHistoryMenu(QMenu *fileMenu) {
             action->deleteLater(); // it may be the one whose click is being handled
         }
     }
+    WithPictures = RememberFileHistoryEnable != 0;
     const auto entries = HistoryEntries();
     if (entries.empty()) {
         return;
@@ -141,7 +145,7 @@ void RebuildHistoryMenu(QMenu *fileMenu) {
         QAction *action = fileMenu->addAction(ItemText(entries[index]));
         action->setData(item);
         action->setMenuRole(QAction::NoRole);
-        QObject::connect(action, &QAction::triggered, [item] { RunHistoryItem(item); });
+        QObject::connect(action, &QAction::triggered, [item] { RunCommand(item); });
     }
 }
 

@@ -1,0 +1,132 @@
+// Finds out which files exist out of the listings of their folders.
+#include "common/existing_files.h"
+
+#include "common/file_bytes.h"
+#include "common/folders.h"
+#include "common/text.h"
+
+#include <bit>
+#include <filesystem>
+#include <system_error>
+
+namespace tonewright {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int MissesBeforeListing = 32;
+
+// True for UTF-8 with at least one character beyond ASCII.
+bool IsBeyondAscii(std::string_view name) {
+    bool beyond = false;
+    for (std::size_t at = 0; at < name.size(); ++at) {
+        const int ones = std::countl_one(static_cast<unsigned char>(name[at]));
+        if (ones == 1 || ones > 4 || name.size() - at < static_cast<std::size_t>(ones)) {
+            return false;
+        }
+        for (int more = 1; more < ones; ++more) {
+            if (std::countl_one(static_cast<unsigned char>(name[++at])) != 1) {
+                return false;
+            }
+        }
+        beyond = beyond || ones > 1;
+    }
+    return beyond;
+}
+
+// True for a name that can only mean the file that is listed under it, whatever the file system,
+// but for the case of letters. Others may not: characters beyond ASCII have more than one spelling,
+// some systems know files by a second, short name such as "BANKOF~1.SYX" and by names with a colon,
+// and some drop what a name ends with.
+bool IsPlainName(std::string_view name) {
+    constexpr std::size_t ShortName = 12;
+    if (name.empty() || name.back() == '.' || name.back() == ' ') {
+        return false;
+    }
+    const bool mayBeShort = name.size() <= ShortName && name.find('~') != std::string_view::npos;
+    const bool colon = PathSeparator != '/' && name.find(':') != std::string_view::npos;
+    return !mayBeShort && !colon && !IsBeyondAscii(name);
+}
+
+std::string InSmallLetters(std::string_view name) {
+    std::string small(name);
+    for (char &character : small) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return small;
+}
+
+// Lists a folder; one that is not there has no names. A folder that cannot be listed stays as it
+// is.
+void List(const std::string &path, ExistingFiles::Folder &folder) {
+    const char *shown = path.empty() ? "." : path.c_str();
+    std::error_code error;
+    fs::directory_iterator entry(reinterpret_cast<const char8_t *>(shown), error);
+    if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
+        folder.listed = true;
+        return;
+    }
+    std::unordered_set<std::string> names;
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::u8string name = entry->path().filename().u8string();
+        names.insert(InSmallLetters({reinterpret_cast<const char *>(name.data()), name.size()}));
+    }
+    if (!error) {
+        folder.listed = true;
+        folder.names = std::move(names);
+    }
+}
+
+// A folder's path without the separator at its end; empty for one that is in no other.
+std::string_view NameOfFolder(std::string_view folder) {
+    return folder.empty() ? folder : folder.substr(0, folder.size() - 1);
+}
+
+// False when the listings say that neither a file nor a folder has this path.
+bool MayExist(ExistingFiles &files, std::string_view path) {
+    const std::string folder = FolderOfPath(path);
+    if (!files.last || folder != files.lastFolder) {
+        const std::string_view name = NameOfFolder(folder);
+        if (!name.empty() && !MayExist(files, name)) {
+            return false;
+        }
+        files.last = &files.folders[folder];
+        files.lastFolder = folder;
+    }
+    const std::string_view name = path.substr(folder.size());
+    return !files.last->listed || !IsPlainName(name) ||
+           files.last->names.contains(InSmallLetters(name));
+}
+
+// A file that was missed may lack any of the folders on the way to it.
+void CountMiss(ExistingFiles &files, std::string_view path) {
+    const std::string folder = FolderOfPath(path);
+    ExistingFiles::Folder &known = files.folders[folder];
+    if (++known.missed == MissesBeforeListing) {
+        List(folder, known);
+    }
+    if (const std::string_view name = NameOfFolder(folder); !name.empty()) {
+        CountMiss(files, name);
+    }
+}
+
+} // namespace
+
+bool FileExists(ExistingFiles &files, const std::string &path) {
+    if (!path.empty() && path == files.missed) {
+        return false;
+    }
+    if (!MayExist(files, path)) {
+        return false;
+    }
+    if (FileExists(path.c_str())) {
+        return true;
+    }
+    files.missed = path;
+    CountMiss(files, path);
+    return false;
+}
+
+} // namespace tonewright

@@ -1,0 +1,31 @@
+// Reading a text file, of any size and content, in lines of bounded length.
+#pragma once
+
+#include "common/open_file.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace tonewright {
+
+constexpr std::size_t LineLimit = 259; // bytes that are read as one line
+
+struct LineReader {
+    FilePointer file;
+    std::vector<char> buffer;
+    std::size_t start = 0, end = 0; // of what waits in the buffer
+    bool fileEnded = false;
+};
+
+// A reader at the start of a regular file; nothing when the file cannot be opened, or is a folder
+// or a pipe.
+std::optional<LineReader> OpenLines(const char *path);
+
+// The next line with its line feed, valid until the next call. A line that is longer than LineLimit
+// ends there, in front of a character that does not fit whole, and its rest is the next line. False
+// at the end of the file.
+bool NextLine(LineReader &reader, std::string_view &line);
+
+} // namespace tonewright
