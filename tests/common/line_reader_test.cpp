@@ -1,0 +1,73 @@
+// Lines of files of any size and content.
+#include "common/line_reader.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+Strings Lines(const std::string &text) {
+    const TempFolder folder;
+    auto reader = OpenLines(folder.WriteText("file", text).c_str());
+    Strings lines;
+    std::string_view line;
+    while (reader && NextLine(*reader, line)) {
+        lines.emplace_back(line);
+    }
+    return lines;
+}
+
+TEST(LineReader, LinesKeepTheirLineFeedAndTheLastOneNeedsNone) {
+    EXPECT_EQ(Lines("one\n\ntwo\r\nthree"), (Strings{"one\n", "\n", "two\r\n", "three"}));
+    EXPECT_EQ(Lines("one\n"), Strings{"one\n"});
+    EXPECT_EQ(Lines(""), Strings{});
+}
+
+TEST(LineReader, ALineEndsAfter259Bytes) {
+    const std::string full(259, 'a');
+    EXPECT_EQ(Lines(full), Strings{full});
+    EXPECT_EQ(Lines(full + "\n"), (Strings{full, "\n"}));
+    EXPECT_EQ(Lines(full + "b\n"), (Strings{full, "b\n"}));
+    EXPECT_EQ(Lines(full.substr(1) + "\nb"), (Strings{full.substr(1) + "\n", "b"}));
+}
+
+TEST(LineReader, ALongLineEndsInFrontOfACharacterThatDoesNotFit) {
+    const std::string almost(258, 'a');
+    EXPECT_EQ(Lines(almost + "\xC3\xA4z"), (Strings{almost, "\xC3\xA4z"}));
+    // Bytes that make no character are cut anywhere.
+    EXPECT_EQ(Lines(almost + "\xA4\xA4z"), (Strings{almost + "\xA4", "\xA4z"}));
+}
+
+TEST(LineReader, ZeroBytesAreBytes) {
+    const std::string text("a\0b\n\0", 5);
+    EXPECT_EQ(Lines(text), (Strings{text.substr(0, 4), text.substr(4)}));
+}
+
+TEST(LineReader, AFileBeyondItsBufferComesWhole) {
+    std::string text;
+    for (int number = 0; number < 50000; ++number) {
+        text += std::to_string(number) + "\n";
+    }
+    text += std::string(1000, 'x');
+    std::string joined;
+    std::size_t count = 0;
+    for (const std::string &line : Lines(text)) {
+        joined += line;
+        ++count;
+    }
+    EXPECT_EQ(joined, text);
+    EXPECT_EQ(count, 50000u + 4);
+}
+
+TEST(LineReader, AMissingFileAndAFolderAreNotRead) {
+    const TempFolder folder;
+    EXPECT_FALSE(OpenLines(folder.File("gone").c_str()));
+    EXPECT_FALSE(OpenLines(folder.path.c_str()));
+    EXPECT_FALSE(OpenLines(""));
+}
+
+} // namespace
+} // namespace tonewright
