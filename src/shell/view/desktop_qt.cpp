@@ -78,8 +78,10 @@ void PlaceDialog(QFileDialog &dialog) {
         const auto cut = [](std::uint32_t size, int limit) {
             return static_cast<int>(std::min<std::uint32_t>(size, static_cast<unsigned>(limit)));
         };
-        dialog.resize(cut(FileWindowX, screen->size().width()),
-                      cut(FileWindowY, screen->size().height()));
+        // Its controls may need more than that, which counts for the middle.
+        dialog.resize(QSize(cut(FileWindowX, screen->size().width()),
+                            cut(FileWindowY, screen->size().height()))
+                          .expandedTo(dialog.minimumSizeHint()));
     }
     CentreWindow(dialog);
 }
@@ -146,16 +148,22 @@ bool PutClipboard(std::span<const std::uint8_t> block, const std::string &name) 
     return true;
 }
 
-bool ClipboardHasVoice() {
+// What lies on the clipboard, when that is a voice block; else null.
+const QMimeData *VoiceOnClipboard() {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && data->hasFormat(VoiceMimeType);
+    return data && data->hasFormat(VoiceMimeType) ? data : nullptr;
+}
+
+bool ClipboardHasVoice() {
+    return VoiceOnClipboard() != nullptr;
 }
 
 std::optional<std::vector<std::uint8_t>> TakeClipboard() {
-    if (!ClipboardHasVoice()) {
+    const QMimeData *data = VoiceOnClipboard();
+    if (!data) {
         return std::nullopt;
     }
-    const QByteArray block = QGuiApplication::clipboard()->mimeData()->data(VoiceMimeType);
+    const QByteArray block = data->data(VoiceMimeType);
     return std::vector<std::uint8_t>(block.begin(), block.end());
 }
 
