@@ -14,5 +14,7 @@ int CliExport(const CliCall &call);
 int CliImport(const CliCall &call);
 int CliPicture(const CliCall &call);
 int CliConfig(const CliCall &call);
+int CliSettings(const CliCall &call);
+int CliHistory(const CliCall &call);
 
 } // namespace tonewright

@@ -34,6 +34,7 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::Yes, "--yes", nullptr, "answer every question with yes"},
     {CliOption::No, "--no", nullptr, "answer every question with no"},
     {CliOption::Screen, "--screen", "WIDTHxHEIGHT", "size of the screen in pixels (1920x1080)"},
+    {CliOption::File, "--file", "FILE", "a history file other than the user's"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};

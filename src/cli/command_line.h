@@ -15,8 +15,8 @@ constexpr int ExitDone = 0;
 constexpr int ExitFailed = 1;    // explained on standard error
 constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
-enum class CliOption : std::size_t { Yes, No, Screen, Help, Version };
-constexpr std::size_t CliOptionCount = 5;
+enum class CliOption : std::size_t { Yes, No, Screen, File, Help, Version };
+constexpr std::size_t CliOptionCount = 6;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);

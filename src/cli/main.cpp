@@ -31,6 +31,10 @@ constexpr CliCommand Commands[] = {
      Answers | OptionBit(CliOption::Screen), CliPicture},
     {"config", "FILE", "print every setting as the program would read it from FILE", 1, 1, 0,
      CliConfig},
+    {"settings", "WHAT [KEY [VALUE]]", "list, get or set the user's settings", 1, 3, 0,
+     CliSettings},
+    {"history", "", "print the documents in the history of the File menu", 0, 0,
+     OptionBit(CliOption::File), CliHistory},
 };
 
 void PutColumns(TextOutput &output, std::string_view left, std::string_view right) {
@@ -55,14 +59,19 @@ void PutOptions(TextOutput &output, unsigned options) {
     }
 }
 
+// The command's name and its arguments, if it takes any.
+std::string CallOf(const CliCommand &command) {
+    return std::string(command.name) + (*command.arguments ? " " : "") + command.arguments;
+}
+
 std::string UsageOf(const CliCommand &command) {
-    return FormatText("usage: tonewright-cli %s %s\n", command.name, command.arguments);
+    return "usage: tonewright-cli " + CallOf(command) + "\n";
 }
 
 void PutHelp(TextOutput &output) {
     Put(output, "usage: tonewright-cli COMMAND [ARGUMENT...]\n\nCommands:\n");
     for (const CliCommand &command : Commands) {
-        PutColumns(output, FormatText("%s %s", command.name, command.arguments), command.help);
+        PutColumns(output, CallOf(command), command.help);
     }
     PutOptions(output, ~0u);
     Put(output, "\nPlaces count from 1. Output is tab-separated, one record a line. Exit status: 0 "

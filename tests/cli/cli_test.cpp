@@ -740,7 +740,8 @@ TEST(CliCommandLine, ShowsItsHelp) {
     for (const char *command :
          {"list FILE...", "check FILE...", "save IN OUT", "move IN FROM TO OUT",
           "export IN PLACE OUT", "import IN PLACE VOICE OUT", "picture FILE OUT.png", "config FILE",
-          "--yes", "--no", "--screen WIDTHxHEIGHT", "--help", "--version"}) {
+          "settings WHAT [KEY [VALUE]]", "history", "--yes", "--no", "--screen WIDTHxHEIGHT",
+          "--file FILE", "--help", "--version"}) {
         EXPECT_TRUE(Contains(result.output, std::string("  ") + command)) << command;
     }
     EXPECT_EQ(result.errors, "");
@@ -785,6 +786,12 @@ TEST(CliCommandLine, RefusesAWrongCall) {
              {"picture", "a.syx", "b.png", "--screen"},
              {"config"},
              {"config", "a.ini", "b.ini"},
+             {"config", "a.ini", "--file", "b.ini"},
+             {"settings"},
+             {"settings", "set", "MaxUndoLevel", "7", "8"},
+             {"history", "a.txt"},
+             {"history", "--file"},
+             {"history", "--yes"},
          }) {
         const auto result = Cli(arguments);
         EXPECT_EQ(result.exitStatus, 2);

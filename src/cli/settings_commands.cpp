@@ -1,0 +1,183 @@
+// The commands for settings: config shows any file of settings as the program would read it,
+// settings shows and changes the user's own.
+#include "cli/cli_commands.h"
+#include "cli/text_output.h"
+#include "common/folders.h"
+#include "common/line_reader.h"
+#include "common/platform.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "shell/config.h"
+#include "shell/start_up.h"
+#include "shell/view/desktop_qt.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <optional>
+
+namespace tonewright {
+namespace {
+
+// What start-up has filled in by the time it reads the file.
+void PrepareSettings() {
+    UsePlatformFolders();
+    ApplicationPath = FolderOfPath(PlatformExecutablePath());
+    FillDefaultFolders();
+}
+
+void PutValue(const ConfigKey &key) {
+    if (const auto *text = std::get_if<std::string *>(&key.value)) {
+        Put(StandardOutput, FieldText(**text));
+    } else {
+        PutNumber(StandardOutput, *std::get<std::uint32_t *>(key.value));
+    }
+    Put(StandardOutput, '\n');
+}
+
+void PutAllSettings() {
+    for (const ConfigKey &key : ConfigKeys) {
+        Put(StandardOutput, key.name);
+        Put(StandardOutput, '\t');
+        PutValue(key);
+    }
+}
+
+const ConfigKey *KeyOfName(std::string_view name) {
+    const auto key = std::ranges::find(ConfigKeys, name, &ConfigKey::name);
+    return key == ConfigKeys.end() ? nullptr : &*key;
+}
+
+// A whole number from 0 to `largest`, without blanks or anything behind it.
+std::optional<std::uint32_t> ReadWholeNumber(std::string_view text, std::uint32_t largest) {
+    std::uint32_t number = 0;
+    const char *end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || number > largest) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+// Why a text would not come back from the file as it is; empty when it would.
+std::string ReasonAgainst(const ConfigKey &key, std::string_view text) {
+    const auto isControl = [](char character) {
+        return static_cast<unsigned char>(character) < 0x20;
+    };
+    if (std::ranges::any_of(text, isControl)) {
+        return "the value has a control character";
+    }
+    if (text.starts_with(' ') || text.starts_with('=')) {
+        return "the value begins with a blank or an equal sign";
+    }
+    // "Key = value" and the line feed are one line.
+    const std::size_t limit = LineLimit - std::strlen(key.name) - std::strlen(" = \n");
+    if (text.size() > limit) {
+        return FormatText("the value has %zu bytes, and %zu is the limit", text.size(), limit);
+    }
+    return "";
+}
+
+// Gives a key a value. The reason in words when the key does not take it.
+std::string SetSetting(const ConfigKey &key, const char *value) {
+    if (key.flags & ConfigWriteOnly) {
+        return "the program sets this key itself";
+    }
+    if (auto *const *text = std::get_if<std::string *>(&key.value)) {
+        const std::string reason = ReasonAgainst(key, value);
+        if (reason.empty()) {
+            **text = value;
+        }
+        return reason;
+    }
+    const bool isBool = key.flags & ConfigBool;
+    const auto number = ReadWholeNumber(value, isBool ? 1 : 4'294'967'295);
+    if (!number) {
+        return std::string(FieldText(value)) +
+               (isBool ? " is neither 0 nor 1" : " is no whole number from 0 to 4294967295");
+    }
+    *std::get<std::uint32_t *>(key.value) = *number;
+    return "";
+}
+
+// True when the file gives the key the value that it has in memory.
+template <typename Value> bool FileGives(Value &variable, Value other) {
+    const Value value = variable;
+    variable = other;
+    ConfigRead();
+    return variable == value;
+}
+bool FileHolds(const ConfigKey &key) {
+    if (auto *const *text = std::get_if<std::string *>(&key.value)) {
+        return FileGives(**text, **text + "?");
+    }
+    std::uint32_t &number = *std::get<std::uint32_t *>(key.value);
+    return FileGives(number, ~number);
+}
+
+int WrongCall(std::string_view subject, std::string_view reason) {
+    TellError(subject, reason);
+    return ExitWrongCall;
+}
+
+int SetAndWrite(const ConfigKey &key, const char *value) {
+    if (const std::string reason = SetSetting(key, value); !reason.empty()) {
+        return WrongCall(key.name, reason);
+    }
+    MakeProgramFolders();
+    ConfigWrite();
+    if (!FileHolds(key)) {
+        TellError(ConfigFilePath(), "could not be written");
+        return ExitFailed;
+    }
+    return ExitDone;
+}
+
+} // namespace
+
+int CliConfig(const CliCall &call) {
+    PrepareSettings();
+    const char *path = call.words[0];
+    errno = 0;
+    if (!ConfigReadFile(path)) {
+        std::string reason = "not readable";
+        if (errno != 0) {
+            reason += std::string(": ") + std::strerror(errno);
+        }
+        TellError(path, reason);
+        return ExitFailed;
+    }
+    PutAllSettings();
+    return ExitDone;
+}
+
+int CliSettings(const CliCall &call) {
+    const std::string_view action = call.words[0];
+    const std::size_t words = action == "list" ? 1 : action == "get" ? 2 : action == "set" ? 3 : 0;
+    if (words == 0) {
+        return WrongCall("settings", "takes list, get or set, not " + FieldText(action));
+    }
+    if (call.words.size() != words) {
+        return WrongCall("settings",
+                         FormatText("%s %s arguments", call.words[0],
+                                    call.words.size() < words ? "lacks" : "has too many"));
+    }
+    const ConfigKey *key = words > 1 ? KeyOfName(call.words[1]) : nullptr;
+    if (words > 1 && !key) {
+        return WrongCall(call.words[1], "no such key; settings list shows all");
+    }
+    PrepareSettings();
+    ConfigRead();
+    if (action == "set") {
+        return SetAndWrite(*key, call.words[2]);
+    }
+    if (action == "get") {
+        PutValue(*key);
+    } else {
+        PutAllSettings();
+    }
+    return ExitDone;
+}
+
+} // namespace tonewright

@@ -1,0 +1,227 @@
+// The commands "settings" and "history" on a home of their own.
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace tonewright {
+namespace {
+
+class CliHome : public testing::Test {
+protected:
+    void SetUp() override {
+        setenv("HOME", home.path.c_str(), 1);
+        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
+    }
+
+    static ProgramResult Cli(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
+        return RunProgram(arguments);
+    }
+    static void ExpectOutput(std::vector<std::string> arguments, const std::string &output) {
+        const auto result = Cli(std::move(arguments));
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.output, output);
+        EXPECT_EQ(result.errors, "");
+    }
+    // A call that is refused with these words and writes nothing.
+    void ExpectRefused(std::vector<std::string> arguments, const std::string &reason) {
+        const auto result = Cli(std::move(arguments));
+        EXPECT_EQ(result.exitStatus, 2) << reason;
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
+        EXPECT_FALSE(home.Holds(".config/Quillbrook"));
+    }
+    std::string IniPath() const { return home.File(".config/Quillbrook/Tonewright 17.ini"); }
+    std::string Ini() const { return ReadTestText(IniPath()); }
+    void WriteUserFile(const std::string &name, const std::string &text) const {
+        std::filesystem::create_directories(home.path / ".config/Quillbrook/Tonewright 17");
+        WriteTestText(home.File(".config/Quillbrook/" + name), text);
+    }
+
+    TempFolder home;
+};
+
+bool Contains(const std::string &text, const std::string &part) {
+    return text.find(part) != std::string::npos;
+}
+
+// ---- settings
+
+using CliSettings = CliHome;
+
+TEST_F(CliSettings, GetPrintsTheValueAndWritesNothing) {
+    ExpectOutput({"settings", "get", "MaxUndoLevel"}, "3\n");
+    ExpectOutput({"settings", "get", "DatabaseCurrentName"}, "Voices\n");
+    ExpectOutput({"settings", "get", "ThemeCurrent"}, "\n");
+    ExpectOutput({"settings", "get", "VersionNumber"}, "544\n");
+    ExpectOutput({"settings", "get", "OpenPath"},
+                 home.File("Documents/My Tonewright 17 Documents/") + "\n");
+    EXPECT_FALSE(home.Holds(".config/Quillbrook"));
+}
+
+TEST_F(CliSettings, GetReadsTheFileAsTheProgramDoes) {
+    WriteUserFile("Tonewright 17.ini", "Max == 7\nCreateBackups = yes\nOpenPath = a\tb\n");
+    ExpectOutput({"settings", "get", "MaxUndoLevel"}, "7\n");
+    ExpectOutput({"settings", "get", "CreateBackups"}, "0\n");
+    ExpectOutput({"settings", "get", "OpenPath"}, "a\n");
+}
+
+TEST_F(CliSettings, ListPrintsEveryKeyInTheOrderOfTheTable) {
+    WriteUserFile("Tonewright 17.ini", "MaxUndoLevel = 9\n");
+    const auto result = Cli({"settings", "list"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(std::ranges::count(result.output, '\n'), 62);
+    EXPECT_EQ(std::ranges::count(result.output, '\t'), 62);
+    EXPECT_TRUE(result.output.starts_with("ApplicationPath\t"));
+    EXPECT_TRUE(Contains(result.output, "\nMaxUndoLevel\t9\nMiddleButtonAudition\t1\n"));
+    EXPECT_TRUE(result.output.ends_with("\nShowWelcomeWizard\t1\n"));
+}
+
+TEST_F(CliSettings, SetOnAnEmptyHomeMakesTheFileWithAllKeys) {
+    ExpectOutput({"settings", "set", "MaxUndoLevel", "7"}, "");
+    EXPECT_TRUE(Ini().starts_with(";Tonewright configuration file\n;Edit this at your own risk\n"));
+    EXPECT_TRUE(Contains(Ini(), "\nMaxUndoLevel = 7\n"));
+    EXPECT_TRUE(Contains(Ini(), "\nVersionNumber = 544\n"));
+    EXPECT_TRUE(Ini().ends_with("\nShowWelcomeWizard = 1\n"));
+    ExpectOutput({"settings", "get", "MaxUndoLevel"}, "7\n");
+}
+
+TEST_F(CliSettings, SetKeepsTheOtherValuesAndTwoGenerations) {
+    WriteUserFile("Tonewright 17.ini", "first SysexWait\nSysexWait = 99\n");
+    ExpectOutput({"settings", "set", "MaxUndoLevel", "7"}, "");
+    ExpectOutput({"settings", "set", "DatabaseCurrentName", "My Voices"}, "");
+    EXPECT_TRUE(Contains(Ini(), "\nMaxUndoLevel = 7\n"));
+    EXPECT_TRUE(Contains(Ini(), "\nSysexWait = 99\n"));
+    EXPECT_TRUE(Contains(Ini(), "\nDatabaseCurrentName = My Voices\n"));
+    const std::string backup =
+        ReadTestText(home.File(".config/Quillbrook/Backup of Tonewright 17.ini"));
+    EXPECT_TRUE(Contains(backup, "\nMaxUndoLevel = 7\n"));
+    EXPECT_TRUE(Contains(backup, "\nDatabaseCurrentName = Voices\n"));
+    EXPECT_EQ(ReadTestText(home.File(".config/Quillbrook/Backup of Backup of Tonewright 17.ini")),
+              "first SysexWait\nSysexWait = 99\n");
+}
+
+TEST_F(CliSettings, TheGreatestNumberAndEveryTextComeBack) {
+    ExpectOutput({"settings", "set", "TipFont01Size", "4294967295"}, "");
+    ExpectOutput({"settings", "get", "TipFont01Size"}, "4294967295\n");
+    ExpectOutput({"settings", "set", "CreateBackups", "0"}, "");
+    ExpectOutput({"settings", "get", "CreateBackups"}, "0\n");
+    for (const std::string &text :
+         {std::string(), std::string("\xC3\x84 = ;[x]"), std::string("blanks behind  "),
+          std::string("--no"), std::string(243, 'x')}) {
+        ExpectOutput({"settings", "set", "--", "ThemeCurrent", text}, "");
+        ExpectOutput({"settings", "get", "ThemeCurrent"}, text + "\n");
+    }
+    // The lines behind a long one are untouched.
+    ExpectOutput({"settings", "get", "AuditionCurrentOctave"}, "5\n");
+}
+
+TEST_F(CliSettings, AnUnknownKeyIsRefused) {
+    const std::string reason = "no such key; settings list shows all";
+    ExpectRefused({"settings", "get", "NoSuchKey"}, "NoSuchKey: " + reason);
+    ExpectRefused({"settings", "set", "NoSuchKey", "1"}, "NoSuchKey: " + reason);
+    ExpectRefused({"settings", "set", "Max", "1"}, "Max: " + reason);
+    ExpectRefused({"settings", "set", "maxundolevel", "1"}, "maxundolevel: " + reason);
+    ExpectRefused({"settings", "set", "", "1"}, reason);
+    ExpectRefused({"settings", "get", "a\nb"}, "a?b: " + reason);
+}
+
+TEST_F(CliSettings, AValueThatIsNoNumberIsRefused) {
+    for (const std::string &value :
+         {"", "yes", "7x", " 7", "7 ", "+7", "1.5", "0x10", "4294967296", "99999999999999999999"}) {
+        ExpectRefused({"settings", "set", "MaxUndoLevel", value},
+                      "MaxUndoLevel: " + value + " is no whole number from 0 to 4294967295");
+    }
+    ExpectRefused({"settings", "set", "--", "MaxUndoLevel", "-1"},
+                  "MaxUndoLevel: -1 is no whole number from 0 to 4294967295");
+    for (const std::string value : {"", "yes", "2", "-0", "true"}) {
+        ExpectRefused({"settings", "set", "--", "CreateBackups", value},
+                      "CreateBackups: " + value + " is neither 0 nor 1");
+    }
+}
+
+TEST_F(CliSettings, AKeyThatTheProgramSetsItselfIsRefused) {
+    for (const std::string key : {"ApplicationPath", "BuildDate", "PatchLevel", "VersionNumber"}) {
+        ExpectRefused({"settings", "set", key, "1"}, key + ": the program sets this key itself");
+    }
+}
+
+TEST_F(CliSettings, ATextThatWouldNotComeBackIsRefused) {
+    ExpectRefused({"settings", "set", "ThemeCurrent", "a\nMaxUndoLevel = 1"},
+                  "ThemeCurrent: the value has a control character");
+    ExpectRefused({"settings", "set", "ThemeCurrent", " a"},
+                  "ThemeCurrent: the value begins with a blank or an equal sign");
+    ExpectRefused({"settings", "set", "ThemeCurrent", "=a"},
+                  "ThemeCurrent: the value begins with a blank or an equal sign");
+    ExpectRefused({"settings", "set", "ThemeCurrent", std::string(244, 'x')},
+                  "ThemeCurrent: the value has 244 bytes, and 243 is the limit");
+}
+
+TEST_F(CliSettings, AnotherActionOrAWrongNumberOfWordsIsRefused) {
+    ExpectRefused({"settings", "delete", "MaxUndoLevel"},
+                  "settings: takes list, get or set, not delete");
+    ExpectRefused({"settings", "list", "MaxUndoLevel"}, "settings: list has too many arguments");
+    ExpectRefused({"settings", "get"}, "settings: get lacks arguments");
+    ExpectRefused({"settings", "get", "MaxUndoLevel", "7"}, "settings: get has too many arguments");
+    ExpectRefused({"settings", "set", "MaxUndoLevel"}, "settings: set lacks arguments");
+}
+
+TEST_F(CliSettings, AFileThatCannotBeWrittenIsToldOf) {
+    std::filesystem::create_directories(IniPath()); // a folder in its place
+    const auto result = Cli({"settings", "set", "MaxUndoLevel", "7"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + IniPath() + ": could not be written\n");
+}
+
+// ---- history
+
+using CliHistory = CliHome;
+
+TEST_F(CliHistory, WithoutAFileItPrintsNothing) {
+    ExpectOutput({"history"}, "");
+    EXPECT_FALSE(home.Holds(".config/Quillbrook"));
+}
+
+TEST_F(CliHistory, PrintsPathPinAndTimeInTheOrderOfTheMenu) {
+    WriteUserFile("Tonewright 17/FileMenuHistory.txt", "/a/old.syx,100\n"
+                                                       "/a/pinned old.syx/P,50\n"
+                                                       "/a/new.syx,1700000000\r\n"
+                                                       "/a/pinned.syx/P,60\n"
+                                                       "/a/late.syx,-294967296");
+    ExpectOutput({"history"}, "/a/pinned.syx\tyes\t60\n"
+                              "/a/pinned old.syx\tyes\t50\n"
+                              "/a/late.syx\tno\t4000000000\n"
+                              "/a/new.syx\tno\t1700000000\n"
+                              "/a/old.syx\tno\t100\n");
+}
+
+TEST_F(CliHistory, ReadsAFileThatIsNamed) {
+    const std::string file = home.WriteText("other.txt", "/b/x.syx,5\n");
+    ExpectOutput({"history", "--file", file}, "/b/x.syx\tno\t5\n");
+    ExpectOutput({"history", "--file=" + file}, "/b/x.syx\tno\t5\n");
+}
+
+TEST_F(CliHistory, AFileThatIsNamedAndCannotBeReadIsAFailure) {
+    const auto result = Cli({"history", "--file", home.File("missing.txt")});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + home.File("missing.txt") +
+                                 ": not readable: No such file or directory\n");
+    EXPECT_EQ(Cli({"history", "--file", home.path.string()}).exitStatus, 1);
+}
+
+TEST_F(CliHistory, GarbageGivesWholeRecords) {
+    const std::string file = home.WriteText("garbage.txt", std::string("\0\n,,\na\tb,1\n", 11) +
+                                                               std::string(1000, 'x') + ",7\n");
+    const auto result = Cli({"history", "--file", file});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_TRUE(Contains(result.output, "a?b\tno\t1\n"));
+    EXPECT_EQ(std::ranges::count(result.output, '\t'), 2 * std::ranges::count(result.output, '\n'));
+}
+
+} // namespace
+} // namespace tonewright
