@@ -131,7 +131,7 @@ TEST_F(CliSettings, AnUnknownKeyIsRefused) {
 }
 
 TEST_F(CliSettings, AValueThatIsNoNumberIsRefused) {
-    for (const std::string &value :
+    for (const std::string value :
          {"", "yes", "7x", " 7", "7 ", "+7", "1.5", "0x10", "4294967296", "99999999999999999999"}) {
         ExpectRefused({"settings", "set", "MaxUndoLevel", value},
                       "MaxUndoLevel: " + value + " is no whole number from 0 to 4294967295");
