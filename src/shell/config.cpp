@@ -447,8 +447,9 @@ void ConfigWrite() {
     const std::string older = UserFile(("Backup of Backup of " + std::string(FileName)).c_str());
     KeepAs(backup, older);
     KeepAs(path, backup);
+    // Made first, so that the file is short of its text as briefly as can be.
+    const std::string text = ConfigFileText();
     if (const FilePointer file = OpenFile(path.c_str(), "w")) {
-        const std::string text = ConfigFileText();
         std::fwrite(text.data(), 1, text.size(), file.get());
     }
 }

@@ -134,13 +134,14 @@ TEST_F(CliSettings, AValueThatIsNoNumberIsRefused) {
     for (const std::string value :
          {"", "yes", "7x", " 7", "7 ", "+7", "1.5", "0x10", "4294967296", "99999999999999999999"}) {
         ExpectRefused({"settings", "set", "MaxUndoLevel", value},
-                      "MaxUndoLevel: " + value + " is no whole number from 0 to 4294967295");
+                      std::string("MaxUndoLevel: ") + value +
+                          " is no whole number from 0 to 4294967295");
     }
     ExpectRefused({"settings", "set", "--", "MaxUndoLevel", "-1"},
                   "MaxUndoLevel: -1 is no whole number from 0 to 4294967295");
-    for (const std::string value : {"", "yes", "2", "-0", "true"}) {
+    for (const char *value : {"", "yes", "2", "-0", "true"}) {
         ExpectRefused({"settings", "set", "--", "CreateBackups", value},
-                      "CreateBackups: " + value + " is neither 0 nor 1");
+                      std::string("CreateBackups: ") + value + " is neither 0 nor 1");
     }
 }
 
