@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 namespace tonewright {
@@ -30,10 +28,6 @@ void FillBuffer(LineReader &reader) {
 } // namespace
 
 std::optional<LineReader> OpenLines(const char *path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(reinterpret_cast<const char8_t *>(path), error)) {
-        return std::nullopt;
-    }
     LineReader reader{.file = OpenFile(path, "rb"), .buffer = {}};
     if (!reader.file) {
         return std::nullopt;

@@ -6,18 +6,14 @@
 #include <QTextLayout>
 
 namespace tonewright {
-namespace {
 
-// The width of a line; font metrics would measure it up to its first U+009C only.
-int AdvanceOf(const QString &text, const QFont &font) {
+int TextLineWidth(const QString &text, const QFont &font) {
     QTextLayout layout(text, font);
     layout.beginLayout();
     const QTextLine line = layout.createLine();
     layout.endLayout();
     return line.isValid() ? qRound(line.horizontalAdvance()) : 0;
 }
-
-} // namespace
 
 void DrawTextLine(QPainter &painter, const QRect &box, const QString &text,
                   Qt::Alignment alignment) {
@@ -32,7 +28,7 @@ void DrawTextLine(QPainter &painter, const QRect &box, const QString &text,
     const int cell = metrics.ascent() + metrics.descent();
     int x = box.left();
     if ((alignment & (Qt::AlignRight | Qt::AlignHCenter)) != 0) {
-        const int free = box.width() - AdvanceOf(line, painter.font());
+        const int free = box.width() - TextLineWidth(line, painter.font());
         x += alignment.testFlag(Qt::AlignRight) ? free : free / 2;
     }
     painter.drawText(x, box.top() + (box.height() - cell) / 2 + metrics.ascent(), line);

@@ -4,9 +4,13 @@
 #include <QRect>
 #include <QString>
 
+class QFont;
 class QPainter;
 
 namespace tonewright {
+
+// The width of a line of text in pixels. (Font metrics measure it up to its first U+009C only.)
+int TextLineWidth(const QString &text, const QFont &font);
 
 // Writes `text` in the painter's font and pen, centred in `box` from top to bottom and placed
 // across it as `alignment` says (left, right or horizontally centred; 0 is left). A text that is

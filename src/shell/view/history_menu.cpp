@@ -3,6 +3,7 @@
 
 #include "common/settings.h"
 #include "common/view/system_colours.h"
+#include "common/view/text_line.h"
 #include "common/view/theme.h"
 #include "shell/commands.h"
 #include "shell/history.h"
@@ -79,7 +80,7 @@ public:
 private:
     static QSize SizeOfEntry(const HistoryEntry &entry, const QFont &menuFont) {
         const QFontMetrics metrics(menuFont);
-        const int text = metrics.horizontalAdvance(QString::fromStdString(entry.path));
+        const int text = TextLineWidth(QString::fromStdString(entry.path), menuFont);
         int width = text + TextMargin + PictureSide() + CheckMarkWidth;
         if (const QScreen *screen = QGuiApplication::primaryScreen()) {
             width = std::min(width, static_cast<int>(screen->size().width() * WidestPartOfScreen));
@@ -112,9 +113,7 @@ private:
         painter.setFont(font);
         painter.setPen(
             SystemColourOf(selected ? SystemColour::HighlightText : SystemColour::MenuText));
-        painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine,
-                         QFontMetrics(font).elidedText(QString::fromStdString(PlainPath(entry)),
-                                                       Qt::ElideRight, text.width()));
+        DrawTextLine(painter, text, QString::fromStdString(PlainPath(entry)));
         painter.restore();
     }
 };

@@ -91,6 +91,13 @@ TEST(TextLine, EveryCharacterFrom0x80To0x9FCountsInTheWidth) {
     }
 }
 
+TEST(TextLine, TheWidthOfALineIsThatOfAllItsCharacters) {
+    EXPECT_EQ(TextLineWidth("", TestFont()), 0);
+    EXPECT_EQ(TextLineWidth("E.PIANO 1  ", TestFont()), WidthOf("E.PIANO 1  "));
+    EXPECT_GE(TextLineWidth(QString("AB") + QChar(0x9C) + "CDEFGH", TestFont()),
+              WidthOf("ABCDEFGH"));
+}
+
 TEST(TextLine, ATextTooWideEndsInAnEllipsis) {
     const QString cut = QString(14, 'W') + QChar(0x2026);
     ASSERT_LE(WidthOf(cut), 300);

@@ -381,6 +381,17 @@ TEST_F(HistoryMenu, AnAmpersandIsPaintedAsItIs) {
                 TextWidth(home.File("a&b.syx")), 4);
 }
 
+TEST_F(HistoryMenu, APathIsPaintedWholeWithACharacter0x9CInIt) {
+    Add("AB\xC2\x9C"
+        "CDEFGHIJ.syx",
+        100);
+    const QSize size = Measure(181);
+    const int width = TextWidth(home.File("ABCDEFGHIJ.syx"));
+    EXPECT_GE(size.width(), width + 12 + 48 + 19);
+    EXPECT_GE(InkOf(Paint(181, size).copy(0, 0, size.width() - 48, 54), Qt::white).width(),
+              width - 4);
+}
+
 TEST_F(HistoryMenu, APathWithoutRoomEndsInAnEllipsisInFrontOfThePicture) {
     Add(std::string(200, 'W') + ".syx", 100);
     const QSize size = Measure(181);
