@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cstdlib>
+#include <random>
 
 namespace tonewright {
 namespace {
@@ -18,7 +20,9 @@ protected:
         setenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT", "1", 1);
     }
 
-    std::string Settings() { return ReadTestText(home.File(".config/Quillbrook/Tonewright 17.ini")); }
+    std::string Settings() {
+        return ReadTestText(home.File(".config/Quillbrook/Tonewright 17.ini"));
+    }
 
     TempFolder home;
 };
@@ -52,6 +56,36 @@ TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument)
     RunProgram({TONEWRIGHT_PROGRAM, "\"" + bank + "\""});
     EXPECT_NE(Settings().find("\nRecentDocumentPath = " + bank + "\n"), std::string::npos);
     EXPECT_NE(Settings().find("\nOpenPath = " + home.Folder() + "\n"), std::string::npos);
+}
+
+// Bytes of all values but letters, which could happen to be the beginning of a key.
+std::string RandomBytes(std::size_t size) {
+    std::mt19937 random(99);
+    std::string bytes;
+    while (bytes.size() < size) {
+        const auto byte = static_cast<unsigned char>(random() & 0xFF);
+        if (!std::isalpha(byte)) {
+            bytes += static_cast<char>(byte);
+        }
+    }
+    return bytes;
+}
+
+TEST_F(ProgramStart, GarbageInSettingsAndHistoryDoesNotKeepItFromStarting) {
+    const std::string bank = home.WriteText("bank.syx", "");
+    std::filesystem::create_directories(home.path / ".config/Quillbrook/Tonewright 17");
+    const std::string history = home.File(".config/Quillbrook/Tonewright 17/FileMenuHistory.txt");
+    for (const std::string &garbage :
+         {RandomBytes(1'000'000), std::string(10'000'000, 'x'), std::string(10'000'000, '\0'),
+          std::string("\r\n\r\n[\r\n=\r\n,\r\n")}) {
+        // The last lines have no line end.
+        WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"),
+                      garbage + "\r\nSysexWait = 77");
+        WriteTestText(history, garbage + "\r\n" + bank + ",1234");
+        EXPECT_EQ(RunProgram({TONEWRIGHT_PROGRAM}).exitStatus, 0);
+        EXPECT_NE(Settings().find("\nSysexWait = 77\n"), std::string::npos);
+        EXPECT_EQ(ReadTestText(history), bank + ",1234\n");
+    }
 }
 
 } // namespace
