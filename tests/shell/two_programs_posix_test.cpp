@@ -171,6 +171,11 @@ struct RunningProgram {
                           "/tests/lsan.supp")}) {
             environment.push_back(variable);
         }
+        // The keyboard library of X measures a text that has no end of its own, which the strict
+        // checks of a sanitized build take for an error.
+        const char *checks = std::getenv("ASAN_OPTIONS");
+        environment.push_back(std::string("ASAN_OPTIONS=") + (checks ? checks : "") +
+                              ":strict_string_checks=0");
         process.emplace(Strings{TONEWRIGHT_PROGRAM, bank}, environment);
     }
 
