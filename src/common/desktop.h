@@ -99,11 +99,15 @@ struct Desktop {
     // such a file with). False when it could not be started.
     std::function<bool(const std::string &program, const std::string &address, bool maximised)>
         OpenAddress;
+    // The help page at a topic: what the Help button of a window opens.
+    std::function<void(QWidget *owner, const std::string &topic)> ShowHelp;
     std::function<bool(const std::string &path)> MoveToTrash;
 
     // Clipboard: a whole voice block under the program's own type, and its name as plain text.
     std::function<bool(std::span<const std::uint8_t> block, const std::string &name)>
         PutClipboard;
+    // True while something lies there under the program's own type.
+    std::function<bool()> ClipboardHasVoice;
     // The block on the clipboard as it lies there; nothing while there is none.
     std::function<std::optional<std::vector<std::uint8_t>>()> TakeClipboard;
 
@@ -141,6 +145,8 @@ std::optional<std::string> ChooseImportFile(QWidget *, const std::string &path, 
 std::optional<std::string> ChooseExtraFile(QWidget *, const std::string &path, std::uint32_t driverId);
 std::optional<std::string> ChooseSaveFile(QWidget *, const std::string &path, std::uint32_t driverId);
 std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path, std::uint32_t driverId);
+
+void ShowHelp(QWidget *owner, const std::string &topic);
 
 bool ShiftKeyDown();
 bool ControlKeyDown();

@@ -13,24 +13,28 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Memory is taken as the file delivers: a large limit costs nothing for a small file.
 constexpr std::size_t FirstPiece = 64 * 1024;
 
 fs::path PathOf(const char *utf8) {
     return fs::path(reinterpret_cast<const char8_t *>(utf8));
 }
 
-// Removes a file that was opened for writing here. Anything but a regular file (a device node, a
-// pipe) is no file of ours and stays.
-void DeleteFile(const char *path) {
-    std::error_code error;
-    const fs::path target = PathOf(path);
-    if (fs::is_regular_file(target, error)) {
-        fs::remove(target, error);
-    }
-}
-
 } // namespace
+
+std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit) {
+    std::vector<std::uint8_t> bytes;
+    while (bytes.size() < limit) {
+        const std::size_t have = bytes.size();
+        const std::size_t piece = std::min(limit - have, std::max(have, FirstPiece));
+        bytes.resize(have + piece);
+        const std::size_t got = std::fread(bytes.data() + have, 1, piece, file);
+        bytes.resize(have + got);
+        if (got < piece) {
+            break;
+        }
+    }
+    return bytes;
+}
 
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit) {
     const FilePointer file = OpenFile(path, "rb");
@@ -39,17 +43,7 @@ std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::si
     }
     // Without a buffer the bytes go where they belong in one call to the system.
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
-    std::vector<std::uint8_t> bytes;
-    while (bytes.size() < limit) {
-        const std::size_t have = bytes.size();
-        const std::size_t piece = std::min(limit - have, std::max(have, FirstPiece));
-        bytes.resize(have + piece);
-        const std::size_t got = std::fread(bytes.data() + have, 1, piece, file.get());
-        bytes.resize(have + got);
-        if (got < piece) {
-            break;
-        }
-    }
+    std::vector<std::uint8_t> bytes = ReadBytesOf(file.get(), limit);
     if (std::ferror(file.get())) {
         return std::nullopt;
     }
@@ -68,10 +62,18 @@ WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> byte
     // Some file systems report a full disk only here.
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed) {
-        DeleteFile(path);
+        DeleteWrittenFile(path);
         return WriteOutcome::Short;
     }
     return WriteOutcome::Done;
+}
+
+void DeleteWrittenFile(const char *path) {
+    std::error_code error;
+    const fs::path target = PathOf(path);
+    if (fs::is_regular_file(target, error)) {
+        fs::remove(target, error);
+    }
 }
 
 bool CopyFileTo(const char *from, const char *to) {
@@ -92,7 +94,7 @@ bool CopyFileTo(const char *from, const char *to) {
     }
     // The part of a copy is no copy.
     if (targetIsFree) {
-        DeleteFile(to);
+        DeleteWrittenFile(to);
     }
     return false;
 }

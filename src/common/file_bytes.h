@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <span>
 #include <vector>
@@ -13,6 +14,10 @@ namespace tonewright {
 // or is a folder.
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit);
 
+// Up to `limit` bytes of an open file from where it stands. Memory is taken as the file delivers: a
+// limit beyond its end costs nothing.
+std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit);
+
 enum class WriteOutcome {
     Done,
     NotOpened, // the file could not be opened for writing; it is as it was
@@ -20,6 +25,10 @@ enum class WriteOutcome {
 };
 // Cuts the file to zero length and writes `bytes`.
 WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> bytes);
+
+// Removes a file that was opened for writing. Anything but a regular file (a device node, a pipe)
+// is no file of ours and stays.
+void DeleteWrittenFile(const char *path);
 
 // Copies a file, replacing `to`. False when not all of it could be copied.
 bool CopyFileTo(const char *from, const char *to);

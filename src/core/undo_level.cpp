@@ -11,6 +11,14 @@ std::vector<std::uint8_t> MakeUndoLevel(QWidget *, const VoiceList &list) {
     if (itemSize == 0) {
         return {};
     }
+    // Every row is looked at before room is made, since one long voice would ask for 32 times its
+    // length.
+    for (int row = 0; row < UndoLevelItemCount; ++row) {
+        const VoiceObject *voice = ListVoice(list, row);
+        if (!voice || voice->bytes.size() < itemSize) {
+            return {};
+        }
+    }
     std::vector<std::uint8_t> level(UndoLevelHeaderSize + UndoLevelItemCount * itemSize);
     WriteLittle32(level, 0, UndoLevelMagic);
     WriteLittle32(level, 4, UndoLevelHeaderSize);
@@ -20,11 +28,7 @@ std::vector<std::uint8_t> MakeUndoLevel(QWidget *, const VoiceList &list) {
     WriteLittle32(level, 20, static_cast<std::uint32_t>(list.selection));
     WriteLittle32(level, 24, static_cast<std::uint32_t>(list.topRow));
     for (int row = 0; row < UndoLevelItemCount; ++row) {
-        const VoiceObject *voice = ListVoice(list, row);
-        if (!voice || voice->bytes.size() < itemSize) {
-            return {};
-        }
-        std::copy_n(voice->bytes.begin(), itemSize,
+        std::copy_n(ListVoice(list, row)->bytes.begin(), itemSize,
                     level.begin() + UndoLevelHeaderSize + row * itemSize);
     }
     return level;

@@ -7,8 +7,10 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/documents.h"
+#include "shell/history.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
 #include "shell/undo.h"
@@ -42,8 +44,8 @@ constexpr CommandRow CommandTable[] = {
     {CommandSettings, "Set&tings", nullptr, nullptr, nullptr, NotBuilt, nullptr},
     {CommandExit, "E&xit", nullptr, nullptr, nullptr, Built, RunExit},
     {CommandPrint, "&Print", nullptr, nullptr, nullptr, NotBuilt, nullptr},
-    {CommandDownload, "&Download current voices", nullptr, nullptr, nullptr, NotBuilt, RunDownload},
-    {CommandUpload, "&Upload current voices", nullptr, nullptr, nullptr, NotBuilt, RunUpload},
+    {CommandDownload, "&Download current voices", nullptr, nullptr, nullptr, Built, RunDownload},
+    {CommandUpload, "&Upload current voices", nullptr, nullptr, nullptr, Built, RunUpload},
     {CommandUndo, "&Undo\tCtrl+Z", nullptr, nullptr, "Ctrl+Z", Built, RunUndo},
     {CommandNew, "&New\tCtrl+N", nullptr, nullptr, "Ctrl+N", Built, nullptr},
     {CommandSaveAs, "Save &as...", nullptr, nullptr, nullptr, Built, RunSaveAs},
@@ -51,19 +53,19 @@ constexpr CommandRow CommandTable[] = {
     {CommandTip, "&Tip of the day", nullptr, nullptr, nullptr, NotBuilt, nullptr},
     {CommandCloseAtOnce, nullptr, nullptr, nullptr, nullptr, Built, RunCloseAtOnce},
     {CommandCut, "Cu&t\tCtrl+X", "Cut", "Cut %s", "Ctrl+X", Built, nullptr},
-    {CommandCopy, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C", NotBuilt, nullptr},
-    {CommandPaste, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V", NotBuilt, nullptr},
-    {CommandFind, "&Find synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunFind},
+    {CommandCopy, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C", Built, RunCopy},
+    {CommandPaste, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V", Built, RunPaste},
+    {CommandFind, "&Find synthesizer", nullptr, nullptr, nullptr, Built, RunFind},
     {CommandEdit, nullptr, "Edit", "Edit %s", nullptr, NotBuilt, RunEdit},
     {CommandConfigure, "Con&figure &synthesizer", nullptr, nullptr, nullptr, NotBuilt, RunConfigure},
-    {CommandMidiDevices, "&MIDI devices", nullptr, nullptr, nullptr, NotBuilt, nullptr},
-    {CommandUploadVoice, nullptr, "Upload to synthesizer", "Upload %s to synthesizer", nullptr, NotBuilt, RunUploadVoice},
+    {CommandMidiDevices, "&MIDI devices", nullptr, nullptr, nullptr, Built, RunMidiDevices},
+    {CommandUploadVoice, nullptr, "Upload to synthesizer", "Upload %s to synthesizer", nullptr, Built, RunUploadVoice},
     {CommandMoveUp, nullptr, "Move up", "Move %s up", nullptr, Built, RunMoveUp},
     {CommandMoveDown, nullptr, "Move down", "Move %s down", nullptr, Built, RunMoveDown},
     {CommandExport, nullptr, "Export", "Export %s", nullptr, Built, RunExport},
     {CommandImport, nullptr, "Import", "Import to replace %s", nullptr, Built, RunImport},
-    {CommandSelectSynth, "Select &synthesizer", nullptr, nullptr, nullptr, NotBuilt, nullptr},
-    {CommandAudition, nullptr, "Audition", "Audition %s on synthesizer", nullptr, NotBuilt, nullptr},
+    {CommandSelectSynth, "Select &synthesizer", nullptr, nullptr, nullptr, Built, RunSelectSynth},
+    {CommandAudition, nullptr, "Audition", "Audition %s on synthesizer", nullptr, Built, RunAudition},
     {CommandAddToDatabase, nullptr, "Add to current database", "Add %s to current database (Shift for all)", nullptr, NotBuilt, nullptr},
     {CommandInsertFromDatabase, nullptr, "Insert a voice from the current database", "Insert a voice from the current database", nullptr, NotBuilt, nullptr},
     {CommandSystemInformation, "&System information", nullptr, nullptr, nullptr, NotBuilt, nullptr},
@@ -144,7 +146,9 @@ ContextEntry MakeContextEntry(int id, const std::string &name) {
             text.replace(place, 2, name);
         }
     }
-    return {id, text, CommandEnabled(id)};
+    // The menu bar's rules do not count here: the clicked row is there to act on.
+    const bool allowed = id == CommandPaste ? ClipboardHoldsVoice() : id != CommandCut;
+    return {id, text, allowed && row.built};
 }
 
 } // namespace
@@ -194,10 +198,12 @@ std::vector<ContextEntry> BuildContextMenu(int row) {
     if (VerboseRightClickMenu != 0 && voice) {
         name = Latin1ToUtf8(VoiceObjectName(*voice));
     }
+    // Paste names the voice on the clipboard instead.
+    const std::string clipboardName =
+        VerboseRightClickMenu != 0 ? ClipboardVoiceName(TheShellWindow.window) : std::string();
     std::vector<ContextEntry> entries;
     for (const int id : ContextMenu) {
-        // Paste would name the voice on the clipboard.
-        entries.push_back(MakeContextEntry(id, id == CommandPaste ? std::string() : name));
+        entries.push_back(MakeContextEntry(id, id == CommandPaste ? clipboardName : name));
     }
     if (row > 0) {
         entries.push_back(MakeContextEntry(CommandMoveUp, name));
@@ -272,7 +278,12 @@ int ListIndexForCommand() {
 int RunCommand(int id) {
     const RunningMark running;
     const CommandRow *row = CommandOf(id);
-    const int result = row && row->built && row->run ? row->run() : 0;
+    int result = 0;
+    if (id >= HistoryFirstItem && id < HistoryFirstItem + static_cast<int>(HistoryLimit)) {
+        result = RunHistoryItem(id);
+    } else if (row && row->built && row->run) {
+        result = row->run();
+    }
     RefreshCommands();
     return result;
 }

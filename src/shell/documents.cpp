@@ -8,6 +8,7 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "shell/commands.h"
+#include "shell/history.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 
@@ -26,6 +27,7 @@ int SaveToCurrentPath() {
         ShowMessage(Window(), LoadProgramString(108));
         return 0;
     }
+    HistoryAdd(Window(), CurrentDocumentPath, -1);
     PlayEventSound(DefaultEventSound);
     MainListState.dirty = false;
     return 1;
@@ -63,6 +65,7 @@ int RunOpen() {
         ShowMessage(Window(), LoadProgramString(110));
         return 0;
     }
+    HistoryAdd(Window(), path, -1);
     RefreshStatus();
     RefreshCopy();
     RepaintList();

@@ -18,6 +18,9 @@ struct ShellWindow {
     std::function<void()> Close; // as the system's close message: settings are written
     std::function<void()> Wake;  // posted work waits: call RunNextPosted soon, from the event loop
     std::function<void()> ShowAboutBox;
+    std::function<int(int row)> ShowAuditionBox; // for the voice in a row of the list
+    std::function<int()> ShowSelectSynthBox;     // 1: OK
+    std::function<void()> ShowMidiDevicesBox;
 };
 
 extern ShellWindow TheShellWindow;

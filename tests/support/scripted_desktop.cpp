@@ -88,6 +88,8 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 opened.push_back({program, address, maximised});
                 return addressesOpen;
             },
+        .ShowHelp = [this](QWidget *,
+                           const std::string &topic) { helpTopics.push_back(topic); },
         .MoveToTrash =
             [this](const std::string &path) {
                 trashed.push_back(path);
@@ -101,6 +103,7 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 }
                 return clipboardWorks;
             },
+        .ClipboardHasVoice = [this] { return clipboard.has_value(); },
         .TakeClipboard = [this] { return clipboard; },
         .PlaySoundFile =
             [this](const std::string &path) {

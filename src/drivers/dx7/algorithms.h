@@ -2,6 +2,8 @@
 // height of the picture. Only geometry; drivers/dx7/view paints it.
 #pragma once
 
+#include "common/geometry.h"
+
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -26,17 +28,13 @@ struct Dx7AlgorithmUnits {
 // `height`: of the whole picture; `lineWeight`: of its lines, both in pixels.
 Dx7AlgorithmUnits MakeDx7AlgorithmUnits(int height, int lineWeight);
 
-struct PicturePoint {
-    int x = 0, y = 0;
-    bool operator==(const PicturePoint &) const = default;
-};
 struct Dx7AlgorithmBox {
-    int number = 0; // as written in the box, 1 to 6
+    int number = 0;      // as written in the box, 1 to 6
     PicturePoint corner; // top left
 };
 struct Dx7AlgorithmPicture {
-    std::vector<Dx7AlgorithmBox> boxes;             // in drawing order
-    std::vector<std::vector<PicturePoint>> lines;   // polylines, in drawing order
+    std::vector<Dx7AlgorithmBox> boxes;           // in drawing order
+    std::vector<std::vector<PicturePoint>> lines; // polylines, in drawing order
 };
 // Boxes and lines of an algorithm, 0 to 31, relative to the origin of the picture; empty for any
 // other number.

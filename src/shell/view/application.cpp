@@ -9,9 +9,12 @@
 #include "common/sound.h"
 #include "common/text.h"
 #include "core/current.h"
+#include "midi/midi_start.h"
+#include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/commands.h"
 #include "shell/config.h"
+#include "shell/history.h"
 #include "shell/start_up.h"
 #include "shell/undo.h"
 #include "shell/view/desktop_qt.h"
@@ -63,6 +66,8 @@ int RunLoop(const std::string &commandLinePath) {
     FillDefaultFolders();
     MainWindow window(MainWindowSize(screenSize.height()), true);
     UndoInit(&window);
+    HistoryInit();
+    HistoryRead();
     window.AddBars();
     window.AddList();
     QuitAfterFirstPaint quitter;
@@ -73,17 +78,22 @@ int RunLoop(const std::string &commandLinePath) {
     window.show();
     window.List()->setFocus();
     RefreshTitle();
+    ClipboardChanged();
     if (!DisplayIsSuitable(colourDepth, screenSize.width())) {
         ShowChangeDriverBox(&window);
         return 0;
     }
     PostFirstDocument(commandLinePath);
+    ClipboardChanged();
     std::unique_ptr<QWidget> startupWindow;
     if (StartupWindowWanted()) {
         startupWindow = ShowStartupWindowBox([] { PostMainStartupDone(); });
     }
     SeedRandomNumbers();
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    HistorySave();
+    HistoryEnd();
+    return exitCode;
 }
 
 } // namespace
@@ -101,12 +111,14 @@ int RunApplication(int argc, char **argv) {
         ShowVersionRefusedBox();
         return 0;
     }
+    UseMidi();
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
     const int exitCode = RunLoop(CommandLinePath(argc, argv));
     UndoEnd();
     StopSounds();
+    EndMidi();
     return exitCode;
 }
 

@@ -3,19 +3,27 @@
 
 #include "common/desktop.h"
 #include "common/folders.h"
+#include "common/settings.h"
 #include "common/sound.h"
 #include "common/text.h"
 #include "common/view/busy_box.h"
+#include "common/view/centre_window.h"
 #include "common/view/message_dialog.h"
 #include "common/view/status_bar.h"
+#include "common/view/theme.h"
 #include "core/dispatch.h"
+#include "shell/show_document.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMimeData>
 #include <QProcess>
+#include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -63,6 +71,27 @@ FileTypeMembers MembersOf(FileDialogKind kind) {
     return {};
 }
 
+// The size of the last file dialog, as far as the screen has room for it; always in the middle.
+void PlaceDialog(QFileDialog &dialog) {
+    constexpr std::uint32_t smallest = 127; // a remembered size counts above this
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    if (screen && FileWindowX > smallest && FileWindowY > smallest) {
+        const auto cut = [](std::uint32_t size, int limit) {
+            return static_cast<int>(std::min<std::uint32_t>(size, static_cast<unsigned>(limit)));
+        };
+        dialog.resize(cut(FileWindowX, screen->size().width()),
+                      cut(FileWindowY, screen->size().height()));
+    }
+    CentreWindow(dialog);
+}
+
+// The dialog's own buttons in the program's look; a platform's dialog has none.
+void DrawButtons(QFileDialog &dialog) {
+    for (QPushButton *button : dialog.findChildren<QPushButton *>()) {
+        MakeSoftButton(button);
+    }
+}
+
 std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
                                          const std::string &path, DriverId driverId) {
     const FileTypeMembers members = MembersOf(kind);
@@ -81,7 +110,12 @@ std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
     } else {
         dialog.setFileMode(QFileDialog::ExistingFile);
     }
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    DrawButtons(dialog);
+    PlaceDialog(dialog);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    FileWindowX = static_cast<std::uint32_t>(dialog.width());
+    FileWindowY = static_cast<std::uint32_t>(dialog.height());
+    if (!accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }
     return dialog.selectedFiles().front().toStdString();
@@ -99,6 +133,31 @@ bool OpenAddress(const std::string &program, const std::string &address, bool) {
         return QDesktopServices::openUrl(QUrl(target));
     }
     return QProcess::startDetached(QString::fromStdString(program), {target});
+}
+
+// The program's own mark for a voice block on the clipboard.
+const QString VoiceMimeType = QStringLiteral("application/x-tonewright-voice");
+
+bool PutClipboard(std::span<const std::uint8_t> block, const std::string &name) {
+    auto *data = new QMimeData; // the clipboard takes it over
+    data->setData(VoiceMimeType, QByteArray(reinterpret_cast<const char *>(block.data()),
+                                            static_cast<qsizetype>(block.size())));
+    data->setText(QString::fromStdString(name));
+    QGuiApplication::clipboard()->setMimeData(data);
+    return true;
+}
+
+bool ClipboardHasVoice() {
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    return data && data->hasFormat(VoiceMimeType);
+}
+
+std::optional<std::vector<std::uint8_t>> TakeClipboard() {
+    if (!ClipboardHasVoice()) {
+        return std::nullopt;
+    }
+    const QByteArray block = QGuiApplication::clipboard()->mimeData()->data(VoiceMimeType);
+    return std::vector<std::uint8_t>(block.begin(), block.end());
 }
 
 void SetWaitCursor(bool wait) {
@@ -130,11 +189,14 @@ void UseQtDesktop() {
         .ChooseSaveFile = ChooseFile<FileDialogKind::Save>,
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .OpenAddress = OpenAddress,
+        .ShowHelp = [](QWidget *owner,
+                       const std::string &topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash = [](const std::string &path) {
             return QFile::moveToTrash(QString::fromStdString(path));
         },
-        .PutClipboard = {},
-        .TakeClipboard = {},
+        .PutClipboard = PutClipboard,
+        .ClipboardHasVoice = ClipboardHasVoice,
+        .TakeClipboard = TakeClipboard,
         .PlaySoundFile = [](const std::string &path) { return PlaySoundFile(path.c_str()); },
         .ShiftKeyDown = [] { return QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier); },
         .ControlKeyDown =

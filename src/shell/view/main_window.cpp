@@ -8,14 +8,21 @@
 #include "common/view/system_colours.h"
 #include "common/view/theme.h"
 #include "core/current.h"
+#include "midi/view/audition_box.h"
 #include "shell/command_queue.h"
+#include "shell/clipboard.h"
 #include "shell/commands.h"
 #include "shell/config.h"
+#include "shell/history.h"
 #include "shell/shell_window.h"
 #include "shell/view/about_box.h"
+#include "shell/view/history_menu.h"
+#include "shell/view/midi_devices_box.h"
+#include "shell/view/select_synth_box.h"
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QIcon>
@@ -41,6 +48,7 @@ void FillMenuBar(QMenuBar &bar, bool atTheRight, std::map<int, QAction *> &actio
             continue;
         }
         QMenu *menu = bar.addMenu(row.label);
+        menu->setObjectName(row.label);
         for (const int id : row.items) {
             if (id == 0) {
                 menu->addSeparator();
@@ -71,6 +79,8 @@ MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
     if (readConfiguration) {
         ConfigRead();
     }
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+                     ClipboardChanged);
     MakeAccelerators();
     CentreOnScreen();
     MainListState = {};
@@ -83,6 +93,7 @@ MainWindow::~MainWindow() {
     delete list; // before the voices that it shows
     FreeListBlocks(MainList);
     MainItemFonts = {};
+    HistoryMenuChanged = nullptr;
     MainListState = {};
     TheShellWindow = {};
 }
@@ -117,6 +128,13 @@ void MainWindow::ConnectShell() {
         QTimer::singleShot(0, this, [] { RunNextPosted(); });
     };
     TheShellWindow.ShowAboutBox = [this] { ShowAboutBox(this); };
+    TheShellWindow.ShowAuditionBox = [this](int row) {
+        return AuditionBox(this, &MainList, nullptr, CurrentDriverId, MidiInPort, MidiOutPort, row);
+    };
+    TheShellWindow.ShowSelectSynthBox = [this] {
+        return SelectSynthesizer(this, CurrentSelectParams());
+    };
+    TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
 }
 
 void MainWindow::MakeMenus() {
@@ -124,6 +142,9 @@ void MainWindow::MakeMenus() {
     rightMenuBar = new QMenuBar(this);
     FillMenuBar(*menuBar, false, actions);
     FillMenuBar(*rightMenuBar, true, actions);
+    QMenu *fileMenu = menuBar->actions().constFirst()->menu();
+    PrepareHistoryMenu(fileMenu);
+    HistoryMenuChanged = [fileMenu] { RebuildHistoryMenu(fileMenu); };
 }
 
 void MainWindow::MakeAccelerators() {

@@ -238,7 +238,7 @@ void VoiceListView::ShowContextMenu(int row, QPoint globalPosition) {
         action->setEnabled(entry.enabled);
     }
     if (const QAction *chosen = menu.exec(globalPosition)) {
-        RunUserCommand(chosen->data().toInt());
+        RunCommand(chosen->data().toInt());
     }
 }
 
