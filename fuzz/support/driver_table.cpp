@@ -3,6 +3,8 @@
 #include "core/undo_level.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/files.h"
+#include "drivers/reface_dx/voice_codec.h"
 
 namespace tonewright {
 
@@ -30,7 +32,12 @@ const SynthDriver WindowlessRefaceDxDriver = {
     .bankExtension = "srx",
     .voiceExtension = "sr1",
     .defaultDocumentName = "Untitled.srx",
+    .OpenBank = RefaceOpenBank,
+    .SaveBank = RefaceSaveBank,
     .MakeItemFonts = MakeItemFonts,
+    .ImportVoice = RefaceImportVoice,
+    .ExportVoice = RefaceExportVoice,
+    .VoiceName = RefaceVoiceName,
     .MakeUndoLevel = MakeUndoLevel,
 };
 

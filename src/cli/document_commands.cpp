@@ -70,7 +70,23 @@ void TellNotWritten(const char *path, int systemError) {
     TellError(path, reason);
 }
 
+// Whether the row can be written into a file of the current family; else says why `path` is not
+// written, which is then left as it was.
+bool RowCanBeWritten(const VoiceFileFormat *format, int row, const char *path) {
+    if (!format || format->canBeWritten(ListVoice(MainList, row))) {
+        return true;
+    }
+    TellError(path, FormatText("not written: place %d holds no whole voice", row + 1));
+    return false;
+}
+
 int SaveBankDocument(const char *path) {
+    const VoiceFileFormat *format = FormatOfDriver(CurrentDriverId, VoiceFileKind::Bank);
+    for (int row = 0; format && row < format->voicesWritten; ++row) {
+        if (!RowCanBeWritten(format, row, path)) {
+            return ExitFailed;
+        }
+    }
     errno = 0;
     if (!SaveDocument(nullptr, MainList, AbsolutePath(path).c_str())) {
         TellNotWritten(path, errno);
@@ -160,6 +176,10 @@ int CliExport(const CliCall &call) {
     }
     if (!ListVoice(MainList, *place - 1)) {
         TellError(in, NoSuchPlace(*place));
+        return ExitFailed;
+    }
+    if (!RowCanBeWritten(FormatOfDriver(CurrentDriverId, VoiceFileKind::SingleVoice), *place - 1,
+                         out)) {
         return ExitFailed;
     }
     errno = 0;

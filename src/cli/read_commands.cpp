@@ -40,10 +40,11 @@ int CliList(const CliCall &call) {
             continue;
         }
         const std::string prefix = call.words.size() > 1 ? FieldText(path) + '\t' : std::string();
-        for (int index = 0; index < format->voices; ++index) {
+        const std::size_t count = format->count(bytes);
+        for (std::size_t index = 0; index < count; ++index) {
             const VoiceLine voice = format->voice(bytes, index);
             Put(StandardOutput, prefix);
-            PutNumber(StandardOutput, static_cast<unsigned>(index + 1));
+            PutNumber(StandardOutput, index + 1);
             Put(StandardOutput, '\t');
             PutVoiceName(StandardOutput, voice.name);
             Put(StandardOutput, '\t');
@@ -63,7 +64,7 @@ int CliCheck(const CliCall &call) {
         Put(StandardOutput, FieldText(path));
         if (report.state == VoiceFileState::Ok) {
             Put(StandardOutput, "\tok\t");
-            PutNumber(StandardOutput, static_cast<unsigned>(format->voices));
+            PutNumber(StandardOutput, format->count(bytes));
         } else {
             const char *state = report.state == VoiceFileState::Damaged ? "damaged" : "refused";
             Put(StandardOutput, FormatText("\t%s\t", state));

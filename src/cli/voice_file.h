@@ -27,18 +27,23 @@ struct VoiceFileReport {
 
 struct VoiceLine {
     std::string_view name; // Latin-1; valid until the next call
-    int algorithm = 0;     // from 1
+    int algorithm = 0;     // from 1; 0 where a file holds something else than a voice
 };
 
 struct VoiceFileFormat {
     DriverId driver;
     VoiceFileKind kind;
-    std::size_t size; // bytes of the format; what follows them in a file is ignored
-    int voices;
-    // `bytes`: the file from its start, at most `size` of them.
+    std::size_t size; // bytes of a file as the program writes it
+    // Bytes of a whole file, by its first `size` bytes; what follows them is ignored.
+    std::uint64_t (*wholeSize)(std::span<const std::uint8_t> bytes);
+    // `bytes`: the file from its start, whole if it is.
     VoiceFileReport (*judge)(std::span<const std::uint8_t> bytes);
     // Of a file that was not refused; `index` from 0.
-    VoiceLine (*voice)(std::span<const std::uint8_t> bytes, int index);
+    std::size_t (*count)(std::span<const std::uint8_t> bytes);
+    VoiceLine (*voice)(std::span<const std::uint8_t> bytes, std::size_t index);
+    // Whether a row of a list can be written into such a file.
+    bool (*canBeWritten)(const VoiceObject *voice);
+    int voicesWritten; // by each file
 };
 
 // The format of a driver's files, or nullptr while the driver's row leaves its reader empty.

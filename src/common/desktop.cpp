@@ -159,6 +159,12 @@ std::optional<std::string> ChooseExportFile(QWidget *owner, const std::string &p
     return Choose(TheDesktop.ChooseExportFile, owner, path, driverId);
 }
 
+void ShowHelp(QWidget *owner, const std::string &topic) {
+    if (TheDesktop.ShowHelp) {
+        TheDesktop.ShowHelp(owner, topic);
+    }
+}
+
 bool ShiftKeyDown() {
     return TheDesktop.ShiftKeyDown && TheDesktop.ShiftKeyDown();
 }

@@ -105,6 +105,8 @@ struct Desktop {
     // such a file with). False when it could not be started.
     std::function<bool(const std::string &program, const std::string &address, bool maximised)>
         OpenAddress;
+    // The help page at a topic: what the Help button of a window opens.
+    std::function<void(QWidget *owner, const std::string &topic)> ShowHelp;
     std::function<bool(const std::string &path)> MoveToTrash;
 
     // Clipboard: a whole voice block under the program's own type, and its name as plain text.
@@ -153,6 +155,8 @@ std::optional<std::string> ChooseSaveFile(QWidget *, const std::string &path,
                                           std::uint32_t driverId);
 std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path,
                                             std::uint32_t driverId);
+
+void ShowHelp(QWidget *owner, const std::string &topic);
 
 bool ShiftKeyDown();
 bool ControlKeyDown();

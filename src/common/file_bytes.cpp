@@ -14,23 +14,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Memory is taken as the file delivers: a large limit costs nothing for a small file.
 constexpr std::size_t FirstPiece = 64 * 1024;
 
 fs::path PathOf(const char *utf8) {
     return fs::path(reinterpret_cast<const char8_t *>(utf8));
-}
-
-// Removes a file that was written here. Behind a link it is the file that goes, since that is what
-// was cut; the link stays for the next file. Keeps errno, which tells why the writing failed.
-void DeleteFile(const char *path) {
-    const int reason = errno;
-    std::error_code error;
-    const fs::path target = fs::canonical(PathOf(path), error);
-    if (!error && fs::is_regular_file(target, error)) {
-        fs::remove(target, error);
-    }
-    errno = reason;
 }
 
 // The entry of a folder that a path stands for: links on the way are followed, one at the end is an
@@ -63,6 +50,21 @@ bool LeadsThrough(fs::path path, const fs::path &entry) {
 
 } // namespace
 
+std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit) {
+    std::vector<std::uint8_t> bytes;
+    while (bytes.size() < limit) {
+        const std::size_t have = bytes.size();
+        const std::size_t piece = std::min(limit - have, std::max(have, FirstPiece));
+        bytes.resize(have + piece);
+        const std::size_t got = std::fread(bytes.data() + have, 1, piece, file);
+        bytes.resize(have + got);
+        if (got < piece) {
+            break;
+        }
+    }
+    return bytes;
+}
+
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit) {
     const FilePointer file = OpenFile(path, "rb");
     if (!file) {
@@ -70,17 +72,7 @@ std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::si
     }
     // Without a buffer the bytes go where they belong in one call to the system.
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
-    std::vector<std::uint8_t> bytes;
-    while (bytes.size() < limit) {
-        const std::size_t have = bytes.size();
-        const std::size_t piece = std::min(limit - have, std::max(have, FirstPiece));
-        bytes.resize(have + piece);
-        const std::size_t got = std::fread(bytes.data() + have, 1, piece, file.get());
-        bytes.resize(have + got);
-        if (got < piece) {
-            break;
-        }
-    }
+    std::vector<std::uint8_t> bytes = ReadBytesOf(file.get(), limit);
     if (std::ferror(file.get())) {
         return std::nullopt;
     }
@@ -99,10 +91,20 @@ WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> byte
     // Some file systems report a full disk only here.
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed) {
-        DeleteFile(path);
+        DeleteWrittenFile(path);
         return WriteOutcome::Short;
     }
     return WriteOutcome::Done;
+}
+
+void DeleteWrittenFile(const char *path) {
+    const int reason = errno;
+    std::error_code error;
+    const fs::path target = fs::canonical(PathOf(path), error);
+    if (!error && fs::is_regular_file(target, error)) {
+        fs::remove(target, error);
+    }
+    errno = reason;
 }
 
 bool CopyFileTo(const char *from, const char *to) {
@@ -124,7 +126,7 @@ bool CopyFileTo(const char *from, const char *to) {
     }
     // The part of a copy is no copy.
     if (targetIsFree) {
-        DeleteFile(to);
+        DeleteWrittenFile(to);
     }
     return false;
 }

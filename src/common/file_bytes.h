@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <span>
 #include <vector>
@@ -13,6 +14,10 @@ namespace tonewright {
 // or is a folder, a pipe or a device.
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit);
 
+// Up to `limit` bytes of an open file from where it stands. Memory is taken as the file delivers: a
+// limit beyond its end costs nothing.
+std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit);
+
 enum class WriteOutcome {
     Done,
     NotOpened, // the file could not be opened for writing, or is no regular file; it is as it was
@@ -21,6 +26,11 @@ enum class WriteOutcome {
 // Cuts the file to zero length and writes `bytes`, behind a link too. A link to a file that has
 // been deleted stays. Where not all was done, errno tells why.
 WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> bytes);
+
+// Removes a file that was written here. Behind a link it is the file that goes, since that is what
+// was cut; the link stays for the next file. Anything but a regular file (a device node, a pipe) is
+// no file of ours and stays. Keeps errno, which tells why the writing failed.
+void DeleteWrittenFile(const char *path);
 
 // Copies a file, replacing `to`; when `to` is a link to some file, or another name of it, that file
 // stays as it is. False when not all of it could be copied, or when both paths lead to the same

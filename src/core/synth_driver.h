@@ -2,6 +2,7 @@
 // such rows. An empty operation is a null pointer; see core/dispatch.h for what that means.
 #pragma once
 
+#include "common/geometry.h"
 #include "core/item_fonts.h"
 #include "core/voice_list.h"
 #include "core/voice_object.h"
@@ -23,10 +24,6 @@ constexpr std::uint32_t DriverFlagUnused = 0x04; // set in the reface DX row; no
 constexpr std::uint32_t DriverFlagConfigure = 0x08;
 constexpr std::uint32_t DriverFlagDownload = 0x10;
 constexpr std::uint32_t DriverFlagFind = 0x20;
-
-struct Rectangle {
-    int left = 0, top = 0, right = 0, bottom = 0; // right and bottom are outside
-};
 
 // What is needed to paint one item of the list.
 struct DrawItem {

@@ -2,6 +2,7 @@
 #include "core/voice_object.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace tonewright {
 
@@ -75,6 +76,16 @@ std::size_t RecordSizeOf(const VoiceObject &voice) {
         return 0;
     }
     return std::size_t{header->payloadOffset} + header->payloadSize + header->extraSize;
+}
+
+VoiceNameText MakeVoiceNameText(const std::uint8_t *tenBytes) {
+    VoiceNameText text{};
+    std::size_t size = VoiceNameSize;
+    while (size > 1 && tenBytes[size - 1] <= 0x20) {
+        --size;
+    }
+    std::memcpy(text.data(), tenBytes, size);
+    return text;
 }
 
 } // namespace tonewright

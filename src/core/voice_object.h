@@ -13,6 +13,7 @@
 // clipboard and into undo levels.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -78,6 +79,13 @@ std::span<std::uint8_t> MutablePayloadOf(VoiceObject &voice);
 
 // payloadOffset + payloadSize + extraSize of a block that PayloadOf accepts; 0 for any other.
 std::size_t RecordSizeOf(const VoiceObject &voice);
+
+// A voice's name has ten bytes without a terminator in every family. Its text: the bytes without
+// those of 0x20 or below at the end, but for the first, which always stays; a zero byte inside the
+// name ends it.
+constexpr std::size_t VoiceNameSize = 10;
+using VoiceNameText = std::array<char, VoiceNameSize + 1>;
+VoiceNameText MakeVoiceNameText(const std::uint8_t *tenBytes);
 
 // Little-endian 32-bit access to a block of bytes. The caller guarantees offset + 4 <= size.
 std::uint32_t ReadLittle32(std::span<const std::uint8_t> bytes, std::size_t offset);

@@ -22,6 +22,9 @@ struct ShellWindow {
     std::function<void()> DropBackground; // the picture is loaded anew at the next painting
     std::function<void()> RepaintWindow;
     std::function<void()> RepaintTools; // the buttons of the tool bar
+    std::function<int(int row)> ShowAuditionBox; // for the voice in a row of the list
+    std::function<int()> ShowSelectSynthBox;     // 1: OK
+    std::function<void()> ShowMidiDevicesBox;
 };
 
 extern ShellWindow TheShellWindow;

@@ -7,6 +7,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "midi/midi_api.h"
 #include "shell/commands.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
@@ -24,6 +25,11 @@ QWidget *Window() {
 std::string NameOfRow(int row) {
     const VoiceObject *voice = ListVoice(MainList, row);
     return Latin1ToUtf8(VoiceObjectName(voice ? *voice : VoiceObject{}));
+}
+
+int FindSynthesizer() {
+    return FindCurrentSynth(Window(), &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
+                            SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str());
 }
 
 // Takes the voice of `row` out, deletes the row and puts the voice into a new row at `target`. The
@@ -79,9 +85,8 @@ int RunUpload() {
 }
 
 int RunFind() {
-    const int result =
-        FindCurrentSynth(Window(), &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
-                         SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str());
+    TheMidi.RescanDevices();
+    const int result = FindSynthesizer();
     AutoConfigureCurrent(Window());
     RefreshStatus();
     return result;
@@ -89,6 +94,29 @@ int RunFind() {
 
 int RunConfigure() {
     return ConfigureCurrent(Window());
+}
+
+int RunMidiDevices() {
+    TheMidi.RescanDevices();
+    if (TheShellWindow.ShowMidiDevicesBox) {
+        TheShellWindow.ShowMidiDevicesBox();
+    }
+    return 1;
+}
+
+int RunSelectSynth() {
+    if (!AskToSave()) {
+        return 0;
+    }
+    TheMidi.RescanDevices();
+    if (!TheShellWindow.ShowSelectSynthBox || !TheShellWindow.ShowSelectSynthBox()) {
+        return 0;
+    }
+    ListReset(MainList);
+    FindSynthesizer();
+    RefreshCopy();
+    RefreshStatus();
+    return 1;
 }
 
 int RunEdit() {
@@ -121,6 +149,11 @@ int RunUploadVoice() {
         ShowMessage(Window(), "There has been an error uploading " + NameOfRow(row));
     }
     return result;
+}
+
+int RunAudition() {
+    const int row = ListIndexForCommand();
+    return row != NoRow && TheShellWindow.ShowAuditionBox ? TheShellWindow.ShowAuditionBox(row) : 0;
 }
 
 int RunMoveUp() {

@@ -1,4 +1,5 @@
-// The commands that act on voices of the list, with their undo levels, messages and sounds.
+// The commands that act on voices of the list and on the instrument, with their undo levels,
+// messages and sounds.
 #pragma once
 
 #include <string>
@@ -12,7 +13,10 @@ int RunUpload();
 int RunFind();
 int RunEdit();
 int RunConfigure();
+int RunMidiDevices();
+int RunSelectSynth();
 int RunUploadVoice();
+int RunAudition();
 int RunMoveUp();
 int RunMoveDown();
 int RunExport();

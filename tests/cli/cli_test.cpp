@@ -159,7 +159,7 @@ TEST(CliList, GoesOnBehindAFileThatItCannotList) {
     EXPECT_EQ(result.errors, "tonewright-cli: " + missing +
                                  ": not readable: No such file or directory\n" +
                                  "tonewright-cli: " + unknown +
-                                 ": the extension is none of those that can be read (syx, sy1)\n");
+                                 ": the extension is none of those that can be read (syx, sy1, srx, sr1)\n");
 }
 
 // ---- check
@@ -207,9 +207,9 @@ const CheckCase CheckCases[] = {
      "damaged\twrong byte count"},
     {"AWrongChecksumOfAVoice", "a.sy1", Changed(TestVoiceFile(), 20, 1), "damaged\twrong checksum"},
     {"AnUnknownExtension", "a.bin", TestBank(),
-     "refused\tthe extension is none of those that can be read (syx, sy1)"},
+     "refused\tthe extension is none of those that can be read (syx, sy1, srx, sr1)"},
     {"NoExtension", "syx", TestBank(),
-     "refused\tthe extension is none of those that can be read (syx, sy1)"},
+     "refused\tthe extension is none of those that can be read (syx, sy1, srx, sr1)"},
 };
 
 class CliCheckOf : public testing::TestWithParam<CheckCase> {};

@@ -1,6 +1,7 @@
 // Whole files read, written and copied.
 #include "common/file_bytes.h"
 
+#include "common/open_file.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,29 @@ Bytes CountingBytes(std::size_t size) {
         bytes[i] = static_cast<std::uint8_t>(i * 7 + i / 251);
     }
     return bytes;
+}
+
+TEST(ReadBytesOf, GoesOnWhereTheFileStandsAndStopsAtItsEnd) {
+    const TempFolder folder;
+    const Bytes all = CountingBytes(200000);
+    const FilePointer file = OpenFile(folder.Write("file", all).c_str(), "rb");
+    ASSERT_TRUE(file);
+    EXPECT_EQ(ReadBytesOf(file.get(), 0), Bytes());
+    EXPECT_EQ(ReadBytesOf(file.get(), 160), Bytes(all.begin(), all.begin() + 160));
+    EXPECT_EQ(ReadBytesOf(file.get(), 100000), Bytes(all.begin() + 160, all.begin() + 100160));
+    EXPECT_EQ(ReadBytesOf(file.get(), std::size_t{1} << 40),
+              Bytes(all.begin() + 100160, all.end()));
+    EXPECT_EQ(ReadBytesOf(file.get(), 1), Bytes());
+}
+
+TEST(DeleteWrittenFile, RemovesAFileAndNothingElse) {
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.path / "folder");
+    DeleteWrittenFile(folder.Write("file", CountingBytes(10)).c_str());
+    DeleteWrittenFile(folder.File("folder").c_str());
+    DeleteWrittenFile(folder.File("missing").c_str());
+    EXPECT_FALSE(folder.Holds("file"));
+    EXPECT_TRUE(folder.Holds("folder"));
 }
 
 TEST(ReadFileBytes, GivesTheWholeFileWithinTheLimit) {

@@ -70,5 +70,18 @@ TEST(VoiceObject, ThePayloadIsReachedThroughItsOffset) {
     EXPECT_EQ(voice.bytes[61], 9);
 }
 
+TEST(VoiceName, LosesTrailingBytesOf0x20OrBelowButNeverItsFirst) {
+    const auto text = [](const char(&tenBytes)[11]) {
+        return std::string(
+            MakeVoiceNameText(reinterpret_cast<const std::uint8_t *>(tenBytes)).data());
+    };
+    EXPECT_EQ(text("ABC       "), "ABC");
+    EXPECT_EQ(text("          "), " ");
+    EXPECT_EQ(text("\0BCDEFGHIJ"), "");
+    EXPECT_EQ(text("AB\0DEFGHIJ"), "AB");
+    EXPECT_EQ(text("ABCDEFGHI\x7F"), "ABCDEFGHI\x7F");
+    EXPECT_EQ(text("A\x01\x02\x03\x04\x05\x06\x07\x1F "), "A");
+}
+
 } // namespace
 } // namespace tonewright

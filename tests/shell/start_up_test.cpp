@@ -99,8 +99,12 @@ TEST_F(FirstWork, TheDriverOfTheSettingsBecomesCurrent) {
     SelectKeyboardName = "yamaha REFACE dx";
     PostFirstCommands();
     EXPECT_EQ(CurrentDriverId, NoDriverId);
-    RunAll();
+    EXPECT_TRUE(RunNextPosted());
     EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    // Then its instrument is looked for, and is not there.
+    EXPECT_TRUE(RunNextPosted());
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+    EXPECT_FALSE(RunNextPosted());
 }
 
 TEST_F(FirstWork, AnUnknownNameInTheSettingsChoosesNoDriver) {

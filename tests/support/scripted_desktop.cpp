@@ -88,6 +88,8 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 opened.push_back({program, address, maximised});
                 return addressesOpen;
             },
+        .ShowHelp = [this](QWidget *,
+                           const std::string &topic) { helpTopics.push_back(topic); },
         .MoveToTrash =
             [this](const std::string &path) {
                 trashed.push_back(path);

@@ -75,6 +75,7 @@ struct ScriptedDesktop {
         bool maximised = false;
     };
     std::vector<OpenedAddress> opened;
+    std::vector<std::string> helpTopics; // of the help that was opened
     std::vector<std::string> trashed; // paths moved to the trash; the files stay where they are
     std::vector<std::string> clipboardNames; // of each voice put on the clipboard
 

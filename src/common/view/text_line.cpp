@@ -1,4 +1,4 @@
-// Elides and places a line of text.
+// Elides and places lines of text.
 #include "common/view/text_line.h"
 
 #include <QFontMetrics>
@@ -21,17 +21,27 @@ void DrawTextLine(QPainter &painter, const QRect &box, const QString &text,
     for (const QChar breaking : {u'\t', u'\n', u'\r'}) {
         line.replace(breaking, QLatin1Char(' '));
     }
-    const QFontMetrics metrics = painter.fontMetrics();
     // Without the flag U+009C parts a long form of a text from a shorter one, and only one of the
     // two is shown. Painting within a rectangle knows no such flag, hence the place by hand.
-    line = metrics.elidedText(line, Qt::ElideRight, box.width(), Qt::TextLongestVariant);
-    const int cell = metrics.ascent() + metrics.descent();
+    line = painter.fontMetrics().elidedText(line, Qt::ElideRight, box.width(),
+                                            Qt::TextLongestVariant);
     int x = box.left();
     if ((alignment & (Qt::AlignRight | Qt::AlignHCenter)) != 0) {
         const int free = box.width() - TextLineWidth(line, painter.font());
         x += alignment.testFlag(Qt::AlignRight) ? free : free / 2;
     }
-    painter.drawText(x, box.top() + (box.height() - cell) / 2 + metrics.ascent(), line);
+    WriteAt(painter, x, box.top(), box.top() + box.height(), line);
+}
+
+void WriteAt(QPainter &painter, int x, int top, int bottom, const QString &text) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int cell = metrics.ascent() + metrics.descent();
+    painter.drawText(x, top + (bottom - top - cell) / 2 + metrics.ascent(), text);
+}
+
+void WriteCentred(QPainter &painter, const Rectangle &box, const QString &text) {
+    const int width = TextLineWidth(text, painter.font());
+    WriteAt(painter, box.left + (box.right - box.left - width) / 2, box.top, box.bottom, text);
 }
 
 } // namespace tonewright

@@ -2,6 +2,8 @@
 // height of the picture. Only geometry; drivers/dx7/view paints it.
 #pragma once
 
+#include "common/geometry.h"
+
 #include <vector>
 
 namespace tonewright {
@@ -24,10 +26,6 @@ struct Dx7AlgorithmUnits {
 // `height`: of the whole picture; `lineWeight`: of its lines, both in pixels.
 Dx7AlgorithmUnits MakeDx7AlgorithmUnits(int height, int lineWeight);
 
-struct PicturePoint {
-    int x = 0, y = 0;
-    bool operator==(const PicturePoint &) const = default;
-};
 struct Dx7AlgorithmBox {
     int number = 0;      // as written in the box, 1 to 6
     PicturePoint corner; // top left

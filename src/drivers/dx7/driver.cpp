@@ -3,6 +3,7 @@
 
 #include "core/undo_level.h"
 #include "drivers/dx7/files.h"
+#include "drivers/dx7/transfer.h"
 #include "drivers/dx7/view/voice_view.h"
 #include "drivers/dx7/voice_codec.h"
 
@@ -20,14 +21,14 @@ const SynthDriver Dx7Driver = {
     .defaultDocumentName = "Untitled.syx",
     .flags = DriverFlagUpload,
     .documentPicture = 8502,
-    .FindSynth = nullptr,
+    .FindSynth = Dx7FindSynth,
     .OpenBank = Dx7OpenBank,
     .SaveBank = Dx7SaveBank,
     .DrawVoiceItem = Dx7DrawVoiceItem,
     .MakeItemFonts = MakeItemFonts,
-    .UploadBank = nullptr,
+    .UploadBank = Dx7UploadBank,
     .DownloadBank = nullptr,
-    .UploadVoice = nullptr,
+    .UploadVoice = Dx7UploadVoice,
     .reserved = nullptr,
     .ImportVoice = Dx7ImportVoice,
     .ExportVoice = Dx7ExportVoice,

@@ -68,19 +68,6 @@ bool IsAccepted(QWidget *window, const char *path, Dx7FileVerdict verdict) {
     return OpenDamagedFile(window, path);
 }
 
-// The 156 bytes of a DX7 voice; nothing for any other block and for none.
-std::optional<Dx7UnpackedConst> Dx7VoiceOf(const VoiceObject *voice) {
-    if (!voice) {
-        return std::nullopt;
-    }
-    const auto parts = PayloadOf(*voice);
-    if (!parts || parts->payload.size() < Dx7VoiceSize ||
-        HeaderOf(*voice)->driverId != Dx7DriverId) {
-        return std::nullopt;
-    }
-    return parts->payload.first<Dx7VoiceSize>();
-}
-
 std::size_t BankVoiceOffset(int voice) {
     return Dx7FileHeaderSize + static_cast<std::size_t>(voice) * Dx7PackedVoiceSize;
 }

@@ -11,7 +11,6 @@
 #include "drivers/dx7/voice_codec.h"
 
 #include <cstdint>
-#include <optional>
 #include <span>
 
 class QWidget;

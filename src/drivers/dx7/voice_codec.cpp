@@ -1,7 +1,6 @@
 // Converts DX7 voices between the packed form of the banks and the unpacked form of the editor.
 #include "drivers/dx7/voice_codec.h"
 
-#include <array>
 #include <cstring>
 
 namespace tonewright {
@@ -127,13 +126,21 @@ VoiceObject MakeDx7VoiceObject(Dx7UnpackedConst voice) {
     return MakeVoiceObject(Dx7DriverId, voice);
 }
 
-const char *Dx7NameText(const std::uint8_t *tenBytes) {
-    static std::array<char, Dx7NameSize + 1> text;
-    std::memcpy(text.data(), tenBytes, Dx7NameSize);
-    text[Dx7NameSize] = 0;
-    for (std::size_t last = Dx7NameSize - 1; last > 0 && tenBytes[last] <= 0x20; --last) {
-        text[last] = 0;
+std::optional<Dx7UnpackedConst> Dx7VoiceOf(const VoiceObject *voice) {
+    if (!voice) {
+        return std::nullopt;
     }
+    const auto parts = PayloadOf(*voice);
+    if (!parts || parts->payload.size() < Dx7VoiceSize ||
+        HeaderOf(*voice)->driverId != Dx7DriverId) {
+        return std::nullopt;
+    }
+    return parts->payload.first<Dx7VoiceSize>();
+}
+
+const char *Dx7NameText(const std::uint8_t *tenBytes) {
+    static VoiceNameText text;
+    text = MakeVoiceNameText(tenBytes);
     return text.data();
 }
 

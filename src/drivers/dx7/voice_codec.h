@@ -10,6 +10,7 @@
 #include "core/voice_object.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -20,7 +21,7 @@ constexpr std::size_t Dx7VoiceSize = 156;
 constexpr std::size_t Dx7OperatorCount = 6;
 constexpr std::size_t Dx7OperatorSize = 21;       // unpacked
 constexpr std::size_t Dx7PackedOperatorSize = 17;
-constexpr std::size_t Dx7NameSize = 10;
+constexpr std::size_t Dx7NameSize = VoiceNameSize;
 constexpr int Dx7VoicesPerBank = 32;
 
 // Offsets in an unpacked operator block.
@@ -65,8 +66,11 @@ void PackDx7Voice(Dx7Packed destination, Dx7UnpackedConst source);
 // A block with the 156 bytes as payload and the DX7 driver's id.
 VoiceObject MakeDx7VoiceObject(Dx7UnpackedConst voice);
 
-// The name of ten bytes without its trailing bytes of 0x20 or below; position 0 always stays.
-// Bytes of value 0 inside the name end it. Static text.
+// The 156 bytes in such a block; nothing for null, a block of another driver, or one that is too
+// short.
+std::optional<Dx7UnpackedConst> Dx7VoiceOf(const VoiceObject *voice);
+
+// The name of ten bytes as MakeVoiceNameText gives it. Static text.
 const char *Dx7NameText(const std::uint8_t *tenBytes);
 
 // VoiceName operation of the DX7 row: writes the name and returns its length. 0 for a block whose

@@ -2,6 +2,11 @@
 #include "drivers/reface_dx/driver.h"
 
 #include "core/undo_level.h"
+#include "drivers/reface_dx/files.h"
+#include "drivers/reface_dx/transfer.h"
+#include "drivers/reface_dx/find.h"
+#include "drivers/reface_dx/view/voice_view.h"
+#include "drivers/reface_dx/voice_codec.h"
 
 namespace tonewright {
 
@@ -18,20 +23,20 @@ const SynthDriver RefaceDxDriver = {
     .flags = DriverFlagAutodetect | DriverFlagUnused | DriverFlagConfigure | DriverFlagDownload |
              DriverFlagFind,
     .documentPicture = 8501,
-    .FindSynth = nullptr,
-    .OpenBank = nullptr,
-    .SaveBank = nullptr,
-    .DrawVoiceItem = nullptr,
+    .FindSynth = RefaceDxFindSynth,
+    .OpenBank = RefaceOpenBank,
+    .SaveBank = RefaceSaveBank,
+    .DrawVoiceItem = RefaceDrawVoiceItem,
     .MakeItemFonts = MakeItemFonts,
-    .UploadBank = nullptr,
-    .DownloadBank = nullptr,
-    .UploadVoice = nullptr,
+    .UploadBank = RefaceUploadBank,
+    .DownloadBank = RefaceDownloadBank,
+    .UploadVoice = RefaceUploadVoice,
     .reserved = nullptr,
-    .ImportVoice = nullptr,
-    .ExportVoice = nullptr,
+    .ImportVoice = RefaceImportVoice,
+    .ExportVoice = RefaceExportVoice,
     .EditVoice = nullptr,
-    .VoiceName = nullptr,
-    .PrintVoice = nullptr,
+    .VoiceName = RefaceVoiceName,
+    .PrintVoice = RefacePrintVoice,
     .ConfigureSynth = nullptr,
     .AutoConfigure = nullptr,
     .MakeUndoLevel = MakeUndoLevel,

@@ -9,6 +9,7 @@
 #include "common/sound.h"
 #include "common/text.h"
 #include "core/current.h"
+#include "midi/midi_start.h"
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/commands.h"
@@ -113,12 +114,14 @@ int RunApplication(int argc, char **argv) {
         ShowVersionRefusedBox();
         return 0;
     }
+    UseMidi();
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
     const int exitCode = RunLoop(CommandLinePath(argc, argv));
     UndoEnd();
     StopSounds();
+    EndMidi();
     return exitCode;
 }
 

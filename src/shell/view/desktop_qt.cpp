@@ -12,6 +12,7 @@
 #include "common/view/status_bar.h"
 #include "common/view/theme.h"
 #include "core/dispatch.h"
+#include "shell/show_document.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -196,6 +197,8 @@ void UseQtDesktop() {
         .ChooseSaveFile = ChooseFile<FileDialogKind::Save>,
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .OpenAddress = OpenAddress,
+        .ShowHelp = [](QWidget *owner,
+                       const std::string &topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash =
             [](const std::string &path) {
                 return QFile::moveToTrash(QString::fromStdString(path));

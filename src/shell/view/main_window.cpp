@@ -9,6 +9,7 @@
 #include "common/view/system_colours.h"
 #include "common/view/theme.h"
 #include "core/current.h"
+#include "midi/view/audition_box.h"
 #include "shell/command_queue.h"
 #include "shell/clipboard.h"
 #include "shell/commands.h"
@@ -17,6 +18,8 @@
 #include "shell/shell_window.h"
 #include "shell/view/about_box.h"
 #include "shell/view/history_menu.h"
+#include "shell/view/midi_devices_box.h"
+#include "shell/view/select_synth_box.h"
 #include "shell/view/setup_dialog.h"
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
@@ -145,6 +148,13 @@ void MainWindow::ConnectShell() {
             toolBar->RepaintButtons();
         }
     };
+    TheShellWindow.ShowAuditionBox = [this](int row) {
+        return AuditionBox(this, &MainList, nullptr, CurrentDriverId, MidiInPort, MidiOutPort, row);
+    };
+    TheShellWindow.ShowSelectSynthBox = [this] {
+        return SelectSynthesizer(this, CurrentSelectParams());
+    };
+    TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
 }
 
 void MainWindow::MakeMenus() {

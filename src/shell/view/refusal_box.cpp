@@ -5,6 +5,8 @@
 #include "common/text.h"
 #include "common/view/message_dialog.h"
 
+#include <QApplication>
+
 namespace tonewright {
 namespace {
 
@@ -15,12 +17,14 @@ constexpr const char *VersionRefused =
     "software.\n\n%s requires Windows 10 or Windows 11. Please update Windows, and run the "
     "software again.";
 
-void ShowRefusal(QWidget *owner, const std::string &text) {
+// With the program's name in a title bar, or without a title bar.
+void ShowRefusal(QWidget *owner, const std::string &text, const char *button, bool titled) {
     MessageRequest request;
     request.owner = owner;
-    request.flags = MessageFlagBase | MessageFlagButton1 | MessageFlagPicture | MessageFlagCaption;
+    request.flags = MessageFlagBase | MessageFlagButton1 | MessageFlagPicture |
+                    (titled ? MessageFlagCaption : 0);
     request.text = text;
-    request.button1 = "Dismiss";
+    request.button1 = button;
     request.picture = ApplicationPicture;
     request.caption = LoadProgramString(ProgramName);
     RunMessageDialog(request);
@@ -29,12 +33,14 @@ void ShowRefusal(QWidget *owner, const std::string &text) {
 } // namespace
 
 void ShowChangeDriverBox(QWidget *owner) {
-    ShowRefusal(owner, LoadProgramString(UnsuitableDisplay));
+    QApplication::beep();
+    ShowRefusal(owner, LoadProgramString(UnsuitableDisplay), "Close", false);
 }
 
 void ShowVersionRefusedBox() {
     const std::string name = LoadProgramString(ProgramName);
-    ShowRefusal(nullptr, QString(VersionRefused).replace("%s", name.c_str()).toStdString());
+    ShowRefusal(nullptr, QString(VersionRefused).replace("%s", name.c_str()).toStdString(),
+                "Dismiss", true);
 }
 
 } // namespace tonewright

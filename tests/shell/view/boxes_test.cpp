@@ -30,10 +30,10 @@ void AtTheNextDialog(const std::function<void(QDialog &)> &close) {
     });
 }
 
-void PressDismiss(const QDialog &dialog) {
+void PressTheOnlyButton(const QDialog &dialog, const char *text = "Dismiss") {
     auto *button = dialog.findChild<QPushButton *>("control_1");
     ASSERT_NE(button, nullptr);
-    EXPECT_EQ(button->text(), "Dismiss");
+    EXPECT_EQ(button->text(), text);
     QTest::mouseClick(button, Qt::LeftButton);
 }
 
@@ -58,7 +58,7 @@ TEST(AboutBox, ItNamesVersionLicenceAndLibraries) {
         EXPECT_TRUE(texts.contains(qVersion()));
         EXPECT_FALSE(dialog.findChild<QLabel *>("control_10")->pixmap().isNull());
         seen = true;
-        PressDismiss(dialog);
+        PressTheOnlyButton(dialog);
     });
     ShowAboutBox(nullptr);
     EXPECT_TRUE(seen);
@@ -76,7 +76,7 @@ TEST(RefusalBox, AnUnsuitableDisplayIsToldWithMessage12000) {
     AtTheNextDialog([&](QDialog &dialog) {
         EXPECT_EQ(dialog.findChild<QLabel *>("control_65")->text(), LoadProgramString(12000));
         seen = true;
-        PressDismiss(dialog);
+        PressTheOnlyButton(dialog, "Close");
     });
     ShowChangeDriverBox(nullptr);
     EXPECT_TRUE(seen);
@@ -91,7 +91,7 @@ TEST(RefusalBox, ARefusedVersionIsToldWithTheProgramsName) {
                                     "installation of Windows. You need newer software."));
         EXPECT_FALSE(dialog.findChild<QLabel *>("control_65")->text().contains("%s"));
         seen = true;
-        PressDismiss(dialog);
+        PressTheOnlyButton(dialog);
     });
     ShowVersionRefusedBox();
     EXPECT_TRUE(seen);

@@ -3,6 +3,7 @@
 
 #include "common/view/fonts.h"
 #include "common/view/strokes.h"
+#include "common/view/text_line.h"
 #include "drivers/dx7/algorithms.h"
 
 #include <QFontMetrics>
@@ -10,18 +11,6 @@
 #include <QPolygonF>
 
 namespace tonewright {
-
-namespace {
-
-// Writes `text` with its left end at `x`, its cell centred between `top` and `bottom`. Blanks at
-// the end of a text count, which is why texts are placed here by their advance.
-void WriteCentred(QPainter &painter, int x, int top, int bottom, const QString &text) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int cell = metrics.ascent() + metrics.descent();
-    painter.drawText(x, top + (bottom - top - cell) / 2 + metrics.ascent(), text);
-}
-
-} // namespace
 
 int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorithm, QColor ink,
                      QColor background, int lineWeight, int flags) {
@@ -46,15 +35,14 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
         const QFontMetrics metrics = painter.fontMetrics();
         const QString number = QString::number(algorithm + 1) + QStringLiteral("  ");
         originX += metrics.horizontalAdvance(QStringLiteral("00  "));
-        WriteCentred(painter, originX - metrics.horizontalAdvance(number), innerTop, innerBottom,
-                     number);
+        WriteAt(painter, originX - metrics.horizontalAdvance(number), innerTop, innerBottom,
+                number);
     }
 
     // In the list a digit is five pixels high; without hinting a 5 cannot be told from a 6.
     QFont labelFont = FontOfHeight(QStringLiteral("Arial"), units.font, 700);
     labelFont.setHintingPreference(QFont::PreferFullHinting);
     painter.setFont(labelFont);
-    const QFontMetrics labelMetrics = painter.fontMetrics();
     const double offset = StrokeOffset(lineWeight);
     const QPointF shift(originX + offset, innerTop + offset);
     const Dx7AlgorithmPicture picture = MakeDx7AlgorithmPicture(algorithm, units);
@@ -64,10 +52,11 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
                 .normalized());
         const QString label = QString::number(box.number);
         const int top = innerTop + box.corner.y;
-        WriteCentred(painter,
-                     originX + box.corner.x +
-                         (units.box - labelMetrics.horizontalAdvance(label)) / 2,
-                     top, top + units.box, label);
+        const int left = originX + box.corner.x;
+        WriteCentred(
+            painter,
+            {.left = left, .top = top, .right = left + units.box, .bottom = top + units.box},
+            label);
     }
     for (const std::vector<PicturePoint> &line : picture.lines) {
         QPolygonF points;

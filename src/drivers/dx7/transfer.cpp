@@ -1,0 +1,148 @@
+// Uploads of banks and single voices, and the search for the ports.
+#include "drivers/dx7/transfer.h"
+
+#include "common/desktop.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "drivers/dx7/files.h"
+#include "drivers/dx7/voice_codec.h"
+#include "midi/transport.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace tonewright {
+namespace {
+
+constexpr std::uint8_t ControlChange = 0xB0;
+constexpr std::uint8_t ProgramChange = 0xC0;
+constexpr std::uint8_t OmniOff = 0x7C; // controller 124
+constexpr std::uint8_t OmniOn = 0x7D;  // controller 125
+constexpr std::uint8_t LastProgram = 31;
+constexpr std::size_t DumpDataSize = 155;
+constexpr std::array<std::uint8_t, 6> VoiceDumpHeader = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
+static_assert(VoiceDumpHeader.size() + DumpDataSize + 2 == Dx7VoiceDumpSize);
+
+// The channel's nibble of a status byte.
+std::uint8_t Channel() {
+    return static_cast<std::uint8_t>((CurrentMidiChannel - 1) & 15);
+}
+
+void SendController(const MidiLink &link, std::uint8_t controller) {
+    WriteShort(link.output, ControlChange | Channel(), controller, 0);
+}
+
+void SendProgram(const MidiLink &link, std::uint8_t program) {
+    WriteShort(link.output, ProgramChange | Channel(), program, 0);
+}
+
+// As it is shown; empty for no voice.
+std::string NameOf(const std::optional<Dx7UnpackedConst> &voice) {
+    return voice ? Latin1ToUtf8(Dx7NameText(&(*voice)[Dx7Voice::name])) : std::string();
+}
+
+// The dump of a voice; of no voice, with zeros.
+std::array<std::uint8_t, Dx7VoiceDumpSize>
+MakeVoiceDump(const std::optional<Dx7UnpackedConst> &voice) {
+    std::array<std::uint8_t, Dx7VoiceDumpSize> dump = {};
+    const auto data = std::span(dump).subspan<VoiceDumpHeader.size(), DumpDataSize>();
+    std::ranges::copy(VoiceDumpHeader, dump.begin());
+    if (voice) {
+        std::ranges::copy(voice->first<DumpDataSize>(), data.begin());
+    }
+    dump[Dx7VoiceDumpSize - 2] = SysexChecksum(data);
+    dump[Dx7VoiceDumpSize - 1] = 0xF7;
+    return dump;
+}
+
+// Tells of every row that holds a block, as it goes into the image of the bank.
+void TellOfEncoding(QWidget *window, const VoiceList &list) {
+    for (int row = 0; row < Dx7VoicesPerBank; ++row) {
+        const VoiceObject *voice = ListVoice(list, row);
+        if (!voice) {
+            continue;
+        }
+        SetProgress(row, Dx7VoicesPerBank);
+        SetStatusText(window, FormatText("Encoding voice %d of %d (%s)", row + 1, Dx7VoicesPerBank,
+                                         NameOf(Dx7VoiceOf(voice)).c_str()));
+    }
+}
+
+void ShowInstrument(QWidget *window) {
+    SetStatusText(window, SynthTitle(CurrentDriverId, SynthFirmware));
+}
+
+} // namespace
+
+int Dx7FindSynth(QWidget *, DriverId *driver, int *midiIn, int *midiOut, std::uint32_t *,
+                 const char *inPattern, const char *outPattern, bool) {
+    if (!FindPortsInsideClock(inPattern, outPattern, midiIn, midiOut)) {
+        return 0;
+    }
+    if (driver) {
+        *driver = Dx7DriverId;
+    }
+    return 1;
+}
+
+int Dx7UploadBank(QWidget *window, VoiceList &list, int, int midiOut) {
+    MidiLink link;
+    if (!MidiLinkOpen(link, false, NoMidiDevice, midiOut)) {
+        return 0;
+    }
+    ListEnable(list, false);
+    SetProgress(0, 1);
+    ShowBusyBox(window, "Uploading voices");
+    SendController(link, OmniOn);
+    std::array<std::uint8_t, Dx7BankFileSize> image;
+    BuildDx7Bank(list, image);
+    TellOfEncoding(window, list);
+    WriteSysex(link.output, image);
+    SendProgram(link, LastProgram);
+    SendProgram(link, 0);
+    SendController(link, OmniOff);
+    SetProgress(0, 1);
+    SetStatusText(window, "");
+    ShowInstrument(window);
+    ListSetRedraw(list, true);
+    ListEnable(list, true);
+    CloseBusyBox();
+    MidiLinkClose(link);
+    return 1;
+}
+
+int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int, int midiOut,
+                   int index, std::uint8_t flags) {
+    MidiLink link;
+    if (!MidiLinkOpen(link, false, NoMidiDevice, midiOut)) {
+        return 0;
+    }
+    ListEnable(list, false);
+    SendController(link, OmniOn);
+    // What is sent is settled ahead of the prompt, during which the program lives on.
+    const auto bytes = Dx7VoiceOf(voice ? voice : ListVoice(list, index));
+    const auto dump = MakeVoiceDump(bytes);
+    const std::string name = NameOf(bytes);
+    const bool prompts = (flags & 1) != 0;
+    if (prompts && bytes) {
+        ShowMessage(window, name + " is about to be uploaded to your synthesizer.\n\nPlease "
+                                   "select the voice bank in which you'd like it to be stored. "
+                                   "(Turn the black Program knob on the Korg Volca FM.)");
+    }
+    WriteSysex(link.output, dump);
+    if (prompts) {
+        ShowMessage(window, name + " has been uploaded to your synthesizer.\n\nPress the Save "
+                                   "button twice to store it.");
+    }
+    SendController(link, OmniOff);
+    ShowInstrument(window);
+    ListSetRedraw(list, true);
+    ListEnable(list, true);
+    MidiLinkClose(link);
+    return 1;
+}
+
+} // namespace tonewright

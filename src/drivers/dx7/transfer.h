@@ -1,0 +1,31 @@
+// Sends voices to a DX7, TX7 or Volca FM, in one direction only: nothing is asked and nothing
+// awaited.
+//
+// Bank: the 4104-byte bulk dump, as in a file. Single voice, 163 bytes:
+//   F0 43 00 00 01 1B | bytes 0 to 154 of the unpacked voice | checksum | F7
+// A single voice carries its levels as they stand, so an operator that is switched off sounds; only
+// the bank, which is packed, silences it.
+#pragma once
+
+#include "core/voice_list.h"
+
+#include <cstdint>
+
+class QWidget;
+
+namespace tonewright {
+
+constexpr std::size_t Dx7VoiceDumpSize = 163;
+
+// Operations of the DX7 row; see core/synth_driver.h.
+
+// Looks for the ports by name only; `firmware` and `autodetect` are not used.
+int Dx7FindSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
+                 std::uint32_t *firmware, const char *inPattern, const char *outPattern,
+                 bool autodetect);
+// Both return 0 when the output does not open, else 1: whether the writes worked is not known.
+int Dx7UploadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut);
+int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
+                   int midiOut, int index, std::uint8_t flags);
+
+} // namespace tonewright

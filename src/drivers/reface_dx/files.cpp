@@ -1,0 +1,187 @@
+// Reads and writes the bank ("srx") and single-voice ("sr1") documents of the reface DX.
+#include "drivers/reface_dx/files.h"
+
+#include "common/desktop.h"
+#include "common/file_bytes.h"
+#include "common/file_time.h"
+#include "common/open_file.h"
+#include "common/settings.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tonewright {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Offsets in the header of a file.
+namespace Header {
+enum : std::size_t {
+    magic = 0,
+    headerSize = 8,
+    programVersion = 12,
+    driverId = 16,
+    writtenAt = 20,
+    voiceCount = 24,
+    recordSize = 28,
+    firmware = 32,
+    reserved = 36,
+};
+static_assert(reserved + 124 == RefaceFileHeaderSize);
+} // namespace Header
+
+// The two differ in the case of one letter.
+constexpr std::string_view MagicOf(RefaceFileKind kind) {
+    return kind == RefaceFileKind::Bank ? "TNWRDXrf" : "TNWRDxrf";
+}
+
+// The header of the file, which then stands at its first record.
+std::optional<RefaceFileHeader> ReadHeader(std::FILE *file, RefaceFileKind kind) {
+    return RefaceHeaderOf(ReadBytesOf(file, RefaceFileHeaderSize), kind);
+}
+
+// The next record of the file as a block; no bytes when it is not there whole.
+VoiceObject ReadRecord(std::FILE *file, const RefaceFileHeader &header) {
+    VoiceObject voice{ReadBytesOf(file, header.recordSize)};
+    if (voice.bytes.size() < header.recordSize) {
+        return {};
+    }
+    return voice;
+}
+
+void AppendHeader(Bytes &file, RefaceFileKind kind, std::size_t voiceCount,
+                  std::uint32_t firmware) {
+    file.resize(RefaceFileHeaderSize);
+    std::ranges::copy(MagicOf(kind), file.begin());
+    WriteLittle32(file, Header::headerSize, RefaceFileHeaderSize);
+    WriteLittle32(file, Header::programVersion, VersionNumber);
+    WriteLittle32(file, Header::driverId, RefaceDxDriverId);
+    WriteLittle32(file, Header::writtenAt, static_cast<std::uint32_t>(std::time(nullptr)));
+    WriteLittle32(file, Header::voiceCount, static_cast<std::uint32_t>(voiceCount));
+    WriteLittle32(file, Header::recordSize, RefaceVoiceObjectSize);
+    WriteLittle32(file, Header::firmware, firmware);
+}
+
+// Writes a file of all the voices. It is opened before they are looked at: with one that cannot be
+// written no file is left, not even the former one.
+bool WriteVoices(const char *path, RefaceFileKind kind, std::span<const VoiceObject *const> voices,
+                 std::uint32_t firmware) {
+    Bytes file;
+    AppendHeader(file, kind, voices.size(), firmware);
+    const bool complete = std::ranges::all_of(voices, RefaceVoiceCanBeWritten);
+    if (complete) {
+        for (const VoiceObject *voice : voices) {
+            const auto block = std::span(voice->bytes).first<RefaceVoiceObjectSize>();
+            file.insert(file.end(), block.begin(), block.end());
+        }
+    }
+    if (WriteFileBytes(path, file) != WriteOutcome::Done) {
+        return false;
+    }
+    if (!complete) {
+        DeleteWrittenFile(path);
+    }
+    return complete;
+}
+
+} // namespace
+
+std::optional<RefaceFileHeader> RefaceHeaderOf(std::span<const std::uint8_t> bytes,
+                                               RefaceFileKind kind) {
+    if (bytes.size() < RefaceFileHeaderSize ||
+        ReadLittle32(bytes, Header::driverId) != RefaceDxDriverId ||
+        !std::ranges::equal(bytes.first(MagicOf(kind).size()), MagicOf(kind),
+                            [](std::uint8_t byte, char letter) { return byte == letter; })) {
+        return std::nullopt;
+    }
+    return RefaceFileHeader{.voiceCount = ReadLittle32(bytes, Header::voiceCount),
+                            .recordSize = ReadLittle32(bytes, Header::recordSize)};
+}
+
+bool RefaceVoiceCanBeWritten(const VoiceObject *voice) {
+    return voice && voice->bytes.size() >= RefaceVoiceObjectSize;
+}
+
+int RefaceOpenBank(QWidget *, VoiceList &list, const char *path, std::int64_t *time) {
+    const WaitCursor wait;
+    if (time) {
+        *time = ModificationTimeOrNow(path);
+    }
+    const FilePointer file = OpenFile(path, "rb");
+    const auto header = file ? ReadHeader(file.get(), RefaceFileKind::Bank) : std::nullopt;
+    if (!header) {
+        return 0;
+    }
+    SelectItemFonts(MainItemFonts, RefaceDxDriverId);
+    ListSetItemHeight(list, MainItemFonts.itemHeight);
+    ListReset(list);
+    for (std::uint32_t number = 0; number < header->voiceCount; ++number) {
+        VoiceObject voice = ReadRecord(file.get(), *header);
+        if (voice.bytes.empty()) {
+            return 0;
+        }
+        ListSetVoice(list, ListAdd(list), std::move(voice));
+    }
+    ListSelect(list, 0);
+    return 1;
+}
+
+int RefaceSaveBank(QWidget *window, VoiceList &list, const char *path) {
+    const WaitCursor wait;
+    if (!MakeBackupOf(window, path)) {
+        return 0;
+    }
+    std::array<const VoiceObject *, RefaceVoicesPerBank> voices;
+    for (int row = 0; row < RefaceVoicesPerBank; ++row) {
+        voices[row] = ListVoice(list, row);
+    }
+    return WriteVoices(path, RefaceFileKind::Bank, voices, SynthFirmware);
+}
+
+int RefaceImportVoice(QWidget *, VoiceList &list, int index, const char *path, VoiceObject *out) {
+    const WaitCursor wait;
+    // A row without a voice cannot be filled. A row past the end is no such row: the file is read
+    // all the same, and its voice goes nowhere.
+    const bool rowExists = index >= 0 && index < ListCount(list);
+    if (!out && rowExists && !ListVoice(list, index)) {
+        return 0;
+    }
+    const FilePointer file = OpenFile(path, "rb");
+    const auto header = file ? ReadHeader(file.get(), RefaceFileKind::SingleVoice) : std::nullopt;
+    if (!header) {
+        return 0;
+    }
+    VoiceObject voice = ReadRecord(file.get(), *header);
+    if (voice.bytes.empty()) {
+        return 0;
+    }
+    if (out) {
+        *out = std::move(voice);
+    } else {
+        ListSetVoice(list, index, std::move(voice));
+    }
+    return 1;
+}
+
+int RefaceExportVoice(QWidget *, VoiceList &list, const VoiceObject *voice, const char *path,
+                      int index, std::uint32_t firmware) {
+    const WaitCursor wait;
+    if (!voice) {
+        voice = ListVoice(list, index);
+    }
+    if (!voice) {
+        return 0;
+    }
+    const VoiceObject *const voices[] = {voice};
+    return WriteVoices(path, RefaceFileKind::SingleVoice, voices, firmware);
+}
+
+} // namespace tonewright

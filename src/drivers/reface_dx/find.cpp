@@ -1,0 +1,107 @@
+// The identity exchange that recognises a reface DX.
+#include "drivers/reface_dx/find.h"
+
+#include "midi/transport.h"
+
+#include <array>
+
+namespace tonewright {
+namespace {
+
+// Names that the system's MIDI layer gives the instrument, in the order of the passes.
+constexpr const char *PortPatterns[] = {"reface DX", "USB Audio Device"};
+
+constexpr std::array<std::uint8_t, 6> IdentityRequest = {0xF0, 0x7E, 0x00, 0x06, 0x01, 0xF7};
+constexpr std::size_t IdentityReplySize = 15;
+constexpr std::uint32_t FirmwareBase = 0x10000;
+
+enum class Reply {
+    None,    // no instrument, no answer, or an answer of another kind
+    Stopped, // an answer that ends the search
+};
+
+// One exchange with the ports found. A reface DX that is recognised writes driver and firmware, and
+// counts as no answer all the same.
+Reply AskIdentity(const MidiLink &link, DriverId *driver, std::uint32_t *firmware) {
+    if (WriteSysex(link.output, IdentityRequest) != 0) {
+        return Reply::None;
+    }
+    std::array<std::uint8_t, IdentityReplySize> reply = {};
+    std::size_t count = 0;
+    if (!SysexReceive(link.input, reply, &count)) {
+        return Reply::None;
+    }
+    if (reply[5] == 0x43 && reply[6] == 0x00 && reply[7] == 0x41) {
+        if (firmware) {
+            *firmware = FirmwareBase + (std::uint32_t{reply[10]} << 8);
+        }
+        if (reply[8] == 0x53 && reply[9] == 0x06) {
+            if (driver) {
+                *driver = RefaceDxDriverId;
+            }
+            return Reply::None;
+        }
+    }
+    return reply[8] == 0x01 && reply[9] == 0x00 ? Reply::Stopped : Reply::None;
+}
+
+Reply RunPass(const char *pattern, DriverId *driver, int *midiIn, int *midiOut,
+              std::uint32_t *firmware) {
+    int foundIn = NoMidiDevice;
+    int foundOut = NoMidiDevice;
+    const bool both = FindPortsByName(pattern, pattern, &foundIn, &foundOut);
+    if (midiIn && foundIn != NoMidiDevice) {
+        *midiIn = foundIn;
+    }
+    if (midiOut && foundOut != NoMidiDevice) {
+        *midiOut = foundOut;
+    }
+    if (!both) {
+        return Reply::None;
+    }
+    MidiLink link;
+    if (TheMidi.Pm_OpenInput(&link.input, foundIn, MidiInputBufferSize) != 0) {
+        return Reply::None;
+    }
+    Reply reply = Reply::None;
+    if (TheMidi.Pm_OpenOutput(&link.output, foundOut, MidiOutputBufferSize, MidiLatency) == 0) {
+        reply = AskIdentity(link, driver, firmware);
+    } else {
+        link.output = NoMidiStream;
+    }
+    if (reply == Reply::Stopped) {
+        TheMidi.Pt_Stop(); // the clock always stops before the streams close
+    }
+    for (const MidiStream stream : {link.output, link.input}) {
+        if (stream != NoMidiStream) {
+            TheMidi.Pm_Close(stream);
+        }
+    }
+    return reply;
+}
+
+} // namespace
+
+int RefaceDxFindSynth(QWidget *, DriverId *driver, int *midiIn, int *midiOut,
+                      std::uint32_t *firmware, const char *inPattern, const char *outPattern,
+                      bool autodetect) {
+    if (!autodetect) {
+        if (!FindPortsInsideClock(inPattern, outPattern, midiIn, midiOut)) {
+            return 0;
+        }
+        if (driver) {
+            *driver = RefaceDxDriverId;
+        }
+        return 1;
+    }
+    TheMidi.Pt_Start(1);
+    for (const char *pattern : PortPatterns) {
+        if (RunPass(pattern, driver, midiIn, midiOut, firmware) == Reply::Stopped) {
+            return 1;
+        }
+    }
+    TheMidi.Pt_Stop();
+    return 0;
+}
+
+} // namespace tonewright

@@ -1,0 +1,19 @@
+// Looks for a reface DX among the MIDI ports.
+#pragma once
+
+#include "core/voice_object.h"
+
+class QWidget;
+
+namespace tonewright {
+
+// Operation of the reface DX row; see core/synth_driver.h. Without `autodetect` the ports are taken
+// by their names. With it, ports named "reface DX" and then ports named "USB Audio Device" are
+// asked for their identity (universal identity request). The second pass runs also when the first
+// has found the instrument, and may write its own ports; the result is then 0 and the success is in
+// *driver.
+int RefaceDxFindSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
+                      std::uint32_t *firmware, const char *inPattern, const char *outPattern,
+                      bool autodetect);
+
+} // namespace tonewright

@@ -1,0 +1,141 @@
+// Paints the boxes, lines and numbers of a reface DX algorithm.
+#include "drivers/reface_dx/view/algorithm_view.h"
+
+#include "common/view/fonts.h"
+#include "common/view/strokes.h"
+#include "common/view/text_line.h"
+#include "drivers/reface_dx/algorithms.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include <QImage>
+#include <QPainter>
+#include <QPolygonF>
+
+namespace tonewright {
+
+namespace {
+
+constexpr int Reduction = 4;
+
+// A larger picture needs no smoothing: what is painted on that many pixels is a printed page.
+constexpr std::int64_t MostPixelsToSmooth = 16 * 1024 * 1024;
+
+// The average of each square of Reduction by Reduction pixels, rounded, colour by colour.
+QImage ReducedImage(const QImage &large) {
+    QImage small(large.width() / Reduction, large.height() / Reduction, QImage::Format_RGB32);
+    constexpr int Pixels = Reduction * Reduction;
+    for (int y = 0; y < small.height(); ++y) {
+        const QRgb *lines[Reduction];
+        for (int line = 0; line < Reduction; ++line) {
+            lines[line] = reinterpret_cast<const QRgb *>(large.constScanLine(y * Reduction + line));
+        }
+        QRgb *target = reinterpret_cast<QRgb *>(small.scanLine(y));
+        for (int x = 0; x < small.width(); ++x) {
+            int red = Pixels / 2, green = Pixels / 2, blue = Pixels / 2;
+            for (const QRgb *line : lines) {
+                for (int pixel = x * Reduction; pixel < (x + 1) * Reduction; ++pixel) {
+                    red += qRed(line[pixel]);
+                    green += qGreen(line[pixel]);
+                    blue += qBlue(line[pixel]);
+                }
+            }
+            target[x] = qRgb(red / Pixels, green / Pixels, blue / Pixels);
+        }
+    }
+    return small;
+}
+
+Rectangle Moved(const Rectangle &rectangle, int x, int y) {
+    return {.left = rectangle.left + x,
+            .top = rectangle.top + y,
+            .right = rectangle.right + x,
+            .bottom = rectangle.bottom + y};
+}
+
+} // namespace
+
+void DrawRefaceAlgorithm(QPainter &painter, const Rectangle &rectangle, int algorithm, QColor ink,
+                         QColor paper, int lineWeight, bool withNumber) {
+    const int width = rectangle.right - rectangle.left;
+    const int height = rectangle.bottom - rectangle.top;
+    const int border = 2 * lineWeight;
+    const int originX = rectangle.left + border;
+    const int originY = rectangle.top + border;
+    const RefaceAlgorithmUnits units =
+        MakeRefaceAlgorithmUnits(width - 2 * border, height - 2 * border, withNumber);
+
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setBackgroundMode(Qt::TransparentMode);
+    painter.setPen(StrokePen(ink, lineWeight));
+    painter.setBrush(paper);
+    if (width > 0 && height > 0) {
+        painter.fillRect(rectangle.left, rectangle.top, width, height, paper);
+    }
+
+    // In the list a digit is five pixels high; without hinting a 3 cannot be told from an 8.
+    QFont font = FontOfHeight(QStringLiteral("ARIAL"), units.font, 700);
+    font.setHintingPreference(QFont::PreferFullHinting);
+    painter.setFont(font);
+    const double offset = StrokeOffset(lineWeight);
+    const QPointF shift(originX + offset, originY + offset);
+    const RefaceAlgorithmPicture picture = MakeRefaceAlgorithmPicture(algorithm, units);
+    for (const RefaceAlgorithmBox &box : picture.boxes) {
+        const QRectF area =
+            QRectF(box.area.left + shift.x(), box.area.top + shift.y(), units.box, units.box)
+                .normalized();
+        if (box.isCarrier) {
+            painter.drawRect(area);
+        } else {
+            painter.drawEllipse(area);
+        }
+        WriteCentred(painter, Moved(box.area, originX, originY), QString::number(box.number));
+    }
+    if (withNumber && !picture.boxes.empty()) {
+        WriteCentred(painter, Moved(picture.number, originX, originY),
+                     QString::number(algorithm + 1));
+    }
+    for (const std::vector<PicturePoint> &line : picture.lines) {
+        QPolygonF points;
+        for (const PicturePoint &point : line) {
+            points << QPointF(point.x, point.y) + shift;
+        }
+        painter.drawPolyline(points);
+    }
+    painter.restore();
+}
+
+void DrawRefaceAlgorithmSmooth(QPainter &painter, const Rectangle &rectangle, int algorithm,
+                               QColor ink, QColor paper, int lineWeight, bool withNumber) {
+    // Pixels of the device, of which a dense screen has more than one for each of ours.
+    const double density = painter.device()->devicePixelRatioF();
+    const auto large = [density](int length) {
+        return static_cast<int>(std::lround(length * density)) * Reduction;
+    };
+    const int width = large(rectangle.right - rectangle.left);
+    const int height = large(rectangle.bottom - rectangle.top);
+    QImage image;
+    if (width > 0 && height > 0 && std::int64_t{width} * height <= MostPixelsToSmooth) {
+        image = QImage(width, height, QImage::Format_RGB32);
+    }
+    if (image.isNull()) {
+        DrawRefaceAlgorithm(painter, rectangle, algorithm, ink, paper, lineWeight, withNumber);
+        return;
+    }
+    image.fill(paper);
+    {
+        // A stroke of an odd number of pixels stays on the pixels that it covers unsmoothed.
+        QPainter imagePainter(&image);
+        const double offset = Reduction * StrokeOffset(large(lineWeight) / Reduction);
+        imagePainter.translate(offset, offset);
+        DrawRefaceAlgorithm(imagePainter, {.left = 0, .top = 0, .right = width, .bottom = height},
+                            algorithm, ink, paper, large(lineWeight), withNumber);
+    }
+    QImage reduced = ReducedImage(image);
+    reduced.setDevicePixelRatio(density);
+    painter.drawImage(rectangle.left, rectangle.top, reduced);
+}
+
+} // namespace tonewright

@@ -1,0 +1,117 @@
+// Reads and writes the parts of a reface DX voice.
+#include "drivers/reface_dx/voice_codec.h"
+
+#include "common/text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace tonewright {
+
+namespace {
+
+constexpr int HundredthsOfOne = 100;
+constexpr int MostHundredths = 3199;
+
+// The number at the start of `text`, read as atof does in the C locale; MostHundredths when it is
+// too large, 0 when it is too small or none.
+double NumberAtStart(std::string_view text) {
+    text = text.substr(0, PathLimit); // so that only an exponent leads out of range
+    const std::size_t start = text.find_first_not_of(" \t\r\n\f\v");
+    text.remove_prefix(std::min(start, text.size()));
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc::result_out_of_range) {
+        return number;
+    }
+    const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
+    const bool tooSmall = digits.starts_with('-') || digits.find("e-") != digits.npos ||
+                          digits.find("E-") != digits.npos;
+    return tooSmall ? 0 : MostHundredths;
+}
+
+} // namespace
+
+VoiceObject MakeRefaceVoiceObject() {
+    constexpr std::array<std::uint8_t, RefaceOperatorsSize> zeros{};
+    return MakeVoiceObject(RefaceDxDriverId, std::span(zeros).first<RefaceCommonSize>(), zeros);
+}
+
+std::optional<RefaceVoiceParts> RefaceVoiceOf(const VoiceObject &voice) {
+    const auto parts = PayloadOf(voice);
+    if (!parts || parts->payload.size() < RefaceCommonSize ||
+        parts->extra.size() < RefaceOperatorsSize) {
+        return std::nullopt;
+    }
+    return RefaceVoiceParts{.common = parts->payload.first<RefaceCommonSize>(),
+                            .operators = parts->extra.first<RefaceOperatorsSize>()};
+}
+
+std::optional<MutableRefaceVoiceParts> MutableRefaceVoiceOf(VoiceObject &voice) {
+    const auto parts = RefaceVoiceOf(voice);
+    if (!parts) {
+        return std::nullopt;
+    }
+    const auto offset = [&voice](std::span<const std::uint8_t> part) {
+        return static_cast<std::size_t>(part.data() - voice.bytes.data());
+    };
+    const std::span<std::uint8_t> bytes = voice.bytes;
+    return MutableRefaceVoiceParts{
+        .common = bytes.subspan(offset(parts->common)).first<RefaceCommonSize>(),
+        .operators = bytes.subspan(offset(parts->operators)).first<RefaceOperatorsSize>()};
+}
+
+std::optional<std::span<const std::uint8_t, RefaceCommonSize>>
+RefaceCommonOf(const VoiceObject &voice) {
+    const auto parts = PayloadOf(voice);
+    if (!parts || parts->payload.size() < RefaceCommonSize) {
+        return std::nullopt;
+    }
+    return parts->payload.first<RefaceCommonSize>();
+}
+
+const char *RefaceNameText(const std::uint8_t *tenBytes) {
+    static VoiceNameText text;
+    text = MakeVoiceNameText(tenBytes);
+    return text.data();
+}
+
+void StoreRefaceName(std::span<std::uint8_t, VoiceNameSize> name, std::string_view text) {
+    std::ranges::fill(name, std::uint8_t{0});
+    std::ranges::copy(text.substr(0, VoiceNameSize), name.begin());
+}
+
+int RefaceVoiceName(std::string &name, const VoiceObject &voice) {
+    const auto common = RefaceCommonOf(voice);
+    if (!common) {
+        return 0;
+    }
+    name = RefaceNameText(&(*common)[RefaceVoice::name]);
+    return static_cast<int>(name.size());
+}
+
+std::string RefaceFrequencyText(RefaceFrequency frequency) {
+    const int hundredths = frequency.coarse * HundredthsOfOne + frequency.fine;
+    return FormatText("%d.%02d", hundredths / HundredthsOfOne, hundredths % HundredthsOfOne);
+}
+
+RefaceFrequency ReadRefaceFrequency(std::string_view text) {
+    const double wanted = NumberAtStart(text) * HundredthsOfOne;
+    int hundredths = 0; // of what is no number too
+    if (wanted > 0) {
+        hundredths = wanted < MostHundredths ? static_cast<int>(wanted) : MostHundredths;
+    }
+    return {.coarse = static_cast<std::uint8_t>(hundredths / HundredthsOfOne),
+            .fine = static_cast<std::uint8_t>(hundredths % HundredthsOfOne)};
+}
+
+std::string RefacePlaceText(int index) {
+    return FormatText("%d (Bank %d - %d)", index + 1, index / RefaceProgramsPerBank + 1,
+                      index % RefaceProgramsPerBank + 1);
+}
+
+} // namespace tonewright

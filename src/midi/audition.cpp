@@ -1,0 +1,206 @@
+// The order of the messages of an audition, the arithmetic of its keys, and their places.
+#include "midi/audition.h"
+
+#include "common/desktop.h"
+#include "common/settings.h"
+#include "core/dispatch.h"
+#include "midi/transport.h"
+
+#include <algorithm>
+
+namespace tonewright {
+namespace {
+
+constexpr AuditionColours UsualColours = {
+    .whiteKey = {0xF1, 0xED, 0xE0}, .blackKey = {0x30, 0x29, 0x16}, .outline = {0x12, 0x0F, 0x00}};
+constexpr AuditionColours SwappedColours = {
+    .whiteKey = {0x10, 0x0C, 0x0A}, .blackKey = {0xF1, 0xED, 0xE0}, .outline = {0xF1, 0xED, 0xE0}};
+
+constexpr std::uint8_t NoteOff = 0x80; // plus the channel, as the others
+constexpr std::uint8_t NoteOn = 0x90;
+constexpr std::uint8_t ControlChange = 0xB0;
+constexpr std::uint8_t ProgramChange = 0xC0;
+constexpr std::uint8_t AllSoundOff = 0x78;
+constexpr std::uint8_t LastProgram = 31;
+constexpr std::uint8_t DataByte = 0x7F;
+
+std::uint8_t Channel() {
+    return static_cast<std::uint8_t>((CurrentMidiChannel - 1) & 15);
+}
+
+// One event on the open output.
+void Write(const AuditionState &state, std::uint8_t status, int data1, std::uint32_t data2) {
+    if (state.outputStream == NoMidiStream) {
+        return;
+    }
+    const auto message = static_cast<std::uint32_t>(status | Channel()) |
+                         static_cast<std::uint32_t>(data1 & DataByte) << 8 |
+                         (data2 & DataByte) << 16;
+    TheMidi.Pm_Write(state.outputStream, {.message = message, .timestamp = TheMidi.Pt_Time()});
+}
+
+void SelectFirstProgram(const AuditionState &state) {
+    if (state.outputStream == NoMidiStream) {
+        return;
+    }
+    const auto status = static_cast<std::uint8_t>(ProgramChange | Channel());
+    WriteShort(state.outputStream, status, LastProgram, 0);
+    WriteShort(state.outputStream, status, 0, 0);
+}
+
+int Limit(std::uint32_t &setting, int lowest, int highest) {
+    const int value = std::clamp(static_cast<int>(setting), lowest, highest);
+    setting = static_cast<std::uint32_t>(value);
+    return value;
+}
+
+// Keys, in dialog units.
+constexpr int OctaveKeys = 12;
+constexpr int WhiteKeysInAnOctave = 7;
+constexpr int WhiteKeyUnits = 24;
+constexpr int BlackKeyUnits = 16;
+constexpr int UpperPartUnits = 56; // height; black keys too
+constexpr int OctaveUnits = WhiteKeysInAnOctave * WhiteKeyUnits;
+static_assert(2 * OctaveUnits == KeyboardUnitsWide);
+
+// Where a key begins within its octave, from C to B: white keys by their lower part. The black keys
+// leave upper parts of almost the same width: 13, 14 and 13 units for C to E, 12 for F to B.
+struct KeyPlace {
+    bool black;
+    int left;
+    int upperLeft, upperRight; // of white keys
+};
+constexpr KeyPlace OctavePlaces[] = {
+    {false, 0, 0, 13},   {true, 13, 0, 0},       {false, 24, 29, 43}, {true, 43, 0, 0},
+    {false, 48, 59, 72}, {false, 72, 72, 84},    {true, 84, 0, 0},    {false, 96, 100, 112},
+    {true, 112, 0, 0},   {false, 120, 128, 140}, {true, 140, 0, 0},   {false, 144, 156, 168},
+};
+static_assert(std::size(OctavePlaces) == OctaveKeys && 2 * OctaveKeys == AuditionKeyCount);
+
+} // namespace
+
+AuditionColours AuditionColoursFor(bool shiftDown) {
+    return shiftDown ? SwappedColours : UsualColours;
+}
+
+std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
+                                             DriverId driverId, int midiIn, int midiOut,
+                                             int itemIndex) {
+    if (!voice && list) {
+        voice = ListVoice(*list, itemIndex);
+    }
+    if (!voice) {
+        return std::nullopt;
+    }
+    return AuditionState{.list = list,
+                         .voice = *voice,
+                         .driverId = driverId,
+                         .midiIn = midiIn,
+                         .midiOut = midiOut,
+                         .itemIndex = itemIndex,
+                         .colours = AuditionColoursFor(ShiftKeyDown())};
+}
+
+int AuditionOctave() {
+    return Limit(AuditionCurrentOctave, 0, HighestAuditionOctave);
+}
+
+int AuditionVelocity() {
+    return Limit(AuditionCurrentVelocity, LowestAuditionVelocity, HighestAuditionVelocity);
+}
+
+int SetAuditionOctave(int position) {
+    AuditionCurrentOctave = static_cast<std::uint32_t>(position);
+    return AuditionOctave();
+}
+
+int SetAuditionVelocity(int position) {
+    AuditionCurrentVelocity = static_cast<std::uint32_t>(position);
+    return AuditionVelocity();
+}
+
+bool OpenAudition(AuditionState &state, QWidget *window) {
+    bool stays = true;
+    VoiceList noList;
+    if (!UploadOneVoice(window, state.list ? *state.list : noList, &state.voice, state.driverId,
+                        state.midiIn, state.midiOut, state.itemIndex, 0)) {
+        ShowMessage(window, "The selected voice could not be uploaded.");
+        stays = false;
+    }
+    // The clock does not run: at latency 0 the time stamps have no effect.
+    if (TheMidi.Pm_OpenOutput(&state.outputStream, state.midiOut, MidiOutputBufferSize,
+                              MidiLatency) != MidiSuccess) {
+        state.outputStream = NoMidiStream;
+        ShowMessage(window, "The MIDI output could not be opened.");
+        stays = false;
+    }
+    SelectFirstProgram(state);
+    return stays;
+}
+
+void PressAuditionKey(AuditionState &state, int key) {
+    if (key < 0) {
+        return;
+    }
+    const int note = (key + 12 * static_cast<int>(AuditionCurrentOctave)) & 255;
+    Write(state, NoteOn, note, AuditionCurrentVelocity);
+    state.sustainedNote = note;
+}
+
+void ReleaseAuditionKey(AuditionState &state) {
+    // Without a note it is an end of note 7F, the data byte of -1.
+    Write(state, NoteOff, state.sustainedNote, AuditionCurrentVelocity);
+    state.sustainedNote = NoNote;
+}
+
+void EndAudition(AuditionState &state) {
+    ReleaseAuditionKey(state);
+    Write(state, ControlChange, AllSoundOff, 0);
+    SelectFirstProgram(state);
+}
+
+void CloseAudition(AuditionState &state) {
+    if (state.outputStream != NoMidiStream) {
+        TheMidi.Pm_Close(state.outputStream);
+        state.outputStream = NoMidiStream;
+    }
+}
+
+std::array<KeyPart, AuditionKeyPartCount> AuditionKeyParts(int width, int height) {
+    const auto x = [width](int units) { return units * width / KeyboardUnitsWide; };
+    const int middle = UpperPartUnits * height / KeyboardUnitsHigh;
+    std::array<KeyPart, AuditionKeyPartCount> parts;
+    auto part = parts.begin();
+    for (int key = 0; key < AuditionKeyCount; ++key) {
+        const KeyPlace &place = OctavePlaces[key % OctaveKeys];
+        const int octave = key / OctaveKeys * OctaveUnits;
+        const int left = octave + place.left;
+        if (place.black) {
+            *part++ = {.key = key,
+                       .control = LowerPartControl + key,
+                       .kind = KeyPartKind::Black,
+                       .left = x(left),
+                       .top = 0,
+                       .right = x(left + BlackKeyUnits),
+                       .bottom = middle};
+            continue;
+        }
+        *part++ = {.key = key,
+                   .control = LowerPartControl + key,
+                   .kind = KeyPartKind::LowerWhite,
+                   .left = x(left),
+                   .top = middle,
+                   .right = x(left + WhiteKeyUnits),
+                   .bottom = height};
+        *part++ = {.key = key,
+                   .control = UpperPartControl + key,
+                   .kind = KeyPartKind::UpperWhite,
+                   .left = x(octave + place.upperLeft),
+                   .top = 0,
+                   .right = x(octave + place.upperRight),
+                   .bottom = middle};
+    }
+    return parts;
+}
+
+} // namespace tonewright

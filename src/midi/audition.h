@@ -1,0 +1,100 @@
+// Auditioning a voice: the voice goes to the instrument, and the keys of a two-octave keyboard play
+// it there, one note at a time. What is sent and when, and where the keys lie; the window is
+// midi/view/audition_box.
+#pragma once
+
+#include "core/voice_list.h"
+#include "core/voice_object.h"
+#include "midi/midi_api.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+class QWidget;
+
+namespace tonewright {
+
+struct KeyColour {
+    std::uint8_t red = 0, green = 0, blue = 0;
+
+    bool operator==(const KeyColour &) const = default;
+};
+struct AuditionColours {
+    KeyColour whiteKey, blackKey;
+    KeyColour outline; // of the white keys
+
+    bool operator==(const AuditionColours &) const = default;
+};
+// The colours of a keyboard that opens, for its life; with Shift held they are swapped.
+AuditionColours AuditionColoursFor(bool shiftDown);
+
+constexpr int NoNote = -1;
+
+// One open box.
+struct AuditionState {
+    VoiceList *list = nullptr; // that holds the voice; nullptr: none
+    VoiceObject voice;         // a copy
+    DriverId driverId = NoDriverId;
+    int midiIn = -1, midiOut = -1; // device indices
+    int itemIndex = 0;             // of the voice in `list`
+    AuditionColours colours;
+    MidiStream outputStream = NoMidiStream; // held for the life of the box
+    int sustainedNote = NoNote;             // the note that sounds now
+};
+
+// State of a box for `voice`, or for the voice at `itemIndex` of `list` when it is nullptr; both
+// are copied. Nothing when there is no such voice. Reads the Shift key.
+std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
+                                             DriverId driverId, int midiIn, int midiOut,
+                                             int itemIndex);
+
+constexpr int HighestAuditionOctave = 7; // from 0; shown as 1 to 8
+constexpr int LowestAuditionVelocity = 1;
+constexpr int HighestAuditionVelocity = 127;
+
+// Limits AuditionCurrentOctave and AuditionCurrentVelocity to their ranges, and returns them.
+int AuditionOctave();
+int AuditionVelocity();
+// Stores the position of a scroll bar in the setting, limited in the same way, and returns it.
+int SetAuditionOctave(int position);
+int SetAuditionVelocity(int position);
+
+// Uploads the voice, opens the output, and selects the last and the first program. A failure is
+// told by a message, after which the rest is done all the same. False when the box is to close
+// again.
+bool OpenAudition(AuditionState &state, QWidget *window);
+// Plays the note of key `key`, 0 to 23 from the left; a negative number plays nothing.
+void PressAuditionKey(AuditionState &state, int key);
+// Ends the note of the last press.
+void ReleaseAuditionKey(AuditionState &state);
+// Ends the note, silences everything and selects the last and the first program.
+void EndAudition(AuditionState &state);
+// Closes the output.
+void CloseAudition(AuditionState &state);
+
+// The keys. A white key has two parts, the upper one between the black keys; a black key has one.
+constexpr int AuditionKeyCount = 24;
+constexpr int AuditionKeyPartCount = 38;
+constexpr int LowerPartControl = 500;   // plus the key's number; black keys too
+constexpr int UpperPartControl = 12500; // plus the key's number
+
+enum class KeyPartKind { LowerWhite, UpperWhite, Black };
+
+struct KeyPart {
+    int key = 0;     // 0 to 23
+    int control = 0; // number of the control that shows it
+    KeyPartKind kind = KeyPartKind::LowerWhite;
+    int left = 0, top = 0, right = 0, bottom = 0; // pixels; right and bottom are outside
+};
+
+// The keyboard in dialog units, a quarter of a character's width and an eighth of its height.
+constexpr int KeyboardUnitsWide = 336;
+constexpr int KeyboardUnitsHigh = 98;
+
+// The parts of a keyboard of that size in pixels, by ascending key, the lower part of a white key
+// before its upper part. Neighbours share their edges, so that the parts cover the keyboard without
+// gap or overlap.
+std::array<KeyPart, AuditionKeyPartCount> AuditionKeyParts(int width, int height);
+
+} // namespace tonewright

@@ -1,0 +1,89 @@
+// The built-in instruments: a DX7, a Volca FM and a reface DX behind the MIDI table, for everyone
+// without hardware and for the tests. They know only bytes, and share no code with the drivers.
+#pragma once
+
+#include "midi/midi_api.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tonewright {
+
+enum class BuiltinInstrument { Dx7, VolcaFm, RefaceDx };
+constexpr int BuiltinInstrumentCount = 3;
+
+// Faults that can be switched on, each for one instrument. An answer is one message: a voice is
+// answered with seven, header, common block, four operators and footer. Counters count down as
+// answers are sent.
+struct InstrumentFaults {
+    // Which answers the other faults touch, but for silentAfterMessages and blockOrder: the first
+    // `goodMessages` come as they should, then `faultyMessages` are touched (-1: all).
+    int goodMessages = 0;
+    int faultyMessages = -1;
+    bool silent = false;          // answers nothing
+    int silentAfterMessages = -1; // falls silent after so many answers; -1: never
+    // The event `lateEvent` of each answer comes this much after the event before it was read, or
+    // after the request when nothing is under way.
+    int lateByMilliseconds = 0;
+    int lateEvent = 0;
+    bool noteBeforeReply = false;      // the note-on 90 3C 40 in front of each answer
+    bool activeSensingInReply = false; // FE behind the first four bytes of each answer
+    std::vector<int> blockOrder = {};  // order of the voice blocks: 0 common, 1 to 4 operators;
+                                       // empty: as a real one sends them; a block may come twice,
+                                       // or not at all
+    bool operatorNumberAboveThree =
+        false;                    // the fourth operator calls itself 07, its checksum right
+    bool byteFiveNonzero = false; // byte 5 of voice blocks is 01
+    bool cutMessages = false;     // answers end without their last four bytes
+    bool corruptChecksum = false;
+    bool inputDoesNotOpen = false; // as seen by the program
+    bool outputDoesNotOpen = false;
+    int failWrite =
+        -1; // the n-th write (from 0) since the output was opened fails, and is not heard
+    bool twin = false; // listed twice, under the same name; the second pair of ports comes last
+};
+
+// Simulated clock: answers are there at once, Pm_Poll answers for the present millisecond and then
+// moves Pt_Time on by one, and nothing else moves it. Wall clock: an answer begins 16 ms after the
+// request and flows at the speed of a MIDI line, so that all voices take about three seconds.
+struct InstrumentsOptions {
+    bool simulatedClock = true;
+};
+
+// The MIDI table of the three instruments: for each one an input (even index) and an output (odd
+// index) of the same name, in the order of BuiltinInstrument. The clock of the table that was made
+// last holds for all of them. An input gets what is answered while it is open; what does not fit
+// into its buffer is lost. A device is open once at a time.
+MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options);
+
+// State of the instruments behind that table; program-wide, there is one of each.
+InstrumentFaults &FaultsOf(BuiltinInstrument instrument);
+// Back to the state of the factory: memory, edit buffer, settings, faults, clock; open streams are
+// gone.
+void ResetBuiltinInstruments();
+// Memory as a real one holds it. DX7 and Volca FM: 32 packed voices, 4096 bytes, and the edit
+// buffer of 155 bytes. reface DX: 32 voices of 38 + 4 * 28 bytes, the edit buffer of the same form,
+// and 32 bytes of system settings (none for the others).
+std::vector<std::uint8_t> &MemoryOf(BuiltinInstrument instrument);
+std::vector<std::uint8_t> &EditBufferOf(BuiltinInstrument instrument);
+std::vector<std::uint8_t> &SystemSettingsOf(BuiltinInstrument instrument); // reface DX
+int SelectedProgramOf(BuiltinInstrument instrument);                       // from 0
+// DX7 and Volca FM: the channel, 1 to 16 (1 from the factory), and whether Omni is on. A reface DX
+// has its receive channel in its settings.
+int &ChannelOf(BuiltinInstrument instrument);
+bool OmniOf(BuiltinInstrument instrument);
+// Notes that sound now, as key numbers in rising order.
+std::vector<int> SoundingNotesOf(BuiltinInstrument instrument);
+
+// Streams that are open, and whether the clock runs: both 0 and false after every operation.
+int OpenBuiltinStreams();
+bool BuiltinClockRuns();
+
+// Keeps the memory of all instruments in a file between runs of the command-line program. False
+// when the file cannot be read as such (then memory, edit buffers and settings are those of the
+// factory) or written.
+bool LoadInstrumentMemory(const char *path);
+bool SaveInstrumentMemory(const char *path);
+
+} // namespace tonewright

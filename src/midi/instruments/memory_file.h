@@ -1,0 +1,24 @@
+// The file that keeps what the built-in instruments hold between two runs.
+#pragma once
+
+#include "midi/instruments/instrument.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tonewright {
+
+// The file's bytes.
+std::vector<std::uint8_t> EncodeMemory(std::span<Instrument> instruments);
+// False, and the instruments as they were, when the bytes are no such file of these models or hold
+// a value that no instrument can hold.
+bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> instruments);
+
+// False when the file cannot be written; a file that was cut short is removed.
+bool WriteMemoryFile(const char *path, std::span<Instrument> instruments);
+// False when the file cannot be read, or as DecodeMemory.
+bool ReadMemoryFile(const char *path, std::span<Instrument> instruments);
+
+} // namespace tonewright

@@ -1,0 +1,85 @@
+// The one table of MIDI calls: a member for each PortMidi and PortTime call that the program uses,
+// under the same names. Implementations: PortMidi itself, the built-in instruments, a composite of
+// both, and a wrapper that traces any of them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+
+namespace tonewright {
+
+// An open stream; 0 stands for none.
+using MidiStream = std::uintptr_t;
+constexpr MidiStream NoMidiStream = 0;
+
+// One message word, its bytes from the lowest upward, and a time stamp in milliseconds. System
+// exclusive data come as a run of events of four bytes each.
+struct MidiEvent {
+    std::uint32_t message = 0;
+    std::int32_t timestamp = 0;
+};
+
+struct MidiDeviceInfo {
+    const char *interf = ""; // name of the system's interface: "ALSA", "Built-in"
+    const char *name = "";
+    bool input = false;
+    bool output = false;
+};
+
+constexpr std::int32_t MidiInputBufferSize = 512; // events
+constexpr std::int32_t MidiOutputBufferSize = 0;
+// Of every output stream, in milliseconds; at 0 messages go out at once.
+extern const std::int32_t MidiLatency;
+
+// Error codes are yes or no: 0 is success.
+constexpr int MidiSuccess = 0;
+constexpr int MidiFailure = -10000;
+
+// A member that nothing was put into fails: no devices, no stream opens. A stream that is none is
+// "ready" and its reads fail, so that whoever polls it comes to an end.
+struct MidiApi {
+    std::function<int(int resolution)> Pt_Start = [](int) { return MidiFailure; }; // milliseconds
+    std::function<int()> Pt_Stop = [] { return MidiFailure; };
+    std::function<std::int32_t()> Pt_Time = [] {
+        return 0;
+    }; // milliseconds since the clock's start
+
+    std::function<int()> Pm_CountDevices = [] { return 0; };
+    // nullptr for an index without a device. Valid until RescanDevices.
+    std::function<const MidiDeviceInfo *(int device)> Pm_GetDeviceInfo = [](int) {
+        return nullptr;
+    };
+    std::function<int(MidiStream *stream, int device, std::int32_t bufferSize)> Pm_OpenInput =
+        [](MidiStream *, int, std::int32_t) { return MidiFailure; };
+    std::function<int(MidiStream *stream, int device, std::int32_t bufferSize,
+                      std::int32_t latency)>
+        Pm_OpenOutput = [](MidiStream *, int, std::int32_t, std::int32_t) { return MidiFailure; };
+    std::function<int(MidiStream stream)> Pm_Close = [](MidiStream) { return MidiFailure; };
+
+    // `message` begins with F0 and ends at its first F7, which must be inside it.
+    std::function<int(MidiStream stream, std::int32_t when, std::span<const std::uint8_t> message)>
+        Pm_WriteSysEx =
+            [](MidiStream, std::int32_t, std::span<const std::uint8_t>) { return MidiFailure; };
+    std::function<int(MidiStream stream, std::int32_t when, std::uint32_t message)> Pm_WriteShort =
+        [](MidiStream, std::int32_t, std::uint32_t) { return MidiFailure; };
+    std::function<int(MidiStream stream, const MidiEvent &event)> Pm_Write = // one event
+        [](MidiStream, const MidiEvent &) { return MidiFailure; };
+    // Not 0: there is something to read, or to learn that reading fails.
+    std::function<int(MidiStream stream)> Pm_Poll = [](MidiStream) { return MidiFailure; };
+    // Reads one event. 0: nothing was read; above 0: an event is in *event; below: it failed, and
+    // *event is left as it was.
+    std::function<int(MidiStream stream, MidiEvent *event)> Pm_Read = [](MidiStream, MidiEvent *) {
+        return MidiFailure;
+    };
+
+    // Looks for instruments that were plugged in or out. Only with no stream open.
+    std::function<void()> RescanDevices = [] {};
+};
+
+// The table in use; at first one without devices.
+extern MidiApi TheMidi;
+
+} // namespace tonewright

@@ -1,0 +1,255 @@
+// Paints the keys, takes presses and releases, and keeps the two scroll bars.
+#include "midi/view/audition_box.h"
+
+#include "common/desktop.h"
+#include "common/scroll_step.h"
+#include "common/text.h"
+#include "common/view/centre_window.h"
+#include "common/view/fonts.h"
+#include "common/view/theme.h"
+#include "core/dispatch.h"
+#include "midi/audition.h"
+#include "ui_AuditionBox.h"
+
+#include <QDialog>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <functional>
+
+namespace tonewright {
+namespace {
+
+constexpr int OptionalButton = 103;
+constexpr int ThumbLength = 2; // of a scroll bar, in steps
+constexpr const char *HelpTopic = "AUDITION";
+
+QString ControlName(int control) {
+    return QStringLiteral("control_%1").arg(control);
+}
+
+QColor ColourOf(KeyColour colour) {
+    return QColor(colour.red, colour.green, colour.blue);
+}
+
+// A part of a key: sounds at the press of the left button and ends the note at its release,
+// wherever the mouse is by then.
+class KeyButton : public QWidget {
+public:
+    KeyButton(const KeyPart &part, AuditionState &state, QWidget *keyboard)
+        : QWidget(keyboard), part(part), state(state) {
+        setObjectName(ControlName(part.control));
+        setWindowTitle(QString::number(part.key));
+        setAttribute(Qt::WA_OpaquePaintEvent);
+    }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override {
+        if (event->button() == Qt::LeftButton) {
+            PressAuditionKey(state, part.key);
+            MarkKey(true);
+        }
+    }
+    void mouseReleaseEvent(QMouseEvent *event) override {
+        if (event->button() == Qt::LeftButton) {
+            ReleaseAuditionKey(state);
+            MarkKey(false);
+        }
+    }
+
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        const bool black = part.kind == KeyPartKind::Black;
+        painter.fillRect(rect(), ColourOf(black ? state.colours.blackKey : state.colours.whiteKey));
+        if (marked) {
+            DrawMark(painter);
+        }
+        if (black) {
+            return;
+        }
+        const int right = width() - 1;
+        const int bottom = height() - 1;
+        painter.setPen(QPen(ColourOf(state.colours.outline), 1));
+        painter.drawLine(0, 0, 0, bottom);
+        painter.drawLine(right, 0, right, bottom);
+        const int edge = part.kind == KeyPartKind::UpperWhite ? 0 : bottom;
+        painter.drawLine(0, edge, right, edge);
+    }
+
+private:
+    // The mark of a key that is down stands on the part that a finger would touch.
+    void MarkKey(bool down) {
+        auto *foot = parentWidget()->findChild<KeyButton *>(
+            ControlName(LowerPartControl + part.key), Qt::FindDirectChildrenOnly);
+        foot->marked = down;
+        foot->update();
+    }
+
+    // A dot in the colour of the other keys.
+    void DrawMark(QPainter &painter) const {
+        const bool black = part.kind == KeyPartKind::Black;
+        const double radius = height() / (black ? 24.0 : 14.0);
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ColourOf(black ? state.colours.whiteKey : state.colours.blackKey));
+        painter.drawEllipse(QPointF(width() / 2.0, height() - 3 * radius), radius, radius);
+        painter.restore();
+    }
+
+    const KeyPart part;
+    AuditionState &state;
+    bool marked = false;
+};
+
+// A scroll bar with its value beside it. `store` limits a position, keeps it and returns it.
+struct BarRow {
+    QScrollBar *bar;
+    QLabel *text;
+    int lowest, highest;
+    int shownAbove; // what is added to the position where it is shown
+    int (*store)(int position);
+};
+
+ScrollAction ActionOf(int sliderAction) {
+    switch (sliderAction) {
+    case QAbstractSlider::SliderSingleStepSub:
+        return ScrollAction::LineBack;
+    case QAbstractSlider::SliderSingleStepAdd:
+        return ScrollAction::LineForward;
+    case QAbstractSlider::SliderPageStepSub:
+        return ScrollAction::PageBack;
+    case QAbstractSlider::SliderPageStepAdd:
+        return ScrollAction::PageForward;
+    case QAbstractSlider::SliderToMinimum:
+        return ScrollAction::Top;
+    case QAbstractSlider::SliderToMaximum:
+        return ScrollAction::Bottom;
+    default:
+        return ScrollAction::Thumb;
+    }
+}
+
+void SetUpBar(const BarRow &row, int position) {
+    QScrollBar *bar = row.bar;
+    bar->setRange(row.lowest, row.highest);
+    bar->setSingleStep(1);
+    bar->setPageStep(ThumbLength);
+    bar->setContextMenuPolicy(Qt::NoContextMenu);
+    bar->setInvertedControls(false); // the right arrow key and the wheel upwards add
+    bar->setValue(position);
+    const auto show = [row](int value) {
+        row.text->setText(QString::number(value + row.shownAbove));
+    };
+    show(bar->value());
+    QObject::connect(bar, &QScrollBar::actionTriggered, bar, [bar](int action) {
+        int target = bar->value();
+        ScrollStep(ActionOf(action), bar->sliderPosition(), bar->maximum(), target);
+        bar->setSliderPosition(target); // which limits it to the range
+    });
+    QObject::connect(bar, &QScrollBar::valueChanged, bar,
+                     [row, show](int value) { show(row.store(value)); });
+}
+
+class AuditionDialog : public QDialog {
+public:
+    AuditionDialog(QWidget *owner, AuditionState &state)
+        : QDialog(owner ? owner->window() : nullptr), state(state) {
+        ui.setupUi(this);
+        // No close button: the box ends by "Close" only.
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+        MakeControls();
+        setFont(DialogFont());
+        PlaceKeys();
+        CentreWindow(*this);
+        winId(); // so that messages during the opening have a window to belong to
+        if (!OpenAudition(state, this)) {
+            QMetaObject::invokeMethod(this, &QDialog::accept, Qt::QueuedConnection);
+        }
+    }
+
+    ~AuditionDialog() override { EndAudition(state); }
+
+    // Esc and the window manager's close do nothing.
+    void reject() override {}
+
+protected:
+    void changeEvent(QEvent *event) override {
+        QDialog::changeEvent(event);
+        if (event->type() == QEvent::FontChange && !keys.empty()) {
+            PlaceKeys();
+        }
+    }
+
+private:
+    void MakeControls() {
+        for (QPushButton *button :
+             {ui.control_1, ui.control_9, findChild<QPushButton *>(ControlName(OptionalButton))}) {
+            MakeSoftButton(button);
+        }
+        connect(ui.control_1, &QPushButton::clicked, this, &QDialog::accept);
+        connect(ui.control_9, &QPushButton::clicked, this, [this] { ShowHelp(this, HelpTopic); });
+        ui.control_10->setPixmap(
+            PictureOf(ApplicationPicture,
+                      {ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight)},
+                      devicePixelRatioF()));
+        setWindowTitle(
+            QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice))));
+        for (const KeyPart &part : AuditionKeyParts(KeyboardUnitsWide, KeyboardUnitsHigh)) {
+            keys.push_back(new KeyButton(part, state, ui.keyboard)); // a child of the keyboard
+        }
+        SetUpBar({ui.control_102, ui.control_12102, 0, HighestAuditionOctave, 1, SetAuditionOctave},
+                 AuditionOctave());
+        SetUpBar({ui.control_101, ui.control_12101, LowestAuditionVelocity, HighestAuditionVelocity,
+                  0, SetAuditionVelocity},
+                 AuditionVelocity());
+        ui.control_1->setFocus();
+    }
+
+    // The keyboard takes the whole width of the box and grows with the font.
+    void PlaceKeys() {
+        const QFontMetrics metrics(font());
+        const QString letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+        const int letterWidth = (metrics.horizontalAdvance(letters) / 26 + 1) / 2;
+        const int letterHeight = metrics.ascent() + metrics.descent();
+        const int widestValue = metrics.horizontalAdvance("127");
+        ui.control_12101->setMinimumWidth(widestValue);
+        ui.control_12102->setMinimumWidth(widestValue);
+        layout()->activate(); // measures the new font in the inner layouts too
+        const int width =
+            std::max(KeyboardUnitsWide * letterWidth / 4, ui.head->totalMinimumSize().width());
+        const int height = KeyboardUnitsHigh * letterHeight / 8;
+        ui.keyboard->setFixedSize(width, height);
+        const auto parts = AuditionKeyParts(width, height);
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            const KeyPart &part = parts[i];
+            keys[i]->setGeometry(part.left, part.top, part.right - part.left,
+                                 part.bottom - part.top);
+        }
+        setFixedSize(width, ui.head->totalHeightForWidth(width) + height);
+    }
+
+    Ui::AuditionBox ui;
+    AuditionState &state;
+    std::vector<KeyButton *> keys; // children, in the order of their parts
+};
+
+} // namespace
+
+int AuditionBox(QWidget *owner, VoiceList *list, const VoiceObject *voice, DriverId driverId,
+                int midiIn, int midiOut, int itemIndex) {
+    auto state = PrepareAudition(list, voice, driverId, midiIn, midiOut, itemIndex);
+    if (!state) {
+        return 0;
+    }
+    int result = 0;
+    {
+        AuditionDialog box(owner, *state);
+        result = box.exec();
+    }
+    CloseAudition(*state);
+    return result;
+}
+
+} // namespace tonewright

@@ -1,0 +1,84 @@
+// Shows the choices of a synthesizer and takes them back.
+#include "shell/view/select_synth_box.h"
+
+#include "common/desktop.h"
+#include "common/view/centre_window.h"
+#include "common/view/fonts.h"
+#include "common/view/spin_edit.h"
+#include "common/view/theme.h"
+#include "ui_SelectKeyboardBox.h"
+
+#include <QDialog>
+
+namespace tonewright {
+namespace {
+
+constexpr const char *HelpTopic = "SELECT";
+
+void FillCombo(QComboBox &combo, const ItemChoice &choice) {
+    for (const std::string &item : choice.items) {
+        combo.addItem(QString::fromStdString(item));
+    }
+    combo.setCurrentIndex(choice.selected);
+}
+
+class SelectSynthDialog : public QDialog {
+public:
+    SelectSynthDialog(QWidget *owner, const SelectParams &params)
+        : QDialog(owner ? owner->window() : nullptr), params(params),
+          selection(OpenSynthSelection(params)) {
+        ui.setupUi(this);
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+        setFont(DialogFont());
+        ui.control_10->setPixmap(
+            PictureOf(ApplicationPicture,
+                      {ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight)},
+                      devicePixelRatioF()));
+        FillCombo(*ui.control_101, selection.synths);
+        FillCombo(*ui.control_104, selection.inputs);
+        FillCombo(*ui.control_103, selection.outputs);
+        ui.control_102->setChecked(selection.detect);
+        ui.control_102->setEnabled(selection.detectEnabled);
+        ui.control_105->setValue(selection.midiChannel);
+        connect(ui.control_101, &QComboBox::activated, this, [this](int item) {
+            selection.synths.selected = item;
+            SynthChosen(selection);
+            ui.control_102->setEnabled(selection.detectEnabled);
+        });
+        for (QPushButton *button : {ui.control_1, ui.control_2, ui.control_9}) {
+            MakeSoftButton(button);
+        }
+        connect(ui.control_1, &QPushButton::clicked, this, &QDialog::accept);
+        connect(ui.control_2, &QPushButton::clicked, this, &QDialog::reject);
+        connect(ui.control_9, &QPushButton::clicked, this, [this] { ShowHelp(this, HelpTopic); });
+        ui.control_1->setFocus();
+        adjustSize();
+        CentreWindow(*this);
+    }
+
+    void accept() override {
+        selection.synths.selected = ui.control_101->currentIndex();
+        selection.inputs.selected = ui.control_104->currentIndex();
+        selection.outputs.selected = ui.control_103->currentIndex();
+        selection.detect = ui.control_102->isChecked();
+        selection.midiChannel = ui.control_105->ClampedValue();
+        if (AcceptSynthSelection(selection, params)) {
+            QDialog::accept();
+        }
+    }
+
+private:
+    Ui::SelectKeyboardBox ui;
+    const SelectParams params;
+    SynthSelection selection;
+};
+
+} // namespace
+
+int SelectSynthesizer(QWidget *owner, const SelectParams &params) {
+    SelectSynthDialog box(owner, params);
+    return box.exec() == QDialog::Accepted ? 1 : 0;
+}
+
+} // namespace tonewright

@@ -1,0 +1,15 @@
+// The driver table of the MIDI tests: changeable copies of the two real rows, so that a test can
+// put an operation of its own into one of them. The rest of the program sees them as the table.
+#pragma once
+
+#include "core/synth_driver.h"
+
+namespace tonewright {
+
+extern SynthDriver Dx7Row;
+extern SynthDriver RefaceDxRow;
+
+// Makes both rows equal to the real ones again.
+void RestoreDriverRows();
+
+} // namespace tonewright

@@ -1,0 +1,126 @@
+// The Audition box over the built-in instruments: what they hear while it is open.
+#include "midi/view/audition_box.h"
+
+#include "common/settings.h"
+#include "midi/instruments/builtin_instruments.h"
+#include "support/bank_bytes.h"
+#include "support/scripted_desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+namespace tonewright {
+namespace {
+
+using Notes = std::vector<int>;
+
+class AuditionOfInstruments : public testing::Test {
+protected:
+    void SetUp() override {
+        TheMidi = MakeBuiltinInstruments({});
+        ResetBuiltinInstruments();
+        CurrentMidiChannel = 1;
+        AuditionCurrentOctave = 5;
+        AuditionCurrentVelocity = 100;
+        // What an upload leaves behind, before a program is selected.
+        TheMidi.Pm_WriteSysEx = [this, write = TheMidi.Pm_WriteSysEx](auto... arguments) {
+            const int result = write(arguments...);
+            uploaded = EditBufferOf(BuiltinInstrument::Dx7);
+            return result;
+        };
+    }
+    void TearDown() override {
+        EXPECT_EQ(OpenBuiltinStreams(), 0);
+        EXPECT_FALSE(BuiltinClockRuns());
+        ResetBuiltinInstruments();
+        TheMidi = {};
+    }
+
+    // The device indices of an instrument.
+    static int InputOf(BuiltinInstrument instrument) { return 2 * static_cast<int>(instrument); }
+    static int OutputOf(BuiltinInstrument instrument) { return InputOf(instrument) + 1; }
+
+    // Opens the box for a voice, hands it to `use` and closes it by its button.
+    bool WithBox(BuiltinInstrument instrument, const std::function<void(QDialog &)> &use) {
+        bool opened = false;
+        QTimer::singleShot(0, [&] {
+            auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!box) {
+                return;
+            }
+            opened = true;
+            use(*box);
+            QTest::mouseClick(box->findChild<QPushButton *>("control_1"), Qt::LeftButton);
+            if (box->isVisible()) {
+                ADD_FAILURE() << "the box is still open";
+                box->done(0);
+            }
+        });
+        AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, InputOf(instrument),
+                    OutputOf(instrument), 0);
+        return opened;
+    }
+    static QWidget *Key(QDialog &box, int control) {
+        return box.findChild<QWidget *>(QString("control_%1").arg(control));
+    }
+
+    ScriptedDesktop desktop;
+    const VoiceObject voice = MakeVoiceObject(Dx7DriverId, TestUnpackedVoice());
+    std::vector<std::uint8_t> uploaded;
+};
+
+TEST_F(AuditionOfInstruments, AKeySoundsAsLongAsItIsHeld) {
+    for (const auto instrument : {BuiltinInstrument::Dx7, BuiltinInstrument::VolcaFm}) {
+        EXPECT_TRUE(WithBox(instrument, [&](QDialog &box) {
+            EXPECT_EQ(OpenBuiltinStreams(), 1); // the output, for the life of the box
+            EXPECT_FALSE(BuiltinClockRuns());
+            QTest::mousePress(Key(box, 504), Qt::LeftButton);
+            EXPECT_EQ(SoundingNotesOf(instrument), Notes{64});
+            QTest::mouseRelease(Key(box, 504), Qt::LeftButton);
+            EXPECT_EQ(SoundingNotesOf(instrument), Notes{});
+        }));
+    }
+}
+
+TEST_F(AuditionOfInstruments, TheVoiceReachesTheEditBufferAndTheMemoryStaysAsItIs) {
+    const auto memory = MemoryOf(BuiltinInstrument::Dx7);
+    EXPECT_TRUE(WithBox(BuiltinInstrument::Dx7, [](QDialog &) {}));
+    const auto bytes = TestUnpackedVoice();
+    EXPECT_EQ(uploaded, std::vector<std::uint8_t>(bytes.begin(), bytes.begin() + 155));
+    EXPECT_EQ(MemoryOf(BuiltinInstrument::Dx7), memory);
+}
+
+TEST_F(AuditionOfInstruments, ANoteThatIsHeldAtTheCloseIsSilencedAndTheFirstProgramSelected) {
+    EXPECT_TRUE(WithBox(BuiltinInstrument::Dx7, [](QDialog &box) {
+        QTest::mousePress(Key(box, 12511), Qt::LeftButton);
+        EXPECT_EQ(SoundingNotesOf(BuiltinInstrument::Dx7), Notes{71});
+    }));
+    EXPECT_EQ(SoundingNotesOf(BuiltinInstrument::Dx7), Notes{});
+    EXPECT_EQ(SelectedProgramOf(BuiltinInstrument::Dx7), 0);
+}
+
+TEST_F(AuditionOfInstruments, AnOutputThatDoesNotOpenIsToldTwiceAndTheBoxCloses) {
+    FaultsOf(BuiltinInstrument::Dx7).outputDoesNotOpen = true;
+    desktop.ExpectMessage("The selected voice could not be uploaded.");
+    desktop.ExpectMessage("The MIDI output could not be opened.");
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, InputOf(BuiltinInstrument::Dx7),
+                          OutputOf(BuiltinInstrument::Dx7), 0),
+              1);
+}
+
+TEST_F(AuditionOfInstruments, AWriteThatFailsIsPassedOver) {
+    FaultsOf(BuiltinInstrument::Dx7).failWrite = 1; // of each opening: the voice, then program 0
+    EXPECT_TRUE(WithBox(BuiltinInstrument::Dx7,
+                        [](QDialog &box) { QTest::mouseClick(Key(box, 500), Qt::LeftButton); }));
+    EXPECT_EQ(SoundingNotesOf(BuiltinInstrument::Dx7), Notes{});
+}
+
+} // namespace
+} // namespace tonewright
