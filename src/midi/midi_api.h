@@ -39,7 +39,8 @@ constexpr int MidiSuccess = 0;
 constexpr int MidiFailure = -10000;
 
 // A member that nothing was put into fails: no devices, no stream opens. A stream that is none is
-// "ready" and its reads fail, so that whoever polls it comes to an end.
+// "ready" and its reads fail, so that whoever polls it comes to an end; an input that has failed
+// for good must be silent instead, since a transfer goes on waiting for what it still lacks.
 struct MidiApi {
     std::function<int(int resolution)> Pt_Start = [](int) { return MidiFailure; }; // milliseconds
     std::function<int()> Pt_Stop = [] { return MidiFailure; };

@@ -26,7 +26,12 @@ constexpr std::uint8_t EndOfSysex = 0xF7;
 struct Stream {
     PortMidiStream *stream = nullptr; // nullptr: closed, the place is free
     bool input = false;
+    int failedReads = 0; // in a row
 };
+
+// After an overflow one read fails, and the next one goes on. An input that fails again is broken,
+// its device unplugged: it counts as silent, so that whoever waits for it comes to an end.
+constexpr int MostFailedReads = 2;
 
 struct Device {
     bool present = false;
@@ -80,10 +85,16 @@ Stream *OpenStream(MidiStream stream) {
     return exists && Streams[stream - 1].stream ? &Streams[stream - 1] : nullptr;
 }
 
+// nullptr for a stream that is not open or goes the other way.
+Stream *OpenInputStream(MidiStream stream) {
+    Stream *found = OpenStream(stream);
+    return found && found->input ? found : nullptr;
+}
+
 // The library's stream; nullptr when it is not open or goes the other way.
-PortMidiStream *OpenStream(MidiStream stream, bool input) {
+PortMidiStream *OpenOutputStream(MidiStream stream) {
     const Stream *found = OpenStream(stream);
-    return found && found->input == input ? found->stream : nullptr;
+    return found && !found->input ? found->stream : nullptr;
 }
 
 MidiStream KeepStream(PortMidiStream *stream, bool input) {
@@ -92,7 +103,7 @@ MidiStream KeepStream(PortMidiStream *stream, bool input) {
     if (place == Streams.size()) {
         Streams.emplace_back();
     }
-    Streams[place] = {stream, input};
+    Streams[place] = {.stream = stream, .input = input};
     return place + 1;
 }
 
@@ -143,7 +154,7 @@ int Close(MidiStream stream) {
 
 // The library reads on behind the end of a buffer in search of an F7.
 int WriteSysEx(MidiStream stream, std::int32_t when, std::span<const std::uint8_t> message) {
-    PortMidiStream *output = OpenStream(stream, false);
+    PortMidiStream *output = OpenOutputStream(stream);
     if (!output) {
         return pmBadPtr;
     }
@@ -155,28 +166,32 @@ int WriteSysEx(MidiStream stream, std::int32_t when, std::span<const std::uint8_
 }
 
 int WriteShortMessage(MidiStream stream, std::int32_t when, std::uint32_t message) {
-    PortMidiStream *output = OpenStream(stream, false);
+    PortMidiStream *output = OpenOutputStream(stream);
     return output ? Pm_WriteShort(output, when, static_cast<PmMessage>(message)) : pmBadPtr;
 }
 
 int WriteEvent(MidiStream stream, const MidiEvent &event) {
-    PortMidiStream *output = OpenStream(stream, false);
+    PortMidiStream *output = OpenOutputStream(stream);
     PmEvent written = {static_cast<PmMessage>(event.message), event.timestamp};
     return output ? Pm_Write(output, &written, 1) : pmBadPtr;
 }
 
 int Poll(MidiStream stream) {
-    PortMidiStream *input = OpenStream(stream, true);
-    return input ? Pm_Poll(input) : pmBadPtr;
+    const Stream *input = OpenInputStream(stream);
+    if (!input) {
+        return pmBadPtr;
+    }
+    return input->failedReads < MostFailedReads ? Pm_Poll(input->stream) : pmNoData;
 }
 
 int Read(MidiStream stream, MidiEvent *event) {
-    PortMidiStream *input = OpenStream(stream, true);
+    Stream *input = OpenInputStream(stream);
     if (!input) {
         return pmBadPtr;
     }
     PmEvent read = {};
-    const int count = Pm_Read(input, &read, 1);
+    const int count = Pm_Read(input->stream, &read, 1);
+    input->failedReads = count < 0 ? input->failedReads + 1 : 0;
     if (count > 0) {
         *event = {static_cast<std::uint32_t>(read.message), read.timestamp};
     }

@@ -288,6 +288,36 @@ TEST(PortMidiStreams, LeaveTheEventAloneWhenReadingFails) {
     EXPECT_EQ(event.message, 1u);
 }
 
+TEST(PortMidiStreams, GoOnAfterOneReadHasFailed) {
+    Opened open;
+    TheLibrary.incoming = {{1, 0}, {2, 0}, {3, 0}};
+    MidiEvent event;
+    for (const PmMessage expected : {1, 2}) {
+        TheLibrary.readResult = pmBufferOverflow;
+        EXPECT_LT(open.api.Pm_Read(open.input, &event), 0);
+        EXPECT_NE(open.api.Pm_Poll(open.input), 0);
+        TheLibrary.readResult = 1;
+        EXPECT_EQ(open.api.Pm_Read(open.input, &event), 1);
+        EXPECT_EQ(static_cast<PmMessage>(event.message), expected);
+    }
+}
+
+TEST(PortMidiStreams, CountAsSilentWhenReadsGoOnFailing) {
+    Opened open;
+    TheLibrary.incoming = {{1, 0}};
+    TheLibrary.readResult = pmHostError;
+    MidiEvent event;
+    EXPECT_NE(open.api.Pm_Poll(open.input), 0);
+    EXPECT_LT(open.api.Pm_Read(open.input, &event), 0);
+    EXPECT_LT(open.api.Pm_Read(open.input, &event), 0);
+    EXPECT_EQ(open.api.Pm_Poll(open.input), 0);
+    // Opened anew, it is heard again.
+    TheLibrary.readResult = 1;
+    open.api.Pm_Close(open.input);
+    EXPECT_EQ(open.api.Pm_OpenInput(&open.input, 0, 512), 0);
+    EXPECT_NE(open.api.Pm_Poll(open.input), 0);
+}
+
 TEST(PortMidiStreams, GetNoMessageWithoutItsStartOrEnd) {
     Opened open;
     using Bytes = std::vector<std::uint8_t>;
