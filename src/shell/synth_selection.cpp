@@ -5,10 +5,11 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "midi/midi_api.h"
+#include "midi/transport.h"
 #include "shell/commands.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace tonewright {
 namespace {
@@ -22,6 +23,39 @@ std::string SelectedText(const ItemChoice &choice) {
     return exists ? std::string(CutText(choice.items[static_cast<std::size_t>(choice.selected)],
                                         SettingTextLimit))
                   : std::string();
+}
+
+// A device by what stays of it when the devices are numbered anew: the n-th of its name, from 0, in
+// its direction.
+struct DeviceMark {
+    std::string name;
+    int place = 0;
+};
+
+bool IsOf(const MidiDeviceInfo *device, const std::string &name, bool input) {
+    return device && (input ? device->input : device->output) && device->name == name;
+}
+
+std::optional<DeviceMark> MarkOf(int port, bool input) {
+    const MidiDeviceInfo *device = TheMidi.Pm_GetDeviceInfo(port);
+    if (!device) {
+        return std::nullopt;
+    }
+    DeviceMark mark = {.name = device->name};
+    for (int index = 0; index < port; ++index) {
+        mark.place += IsOf(TheMidi.Pm_GetDeviceInfo(index), mark.name, input);
+    }
+    return mark;
+}
+
+int PortOf(const std::optional<DeviceMark> &mark, bool input) {
+    int before = 0;
+    for (int index = 0; mark && index < TheMidi.Pm_CountDevices(); ++index) {
+        if (IsOf(TheMidi.Pm_GetDeviceInfo(index), mark->name, input) && before++ == mark->place) {
+            return index;
+        }
+    }
+    return NoMidiDevice;
 }
 
 void SelectItem(ItemChoice &choice, const std::string &text) {
@@ -98,6 +132,14 @@ int AcceptSynthSelection(const SynthSelection &selection, const SelectParams &pa
         *params.driverId = DriverIdAt(row);
     }
     return 1;
+}
+
+void RescanDevicesKeepingPorts() {
+    const auto input = MarkOf(MidiInPort, true);
+    const auto output = MarkOf(MidiOutPort, false);
+    TheMidi.RescanDevices();
+    MidiInPort = PortOf(input, true);
+    MidiOutPort = PortOf(output, false);
 }
 
 std::vector<std::string> MidiDeviceRows() {

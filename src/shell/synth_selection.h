@@ -52,6 +52,10 @@ void SynthChosen(SynthSelection &selection);
 // wants to stay, and nothing is stored; else 1.
 int AcceptSynthSelection(const SynthSelection &selection, const SelectParams &params);
 
+// Looks for MIDI devices that were plugged in or out. They are numbered anew, and MidiInPort and
+// MidiOutPort follow theirs, or become -1 when it is gone.
+void RescanDevicesKeepingPorts();
+
 // "index: interface, name (input) (output)" of every MIDI device.
 std::vector<std::string> MidiDeviceRows();
 

@@ -10,6 +10,7 @@
 #include "midi/midi_api.h"
 #include "shell/commands.h"
 #include "shell/shell_window.h"
+#include "shell/synth_selection.h"
 #include "shell/undo.h"
 
 #include <utility>
@@ -97,7 +98,7 @@ int RunConfigure() {
 }
 
 int RunMidiDevices() {
-    TheMidi.RescanDevices();
+    RescanDevicesKeepingPorts();
     if (TheShellWindow.ShowMidiDevicesBox) {
         TheShellWindow.ShowMidiDevicesBox();
     }
@@ -108,7 +109,7 @@ int RunSelectSynth() {
     if (!AskToSave()) {
         return 0;
     }
-    TheMidi.RescanDevices();
+    RescanDevicesKeepingPorts();
     if (!TheShellWindow.ShowSelectSynthBox || !TheShellWindow.ShowSelectSynthBox()) {
         return 0;
     }

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/voice_list.h"
+#include "midi/transport.h"
 #include "shell/commands.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"
@@ -34,6 +35,7 @@ protected:
         CurrentMidiChannel = 4;
     }
     void TearDown() override {
+        MidiInPort = MidiOutPort = NoMidiDevice;
         MainList = {};
         MainListState = {};
     }
@@ -53,6 +55,45 @@ protected:
     ScriptedDesktop desktop;
     FakeMidi midi;
 };
+
+TEST_F(SynthSelectionTest, ThePortsFollowTheirDevicesWhenTheseAreNumberedAnew) {
+    AddDevices();
+    MidiInPort = 3;  // Pads
+    MidiOutPort = 4; // Sampler
+    midi.onRescan = [&] { midi.devices.pop_front(); };
+    RescanDevicesKeepingPorts();
+    EXPECT_EQ(MidiInPort, 2);
+    EXPECT_EQ(MidiOutPort, 3);
+    midi.onRescan = [&] {
+        midi.devices.push_front({.name = "New", .input = true, .output = true});
+    };
+    RescanDevicesKeepingPorts();
+    EXPECT_EQ(MidiInPort, 3);
+    EXPECT_EQ(MidiOutPort, 4);
+}
+
+TEST_F(SynthSelectionTest, APortWhoseDeviceIsGoneIsNoneAndSoIsOneThatWasNone) {
+    AddDevices();
+    MidiInPort = 3;
+    MidiOutPort = NoMidiDevice;
+    midi.onRescan = [&] { midi.devices.erase(midi.devices.begin() + 3); };
+    RescanDevicesKeepingPorts();
+    EXPECT_EQ(MidiInPort, NoMidiDevice); // not Sampler, which has its number now
+    EXPECT_EQ(MidiOutPort, NoMidiDevice);
+}
+
+TEST_F(SynthSelectionTest, OfDevicesOfOneNameAndDirectionThePortsKeepTheirPlace) {
+    midi.AddInput("Twin");
+    midi.AddOutput("Twin");
+    midi.AddInput("Twin");
+    midi.AddOutput("Twin");
+    MidiInPort = 2;
+    MidiOutPort = 3;
+    midi.onRescan = [&] { midi.devices.push_front({.name = "Other", .input = true}); };
+    RescanDevicesKeepingPorts();
+    EXPECT_EQ(MidiInPort, 3);
+    EXPECT_EQ(MidiOutPort, 4);
+}
 
 TEST_F(SynthSelectionTest, TheChoicesAreUnknownAndTheFamilies) {
     EXPECT_EQ(Open().synths.items, (Texts{"Unknown", Dx7Name, RefaceName}));

@@ -660,6 +660,13 @@ TEST_F(FindTest, AFoundInstrumentIsConfiguredAndShown) {
     ExpectUntouched();
 }
 
+TEST_F(FindTest, SelectSynthesizerSearchesButDoesNotConfigure) {
+    TheShellWindow.ShowSelectSynthBox = [] { return 1; };
+    EXPECT_EQ(RunSelectSynth(), 1);
+    EXPECT_EQ(Calls, (Strings{"find reface in, reface out, 1"}));
+    EXPECT_EQ(MidiOutPort, 8);
+}
+
 TEST_F(FindTest, AFailedSearchLeavesNoDriverAndItsCommandsGrey) {
     Answer = 0;
     RefreshCommands();
