@@ -75,7 +75,7 @@ void DrawRefaceAlgorithm(QPainter &painter, const Rectangle &rectangle, int algo
         painter.fillRect(rectangle.left, rectangle.top, width, height, paper);
     }
 
-    // In the list a digit is five pixels high; without hinting a 3 cannot be told from an 8.
+    // Small digits; without hinting a 3 cannot be told from an 8.
     QFont font = FontOfHeight(QStringLiteral("ARIAL"), units.font, 700);
     font.setHintingPreference(QFont::PreferFullHinting);
     painter.setFont(font);
@@ -126,10 +126,7 @@ void DrawRefaceAlgorithmSmooth(QPainter &painter, const Rectangle &rectangle, in
     }
     image.fill(paper);
     {
-        // A stroke of an odd number of pixels stays on the pixels that it covers unsmoothed.
         QPainter imagePainter(&image);
-        const double offset = Reduction * StrokeOffset(large(lineWeight) / Reduction);
-        imagePainter.translate(offset, offset);
         DrawRefaceAlgorithm(imagePainter, {.left = 0, .top = 0, .right = width, .bottom = height},
                             algorithm, ink, paper, large(lineWeight), withNumber);
     }
