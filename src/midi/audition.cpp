@@ -142,7 +142,9 @@ void PressAuditionKey(AuditionState &state, int key) {
     if (key < 0) {
         return;
     }
-    const int note = (key + 12 * static_cast<int>(AuditionCurrentOctave)) & 255;
+    // Unsigned: the setting may hold anything where no box has limited it.
+    const int note =
+        static_cast<int>((static_cast<unsigned>(key) + 12 * AuditionCurrentOctave) & 255);
     Write(state, NoteOn, note, AuditionCurrentVelocity);
     state.sustainedNote = note;
 }

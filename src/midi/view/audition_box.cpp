@@ -16,7 +16,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <functional>
 
 namespace tonewright {
 namespace {

@@ -17,7 +17,6 @@
 #include <QStyleOptionSlider>
 #include <QTest>
 #include <QTimer>
-#include <QWheelEvent>
 
 #include <functional>
 

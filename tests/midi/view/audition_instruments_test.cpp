@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/bank_bytes.h"
+#include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -49,6 +50,10 @@ protected:
 
     // Opens the box for a voice, hands it to `use` and closes it by its button.
     bool WithBox(BuiltinInstrument instrument, const std::function<void(QDialog &)> &use) {
+        return WithBox(instrument, voice, Dx7DriverId, use);
+    }
+    bool WithBox(BuiltinInstrument instrument, const VoiceObject &played, DriverId driver,
+                 const std::function<void(QDialog &)> &use) {
         bool opened = false;
         QTimer::singleShot(0, [&] {
             auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
@@ -63,8 +68,8 @@ protected:
                 box->done(0);
             }
         });
-        AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, InputOf(instrument),
-                    OutputOf(instrument), 0);
+        AuditionBox(nullptr, nullptr, &played, driver, InputOf(instrument), OutputOf(instrument),
+                    0);
         return opened;
     }
     static QWidget *Key(QDialog &box, int control) {
@@ -104,6 +109,39 @@ TEST_F(AuditionOfInstruments, ANoteThatIsHeldAtTheCloseIsSilencedAndTheFirstProg
     }));
     EXPECT_EQ(SoundingNotesOf(BuiltinInstrument::Dx7), Notes{});
     EXPECT_EQ(SelectedProgramOf(BuiltinInstrument::Dx7), 0);
+}
+
+TEST_F(AuditionOfInstruments, ARefaceDxIsPlayedAndGetsItsSettingsBack) {
+    constexpr auto instrument = BuiltinInstrument::RefaceDx;
+    const auto settings = SystemSettingsOf(instrument);
+    std::vector<std::uint8_t> received;
+    TheMidi.Pm_WriteSysEx = [&, write = TheMidi.Pm_WriteSysEx](auto... arguments) {
+        const int result = write(arguments...);
+        received = EditBufferOf(instrument);
+        return result;
+    };
+    EXPECT_TRUE(
+        WithBox(instrument, VoiceObject{TestRefaceBlock(3)}, RefaceDxDriverId, [&](QDialog &box) {
+            EXPECT_EQ(OpenBuiltinStreams(), 1);
+            QTest::mousePress(Key(box, 504), Qt::LeftButton);
+            EXPECT_EQ(SoundingNotesOf(instrument), Notes{64});
+            QTest::mouseRelease(Key(box, 504), Qt::LeftButton);
+            EXPECT_EQ(SoundingNotesOf(instrument), Notes{});
+        }));
+    const auto block = TestRefaceBlock(3);
+    EXPECT_EQ(received, std::vector<std::uint8_t>(block.begin() + 52, block.end()));
+    EXPECT_EQ(SystemSettingsOf(instrument), settings);
+}
+
+TEST_F(AuditionOfInstruments, ASilentRefaceDxIsToldByItsDriverAndThenByTheBoxWhichCloses) {
+    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
+    desktop.ExpectMessage("Invalid system common.");
+    desktop.ExpectMessage("The selected voice could not be uploaded.");
+    const VoiceObject played = {TestRefaceBlock(3)};
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &played, RefaceDxDriverId,
+                          InputOf(BuiltinInstrument::RefaceDx),
+                          OutputOf(BuiltinInstrument::RefaceDx), 0),
+              1);
 }
 
 TEST_F(AuditionOfInstruments, AnOutputThatDoesNotOpenIsToldTwiceAndTheBoxCloses) {
