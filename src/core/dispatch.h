@@ -63,7 +63,8 @@ int ConfigureCurrent(QWidget *window);
 int AutoConfigureCurrent(QWidget *window);
 
 // Searches the current driver's instrument. The outs are set to "????", -1 and -1 first, so that a
-// failed search leaves CurrentDriverId at "????" when that is what the caller passes.
+// failed search leaves CurrentDriverId at "????" when that is what the caller passes. Returns what
+// the row's FindSynth returns, 0 without one; callers judge by *driver and the ports instead.
 int FindCurrentSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
                      std::uint32_t *firmware, const char *inPattern, const char *outPattern);
 

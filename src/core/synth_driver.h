@@ -70,7 +70,9 @@ struct SynthDriver {
     std::uint32_t flags;           // DriverFlag...
     std::uint32_t documentPicture; // picture number in the File menu history
 
-    // Non-zero when an input and an output were found; then *driver is the row's id.
+    // Looks for the instrument's ports; what is found is written through the pointers that are
+    // given, and *driver becomes the row's id when the instrument is there. The result is the
+    // row's own notion of success: judge by *driver and the ports.
     int (*FindSynth)(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
                      std::uint32_t *firmware, const char *inPattern, const char *outPattern,
                      bool autodetect);

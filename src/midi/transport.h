@@ -45,7 +45,8 @@ bool FindPortsInsideClock(const char *inPattern, const char *outPattern, int *mi
 // One short message of up to three bytes, stamped with the present time.
 int WriteShort(MidiStream output, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
 // A whole system-exclusive message, F0 to F7, at once. A message without F7 at its end, or with one
-// before it, is cut behind the first F7 or refused (not 0) when it has none.
+// before it, is cut behind the first F7; one without any, or that does not begin with F0, is
+// refused (not 0).
 int WriteSysex(MidiStream output, std::span<const std::uint8_t> message);
 
 } // namespace tonewright

@@ -58,7 +58,7 @@ MakeVoiceDump(const std::optional<Dx7UnpackedConst> &voice) {
     return dump;
 }
 
-// Tells of every row that holds a block, as it goes into the image of the bank.
+// Tells of every row that holds a block and thus has its place in the image of the bank.
 void TellOfEncoding(QWidget *window, const VoiceList &list) {
     for (int row = 0; row < Dx7VoicesPerBank; ++row) {
         const VoiceObject *voice = ListVoice(list, row);

@@ -14,8 +14,8 @@ namespace {
 constexpr int HundredthsOfOne = 100;
 constexpr int MostHundredths = 3199;
 
-// The number at the start of `text`, read as atof does in the C locale; MostHundredths when it is
-// too large, 0 when it is too small or none.
+// The decimal number at the start of `text`, read as atof does in the C locale; MostHundredths when
+// it is too large, 0 when it is too small or none.
 double NumberAtStart(std::string_view text) {
     text = text.substr(0, PathLimit); // so that only an exponent leads out of range
     const std::size_t start = text.find_first_not_of(" \t\r\n\f\v");

@@ -59,8 +59,8 @@ MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options);
 
 // State of the instruments behind that table; program-wide, there is one of each.
 InstrumentFaults &FaultsOf(BuiltinInstrument instrument);
-// Back to the state of the factory: memory, edit buffer, settings, faults, clock; open streams are
-// gone.
+// Back to the state of the factory: memory, edit buffer, settings, faults and time (but not the
+// kind of clock); open streams are gone.
 void ResetBuiltinInstruments();
 // Memory as a real one holds it. DX7 and Volca FM: 32 packed voices, 4096 bytes, and the edit
 // buffer of 155 bytes. reface DX: 32 voices of 38 + 4 * 28 bytes, the edit buffer of the same form,

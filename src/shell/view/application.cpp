@@ -82,7 +82,7 @@ int RunLoop(const std::string &commandLinePath) {
     ClipboardChanged();
     if (!DisplayIsSuitable(colourDepth, screenSize.width())) {
         const RunningMark running; // the first commands do not start behind the box
-        ShowChangeDriverBox(&window);
+        ShowScreenDriverMessage();
         return 0;
     }
     PostFirstDocument(commandLinePath);

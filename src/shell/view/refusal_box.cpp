@@ -4,6 +4,7 @@
 #include "common/strings.h"
 #include "common/text.h"
 #include "common/view/message_dialog.h"
+#include "shell/shell_window.h"
 
 #include <QApplication>
 
@@ -32,9 +33,9 @@ void ShowRefusal(QWidget *owner, const std::string &text, const char *button, bo
 
 } // namespace
 
-void ShowChangeDriverBox(QWidget *owner) {
+void ShowScreenDriverMessage() {
     QApplication::beep();
-    ShowRefusal(owner, LoadProgramString(UnsuitableDisplay), "Close", false);
+    ShowRefusal(TheShellWindow.window, LoadProgramString(UnsuitableDisplay), "Close", false);
 }
 
 void ShowVersionRefusedBox() {

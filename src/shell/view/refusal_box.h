@@ -5,8 +5,9 @@ class QWidget;
 
 namespace tonewright {
 
-// The display has too few colours or is too narrow. Returns when the box has been dismissed.
-void ShowChangeDriverBox(QWidget *owner);
+// The display has too few colours or is too narrow. Returns when the box over the main window has
+// been closed.
+void ShowScreenDriverMessage();
 
 // The operating system is too old. Returns when the box has been dismissed.
 void ShowVersionRefusedBox();

@@ -34,7 +34,7 @@ TEST(ChangeDriverBox, TellsWhatIsNeededWithoutATitleBarAndEndsByClose) {
         QTest::mouseClick(close, Qt::LeftButton);
         EXPECT_FALSE(box->isVisible());
     });
-    ShowChangeDriverBox(nullptr);
+    ShowScreenDriverMessage();
     EXPECT_TRUE(seen);
 }
 
