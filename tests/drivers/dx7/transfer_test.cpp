@@ -9,6 +9,7 @@
 #include "support/bank_bytes.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"
+#include "support/transfer_calls.h"
 
 #include <gtest/gtest.h>
 
@@ -61,28 +62,9 @@ struct Dx7Transfer : testing::Test {
 
     Dx7Transfer() {
         CurrentDriverId = Dx7DriverId;
-        TheDesktop.SetProgress = [this, inner = TheDesktop.SetProgress](int position, int total) {
-            midi.calls.push_back("SetProgress(" + std::to_string(position) + ", " +
-                                 std::to_string(total) + ")");
-            return inner(position, total);
-        };
-        TheDesktop.SetStatusText =
-            [this, inner = TheDesktop.SetStatusText](QWidget *owner, const std::string &text) {
-                midi.calls.push_back("SetStatusText(" + text + ")");
-                return inner(owner, text);
-            };
-        TheDesktop.ShowBusyBox = [this, inner = TheDesktop.ShowBusyBox](QWidget *owner,
-                                                                        const std::string &text) {
-            midi.calls.push_back("ShowBusyBox(" + text + ")");
-            return inner(owner, text);
-        };
-        TheDesktop.CloseBusyBox = [this, inner = TheDesktop.CloseBusyBox] {
-            midi.calls.emplace_back("CloseBusyBox()");
-            inner();
-        };
+        RecordDesktopAmongCalls(midi);
         TheDesktop.RunMessage = [this, inner = TheDesktop.RunMessage](MessageRequest &request) {
             EXPECT_FALSE(list.enabled) << "no item moves while the prompt stands";
-            midi.calls.emplace_back("message");
             inner(request);
         };
     }
@@ -90,16 +72,7 @@ struct Dx7Transfer : testing::Test {
     void FillList() {
         const auto bank = TestBank();
         FillListFromDx7Bank(list, std::span(bank).first<TestBankSize>());
-        list.observer = [this, enabled = true, redraw = true](VoiceListChange) mutable {
-            if (list.redraw != redraw) {
-                redraw = list.redraw;
-                midi.calls.emplace_back(redraw ? "redraw" : "no redraw");
-            }
-            if (list.enabled != enabled) {
-                enabled = list.enabled;
-                midi.calls.emplace_back(enabled ? "enable" : "disable");
-            }
-        };
+        RecordListAmongCalls(midi, list);
         midi.calls.clear();
     }
 
