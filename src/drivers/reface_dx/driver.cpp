@@ -3,8 +3,8 @@
 
 #include "core/undo_level.h"
 #include "drivers/reface_dx/files.h"
-#include "drivers/reface_dx/transfer.h"
 #include "drivers/reface_dx/find.h"
+#include "drivers/reface_dx/transfer.h"
 #include "drivers/reface_dx/view/voice_view.h"
 #include "drivers/reface_dx/voice_codec.h"
 

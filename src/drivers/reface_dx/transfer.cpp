@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -88,18 +89,26 @@ void SendBlock(const MidiLink &link, std::uint8_t high, std::uint8_t middle,
     WriteSysex(link.output, message);
 }
 
-// The five blocks of a voice; zeros for a block that holds none.
-void SendVoice(const MidiLink &link, const VoiceObject &voice) {
-    std::array<std::uint8_t, RefaceCommonSize> common = {};
-    std::array<std::uint8_t, RefaceOperatorsSize> operators = {};
-    if (const auto parts = RefaceVoiceOf(voice)) {
-        std::ranges::copy(parts->common, common.begin());
-        std::ranges::copy(parts->operators, operators.begin());
+// An operator of a voice; nothing when the block that should hold it is too short.
+std::optional<std::span<const std::uint8_t, RefaceOperatorSize>>
+OperatorOf(const VoiceObject &voice, std::size_t n) {
+    const auto parts = PayloadOf(voice);
+    const std::size_t start = n * RefaceOperatorSize;
+    if (!parts || parts->extra.size() < start + RefaceOperatorSize) {
+        return std::nullopt;
     }
-    SendBlock(link, CommonAddress, 0, common);
+    return parts->extra.subspan(start).first<RefaceOperatorSize>();
+}
+
+// The five blocks of a voice. All five go out in any case: one that the voice does not hold is sent
+// as zeros, and does not keep the others back.
+void SendVoice(const MidiLink &link, const VoiceObject &voice) {
+    constexpr std::array<std::uint8_t, RefaceCommonSize> noCommon = {};
+    constexpr std::array<std::uint8_t, RefaceOperatorSize> noOperator = {};
+    SendBlock(link, CommonAddress, 0, RefaceCommonOf(voice).value_or(noCommon));
     for (std::size_t n = 0; n < RefaceOperatorCount; ++n) {
         SendBlock(link, OperatorAddress, static_cast<std::uint8_t>(n),
-                  std::span(operators).subspan(n * RefaceOperatorSize, RefaceOperatorSize));
+                  OperatorOf(voice, n).value_or(noOperator));
     }
 }
 
