@@ -46,6 +46,7 @@ struct Steps {
 
 void SetFaults(InstrumentFaults &faults, Steps &steps) {
     const std::uint8_t flags = steps.Byte();
+    const std::uint8_t stray = steps.Byte();
     faults.silent = (flags & 1) != 0;
     faults.noteBeforeReply = (flags & 2) != 0;
     faults.activeSensingInReply = (flags & 4) != 0;
@@ -54,6 +55,9 @@ void SetFaults(InstrumentFaults &faults, Steps &steps) {
     faults.cutMessages = (flags & 32) != 0;
     faults.corruptChecksum = (flags & 64) != 0;
     faults.twin = (flags & 128) != 0;
+    faults.activeSensingBeforeReply = (stray & 64) != 0;
+    faults.noteInReply = (stray & 128) != 0;
+    faults.strayPlace = stray % 64;
     faults.goodMessages = static_cast<std::int8_t>(steps.Byte());
     faults.faultyMessages = static_cast<std::int8_t>(steps.Byte());
     faults.silentAfterMessages = static_cast<std::int8_t>(steps.Byte());

@@ -27,14 +27,19 @@ struct InstrumentFaults {
     // after the request when nothing is under way.
     int lateByMilliseconds = 0;
     int lateEvent = 0;
-    bool noteBeforeReply = false;      // the note-on 90 3C 40 in front of each answer
-    bool activeSensingInReply = false; // FE behind the first four bytes of each answer
-    std::vector<int> blockOrder = {};  // order of the voice blocks: 0 common, 1 to 4 operators;
-                                       // empty: as a real one sends them; a block may come twice,
-                                       // or not at all
+    bool noteBeforeReply = false;          // the note-on 90 3C 40 in front of each answer
+    bool activeSensingBeforeReply = false; // FE in front of each answer
+    // The same inside each answer, behind its first `strayPlace` events of four bytes; behind its
+    // last one when it has fewer.
+    bool noteInReply = false;
+    bool activeSensingInReply = false;
+    int strayPlace = 1;
+    std::vector<int> blockOrder = {}; // order of the voice blocks: 0 common, 1 to 4 operators;
+                                      // empty: as a real one sends them; a block may come twice,
+                                      // or not at all
     bool operatorNumberAboveThree =
         false;                    // the fourth operator calls itself 07, its checksum right
-    bool byteFiveNonzero = false; // byte 5 of voice blocks is 01
+    bool byteFiveNonzero = false; // byte 5 of dumps, the high half of their count, is 01
     bool cutMessages = false;     // answers end without their last four bytes
     bool corruptChecksum = false;
     bool inputDoesNotOpen = false; // as seen by the program

@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::uint32_t NoteOn = 0x00403C90; // C3 on channel 1
 constexpr std::uint32_t ActiveSensing = 0xFE;
+constexpr std::size_t CountHighPlace = 5;
 constexpr std::size_t ModelPlace = 7; // where a block's sum begins
 constexpr std::size_t OperatorPlace = 9;
 constexpr std::uint8_t WrongOperator = 7;
@@ -50,8 +51,8 @@ void SpoilBytes(const InstrumentFaults &faults, Answer &answer) {
         bytes[OperatorPlace] = WrongOperator;
         FixSum(bytes);
     }
-    if (faults.byteFiveNonzero && answer.voiceBlock >= 0) {
-        bytes[5] = 1;
+    if (faults.byteFiveNonzero && answer.hasChecksum) {
+        bytes[CountHighPlace] = 1;
     }
     if (faults.corruptChecksum && answer.hasChecksum) {
         bytes[bytes.size() - 2] ^= 1;
@@ -77,11 +78,20 @@ std::vector<AnswerEvent> Pack(std::span<const std::uint8_t> bytes) {
 }
 
 void SpoilEvents(const InstrumentFaults &faults, std::vector<AnswerEvent> &events) {
-    if (faults.activeSensingInReply && !events.empty()) {
-        events.insert(events.begin() + 1, {.message = ActiveSensing, .bytes = 1});
+    const AnswerEvent note = {.message = NoteOn, .bytes = 3};
+    const AnswerEvent activeSensing = {.message = ActiveSensing, .bytes = 1};
+    const auto place = std::clamp<std::ptrdiff_t>(faults.strayPlace, 0, std::ssize(events));
+    if (faults.activeSensingInReply) {
+        events.insert(events.begin() + place, activeSensing);
+    }
+    if (faults.noteInReply) {
+        events.insert(events.begin() + place, note);
+    }
+    if (faults.activeSensingBeforeReply) {
+        events.insert(events.begin(), activeSensing);
     }
     if (faults.noteBeforeReply) {
-        events.insert(events.begin(), {.message = NoteOn, .bytes = 3});
+        events.insert(events.begin(), note);
     }
     if (faults.lateEvent >= 0 && static_cast<std::size_t>(faults.lateEvent) < events.size()) {
         events[static_cast<std::size_t>(faults.lateEvent)].waitMilliseconds =

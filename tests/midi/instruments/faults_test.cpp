@@ -1,6 +1,8 @@
 // Each fault that an instrument can be told to have, as the program sees it.
 #include "cable.h"
 
+#include <algorithm>
+
 namespace tonewright {
 namespace {
 
@@ -131,6 +133,41 @@ TEST(InstrumentFaults, ActiveSensingInsideAnAnswerIsAnEventOfItsOwn) {
                                                          0x00020653, 0x00F77F00}));
 }
 
+TEST(InstrumentFaults, ActiveSensingInFrontOfAnAnswerIsAnEventOfItsOwn) {
+    Cable cable(Reface);
+    Faults().activeSensingBeforeReply = true;
+    cable.Send(IdentityRequest);
+    EXPECT_EQ(cable.Words(), (std::vector<std::uint32_t>{0x000000FE, 0x067F7EF0, 0x41004302,
+                                                         0x00020653, 0x00F77F00}));
+}
+
+TEST(InstrumentFaults, ANoteInsideAnAnswerIsAnEventOfItsOwn) {
+    Cable cable(Reface);
+    Faults().noteInReply = true;
+    cable.Send(IdentityRequest);
+    EXPECT_EQ(cable.Words(), (std::vector<std::uint32_t>{0x067F7EF0, 0x00403C90, 0x41004302,
+                                                         0x00020653, 0x00F77F00}));
+}
+
+TEST(InstrumentFaults, WhatIsInsideAnAnswerStandsWhereItIsTold) {
+    const std::vector<std::uint32_t> reply = {0x067F7EF0, 0x41004302, 0x00020653, 0x00F77F00};
+    for (const int place : {-1, 0, 1, 2, 3, 4, 5}) {
+        ResetBuiltinInstruments();
+        Cable cable(Reface);
+        Faults().strayPlace = place;
+        cable.Send(IdentityRequest);
+        EXPECT_EQ(cable.Words(), reply) << "a place alone is no fault";
+        Faults().noteInReply = true;
+        Faults().activeSensingInReply = true;
+        cable.Send(IdentityRequest);
+        auto expected = reply;
+        const std::uint32_t stray[] = {0x00403C90, 0x000000FE};
+        expected.insert(expected.begin() + std::clamp(place, 0, 4), std::begin(stray),
+                        std::end(stray));
+        EXPECT_EQ(cable.Words(), expected) << place;
+    }
+}
+
 TEST(InstrumentFaults, BlocksComeInAnyOrderTwiceOrNotAtAll) {
     Cable cable(Reface);
     Faults().blockOrder = {3, 0, 1, 1, 2, 4, 9, -1};
@@ -155,21 +192,21 @@ TEST(InstrumentFaults, TheFourthOperatorCallsItselfSeven) {
     EXPECT_EQ(cable.Messages(), expected);
 }
 
-TEST(InstrumentFaults, ByteFiveOfVoiceBlocksIsOne) {
+TEST(InstrumentFaults, ByteFiveOfDumpsIsOne) {
     Cable cable(Reface);
+    cable.Send(SystemRequest);
     cable.Send(VoiceRequest);
     auto expected = cable.Messages();
-    ASSERT_EQ(expected.size(), 7u);
-    for (std::size_t block = 1; block <= 5; ++block) {
-        expected[block][5] = 0x01;
+    ASSERT_EQ(expected.size(), 8u);
+    for (Bytes &message : expected) {
+        message[5] = 0x01;
     }
     Faults().byteFiveNonzero = true;
+    cable.Send(SystemRequest);
     cable.Send(VoiceRequest);
     EXPECT_EQ(cable.Messages(), expected);
-    cable.Send(SystemRequest);
-    const auto system = cable.Messages();
-    ASSERT_EQ(system.size(), 1u);
-    EXPECT_EQ(system[0][5], 0x00);
+    cable.Send(IdentityRequest);
+    EXPECT_EQ(cable.Messages(), std::vector<Bytes>{IdentityReply}) << "which is no dump";
 }
 
 TEST(InstrumentFaults, CutMessagesLackTheirLastFourBytes) {
