@@ -38,7 +38,7 @@ struct InstrumentFaults {
                                       // empty: as a real one sends them; a block may come twice,
                                       // or not at all
     bool operatorNumberAboveThree =
-        false;                    // the fourth operator calls itself 07, its checksum right
+        false;                    // the fourth operator calls itself 14, its checksum right
     bool byteFiveNonzero = false; // byte 5 of dumps, the high half of their count, is 01
     bool cutMessages = false;     // answers end without their last four bytes
     bool corruptChecksum = false;

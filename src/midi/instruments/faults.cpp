@@ -17,7 +17,7 @@ constexpr std::uint32_t ActiveSensing = 0xFE;
 constexpr std::size_t CountHighPlace = 5;
 constexpr std::size_t ModelPlace = 7; // where a block's sum begins
 constexpr std::size_t OperatorPlace = 9;
-constexpr std::uint8_t WrongOperator = 7;
+constexpr std::uint8_t WrongOperator = 0x14;
 constexpr int LastOperatorBlock = 4;
 constexpr std::ptrdiff_t BytesCut = 4;
 

@@ -111,7 +111,7 @@ struct Session {
         ExpectClosed();
         ExpectTitle();
         EXPECT_EQ(desktop.busyTexts, std::vector<std::string>{"Uploading voices"});
-        EXPECT_EQ(desktop.progress.size(), 34u);
+        ASSERT_EQ(desktop.progress.size(), 34u);
         EXPECT_EQ(desktop.progress.back(), (std::pair{0, 1}));
     }
 };

@@ -147,6 +147,7 @@ struct Session {
         ASSERT_GE(desktop.statusTexts.size(), 2u);
         EXPECT_EQ(*(desktop.statusTexts.end() - 2), "");
         EXPECT_EQ(desktop.statusTexts.back(), "Yamaha reface DX version 01.20");
+        ASSERT_FALSE(desktop.progress.empty());
         EXPECT_EQ(desktop.progress.back(), (std::pair{0, 1}));
     }
     void ExpectList(const std::vector<Sources> &voices) {
@@ -551,6 +552,7 @@ TEST(RefaceFaults, AMessageThatComesTooLateIsTakenForTheNextVoice) {
             voices[static_cast<std::size_t>(number)] = All(number - 1);
         }
         session.ExpectList(voices);
+        ASSERT_GT(session.desktop.statusTexts.size(), 7u);
         EXPECT_EQ(session.desktop.statusTexts[7], "Downloading voice 9 of 32 (REFACE 08)");
     }
     // Of a common block that is late in its middle the rest is no message that anyone knows.
@@ -594,15 +596,15 @@ TEST(RefaceFaults, ABlockThatIsCutTakesTheBeginningOfTheNextOneForItsEnd) {
         Bytes voice = VoiceOf({6, None, 6, 6, 6});
         voice[36] = 0x00;
         voice[37] = 0xF0;
-        EXPECT_EQ(session.list.items[6], ObjectOf(voice));
-        EXPECT_EQ(session.list.items[7], ObjectOf(VoiceOf(All(7))));
+        EXPECT_EQ(session.list.items.at(6), ObjectOf(voice));
+        EXPECT_EQ(session.list.items.at(7), ObjectOf(VoiceOf(All(7))));
     }
     Session session(OfVoices({.cutMessages = true}, 7 * 6 + 3, 1));
     EXPECT_EQ(session.Download(), 1);
     session.ExpectDownloadEnded();
     Bytes voice = VoiceOf({6, 6, 6, None, 6});
     std::fill_n(voice.begin() + 38 + 28 + 26, 2, std::uint8_t{0});
-    EXPECT_EQ(session.list.items[6], ObjectOf(voice));
+    EXPECT_EQ(session.list.items.at(6), ObjectOf(voice));
 }
 
 TEST(RefaceFaults, WhatStandsAmongTheDataOfAVoiceIsTakenForData) {
@@ -618,8 +620,8 @@ TEST(RefaceFaults, WhatStandsAmongTheDataOfAVoiceIsTakenForData) {
     Bytes voice = VoiceOf(All(5));
     std::ranges::copy(withNote(CommonOf(5)), voice.begin());
     std::ranges::copy(withNote(OperatorOf(5, 0)), voice.begin() + 38);
-    EXPECT_EQ(session.list.items[5], ObjectOf(voice));
-    EXPECT_EQ(session.list.items[6], ObjectOf(VoiceOf(All(6))));
+    EXPECT_EQ(session.list.items.at(5), ObjectOf(voice));
+    EXPECT_EQ(session.list.items.at(6), ObjectOf(VoiceOf(All(6))));
 }
 
 // ---- writes that fail

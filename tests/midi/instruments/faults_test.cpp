@@ -180,13 +180,13 @@ TEST(InstrumentFaults, BlocksComeInAnyOrderTwiceOrNotAtAll) {
     EXPECT_EQ(cable.Messages().size(), 1u);
 }
 
-TEST(InstrumentFaults, TheFourthOperatorCallsItselfSeven) {
+TEST(InstrumentFaults, TheFourthOperatorCallsItselfAHighNumber) {
     Cable cable(Reface);
     cable.Send(VoiceRequest);
     auto expected = cable.Messages();
     ASSERT_EQ(expected.size(), 7u);
-    expected[5][9] = 0x07;
-    expected[5][39] = static_cast<std::uint8_t>((expected[5][39] + 128 - 4) & 0x7F);
+    expected[5][9] = 0x14;
+    expected[5][39] = static_cast<std::uint8_t>((expected[5][39] + 128 - 17) & 0x7F);
     Faults().operatorNumberAboveThree = true;
     cable.Send(VoiceRequest);
     EXPECT_EQ(cable.Messages(), expected);
