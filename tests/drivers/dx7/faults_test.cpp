@@ -66,6 +66,8 @@ struct Session {
         EditBufferOf(instrument) = FormerEdit;
         FaultsOf(instrument) = faults;
         CurrentDriverId = Dx7DriverId;
+        CurrentMidiChannel = 1;
+        SynthFirmware = 0;
         const Bytes bank = TestBank();
         FillListFromDx7Bank(list, std::span(bank).first<TestBankSize>());
         ListSelect(list, 3);
