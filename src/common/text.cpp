@@ -277,15 +277,6 @@ int ScanSpinRange(const char *text, SpinRange &range) {
     return found;
 }
 
-bool ReadSpinRange(const char *text, SpinRange &range) {
-    SpinRange read;
-    if (ScanSpinRange(text, read) < 3) {
-        return false;
-    }
-    range = read;
-    return true;
-}
-
 int ClampedInteger(const char *text, const SpinRange &range) {
     const std::string_view all(text);
     std::size_t position = SkipSpaces(all, 0);

@@ -61,8 +61,6 @@ struct SpinRange {
 // How many numbers stand at the text's beginning, at most three; as many members of `range` are
 // set, from the minimum on.
 int ScanSpinRange(const char *text, SpinRange &range);
-// False when the text does not hold three numbers; `range` is then unchanged.
-bool ReadSpinRange(const char *text, SpinRange &range);
 // The number in a control's text, limited to the range (read as signed when minimum is below 0,
 // as unsigned otherwise).
 int ClampedInteger(const char *text, const SpinRange &range);

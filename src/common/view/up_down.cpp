@@ -1,6 +1,8 @@
 // The arrow buttons beside a number, and their keys and wheel.
 #include "common/view/up_down.h"
 
+#include "common/view/dialog_controls.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QToolButton>
@@ -77,6 +79,21 @@ void UpDown::wheelEvent(QWheelEvent *event) {
         Step(-1);
     }
     event->accept();
+}
+
+std::optional<SpinRange> SpinRangeOf(const QWidget *page, std::uint32_t number) {
+    const auto *arrows = ControlOf<UpDown>(page, number + UpDownOffset);
+    SpinRange range;
+    if (!arrows || ScanSpinRange(arrows->RangeText().c_str(), range) < 2) {
+        return std::nullopt;
+    }
+    return range;
+}
+
+int ClampedDlgInt(const QWidget *page, std::uint32_t number) {
+    const auto *edit = ControlOf<QLineEdit>(page, number);
+    const std::optional<SpinRange> range = SpinRangeOf(page, number);
+    return edit && range ? ClampedInteger(edit->text().toUtf8().constData(), *range) : 0;
 }
 
 void StepNumberIn(QLineEdit *edit, UpDown *arrows, const SpinRange &range) {

@@ -6,7 +6,9 @@
 
 #include <QWidget>
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 class QLineEdit;
@@ -39,6 +41,12 @@ private:
 
     int wheelRest = 0; // of a turn that is not yet a whole notch, in eighths of a degree
 };
+
+// The range that the arrows of edit `number` of a page tell; nothing without arrows, or when they
+// do not tell both ends.
+std::optional<SpinRange> SpinRangeOf(const QWidget *page, std::uint32_t number);
+// The number typed into edit `number`, limited to the range of its arrows; 0 without edit or range.
+int ClampedDlgInt(const QWidget *page, std::uint32_t number);
 
 // Lets the arrows step the number in an edit. A number beyond the range counts as the nearest one
 // in it, and the steps stay in it.

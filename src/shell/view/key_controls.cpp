@@ -122,16 +122,6 @@ void StoreList(const QWidget *, const QWidget *control, const ConfigKey &key) {
     }
 }
 
-// The range of a spin control; nothing when its arrows do not tell both ends.
-std::optional<SpinRange> RangeOf(const QWidget *page, const ConfigKey &key) {
-    const auto *arrows = ControlOf<UpDown>(page, key.control + UpDownOffset);
-    SpinRange range;
-    if (!arrows || ScanSpinRange(arrows->RangeText().c_str(), range) < 2) {
-        return std::nullopt;
-    }
-    return range;
-}
-
 void ShowInteger(const QWidget *page, QWidget *control, const ConfigKey &key) {
     auto *edit = qobject_cast<QLineEdit *>(control);
     const std::uint32_t *number = NumberOf(key);
@@ -139,7 +129,7 @@ void ShowInteger(const QWidget *page, QWidget *control, const ConfigKey &key) {
         return;
     }
     if (key.flags & ConfigSpin) {
-        if (const std::optional<SpinRange> range = RangeOf(page, key)) {
+        if (const std::optional<SpinRange> range = SpinRangeOf(page, key.control)) {
             StepNumberIn(edit, ControlOf<UpDown>(page, key.control + UpDownOffset), *range);
         }
     }
@@ -161,10 +151,9 @@ void StoreInteger(const QWidget *page, const QWidget *control, const ConfigKey &
     if (!edit || !number || !(key.flags & ConfigSpin)) {
         return;
     }
-    const std::string text = edit->text().toStdString();
-    const std::optional<SpinRange> range = RangeOf(page, key);
-    *number =
-        range ? static_cast<std::uint32_t>(ClampedInteger(text.c_str(), *range)) : UnsignedOf(text);
+    *number = SpinRangeOf(page, key.control)
+                  ? static_cast<std::uint32_t>(ClampedDlgInt(page, key.control))
+                  : UnsignedOf(edit->text().toStdString());
 }
 
 // Cuts what is put into an edit to the bytes that a setting holds.

@@ -4,16 +4,19 @@
 #include "common/desktop.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/spin_edit.h"
 #include "common/view/theme.h"
+#include "common/view/up_down.h"
 #include "ui_SelectKeyboardBox.h"
 
 #include <QDialog>
+
+#include <optional>
 
 namespace tonewright {
 namespace {
 
 constexpr const char *HelpTopic = "SELECT";
+constexpr std::uint32_t MidiChannelControl = 105;
 
 void FillCombo(QComboBox &combo, const ItemChoice &choice) {
     for (const std::string &item : choice.items) {
@@ -40,7 +43,10 @@ public:
         FillCombo(*ui.control_103, selection.outputs);
         ui.control_102->setChecked(selection.detect);
         ui.control_102->setEnabled(selection.detectEnabled);
-        ui.control_105->setValue(selection.midiChannel);
+        ui.control_105->setText(QString::number(selection.midiChannel));
+        if (const std::optional<SpinRange> range = SpinRangeOf(this, MidiChannelControl)) {
+            StepNumberIn(ui.control_105, ui.control_10105, *range);
+        }
         connect(ui.control_101, &QComboBox::activated, this, [this](int item) {
             selection.synths.selected = item;
             SynthChosen(selection);
@@ -62,7 +68,7 @@ public:
         selection.inputs.selected = ui.control_104->currentIndex();
         selection.outputs.selected = ui.control_103->currentIndex();
         selection.detect = ui.control_102->isChecked();
-        selection.midiChannel = ui.control_105->ClampedValue();
+        selection.midiChannel = ClampedDlgInt(this, MidiChannelControl);
         if (AcceptSynthSelection(selection, params)) {
             QDialog::accept();
         }

@@ -150,6 +150,22 @@ TEST_F(UpDownTest, TheRangeTextIsAProperty) {
     EXPECT_EQ(arrows.RangeText(), "1,32,10");
 }
 
+TEST_F(UpDownTest, WhatIsTypedIsReadWithinTheRangeOfItsArrows) {
+    edit.setObjectName("control_105");
+    arrows.setObjectName("control_10105");
+    edit.setText("99");
+    EXPECT_FALSE(SpinRangeOf(&window, 105));
+    EXPECT_EQ(ClampedDlgInt(&window, 105), 0);
+    arrows.setProperty("rangeText", "-12,12,3");
+    EXPECT_EQ(ClampedDlgInt(&window, 105), 12);
+    edit.setText("-99");
+    EXPECT_EQ(ClampedDlgInt(&window, 105), -12);
+    edit.setText("7 and more");
+    EXPECT_EQ(ClampedDlgInt(&window, 105), 7);
+    EXPECT_EQ(SpinRangeOf(&window, 105)->start, 3);
+    EXPECT_EQ(ClampedDlgInt(&window, 104), 0);
+}
+
 TEST(DialogControls, AControlIsFoundByItsNumberAndKind) {
     QWidget page;
     QWidget inner(&page);
