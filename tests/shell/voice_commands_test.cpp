@@ -684,6 +684,46 @@ TEST_F(FindTest, AFailedSearchLeavesNoDriverAndItsCommandsGrey) {
     EXPECT_TRUE(CommandAllowed(CommandSave));
 }
 
+TEST_F(FindTest, AfterTheChoiceOfASynthesizerItIsFoundButNotConfigured) {
+    MainListState.dirty = false;
+    ListSelect(MainList, 2);
+    RefreshCopy();
+    TheShellWindow.ShowSelectSynthBox = [] {
+        Calls.push_back("box");
+        return 1;
+    };
+    EXPECT_EQ(RunSelectSynth(), 1);
+    EXPECT_EQ(Calls, (Strings{"box", "find reface in, reface out, 1"}));
+    EXPECT_EQ(ListCount(MainList), 0);
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+    EXPECT_EQ(desktop.statusTexts, Strings{"Yamaha reface DX version 10.10"});
+    ExpectUntouched();
+}
+
+TEST_F(FindTest, WithoutAChoiceNothingIsLookedFor) {
+    TheShellWindow.ShowSelectSynthBox = [] { return 0; };
+    EXPECT_EQ(RunSelectSynth(), 0);
+    EXPECT_EQ(Calls, Strings{});
+    EXPECT_EQ(ListCount(MainList), 32);
+    EXPECT_TRUE(desktop.statusTexts.empty());
+    ExpectUntouched();
+}
+
+TEST_F(FindTest, TheQuestionAboutChangesComesAheadOfTheBox) {
+    MainListState.dirty = true;
+    TheShellWindow.ShowSelectSynthBox = [] {
+        Calls.push_back("box");
+        return 1;
+    };
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultCancel);
+    EXPECT_EQ(RunSelectSynth(), 0);
+    EXPECT_EQ(Calls, Strings{});
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_EQ(RunSelectSynth(), 1);
+    EXPECT_EQ(Calls, (Strings{"box", "find reface in, reface out, 1"}));
+    EXPECT_TRUE(MainListState.dirty);
+}
+
 TEST_F(VoiceCommand, ConfigureCallsTheDriverWithItsPorts) {
     Dx7Row.ConfigureSynth = [](QWidget *, int midiIn, int midiOut) {
         Calls.push_back(std::to_string(midiIn) + " " + std::to_string(midiOut));

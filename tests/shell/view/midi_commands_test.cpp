@@ -3,12 +3,10 @@
 #include "window_fixture.h"
 
 #include "common/view/status_bar.h"
-#include "midi/instruments/builtin_instruments.h"
 #include "shell/command_queue.h"
 #include "support/fake_midi.h"
 
 #include <QComboBox>
-#include <QDialog>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -43,33 +41,6 @@ protected:
         desktop.statusTexts.clear();
     }
 
-    // Runs `start`, which opens a box from the event loop, and hands the box to `use`. The box is
-    // closed by its button 1 unless `use` has done so. False when none opened.
-    bool WithBox(const std::function<void()> &start, const std::function<void(QDialog &)> &use) {
-        bool opened = false;
-        QTimer::singleShot(30, [&] {
-            auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            if (!box) {
-                return;
-            }
-            opened = true;
-            use(*box);
-            if (box->isVisible()) {
-                QTest::mouseClick(box->findChild<QPushButton *>("control_1"), Qt::LeftButton);
-            }
-            if (box->isVisible()) {
-                ADD_FAILURE() << "the box is still open";
-                box->done(0);
-            }
-        });
-        start();
-        QTest::qWait(60);
-        return opened;
-    }
-    void Trigger(int command) {
-        ASSERT_NE(window->MenuAction(command), nullptr);
-        window->MenuAction(command)->trigger();
-    }
     // The name in the single-voice dump that was written last.
     std::string UploadedName() const {
         for (auto message = midi.written.rbegin(); message != midi.written.rend(); ++message) {
@@ -109,14 +80,80 @@ TEST_F(MidiCommands, TheMiddleButtonAuditionsTheVoiceUnderIt) {
     EXPECT_EQ(MainList.selection, 1);
 }
 
-TEST_F(MidiCommands, TheMiddleButtonBesideTheRowsOrSwitchedOffOpensNothing) {
+TEST_F(MidiCommands, TheMiddleButtonSwitchedOffOpensNothingAndKeepsNoRow) {
     OpenBankOfInstrument();
     MiddleButtonAudition = 0;
     EXPECT_FALSE(WithBox([&] { ClickRow(4, Qt::MiddleButton); }, [](QDialog &) {}));
-    MiddleButtonAudition = 1;
-    ListReset(MainList);
-    EXPECT_FALSE(WithBox([&] { ClickRow(4, Qt::MiddleButton); }, [](QDialog &) {}));
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+    EXPECT_EQ(MainList.selection, 0);
     EXPECT_TRUE(midi.calls.empty());
+}
+
+TEST_F(MidiCommands, TheMiddleButtonBelowTheLastRowOpensNothing) {
+    OpenBankOfInstrument();
+    while (ListCount(MainList) > 3) {
+        ListDelete(MainList, 3);
+    }
+    EXPECT_FALSE(WithBox([&] { ClickRow(3, Qt::MiddleButton); }, [](QDialog &) {}));
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+    EXPECT_TRUE(WithBox([&] { ClickRow(2, Qt::MiddleButton); },
+                        [](QDialog &box) { EXPECT_EQ(box.windowTitle(), "Audition VOICE 03"); }));
+    midi.calls.clear();
+    ListReset(MainList);
+    EXPECT_FALSE(WithBox([&] { ClickRow(0, Qt::MiddleButton); }, [](QDialog &) {}));
+    EXPECT_TRUE(midi.calls.empty());
+}
+
+TEST_F(MidiCommands, TheMiddleButtonOnADisabledListOpensNothing) {
+    OpenBankOfInstrument();
+    ListEnable(MainList, false);
+    EXPECT_FALSE(WithBox([&] { ClickRow(4, Qt::MiddleButton); }, [](QDialog &) {}));
+    ListEnable(MainList, true);
+    EXPECT_FALSE(WithBox([] {}, [](QDialog &) {}));
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+    EXPECT_TRUE(midi.calls.empty());
+}
+
+TEST_F(MidiCommands, TheMiddleButtonTakesTheRowOfAListThatIsScrolled) {
+    OpenBankOfInstrument();
+    ListSetTopRow(MainList, 9);
+    EXPECT_TRUE(WithBox(
+        [&] { QTest::mouseClick(Viewport(), Qt::MiddleButton, Qt::NoModifier, RowPoint(11)); },
+        [](QDialog &box) { EXPECT_EQ(box.windowTitle(), "Audition VOICE 12"); }));
+}
+
+TEST_F(MidiCommands, TheBoxOfTheMiddleButtonIsPostedAndCanBeOpenedAgain) {
+    OpenBankOfInstrument();
+    QTest::mousePress(Viewport(), Qt::MiddleButton, Qt::NoModifier, RowPoint(4));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_EQ(MainListState.clickedIndex, 4);
+    QTest::mouseRelease(Viewport(), Qt::MiddleButton, Qt::NoModifier, RowPoint(4));
+    EXPECT_TRUE(WithBox([] {},
+                        [](QDialog &box) {
+                            EXPECT_EQ(box.windowTitle(), "Audition VOICE 05");
+                            EXPECT_EQ(MainListState.clickedIndex, -1);
+                        }));
+    EXPECT_TRUE(WithBox([&] { ClickRow(6, Qt::MiddleButton); },
+                        [](QDialog &box) { EXPECT_EQ(box.windowTitle(), "Audition VOICE 07"); }));
+}
+
+TEST_F(MidiCommands, ARightClickBesideTheRowsLeavesTheSelectionToTheAudition) {
+    OpenBankOfInstrument();
+    while (ListCount(MainList) > 3) {
+        ListDelete(MainList, 3);
+    }
+    ListSelect(MainList, 1);
+    MainListState.clickedIndex = 2;
+    EXPECT_TRUE(WithBox(
+        [&] {
+            EXPECT_TRUE(WithContextMenu(RowPoint(5), [](QMenu &menu) {
+                QAction *audition = ActionOf(menu, CommandAudition);
+                EXPECT_EQ(audition->text(), "Audition");
+                menu.setActiveAction(audition);
+                QTest::keyClick(&menu, Qt::Key_Return);
+            }));
+        },
+        [](QDialog &box) { EXPECT_EQ(box.windowTitle(), "Audition VOICE 02"); }));
 }
 
 TEST_F(MidiCommands, TheContextMenuAuditionsTheVoiceUnderIt) {
@@ -323,44 +360,6 @@ TEST_F(MidiCommands, ConfigureStaysGreyUntilItIsBuilt) {
     EXPECT_FALSE(window->MenuAction(CommandUpload)->isEnabled());
     EXPECT_TRUE(window->MenuAction(CommandMidiDevices)->isEnabled());
     EXPECT_TRUE(window->MenuAction(CommandSelectSynth)->isEnabled());
-}
-
-// The same with the built-in instruments, whose reface DX answers.
-class InstrumentCommands : public WindowTest {
-protected:
-    void SetUp() override {
-        WindowTest::SetUp();
-        TheMidi = MakeBuiltinInstruments({});
-        ResetBuiltinInstruments();
-        SelectKeyboardName = "Yamaha reface DX";
-        SelectKeyboardAutodetect = 1;
-        SysexWait = 1500;
-    }
-    void TearDown() override {
-        EXPECT_EQ(OpenBuiltinStreams(), 0);
-        EXPECT_FALSE(BuiltinClockRuns());
-        ResetBuiltinInstruments();
-        TheMidi = {};
-    }
-};
-
-TEST_F(InstrumentCommands, StartDetectsTheRefaceDxAndShowsItsVersion) {
-    PostFirstCommands();
-    RunPosted();
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
-    EXPECT_EQ(MidiInPort, 4);
-    EXPECT_EQ(MidiOutPort, 5);
-    EXPECT_EQ(desktop.statusTexts.back(), "Yamaha reface DX version 01.20");
-    EXPECT_TRUE(window->MenuAction(CommandFind)->isEnabled());
-}
-
-TEST_F(InstrumentCommands, ASilentRefaceDxIsNotRecognized) {
-    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
-    CurrentDriverId = RefaceDxDriverId;
-    RunCommand(CommandFind);
-    EXPECT_EQ(CurrentDriverId, NoDriverId);
-    EXPECT_EQ(desktop.statusTexts.back(), Unrecognized);
-    EXPECT_FALSE(window->MenuAction(CommandFind)->isEnabled());
 }
 
 } // namespace

@@ -18,12 +18,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QMenu>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 namespace tonewright {
@@ -123,6 +126,38 @@ protected:
             }
         }
         return nullptr;
+    }
+
+    // Runs `start`, which opens a box at once or from the event loop, and hands the box to `use`.
+    // The box is closed by its button 1 unless `use` has done so. False when none opened.
+    bool WithBox(const std::function<void()> &start, const std::function<void(QDialog &)> &use) {
+        bool opened = false;
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, [&] {
+            auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!box) {
+                return;
+            }
+            look.stop();
+            opened = true;
+            use(*box);
+            if (box->isVisible()) {
+                QTest::mouseClick(box->findChild<QPushButton *>("control_1"), Qt::LeftButton);
+            }
+            if (box->isVisible()) {
+                ADD_FAILURE() << "the box is still open";
+                box->done(0);
+            }
+        });
+        look.start(5);
+        start();
+        // The first round of the event loop begins what is posted, and stays in it.
+        return QTest::qWaitFor([&] { return opened; }, 60);
+    }
+    // Chooses a command in the menu bar.
+    void Trigger(int command) {
+        ASSERT_NE(window->MenuAction(command), nullptr);
+        window->MenuAction(command)->trigger();
     }
 
     void DropPaths(const QStringList &paths) {
