@@ -67,13 +67,12 @@ protected:
         if (black) {
             return;
         }
-        const int right = width() - 1;
-        const int bottom = height() - 1;
-        painter.setPen(QPen(ColourOf(state.colours.outline), 1));
-        painter.drawLine(0, 0, 0, bottom);
-        painter.drawLine(right, 0, right, bottom);
-        const int edge = part.kind == KeyPartKind::UpperWhite ? 0 : bottom;
-        painter.drawLine(0, edge, right, edge);
+        // Filled, not drawn as lines, so that edges of neighbours join at any scale of the screen.
+        const QColor outline = ColourOf(state.colours.outline);
+        painter.fillRect(0, 0, 1, height(), outline);
+        painter.fillRect(width() - 1, 0, 1, height(), outline);
+        const int edge = part.kind == KeyPartKind::UpperWhite ? 0 : height() - 1;
+        painter.fillRect(0, edge, width(), 1, outline);
     }
 
 private:

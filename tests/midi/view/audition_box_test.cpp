@@ -394,6 +394,16 @@ void ExpectColours(QDialog &box, const Colours &colours) {
 const Colours UsualColours = {{0xF1, 0xED, 0xE0}, {0x30, 0x29, 0x16}, {0x12, 0x0F, 0x00}};
 const Colours SwappedColours = {{0x10, 0x0C, 0x0A}, {0xF1, 0xED, 0xE0}, {0xF1, 0xED, 0xE0}};
 
+int CountPixels(const QImage &image, const QColor &colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            count += image.pixelColor(x, y) == colour;
+        }
+    }
+    return count;
+}
+
 TEST_F(AuditionBoxTest, WithoutShiftTheKeysHaveTheirUsualColours) {
     WithBox([&](QDialog &box) { ExpectColours(box, UsualColours); });
 }
@@ -449,6 +459,40 @@ TEST_F(AuditionBoxTest, AtAnySizeOfFontTheKeysFillTheirPlaceAndNoTextIsCut) {
                     << height << " " << label->text().toStdString();
                 EXPECT_LE(label->mapTo(&box, label->rect().bottomLeft()).y(), keyboard.y())
                     << height;
+            }
+        }
+    });
+}
+
+// The keyboard as a screen of another scale shows it.
+QImage KeyboardAt(QDialog &box, double scale) {
+    auto &keyboard = *box.findChild<QWidget *>("keyboard");
+    QImage image((QSizeF(keyboard.size()) * scale).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::red);
+    keyboard.render(&image);
+    return image;
+}
+
+TEST_F(AuditionBoxTest, AtAnyScaleOfTheScreenTheEdgesOfNeighboursJoin) {
+    WithBox([&](QDialog &box) {
+        for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+            const QImage image = KeyboardAt(box, scale);
+            EXPECT_EQ(CountPixels(image, Qt::red), 0) << scale;
+            // One line between two white keys, and one at either end.
+            int lines = 0;
+            bool inLine = false;
+            for (int x = 0; x < image.width(); ++x) {
+                const bool line =
+                    image.pixelColor(x, image.height() * 8 / 10) != UsualColours.white;
+                lines += line && !inLine;
+                inLine = line;
+            }
+            EXPECT_EQ(lines, 15) << scale;
+            // Between E and F no black key stands, and their line runs from top to bottom.
+            const int edge = image.width() * 3 / 14;
+            for (int y = 0; y < image.height(); ++y) {
+                EXPECT_EQ(image.pixelColor(edge, y), UsualColours.outline) << scale << " " << y;
             }
         }
     });
