@@ -5,9 +5,11 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/undo_level.h"
+#include "midi/instruments/builtin_instruments.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -132,36 +134,43 @@ TEST(DriverTable, OperationsThatStayEmpty) {
     EXPECT_EQ(SynthDrivers[0]->AutoConfigure, nullptr);
 }
 
-TEST(DriverTable, AllOperationsOnFilesAndTheListStandTogether) {
-    // A row that opens banks can do all that the list of a bank needs.
-    EXPECT_NE(SynthDrivers[0]->OpenBank, nullptr);
+TEST(DriverTable, EveryRowHasTheOperationsOfFilesListAndInstrument) {
     for (const SynthDriver *driver : SynthDrivers) {
-        const bool opens = driver->OpenBank != nullptr;
-        EXPECT_EQ(driver->SaveBank != nullptr, opens) << driver->name;
-        EXPECT_EQ(driver->ImportVoice != nullptr, opens) << driver->name;
-        EXPECT_EQ(driver->ExportVoice != nullptr, opens) << driver->name;
-        EXPECT_EQ(driver->VoiceName != nullptr, opens) << driver->name;
-        EXPECT_EQ(driver->DrawVoiceItem != nullptr, opens) << driver->name;
-        EXPECT_EQ(driver->PrintVoice != nullptr, opens) << driver->name;
+        EXPECT_NE(driver->FindSynth, nullptr) << driver->name;
+        EXPECT_NE(driver->OpenBank, nullptr) << driver->name;
+        EXPECT_NE(driver->SaveBank, nullptr) << driver->name;
+        EXPECT_NE(driver->DrawVoiceItem, nullptr) << driver->name;
+        EXPECT_NE(driver->UploadBank, nullptr) << driver->name; // offered to the user or not
+        EXPECT_NE(driver->UploadVoice, nullptr) << driver->name;
+        EXPECT_NE(driver->ImportVoice, nullptr) << driver->name;
+        EXPECT_NE(driver->ExportVoice, nullptr) << driver->name;
+        EXPECT_NE(driver->VoiceName, nullptr) << driver->name;
+        EXPECT_NE(driver->PrintVoice, nullptr) << driver->name;
     }
 }
 
-// The behaviour of the rows that open and save banks, on banks of 32 voices of blanks that the rows
-// save themselves.
+TEST(DriverTable, EveryRowHasTheTransfersThatItsCapabilitiesPromise) {
+    for (int index = 0; index < SynthDriverCount; ++index) {
+        const SynthDriver &driver = *SynthDrivers[index];
+        EXPECT_EQ(driver.DownloadBank != nullptr, DriverCanDownload(index)) << driver.name;
+        EXPECT_TRUE(driver.UploadBank || !DriverCanUpload(index)) << driver.name;
+        EXPECT_TRUE(driver.FindSynth || !DriverCanFind(index)) << driver.name;
+    }
+}
+
+// A voice of the row's family: blanks, and zeros in its further data.
+VoiceObject BlankVoice(const SynthDriver &driver) {
+    const bool dx7 = driver.id == Dx7DriverId;
+    const std::vector<std::uint8_t> payload(dx7 ? 156 : 38, ' ');
+    const std::vector<std::uint8_t> extra(dx7 ? 0 : 112);
+    return MakeVoiceObject(driver.id, payload, extra);
+}
+
+// The behaviour of the rows on banks of 32 voices of blanks that the rows save themselves.
 class DriverFiles : public testing::Test {
 protected:
     void SetUp() override { CreateBackups = 0; }
 
-    static std::vector<const SynthDriver *> Rows() {
-        std::vector<const SynthDriver *> rows;
-        for (const SynthDriver *driver : SynthDrivers) {
-            if (driver->OpenBank) {
-                rows.push_back(driver);
-            }
-        }
-        EXPECT_FALSE(rows.empty());
-        return rows;
-    }
     std::string BankPath(const SynthDriver &driver) const {
         return folder.File(std::string("bank.") + driver.bankExtension);
     }
@@ -169,12 +178,9 @@ protected:
         return folder.File(std::string("voice.") + driver.voiceExtension);
     }
     void FillList(const SynthDriver &driver) {
-        const bool dx7 = driver.id == Dx7DriverId;
-        const std::vector<std::uint8_t> payload(dx7 ? 156 : 38, ' ');
-        const std::vector<std::uint8_t> extra(dx7 ? 0 : 112);
         ListReset(list);
         for (int row = 0; row < 32; ++row) {
-            ListSetVoice(list, ListAdd(list), MakeVoiceObject(driver.id, payload, extra));
+            ListSetVoice(list, ListAdd(list), BlankVoice(driver));
         }
         ASSERT_EQ(driver.SaveBank(nullptr, list, BankPath(driver).c_str()), 1) << driver.name;
         DriverId id = NoDriverId;
@@ -191,7 +197,7 @@ protected:
 };
 
 TEST_F(DriverFiles, ABankHas32VoicesOfItsDriverAndItsFirstRowIsSelected) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         ASSERT_EQ(ListCount(list), 32) << driver->name;
         EXPECT_EQ(list.selection, 0);
@@ -215,7 +221,7 @@ TEST_F(DriverFiles, ABankHas32VoicesOfItsDriverAndItsFirstRowIsSelected) {
 }
 
 TEST_F(DriverFiles, AMissingFileFailsWithoutAQuestionAndLeavesTheList) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         const auto before = list.items;
         std::int64_t time = 0;
@@ -231,7 +237,7 @@ TEST_F(DriverFiles, AMissingFileFailsWithoutAQuestionAndLeavesTheList) {
 }
 
 TEST_F(DriverFiles, AnEmptyFileAndAFolderFailLikewise) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         const auto before = list.items;
         std::int64_t time = 0;
@@ -246,7 +252,7 @@ TEST_F(DriverFiles, AnEmptyFileAndAFolderFailLikewise) {
 }
 
 TEST_F(DriverFiles, AFolderThatDoesNotExistTakesNoFile) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         const std::string path = folder.File("gone/file");
         EXPECT_EQ(driver->SaveBank(nullptr, list, path.c_str()), 0) << driver->name;
@@ -256,7 +262,7 @@ TEST_F(DriverFiles, AFolderThatDoesNotExistTakesNoFile) {
 }
 
 TEST_F(DriverFiles, AnExportedVoiceImportsIntoItsOwnRowOnly) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         const auto before = list.items;
         const std::string path = VoicePath(*driver);
@@ -268,7 +274,7 @@ TEST_F(DriverFiles, AnExportedVoiceImportsIntoItsOwnRowOnly) {
         EXPECT_EQ(driver->ImportVoice(nullptr, list, 7, path.c_str(), &out), 1);
         EXPECT_EQ(out, before[4]) << driver->name;
         EXPECT_EQ(list.items, before);
-        for (const SynthDriver *other : Rows()) {
+        for (const SynthDriver *other : SynthDrivers) {
             if (other != driver) {
                 EXPECT_EQ(other->ImportVoice(nullptr, list, 7, path.c_str(), &out), 0);
             }
@@ -277,7 +283,7 @@ TEST_F(DriverFiles, AnExportedVoiceImportsIntoItsOwnRowOnly) {
 }
 
 TEST_F(DriverFiles, ARowWithoutAVoiceIsNeitherExportedNorFilled) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         const std::string path = VoicePath(*driver);
         ASSERT_EQ(driver->ExportVoice(nullptr, list, nullptr, path.c_str(), 0, 0), 1);
@@ -292,7 +298,7 @@ TEST_F(DriverFiles, ARowWithoutAVoiceIsNeitherExportedNorFilled) {
 }
 
 TEST_F(DriverFiles, AVoiceImportedPastTheEndGoesNowhere) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         const auto before = list.items;
         const std::string path = VoicePath(*driver);
@@ -303,7 +309,7 @@ TEST_F(DriverFiles, AVoiceImportedPastTheEndGoesNowhere) {
 }
 
 TEST_F(DriverFiles, AFileThatExistsIsBackedUpWhenBackupsAreOn) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         CreateBackups = 1;
         const std::string name = std::string("old.") + driver->bankExtension;
@@ -315,7 +321,7 @@ TEST_F(DriverFiles, AFileThatExistsIsBackedUpWhenBackupsAreOn) {
 }
 
 TEST_F(DriverFiles, ANameOfTenBlanksIsOneBlank) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         FillList(*driver);
         std::string name = "former";
         const int length = driver->VoiceName(name, list.items[0]);
@@ -326,12 +332,206 @@ TEST_F(DriverFiles, ANameOfTenBlanksIsOneBlank) {
 }
 
 TEST_F(DriverFiles, TheWaitCursorIsOnWhileAFileIsReadOrWritten) {
-    for (const SynthDriver *driver : Rows()) {
+    for (const SynthDriver *driver : SynthDrivers) {
         const int before = desktop.waitsBegun;
         FillList(*driver);
         EXPECT_GE(desktop.waitsBegun, before + 2) << driver->name;
         EXPECT_EQ(desktop.waitDepth, 0) << driver->name;
     }
+}
+
+// The behaviour of the rows towards their instruments, which are the built-in ones.
+class DriverTransfers : public testing::Test {
+protected:
+    void SetUp() override {
+        TheMidi = MakeBuiltinInstruments({});
+        ResetBuiltinInstruments();
+        SysexWait = 1500;
+        CurrentMidiChannel = 1;
+        TheDesktop.RunMessage = [this](MessageRequest &request) {
+            messages.push_back(request.text);
+            EXPECT_EQ(desktop.busyBoxesOpen, 0) << "the box hides the message";
+            request.result = ResultYes;
+        };
+    }
+    void TearDown() override {
+        ExpectNothingOpen("the end");
+        ResetBuiltinInstruments();
+        TheMidi = {};
+    }
+
+    static BuiltinInstrument InstrumentOf(const SynthDriver &driver) {
+        return driver.id == Dx7DriverId ? BuiltinInstrument::Dx7 : BuiltinInstrument::RefaceDx;
+    }
+    static const char *PortOf(const SynthDriver &driver) {
+        return driver.id == Dx7DriverId ? "Built-in DX7" : "Built-in reface DX";
+    }
+    static int InputOf(const SynthDriver &driver) {
+        return 2 * static_cast<int>(InstrumentOf(driver));
+    }
+    static int OutputOf(const SynthDriver &driver) { return InputOf(driver) + 1; }
+
+    // A voice "NAME" of the row's family.
+    static VoiceObject NamedVoice(const SynthDriver &driver) {
+        VoiceObject voice = BlankVoice(driver);
+        const std::size_t place = driver.id == Dx7DriverId ? 145 : 0;
+        std::ranges::copy(std::string("NAME"), MutablePayloadOf(voice).begin() + place);
+        return voice;
+    }
+    void FillList(const SynthDriver &driver) {
+        CurrentDriverId = driver.id;
+        ListReset(list);
+        for (int row = 0; row < 32; ++row) {
+            ListSetVoice(list, ListAdd(list), NamedVoice(driver));
+        }
+        ListSelect(list, 3);
+        ListEnable(list, true);
+    }
+    int UploadVoice(const SynthDriver &driver, const VoiceObject *voice, int row,
+                    std::uint8_t flags) {
+        return driver.UploadVoice(nullptr, list, voice, InputOf(driver), OutputOf(driver), row,
+                                  flags);
+    }
+    void ExpectNothingOpen(const char *where) {
+        EXPECT_EQ(OpenBuiltinStreams(), 0) << where;
+        EXPECT_FALSE(BuiltinClockRuns()) << where;
+        EXPECT_EQ(desktop.busyBoxesOpen, 0) << where;
+    }
+
+    ScriptedDesktop desktop;
+    Strings messages;
+    VoiceList list;
+};
+
+TEST_F(DriverTransfers, PortsAreFoundByTheirNames) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        DriverId id = NoDriverId;
+        int in = -1, out = -1;
+        std::uint32_t firmware = 0x11;
+        const char *port = PortOf(*driver);
+        EXPECT_NE(driver->FindSynth(nullptr, &id, &in, &out, &firmware, port, port, false), 0);
+        EXPECT_EQ(id, driver->id);
+        EXPECT_EQ(in, InputOf(*driver)) << driver->name;
+        EXPECT_EQ(out, OutputOf(*driver)) << driver->name;
+        EXPECT_EQ(firmware, 0x11u) << driver->name;
+        ExpectNothingOpen(driver->name);
+    }
+}
+
+TEST_F(DriverTransfers, PortsThatAreMissingAreNotFound) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        DriverId id = NoDriverId;
+        int in = -1, out = -1;
+        const char *port = PortOf(*driver);
+        EXPECT_EQ(driver->FindSynth(nullptr, &id, &in, &out, nullptr, "none", port, false), 0);
+        EXPECT_EQ(driver->FindSynth(nullptr, &id, &in, &out, nullptr, port, "none", false), 0);
+        EXPECT_EQ(id, NoDriverId) << driver->name;
+        ExpectNothingOpen(driver->name);
+    }
+}
+
+TEST_F(DriverTransfers, AnOutputThatDoesNotOpenFailsInSilenceAndLeavesTheList) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        FillList(*driver);
+        const auto before = list.items;
+        FaultsOf(InstrumentOf(*driver)).outputDoesNotOpen = true;
+        const int in = InputOf(*driver), out = OutputOf(*driver);
+        EXPECT_EQ(UploadVoice(*driver, nullptr, 0, 1), 0) << driver->name;
+        EXPECT_EQ(driver->UploadBank(nullptr, list, in, out), 0) << driver->name;
+        EXPECT_EQ(driver->UploadBank(nullptr, list, -1, -1), 0) << driver->name;
+        if (driver->DownloadBank) {
+            EXPECT_EQ(driver->DownloadBank(nullptr, list, in, out), 0) << driver->name;
+            EXPECT_EQ(driver->DownloadBank(nullptr, list, -1, -1), 0) << driver->name;
+        }
+        EXPECT_EQ(list.items, before) << driver->name;
+        EXPECT_EQ(list.selection, 3) << driver->name;
+        EXPECT_TRUE(list.enabled && list.redraw) << driver->name;
+        ExpectNothingOpen(driver->name);
+    }
+    EXPECT_EQ(messages, Strings{});
+    EXPECT_EQ(desktop.busyBoxesShown, 0);
+    EXPECT_TRUE(desktop.statusTexts.empty());
+    EXPECT_TRUE(desktop.progress.empty());
+}
+
+TEST_F(DriverTransfers, AVoiceIsHeardByItsInstrumentWithoutAQuestion) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        FillList(*driver);
+        const auto before = list.items;
+        const VoiceObject voice = BlankVoice(*driver);
+        EXPECT_EQ(UploadVoice(*driver, &voice, 0, 0), 1) << driver->name;
+        const auto &heard = EditBufferOf(InstrumentOf(*driver));
+        const auto sent = std::span(voice.bytes).subspan(52, heard.size());
+        EXPECT_TRUE(std::ranges::equal(heard, sent)) << driver->name;
+        EXPECT_EQ(UploadVoice(*driver, nullptr, 7, 0), 1) << driver->name;
+        const auto row = std::span(before[7].bytes).subspan(52, heard.size());
+        EXPECT_TRUE(std::ranges::equal(EditBufferOf(InstrumentOf(*driver)), row)) << driver->name;
+        EXPECT_EQ(list.items, before) << driver->name;
+        EXPECT_EQ(list.selection, 3) << driver->name;
+        EXPECT_TRUE(list.enabled && list.redraw) << driver->name;
+        ExpectNothingOpen(driver->name);
+    }
+    EXPECT_EQ(messages, Strings{});
+}
+
+TEST_F(DriverTransfers, ThePromptInTheEndNamesTheVoiceAndAsksToStoreIt) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        FillList(*driver);
+        messages.clear();
+        EXPECT_EQ(UploadVoice(*driver, nullptr, 0, 1), 1) << driver->name;
+        ASSERT_FALSE(messages.empty()) << driver->name;
+        EXPECT_TRUE(messages.back().starts_with("NAME has been uploaded to your ")) << driver->name;
+        ListTakeVoice(list, 0);
+        EXPECT_EQ(UploadVoice(*driver, nullptr, 0, 1), 1) << driver->name;
+        EXPECT_TRUE(messages.back().starts_with(" has been uploaded to your ")) << driver->name;
+    }
+}
+
+TEST_F(DriverTransfers, BlocksThatHoldNoVoiceOfTheFamilyHarmNothing) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        VoiceObject cut = BlankVoice(*driver), wrongMagic = cut, lying = cut, emptyParts = cut;
+        cut.bytes.pop_back();
+        wrongMagic.bytes[0] ^= 1;
+        std::fill_n(lying.bytes.begin() + 4, 12, std::uint8_t{0xFF});  // offset and sizes
+        std::fill_n(emptyParts.bytes.begin() + 8, 8, std::uint8_t{0}); // sizes
+        const SynthDriver &other = *SynthDrivers[driver == SynthDrivers[0] ? 1 : 0];
+        ListReset(list);
+        for (const VoiceObject &voice : {cut, wrongMagic, lying, emptyParts, BlankVoice(other)}) {
+            EXPECT_EQ(UploadVoice(*driver, &voice, 0, 0), 1) << driver->name;
+            ListSetVoice(list, ListAdd(list), voice);
+        }
+        const int in = InputOf(*driver), out = OutputOf(*driver);
+        EXPECT_EQ(driver->UploadBank(nullptr, list, in, out), 1) << driver->name;
+        ListReset(list);
+        EXPECT_EQ(driver->UploadBank(nullptr, list, in, out), 1) << driver->name;
+        ExpectNothingOpen(driver->name);
+    }
+    EXPECT_EQ(messages, Strings{});
+}
+
+TEST_F(DriverTransfers, ADownloadGivesABankOfItsDriver) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        if (!DriverCanDownload(DriverIndexOfId(driver->id))) {
+            continue;
+        }
+        FillList(*driver);
+        EXPECT_EQ(driver->DownloadBank(nullptr, list, InputOf(*driver), OutputOf(*driver)), 1);
+        ASSERT_EQ(ListCount(list), 32) << driver->name;
+        EXPECT_EQ(list.selection, 0);
+        EXPECT_EQ(list.itemHeight, 48);
+        EXPECT_TRUE(list.enabled && list.redraw) << driver->name;
+        const std::size_t size = BlankVoice(*driver).bytes.size();
+        for (const VoiceObject &voice : list.items) {
+            ASSERT_TRUE(PayloadOf(voice)) << driver->name;
+            EXPECT_EQ(HeaderOf(voice)->driverId, driver->id);
+            EXPECT_EQ(voice.bytes.size(), size);
+        }
+        EXPECT_EQ(driver->MakeUndoLevel(nullptr, list).size(), 36 + 32 * size);
+        EXPECT_EQ(desktop.statusTexts.back(), SynthTitle(driver->id, SynthFirmware));
+        EXPECT_EQ(desktop.progress.back(), (std::pair{0, 1}));
+        ExpectNothingOpen(driver->name);
+    }
+    EXPECT_EQ(desktop.busyBoxesShown, 1);
 }
 
 TEST(DriverTitles, EveryRowHasATitleWithAndWithoutAVersion) {
