@@ -3,19 +3,17 @@
 
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
+#include "common/view/show_at_once.h"
 #include "common/view/system_colours.h"
 #include "common/view/text_line.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
-#include <QThread>
 #include <QWidget>
-#include <QWindow>
 
 #include <algorithm>
 #include <vector>
@@ -23,10 +21,9 @@
 namespace tonewright {
 namespace {
 
-constexpr int BoxWidth = 360;    // pixels
-constexpr int LeastHeight = 46;  // pixels
-constexpr int TextMargin = 14;   // pixels on either side of the text
-constexpr int ShowTimeOut = 500; // milliseconds until the box counts as shown
+constexpr int BoxWidth = 360;   // pixels
+constexpr int LeastHeight = 46; // pixels
+constexpr int TextMargin = 14;  // pixels on either side of the text
 
 // What comes from the user's hands.
 constexpr QEvent::Type UserEvents[] = {
@@ -74,22 +71,8 @@ public:
         repaint();
     }
 
-    // Waits until the platform has the box on the screen; the user's events wait meanwhile.
-    void ShowAtOnce() {
-        show();
-        raise();
-        QElapsedTimer timer;
-        timer.start();
-        while (!windowHandle()->isExposed() && !timer.hasExpired(ShowTimeOut)) {
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-            QThread::msleep(1);
-        }
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-        repaint();
-    }
-
 protected:
-    bool eventFilter(QObject *, QEvent *event) override {
+    bool eventFilter(QObject *target, QEvent *event) override {
         // A question asked since the box came up must be seen and answered. The platform itself
         // keeps the user out of all other windows then.
         const bool questionStands = QApplication::activeModalWidget() != modalBelow;
@@ -108,7 +91,7 @@ protected:
             return false;
         }
         if (event->type() == QEvent::MouseButtonRelease) {
-            return DropsRelease(static_cast<QMouseEvent *>(event)->button());
+            return DropsRelease(target, *static_cast<QMouseEvent *>(event));
         }
         const bool dropped = std::find(std::begin(UserEvents), std::end(UserEvents),
                                        event->type()) != std::end(UserEvents);
@@ -130,17 +113,31 @@ protected:
 
 private:
     // The release of a button that was pressed before the box came up reaches the widget that waits
-    // for it, so that it does not go on taking the button as held.
-    bool DropsRelease(Qt::MouseButton button) {
-        const bool dropped = droppedPresses.testFlag(button);
-        droppedPresses.setFlag(button, false);
-        return dropped;
+    // for it, so that it does not go on taking the button as held; but as one beside it, so that it
+    // is no click.
+    bool DropsRelease(QObject *target, const QMouseEvent &event) {
+        if (droppedPresses.testFlag(event.button())) {
+            droppedPresses.setFlag(event.button(), false);
+            return true;
+        }
+        auto *widget = qobject_cast<QWidget *>(target);
+        if (!widget || lettingUp) {
+            return false;
+        }
+        const QPoint beside(-1, -1);
+        QMouseEvent release(QEvent::MouseButtonRelease, beside, widget->mapToGlobal(beside),
+                            event.button(), event.buttons(), event.modifiers());
+        lettingUp = true;
+        QCoreApplication::sendEvent(widget, &release);
+        lettingUp = false;
+        return true;
     }
 
     QString text;                 // as painted; the window's title stays the first one
     QPointer<QWidget> modalBelow; // the dialog that the box stands over, or none
     bool standsBack = false;      // hidden behind a question
     Qt::MouseButtons droppedPresses;
+    bool lettingUp = false; // a release is being passed on
 };
 
 // The boxes that stand, the topmost one last; each belongs to its owner as well.
@@ -151,7 +148,8 @@ std::vector<QPointer<BusyBox>> Boxes;
 bool ShowBusyBoxWindow(QWidget *owner, const std::string &text) {
     BusyBox *box = new BusyBox(owner ? owner->window() : nullptr, QString::fromStdString(text));
     Boxes.push_back(box);
-    box->ShowAtOnce();
+    box->raise();
+    ShowAtOnce(*box);
     return true;
 }
 

@@ -1,17 +1,22 @@
 // The busy box, and how it keeps the user out while it stands.
 #include "common/view/busy_box.h"
 #include "common/view/message_dialog.h"
+#include "common/view/show_at_once.h"
 #include "common/view/system_colours.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDialog>
+#include <QDropEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
+#include <qtestspontaneevent.h>
 #include <QTimer>
 #include <QWindow>
 
@@ -45,6 +50,12 @@ protected:
     void mouseReleaseEvent(QMouseEvent *) override { seen += "release"; }
     void keyPressEvent(QKeyEvent *) override { seen += "key"; }
     void wheelEvent(QWheelEvent *) override { seen += "wheel"; }
+    void contextMenuEvent(QContextMenuEvent *) override { seen += "menu"; }
+    void dragEnterEvent(QDragEnterEvent *event) override {
+        seen += "enter";
+        event->accept();
+    }
+    void dropEvent(QDropEvent *) override { seen += "drop"; }
 };
 
 class PaintCounter : public QObject {
@@ -176,6 +187,61 @@ TEST(BusyBox, AButtonHeldSinceBeforeIsReleased) {
     QTest::mouseRelease(&owner, Qt::LeftButton);
     CloseBusyBoxWindow();
     EXPECT_EQ(owner.seen, (QStringList{"press", "release"}));
+}
+
+TEST(BusyBox, AButtonOfAWindowHeldSinceBeforeComesUpWithoutAClick) {
+    Recorder owner;
+    QPushButton button("Exit", &owner);
+    button.show();
+    int clicks = 0;
+    QObject::connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+    QTest::mousePress(&button, Qt::LeftButton);
+    EXPECT_TRUE(button.isDown());
+    ShowBusyBoxWindow(&owner, "Downloading");
+    QTest::mouseRelease(&button, Qt::LeftButton);
+    EXPECT_FALSE(button.isDown());
+    CloseBusyBoxWindow();
+    EXPECT_EQ(clicks, 0);
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST(BusyBox, WheelMenusAndDropsOfFilesStayOutAndSoDoesClosing) {
+    Recorder owner;
+    owner.setAcceptDrops(true);
+    ShowBusyBoxWindow(&owner, "Downloading");
+    const QPointF place(5, 5);
+    QWheelEvent wheel(place, owner.mapToGlobal(place), {}, {0, 120}, Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, place.toPoint(),
+                           owner.mapToGlobal(place.toPoint()));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile("/voice.syx")});
+    QDragEnterEvent enter(place.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    for (QEvent *event : std::initializer_list<QEvent *>{&wheel, &menu, &enter, &drop}) {
+        QCoreApplication::sendEvent(&owner, event);
+    }
+    EXPECT_EQ(owner.seen, QStringList());
+    QCloseEvent close; // the window manager's
+    QSpontaneKeyEvent::setSpontaneous(&close);
+    qApp->notify(&owner, &close);
+    EXPECT_FALSE(close.isAccepted());
+    CloseBusyBoxWindow();
+    QCoreApplication::sendEvent(&owner, &wheel);
+    QCoreApplication::sendEvent(&owner, &menu);
+    QCoreApplication::sendEvent(&owner, &enter);
+    QCoreApplication::sendEvent(&owner, &drop);
+    EXPECT_EQ(owner.seen, (QStringList{"wheel", "menu", "enter", "drop"}));
+}
+
+TEST(ShowAtOnce, AWindowIsPaintedWhenItReturns) {
+    QWidget window;
+    PaintCounter paints;
+    window.installEventFilter(&paints);
+    ShowAtOnce(window);
+    EXPECT_TRUE(window.windowHandle()->isExposed());
+    EXPECT_GT(paints.count, 0);
 }
 
 TEST(BusyBox, AMessageAskedMeanwhileIsSeenAndAnswered) {
