@@ -8,6 +8,7 @@
 #include "common/settings.h"
 #include "common/sound.h"
 #include "common/text.h"
+#include "common/view/show_at_once.h"
 #include "core/current.h"
 #include "midi/midi_start.h"
 #include "shell/clipboard.h"
@@ -24,9 +25,7 @@
 #include "shell/view/voice_list_view.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QScreen>
-#include <QTimer>
 
 #include <cstdlib>
 #include <ctime>
@@ -39,19 +38,6 @@ constexpr const char *ConfigSection = "Tonewright";
 void SeedRandomNumbers() {
     std::srand(static_cast<unsigned>(std::time(nullptr)));
 }
-
-// For measuring and testing the start: closes the program, as a user would, once the list has been
-// painted.
-class CloseAfterFirstPaint : public QObject {
-public:
-    using QObject::QObject;
-    bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() == QEvent::Paint) {
-            QTimer::singleShot(0, qApp, [] { RunCommand(CommandCloseAtOnce); });
-        }
-        return false;
-    }
-};
 
 void ReadEarlyKeys() {
     TipFont01Size = ReadProfileInteger(ConfigSection, "TipFont01Size", TipFont01Size);
@@ -71,12 +57,11 @@ int RunLoop(const std::string &commandLinePath) {
     HistoryRead();
     window.AddBars();
     window.AddList();
-    CloseAfterFirstPaint closer;
-    if (std::getenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT")) {
-        window.List()->viewport()->installEventFilter(&closer);
-    }
     PostFirstCommands();
-    window.show();
+    {
+        const RunningMark running; // the first commands find a painted window
+        ShowAtOnce(window);
+    }
     window.List()->setFocus();
     RefreshTitle();
     ClipboardChanged();
@@ -94,7 +79,11 @@ int RunLoop(const std::string &commandLinePath) {
         PostMainStartupDone();
     }
     SeedRandomNumbers();
-    const int exitCode = QApplication::exec();
+    if (std::getenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT")) {
+        PostCommand(CommandCloseAtOnce); // for measuring and testing the start
+    }
+    // A window that was closed before the loop runs has left nothing to wait for.
+    const int exitCode = window.isVisible() ? QApplication::exec() : 0;
     HistorySave();
     HistoryEnd();
     return exitCode;
