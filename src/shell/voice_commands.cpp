@@ -74,6 +74,7 @@ int RunDownload() {
         PlayEventSound(DefaultEventSound);
         MainListState.dirty = true;
     }
+    RefreshCopy(); // the first voice is selected now
     return result;
 }
 

@@ -555,6 +555,18 @@ TEST_F(DownloadTest, FillsTheListBehindALevel) {
     EXPECT_EQ(NameAt(0), "VOICE 01");
 }
 
+TEST_F(DownloadTest, TheVoiceThatIsSelectedAfterwardsCanBeCopied) {
+    Dx7Row.DownloadBank = [](QWidget *, VoiceList &list, int, int) {
+        ListSelect(list, 0);
+        return 1;
+    };
+    ListSelect(MainList, -1);
+    RefreshCopy();
+    EXPECT_FALSE(CommandAllowed(CommandCopy));
+    EXPECT_EQ(RunDownload(), 1);
+    EXPECT_TRUE(CommandAllowed(CommandCopy));
+}
+
 TEST_F(DownloadTest, AFailureCostsALevelInSilence) {
     Answer = 0;
     EXPECT_EQ(RunDownload(), 0);

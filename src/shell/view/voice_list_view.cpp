@@ -217,9 +217,12 @@ void VoiceListView::mouseReleaseEvent(QMouseEvent *event) {
 }
 
 void VoiceListView::mouseDoubleClickEvent(QMouseEvent *event) {
-    if (event->button() != Qt::LeftButton) {
+    if (event->button() == Qt::RightButton) {
         mousePressEvent(event);
         return;
+    }
+    if (event->button() != Qt::LeftButton) {
+        return; // the first press of the middle button has been heard
     }
     if (RowAt(event->position().toPoint()) != NoRow) {
         RunUserCommand(CommandEdit);
