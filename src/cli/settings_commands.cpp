@@ -2,14 +2,12 @@
 // settings shows and changes the user's own.
 #include "cli/cli_commands.h"
 #include "cli/text_output.h"
+#include "cli/user_settings.h"
 #include "common/folders.h"
 #include "common/line_reader.h"
-#include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "shell/config.h"
-#include "shell/start_up.h"
-#include "shell/view/desktop_qt.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,13 +17,6 @@
 
 namespace tonewright {
 namespace {
-
-// What start-up has filled in by the time it reads the file.
-void PrepareSettings() {
-    UsePlatformFolders();
-    ApplicationPath = FolderOfPath(PlatformExecutablePath());
-    FillDefaultFolders();
-}
 
 void PutValue(const ConfigKey &key) {
     if (const auto *text = std::get_if<std::string *>(&key.value)) {
@@ -116,20 +107,14 @@ bool FileHolds(const ConfigKey &key) {
     return FileGives(number, ~number);
 }
 
-int WrongCall(std::string_view subject, std::string_view reason) {
-    TellError(subject, reason);
-    return ExitWrongCall;
-}
-
 int SetAndWrite(const ConfigKey &key, const char *value) {
     if (const std::string reason = SetSetting(key, value); !reason.empty()) {
-        return WrongCall(key.name, reason);
+        return TellWrongCall(key.name, reason);
     }
     MakeProgramFolders();
     ConfigWrite();
     if (!FileHolds(key)) {
-        TellError(ConfigFilePath(), "could not be written");
-        return ExitFailed;
+        return TellFailure(ConfigFilePath(), "could not be written");
     }
     return ExitDone;
 }
@@ -145,8 +130,7 @@ int CliConfig(const CliCall &call) {
         if (errno != 0) {
             reason += std::string(": ") + std::strerror(errno);
         }
-        TellError(path, reason);
-        return ExitFailed;
+        return TellFailure(path, reason);
     }
     PutAllSettings();
     return ExitDone;
@@ -156,19 +140,18 @@ int CliSettings(const CliCall &call) {
     const std::string_view action = call.words[0];
     const std::size_t words = action == "list" ? 1 : action == "get" ? 2 : action == "set" ? 3 : 0;
     if (words == 0) {
-        return WrongCall("settings", "takes list, get or set, not " + FieldText(action));
+        return TellWrongCall("settings", "takes list, get or set, not " + FieldText(action));
     }
     if (call.words.size() != words) {
-        return WrongCall("settings",
+        return TellWrongCall("settings",
                          FormatText("%s %s arguments", call.words[0],
                                     call.words.size() < words ? "lacks" : "has too many"));
     }
     const ConfigKey *key = words > 1 ? KeyOfName(call.words[1]) : nullptr;
     if (words > 1 && !key) {
-        return WrongCall(call.words[1], "no such key; settings list shows all");
+        return TellWrongCall(call.words[1], "no such key; settings list shows all");
     }
-    PrepareSettings();
-    ConfigRead();
+    ReadUserSettings();
     if (action == "set") {
         return SetAndWrite(*key, call.words[2]);
     }

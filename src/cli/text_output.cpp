@@ -1,6 +1,8 @@
 // Buffered output to standard output and standard error, written in big pieces.
 #include "cli/text_output.h"
 
+#include "cli/command_line.h"
+
 #include <charconv>
 
 namespace tonewright {
@@ -76,6 +78,16 @@ void TellError(std::string_view subject, std::string_view reason) {
     }
     Put(StandardError, reason);
     Put(StandardError, '\n');
+}
+
+int TellFailure(std::string_view subject, std::string_view reason) {
+    TellError(subject, reason);
+    return ExitFailed;
+}
+
+int TellWrongCall(std::string_view subject, std::string_view reason) {
+    TellError(subject, reason);
+    return ExitWrongCall;
 }
 
 } // namespace tonewright

@@ -33,5 +33,8 @@ void PutVoiceName(TextOutput &output, std::string_view latin1);
 
 // "tonewright-cli: SUBJECT: REASON" on standard error; without a subject only the reason.
 void TellError(std::string_view subject, std::string_view reason);
+// The same, and the exit status that goes with it: ExitFailed or ExitWrongCall.
+int TellFailure(std::string_view subject, std::string_view reason);
+int TellWrongCall(std::string_view subject, std::string_view reason);
 
 } // namespace tonewright

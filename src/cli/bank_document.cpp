@@ -1,0 +1,108 @@
+// Opens and writes banks and single voices as documents.
+#include "cli/bank_document.h"
+
+#include "cli/paths.h"
+#include "cli/terminal_desktop.h"
+#include "cli/text_output.h"
+#include "common/desktop.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+
+#include <cerrno>
+#include <cstring>
+#include <optional>
+
+namespace tonewright {
+namespace {
+
+// The reason of a failed write. The system's own words are the last error that it reported.
+int TellNotWritten(const char *path, int systemError) {
+    std::string reason = "could not be written";
+    if (SomethingWasRefused()) {
+        reason = "not written, as answered";
+    } else if (systemError != 0) {
+        reason += std::string(": ") + std::strerror(systemError);
+    }
+    return TellFailure(path, reason);
+}
+
+// Whether the row can be written into a file of the current family; else says why `path` is not
+// written, which is then left as it was.
+bool RowCanBeWritten(const VoiceFileFormat *format, int row, const char *path) {
+    if (!format || format->canBeWritten(ListVoice(MainList, row))) {
+        return true;
+    }
+    TellError(path, FormatText("not written: place %d holds no whole voice", row + 1));
+    return false;
+}
+
+} // namespace
+
+bool OpenBankDocument(const char *path) {
+    CurrentDocumentPath = AbsolutePath(path);
+    std::int64_t time = 0;
+    if (OpenDocument(nullptr, MainList, CurrentDocumentPath.c_str(), &CurrentDriverId, &time)) {
+        return true;
+    }
+    const VoiceFileFormat *format = BankFormatOfPath(path);
+    TellError(path, format ? ReasonNotOpened(path, format)
+                           : "not a bank that can be opened, by its extension");
+    return false;
+}
+
+int SaveBankDocument(const char *path) {
+    const VoiceFileFormat *format = FormatOfDriver(CurrentDriverId, VoiceFileKind::Bank);
+    for (int row = 0; format && row < format->voicesWritten; ++row) {
+        if (!RowCanBeWritten(format, row, path)) {
+            return ExitFailed;
+        }
+    }
+    errno = 0;
+    if (!SaveDocument(nullptr, MainList, AbsolutePath(path).c_str())) {
+        return TellNotWritten(path, errno);
+    }
+    return ExitDone;
+}
+
+int ExportVoiceDocument(int row, const char *path) {
+    if (!RowCanBeWritten(FormatOfDriver(CurrentDriverId, VoiceFileKind::SingleVoice), row, path)) {
+        return ExitFailed;
+    }
+    TheDesktop.ChooseExportFile = [path](QWidget *, const std::string &, std::uint32_t) {
+        return std::optional(AbsolutePath(path));
+    };
+    errno = 0;
+    if (!ExportOneVoice(nullptr, MainList, row)) {
+        return TellNotWritten(path, errno);
+    }
+    return ExitDone;
+}
+
+std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format) {
+    if (!format) {
+        return UnknownFormatReason();
+    }
+    std::vector<std::uint8_t> bytes;
+    const VoiceFileReport report = ReadVoiceFile(path, *format, bytes);
+    switch (report.state) {
+    case VoiceFileState::Ok:
+        return "could not be opened";
+    case VoiceFileState::Refused:
+        return report.reason;
+    case VoiceFileState::Damaged:
+        break;
+    }
+    return report.reason + ", and the answer was not to open it";
+}
+
+const VoiceFileFormat *BankFormatOfPath(const char *path) {
+    const VoiceFileFormat *format = FormatOfPath(path);
+    return format && format->kind == VoiceFileKind::Bank ? format : nullptr;
+}
+
+std::string NoSuchPlace(int place) {
+    return FormatText("there is no place %d among its %d voices", place, ListCount(MainList));
+}
+
+} // namespace tonewright

@@ -1,0 +1,32 @@
+// Banks and single voices as the command line opens and writes them: the way of the window's
+// commands, with its questions and backups, and failures explained on standard error.
+#pragma once
+
+#include "cli/voice_file.h"
+
+#include <string>
+
+namespace tonewright {
+
+// Opens a bank into MainList and makes its family the current one. False after telling why it could
+// not be opened.
+bool OpenBankDocument(const char *path);
+
+// Writes MainList as a bank of the current family. The exit status; a failure has been told, and a
+// place that holds no whole voice leaves the file as it was.
+int SaveBankDocument(const char *path);
+
+// The same for a row (from 0) that holds a voice, as a single-voice file.
+int ExportVoiceDocument(int row, const char *path);
+
+// Why a file could not be opened as `format`, in words. nullptr: its extension stands for none.
+std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format);
+
+// The format of a path that is a bank, else nullptr.
+const VoiceFileFormat *BankFormatOfPath(const char *path);
+
+// That a place (from 1) is not among the voices of MainList, in words.
+std::string NoSuchPlace(int place);
+constexpr const char *NotAPlace = "not a place: a number from 1 is";
+
+} // namespace tonewright

@@ -1,0 +1,12 @@
+// The settings of the user who calls the command-line program.
+#pragma once
+
+namespace tonewright {
+
+// Fills in what the program's start has filled in by the time it reads the file of settings.
+void PrepareSettings();
+
+// The same, and reads the user's file, if there is one.
+void ReadUserSettings();
+
+} // namespace tonewright
