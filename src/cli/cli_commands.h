@@ -16,5 +16,12 @@ int CliPicture(const CliCall &call);
 int CliConfig(const CliCall &call);
 int CliSettings(const CliCall &call);
 int CliHistory(const CliCall &call);
+int CliPorts(const CliCall &call);
+int CliFind(const CliCall &call);
+int CliUpload(const CliCall &call);
+int CliUploadVoice(const CliCall &call);
+int CliDownload(const CliCall &call);
+int CliPlay(const CliCall &call);
+int CliMemory(const CliCall &call);
 
 } // namespace tonewright

@@ -7,6 +7,9 @@ namespace tonewright {
 namespace {
 
 constexpr int LargestPlace = 999'999;
+constexpr int LastChannel = 16;
+constexpr int LastNote = 127;
+constexpr int LowestOctave = -2, HighestOctave = 8, NotesInAnOctave = 12;
 constexpr int SmallestScreen = 200, LargestScreen = 16'384;
 
 const CliOptionRow *OptionOfName(std::string_view name) {
@@ -28,6 +31,10 @@ std::optional<int> ReadNumber(std::string_view text, int smallest, int largest) 
     return number;
 }
 
+char ToUpper(char letter) {
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
 } // namespace
 
 const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
@@ -35,6 +42,12 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::No, "--no", nullptr, "answer every question with no"},
     {CliOption::Screen, "--screen", "WIDTHxHEIGHT", "size of the screen in pixels (1920x1080)"},
     {CliOption::File, "--file", "FILE", "a history file other than the user's"},
+    {CliOption::Synth, "--synth", "NAME", "the instrument, by its name or a part of it"},
+    {CliOption::In, "--in", "NAME", "the MIDI input, by its name or a part of it"},
+    {CliOption::Out, "--out", "NAME", "the MIDI output, by its name or a part of it"},
+    {CliOption::Channel, "--channel", "N", "the MIDI channel, 1 to 16"},
+    {CliOption::Trace, "--trace", nullptr, "print every MIDI message on standard error"},
+    {CliOption::Memory, "--memory", "FILE", "keep the memory of the built-in instruments there"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};
@@ -82,6 +95,34 @@ std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall 
 
 std::optional<int> ReadPlace(std::string_view text) {
     return ReadNumber(text, 1, LargestPlace);
+}
+
+std::optional<int> ReadMidiChannel(std::string_view text) {
+    return ReadNumber(text, 1, LastChannel);
+}
+
+std::optional<int> ReadNote(std::string_view text) {
+    if (const auto number = ReadNumber(text, 0, LastNote)) {
+        return number;
+    }
+    constexpr std::string_view letters = "C D EF G A B"; // at their places in an octave
+    const std::size_t letter =
+        text.empty() || text[0] == ' ' ? letters.npos : letters.find(ToUpper(text[0]));
+    if (letter == letters.npos) {
+        return std::nullopt;
+    }
+    int note = static_cast<int>(letter);
+    text.remove_prefix(1);
+    if (text.starts_with('#') || text.starts_with('b')) {
+        note += text[0] == '#' ? 1 : -1;
+        text.remove_prefix(1);
+    }
+    const auto octave = ReadNumber(text, LowestOctave, HighestOctave);
+    if (!octave) {
+        return std::nullopt;
+    }
+    note += (*octave - LowestOctave) * NotesInAnOctave;
+    return note >= 0 && note <= LastNote ? std::optional(note) : std::nullopt;
 }
 
 std::optional<ScreenSize> ReadScreenSize(std::string_view text) {

@@ -15,8 +15,10 @@ constexpr int ExitDone = 0;
 constexpr int ExitFailed = 1;    // explained on standard error
 constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
-enum class CliOption : std::size_t { Yes, No, Screen, File, Help, Version };
-constexpr std::size_t CliOptionCount = 6;
+enum class CliOption : std::size_t {
+    Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Help, Version,
+};
+constexpr std::size_t CliOptionCount = 12;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);
@@ -57,6 +59,13 @@ std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall 
 
 // A whole number in decimal digits, from 1 to 999,999.
 std::optional<int> ReadPlace(std::string_view text);
+
+// A MIDI channel, 1 to 16.
+std::optional<int> ReadMidiChannel(std::string_view text);
+
+// A note: its number, 0 to 127, or its name with the maker's octaves, "C-2" to "G8", "C3" being 60;
+// "#" and "b" raise and lower it: "F#2", "Eb4". Letters in either case.
+std::optional<int> ReadNote(std::string_view text);
 
 // "WIDTHxHEIGHT" in pixels, each 200 to 16,384.
 struct ScreenSize {

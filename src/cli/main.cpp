@@ -1,5 +1,6 @@
 // tonewright-cli, the program without windows: for scripts, for servers and for tests from outside.
 #include "cli/cli_commands.h"
+#include "cli/midi_session.h"
 #include "cli/text_output.h"
 #include "common/text.h"
 
@@ -35,6 +36,19 @@ constexpr CliCommand Commands[] = {
      CliSettings},
     {"history", "", "print the documents in the history of the File menu", 0, 0,
      OptionBit(CliOption::File), CliHistory},
+    {"ports", "", "print index, interface, name, input and output of each MIDI port", 0, 0, 0,
+     CliPorts},
+    {"find", "", "look for the instrument; print its name, firmware and ports", 0, 0, MidiOptions,
+     CliFind},
+    {"upload", "FILE", "send the bank to the instrument", 1, 1, Answers | MidiOptions, CliUpload},
+    {"upload-voice", "FILE PLACE", "send the voice at PLACE to the instrument's edit buffer", 2, 2,
+     Answers | MidiOptions, CliUploadVoice},
+    {"download", "OUT", "write the voices of the instrument as a bank", 1, 1, Answers | MidiOptions,
+     CliDownload},
+    {"play", "FILE PLACE NOTE...", "send the voice at PLACE and play it: 0 to 127, or C-2 to G8", 3,
+     AnyNumber, Answers | MidiOptions, CliPlay},
+    {"memory", "MEMORY NAME OUT", "write what a built-in instrument holds as a bank or voice", 3, 3,
+     Answers, CliMemory},
 };
 
 void PutColumns(TextOutput &output, std::string_view left, std::string_view right) {
@@ -74,6 +88,8 @@ void PutHelp(TextOutput &output) {
         PutColumns(output, CallOf(command), command.help);
     }
     PutOptions(output, ~0u);
+    Put(output, '\n');
+    Put(output, MidiHelp);
     Put(output, "\nPlaces count from 1. Output is tab-separated, one record a line. Exit status: 0 "
                 "success,\n1 a failure told on standard error, 2 a wrong call.\n");
 }
@@ -83,6 +99,10 @@ void PutHelpOf(TextOutput &output, const CliCommand &command) {
     Put(output, command.help);
     Put(output, '\n');
     PutOptions(output, command.options | Always);
+    if (command.options & MidiOptions) {
+        Put(output, '\n');
+        Put(output, MidiHelp);
+    }
 }
 
 const CliCommand *CommandOfName(std::string_view name) {

@@ -82,6 +82,10 @@ bool Dx7CanBeWritten(const VoiceObject *) {
     return true;
 }
 
+bool Dx7CanBeSent(const VoiceObject *voice) {
+    return Dx7VoiceOf(voice).has_value();
+}
+
 // ---- reface DX: a header that tells count and size of the records behind it
 
 // The header of a file of either kind; nothing when it is none.
@@ -147,6 +151,10 @@ VoiceLine RefaceLine(std::span<const std::uint8_t> bytes, std::size_t index) {
     return {RefaceNameText(&(*common)[RefaceVoice::name]), (*common)[RefaceVoice::algorithm] + 1};
 }
 
+bool RefaceCanBeSent(const VoiceObject *voice) {
+    return voice && RefaceVoiceOf(*voice) && HeaderOf(*voice)->driverId == RefaceDxDriverId;
+}
+
 // ----
 
 constexpr VoiceFileFormat Formats[] = {
@@ -158,6 +166,7 @@ constexpr VoiceFileFormat Formats[] = {
      .count = Always<Dx7VoicesPerBank>,
      .voice = Dx7BankLine,
      .canBeWritten = Dx7CanBeWritten,
+     .canBeSent = Dx7CanBeSent,
      .voicesWritten = Dx7VoicesPerBank},
     {.driver = Dx7DriverId,
      .kind = VoiceFileKind::SingleVoice,
@@ -167,6 +176,7 @@ constexpr VoiceFileFormat Formats[] = {
      .count = Always<1>,
      .voice = Dx7VoiceFileLine,
      .canBeWritten = Dx7CanBeWritten,
+     .canBeSent = Dx7CanBeSent,
      .voicesWritten = 1},
     {.driver = RefaceDxDriverId,
      .kind = VoiceFileKind::Bank,
@@ -176,6 +186,7 @@ constexpr VoiceFileFormat Formats[] = {
      .count = RefaceCount<RefaceFileKind::Bank>,
      .voice = RefaceLine<RefaceFileKind::Bank>,
      .canBeWritten = RefaceVoiceCanBeWritten,
+     .canBeSent = RefaceCanBeSent,
      .voicesWritten = RefaceVoicesPerBank},
     {.driver = RefaceDxDriverId,
      .kind = VoiceFileKind::SingleVoice,
@@ -185,6 +196,7 @@ constexpr VoiceFileFormat Formats[] = {
      .count = RefaceCount<RefaceFileKind::SingleVoice>,
      .voice = RefaceLine<RefaceFileKind::SingleVoice>,
      .canBeWritten = RefaceVoiceCanBeWritten,
+     .canBeSent = RefaceCanBeSent,
      .voicesWritten = 1},
 };
 

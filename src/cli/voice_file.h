@@ -43,6 +43,8 @@ struct VoiceFileFormat {
     VoiceLine (*voice)(std::span<const std::uint8_t> bytes, std::size_t index);
     // Whether a row of a list can be written into such a file.
     bool (*canBeWritten)(const VoiceObject *voice);
+    // Whether a row holds a voice that can be sent to the instrument.
+    bool (*canBeSent)(const VoiceObject *voice);
     int voicesWritten; // by each file
 };
 

@@ -14,16 +14,16 @@ namespace {
 
 constexpr const char *InstrumentsVariable = "TONEWRIGHT_INSTRUMENTS";
 
-bool InstrumentsWanted() {
+} // namespace
+
+bool BuiltinInstrumentsWanted() {
     const char *value = std::getenv(InstrumentsVariable);
     return value && std::string_view(value) == "1";
 }
 
-} // namespace
-
 void UseMidi() {
     MidiApi ports = MakePortMidiApi();
-    TheMidi = InstrumentsWanted()
+    TheMidi = BuiltinInstrumentsWanted()
                   ? MakeCompositeApi(MakeBuiltinInstruments({.simulatedClock = false}), ports)
                   : ports;
 }

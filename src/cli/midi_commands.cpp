@@ -1,0 +1,336 @@
+// The commands for instruments: ports, find, upload, upload-voice, download, play.
+#include "cli/bank_document.h"
+#include "cli/cli_commands.h"
+#include "cli/interruption.h"
+#include "cli/midi_session.h"
+#include "cli/paths.h"
+#include "cli/terminal_desktop.h"
+#include "cli/text_output.h"
+#include "cli/voice_file.h"
+#include "common/desktop.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "drivers/reface_dx/voice_codec.h"
+#include "midi/audition.h"
+#include "midi/midi_start.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace tonewright {
+namespace {
+
+void PutText(std::string_view text) {
+    Put(StandardOutput, '\t');
+    Put(StandardOutput, FieldText(text));
+}
+
+// ---- find
+
+// "01.20"; empty while it is not known.
+std::string FirmwareText(std::uint32_t version) {
+    return version == 0 ? std::string()
+                        : FormatText("%u%u.%u%u", version >> 24, version >> 16 & 0xFF,
+                                     version >> 8 & 0xFF, version & 0xFF);
+}
+
+void PutPort(int port) {
+    const MidiDeviceInfo *info = TheMidi.Pm_GetDeviceInfo(port);
+    Put(StandardOutput, '\t');
+    PutNumber(StandardOutput, static_cast<unsigned>(port));
+    PutText(info ? info->name : "");
+}
+
+void PutInstrument(const SynthDriver &synth) {
+    Put(StandardOutput, FieldText(synth.name));
+    PutText(FirmwareText(SynthFirmware));
+    PutPort(MidiInPort);
+    PutPort(MidiOutPort);
+    Put(StandardOutput, '\n');
+}
+
+// One record for each of the families that is found; a failure when none is.
+int FindEveryInstrument() {
+    bool isAnyFound = false;
+    for (const SynthDriver *synth : SynthDrivers) {
+        SynthFirmware = 0;
+        if (FindInstrument(*synth)) {
+            PutInstrument(*synth);
+            isAnyFound = true;
+        }
+    }
+    if (isAnyFound) {
+        return ExitDone;
+    }
+    for (const SynthDriver *synth : SynthDrivers) {
+        FindInstrument(*synth);
+        TellNoDevice(*synth);
+    }
+    return ExitFailed;
+}
+
+// ---- what is sent
+
+// What a call says of instrument, ports and file, before anything is opened.
+struct MidiFile {
+    const VoiceFileFormat *format = nullptr;
+    const SynthDriver *synth = nullptr;
+};
+
+// The exit status; a failure has been told.
+int ReadMidiFile(const CliCall &call, const char *path, MidiFile &file) {
+    file.format = FormatOfPath(path);
+    if (!file.format) {
+        return TellWrongCall(path, UnknownFormatReason());
+    }
+    const SynthDriver *ofFile = DriverOfId(file.format->driver);
+    const auto synth = ReadSynth(call, ofFile);
+    if (!synth) {
+        return ExitWrongCall;
+    }
+    if (*synth != ofFile) {
+        return TellWrongCall(path, FormatText("its voices are for the %s, not for the %s",
+                                              ofFile->name, (*synth)->name));
+    }
+    file.synth = ofFile;
+    return ReadMidiSettings(call);
+}
+
+// Opens a bank, or a single voice as a list of one, into MainList.
+bool OpenVoices(const char *path, const VoiceFileFormat &format) {
+    if (format.kind == VoiceFileKind::Bank) {
+        return OpenBankDocument(path);
+    }
+    CurrentDriverId = format.driver;
+    VoiceObject voice;
+    if (!ImportOneVoice(nullptr, MainList, 0, AbsolutePath(path).c_str(), &voice)) {
+        TellError(path, ReasonNotOpened(path, &format));
+        return false;
+    }
+    ListSetVoice(MainList, ListAdd(MainList), std::move(voice));
+    return true;
+}
+
+// Opens the file and looks for the voice at `place` in it; nullptr after telling why not.
+const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, int place) {
+    if (!OpenVoices(path, format)) {
+        return nullptr;
+    }
+    const VoiceObject *voice = ListVoice(MainList, place - 1);
+    if (!voice) {
+        TellError(path, NoSuchPlace(place));
+        return nullptr;
+    }
+    if (!format.canBeSent(voice)) {
+        TellError(path, FormatText("place %d holds no whole voice", place));
+        return nullptr;
+    }
+    return voice;
+}
+
+// ---- play
+
+constexpr std::chrono::milliseconds NoteLength(500);
+
+void HoldNote() {
+    constexpr std::chrono::milliseconds step(10);
+    const auto end = std::chrono::steady_clock::now() + NoteLength;
+    while (std::chrono::steady_clock::now() < end && !InterruptionWaits()) {
+        std::this_thread::sleep_for(step);
+    }
+}
+
+// As the Audition box does it, with notes in the stead of its keys.
+int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vector<int> &notes) {
+    auto audition = PrepareAudition(nullptr, &voice, synth.id, MidiInPort, MidiOutPort, 0);
+    AuditionVelocity();
+    AuditionCurrentOctave = 0; // key 0 is note 0
+    const bool isOpen = OpenAudition(*audition, nullptr);
+    for (const int note : notes) {
+        if (!isOpen || InterruptionWaits()) {
+            break;
+        }
+        PressAuditionKey(*audition, note);
+        HoldNote();
+        ReleaseAuditionKey(*audition);
+    }
+    EndAudition(*audition);
+    CloseAudition(*audition);
+    return isOpen ? ExitDone : TellTransferFailed(synth);
+}
+
+// ---- download
+
+bool IsZero(std::span<const std::uint8_t> bytes) {
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
+}
+
+// A block that did not arrive is left with the zeros that it began with, which no voice has.
+bool CameWhole(const VoiceObject *voice) {
+    const auto parts = voice ? RefaceVoiceOf(*voice) : std::nullopt;
+    bool isWhole = parts && !IsZero(parts->common);
+    for (std::size_t n = 0; isWhole && n < RefaceOperatorCount; ++n) {
+        isWhole = !IsZero(parts->operators.subspan(n * RefaceOperatorSize, RefaceOperatorSize));
+    }
+    return isWhole;
+}
+
+// The places (from 1) of voices that did not come whole.
+std::string PlacesNotReceived() {
+    std::string places;
+    for (int row = 0; row < ListCount(MainList); ++row) {
+        if (!CameWhole(ListVoice(MainList, row))) {
+            places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
+        }
+    }
+    return places;
+}
+
+} // namespace
+
+int CliPorts(const CliCall &) {
+    UseMidi();
+    for (int index = 0; index < TheMidi.Pm_CountDevices(); ++index) {
+        const MidiDeviceInfo *info = TheMidi.Pm_GetDeviceInfo(index);
+        if (!info) {
+            continue;
+        }
+        PutNumber(StandardOutput, static_cast<unsigned>(index));
+        PutText(info->interf);
+        PutText(info->name);
+        PutText(info->input ? "yes" : "no");
+        PutText(info->output ? "yes" : "no");
+        Put(StandardOutput, '\n');
+    }
+    EndMidi();
+    return ExitDone;
+}
+
+int CliFind(const CliCall &call) {
+    if (const int status = ReadMidiSettings(call); status != ExitDone) {
+        return status;
+    }
+    const auto synth = ReadSynth(call, SynthOfSettings());
+    if (!synth) {
+        return ExitWrongCall;
+    }
+    return WithMidi(call, [&] {
+        if (!*synth) {
+            return FindEveryInstrument();
+        }
+        if (!FindInstrument(**synth)) {
+            return TellNoDevice(**synth);
+        }
+        PutInstrument(**synth);
+        return static_cast<int>(ExitDone);
+    });
+}
+
+int CliUpload(const CliCall &call) {
+    const char *path = call.words[0];
+    MidiFile file;
+    if (const int status = ReadMidiFile(call, path, file); status != ExitDone) {
+        return status;
+    }
+    if (file.format->kind != VoiceFileKind::Bank) {
+        return TellWrongCall(path, "a single voice; upload-voice sends it");
+    }
+    if (!(file.synth->flags & DriverFlagUpload)) {
+        return TellWrongCall(path, FormatText("the %s takes single voices only; upload-voice "
+                                              "sends one",
+                                              file.synth->name));
+    }
+    UseTerminalDesktop(call);
+    if (!OpenVoices(path, *file.format)) {
+        return ExitFailed;
+    }
+    return WithInstrument(call, *file.synth, [&] {
+        return UploadCurrent(nullptr, MainList) ? ExitDone : TellTransferFailed(*file.synth);
+    });
+}
+
+int CliUploadVoice(const CliCall &call) {
+    const char *path = call.words[0];
+    const auto place = ReadPlace(call.words[1]);
+    if (!place) {
+        return TellWrongCall(call.words[1], NotAPlace);
+    }
+    MidiFile file;
+    if (const int status = ReadMidiFile(call, path, file); status != ExitDone) {
+        return status;
+    }
+    UseTerminalDesktop(call);
+    const VoiceObject *voice = OpenVoiceAt(path, *file.format, *place);
+    if (!voice) {
+        return ExitFailed;
+    }
+    return WithInstrument(call, *file.synth, [&] {
+        return UploadOneVoice(nullptr, MainList, voice, file.synth->id, MidiInPort, MidiOutPort,
+                              *place - 1, 0)
+                   ? ExitDone
+                   : TellTransferFailed(*file.synth);
+    });
+}
+
+int CliDownload(const CliCall &call) {
+    const char *out = call.words[0];
+    MidiFile file;
+    if (const int status = ReadMidiFile(call, out, file); status != ExitDone) {
+        return status;
+    }
+    if (!(file.synth->flags & DriverFlagDownload)) {
+        return TellWrongCall(out,
+                             FormatText("the %s does not give its voices back", file.synth->name));
+    }
+    if (file.format->kind != VoiceFileKind::Bank) {
+        return TellWrongCall(out, FormatText("the extension of the file to write must be \"%s\"",
+                                             file.synth->bankExtension));
+    }
+    UseTerminalDesktop(call);
+    const int status = WithInstrument(call, *file.synth, [&] {
+        return DownloadCurrent(nullptr, MainList) ? ExitDone : TellTransferFailed(*file.synth);
+    });
+    if (status != ExitDone) {
+        return status;
+    }
+    const std::string missing = PlacesNotReceived();
+    if (!missing.empty() &&
+        AskYesNo(nullptr, "The instrument did not send all of these voices: " + missing +
+                              ".\n\nDo you wish to save the others anyway?") != ResultYes) {
+        return TellFailure(out, "not written, as answered");
+    }
+    return SaveBankDocument(out);
+}
+
+int CliPlay(const CliCall &call) {
+    const char *path = call.words[0];
+    const auto place = ReadPlace(call.words[1]);
+    if (!place) {
+        return TellWrongCall(call.words[1], NotAPlace);
+    }
+    std::vector<int> notes;
+    for (const char *word : call.words.subspan(2)) {
+        const auto note = ReadNote(word);
+        if (!note) {
+            return TellWrongCall(word, "not a note: 0 to 127, or C-2 to G8, is (C3 is 60)");
+        }
+        notes.push_back(*note);
+    }
+    MidiFile file;
+    if (const int status = ReadMidiFile(call, path, file); status != ExitDone) {
+        return status;
+    }
+    UseTerminalDesktop(call);
+    const VoiceObject *voice = OpenVoiceAt(path, *file.format, *place);
+    if (!voice) {
+        return ExitFailed;
+    }
+    return WithInstrument(call, *file.synth, [&] { return PlayNotes(*file.synth, *voice, notes); });
+}
+
+} // namespace tonewright

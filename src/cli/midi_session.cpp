@@ -1,0 +1,261 @@
+// Finds the instrument of a command, and opens and closes the MIDI table around the command's work.
+#include "cli/midi_session.h"
+
+#include "cli/interruption.h"
+#include "cli/text_output.h"
+#include "cli/user_settings.h"
+#include "common/file_bytes.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "midi/instruments/builtin_instruments.h"
+#include "midi/midi_start.h"
+#include "midi/tracing_api.h"
+#include "midi/transport.h"
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tonewright {
+namespace {
+
+constexpr int ClockResolution = 1; // milliseconds
+
+bool WriteFailed = false; // a message could not be sent
+
+std::string Quoted(const std::string &name) {
+    return '"' + FieldText(name) + '"';
+}
+
+// ---- which instrument
+
+std::string NamesOfSynths() {
+    std::string names;
+    for (const SynthDriver *synth : SynthDrivers) {
+        names += (names.empty() ? "" : "; ") + std::string(synth->name);
+    }
+    return names;
+}
+
+// ---- which ports
+
+// True when the family's ports are found without their names.
+bool IsDetected(const SynthDriver &synth) {
+    return SelectKeyboardAutodetect != 0 && (synth.flags & DriverFlagAutodetect) != 0;
+}
+
+// False for an option that was given an empty name, which every port would match.
+bool TakeName(const CliCall &call, CliOption option, std::string &name) {
+    if (call[option]) {
+        name = CutText(call[option], SettingTextLimit);
+        SelectKeyboardAutodetect = 0;
+    }
+    return !call[option] || !name.empty();
+}
+
+// What was missing of the ports that were looked for by name.
+std::string MissingPorts() {
+    std::string missing;
+    if (MidiInPort == NoMidiDevice) {
+        missing = "no MIDI input named " + Quoted(SelectKeyboardMidiIn);
+    }
+    if (MidiOutPort == NoMidiDevice) {
+        missing += (missing.empty() ? "" : " and ") + std::string("no MIDI output named ") +
+                   Quoted(SelectKeyboardMidiOut);
+    }
+    return missing;
+}
+
+// ---- the built-in instruments
+
+// What they held after the call before this one; of a file that is not there yet, the state of the
+// factory.
+int LoadMemory(const char *path) {
+    if (!BuiltinInstrumentsWanted()) {
+        return TellFailure(path, "no device: the built-in instruments, whose memory it keeps, are "
+                                 "there with TONEWRIGHT_INSTRUMENTS=1");
+    }
+    errno = 0;
+    if (!ReadFileBytes(path, 1)) {
+        return errno == ENOENT
+                   ? ExitDone
+                   : TellFailure(path, std::string("not readable: ") + std::strerror(errno));
+    }
+    return LoadInstrumentMemory(path) ? ExitDone : TellFailure(path, NotAnInstrumentMemory);
+}
+
+int SaveMemory(const char *path) {
+    errno = 0;
+    if (SaveInstrumentMemory(path)) {
+        return ExitDone;
+    }
+    return TellFailure(path, std::string("could not be written") +
+                                 (errno != 0 ? std::string(": ") + std::strerror(errno) : ""));
+}
+
+// ---- the table
+
+void TakeTraceLine(const std::string &line, bool isShown) {
+    WriteFailed = WriteFailed || line.ends_with("\tfailed");
+    if (isShown) {
+        Put(StandardError, line);
+        Put(StandardError, '\n');
+        Flush(StandardError);
+    }
+}
+
+// One clock for the whole call, so that the times of a trace go on from one operation to the next;
+// and nobody is waited for any more once the program is to end. What stops the clock.
+std::function<int()> UseSessionMidi(bool isTraced) {
+    UseMidi();
+    TheMidi = MakeTracingApi(
+        TheMidi, [isTraced](const std::string &line) { TakeTraceLine(line, isTraced); });
+    TheMidi.Pt_Start(ClockResolution);
+    TheMidi.Pt_Start = [](int) { return MidiSuccess; };
+    const auto stop = std::exchange(TheMidi.Pt_Stop, [] { return MidiSuccess; });
+    TheMidi.Pm_Poll = [poll = TheMidi.Pm_Poll](MidiStream stream) {
+        if (InterruptionWaits()) {
+            SysexWait = 0;
+        }
+        return poll(stream);
+    };
+    return stop;
+}
+
+} // namespace
+
+const char *const MidiHelp =
+    "The ports are those of --in and --out, or else of the settings SelectKeyboardMidiIn and\n"
+    "SelectKeyboardMidiOut; a part of a name will do, the last port that matches is taken, and a\n"
+    "name that is missing is that of the other one. A reface DX is detected without names, unless\n"
+    "--in or --out is given or the setting SelectKeyboardAutodetect is 0. Without --synth the\n"
+    "instrument is that of the file. TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in\n"
+    "instruments.\n";
+
+int ReadMidiSettings(const CliCall &call) {
+    const std::uint32_t backups = CreateBackups; // as with every other command
+    ReadUserSettings();
+    CreateBackups = backups;
+    if (!TakeName(call, CliOption::In, SelectKeyboardMidiIn)) {
+        return TellWrongCall("--in", "needs the name of a port");
+    }
+    if (!TakeName(call, CliOption::Out, SelectKeyboardMidiOut)) {
+        return TellWrongCall("--out", "needs the name of a port");
+    }
+    if (SelectKeyboardMidiIn.empty()) {
+        SelectKeyboardMidiIn = SelectKeyboardMidiOut;
+    } else if (SelectKeyboardMidiOut.empty()) {
+        SelectKeyboardMidiOut = SelectKeyboardMidiIn;
+    }
+    if (const char *text = call[CliOption::Channel]) {
+        const auto channel = ReadMidiChannel(text);
+        if (!channel) {
+            return TellWrongCall(text, "not a MIDI channel: a number from 1 to 16 is");
+        }
+        CurrentMidiChannel = static_cast<std::uint32_t>(*channel);
+    }
+    return ExitDone;
+}
+
+std::optional<const SynthDriver *> ReadSynth(const CliCall &call, const SynthDriver *preset) {
+    const char *name = call[CliOption::Synth];
+    if (!name) {
+        return preset;
+    }
+    std::vector<const SynthDriver *> meant;
+    for (const SynthDriver *synth : SynthDrivers) {
+        if (EqualNoCase(synth->name, name)) {
+            return synth;
+        }
+        if (*name && NameContains(synth->name, name)) {
+            meant.push_back(synth);
+        }
+    }
+    if (meant.size() == 1) {
+        return meant.front();
+    }
+    TellError(name, std::string(meant.empty() ? "no such instrument" : "more than one instrument") +
+                        "; there are: " + NamesOfSynths());
+    return std::nullopt;
+}
+
+const SynthDriver *SynthOfSettings() {
+    return DriverOfId(DriverIdAt(DriverIndexOfName(SelectKeyboardName.c_str())));
+}
+
+int WithMidi(const CliCall &call, const std::function<int()> &work) {
+    if (const char *path = call[CliOption::Memory]) {
+        if (const int status = LoadMemory(path); status != ExitDone) {
+            return status;
+        }
+    }
+    PostponeInterruption();
+    const auto stopClock = UseSessionMidi(call[CliOption::Trace] != nullptr);
+    int status = work();
+    stopClock();
+    EndMidi();
+    if (WriteFailed) {
+        status = TellFailure("", "not every message could be sent to the instrument");
+    }
+    if (InterruptionWaits()) {
+        status = TellFailure("", "stopped");
+        Flush(StandardError);
+    }
+    AllowInterruption();
+    return status;
+}
+
+int WithInstrument(const CliCall &call, const SynthDriver &synth,
+                   const std::function<int()> &work) {
+    return WithMidi(call, [&] {
+        if (!FindInstrument(synth)) {
+            return TellNoDevice(synth);
+        }
+        const int status = work();
+        const char *memory = call[CliOption::Memory];
+        const int saved = memory ? SaveMemory(memory) : ExitDone;
+        return status != ExitDone ? status : saved;
+    });
+}
+
+bool FindInstrument(const SynthDriver &synth) {
+    // An empty name would be found in every port.
+    if (!IsDetected(synth) && SelectKeyboardMidiIn.empty()) {
+        return false;
+    }
+    CurrentDriverId = synth.id;
+    FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
+                     SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str());
+    return CurrentDriverId == synth.id;
+}
+
+int TellNoDevice(const SynthDriver &synth) {
+    const bool portsFound = MidiInPort != NoMidiDevice && MidiOutPort != NoMidiDevice;
+    if (IsDetected(synth)) {
+        return TellFailure(synth.name, portsFound
+                                           ? "no device: there are ports of its name, and no answer"
+                                           : "no device: there are no MIDI ports of its name");
+    }
+    if (SelectKeyboardMidiIn.empty()) {
+        return TellFailure(synth.name,
+                           "no device: name its MIDI ports by --in and --out, or in the settings "
+                           "SelectKeyboardMidiIn and SelectKeyboardMidiOut");
+    }
+    return TellFailure(synth.name, "no device: " + MissingPorts());
+}
+
+int TellTransferFailed(const SynthDriver &synth) {
+    MidiLink link;
+    const bool opens = MidiLinkOpen(link, true, MidiInPort, MidiOutPort) != 0;
+    if (opens) {
+        MidiLinkClose(link);
+    }
+    return TellFailure(synth.name, opens ? "did not answer as this instrument does"
+                                         : "the MIDI ports could not be opened");
+}
+
+} // namespace tonewright

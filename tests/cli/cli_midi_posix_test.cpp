@@ -1,0 +1,137 @@
+// The commands for instruments on a POSIX system: an end in the middle of a note or a transfer,
+// output that nobody takes, a memory that cannot be written.
+#include "midi_home.h"
+
+#include "support/posix_limits.h"
+
+#include <sys/stat.h>
+
+namespace tonewright {
+namespace {
+
+class CliMidiOnPosix : public CliMidi {
+protected:
+    // `script` in a shell in which $cli is the program.
+    static ProgramResult Shell(const std::string &script) {
+        return RunProgram({"/bin/sh", "-c", "cli='" TONEWRIGHT_CLI "'; " + script});
+    }
+    // The program with these words, which gets a signal after so many seconds. The output is its
+    // exit status as a shell counts it; the errors are its own.
+    ProgramResult CliWithSignal(const std::string &words, const char *seconds,
+                                const char *signal) const {
+        const std::string errors = folder.File("errors.txt");
+        ProgramResult result = Shell("\"$cli\" " + words + " 2>" + Quoted(errors) + " & sleep " +
+                                     seconds + "; kill -" + signal + " $!; wait $!; echo $?");
+        result.errors = ReadTestText(errors);
+        return result;
+    }
+    static std::string Quoted(const std::string &path) { return "'" + path + "'"; }
+};
+
+TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfANoteEndsTheNoteFirst) {
+    const auto result = CliWithSignal(
+        "play " + Quoted(Bank()) + " 1 60 62 64 65 67 69 --out dx7 --trace", "1", "TERM");
+    EXPECT_EQ(result.output, "143\n"); // 128 and the signal: ended by it, in the end
+    const std::string end = "tonewright-cli: stopped\n";
+    ASSERT_TRUE(result.errors.ends_with(end)) << result.errors;
+    const auto messages = MessagesOf(result.errors.substr(0, result.errors.size() - end.size()));
+    ASSERT_GE(messages.size(), 5u);
+    const std::string off = messages[messages.size() - 5];
+    EXPECT_TRUE(off.starts_with("out\t80 ")) << off;
+    EXPECT_EQ(std::ranges::count(messages, "out\t90" + off.substr(6)), 1);
+    EXPECT_EQ(
+        std::vector<std::string>(messages.end() - 4, messages.end()),
+        (std::vector<std::string>{"out\t80 7F 64", "out\tB0 78 00", "out\tC0 1F", "out\tC0 00"}));
+    EXPECT_EQ(std::ranges::count(messages, "out\t90 45 64"), 0); // the last note was not reached
+}
+
+TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfADownloadLeavesTheInstrumentAsItWas) {
+    const std::string out = folder.File("out.srx");
+    const auto result =
+        CliWithSignal("download " + Quoted(out) + " --memory " + Quoted(Memory()), "1", "HUP");
+    EXPECT_EQ(result.output, "129\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: stopped\n");
+    EXPECT_FALSE(folder.Holds("out.srx"));
+    EXPECT_EQ(Part(ReadTestFile(Memory()), RefaceSystemOffset, 15),
+              (Bytes{0, 16, 0, 4, 0, 0, 1, 64, 0, 0x78, 32, 0, 1, 1, 1}));
+}
+
+TEST_F(CliMidiOnPosix, ASignalThatWasSwitchedOffBeforehandStaysOff) {
+    // A shell starts a command behind "&" with SIGINT switched off.
+    const auto result =
+        CliWithSignal("play " + Quoted(Bank()) + " 1 60 62 --out dx7", "0.6", "INT");
+    EXPECT_EQ(result.output, "0\n");
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(CliMidiOnPosix, ATraceThatNobodyReadsDoesNotEndTheTransfer) {
+    const auto result =
+        Shell("\"$cli\" play " + Quoted(Bank()) + " 3 60 --out dx7 --memory " + Quoted(Memory()) +
+              " --trace 2>&1 | head -n 1 >/dev/null; cat " + Quoted(Memory()) + " | wc -c");
+    EXPECT_EQ(std::stoul(result.output), InstrumentFileSize) << result.errors;
+}
+
+TEST_F(CliMidiOnPosix, AClosedOrFullOutputIsAFailureWhereSomethingIsPrinted) {
+    auto result = Shell("\"$cli\" ports >&-");
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: standard output: Bad file descriptor\n");
+    result = Shell("\"$cli\" find >/dev/full");
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: standard output: No space left on device\n");
+}
+
+TEST_F(CliMidiOnPosix, AClosedOutputIsNoMatterWhereNothingIsPrinted) {
+    const std::string bank = Bank(), back = folder.File("back.syx");
+    const auto result =
+        Shell("\"$cli\" upload " + Quoted(bank) + " --out dx7 --memory " + Quoted(Memory()) +
+              " >&- && \"$cli\" memory " + Quoted(Memory()) + " dx7 " + Quoted(back) + " >&-");
+    EXPECT_EQ(result.exitStatus, 0) << result.errors;
+    EXPECT_EQ(ReadTestFile(bank), TestBank());
+    EXPECT_EQ(ReadTestFile(back), TestBank());
+}
+
+TEST_F(CliMidiOnPosix, AMemoryInAReadOnlyFolderIsToldOf) {
+    const std::string bank = Bank();
+    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
+    ASSERT_EQ(chmod(bank.c_str(), 0644), 0);
+    RunUnprivileged([&] {
+        const auto result =
+            RunProgram({TONEWRIGHT_CLI, "upload", bank, "--out", "dx7", "--memory", Memory()});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.errors,
+                  "tonewright-cli: " + Memory() + ": could not be written: Permission denied\n");
+    });
+    EXPECT_FALSE(folder.Holds("studio"));
+}
+
+TEST_F(CliMidiOnPosix, AMemoryThatMayNotBeReadIsToldOfAndStays) {
+    const std::string bank = Bank();
+    ExpectDone({"upload", bank, "--out", "dx7", "--memory", Memory()});
+    const Bytes studio = ReadTestFile(Memory());
+    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
+    ASSERT_EQ(chmod(bank.c_str(), 0644), 0);
+    ASSERT_EQ(chmod(Memory().c_str(), 0200), 0);
+    RunUnprivileged([&] {
+        const auto result = RunProgram(
+            {TONEWRIGHT_CLI, "upload", bank, "--out", "volca", "--memory", Memory(), "--trace"});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.errors,
+                  "tonewright-cli: " + Memory() + ": not readable: Permission denied\n");
+    });
+    EXPECT_EQ(ReadTestFile(Memory()), studio);
+}
+
+TEST_F(CliMidiOnPosix, ADownloadThatCannotBeWrittenWholeIsDeleted) {
+    const std::string out = folder.File("out.srx");
+    ProgramResult result;
+    {
+        const FileSizeLimit limit(2000);
+        result = RunProgram({TONEWRIGHT_CLI, "download", out});
+    }
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + out + ": could not be written: File too large\n");
+    EXPECT_FALSE(folder.Holds("out.srx"));
+}
+
+} // namespace
+} // namespace tonewright

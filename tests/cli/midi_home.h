@@ -1,0 +1,127 @@
+// The command-line program with the built-in instruments, on a home of its own.
+#pragma once
+
+#include "support/bank_bytes.h"
+#include "support/reface_bytes.h"
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace tonewright {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr const char *Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
+constexpr const char *RefaceName = "Yamaha reface DX";
+
+// Where the parts of the file stand in which the instruments keep their memory: eight bytes of
+// name, then for each instrument program, channel, Omni, memory, edit buffer and settings.
+constexpr std::size_t Dx7StateOffset = 8;
+constexpr std::size_t Dx7MemoryOffset = Dx7StateOffset + 3;
+constexpr std::size_t Dx7EditOffset = Dx7MemoryOffset + 4096;
+constexpr std::size_t VolcaStateOffset = Dx7EditOffset + 155;
+constexpr std::size_t RefaceStateOffset = VolcaStateOffset + 3 + 4096 + 155;
+constexpr std::size_t RefaceMemoryOffset = RefaceStateOffset + 3;
+constexpr std::size_t RefaceEditOffset = RefaceMemoryOffset + 32 * 150;
+constexpr std::size_t RefaceSystemOffset = RefaceEditOffset + 150;
+constexpr std::size_t InstrumentFileSize = RefaceSystemOffset + 32 + 4;
+
+inline Bytes Part(const Bytes &bytes, std::size_t offset, std::size_t size) {
+    const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(offset);
+    return {begin, begin + static_cast<std::ptrdiff_t>(size)};
+}
+
+// One line of a trace without its time.
+struct TraceLine {
+    long time = -1;
+    std::string message; // "out" or "in", a tab, the bytes
+};
+
+// The lines of a trace; one that does not begin with a time and a tab fails the test.
+inline std::vector<TraceLine> TraceOf(const std::string &errors) {
+    std::vector<TraceLine> lines;
+    std::istringstream stream(errors);
+    for (std::string line; std::getline(stream, line);) {
+        const auto tab = line.find('\t');
+        const bool isTimed =
+            tab != std::string::npos && tab > 0 && line.find_first_not_of("0123456789") == tab;
+        EXPECT_TRUE(isTimed) << line;
+        if (isTimed) {
+            lines.push_back({std::stol(line.substr(0, tab)), line.substr(tab + 1)});
+        }
+    }
+    return lines;
+}
+
+inline std::vector<std::string> MessagesOf(const std::string &errors) {
+    std::vector<std::string> messages;
+    for (const TraceLine &line : TraceOf(errors)) {
+        messages.push_back(line.message);
+    }
+    return messages;
+}
+
+// "F0 43 00", the bytes as a trace shows them.
+inline std::string HexOf(const Bytes &bytes) {
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        char digits[4];
+        std::snprintf(digits, sizeof digits, "%02X", byte);
+        text += (text.empty() ? "" : " ") + std::string(digits);
+    }
+    return text;
+}
+
+class CliMidi : public testing::Test {
+protected:
+    void SetUp() override {
+        setenv("HOME", folder.path.c_str(), 1);
+        setenv("XDG_CONFIG_HOME", folder.File(".config").c_str(), 1);
+        setenv("TONEWRIGHT_INSTRUMENTS", "1", 1);
+    }
+
+    static ProgramResult Cli(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
+        return RunProgram(arguments);
+    }
+    // A call that succeeds and says nothing.
+    static void ExpectDone(std::vector<std::string> arguments) {
+        const auto result = Cli(std::move(arguments));
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "");
+    }
+    static void ExpectOutput(std::vector<std::string> arguments, const std::string &output) {
+        const auto result = Cli(std::move(arguments));
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.output, output);
+        EXPECT_EQ(result.errors, "");
+    }
+    // A call that fails, prints nothing and explains itself so.
+    static void ExpectFailure(std::vector<std::string> arguments, const std::string &reason,
+                              int status = 1) {
+        const auto result = Cli(std::move(arguments));
+        EXPECT_EQ(result.exitStatus, status) << reason;
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
+    }
+    void WriteSettings(const std::string &text) const {
+        std::filesystem::create_directories(folder.path / ".config/Quillbrook");
+        WriteTestText(folder.File(".config/Quillbrook/Tonewright 17.ini"), text);
+    }
+    std::string Bank() const { return folder.Write("bank.syx", TestBank()); }
+    std::string RefaceBank() const { return folder.Write("bank.srx", TestRefaceBank()); }
+    std::string Memory() const { return folder.File("studio"); }
+
+    TempFolder folder;
+};
+
+} // namespace tonewright
