@@ -58,7 +58,6 @@ void PutInstrument(const SynthDriver &synth) {
 int FindEveryInstrument() {
     bool isAnyFound = false;
     for (const SynthDriver *synth : SynthDrivers) {
-        SynthFirmware = 0;
         if (FindInstrument(*synth)) {
             PutInstrument(*synth);
             isAnyFound = true;

@@ -115,7 +115,6 @@ std::function<int()> UseSessionMidi(bool isTraced) {
     TheMidi = MakeTracingApi(
         TheMidi, [isTraced](const std::string &line) { TakeTraceLine(line, isTraced); });
     TheMidi.Pt_Start(ClockResolution);
-    TheMidi.Pt_Start = [](int) { return MidiSuccess; };
     const auto stop = std::exchange(TheMidi.Pt_Stop, [] { return MidiSuccess; });
     TheMidi.Pm_Poll = [poll = TheMidi.Pm_Poll](MidiStream stream) {
         if (InterruptionWaits()) {

@@ -47,11 +47,21 @@ TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfANoteEndsTheNoteFirst) {
 
 TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfADownloadLeavesTheInstrumentAsItWas) {
     const std::string out = folder.File("out.srx");
-    const auto result =
-        CliWithSignal("download " + Quoted(out) + " --memory " + Quoted(Memory()), "1", "HUP");
+    const auto result = CliWithSignal(
+        "download " + Quoted(out) + " --trace --memory " + Quoted(Memory()), "1", "HUP");
     EXPECT_EQ(result.output, "129\n");
-    EXPECT_EQ(result.errors, "tonewright-cli: stopped\n");
     EXPECT_FALSE(folder.Holds("out.srx"));
+    const std::string end = "tonewright-cli: stopped\n";
+    ASSERT_TRUE(result.errors.ends_with(end)) << result.errors;
+    const auto messages = MessagesOf(result.errors.substr(0, result.errors.size() - end.size()));
+    const auto voices = std::ranges::count_if(messages, [](const std::string &message) {
+        return message.starts_with("in\tF0 43 00 7F 1C 00 2A 05 30 00 00 ");
+    });
+    EXPECT_GT(voices, 0);
+    EXPECT_LT(voices, 32); // the rest was not waited for
+    // Speaker off for the transfer, and on again at its end.
+    EXPECT_EQ(std::ranges::count(messages, "out\tF0 43 10 7F 1C 05 00 00 0D 00 F7"), 1);
+    EXPECT_EQ(std::ranges::count(messages, "out\tF0 43 10 7F 1C 05 00 00 0D 01 F7"), 1);
     EXPECT_EQ(Part(ReadTestFile(Memory()), RefaceSystemOffset, 15),
               (Bytes{0, 16, 0, 4, 0, 0, 1, 64, 0, 0x78, 32, 0, 1, 1, 1}));
 }

@@ -407,9 +407,6 @@ TEST_F(CliPlay, SendsTheVoiceAndPlaysOneNoteAfterTheOther) {
     EXPECT_EQ(MessagesOf(result.errors), expected);
     const auto lines = TraceOf(result.errors);
     ASSERT_EQ(lines.size(), expected.size());
-    for (std::size_t at = 1; at < lines.size(); ++at) {
-        EXPECT_GE(lines[at].time, lines[at - 1].time) << at;
-    }
     for (const std::size_t noteOn : {5u, 7u, 9u, 11u}) { // half a second each
         EXPECT_GE(lines[noteOn + 1].time - lines[noteOn].time, 490) << noteOn;
     }

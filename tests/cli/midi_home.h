@@ -45,7 +45,8 @@ struct TraceLine {
     std::string message; // "out" or "in", a tab, the bytes
 };
 
-// The lines of a trace; one that does not begin with a time and a tab fails the test.
+// The lines of a trace; one that does not begin with a time and a tab, or with a time before that
+// of the line above it, fails the test.
 inline std::vector<TraceLine> TraceOf(const std::string &errors) {
     std::vector<TraceLine> lines;
     std::istringstream stream(errors);
@@ -55,7 +56,9 @@ inline std::vector<TraceLine> TraceOf(const std::string &errors) {
             tab != std::string::npos && tab > 0 && line.find_first_not_of("0123456789") == tab;
         EXPECT_TRUE(isTimed) << line;
         if (isTimed) {
-            lines.push_back({std::stol(line.substr(0, tab)), line.substr(tab + 1)});
+            const long time = std::stol(line.substr(0, tab));
+            EXPECT_GE(time, lines.empty() ? 0 : lines.back().time) << line;
+            lines.push_back({time, line.substr(tab + 1)});
         }
     }
     return lines;
