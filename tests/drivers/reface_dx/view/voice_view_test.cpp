@@ -2,6 +2,7 @@
 #include "drivers/reface_dx/view/voice_view.h"
 
 #include "common/view/fonts.h"
+#include "core/dispatch.h"
 #include "drivers/reface_dx/view/algorithm_view.h"
 #include "support/reface_bytes.h"
 
@@ -467,19 +468,79 @@ TEST(RefaceVoiceItem, AnAlgorithmOf12OrMoreShowsOnlyTheEmptyPaper) {
     EXPECT_TRUE(IsAll(image, QRect(280, 4, ItemWidth - 304, 40), White));
 }
 
-// A block shorter than it says, one without a whole common block, one with a wrong magic.
+// The block of a voice with numbers of its header replaced: 4 payload offset, 8 payload size, 12
+// extra size, 16 driver.
+VoiceObject WithNumbers(const std::vector<std::pair<std::size_t, std::uint32_t>> &numbers) {
+    VoiceObject voice{TestRefaceBlock(0)};
+    for (const auto &[offset, number] : numbers) {
+        PutTestNumber(voice.bytes, offset, number);
+    }
+    return voice;
+}
+
+// A block shorter than it says, one without a whole common block, one with a wrong magic; sizes of
+// which no block has as much.
 std::vector<VoiceObject> BrokenVoices() {
+    constexpr std::uint32_t huge = 0xFFFFFFFF;
     VoiceObject cut{TestRefaceBlock(0)}, small = cut, magic = cut;
     cut.bytes.resize(100);
     small.bytes[8] = 37;
     magic.bytes[0] ^= 1;
-    return {cut, small, magic, VoiceObject{}, VoiceObject{{1, 2, 3}}};
+    return {cut,
+            small,
+            magic,
+            VoiceObject{},
+            VoiceObject{{1, 2, 3}},
+            WithNumbers({{4, huge}}),
+            WithNumbers({{8, huge}}),
+            WithNumbers({{12, huge}}),
+            WithNumbers({{4, huge}, {8, huge}, {12, huge}}),
+            WithNumbers({{4, huge - 37}, {8, 38}, {12, 202}}), // 202 again, in 32 bits
+            WithNumbers({{4, 0}, {8, 0}, {12, 0}})};
 }
 
 TEST(RefaceVoiceItem, ABlockThatHoldsLessThanAVoicePaintsNothing) {
     for (const VoiceObject &voice : BrokenVoices()) {
         EXPECT_TRUE(IsAll(PaintItem(voice, 0, false, Black, Untouched), QRect(0, 0, ItemWidth, 48),
                           Untouched));
+    }
+}
+
+TEST(RefaceVoiceItem, ABlockWithoutItsOperatorsPaintsNameAndPicture) {
+    const QImage whole = PaintItem(VoiceObject{TestRefaceBlock(0)}, 3, false);
+    for (const std::uint32_t extraSize : {0u, 70u, 111u}) {
+        EXPECT_EQ(PaintItem(WithNumbers({{12, extraSize}}), 3, false), whole) << extraSize;
+    }
+}
+
+TEST(RefaceVoiceItem, TheVoiceIsTakenFromWhereItsHeaderSays) {
+    const VoiceObject voice = MakeVoice("MOVED", 7);
+    VoiceObject moved = voice;
+    moved.bytes.insert(moved.bytes.begin() + 52, 30, std::uint8_t{'x'});
+    moved.bytes[4] = 82;
+    EXPECT_EQ(PaintItem(moved, 3, false), PaintItem(voice, 3, false));
+}
+
+TEST(RefaceVoiceItem, AnItemOfTheListIsPaintedByTheFamilyThatItsBlockNames) {
+    const auto paint = [](const VoiceObject &voice) {
+        QImage image = EmptyImage(ItemWidth, 48, Untouched);
+        QPainter painter(&image);
+        const DrawItem item = {.painter = &painter,
+                               .rectangle = {0, 0, ItemWidth, 48},
+                               .itemIndex = 3,
+                               .selected = false};
+        EXPECT_EQ(DrawVoiceObject(item, voice, ListFonts()), 0);
+        return image;
+    };
+    const VoiceObject voice{TestRefaceBlock(0)};
+    EXPECT_EQ(paint(voice), PaintItem(voice, 3, false, Black, Untouched));
+    // The other family finds no voice of its own in it.
+    for (const DriverId family : {Dx7DriverId, MakeDriverId("none")}) {
+        EXPECT_TRUE(
+            IsAll(paint(WithNumbers({{16, family}})), QRect(0, 0, ItemWidth, 48), Untouched));
+    }
+    for (const VoiceObject &broken : BrokenVoices()) {
+        EXPECT_TRUE(IsAll(paint(broken), QRect(0, 0, ItemWidth, 48), Untouched));
     }
 }
 
