@@ -87,7 +87,7 @@ bool BuiltinClockRuns();
 
 // Keeps the memory of all instruments in a file between runs of the command-line program. False
 // when the file cannot be read as such (then memory, edit buffers and settings are those of the
-// factory) or written.
+// factory) or written (the former file then stays).
 bool LoadInstrumentMemory(const char *path);
 bool SaveInstrumentMemory(const char *path);
 
