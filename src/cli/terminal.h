@@ -5,5 +5,7 @@ namespace tonewright {
 
 // True when standard input is a terminal, so that somebody can answer a question.
 bool StandardInputIsTerminal();
+// True when standard error is a terminal, so that somebody can watch.
+bool StandardErrorIsTerminal();
 
 } // namespace tonewright

@@ -1,4 +1,5 @@
-// Messages on standard error, questions answered by --yes and --no or on the terminal.
+// Messages on standard error, questions answered by --yes and --no or on the terminal. While a
+// transfer runs, a line on the terminal tells how far it is.
 #include "cli/terminal_desktop.h"
 
 #include "cli/terminal.h"
@@ -6,6 +7,8 @@
 #include "common/desktop.h"
 
 #include <cstdio>
+#include <optional>
+#include <string>
 
 namespace tonewright {
 namespace {
@@ -55,6 +58,40 @@ bool Ask() {
     return yes;
 }
 
+// What the line on the terminal shows during a transfer; nothing while none runs.
+std::optional<std::string> StatusLine;
+
+// Writes over what the line has shown so far.
+void ShowStatusLine(const std::string &text) {
+    const std::size_t former = StatusLine ? StatusLine->size() : 0;
+    Put(StandardError, '\r');
+    Put(StandardError, text);
+    if (text.size() < former) {
+        Put(StandardError, std::string(former - text.size(), ' '));
+        Put(StandardError, '\r');
+        Put(StandardError, text);
+    }
+    Flush(StandardError);
+    StatusLine = text;
+}
+
+bool ShowTerminalBusyBox(QWidget *, const std::string &text) {
+    ShowStatusLine(text);
+    return true;
+}
+
+bool SetTerminalStatusText(QWidget *, const std::string &text) {
+    if (StatusLine) {
+        ShowStatusLine(text);
+    }
+    return true;
+}
+
+void CloseTerminalBusyBox() {
+    ShowStatusLine("");
+    StatusLine.reset();
+}
+
 void RunTerminalMessage(MessageRequest &request) {
     Flush(StandardOutput);
     for (const char character : request.text) {
@@ -84,6 +121,12 @@ void UseTerminalDesktop(const CliCall &call) {
         AnswersComeFrom = Answers::FromTerminal;
     }
     TheDesktop.RunMessage = RunTerminalMessage;
+    // A trace says it all, and has its own lines.
+    if (StandardErrorIsTerminal() && !call[CliOption::Trace]) {
+        TheDesktop.ShowBusyBox = ShowTerminalBusyBox;
+        TheDesktop.SetStatusText = SetTerminalStatusText;
+        TheDesktop.CloseBusyBox = CloseTerminalBusyBox;
+    }
 }
 
 bool SomethingWasRefused() {

@@ -11,4 +11,8 @@ bool StandardInputIsTerminal() {
     return _isatty(_fileno(stdin)) != 0;
 }
 
+bool StandardErrorIsTerminal() {
+    return _isatty(_fileno(stderr)) != 0;
+}
+
 } // namespace tonewright

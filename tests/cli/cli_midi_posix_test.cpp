@@ -15,13 +15,16 @@ protected:
     static ProgramResult Shell(const std::string &script) {
         return RunProgram({"/bin/sh", "-c", "cli='" TONEWRIGHT_CLI "'; " + script});
     }
-    // The program with these words, which gets a signal after so many seconds. The output is its
-    // exit status as a shell counts it; the errors are its own.
-    ProgramResult CliWithSignal(const std::string &words, const char *seconds,
+    // The program with these words, which gets a signal once `text`, as grep knows it, stands in
+    // its errors, or after half a minute. The output is its exit status as a shell counts it; the
+    // errors are its own.
+    ProgramResult CliWithSignal(const std::string &words, const std::string &text,
                                 const char *signal) const {
         const std::string errors = folder.File("errors.txt");
-        ProgramResult result = Shell("\"$cli\" " + words + " 2>" + Quoted(errors) + " & sleep " +
-                                     seconds + "; kill -" + signal + " $!; wait $!; echo $?");
+        ProgramResult result =
+            Shell("\"$cli\" " + words + " 2>" + Quoted(errors) +
+                  " & n=0; until [ $n = 600 ] || grep -q " + Quoted(text) + " " + Quoted(errors) +
+                  "; do sleep 0.05; n=$((n + 1)); done; kill -" + signal + " $!; wait $!; echo $?");
         result.errors = ReadTestText(errors);
         return result;
     }
@@ -30,7 +33,7 @@ protected:
 
 TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfANoteEndsTheNoteFirst) {
     const auto result = CliWithSignal(
-        "play " + Quoted(Bank()) + " 1 60 62 64 65 67 69 --out dx7 --trace", "1", "TERM");
+        "play " + Quoted(Bank()) + " 1 60 62 64 65 67 69 --out dx7 --trace", "out.90 ", "TERM");
     EXPECT_EQ(result.output, "143\n"); // 128 and the signal: ended by it, in the end
     const std::string end = "tonewright-cli: stopped\n";
     ASSERT_TRUE(result.errors.ends_with(end)) << result.errors;
@@ -48,7 +51,7 @@ TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfANoteEndsTheNoteFirst) {
 TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfADownloadLeavesTheInstrumentAsItWas) {
     const std::string out = folder.File("out.srx");
     const auto result = CliWithSignal(
-        "download " + Quoted(out) + " --trace --memory " + Quoted(Memory()), "1", "HUP");
+        "download " + Quoted(out) + " --trace --memory " + Quoted(Memory()), "00 2A 05 30", "HUP");
     EXPECT_EQ(result.output, "129\n");
     EXPECT_FALSE(folder.Holds("out.srx"));
     const std::string end = "tonewright-cli: stopped\n";
@@ -69,9 +72,21 @@ TEST_F(CliMidiOnPosix, AnEndInTheMiddleOfADownloadLeavesTheInstrumentAsItWas) {
 TEST_F(CliMidiOnPosix, ASignalThatWasSwitchedOffBeforehandStaysOff) {
     // A shell starts a command behind "&" with SIGINT switched off.
     const auto result =
-        CliWithSignal("play " + Quoted(Bank()) + " 1 60 62 --out dx7", "0.6", "INT");
+        CliWithSignal("play " + Quoted(Bank()) + " 1 60 62 --out dx7 --trace", "out.90 ", "INT");
     EXPECT_EQ(result.output, "0\n");
-    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.errors.find("stopped"), std::string::npos);
+    EXPECT_NE(result.errors.find("out\t90 3E "), std::string::npos); // the second note
+}
+
+TEST_F(CliMidiOnPosix, OnATerminalADownloadTellsHowFarItIsAndLeavesAnEmptyLine) {
+    const std::string out = folder.File("out.srx");
+    const auto result =
+        Shell("export cli; script -qec '\"$cli\" download \"" + out + "\"' /dev/null </dev/null");
+    EXPECT_NE(result.output.find("\rDownloading voices"), std::string::npos) << result.output;
+    EXPECT_NE(result.output.find("\rDownloading voice 1 of 32 ("), std::string::npos);
+    EXPECT_NE(result.output.find("\rDownloading voice 32 of 32 ("), std::string::npos);
+    EXPECT_TRUE(result.output.ends_with("\r")) << result.output;
+    EXPECT_TRUE(folder.Holds("out.srx"));
 }
 
 TEST_F(CliMidiOnPosix, ATraceThatNobodyReadsDoesNotEndTheTransfer) {
