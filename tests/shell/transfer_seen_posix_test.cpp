@@ -2,6 +2,7 @@
 // looked at from another process. The program is halted in the middle of the transfer, so that
 // there is all the time in the world to look and to press keys that must do nothing.
 #include "midi/instruments/builtin_instruments.h"
+#include "support/bank_bytes.h"
 #include "support/reface_bytes.h"
 #include "support/x_display.h"
 
@@ -25,7 +26,9 @@ constexpr std::uint32_t Black = 0;
 constexpr std::uint32_t White = 0xFFFFFF;
 constexpr int TextPixels = 100; // the least that a line of text has
 
-constexpr const char *BoxTitle = "^Downloading voices$";
+// Regular expressions of the box's title.
+constexpr const char *DownloadBox = "^Downloading voices$";
+constexpr const char *UploadBox = "^Uploading voices$";
 constexpr auto TransferTime = 20s; // three seconds when nobody else needs the machine
 
 bool IsDark(std::uint32_t colour) {
@@ -44,13 +47,26 @@ protected:
     // The pointer is painted too; the window manager puts it in the middle when it starts.
     bool MovePointerAway() { return display.Tool({"mousemove", "1279", "1023"}).has_value(); }
 
-    // The program with the built-in reface DX. It waits for it as long as it takes.
-    void StartProgram(Strings settings, const Strings &arguments) {
-        for (const char *setting : {"SelectKeyboardName = Yamaha reface DX",
-                                    "SelectKeyboardAutodetect = 1", "SysexWait = 60000"}) {
-            settings.push_back(setting);
-        }
+    // The program with the built-in instruments. It waits for an answer as long as it takes.
+    void StartProgram(const std::string &synth, Strings settings, const Strings &arguments) {
+        settings.push_back("SelectKeyboardName = " + synth);
+        settings.push_back("SysexWait = 60000");
         program.Start(arguments, settings, {"TONEWRIGHT_INSTRUMENTS=1"});
+    }
+    // Waits until the window stands with its document, and keeps how it looks with nothing to do.
+    void AwaitDocument(const std::string &name) {
+        ASSERT_TRUE(program.Stands(name));
+        ASSERT_TRUE(Becomes([&] { return FindPanes(); }, 10s));
+        ASSERT_TRUE(Becomes([&] { return RowsShown() >= 12; }, 10s));
+        face = display.Screen(meterPane).At(0, 0);
+        ASSERT_EQ(FilledColumns(), 0);
+        idleText = TextShown();
+        ASSERT_GT(CountOther(idleText, face), TextPixels);
+    }
+    // A click inside of the window.
+    void Click(int x, int y) const {
+        EXPECT_TRUE(display.Tool({"mousemove", std::to_string(inside.x + x),
+                                  std::to_string(inside.y + y), "click", "1"}));
     }
 
     // Finds the window and its panes by the black line of the window's width above the status bar.
@@ -131,8 +147,8 @@ protected:
 
     // The box in the middle of the screen: a border, the colour of the bars, a line of text in the
     // middle.
-    void ExpectBox() const {
-        const std::string box = display.FindWindow(BoxTitle);
+    void ExpectBox(const char *title) const {
+        const std::string box = display.FindWindow(title);
         ASSERT_FALSE(box.empty());
         const auto size = display.SizeOf(box);
         ASSERT_TRUE(size);
@@ -191,7 +207,7 @@ protected:
             TransferTime));
         EXPECT_GE(growths, 3);
         EXPECT_GE(otherTexts, 3);
-        EXPECT_TRUE(Becomes([&] { return display.FindWindow(BoxTitle).empty(); }, 5s));
+        EXPECT_TRUE(Becomes([&] { return display.FindWindow(DownloadBox).empty(); }, 5s));
     }
 
     // The part of the list where the names stand.
@@ -249,14 +265,8 @@ Bytes VoicesOf(const Bytes &bank) {
 TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileIsDropped) {
     const std::string bank = program.home.Write("bank.srx", TestRefaceBank());
     const Bytes instrument = MemoryOf(BuiltinInstrument::RefaceDx);
-    StartProgram({}, {bank});
-    ASSERT_TRUE(program.Stands("bank.srx"));
-    ASSERT_TRUE(Becomes([&] { return FindPanes(); }, 10s));
-    ASSERT_TRUE(Becomes([&] { return RowsShown() >= 12; }, 10s));
-    face = display.Screen(meterPane).At(0, 0);
-    ASSERT_EQ(FilledColumns(), 0);
-    idleText = TextShown();
-    ASSERT_GT(CountOther(idleText, face), TextPixels);
+    StartProgram("Yamaha reface DX", {"SelectKeyboardAutodetect = 1"}, {bank});
+    ASSERT_NO_FATAL_FAILURE(AwaitDocument("bank.srx"));
     const ScreenPicture rowsBefore = display.Screen(NamesPlace());
 
     // The menu "Edit", entry "Download current voices"; tried again should the menu not be open
@@ -271,7 +281,7 @@ TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileI
     };
     ASSERT_TRUE(download());
     ASSERT_TRUE(HaltInTransfer());
-    ASSERT_NO_FATAL_FAILURE(ExpectBox());
+    ASSERT_NO_FATAL_FAILURE(ExpectBox(DownloadBox));
     EXPECT_TRUE(MeterIsPartlyFull());
     EXPECT_GT(CountOther(TextShown(), face), TextPixels);
     EXPECT_NE(TextShown(), idleText);
@@ -331,16 +341,40 @@ TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileI
 }
 
 TEST_F(SeenTransfer, TheDownloadOfAStartIsSeenInAWindowThatIsPaintedAlready) {
-    StartProgram({"DownloadOnOpen = 1"}, {});
+    StartProgram("Yamaha reface DX", {"SelectKeyboardAutodetect = 1", "DownloadOnOpen = 1"}, {});
     ASSERT_TRUE(program.Stands("Untitled.Twl"));
     ASSERT_TRUE(Becomes([&] { return FindPanes(); }, 10s));
     face = display.Screen(ScreenPlace{textPane.x, textPane.y, 1, 1}).At(0, 0);
     ASSERT_TRUE(HaltInTransfer());
-    ASSERT_NO_FATAL_FAILURE(ExpectBox());
+    ASSERT_NO_FATAL_FAILURE(ExpectBox(DownloadBox));
     EXPECT_GT(CountOther(TextShown(), face), TextPixels);
     program.process->GoOn();
     EXPECT_TRUE(Becomes([&] { return RowsShown() >= 12; }, TransferTime));
     EXPECT_EQ(FilledColumns(), 0);
+}
+
+TEST_F(SeenTransfer, AnUploadIsSeenAsLongAsTheBankIsOnItsWay) {
+    constexpr int uploadTool = 136; // its middle, from the left
+    constexpr int toolBar = 50;     // its middle, from above
+    const std::string bank = program.home.Write("bank.syx", TestBank());
+    StartProgram("Yamaha DX7, TX7, Korg Volca FM",
+                 {"SelectKeyboardMidiIn = DX7", "SelectKeyboardMidiOut = DX7"}, {bank});
+    ASSERT_NO_FATAL_FAILURE(AwaitDocument("bank.syx"));
+    const ScreenPicture rows = RowsAtRest();
+    Click(uploadTool, toolBar);
+    ASSERT_TRUE(HaltInTransfer());
+    MovePointerAway();
+    ASSERT_NO_FATAL_FAILURE(ExpectBox(UploadBox));
+    EXPECT_TRUE(MeterIsPartlyFull());
+    EXPECT_GT(CountOther(TextShown(), face), TextPixels);
+    EXPECT_NE(TextShown(), idleText);
+    Click(100, 400);
+    MovePointerAway();
+    program.process->GoOn();
+    EXPECT_TRUE(
+        Becomes([&] { return FilledColumns() == 0 && TextShown() == idleText; }, TransferTime));
+    EXPECT_TRUE(Becomes([&] { return display.FindWindow(UploadBox).empty(); }, 5s));
+    EXPECT_TRUE(Becomes([&] { return display.Screen(NamesPlace()) == rows; }, 10s));
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <deque>
 #include <map>
+#include <thread>
 
 namespace tonewright {
 
@@ -28,6 +29,7 @@ constexpr std::int64_t MicrosecondsPerMillisecond = 1000;
 // of a MIDI line, 31,250 bits a second with ten bits a byte. All its voices take three seconds.
 constexpr std::int64_t AnswerBegins = 16 * MicrosecondsPerMillisecond;
 constexpr std::int64_t MicrosecondsPerByte = 320;
+constexpr std::size_t ShortMessageSize = 3;
 
 constexpr std::int32_t DefaultInputBuffer = 256; // events
 
@@ -200,8 +202,16 @@ void SendAnswers(std::size_t instrument, std::vector<Answer> answers) {
     }
 }
 
-// Hands what is written to the instrument behind an output, through `read`.
-template <typename Read> int Write(MidiStream handle, Read read) {
+// On the wall clock a write lasts as long as its bytes need on the line.
+void WaitUntilSent(const Studio &studio, std::size_t bytes) {
+    if (!studio.simulatedClock) {
+        std::this_thread::sleep_for(
+            std::chrono::microseconds(static_cast<std::int64_t>(bytes) * MicrosecondsPerByte));
+    }
+}
+
+// Hands `bytes` that are written to the instrument behind an output, through `read`.
+template <typename Read> int Write(MidiStream handle, std::size_t bytes, Read read) {
     OpenStream *stream = StreamOf(handle, false);
     if (!stream) {
         return NoSuchStream;
@@ -210,6 +220,7 @@ template <typename Read> int Write(MidiStream handle, Read read) {
     if (stream->writes++ == TheStudio().faults[number].failWrite) {
         return HostFailure;
     }
+    WaitUntilSent(TheStudio(), bytes);
     Instrument &instrument = TheStudio().instruments[number];
     read(instrument.reader, [&](std::span<const std::uint8_t> message) {
         std::vector<Answer> answers;
@@ -225,13 +236,13 @@ int WriteSysExBytes(MidiStream stream, std::span<const std::uint8_t> message) {
         return StreamOf(stream, false) ? BadData : NoSuchStream;
     }
     const auto whole = message.first(static_cast<std::size_t>(end - message.begin()) + 1);
-    return Write(stream, [&](MessageReader &reader, const TakeMessage &take) {
+    return Write(stream, whole.size(), [&](MessageReader &reader, const TakeMessage &take) {
         ReadBytes(reader, whole, take);
     });
 }
 
 int WriteWord(MidiStream stream, std::uint32_t word) {
-    return Write(stream, [&](MessageReader &reader, const TakeMessage &take) {
+    return Write(stream, ShortMessageSize, [&](MessageReader &reader, const TakeMessage &take) {
         ReadWord(reader, word, take);
     });
 }

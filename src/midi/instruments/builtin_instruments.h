@@ -50,8 +50,9 @@ struct InstrumentFaults {
 };
 
 // Simulated clock: answers are there at once, Pm_Poll answers for the present millisecond and then
-// moves Pt_Time on by one, and nothing else moves it. Wall clock: an answer begins 16 ms after the
-// request and flows at the speed of a MIDI line, so that all voices take about three seconds.
+// moves Pt_Time on by one, and nothing else moves it. Wall clock: bytes take the time of a MIDI line
+// in both directions, a write returns when its last byte is out, and an answer begins 16 ms after
+// the request; so all voices of a reface DX take about three seconds, and a bank for a DX7 one.
 struct InstrumentsOptions {
     bool simulatedClock = true;
 };

@@ -6,6 +6,7 @@
 namespace tonewright {
 namespace {
 
+constexpr auto Dx7 = BuiltinInstrument::Dx7;
 constexpr auto Reface = BuiltinInstrument::RefaceDx;
 
 TEST(BuiltinPorts, AreAnInputAndAnOutputOfOneNameForEachInstrument) {
@@ -163,6 +164,28 @@ TEST(WallClock, AVoiceComesAtThePaceOfARealOne) {
     // 241 bytes at 320 microseconds behind 16 ms; then nothing for a second.
     EXPECT_GE(elapsed(), std::chrono::milliseconds(16 + 77 + 1000));
     EXPECT_LT(elapsed(), std::chrono::seconds(5));
+}
+
+TEST(WallClock, AWriteLastsAsLongAsItsBytesNeed) {
+    Cable cable(Dx7, false);
+    const auto start = std::chrono::steady_clock::now();
+    const auto elapsed = [&] { return std::chrono::steady_clock::now() - start; };
+    Bytes message(500, 0x00); // 160 ms
+    message.front() = 0xF0;
+    message.back() = 0xF7;
+    EXPECT_EQ(cable.Send(message), 0);
+    EXPECT_GE(elapsed(), std::chrono::milliseconds(160));
+    EXPECT_LT(elapsed(), std::chrono::seconds(5));
+}
+
+TEST(SimulatedClock, AWriteTakesNoTime) {
+    Cable cable(Dx7);
+    const auto start = std::chrono::steady_clock::now();
+    Bytes message(100'000, 0x00); // 32 seconds on a line
+    message.front() = 0xF0;
+    message.back() = 0xF7;
+    EXPECT_EQ(cable.Send(message), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST(WallClock, TimeGoesOnByItself) {
