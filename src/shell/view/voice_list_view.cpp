@@ -145,7 +145,7 @@ void VoiceListView::paintEvent(QPaintEvent *event) {
                                            rectangle.left() + rectangle.width(),
                                            rectangle.top() + rectangle.height()},
                              .itemIndex = row,
-                             .selected = row == MainList.selection},
+                             .selected = selected},
                             *voice, MainItemFonts);
         }
         painter.restore();

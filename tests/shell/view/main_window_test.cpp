@@ -381,6 +381,13 @@ TEST_F(MainWindowTest, ADisabledListIsGreyOnWhite) {
         }
     }
     EXPECT_TRUE(greyFound);
+    // The picture of the algorithm stands on white as well.
+    const QColor highlight = window->palette().color(QPalette::Active, QPalette::Highlight);
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            ASSERT_NE(image.pixelColor(x, y), highlight) << x << ' ' << y;
+        }
+    }
     ListEnable(MainList, true);
 }
 
