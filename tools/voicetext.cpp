@@ -22,6 +22,7 @@
 #include "common/file_bytes.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/voice_codec.h"
+#include "midi/sysex.h"
 
 #include <algorithm>
 #include <array>
@@ -340,7 +341,7 @@ std::vector<std::uint8_t> BuildBank(const std::vector<VoiceBytes> &voices) {
         image.insert(image.end(), packed.begin(), packed.end());
     }
     image.push_back(SysexChecksum(std::span(image).subspan(Dx7FileHeaderSize)));
-    image.push_back(0xF7);
+    image.push_back(EndOfSysex);
     return image;
 }
 
@@ -348,7 +349,7 @@ std::vector<std::uint8_t> BuildVoice(const VoiceBytes &voice) {
     std::vector<std::uint8_t> image = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
     image.insert(image.end(), voice.begin(), voice.end());
     image.push_back(SysexChecksum(voice));
-    image.push_back(0xF7);
+    image.push_back(EndOfSysex);
     return image;
 }
 

@@ -5,6 +5,7 @@
 #include "midi/portmidi_api.h"
 
 #include "midi/quiet_library.h"
+#include "midi/sysex.h"
 
 #include <portmidi.h>
 #include <porttime.h>
@@ -19,9 +20,6 @@ namespace {
 static_assert(pmNoError == MidiSuccess && ptNoError == MidiSuccess);
 static_assert(sizeof(PmMessage) == sizeof(MidiEvent::message));
 static_assert(sizeof(PmTimestamp) == sizeof(MidiEvent::timestamp));
-
-constexpr std::uint8_t StartOfSysex = 0xF0;
-constexpr std::uint8_t EndOfSysex = 0xF7;
 
 struct Stream {
     PortMidiStream *stream = nullptr; // nullptr: closed, the place is free

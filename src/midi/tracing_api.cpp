@@ -2,6 +2,8 @@
 // events of four bytes.
 #include "midi/tracing_api.h"
 
+#include "midi/sysex.h"
+
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -13,8 +15,6 @@ namespace tonewright {
 namespace {
 
 constexpr std::uint8_t FirstStatus = 0x80;
-constexpr std::uint8_t StartOfSysex = 0xF0;
-constexpr std::uint8_t EndOfSysex = 0xF7;
 constexpr std::uint8_t FirstRealTime = 0xF8;
 constexpr int BytesOfEvent = 4;
 constexpr std::size_t MostGathered = 65536; // of a message that finds no end

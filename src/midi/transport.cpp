@@ -2,6 +2,7 @@
 #include "midi/transport.h"
 
 #include "common/settings.h"
+#include "midi/sysex.h"
 
 #include <algorithm>
 #include <string_view>
@@ -10,8 +11,6 @@ namespace tonewright {
 namespace {
 
 constexpr int ClockResolution = 1; // milliseconds
-constexpr std::uint8_t StartOfSysex = 0xF0;
-constexpr std::uint8_t EndOfSysex = 0xF7;
 constexpr std::int32_t AtOnce = 0;
 constexpr int BytesOfEvent = 4;
 

@@ -7,6 +7,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "midi/sysex.h"
 
 #include <algorithm>
 #include <array>
@@ -21,7 +22,6 @@ constexpr std::array<std::uint8_t, Dx7FileHeaderSize> BankHeader = {0xF0, 0x43, 
 constexpr std::array<std::uint8_t, Dx7FileHeaderSize> VoiceHeader = {0xF0, 0x43, 0x00,
                                                                      0x00, 0x01, 0x1B};
 constexpr std::size_t BankCountOffset = 4; // the header's bytes from here on are the byte count
-constexpr std::uint8_t EndOfSysex = 0xF7;
 constexpr std::size_t BankDataSize = Dx7VoicesPerBank * Dx7PackedVoiceSize;
 
 // Header, data, checksum, end byte.

@@ -8,6 +8,7 @@
 #include "core/dispatch.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/voice_codec.h"
+#include "midi/sysex.h"
 #include "midi/transport.h"
 
 #include <algorithm>
@@ -54,7 +55,7 @@ MakeVoiceDump(const std::optional<Dx7UnpackedConst> &voice) {
         std::ranges::copy(voice->first<DumpDataSize>(), data.begin());
     }
     dump[Dx7VoiceDumpSize - 2] = SysexChecksum(data);
-    dump[Dx7VoiceDumpSize - 1] = 0xF7;
+    dump[Dx7VoiceDumpSize - 1] = EndOfSysex;
     return dump;
 }
 

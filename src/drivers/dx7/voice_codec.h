@@ -77,7 +77,4 @@ const char *Dx7NameText(const std::uint8_t *tenBytes);
 // payload is too short.
 int Dx7VoiceName(std::string &name, const VoiceObject &voice);
 
-// Sum of the bytes, negated, low seven bits: the checksum of every bulk dump of this maker.
-std::uint8_t SysexChecksum(std::span<const std::uint8_t> bytes);
-
 } // namespace tonewright

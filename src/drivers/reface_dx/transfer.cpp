@@ -5,8 +5,8 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "drivers/dx7/voice_codec.h" // SysexChecksum, the same for all of the maker
 #include "drivers/reface_dx/voice_codec.h"
+#include "midi/sysex.h"
 
 #include <algorithm>
 #include <array>
@@ -69,7 +69,7 @@ using Buffer = std::array<std::uint8_t, SysexBufferSize>;
 Message MakeParameterChange(std::uint8_t address, std::span<const std::uint8_t> data) {
     Message message = {0xF0, 0x43, 0x10, 0x7F, 0x1C, Model, 0x00, 0x00, address};
     message.insert(message.end(), data.begin(), data.end());
-    message.push_back(0xF7);
+    message.push_back(EndOfSysex);
     return message;
 }
 
@@ -85,7 +85,7 @@ void SendBlock(const MidiLink &link, std::uint8_t high, std::uint8_t middle,
         Model, high, middle, 0x00};
     message.insert(message.end(), data.begin(), data.end());
     message.push_back(SysexChecksum(std::span(message).subspan(ModelPlace)));
-    message.push_back(0xF7);
+    message.push_back(EndOfSysex);
     WriteSysex(link.output, message);
 }
 
@@ -193,7 +193,7 @@ int ReadSystemCommon(const MidiLink &link, RefaceSystem destination) {
     if (!SysexReceive(link.input, message, &count)) {
         return 0;
     }
-    if (message[0] != 0xF0 || message[1] != 0x43 || message[CountHighPlace] != 0 ||
+    if (message[0] != StartOfSysex || message[1] != 0x43 || message[CountHighPlace] != 0 ||
         message[CountLowPlace] != SystemCount || message[ModelPlace] != Model) {
         return 0;
     }

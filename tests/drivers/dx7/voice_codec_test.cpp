@@ -1,4 +1,4 @@
-// The two byte forms of a DX7 voice, its name and the checksum.
+// The two byte forms of a DX7 voice and its name.
 #include "drivers/dx7/voice_codec.h"
 
 #include "support/bank_bytes.h"
@@ -271,18 +271,6 @@ TEST(Dx7VoiceName, OfABlockTooShortForItIsRefusedAndLeavesTheText) {
     cut.bytes.pop_back();
     EXPECT_EQ(Dx7VoiceName(name, cut), 0);
     EXPECT_EQ(name, "before");
-}
-
-TEST(SysexChecksum, BringsTheSumToAMultipleOf128) {
-    EXPECT_EQ(SysexChecksum({}), 0);
-    EXPECT_EQ(SysexChecksum(Bytes{1}), 0x7F);
-    EXPECT_EQ(SysexChecksum(Bytes{0x7F}), 1);
-    EXPECT_EQ(SysexChecksum(Bytes{0x40, 0x40}), 0);
-    EXPECT_EQ(SysexChecksum(Bytes{0x80}), 0);
-    EXPECT_EQ(SysexChecksum(Bytes{0xFF, 0xFF}), 2);
-    EXPECT_EQ(SysexChecksum(Bytes{1, 2, 3, 4, 5}), 0x71);
-    EXPECT_EQ(SysexChecksum(Bytes(4096, 0x7F)), 0);
-    EXPECT_EQ(SysexChecksum(Bytes(4095, 0x7F)), 0x7F);
 }
 
 } // namespace
