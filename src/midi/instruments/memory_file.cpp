@@ -12,6 +12,8 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <random>
+#include <string>
 #include <system_error>
 #include <zlib.h>
 
@@ -129,9 +131,12 @@ bool WriteMemoryFile(const char *path, std::span<Instrument> instruments) {
     // Beside the former file, which then gives way in one step.
     const fs::path target = replaces ? fs::canonical(named, error) : named;
     fs::path written = target;
-    written += ".new";
+    written += "." + std::to_string(std::random_device()()) + ".new";
     if (!WriteTo(reinterpret_cast<const char *>(written.u8string().c_str()), bytes)) {
         return false;
+    }
+    if (replaces) {
+        fs::permissions(written, fs::status(target, error).permissions(), error);
     }
     fs::rename(written, target, error);
     if (error) {

@@ -17,7 +17,7 @@ std::vector<std::uint8_t> EncodeMemory(std::span<Instrument> instruments);
 bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> instruments);
 
 // False when the file cannot be written; the former one is then as it was. On the way the bytes
-// stand in a file of the same name with ".new" behind it.
+// stand in a file beside it, whose name has a number and ".new" behind the name.
 bool WriteMemoryFile(const char *path, std::span<Instrument> instruments);
 // False when the file cannot be read, or as DecodeMemory.
 bool ReadMemoryFile(const char *path, std::span<Instrument> instruments);
