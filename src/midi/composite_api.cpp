@@ -15,6 +15,7 @@ constexpr std::size_t Second = 1;
 struct Composite {
     std::array<MidiApi, 2> apis;
     std::size_t clock = Second; // whose time is told
+    bool clockRuns = false;     // then the choice stands
 };
 
 struct DevicePlace {
@@ -53,11 +54,15 @@ MidiApi MakeCompositeApi(MidiApi first, MidiApi second) {
             [both](int resolution) {
                 const int ofFirst = both->apis[First].Pt_Start(resolution);
                 const int ofSecond = both->apis[Second].Pt_Start(resolution);
-                both->clock = ofSecond == MidiSuccess ? Second : First;
-                return ofSecond == MidiSuccess ? ofSecond : ofFirst;
+                if (!both->clockRuns) {
+                    both->clock = ofSecond == MidiSuccess ? Second : First;
+                    both->clockRuns = true;
+                }
+                return both->clock == Second ? ofSecond : ofFirst;
             },
         .Pt_Stop =
             [both] {
+                both->clockRuns = false;
                 const int ofFirst = both->apis[First].Pt_Stop();
                 const int ofSecond = both->apis[Second].Pt_Stop();
                 return both->clock == Second ? ofSecond : ofFirst;

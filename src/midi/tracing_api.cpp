@@ -61,10 +61,10 @@ Bytes BytesOfShort(std::uint32_t message) {
     return bytes;
 }
 
-void Show(const Tracer &tracer, const char *direction, std::span<const std::uint8_t> bytes,
-          int result = MidiSuccess) {
+void Show(const Tracer &tracer, std::int32_t time, const char *direction,
+          std::span<const std::uint8_t> bytes, int result = MidiSuccess) {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string line = std::to_string(tracer.inner.Pt_Time()) + '\t' + direction + '\t';
+    std::string line = std::to_string(time) + '\t' + direction + '\t';
     const char *separator = "";
     for (const std::uint8_t byte : bytes) {
         line += separator;
@@ -80,7 +80,7 @@ void Show(const Tracer &tracer, const char *direction, std::span<const std::uint
 
 void ShowIncoming(const Tracer &tracer, Bytes &bytes) {
     if (!bytes.empty()) {
-        Show(tracer, "in", bytes);
+        Show(tracer, tracer.inner.Pt_Time(), "in", bytes);
         bytes.clear();
     }
 }
@@ -91,13 +91,13 @@ void TakeEvent(Tracer &tracer, MidiStream stream, std::uint32_t message) {
     if (first == StartOfSysex || gathered.size() >= MostGathered) {
         ShowIncoming(tracer, gathered);
     } else if (first >= FirstStatus && first != EndOfSysex) {
-        Show(tracer, "in", BytesOfShort(message));
+        Show(tracer, tracer.inner.Pt_Time(), "in", BytesOfShort(message));
         return;
     }
     for (int position = 0; position < BytesOfEvent; ++position) {
         const std::uint8_t byte = ByteOf(message, position);
         if (byte >= FirstRealTime) {
-            Show(tracer, "in", std::span(&byte, 1));
+            Show(tracer, tracer.inner.Pt_Time(), "in", std::span(&byte, 1));
             continue;
         }
         gathered.push_back(byte);
@@ -123,18 +123,21 @@ MidiApi MakeTracingApi(MidiApi inner, std::function<void(const std::string &line
     MidiApi api = tracer->inner; // what carries no message is passed on as it is
     api.Pm_WriteSysEx = [tracer](MidiStream stream, std::int32_t when,
                                  std::span<const std::uint8_t> message) {
+        const std::int32_t time = tracer->inner.Pt_Time();
         const int result = tracer->inner.Pm_WriteSysEx(stream, when, message);
-        Show(*tracer, "out", ToItsEnd(message), result);
+        Show(*tracer, time, "out", ToItsEnd(message), result);
         return result;
     };
     api.Pm_WriteShort = [tracer](MidiStream stream, std::int32_t when, std::uint32_t message) {
+        const std::int32_t time = tracer->inner.Pt_Time();
         const int result = tracer->inner.Pm_WriteShort(stream, when, message);
-        Show(*tracer, "out", BytesOfShort(message), result);
+        Show(*tracer, time, "out", BytesOfShort(message), result);
         return result;
     };
     api.Pm_Write = [tracer](MidiStream stream, const MidiEvent &event) {
+        const std::int32_t time = tracer->inner.Pt_Time();
         const int result = tracer->inner.Pm_Write(stream, event);
-        Show(*tracer, "out", BytesOfShort(event.message), result);
+        Show(*tracer, time, "out", BytesOfShort(event.message), result);
         return result;
     };
     api.Pm_Read = [tracer](MidiStream stream, MidiEvent *event) {

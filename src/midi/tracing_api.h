@@ -9,8 +9,9 @@
 namespace tonewright {
 
 // Passes every call on to `inner` and hands each MIDI message to `out` as a line without its end:
-// the time in milliseconds, "out" or "in", and the bytes in hexadecimal with single blanks, the
-// three separated by tabs; "failed" as a fourth field marks a write that did not succeed.
+// the time in milliseconds (of a write, when it begins), "out" or "in", and the bytes in
+// hexadecimal with single blanks, the three separated by tabs; "failed" as a fourth field marks a
+// write that did not succeed.
 //
 //     17	out	F0 7E 00 06 01 F7
 //     21	in	90 3C 40

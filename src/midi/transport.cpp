@@ -26,8 +26,8 @@ std::int64_t DeadlineFrom(std::int32_t start) {
 
 // Polls until there is something to read; false at the deadline.
 bool AwaitEvent(MidiStream input) {
-    const std::int64_t deadline = DeadlineFrom(TheMidi.Pt_Time());
-    while (TheMidi.Pt_Time() < deadline) {
+    const std::int32_t start = TheMidi.Pt_Time();
+    while (TheMidi.Pt_Time() < DeadlineFrom(start)) {
         if (TheMidi.Pm_Poll(input) != 0) {
             return true;
         }
