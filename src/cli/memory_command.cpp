@@ -6,7 +6,6 @@
 #include "cli/midi_session.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
-#include "common/file_bytes.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
@@ -17,8 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
 
 namespace tonewright {
 namespace {
@@ -116,12 +113,8 @@ int CliMemory(const CliCall &call) {
                                              VoiceExtension(memory->driver)));
     }
     UseTerminalDesktop(call);
-    errno = 0;
-    if (!ReadFileBytes(path, 1)) {
-        return TellFailure(path, std::string("not readable: ") + std::strerror(errno));
-    }
-    if (!LoadInstrumentMemory(path)) {
-        return TellFailure(path, NotAnInstrumentMemory);
+    if (const int status = ReadInstrumentMemory(path); status != ExitDone) {
+        return status;
     }
     CurrentDriverId = memory->driver;
     if (format->kind == VoiceFileKind::SingleVoice) {

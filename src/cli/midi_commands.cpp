@@ -12,18 +12,21 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "drivers/reface_dx/voice_codec.h"
 #include "midi/audition.h"
 #include "midi/midi_start.h"
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
 
 namespace tonewright {
 namespace {
+
+namespace fs = std::filesystem;
 
 void PutText(std::string_view text) {
     Put(StandardOutput, '\t');
@@ -56,19 +59,27 @@ void PutInstrument(const SynthDriver &synth) {
 
 // One record for each of the families that is found; a failure when none is.
 int FindEveryInstrument() {
+    struct Search {
+        const SynthDriver *synth;
+        int midiIn, midiOut; // as far as they were found
+    };
+    std::vector<Search> inVain;
     bool isAnyFound = false;
     for (const SynthDriver *synth : SynthDrivers) {
         if (FindInstrument(*synth)) {
             PutInstrument(*synth);
             isAnyFound = true;
+        } else {
+            inVain.push_back({synth, MidiInPort, MidiOutPort});
         }
     }
     if (isAnyFound) {
         return ExitDone;
     }
-    for (const SynthDriver *synth : SynthDrivers) {
-        FindInstrument(*synth);
-        TellNoDevice(*synth);
+    for (const Search &search : inVain) {
+        MidiInPort = search.midiIn;
+        MidiOutPort = search.midiOut;
+        TellNoDevice(*search.synth);
     }
     return ExitFailed;
 }
@@ -93,7 +104,7 @@ int ReadMidiFile(const CliCall &call, const char *path, MidiFile &file) {
         return ExitWrongCall;
     }
     if (*synth != ofFile) {
-        return TellWrongCall(path, FormatText("its voices are for the %s, not for the %s",
+        return TellWrongCall(path, FormatText("such a file is for the %s, not for the %s",
                                               ofFile->name, (*synth)->name));
     }
     file.synth = ofFile;
@@ -144,12 +155,13 @@ void HoldNote() {
     }
 }
 
-// As the Audition box does it, with notes in the stead of its keys.
+// As the Audition box does it, with notes in the stead of its keys; but no program is selected,
+// which would recall the first voice of the instrument over the one that was sent.
 int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vector<int> &notes) {
     auto audition = PrepareAudition(nullptr, &voice, synth.id, MidiInPort, MidiOutPort, 0);
     AuditionVelocity();
     AuditionCurrentOctave = 0; // key 0 is note 0
-    const bool isOpen = OpenAudition(*audition, nullptr);
+    const bool isOpen = SendAudition(*audition, nullptr);
     for (const int note : notes) {
         if (!isOpen || InterruptionWaits()) {
             break;
@@ -158,32 +170,30 @@ int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vec
         HoldNote();
         ReleaseAuditionKey(*audition);
     }
-    EndAudition(*audition);
+    SilenceAudition(*audition);
     CloseAudition(*audition);
     return isOpen ? ExitDone : TellTransferFailed(synth);
 }
 
 // ---- download
 
-bool IsZero(std::span<const std::uint8_t> bytes) {
-    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
-}
-
-// A block that did not arrive is left with the zeros that it began with, which no voice has.
-bool CameWhole(const VoiceObject *voice) {
-    const auto parts = voice ? RefaceVoiceOf(*voice) : std::nullopt;
-    bool isWhole = parts && !IsZero(parts->common);
-    for (std::size_t n = 0; isWhole && n < RefaceOperatorCount; ++n) {
-        isWhole = !IsZero(parts->operators.subspan(n * RefaceOperatorSize, RefaceOperatorSize));
+// "srx", of every family whose voices can be downloaded.
+std::string ExtensionsOfDownloads() {
+    std::string extensions;
+    for (const SynthDriver *synth : SynthDrivers) {
+        if (synth->flags & DriverFlagDownload) {
+            extensions +=
+                (extensions.empty() ? "\"" : ", \"") + std::string(synth->bankExtension) + '"';
+        }
     }
-    return isWhole;
+    return extensions;
 }
 
 // The places (from 1) of voices that did not come whole.
-std::string PlacesNotReceived() {
+std::string PlacesNotReceived(const VoiceFileFormat &format) {
     std::string places;
     for (int row = 0; row < ListCount(MainList); ++row) {
-        if (!CameWhole(ListVoice(MainList, row))) {
+        if (!format.cameWhole(ListVoice(MainList, row))) {
             places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
         }
     }
@@ -278,6 +288,10 @@ int CliUploadVoice(const CliCall &call) {
 
 int CliDownload(const CliCall &call) {
     const char *out = call.words[0];
+    if (!FormatOfPath(out)) {
+        return TellWrongCall(out, FormatText("the extension of the file to write must be %s",
+                                             ExtensionsOfDownloads().c_str()));
+    }
     MidiFile file;
     if (const int status = ReadMidiFile(call, out, file); status != ExitDone) {
         return status;
@@ -290,20 +304,27 @@ int CliDownload(const CliCall &call) {
         return TellWrongCall(out, FormatText("the extension of the file to write must be \"%s\"",
                                              file.synth->bankExtension));
     }
+    std::error_code error;
+    if (!fs::is_directory(fs::path(AbsolutePath(out)).parent_path(), error)) {
+        return TellFailure(out, "could not be written: there is no such folder");
+    }
     UseTerminalDesktop(call);
-    const int status = WithInstrument(call, *file.synth, [&] {
-        return DownloadCurrent(nullptr, MainList) ? ExitDone : TellTransferFailed(*file.synth);
+    // The file is written before the memory of the instruments, whose failure costs no voices.
+    return WithInstrument(call, *file.synth, [&] {
+        if (!DownloadCurrent(nullptr, MainList)) {
+            return TellTransferFailed(*file.synth);
+        }
+        if (InterruptionWaits()) {
+            return static_cast<int>(ExitFailed);
+        }
+        const std::string missing = PlacesNotReceived(*file.format);
+        if (!missing.empty() &&
+            AskYesNo(nullptr, "The instrument did not send all of these voices: " + missing +
+                                  ".\n\nDo you wish to save the others anyway?") != ResultYes) {
+            return TellFailure(out, "not written, as answered");
+        }
+        return SaveBankDocument(out);
     });
-    if (status != ExitDone) {
-        return status;
-    }
-    const std::string missing = PlacesNotReceived();
-    if (!missing.empty() &&
-        AskYesNo(nullptr, "The instrument did not send all of these voices: " + missing +
-                              ".\n\nDo you wish to save the others anyway?") != ResultYes) {
-        return TellFailure(out, "not written, as answered");
-    }
-    return SaveBankDocument(out);
 }
 
 int CliPlay(const CliCall &call) {

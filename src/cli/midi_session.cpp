@@ -75,17 +75,16 @@ std::string MissingPorts() {
 // What they held after the call before this one; of a file that is not there yet, the state of the
 // factory.
 int LoadMemory(const char *path) {
+    if (!*path) {
+        return TellWrongCall("--memory", "needs the name of a file");
+    }
     if (!BuiltinInstrumentsWanted()) {
         return TellFailure(path, "no device: the built-in instruments, whose memory it keeps, are "
                                  "there with TONEWRIGHT_INSTRUMENTS=1");
     }
     errno = 0;
-    if (!ReadFileBytes(path, 1)) {
-        return errno == ENOENT
-                   ? ExitDone
-                   : TellFailure(path, std::string("not readable: ") + std::strerror(errno));
-    }
-    return LoadInstrumentMemory(path) ? ExitDone : TellFailure(path, NotAnInstrumentMemory);
+    const bool isNew = !ReadFileBytes(path, 1) && errno == ENOENT;
+    return isNew ? ExitDone : ReadInstrumentMemory(path);
 }
 
 int SaveMemory(const char *path) {
@@ -99,21 +98,32 @@ int SaveMemory(const char *path) {
 
 // ---- the table
 
-void TakeTraceLine(const std::string &line, bool isShown) {
-    WriteFailed = WriteFailed || line.ends_with("\tfailed");
-    if (isShown) {
-        Put(StandardError, line);
-        Put(StandardError, '\n');
-        Flush(StandardError);
-    }
+// Takes note of a write that fails.
+template <typename... Arguments>
+std::function<int(Arguments...)> Watched(std::function<int(Arguments...)> write) {
+    return [write = std::move(write)](Arguments... arguments) {
+        const int result = write(arguments...);
+        WriteFailed = WriteFailed || result != MidiSuccess;
+        return result;
+    };
+}
+
+void PutTraceLine(const std::string &line) {
+    Put(StandardError, line);
+    Put(StandardError, '\n');
+    Flush(StandardError);
 }
 
 // One clock for the whole call, so that the times of a trace go on from one operation to the next;
 // and nobody is waited for any more once the program is to end. What stops the clock.
 std::function<int()> UseSessionMidi(bool isTraced) {
     UseMidi();
-    TheMidi = MakeTracingApi(
-        TheMidi, [isTraced](const std::string &line) { TakeTraceLine(line, isTraced); });
+    TheMidi.Pm_WriteSysEx = Watched(TheMidi.Pm_WriteSysEx);
+    TheMidi.Pm_WriteShort = Watched(TheMidi.Pm_WriteShort);
+    TheMidi.Pm_Write = Watched(TheMidi.Pm_Write);
+    if (isTraced) {
+        TheMidi = MakeTracingApi(TheMidi, PutTraceLine);
+    }
     TheMidi.Pt_Start(ClockResolution);
     const auto stop = std::exchange(TheMidi.Pt_Stop, [] { return MidiSuccess; });
     TheMidi.Pm_Poll = [poll = TheMidi.Pm_Poll](MidiStream stream) {
@@ -132,8 +142,18 @@ const char *const MidiHelp =
     "SelectKeyboardMidiOut; a part of a name will do, the last port that matches is taken, and a\n"
     "name that is missing is that of the other one. A reface DX is detected without names, unless\n"
     "--in or --out is given or the setting SelectKeyboardAutodetect is 0. Without --synth the\n"
-    "instrument is that of the file. TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in\n"
-    "instruments.\n";
+    "instrument is that of the file; find looks for that of the settings, or else for every one.\n"
+    "TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in instruments.\n";
+
+int ReadInstrumentMemory(const char *path) {
+    errno = 0;
+    if (!ReadFileBytes(path, 1)) {
+        return TellFailure(path, std::string("not readable: ") + std::strerror(errno));
+    }
+    return LoadInstrumentMemory(path)
+               ? ExitDone
+               : TellFailure(path, "not a memory of the built-in instruments");
+}
 
 int ReadMidiSettings(const CliCall &call) {
     const std::uint32_t backups = CreateBackups; // as with every other command

@@ -36,11 +36,13 @@ int WithMidi(const CliCall &call, const std::function<int()> &work);
 // What the built-in instruments hold afterwards goes into the file of --memory.
 int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work);
 
-// Why a file of --memory was not read.
-constexpr const char *NotAnInstrumentMemory = "not a memory of the built-in instruments";
+// Reads a file of --memory into the built-in instruments. ExitDone, or ExitFailed after telling why
+// not.
+int ReadInstrumentMemory(const char *path);
 
-// Looks for the instrument: by the names of its ports, or, where its family can be detected and no
-// names were given, by its answer. Sets CurrentDriverId, MidiInPort, MidiOutPort, SynthFirmware.
+// Whether the instrument is there: looks for it by the names of its ports, or, where its family can
+// be detected and no names were given, by its answer. Sets CurrentDriverId, MidiInPort,
+// MidiOutPort, SynthFirmware.
 bool FindInstrument(const SynthDriver &synth);
 // After a search in vain: tells what was looked for. ExitFailed.
 int TellNoDevice(const SynthDriver &synth);

@@ -76,13 +76,13 @@ void ShowStatusLine(const std::string &text) {
 }
 
 bool ShowTerminalBusyBox(QWidget *, const std::string &text) {
-    ShowStatusLine(text);
+    ShowStatusLine(FieldText(text));
     return true;
 }
 
 bool SetTerminalStatusText(QWidget *, const std::string &text) {
     if (StatusLine) {
-        ShowStatusLine(text);
+        ShowStatusLine(FieldText(text));
     }
     return true;
 }

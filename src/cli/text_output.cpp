@@ -46,12 +46,15 @@ bool Flush(TextOutput &output) {
 }
 
 std::string FieldText(std::string_view text) {
-    std::string field(text);
-    for (char &character : field) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x20 || byte == 0x7F) {
-            character = Replacement;
-        }
+    std::string field;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        // U+0080 to U+009F are C2 80 to C2 9F.
+        const bool isTwoBytes = byte == 0xC2 && at + 1 < text.size() &&
+                                static_cast<unsigned char>(text[at + 1]) >= 0x80 &&
+                                static_cast<unsigned char>(text[at + 1]) <= 0x9F;
+        at += isTwoBytes;
+        field += isTwoBytes || byte < 0x20 || byte == 0x7F ? Replacement : text[at];
     }
     return field;
 }

@@ -24,7 +24,8 @@ void PutNumber(TextOutput &output, unsigned long long number);
 // Writes what waits. False when this or an earlier piece could not be written.
 bool Flush(TextOutput &output);
 
-// `text` (UTF-8) with each control character replaced by "?", so that it is one field of one line.
+// `text` (UTF-8) with each control character (0 to 31 and 127 to 159) replaced by "?", so that it
+// is one field of one line.
 std::string FieldText(std::string_view text);
 
 // The bytes of a voice's name, taken as Latin-1, as UTF-8 with each control character (0 to 31 and

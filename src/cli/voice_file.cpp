@@ -151,6 +151,20 @@ VoiceLine RefaceLine(std::span<const std::uint8_t> bytes, std::size_t index) {
     return {RefaceNameText(&(*common)[RefaceVoice::name]), (*common)[RefaceVoice::algorithm] + 1};
 }
 
+bool IsZero(std::span<const std::uint8_t> bytes) {
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
+}
+
+// A block that did not arrive is left with the zeros that it began with, which no voice has.
+bool RefaceCameWhole(const VoiceObject *voice) {
+    const auto parts = voice ? RefaceVoiceOf(*voice) : std::nullopt;
+    bool isWhole = parts && !IsZero(parts->common);
+    for (std::size_t n = 0; isWhole && n < RefaceOperatorCount; ++n) {
+        isWhole = !IsZero(parts->operators.subspan(n * RefaceOperatorSize, RefaceOperatorSize));
+    }
+    return isWhole;
+}
+
 bool RefaceCanBeSent(const VoiceObject *voice) {
     return voice && RefaceVoiceOf(*voice) && HeaderOf(*voice)->driverId == RefaceDxDriverId;
 }
@@ -167,6 +181,7 @@ constexpr VoiceFileFormat Formats[] = {
      .voice = Dx7BankLine,
      .canBeWritten = Dx7CanBeWritten,
      .canBeSent = Dx7CanBeSent,
+     .cameWhole = nullptr,
      .voicesWritten = Dx7VoicesPerBank},
     {.driver = Dx7DriverId,
      .kind = VoiceFileKind::SingleVoice,
@@ -177,6 +192,7 @@ constexpr VoiceFileFormat Formats[] = {
      .voice = Dx7VoiceFileLine,
      .canBeWritten = Dx7CanBeWritten,
      .canBeSent = Dx7CanBeSent,
+     .cameWhole = nullptr,
      .voicesWritten = 1},
     {.driver = RefaceDxDriverId,
      .kind = VoiceFileKind::Bank,
@@ -187,6 +203,7 @@ constexpr VoiceFileFormat Formats[] = {
      .voice = RefaceLine<RefaceFileKind::Bank>,
      .canBeWritten = RefaceVoiceCanBeWritten,
      .canBeSent = RefaceCanBeSent,
+     .cameWhole = RefaceCameWhole,
      .voicesWritten = RefaceVoicesPerBank},
     {.driver = RefaceDxDriverId,
      .kind = VoiceFileKind::SingleVoice,
@@ -197,6 +214,7 @@ constexpr VoiceFileFormat Formats[] = {
      .voice = RefaceLine<RefaceFileKind::SingleVoice>,
      .canBeWritten = RefaceVoiceCanBeWritten,
      .canBeSent = RefaceCanBeSent,
+     .cameWhole = RefaceCameWhole,
      .voicesWritten = 1},
 };
 

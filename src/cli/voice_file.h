@@ -45,6 +45,8 @@ struct VoiceFileFormat {
     bool (*canBeWritten)(const VoiceObject *voice);
     // Whether a row holds a voice that can be sent to the instrument.
     bool (*canBeSent)(const VoiceObject *voice);
+    // Whether a row of a download arrived whole; nullptr where nothing is downloaded.
+    bool (*cameWhole)(const VoiceObject *voice);
     int voicesWritten; // by each file
 };
 

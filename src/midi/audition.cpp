@@ -119,7 +119,7 @@ int SetAuditionVelocity(int position) {
     return AuditionVelocity();
 }
 
-bool OpenAudition(AuditionState &state, QWidget *window) {
+bool SendAudition(AuditionState &state, QWidget *window) {
     bool stays = true;
     VoiceList noList;
     if (!UploadOneVoice(window, state.list ? *state.list : noList, &state.voice, state.driverId,
@@ -134,6 +134,11 @@ bool OpenAudition(AuditionState &state, QWidget *window) {
         ShowMessage(window, "The MIDI output could not be opened.");
         stays = false;
     }
+    return stays;
+}
+
+bool OpenAudition(AuditionState &state, QWidget *window) {
+    const bool stays = SendAudition(state, window);
     SelectFirstProgram(state);
     return stays;
 }
@@ -155,9 +160,13 @@ void ReleaseAuditionKey(AuditionState &state) {
     state.sustainedNote = NoNote;
 }
 
-void EndAudition(AuditionState &state) {
+void SilenceAudition(AuditionState &state) {
     ReleaseAuditionKey(state);
     Write(state, ControlChange, AllSoundOff, 0);
+}
+
+void EndAudition(AuditionState &state) {
+    SilenceAudition(state);
     SelectFirstProgram(state);
 }
 

@@ -60,15 +60,19 @@ int AuditionVelocity();
 int SetAuditionOctave(int position);
 int SetAuditionVelocity(int position);
 
-// Uploads the voice, opens the output, and selects the last and the first program. A failure is
-// told by a message, after which the rest is done all the same. False when the box is to close
-// again.
+// Uploads the voice and opens the output. A failure is told by a message, after which the rest is
+// done all the same; false then.
+bool SendAudition(AuditionState &state, QWidget *window);
+// The same for the box, which then selects the last and the first program. False when the box is to
+// close again.
 bool OpenAudition(AuditionState &state, QWidget *window);
 // Plays the note of key `key`, 0 to 23 from the left; a negative number plays nothing.
 void PressAuditionKey(AuditionState &state, int key);
 // Ends the note of the last press.
 void ReleaseAuditionKey(AuditionState &state);
-// Ends the note, silences everything and selects the last and the first program.
+// Ends the note and silences everything.
+void SilenceAudition(AuditionState &state);
+// The same for the box, which then selects the last and the first program.
 void EndAudition(AuditionState &state);
 // Closes the output.
 void CloseAudition(AuditionState &state);
