@@ -21,7 +21,7 @@ using TestClock = std::chrono::steady_clock;
 // True as soon as `condition` holds; false when it does not before the time is over.
 bool Becomes(const std::function<bool()> &condition, TestClock::duration time);
 
-// A process that is ended with its owner, or by itself after two minutes.
+// A process that is ended with its owner, or by itself after five minutes.
 struct Process {
     pid_t id = -1;
     int status = 0;

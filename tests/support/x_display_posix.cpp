@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr unsigned LongestLife = 120; // seconds, of any process of a test
+constexpr unsigned LongestLife = 300; // seconds, of any process of a test
 
 // The server keeps its screen in a file of this name, as a window dump: numbers of four bytes, the
 // high byte first, then colours of twelve bytes each, then the pixels.
