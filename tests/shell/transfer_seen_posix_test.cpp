@@ -283,8 +283,11 @@ TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileI
     ASSERT_NO_FATAL_FAILURE(AwaitDocument("bank.srx"));
     const ScreenPicture rowsBefore = display.Screen(NamesPlace());
 
-    // The menu "Edit", entry "Download current voices".
-    const auto download = [&] { return program.Press({"Escape", "Escape", "alt+e", "d"}); };
+    // The menu "Edit", entry "Download current voices". Saved before, so that no question comes
+    // should another download have gone by.
+    const auto download = [&] {
+        return program.Press({"Escape", "Escape", "ctrl+s", "alt+e", "d"});
+    };
     ASSERT_TRUE(HaltInTransferOf(download));
     ASSERT_NO_FATAL_FAILURE(ExpectBox(DownloadBox));
     EXPECT_TRUE(MeterIsPartlyFull());
@@ -296,9 +299,9 @@ TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileI
     EXPECT_TRUE(program.Press({"ctrl+s"}));
     EXPECT_TRUE(Becomes([&] { return VoicesOf(ReadTestFile(bank)) == instrument; }, 10s));
     const ScreenPicture rows = RowsAtRest();
-    std::filesystem::remove(bank);
 
     ASSERT_TRUE(HaltInTransferOf(download));
+    std::filesystem::remove(bank);
     // A click into the list and one on the tool bar's first button, keys of the list and of
     // commands, one of which would open a dialog and one would write the file.
     const std::string column = std::to_string(inside.x + 100);
