@@ -2,6 +2,7 @@
 #include "core/synth_driver.h"
 #include "core/undo_level.h"
 #include "drivers/dx7/files.h"
+#include "drivers/dx7/find.h"
 #include "drivers/dx7/transfer.h"
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/files.h"

@@ -29,6 +29,7 @@ struct MidiDeviceInfo {
     bool output = false;
 };
 
+constexpr int MidiClockResolution = 1;            // milliseconds; for Pt_Start
 constexpr std::int32_t MidiInputBufferSize = 512; // events
 constexpr std::int32_t MidiOutputBufferSize = 0;
 // Of every output stream, in milliseconds; at 0 messages go out at once.

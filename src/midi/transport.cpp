@@ -10,7 +10,6 @@
 namespace tonewright {
 namespace {
 
-constexpr int ClockResolution = 1; // milliseconds
 constexpr std::int32_t AtOnce = 0;
 constexpr int BytesOfEvent = 4;
 
@@ -43,7 +42,7 @@ bool Contains(const char *name, const char *pattern) {
 
 int MidiLinkOpen(MidiLink &link, bool withInput, int inputDevice, int outputDevice) {
     link = {};
-    TheMidi.Pt_Start(ClockResolution);
+    TheMidi.Pt_Start(MidiClockResolution);
     if (withInput &&
         TheMidi.Pm_OpenInput(&link.input, inputDevice, MidiInputBufferSize) != MidiSuccess) {
         link.input = NoMidiStream;
@@ -129,7 +128,7 @@ bool FindPortsByName(const char *inPattern, const char *outPattern, int *midiIn,
 
 bool FindPortsInsideClock(const char *inPattern, const char *outPattern, int *midiIn,
                           int *midiOut) {
-    TheMidi.Pt_Start(ClockResolution);
+    TheMidi.Pt_Start(MidiClockResolution);
     const bool found = FindPortsByName(inPattern, outPattern, midiIn, midiOut);
     TheMidi.Pt_Stop();
     return found;

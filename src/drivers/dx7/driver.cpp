@@ -3,6 +3,7 @@
 
 #include "core/undo_level.h"
 #include "drivers/dx7/files.h"
+#include "drivers/dx7/find.h"
 #include "drivers/dx7/transfer.h"
 #include "drivers/dx7/view/voice_view.h"
 #include "drivers/dx7/voice_codec.h"

@@ -1,4 +1,4 @@
-// Uploads of banks and single voices, and the search for the ports.
+// Uploads of banks and single voices.
 #include "drivers/dx7/transfer.h"
 
 #include "common/desktop.h"
@@ -77,17 +77,6 @@ void ShowInstrument(QWidget *window) {
 }
 
 } // namespace
-
-int Dx7FindSynth(QWidget *, DriverId *driver, int *midiIn, int *midiOut, std::uint32_t *,
-                 const char *inPattern, const char *outPattern, bool) {
-    if (!FindPortsInsideClock(inPattern, outPattern, midiIn, midiOut)) {
-        return 0;
-    }
-    if (driver) {
-        *driver = Dx7DriverId;
-    }
-    return 1;
-}
 
 int Dx7UploadBank(QWidget *window, VoiceList &list, int, int midiOut) {
     MidiLink link;

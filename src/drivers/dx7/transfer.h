@@ -17,13 +17,8 @@ namespace tonewright {
 
 constexpr std::size_t Dx7VoiceDumpSize = 163;
 
-// Operations of the DX7 row; see core/synth_driver.h.
-
-// Looks for the ports by name only; `firmware` and `autodetect` are not used.
-int Dx7FindSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
-                 std::uint32_t *firmware, const char *inPattern, const char *outPattern,
-                 bool autodetect);
-// Both return 0 when the output does not open, else 1: whether the writes worked is not known.
+// Operations of the DX7 row; see core/synth_driver.h. Both return 0 when the output does not open,
+// else 1: whether the writes worked is not known.
 int Dx7UploadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut);
 int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
                    int midiOut, int index, std::uint8_t flags);

@@ -1,6 +1,7 @@
 // The identity exchange that recognises a reface DX.
 #include "drivers/reface_dx/find.h"
 
+#include "drivers/find_by_name.h"
 #include "midi/transport.h"
 
 #include <array>
@@ -86,15 +87,9 @@ int RefaceDxFindSynth(QWidget *, DriverId *driver, int *midiIn, int *midiOut,
                       std::uint32_t *firmware, const char *inPattern, const char *outPattern,
                       bool autodetect) {
     if (!autodetect) {
-        if (!FindPortsInsideClock(inPattern, outPattern, midiIn, midiOut)) {
-            return 0;
-        }
-        if (driver) {
-            *driver = RefaceDxDriverId;
-        }
-        return 1;
+        return FindSynthByName(RefaceDxDriverId, driver, midiIn, midiOut, inPattern, outPattern);
     }
-    TheMidi.Pt_Start(1);
+    TheMidi.Pt_Start(MidiClockResolution);
     for (const char *pattern : PortPatterns) {
         if (RunPass(pattern, driver, midiIn, midiOut, firmware) == Reply::Stopped) {
             return 1;
