@@ -83,10 +83,15 @@ struct SynthDriver {
     int (*DrawVoiceItem)(const DrawItem &item, const ItemFonts &fonts, const VoiceObject &voice,
                          int rowIndex);
     int (*MakeItemFonts)(ItemFonts &fonts);
+    // Transfers, by device index. 1 when the conversation took place, 0 when it could not begin: a
+    // port does not open, or the instrument does not answer where an answer is needed. What the
+    // instrument made of the bytes that were sent is not known. A download replaces the contents of
+    // the list, in which a voice that did not arrive stays as far as it came; when it could not
+    // begin, the list is as it was.
     int (*UploadBank)(QWidget *window, VoiceList &list, int midiIn, int midiOut);
     int (*DownloadBank)(QWidget *window, VoiceList &list, int midiIn, int midiOut);
-    // Sends `voice`, or the item at `index` when it is null. Bit 0 of `flags` asks for the
-    // driver's prompts around the transfer.
+    // Sends `voice`, or the item at `index` when it is null; the result is as above, also where
+    // there is no voice. Bit 0 of `flags` asks for the driver's prompts around the transfer.
     int (*UploadVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
                        int midiOut, int index, std::uint8_t flags);
     int (*reserved)();

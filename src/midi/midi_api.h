@@ -54,6 +54,9 @@ struct MidiApi {
     std::function<const MidiDeviceInfo *(int device)> Pm_GetDeviceInfo = [](int) {
         return nullptr;
     };
+    // Open the device of that index, which must be an input or an output respectively; `bufferSize`
+    // is in events, `latency` in milliseconds. On success *stream is open until it is passed to
+    // Pm_Close; on failure nothing is open, and *stream is NoMidiStream or what it was.
     std::function<int(MidiStream *stream, int device, std::int32_t bufferSize)> Pm_OpenInput =
         [](MidiStream *, int, std::int32_t) { return MidiFailure; };
     std::function<int(MidiStream *stream, int device, std::int32_t bufferSize,
@@ -61,10 +64,14 @@ struct MidiApi {
         Pm_OpenOutput = [](MidiStream *, int, std::int32_t, std::int32_t) { return MidiFailure; };
     std::function<int(MidiStream stream)> Pm_Close = [](MidiStream) { return MidiFailure; };
 
+    // Writing. `when` is a time of Pt_Time, in milliseconds; at latency 0 it has no effect, and
+    // what is written goes out at once.
+
     // `message` begins with F0 and ends at its first F7, which must be inside it.
     std::function<int(MidiStream stream, std::int32_t when, std::span<const std::uint8_t> message)>
         Pm_WriteSysEx =
             [](MidiStream, std::int32_t, std::span<const std::uint8_t>) { return MidiFailure; };
+    // `message`: status and data bytes as in MidiEvent.
     std::function<int(MidiStream stream, std::int32_t when, std::uint32_t message)> Pm_WriteShort =
         [](MidiStream, std::int32_t, std::uint32_t) { return MidiFailure; };
     std::function<int(MidiStream stream, const MidiEvent &event)> Pm_Write = // one event

@@ -42,11 +42,12 @@ bool FindPortsByName(const char *inPattern, const char *outPattern, int *midiIn,
 // The same with the clock running, as an operation of its own.
 bool FindPortsInsideClock(const char *inPattern, const char *outPattern, int *midiIn, int *midiOut);
 
-// One short message of up to three bytes, stamped with the present time.
+// One short message of up to three bytes, stamped with the present time. `status` tells how many;
+// pass 0 for a data byte that it has no use for. 0 when the message was taken, else an error code.
 int WriteShort(MidiStream output, std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
 // A whole system-exclusive message, F0 to F7, at once. A message without F7 at its end, or with one
 // before it, is cut behind the first F7; one without any, or that does not begin with F0, is
-// refused (not 0).
+// refused. 0 when the message was taken, else an error code.
 int WriteSysex(MidiStream output, std::span<const std::uint8_t> message);
 
 } // namespace tonewright

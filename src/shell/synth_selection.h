@@ -10,14 +10,14 @@
 
 namespace tonewright {
 
-// What the box changes.
+// What the box shows at first and changes; none of the pointers is null.
 struct SelectParams {
-    DriverId *driverId = nullptr;
-    std::string *name = nullptr;
-    std::string *midiIn = nullptr;
+    DriverId *driverId = nullptr;  // becomes that of the family; as it was for "Unknown"
+    std::string *name = nullptr;   // display name of the family
+    std::string *midiIn = nullptr; // names of the ports
     std::string *midiOut = nullptr;
-    std::uint32_t *autodetect = nullptr;
-    std::uint32_t *midiChannel = nullptr;
+    std::uint32_t *autodetect = nullptr;  // 0 or 1; read, anything but 0 is yes
+    std::uint32_t *midiChannel = nullptr; // 1 to 16
 };
 // The program-wide variables.
 SelectParams CurrentSelectParams();
@@ -44,6 +44,8 @@ struct SynthSelection {
 // first item when there is none, NoItem in an empty list.
 int FindItem(const std::vector<std::string> &items, const std::string &text);
 
+// The state of a box that opens: the families, the MIDI devices as they are numbered now, and what
+// `params` points to, chosen as by FindItem. Changes nothing.
 SynthSelection OpenSynthSelection(const SelectParams &params);
 // A family was chosen: detection can be switched where the family has it. "Unknown" leaves that as
 // it is.
