@@ -4,7 +4,7 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "core/dispatch.h"
-#include "midi/transport.h"
+#include "midi/short_messages.h"
 
 #include <algorithm>
 
@@ -16,36 +16,23 @@ constexpr AuditionColours UsualColours = {
 constexpr AuditionColours SwappedColours = {
     .whiteKey = {0x10, 0x0C, 0x0A}, .blackKey = {0xF1, 0xED, 0xE0}, .outline = {0xF1, 0xED, 0xE0}};
 
-constexpr std::uint8_t NoteOff = 0x80; // plus the channel, as the others
-constexpr std::uint8_t NoteOn = 0x90;
-constexpr std::uint8_t ControlChange = 0xB0;
-constexpr std::uint8_t ProgramChange = 0xC0;
-constexpr std::uint8_t AllSoundOff = 0x78;
-constexpr std::uint8_t LastProgram = 31;
 constexpr std::uint8_t DataByte = 0x7F;
-
-std::uint8_t Channel() {
-    return static_cast<std::uint8_t>((CurrentMidiChannel - 1) & 15);
-}
 
 // One event on the open output.
 void Write(const AuditionState &state, std::uint8_t status, int data1, std::uint32_t data2) {
     if (state.outputStream == NoMidiStream) {
         return;
     }
-    const auto message = static_cast<std::uint32_t>(status | Channel()) |
+    const auto message = static_cast<std::uint32_t>(OnCurrentChannel(status)) |
                          static_cast<std::uint32_t>(data1 & DataByte) << 8 |
                          (data2 & DataByte) << 16;
     TheMidi.Pm_Write(state.outputStream, {.message = message, .timestamp = TheMidi.Pt_Time()});
 }
 
 void SelectFirstProgram(const AuditionState &state) {
-    if (state.outputStream == NoMidiStream) {
-        return;
+    if (state.outputStream != NoMidiStream) {
+        SelectLastThenFirstProgram(state.outputStream);
     }
-    const auto status = static_cast<std::uint8_t>(ProgramChange | Channel());
-    WriteShort(state.outputStream, status, LastProgram, 0);
-    WriteShort(state.outputStream, status, 0, 0);
 }
 
 int Limit(std::uint32_t &setting, int lowest, int highest) {

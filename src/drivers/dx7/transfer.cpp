@@ -2,12 +2,12 @@
 #include "drivers/dx7/transfer.h"
 
 #include "common/desktop.h"
-#include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/voice_codec.h"
+#include "midi/short_messages.h"
 #include "midi/sysex.h"
 #include "midi/transport.h"
 
@@ -18,26 +18,12 @@
 namespace tonewright {
 namespace {
 
-constexpr std::uint8_t ControlChange = 0xB0;
-constexpr std::uint8_t ProgramChange = 0xC0;
-constexpr std::uint8_t OmniOff = 0x7C; // controller 124
-constexpr std::uint8_t OmniOn = 0x7D;  // controller 125
-constexpr std::uint8_t LastProgram = 31;
 constexpr std::size_t DumpDataSize = 155;
 constexpr std::array<std::uint8_t, 6> VoiceDumpHeader = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
 static_assert(VoiceDumpHeader.size() + DumpDataSize + 2 == Dx7VoiceDumpSize);
 
-// The channel's nibble of a status byte.
-std::uint8_t Channel() {
-    return static_cast<std::uint8_t>((CurrentMidiChannel - 1) & 15);
-}
-
 void SendController(const MidiLink &link, std::uint8_t controller) {
-    WriteShort(link.output, ControlChange | Channel(), controller, 0);
-}
-
-void SendProgram(const MidiLink &link, std::uint8_t program) {
-    WriteShort(link.output, ProgramChange | Channel(), program, 0);
+    WriteShort(link.output, OnCurrentChannel(ControlChange), controller, 0);
 }
 
 // As it is shown; empty for no voice.
@@ -91,8 +77,7 @@ int Dx7UploadBank(QWidget *window, VoiceList &list, int, int midiOut) {
     BuildDx7Bank(list, image);
     TellOfEncoding(window, list);
     WriteSysex(link.output, image);
-    SendProgram(link, LastProgram);
-    SendProgram(link, 0);
+    SelectLastThenFirstProgram(link.output);
     SendController(link, OmniOff);
     SetProgress(0, 1);
     SetStatusText(window, "");

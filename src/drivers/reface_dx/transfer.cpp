@@ -6,6 +6,7 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "drivers/reface_dx/voice_codec.h"
+#include "midi/short_messages.h"
 #include "midi/sysex.h"
 
 #include <algorithm>
@@ -57,12 +58,6 @@ constexpr std::uint8_t OperatorCount = AddressSize + RefaceOperatorSize; // 20
 static_assert(SystemCount == 0x24 && CommonCount == 0x2A && OperatorCount == 0x20);
 constexpr std::uint8_t CommonAddress = 0x30;
 constexpr std::uint8_t OperatorAddress = 0x31;
-
-// On channel 1, whatever the user's channel is.
-constexpr std::uint8_t ControlChange = 0xB0;
-constexpr std::uint8_t ProgramChange = 0xC0;
-constexpr std::uint8_t OmniOff = 0x7C;
-constexpr std::uint8_t OmniOn = 0x7D;
 
 using Buffer = std::array<std::uint8_t, SysexBufferSize>;
 

@@ -10,6 +10,7 @@
 // The instrument has no dump of all its voices: each one is selected by a program change and asked
 // for, and one that is sent lands in the edit buffer. So that its settings do not get in the way,
 // every operation saves the system settings, changes a few, and puts them back at the end.
+// Short messages go out on channel 1, whatever the user's channel is.
 #pragma once
 
 #include "core/voice_list.h"
