@@ -1,5 +1,5 @@
-// What the boxes "Select Synthesizer" and "MIDI Devices" show and decide: which family of
-// instruments, which ports, which channel. Texts of ports are bytes as the MIDI layer gives them.
+// What the box "Select Synthesizer" shows and decides: which family of instruments, which ports,
+// which channel. Texts of ports are bytes as the MIDI layer gives them.
 #pragma once
 
 #include "core/voice_object.h"
@@ -53,12 +53,5 @@ void SynthChosen(SynthSelection &selection);
 // OK: asks about unsaved changes and empties the list; then stores the choices. 0 when the user
 // wants to stay, and nothing is stored; else 1.
 int AcceptSynthSelection(const SynthSelection &selection, const SelectParams &params);
-
-// Looks for MIDI devices that were plugged in or out. They are numbered anew, and MidiInPort and
-// MidiOutPort follow theirs, or become -1 when it is gone.
-void RescanDevicesKeepingPorts();
-
-// "index: interface, name (input) (output)" of every MIDI device.
-std::vector<std::string> MidiDeviceRows();
 
 } // namespace tonewright

@@ -9,8 +9,8 @@
 #include "core/dispatch.h"
 #include "midi/midi_api.h"
 #include "shell/commands.h"
+#include "shell/midi_devices.h"
 #include "shell/shell_window.h"
-#include "shell/synth_selection.h"
 #include "shell/undo.h"
 
 #include <utility>

@@ -1,10 +1,9 @@
-// What "Select Synthesizer" and "MIDI Devices" show and store.
+// What "Select Synthesizer" shows and stores.
 #include "shell/synth_selection.h"
 
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/voice_list.h"
-#include "midi/transport.h"
 #include "shell/commands.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"
@@ -35,7 +34,6 @@ protected:
         CurrentMidiChannel = 4;
     }
     void TearDown() override {
-        MidiInPort = MidiOutPort = NoMidiDevice;
         MainList = {};
         MainListState = {};
     }
@@ -55,45 +53,6 @@ protected:
     ScriptedDesktop desktop;
     FakeMidi midi;
 };
-
-TEST_F(SynthSelectionTest, ThePortsFollowTheirDevicesWhenTheseAreNumberedAnew) {
-    AddDevices();
-    MidiInPort = 3;  // Pads
-    MidiOutPort = 4; // Sampler
-    midi.onRescan = [&] { midi.devices.pop_front(); };
-    RescanDevicesKeepingPorts();
-    EXPECT_EQ(MidiInPort, 2);
-    EXPECT_EQ(MidiOutPort, 3);
-    midi.onRescan = [&] {
-        midi.devices.push_front({.name = "New", .input = true, .output = true});
-    };
-    RescanDevicesKeepingPorts();
-    EXPECT_EQ(MidiInPort, 3);
-    EXPECT_EQ(MidiOutPort, 4);
-}
-
-TEST_F(SynthSelectionTest, APortWhoseDeviceIsGoneIsNoneAndSoIsOneThatWasNone) {
-    AddDevices();
-    MidiInPort = 3;
-    MidiOutPort = NoMidiDevice;
-    midi.onRescan = [&] { midi.devices.erase(midi.devices.begin() + 3); };
-    RescanDevicesKeepingPorts();
-    EXPECT_EQ(MidiInPort, NoMidiDevice); // not Sampler, which has its number now
-    EXPECT_EQ(MidiOutPort, NoMidiDevice);
-}
-
-TEST_F(SynthSelectionTest, OfDevicesOfOneNameAndDirectionThePortsKeepTheirPlace) {
-    midi.AddInput("Twin");
-    midi.AddOutput("Twin");
-    midi.AddInput("Twin");
-    midi.AddOutput("Twin");
-    MidiInPort = 2;
-    MidiOutPort = 3;
-    midi.onRescan = [&] { midi.devices.push_front({.name = "Other", .input = true}); };
-    RescanDevicesKeepingPorts();
-    EXPECT_EQ(MidiInPort, 3);
-    EXPECT_EQ(MidiOutPort, 4);
-}
 
 TEST_F(SynthSelectionTest, TheChoicesAreUnknownAndTheFamilies) {
     EXPECT_EQ(Open().synths.items, (Texts{"Unknown", Dx7Name, RefaceName}));
@@ -131,8 +90,6 @@ TEST_F(SynthSelectionTest, ADeviceWithoutARecordIsPassedOver) {
     midi.devices[2].absent = true;
     EXPECT_EQ(Open().inputs.items, (Texts{"Keys", "Pads"}));
     EXPECT_EQ(Open().outputs.items, (Texts{"Module", "Sampler"}));
-    EXPECT_EQ(MidiDeviceRows(), (Texts{"0: Fake, Keys (input)", "1: Fake, Module (output)",
-                                       "3: Fake, Pads (input)", "4: Fake, Sampler (output)"}));
 }
 
 TEST_F(SynthSelectionTest, ADeviceInBothListsMayBeSelectedInEach) {
@@ -176,7 +133,6 @@ TEST_F(SynthSelectionTest, WithoutDevicesTheListsAreEmptyAndOkStoresEmptyNames) 
     EXPECT_TRUE(selection.inputs.items.empty());
     EXPECT_EQ(selection.inputs.selected, NoItem);
     EXPECT_EQ(selection.outputs.selected, NoItem);
-    EXPECT_TRUE(MidiDeviceRows().empty());
     EXPECT_EQ(Accept(selection), 1);
     EXPECT_EQ(SelectKeyboardMidiIn, "");
     EXPECT_EQ(SelectKeyboardMidiOut, "");
@@ -271,19 +227,6 @@ TEST_F(SynthSelectionTest, LongNamesAreCutTo260Bytes) {
     midi.AddInput(std::string(300, 'n'));
     EXPECT_EQ(Accept(Open()), 1);
     EXPECT_EQ(SelectKeyboardMidiIn, std::string(260, 'n'));
-}
-
-TEST_F(SynthSelectionTest, TheRowsOfTheDevicesNameNumberInterfaceNameAndDirections) {
-    AddDevices();
-    midi.devices[4].interf = "ALSA";
-    EXPECT_EQ(MidiDeviceRows(), (Texts{"0: Fake, Keys (input)", "1: Fake, Module (output)",
-                                       "2: Fake, Both (input) (output)", "3: Fake, Pads (input)",
-                                       "4: ALSA, Sampler (output)"}));
-}
-
-TEST_F(SynthSelectionTest, ARowIsHeldTo260BytesAsAWhole) {
-    midi.AddInput(std::string(300, 'n'));
-    EXPECT_EQ(MidiDeviceRows(), (Texts{"0: Fake, " + std::string(251, 'n')}));
 }
 
 } // namespace

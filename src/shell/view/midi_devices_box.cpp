@@ -5,7 +5,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
 #include "common/view/theme.h"
-#include "shell/synth_selection.h"
+#include "shell/midi_devices.h"
 #include "ui_MIDIMONSelectDeviceBox.h"
 
 #include <QDialog>
