@@ -174,29 +174,28 @@ std::array<KeyPart, AuditionKeyPartCount> AuditionKeyParts(int width, int height
         const int octave = key / OctaveKeys * OctaveUnits;
         const int left = octave + place.left;
         if (place.black) {
-            *part++ = {.key = key,
-                       .control = LowerPartControl + key,
-                       .kind = KeyPartKind::Black,
-                       .left = x(left),
-                       .top = 0,
-                       .right = x(left + BlackKeyUnits),
-                       .bottom = middle};
+            *part++ = {
+                .key = key,
+                .control = LowerPartControl + key,
+                .kind = KeyPartKind::Black,
+                .area = {
+                    .left = x(left), .top = 0, .right = x(left + BlackKeyUnits), .bottom = middle}};
             continue;
         }
         *part++ = {.key = key,
                    .control = LowerPartControl + key,
                    .kind = KeyPartKind::LowerWhite,
-                   .left = x(left),
-                   .top = middle,
-                   .right = x(left + WhiteKeyUnits),
-                   .bottom = height};
+                   .area = {.left = x(left),
+                            .top = middle,
+                            .right = x(left + WhiteKeyUnits),
+                            .bottom = height}};
         *part++ = {.key = key,
                    .control = UpperPartControl + key,
                    .kind = KeyPartKind::UpperWhite,
-                   .left = x(octave + place.upperLeft),
-                   .top = 0,
-                   .right = x(octave + place.upperRight),
-                   .bottom = middle};
+                   .area = {.left = x(octave + place.upperLeft),
+                            .top = 0,
+                            .right = x(octave + place.upperRight),
+                            .bottom = middle}};
     }
     return parts;
 }

@@ -3,6 +3,7 @@
 // midi/view/audition_box.
 #pragma once
 
+#include "common/geometry.h"
 #include "core/voice_list.h"
 #include "core/voice_object.h"
 #include "midi/midi_api.h"
@@ -89,7 +90,7 @@ struct KeyPart {
     int key = 0;     // 0 to 23
     int control = 0; // number of the control that shows it
     KeyPartKind kind = KeyPartKind::LowerWhite;
-    int left = 0, top = 0, right = 0, bottom = 0; // pixels; right and bottom are outside
+    Rectangle area; // pixels
 };
 
 // The keyboard in dialog units, a quarter of a character's width and an eighth of its height.

@@ -349,19 +349,19 @@ TEST(AuditionKeys, InDialogUnitsTheyHaveTheirMeasures) {
     int place = 0;
     for (const int key : WhiteKeys) {
         const KeyPart &lower = parts.at(500 + key);
-        EXPECT_EQ(lower.left, 24 * place);
-        EXPECT_EQ(lower.right, 24 * place + 24);
-        EXPECT_EQ(lower.top, 56);
-        EXPECT_EQ(lower.bottom, 98);
-        EXPECT_EQ(parts.at(12500 + key).top, 0);
-        EXPECT_EQ(parts.at(12500 + key).bottom, 56);
+        EXPECT_EQ(lower.area.left, 24 * place);
+        EXPECT_EQ(lower.area.right, 24 * place + 24);
+        EXPECT_EQ(lower.area.top, 56);
+        EXPECT_EQ(lower.area.bottom, 98);
+        EXPECT_EQ(parts.at(12500 + key).area.top, 0);
+        EXPECT_EQ(parts.at(12500 + key).area.bottom, 56);
         ++place;
     }
     for (const int key : BlackKeys) {
         const KeyPart &black = parts.at(500 + key);
-        EXPECT_EQ(black.right - black.left, 16);
-        EXPECT_EQ(black.top, 0);
-        EXPECT_EQ(black.bottom, 56);
+        EXPECT_EQ(black.area.right - black.area.left, 16);
+        EXPECT_EQ(black.area.top, 0);
+        EXPECT_EQ(black.area.bottom, 56);
     }
 }
 
@@ -369,8 +369,8 @@ TEST(AuditionKeys, ThePartsCoverTheKeyboardWithoutGapOrOverlap) {
     for (const auto &[width, height] : KeyboardSizes) {
         std::vector<int> covered(static_cast<std::size_t>(width) * static_cast<unsigned>(height));
         for (const KeyPart &part : AuditionKeyParts(width, height)) {
-            for (int y = part.top; y < part.bottom; ++y) {
-                for (int x = part.left; x < part.right; ++x) {
+            for (int y = part.area.top; y < part.area.bottom; ++y) {
+                for (int x = part.area.left; x < part.area.right; ++x) {
                     ++covered.at(static_cast<std::size_t>(y * width + x));
                 }
             }
@@ -385,12 +385,12 @@ TEST(AuditionKeys, ABlackKeyStandsOverTheEdgeOfItsNeighbours) {
         const auto parts = PartsByControl(width, height);
         for (const int key : BlackKeys) {
             const KeyPart &black = parts.at(500 + key);
-            const int edge = parts.at(500 + key - 1).right;
-            EXPECT_EQ(parts.at(500 + key + 1).left, edge) << key;
-            EXPECT_LT(black.left, edge) << key;
-            EXPECT_GT(black.right, edge) << key;
-            EXPECT_EQ(parts.at(12500 + key - 1).right, black.left) << key;
-            EXPECT_EQ(parts.at(12500 + key + 1).left, black.right) << key;
+            const int edge = parts.at(500 + key - 1).area.right;
+            EXPECT_EQ(parts.at(500 + key + 1).area.left, edge) << key;
+            EXPECT_LT(black.area.left, edge) << key;
+            EXPECT_GT(black.area.right, edge) << key;
+            EXPECT_EQ(parts.at(12500 + key - 1).area.right, black.area.left) << key;
+            EXPECT_EQ(parts.at(12500 + key + 1).area.left, black.area.right) << key;
         }
     }
 }
@@ -400,10 +400,10 @@ TEST(AuditionKeys, TheUpperPartLiesOverTheLowerPartOfItsKey) {
         const auto parts = PartsByControl(width, height);
         for (const int key : WhiteKeys) {
             const KeyPart &upper = parts.at(12500 + key), &lower = parts.at(500 + key);
-            EXPECT_GE(upper.left, lower.left) << key;
-            EXPECT_LE(upper.right, lower.right) << key;
-            EXPECT_EQ(upper.bottom, lower.top) << key;
-            EXPECT_GT(upper.right, upper.left) << key;
+            EXPECT_GE(upper.area.left, lower.area.left) << key;
+            EXPECT_LE(upper.area.right, lower.area.right) << key;
+            EXPECT_EQ(upper.area.bottom, lower.area.top) << key;
+            EXPECT_GT(upper.area.right, upper.area.left) << key;
         }
     }
 }

@@ -221,9 +221,9 @@ private:
         ui.keyboard->setFixedSize(width, height);
         const auto parts = AuditionKeyParts(width, height);
         for (std::size_t i = 0; i < keys.size(); ++i) {
-            const KeyPart &part = parts[i];
-            keys[i]->setGeometry(part.left, part.top, part.right - part.left,
-                                 part.bottom - part.top);
+            const Rectangle &area = parts[i].area;
+            keys[i]->setGeometry(area.left, area.top, area.right - area.left,
+                                 area.bottom - area.top);
         }
         setFixedSize(width, ui.head->totalHeightForWidth(width) + height);
     }
