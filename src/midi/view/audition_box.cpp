@@ -1,12 +1,12 @@
 // Paints the keys, takes presses and releases, and keeps the two scroll bars.
 #include "midi/view/audition_box.h"
 
-#include "common/desktop.h"
 #include "common/scroll_step.h"
 #include "common/text.h"
+#include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
+#include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
 #include "core/dispatch.h"
 #include "midi/audition.h"
 #include "ui_AuditionBox.h"
@@ -20,13 +20,8 @@
 namespace tonewright {
 namespace {
 
-constexpr int OptionalButton = 103;
 constexpr int ThumbLength = 2; // of a scroll bar, in steps
 constexpr const char *HelpTopic = "AUDITION";
-
-QString ControlName(int control) {
-    return QStringLiteral("control_%1").arg(control);
-}
 
 QColor ColourOf(KeyColour colour) {
     return QColor(colour.red, colour.green, colour.blue);
@@ -182,16 +177,7 @@ protected:
 
 private:
     void MakeControls() {
-        for (QPushButton *button :
-             {ui.control_1, ui.control_9, findChild<QPushButton *>(ControlName(OptionalButton))}) {
-            MakeSoftButton(button);
-        }
-        connect(ui.control_1, &QPushButton::clicked, this, &QDialog::accept);
-        connect(ui.control_9, &QPushButton::clicked, this, [this] { ShowHelp(this, HelpTopic); });
-        ui.control_10->setPixmap(
-            PictureOf(ApplicationPicture,
-                      {ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight)},
-                      devicePixelRatioF()));
+        SetUpBoxControls(*this, HelpTopic);
         setWindowTitle(
             QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice))));
         for (const KeyPart &part : AuditionKeyParts(KeyboardUnitsWide, KeyboardUnitsHigh)) {
@@ -202,7 +188,6 @@ private:
         SetUpBar({ui.control_101, ui.control_12101, LowestAuditionVelocity, HighestAuditionVelocity,
                   0, SetAuditionVelocity},
                  AuditionVelocity());
-        ui.control_1->setFocus();
     }
 
     // The keyboard takes the whole width of the box and grows with the font.

@@ -1,10 +1,9 @@
 // Lists the MIDI devices.
 #include "shell/view/midi_devices_box.h"
 
-#include "common/desktop.h"
+#include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
 #include "shell/midi_devices.h"
 #include "ui_MIDIMONSelectDeviceBox.h"
 
@@ -52,12 +51,7 @@ public:
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
         setFont(DialogFont());
-        MakeSoftButton(ui.control_1);
-        MakeSoftButton(ui.control_9);
-        ui.control_10->setPixmap(
-            PictureOf(ApplicationPicture,
-                      {ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight)},
-                      devicePixelRatioF()));
+        SetUpBoxControls(*this, HelpTopic);
         QPalette colours = ui.control_101->palette();
         colours.setColor(QPalette::Base, Qt::white);
         ui.control_101->setPalette(colours);
@@ -69,9 +63,6 @@ public:
         // The command of "Close", once the double click is over.
         connect(ui.control_101, &QListWidget::itemDoubleClicked, this, &QDialog::accept,
                 Qt::QueuedConnection);
-        connect(ui.control_1, &QPushButton::clicked, this, &QDialog::accept);
-        connect(ui.control_9, &QPushButton::clicked, this, [this] { ShowHelp(this, HelpTopic); });
-        ui.control_1->setFocus();
         adjustSize();
         CentreWindow(*this);
     }

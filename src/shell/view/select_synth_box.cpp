@@ -1,10 +1,9 @@
 // Shows the choices of a synthesizer and takes them back.
 #include "shell/view/select_synth_box.h"
 
-#include "common/desktop.h"
+#include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
 #include "common/view/up_down.h"
 #include "ui_SelectKeyboardBox.h"
 
@@ -34,10 +33,6 @@ public:
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
         setFont(DialogFont());
-        ui.control_10->setPixmap(
-            PictureOf(ApplicationPicture,
-                      {ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight)},
-                      devicePixelRatioF()));
         FillCombo(*ui.control_101, selection.synths);
         FillCombo(*ui.control_104, selection.inputs);
         FillCombo(*ui.control_103, selection.outputs);
@@ -52,13 +47,7 @@ public:
             SynthChosen(selection);
             ui.control_102->setEnabled(selection.detectEnabled);
         });
-        for (QPushButton *button : {ui.control_1, ui.control_2, ui.control_9}) {
-            MakeSoftButton(button);
-        }
-        connect(ui.control_1, &QPushButton::clicked, this, &QDialog::accept);
-        connect(ui.control_2, &QPushButton::clicked, this, &QDialog::reject);
-        connect(ui.control_9, &QPushButton::clicked, this, [this] { ShowHelp(this, HelpTopic); });
-        ui.control_1->setFocus();
+        SetUpBoxControls(*this, HelpTopic);
         adjustSize();
         CentreWindow(*this);
     }
