@@ -14,6 +14,12 @@ struct VoiceTexts {
     QString name;
 };
 
+// What is shown of a voice.
+struct VoiceFace {
+    VoiceTexts texts;
+    int algorithm = 0; // from 0
+};
+
 // Where the picture of an item goes, and its colours: those of the highlight when it is selected.
 struct ItemPicture {
     Rectangle area;

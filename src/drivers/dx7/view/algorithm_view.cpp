@@ -2,13 +2,12 @@
 #include "drivers/dx7/view/algorithm_view.h"
 
 #include "common/view/fonts.h"
-#include "common/view/strokes.h"
 #include "common/view/text_line.h"
 #include "drivers/dx7/algorithms.h"
+#include "drivers/view/algorithm_painting.h"
 
 #include <QFontMetrics>
 #include <QPainter>
-#include <QPolygonF>
 
 namespace tonewright {
 
@@ -21,14 +20,7 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
     int originX = rectangle.left + 2 * lineWeight;
 
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setBackgroundMode(Qt::TransparentMode);
-    painter.setPen(StrokePen(ink, lineWeight));
-    painter.setBrush(background);
-    if (rectangle.left < rectangle.right && rectangle.top < rectangle.bottom) {
-        painter.fillRect(rectangle.left, rectangle.top, rectangle.right - rectangle.left,
-                         rectangle.bottom - rectangle.top, background);
-    }
+    BeginAlgorithm(painter, rectangle, ink, background, lineWeight);
 
     if ((flags & ShowAlgorithmNumber) != 0) {
         painter.setFont(FontOfHeight(QStringLiteral("ARIAL"), 2 * units.font, 700));
@@ -39,12 +31,8 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
                 number);
     }
 
-    // In the list a digit is five pixels high; without hinting a 5 cannot be told from a 6.
-    QFont labelFont = FontOfHeight(QStringLiteral("Arial"), units.font, 700);
-    labelFont.setHintingPreference(QFont::PreferFullHinting);
-    painter.setFont(labelFont);
-    const double offset = StrokeOffset(lineWeight);
-    const QPointF shift(originX + offset, innerTop + offset);
+    SelectAlgorithmFont(painter, units.font);
+    const QPointF shift = AlgorithmShift(originX, innerTop, lineWeight);
     const Dx7AlgorithmPicture picture = MakeDx7AlgorithmPicture(algorithm, units);
     for (const Dx7AlgorithmBox &box : picture.boxes) {
         painter.drawRect(
@@ -58,13 +46,7 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
             {.left = left, .top = top, .right = left + units.box, .bottom = top + units.box},
             label);
     }
-    for (const std::vector<PicturePoint> &line : picture.lines) {
-        QPolygonF points;
-        for (const PicturePoint &point : line) {
-            points << QPointF(point.x, point.y) + shift;
-        }
-        painter.drawPolyline(points);
-    }
+    DrawAlgorithmLines(painter, picture.lines, shift);
     painter.restore();
     return 1;
 }

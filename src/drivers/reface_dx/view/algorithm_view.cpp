@@ -1,17 +1,15 @@
 // Paints the boxes, lines and numbers of a reface DX algorithm.
 #include "drivers/reface_dx/view/algorithm_view.h"
 
-#include "common/view/fonts.h"
-#include "common/view/strokes.h"
 #include "common/view/text_line.h"
 #include "drivers/reface_dx/algorithms.h"
+#include "drivers/view/algorithm_painting.h"
 
 #include <cmath>
 #include <cstdint>
 
 #include <QImage>
 #include <QPainter>
-#include <QPolygonF>
 
 namespace tonewright {
 
@@ -67,20 +65,9 @@ void DrawRefaceAlgorithm(QPainter &painter, const Rectangle &rectangle, int algo
         MakeRefaceAlgorithmUnits(width - 2 * border, height - 2 * border, withNumber);
 
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setBackgroundMode(Qt::TransparentMode);
-    painter.setPen(StrokePen(ink, lineWeight));
-    painter.setBrush(paper);
-    if (width > 0 && height > 0) {
-        painter.fillRect(rectangle.left, rectangle.top, width, height, paper);
-    }
-
-    // Small digits; without hinting a 3 cannot be told from an 8.
-    QFont font = FontOfHeight(QStringLiteral("ARIAL"), units.font, 700);
-    font.setHintingPreference(QFont::PreferFullHinting);
-    painter.setFont(font);
-    const double offset = StrokeOffset(lineWeight);
-    const QPointF shift(originX + offset, originY + offset);
+    BeginAlgorithm(painter, rectangle, ink, paper, lineWeight);
+    SelectAlgorithmFont(painter, units.font);
+    const QPointF shift = AlgorithmShift(originX, originY, lineWeight);
     const RefaceAlgorithmPicture picture = MakeRefaceAlgorithmPicture(algorithm, units);
     for (const RefaceAlgorithmBox &box : picture.boxes) {
         const QRectF area =
@@ -97,13 +84,7 @@ void DrawRefaceAlgorithm(QPainter &painter, const Rectangle &rectangle, int algo
         WriteCentred(painter, Moved(picture.number, originX, originY),
                      QString::number(algorithm + 1));
     }
-    for (const std::vector<PicturePoint> &line : picture.lines) {
-        QPolygonF points;
-        for (const PicturePoint &point : line) {
-            points << QPointF(point.x, point.y) + shift;
-        }
-        painter.drawPolyline(points);
-    }
+    DrawAlgorithmLines(painter, picture.lines, shift);
     painter.restore();
 }
 

@@ -11,11 +11,6 @@ namespace tonewright {
 
 namespace {
 
-struct VoiceFace {
-    VoiceTexts texts;
-    int algorithm = 0;
-};
-
 // What is shown of the voice at place `index`; nothing for a block that holds less than a voice.
 std::optional<VoiceFace> FaceOf(const VoiceObject &voice, int index) {
     const auto common = RefaceCommonOf(voice);
