@@ -66,10 +66,6 @@ static_assert(std::size(OctavePlaces) == OctaveKeys && 2 * OctaveKeys == Auditio
 
 } // namespace
 
-AuditionColours AuditionColoursFor(bool shiftDown) {
-    return shiftDown ? SwappedColours : UsualColours;
-}
-
 std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
                                              DriverId driverId, int midiIn, int midiOut,
                                              int itemIndex) {
@@ -85,7 +81,7 @@ std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject 
                          .midiIn = midiIn,
                          .midiOut = midiOut,
                          .itemIndex = itemIndex,
-                         .colours = AuditionColoursFor(ShiftKeyDown())};
+                         .colours = ShiftKeyDown() ? SwappedColours : UsualColours};
 }
 
 int AuditionOctave() {

@@ -27,8 +27,6 @@ struct AuditionColours {
 
     bool operator==(const AuditionColours &) const = default;
 };
-// The colours of a keyboard that opens, for its life; with Shift held they are swapped.
-AuditionColours AuditionColoursFor(bool shiftDown);
 
 constexpr int NoNote = -1;
 
@@ -37,15 +35,16 @@ struct AuditionState {
     VoiceList *list = nullptr; // that holds the voice; nullptr: none
     VoiceObject voice;         // a copy
     DriverId driverId = NoDriverId;
-    int midiIn = -1, midiOut = -1; // device indices
-    int itemIndex = 0;             // of the voice in `list`
-    AuditionColours colours;
+    int midiIn = -1, midiOut = -1;          // device indices
+    int itemIndex = 0;                      // of the voice in `list`
+    AuditionColours colours;                // of the keyboard, for the life of the box
     MidiStream outputStream = NoMidiStream; // held for the life of the box
     int sustainedNote = NoNote;             // the note that sounds now
 };
 
 // State of a box for `voice`, or for the voice at `itemIndex` of `list` when it is nullptr; both
-// are copied. Nothing when there is no such voice. Reads the Shift key.
+// are copied. Nothing when there is no such voice. With the Shift key held now, the colours are
+// swapped.
 std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
                                              DriverId driverId, int midiIn, int midiOut,
                                              int itemIndex);

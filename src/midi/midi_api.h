@@ -3,11 +3,9 @@
 // both, and a wrapper that traces any of them.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
-#include <string>
 
 namespace tonewright {
 

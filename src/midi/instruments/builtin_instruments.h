@@ -5,7 +5,6 @@
 #include "midi/midi_api.h"
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 namespace tonewright {

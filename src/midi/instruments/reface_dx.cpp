@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <numeric>
 
 namespace tonewright {
