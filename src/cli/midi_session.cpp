@@ -23,8 +23,6 @@
 namespace tonewright {
 namespace {
 
-constexpr int ClockResolution = 1; // milliseconds
-
 bool WriteFailed = false; // a message could not be sent
 
 std::string Quoted(const std::string &name) {
@@ -124,7 +122,7 @@ std::function<int()> UseSessionMidi(bool isTraced) {
     if (isTraced) {
         TheMidi = MakeTracingApi(TheMidi, PutTraceLine);
     }
-    TheMidi.Pt_Start(ClockResolution);
+    TheMidi.Pt_Start(MidiClockResolution);
     const auto stop = std::exchange(TheMidi.Pt_Stop, [] { return MidiSuccess; });
     TheMidi.Pm_Poll = [poll = TheMidi.Pm_Poll](MidiStream stream) {
         if (InterruptionWaits()) {
