@@ -14,7 +14,7 @@ const std::string S(1, PathSeparator);
 
 } // namespace
 
-TEST(Folders, AreTheToldPlacesUnderThePlatformsFolders) {
+TEST(Folders, StandAtTheirPlacesUnderThePlatformsFolders) {
     PlatformFolders = {
         .applicationData = "app", .documents = "docs", .pictures = "pics", .programs = "prog"};
     EXPECT_EQ(MakerProgramFolder(), "prog" + S + "Quillbrook" + S);

@@ -19,13 +19,13 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-struct ToldRow {
+struct ExpectedRow {
     DriverId id;
     const char *name, *bank, *voice, *extra, *document;
     std::uint32_t flags, picture;
 };
 
-constexpr ToldRow ToldRows[] = {
+constexpr ExpectedRow ExpectedRows[] = {
     {0x44583779, "Yamaha DX7, TX7, Korg Volca FM", "syx", "sy1", "TwcDx7", "Untitled.syx", 0x02,
      8502},
     {0x52466478, "Yamaha reface DX", "srx", "sr1", "crg", "Untitled.srx", 0x3D, 8501},
@@ -48,18 +48,18 @@ Strings FilterFor(const std::string &extension) {
 }
 
 TEST(DriverTable, HoldsTheDx7RowAndTheRefaceDxRowInThisOrder) {
-    ASSERT_EQ(SynthDrivers.size(), std::size(ToldRows));
+    ASSERT_EQ(SynthDrivers.size(), std::size(ExpectedRows));
     for (std::size_t row = 0; row < SynthDrivers.size(); ++row) {
         const SynthDriver &driver = *SynthDrivers[row];
-        const ToldRow &told = ToldRows[row];
-        EXPECT_EQ(driver.id, told.id);
-        EXPECT_STREQ(driver.name, told.name);
-        EXPECT_STREQ(driver.bankExtension, told.bank);
-        EXPECT_STREQ(driver.voiceExtension, told.voice);
-        EXPECT_STREQ(driver.extraExtension, told.extra);
-        EXPECT_STREQ(driver.defaultDocumentName, told.document);
-        EXPECT_EQ(driver.flags, told.flags);
-        EXPECT_EQ(driver.documentPicture, told.picture);
+        const ExpectedRow &expected = ExpectedRows[row];
+        EXPECT_EQ(driver.id, expected.id);
+        EXPECT_STREQ(driver.name, expected.name);
+        EXPECT_STREQ(driver.bankExtension, expected.bank);
+        EXPECT_STREQ(driver.voiceExtension, expected.voice);
+        EXPECT_STREQ(driver.extraExtension, expected.extra);
+        EXPECT_STREQ(driver.defaultDocumentName, expected.document);
+        EXPECT_EQ(driver.flags, expected.flags);
+        EXPECT_EQ(driver.documentPicture, expected.picture);
     }
 }
 

@@ -207,14 +207,15 @@ TEST_F(Audition, EveryChannelHasItsStatusBytes) {
     }
 }
 
-TEST_F(Audition, TheUploadIsToldListVoicePortsPlaceAndNoPrompts) {
-    static std::string told;
-    told.clear();
+TEST_F(Audition, TheUploadGetsListVoicePortsPlaceAndNoPrompts) {
+    static std::string received;
+    received.clear();
     RefaceDxRow.UploadVoice = [](QWidget *, VoiceList &list, const VoiceObject *sent, int midiIn,
                                  int midiOut, int index, std::uint8_t flags) {
-        told = std::to_string(ListCount(list)) + " rows, " + std::to_string(sent->bytes.size()) +
-               " bytes, " + std::to_string(midiIn) + " to " + std::to_string(midiOut) + ", item " +
-               std::to_string(index) + ", flags " + std::to_string(flags);
+        received = std::to_string(ListCount(list)) + " rows, " +
+                   std::to_string(sent->bytes.size()) + " bytes, " + std::to_string(midiIn) +
+                   " to " + std::to_string(midiOut) + ", item " + std::to_string(index) +
+                   ", flags " + std::to_string(flags);
         return 1;
     };
     VoiceList list;
@@ -224,12 +225,12 @@ TEST_F(Audition, TheUploadIsToldListVoicePortsPlaceAndNoPrompts) {
     auto state = PrepareAudition(&list, nullptr, RefaceDxDriverId, in, out, 1);
     ASSERT_TRUE(state.has_value());
     EXPECT_TRUE(OpenAudition(*state, nullptr));
-    EXPECT_EQ(told, "2 rows, 208 bytes, 0 to 1, item 1, flags 0");
+    EXPECT_EQ(received, "2 rows, 208 bytes, 0 to 1, item 1, flags 0");
     CloseAudition(*state);
 
     state = PrepareAudition(nullptr, &voice, RefaceDxDriverId, in, out, 0);
     EXPECT_TRUE(OpenAudition(*state, nullptr));
-    EXPECT_EQ(told, "0 rows, 208 bytes, 0 to 1, item 0, flags 0");
+    EXPECT_EQ(received, "0 rows, 208 bytes, 0 to 1, item 0, flags 0");
     CloseAudition(*state);
 }
 

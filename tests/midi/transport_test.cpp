@@ -65,7 +65,7 @@ Bytes Dump(std::size_t size) {
 
 // Links.
 
-TEST(MidiLink, OpensClockInputAndOutputAndClosesThemInTheToldOrder) {
+TEST(MidiLink, OpensClockInputAndOutputAndClosesTheOutputBeforeTheInput) {
     FakeMidi midi;
     const int in = midi.AddInput("A"), out = midi.AddOutput("B");
     MidiLink link;

@@ -15,12 +15,12 @@ std::string TextOf(const char *text) {
     return text ? text : "(none)";
 }
 
-struct ToldCommand {
+struct ExpectedCommand {
     int id;
     const char *menu, *context, *named, *key;
 };
 
-constexpr ToldCommand ToldCommands[] = {
+constexpr ExpectedCommand ExpectedCommands[] = {
     {50, "&Open\tCtrl+0", nullptr, nullptr, "Ctrl+O"},
     {51, "&Save\tCtrl+S", nullptr, nullptr, "Ctrl+S"},
     {54, "&Manual", nullptr, nullptr, nullptr},
@@ -60,17 +60,17 @@ constexpr ToldCommand ToldCommands[] = {
 };
 
 TEST_F(CommandTest, EveryCommandHasItsNumberLabelsAndKey) {
-    for (const ToldCommand &told : ToldCommands) {
-        const CommandRow *row = CommandOf(told.id);
-        ASSERT_NE(row, nullptr) << told.id;
-        EXPECT_EQ(row->id, told.id);
-        EXPECT_EQ(TextOf(row->menuLabel), TextOf(told.menu)) << told.id;
-        EXPECT_EQ(TextOf(row->contextLabel), TextOf(told.context)) << told.id;
-        EXPECT_EQ(TextOf(row->contextNamedLabel), TextOf(told.named)) << told.id;
-        EXPECT_EQ(TextOf(row->key), TextOf(told.key)) << told.id;
+    for (const ExpectedCommand &expected : ExpectedCommands) {
+        const CommandRow *row = CommandOf(expected.id);
+        ASSERT_NE(row, nullptr) << expected.id;
+        EXPECT_EQ(row->id, expected.id);
+        EXPECT_EQ(TextOf(row->menuLabel), TextOf(expected.menu)) << expected.id;
+        EXPECT_EQ(TextOf(row->contextLabel), TextOf(expected.context)) << expected.id;
+        EXPECT_EQ(TextOf(row->contextNamedLabel), TextOf(expected.named)) << expected.id;
+        EXPECT_EQ(TextOf(row->key), TextOf(expected.key)) << expected.id;
     }
     // The one further row is the click on the selected voice.
-    EXPECT_EQ(Commands().size(), std::size(ToldCommands) + 1);
+    EXPECT_EQ(Commands().size(), std::size(ExpectedCommands) + 1);
     EXPECT_EQ(CommandOf(10)->run, nullptr);
     for (const int unknown : {0, -1, 49, 170, 181, 3000}) {
         EXPECT_EQ(CommandOf(unknown), nullptr) << unknown;
@@ -96,12 +96,12 @@ TEST_F(CommandTest, TheMenuBarHasThreeMenusAndHelpStandsAtTheRight) {
 }
 
 TEST_F(CommandTest, TheToolBarHasEightButtonsAndAGapBehindUndo) {
-    struct Told {
+    struct ExpectedTool {
         int id;
         bool gap;
         const char *tip;
     };
-    const Told told[] = {
+    const ExpectedTool expected[] = {
         {50, false, "Loads a document from disk"},
         {51, false, "Saves the document to disk"},
         {59, false, "Uploads the current voice list to your synthesizer"},
@@ -112,11 +112,11 @@ TEST_F(CommandTest, TheToolBarHasEightButtonsAndAGapBehindUndo) {
         {56, false, "Exits Tonewright"},
     };
     const auto tools = ReadToolBar(ToolBarList);
-    ASSERT_EQ(tools.size(), std::size(told));
+    ASSERT_EQ(tools.size(), std::size(expected));
     for (std::size_t i = 0; i < tools.size(); ++i) {
-        EXPECT_EQ(tools[i].id, told[i].id);
-        EXPECT_EQ(tools[i].gapBehind, told[i].gap) << told[i].id;
-        EXPECT_EQ(tools[i].tip, told[i].tip);
+        EXPECT_EQ(tools[i].id, expected[i].id);
+        EXPECT_EQ(tools[i].gapBehind, expected[i].gap) << expected[i].id;
+        EXPECT_EQ(tools[i].tip, expected[i].tip);
     }
 }
 

@@ -25,7 +25,7 @@ constexpr std::uint32_t B = 0x1, T = 0x2, I = 0x4, List = 0x10, Spin = 0x40, Wri
 struct Row {
     const char *name;
     std::uint32_t flags;
-    const char *value; // the default as it stands in the file; null: told elsewhere
+    const char *value; // the default as it stands in the file; null: the day of the build
     std::uint32_t control;
 };
 
@@ -692,7 +692,7 @@ TEST_F(ConfigMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
     EXPECT_EQ(ReadTestText(from + "FileMenuHistory.txt"), "history");
 }
 
-TEST_F(ConfigMigration, TakesNamesFilesAndPatternsAsItIsTold) {
+TEST_F(ConfigMigration, TakesTheNamesFilesAndPatternsOfItsCaller) {
     WriteTestText(maker + "Old.ini", "[Bells]\nApplicationPath = /opt/old/\n");
     std::filesystem::create_directory(maker + "Old");
     std::filesystem::create_directory(maker + "New");

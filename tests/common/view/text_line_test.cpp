@@ -61,7 +61,7 @@ std::pair<int, int> InkColumns(const QImage &image) {
     return columns;
 }
 
-TEST(TextLine, StandsAtTheLeftUnlessItIsToldOtherwise) {
+TEST(TextLine, StandsAtTheLeftUnlessAnotherPlaceIsGiven) {
     EXPECT_NE(PaintLine("E.PIANO 1"), EmptyImage());
     EXPECT_EQ(PaintLine("E.PIANO 1"), PaintAt(20, "E.PIANO 1"));
     EXPECT_EQ(PaintLine("E.PIANO 1", Qt::AlignLeft), PaintAt(20, "E.PIANO 1"));

@@ -100,7 +100,7 @@ TEST_F(Dx7Transfer, BankIsSentBetweenOmniOnAndProgramsLastAndFirst) {
                                                        {0xB0, 0x7C, 0x00}}));
 }
 
-TEST_F(Dx7Transfer, BankUploadFollowsTheToldOrder) {
+TEST_F(Dx7Transfer, BankUploadFollowsItsOrder) {
     FillList();
     EXPECT_EQ(UploadBank(), 1);
     Calls expected = {
@@ -142,7 +142,7 @@ TEST_F(Dx7Transfer, BankOfTwentyVoicesIsAWholeDumpWithTwelveZeroVoices) {
     FixTestChecksum(expected);
     EXPECT_EQ(midi.WrittenBytes()[1], expected);
     EXPECT_EQ(desktop.progress[20], (std::pair{19, 32}));
-    EXPECT_EQ(desktop.progress[21], (std::pair{0, 1})) << "nothing is told behind voice 20";
+    EXPECT_EQ(desktop.progress[21], (std::pair{0, 1})) << "no progress behind voice 20";
     EXPECT_EQ(desktop.statusTexts[19], "Encoding voice 20 of 32 (VOICE 20)");
     EXPECT_EQ(desktop.statusTexts[20], "");
 }
@@ -296,7 +296,7 @@ TEST_F(Dx7Transfer, VoiceIsSentAsItsUnpackedBytes) {
     EXPECT_TRUE(desktop.messages.empty()) << "without the flag there is no prompt";
 }
 
-TEST_F(Dx7Transfer, VoiceUploadFollowsTheToldOrder) {
+TEST_F(Dx7Transfer, VoiceUploadFollowsItsOrder) {
     FillList();
     ListSetRedraw(list, false);
     midi.calls.clear();

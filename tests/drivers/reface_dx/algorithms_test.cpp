@@ -70,13 +70,13 @@ TEST(RefaceAlgorithmPicture, BoxesStandInARowHalfABoxBelowTheTop) {
     }
 }
 
-struct ToldAlgorithm {
+struct ExpectedAlgorithm {
     const char *carriers; // the numbers of the rectangles
     Lines lines;
     int numberFrom, numberTo; // left and right of the place of the number
 };
 
-const ToldAlgorithm ToldAlgorithms[] = {
+const ExpectedAlgorithm ExpectedAlgorithms[] = {
     {"1", {Straight(1, 2), Straight(2, 3), Straight(3, 4)}, 0, 37},
     {"1", {Straight(1, 2), Straight(2, 3), Over(2, 4)}, 0, 37},
     {"1", {Straight(1, 2), Straight(2, 3), Under(1, 4)}, 0, 37},
@@ -92,9 +92,9 @@ const ToldAlgorithm ToldAlgorithms[] = {
 };
 
 TEST(RefaceAlgorithmPicture, EveryAlgorithmHasItsCarriersLinesAndPlaceOfTheNumber) {
-    ASSERT_EQ(std::size(ToldAlgorithms), static_cast<std::size_t>(RefaceAlgorithmCount));
+    ASSERT_EQ(std::size(ExpectedAlgorithms), static_cast<std::size_t>(RefaceAlgorithmCount));
     for (int algorithm = 0; algorithm < RefaceAlgorithmCount; ++algorithm) {
-        const ToldAlgorithm &told = ToldAlgorithms[algorithm];
+        const ExpectedAlgorithm &expected = ExpectedAlgorithms[algorithm];
         const RefaceAlgorithmPicture picture = PictureOf(algorithm);
         std::string carriers;
         for (const RefaceAlgorithmBox &box : picture.boxes) {
@@ -102,9 +102,9 @@ TEST(RefaceAlgorithmPicture, EveryAlgorithmHasItsCarriersLinesAndPlaceOfTheNumbe
                 carriers += static_cast<char>('0' + box.number);
             }
         }
-        EXPECT_EQ(carriers, told.carriers) << algorithm;
-        EXPECT_TRUE(picture.lines == told.lines) << algorithm;
-        EXPECT_TRUE(picture.number == (Rectangle{told.numberFrom, 73, told.numberTo, 110}))
+        EXPECT_EQ(carriers, expected.carriers) << algorithm;
+        EXPECT_TRUE(picture.lines == expected.lines) << algorithm;
+        EXPECT_TRUE(picture.number == (Rectangle{expected.numberFrom, 73, expected.numberTo, 110}))
             << algorithm;
     }
 }

@@ -388,7 +388,7 @@ TEST_F(RefaceFind, IsNotTakenInByAReplyThatIsTooShort) {
     }
 }
 
-TEST_F(RefaceFind, WaitsAsLongAsToldForTheReply) {
+TEST_F(RefaceFind, WaitsForTheReplyAsLongAsTheSettingSays) {
     const int input = AddPair("reface DX");
     SysexWait = 1500;
     midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceDxReply, 1499); };

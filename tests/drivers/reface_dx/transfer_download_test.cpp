@@ -85,7 +85,7 @@ TEST_F(RefaceDownloadTest, SaysTheseBytesInThisOrder) {
         }));
 }
 
-TEST_F(RefaceDownloadTest, DoesEverythingInTheToldOrder) {
+TEST_F(RefaceDownloadTest, DoesEverythingInItsOrder) {
     FillList(3);
     list.itemHeight = 20;
     SynthFirmware = 0x00010200;

@@ -236,7 +236,7 @@ TEST_F(RefaceUploadVoiceTest, SaysTheseBytesInThisOrder) {
     EXPECT_TRUE(desktop.messages.empty()) << "without the flag there is no prompt";
 }
 
-TEST_F(RefaceUploadVoiceTest, DoesEverythingInTheToldOrder) {
+TEST_F(RefaceUploadVoiceTest, DoesEverythingInItsOrder) {
     const VoiceObject voice = Crystal();
     FillList();
     RecordListAmongCalls(midi, list);

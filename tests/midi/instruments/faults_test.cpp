@@ -1,4 +1,4 @@
-// Each fault that an instrument can be told to have, as the program sees it.
+// Each fault that an instrument can be given, as the program sees it.
 #include "cable.h"
 
 #include <algorithm>
@@ -149,7 +149,7 @@ TEST(InstrumentFaults, ANoteInsideAnAnswerIsAnEventOfItsOwn) {
                                                          0x00020653, 0x00F77F00}));
 }
 
-TEST(InstrumentFaults, WhatIsInsideAnAnswerStandsWhereItIsTold) {
+TEST(InstrumentFaults, WhatIsInsideAnAnswerStandsAtItsPlace) {
     const std::vector<std::uint32_t> reply = {0x067F7EF0, 0x41004302, 0x00020653, 0x00F77F00};
     for (const int place : {-1, 0, 1, 2, 3, 4, 5}) {
         ResetBuiltinInstruments();

@@ -72,7 +72,7 @@ TEST(InstrumentMemoryFile, KeepsAllThatTheInstrumentsHold) {
     EXPECT_EQ(Bytes(settings.begin() + 2, settings.begin() + 6), (Bytes{1, 2, 3, 4}));
 }
 
-TEST(InstrumentMemoryFile, HasItsPartsWhereTheyAreTold) {
+TEST(InstrumentMemoryFile, HasItsPartsInTheirPlaces) {
     const TempFolder folder;
     ASSERT_TRUE(SaveInstrumentMemory(folder.File("studio").c_str()));
     Bytes file = ReadTestFile(folder.File("studio"));

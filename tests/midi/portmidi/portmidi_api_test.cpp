@@ -215,7 +215,7 @@ TEST(PortMidiDevices, AreListedAsTheLibraryListsThem) {
     EXPECT_EQ(api.Pm_GetDeviceInfo(-1), nullptr);
 }
 
-TEST(PortMidiDevices, AreOpenedAndClosedWithTheToldArguments) {
+TEST(PortMidiDevices, AreOpenedAndClosedWithTheArgumentsOfTheCall) {
     const MidiApi api = MakePortMidiApi();
     MidiStream input = NoMidiStream, output = NoMidiStream;
     EXPECT_EQ(api.Pm_OpenInput(&input, 0, MidiInputBufferSize), 0);

@@ -498,7 +498,7 @@ TEST_F(AuditionBoxTest, AtAnyScaleOfTheScreenTheEdgesOfNeighboursJoin) {
     });
 }
 
-TEST_F(AuditionBoxTest, TheTextsStandAsTold) {
+TEST_F(AuditionBoxTest, ItsTextsStandInTheBox) {
     WithBox([](QDialog &box) {
         QStringList texts;
         for (const QLabel *label : box.findChildren<QLabel *>()) {

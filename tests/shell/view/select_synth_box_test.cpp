@@ -130,7 +130,7 @@ TEST_F(SelectSynthBox, ShowsTheStoredValuesWithTheFocusOnOk) {
               0);
 }
 
-TEST_F(SelectSynthBox, TheTextsStandAsTold) {
+TEST_F(SelectSynthBox, ItsTextsStandInTheBox) {
     WithBox([](QDialog &box) {
         QStringList labels;
         for (const QLabel *label : box.findChildren<QLabel *>()) {
