@@ -62,6 +62,8 @@ struct Dx7Transfer : testing::Test {
 
     Dx7Transfer() {
         CurrentDriverId = Dx7DriverId;
+        CurrentMidiChannel = 1;
+        SynthFirmware = 0;
         RecordDesktopAmongCalls(midi);
         TheDesktop.RunMessage = [this, inner = TheDesktop.RunMessage](MessageRequest &request) {
             EXPECT_FALSE(list.enabled) << "no item moves while the prompt stands";
