@@ -12,6 +12,8 @@ namespace {
 using Bytes = FakeMidi::Bytes;
 using Calls = std::vector<std::string>;
 
+constexpr int AlreadyStarted = -9999; // any number but that of success
+
 // Takes the fake's table, so that a second fake can be made.
 MidiApi TakeTable() {
     return std::exchange(TheMidi, MidiApi{});
@@ -125,6 +127,39 @@ TEST(CompositeApi, TellsTheTimeOfTheFirstWhenTheSecondHasNoClock) {
     EXPECT_EQ(TheMidi.Pt_Time(), 10);
     EXPECT_EQ(TheMidi.Pt_Stop(), 0);
     EXPECT_EQ(TheMidi.Pm_CountDevices(), 0);
+}
+
+TEST(CompositeApi, KeepsTheClockOfTheSecondWhenItSaysThatItRunsAlready) {
+    Pair pair;
+    bool runs = false;
+    MidiApi second = pair.secondApi;
+    second.Pt_Start = [&](int resolution) {
+        return std::exchange(runs, true) ? AlreadyStarted : pair.secondApi.Pt_Start(resolution);
+    };
+    TheMidi = MakeCompositeApi(pair.firstApi, second);
+    EXPECT_EQ(TheMidi.Pt_Start(1), 0);
+    TheMidi.Pt_Start(1);
+    pair.first.now = 10;
+    pair.second.now = 20;
+    EXPECT_EQ(TheMidi.Pt_Time(), 20);
+    TheMidi.Pt_Stop();
+}
+
+TEST(CompositeApi, KeepsTheClockOfTheFirstUntilItIsStopped) {
+    Pair pair;
+    pair.second.clockFails = true;
+    EXPECT_EQ(TheMidi.Pt_Start(1), 0);
+    pair.second.clockFails = false;
+    EXPECT_EQ(TheMidi.Pt_Start(1), 0);
+    pair.first.now = 10;
+    pair.second.now = 20;
+    EXPECT_EQ(TheMidi.Pt_Time(), 10);
+    TheMidi.Pt_Stop();
+    EXPECT_EQ(TheMidi.Pt_Start(1), 0);
+    pair.first.now = 10;
+    pair.second.now = 20;
+    EXPECT_EQ(TheMidi.Pt_Time(), 20);
+    TheMidi.Pt_Stop();
 }
 
 TEST(CompositeApi, RescansBoth) {
