@@ -2,9 +2,9 @@
 #include "midi/audition.h"
 
 #include "common/settings.h"
-#include "driver_rows.h"
 #include "drivers/dx7/transfer.h"
 #include "support/bank_bytes.h"
+#include "support/driver_rows.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"
 

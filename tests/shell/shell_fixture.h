@@ -6,12 +6,12 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "driver_rows.h"
 #include "shell/commands.h"
 #include "shell/documents.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 #include "support/bank_bytes.h"
+#include "support/driver_rows.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 

@@ -1,5 +1,5 @@
-// Stands in for drivers/synth_driver_table.cpp in this program.
-#include "driver_rows.h"
+// Stands in for drivers/synth_driver_table.cpp in the test programs that name this file.
+#include "support/driver_rows.h"
 
 #include "drivers/dx7/driver.h"
 #include "drivers/reface_dx/driver.h"

@@ -1,5 +1,5 @@
-// The driver table of the shell's tests: changeable copies of the two real rows, so that a test can
-// put an operation of its own into one of them. The rest of the program sees them as the table.
+// A driver table for tests: changeable copies of the two real rows, so that a test can put an
+// operation of its own into one of them. The rest of the program sees them as the table.
 #pragma once
 
 #include "core/synth_driver.h"
