@@ -4,6 +4,7 @@
 #include "common/view/fonts.h"
 #include "drivers/dx7/view/algorithm_view.h"
 #include "drivers/dx7/voice_codec.h"
+#include "support/pixels.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -20,16 +21,6 @@
 namespace tonewright {
 namespace {
 
-constexpr QRgb Black = 0xFF000000;
-constexpr QRgb White = 0xFFFFFFFF;
-constexpr QRgb Untouched = 0xFFC0FFEE;
-
-QImage EmptyImage(int width, int height, QRgb colour = Untouched) {
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(colour);
-    return image;
-}
-
 // A picture on an image with ten pixels around it, which no line leaves in the pictures looked at
 // here.
 constexpr int Around = 10;
@@ -41,61 +32,6 @@ QImage PaintAlgorithm(int algorithm, int height, int weight, int flags, QColor i
                                algorithm, ink, background, weight, flags),
               1);
     return image;
-}
-
-bool IsAll(const QImage &image, const QRect &area, QRgb colour) {
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) != colour) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
-// The smallest rectangle around every pixel within `area` that differs from `background`.
-QRect InkOf(const QImage &image, const QRect &area, QRgb background) {
-    QRect ink;
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) != background) {
-                ink |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return ink;
-}
-
-bool HasPixel(const QImage &image, const QRect &area, QRgb colour) {
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) == colour) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-// First and last row of the run of ink through column x and row y, or -1 and -1.
-std::pair<int, int> RunOfColumn(const QImage &image, int x, int y, QRgb ink = Black) {
-    if (image.pixel(x, y) != ink) {
-        return {-1, -1};
-    }
-    int first = y;
-    int last = y;
-    while (first > 0 && image.pixel(x, first - 1) == ink) {
-        --first;
-    }
-    while (last + 1 < image.height() && image.pixel(x, last + 1) == ink) {
-        ++last;
-    }
-    return {first, last};
-}
-
-std::pair<int, int> RunOfRow(const QImage &image, int x, int y, QRgb ink = Black) {
-    return RunOfColumn(image.transformed(QTransform(0, 1, 1, 0, 0, 0)), y, x, ink);
 }
 
 int StripWidth(int fontHeight) {

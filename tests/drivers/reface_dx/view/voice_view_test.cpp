@@ -4,6 +4,7 @@
 #include "common/view/fonts.h"
 #include "core/dispatch.h"
 #include "drivers/reface_dx/view/algorithm_view.h"
+#include "support/pixels.h"
 #include "support/reface_bytes.h"
 
 #include <QApplication>
@@ -19,16 +20,6 @@
 namespace tonewright {
 namespace {
 
-constexpr QRgb Black = 0xFF000000;
-constexpr QRgb White = 0xFFFFFFFF;
-constexpr QRgb Untouched = 0xFFC0FFEE;
-
-QImage EmptyImage(int width, int height, QRgb colour = Untouched) {
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(colour);
-    return image;
-}
-
 using DrawFunction = void (*)(QPainter &, const Rectangle &, int, QColor, QColor, int, bool);
 
 // A picture of `width` by `height` with ten pixels around it, which no picture here leaves.
@@ -40,59 +31,6 @@ QImage Paint(DrawFunction draw, int algorithm, int width, int height, int weight
     draw(painter, {Around, Around, Around + width, Around + height}, algorithm, ink, paper, weight,
          withNumber);
     return image;
-}
-
-bool IsAll(const QImage &image, const QRect &area, QRgb colour) {
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) != colour) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
-bool HasPixel(const QImage &image, const QRect &area, QRgb colour) {
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) == colour) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-QRect InkOf(const QImage &image, const QRect &area, QRgb background = White) {
-    QRect ink;
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x <= area.right(); ++x) {
-            if (image.pixel(x, y) != background) {
-                ink |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return ink;
-}
-
-// First and last row of the run of ink through column x and row y, or -1 and -1.
-std::pair<int, int> RunOfColumn(const QImage &image, int x, int y, QRgb ink = Black) {
-    if (image.pixel(x, y) != ink) {
-        return {-1, -1};
-    }
-    int first = y, last = y;
-    while (first > 0 && image.pixel(x, first - 1) == ink) {
-        --first;
-    }
-    while (last + 1 < image.height() && image.pixel(x, last + 1) == ink) {
-        ++last;
-    }
-    return {first, last};
-}
-
-std::pair<int, int> RunOfRow(const QImage &image, int x, int y, QRgb ink = Black) {
-    return RunOfColumn(image.transformed(QTransform(0, 1, 1, 0, 0, 0)), y, x, ink);
 }
 
 VoiceObject MakeVoice(const std::string &name, int algorithm) {
