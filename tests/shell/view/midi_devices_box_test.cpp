@@ -2,16 +2,15 @@
 #include "shell/view/midi_devices_box.h"
 
 #include "support/fake_midi.h"
+#include "support/modal_box.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QDialog>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 
@@ -22,21 +21,8 @@ class MidiDevicesBox : public testing::Test {
 protected:
     // Opens the box and hands it and its list to `use`, which closes it.
     void WithBox(const std::function<void(QDialog &, QListWidget &)> &use) {
-        bool opened = false;
-        QTimer::singleShot(0, [&] {
-            auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            ASSERT_NE(box, nullptr);
-            opened = true;
-            box->activateWindow();
-            ASSERT_TRUE(QTest::qWaitForWindowActive(box));
-            use(*box, *box->findChild<QListWidget *>("control_101"));
-            if (box->isVisible()) {
-                ADD_FAILURE() << "the box is still open";
-                box->done(0);
-            }
-        });
-        ShowMidiDevices(nullptr);
-        EXPECT_TRUE(opened);
+        WithModalBox([] { ShowMidiDevices(nullptr); },
+                     [&](QDialog &box) { use(box, *box.findChild<QListWidget *>("control_101")); });
     }
     static void Click(QDialog &box, int button) {
         QTest::mouseClick(box.findChild<QPushButton *>(QString("control_%1").arg(button)),

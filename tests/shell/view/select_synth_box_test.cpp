@@ -5,12 +5,12 @@
 #include "core/current.h"
 #include "shell/commands.h"
 #include "support/fake_midi.h"
+#include "support/modal_box.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -18,7 +18,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 
@@ -53,21 +52,8 @@ protected:
 
     // Opens the box and hands it to `use`, which closes it. The box's result.
     int WithBox(const std::function<void(QDialog &)> &use) {
-        bool opened = false;
-        QTimer::singleShot(0, [&] {
-            auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            ASSERT_NE(box, nullptr);
-            opened = true;
-            box->activateWindow();
-            ASSERT_TRUE(QTest::qWaitForWindowActive(box));
-            use(*box);
-            if (box->isVisible()) {
-                ADD_FAILURE() << "the box is still open";
-                box->done(0);
-            }
-        });
-        const int result = SelectSynthesizer(nullptr, CurrentSelectParams());
-        EXPECT_TRUE(opened);
+        int result = 0;
+        WithModalBox([&] { result = SelectSynthesizer(nullptr, CurrentSelectParams()); }, use);
         return result;
     }
 
