@@ -122,33 +122,25 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
     }
 }
 
+constexpr InstrumentModel ModelAt(const char *portName) {
+    return {
+        .portName = portName,
+        .memorySize = BankSize,
+        .editBufferSize = VoiceSize,
+        .systemSize = 0,
+        .fillFactory = FillFactory,
+        .hearsNotes = Hears,
+        .hearsControls = Hears,
+        .setOmni = SetOmni,
+        .recall = Recall,
+        .takeSysex = TakeSysex,
+    };
+}
+
 } // namespace
 
-const InstrumentModel Dx7Model = {
-    .portName = "Built-in DX7",
-    .memorySize = BankSize,
-    .editBufferSize = VoiceSize,
-    .systemSize = 0,
-    .fillFactory = FillFactory,
-    .hearsNotes = Hears,
-    .hearsControls = Hears,
-    .setOmni = SetOmni,
-    .recall = Recall,
-    .takeSysex = TakeSysex,
-};
-
-// Takes the same messages as a DX7.
-const InstrumentModel VolcaFmModel = {
-    .portName = "Built-in volca fm",
-    .memorySize = BankSize,
-    .editBufferSize = VoiceSize,
-    .systemSize = 0,
-    .fillFactory = FillFactory,
-    .hearsNotes = Hears,
-    .hearsControls = Hears,
-    .setOmni = SetOmni,
-    .recall = Recall,
-    .takeSysex = TakeSysex,
-};
+// A Volca FM takes the same messages as a DX7.
+const InstrumentModel Dx7Model = ModelAt("Built-in DX7");
+const InstrumentModel VolcaFmModel = ModelAt("Built-in volca fm");
 
 } // namespace tonewright
