@@ -84,17 +84,6 @@ void SendBlock(const MidiLink &link, std::uint8_t high, std::uint8_t middle,
     WriteSysex(link.output, message);
 }
 
-// An operator of a voice; nothing when the block that should hold it is too short.
-std::optional<std::span<const std::uint8_t, RefaceOperatorSize>>
-OperatorOf(const VoiceObject &voice, std::size_t n) {
-    const auto parts = PayloadOf(voice);
-    const std::size_t start = n * RefaceOperatorSize;
-    if (!parts || parts->extra.size() < start + RefaceOperatorSize) {
-        return std::nullopt;
-    }
-    return parts->extra.subspan(start).first<RefaceOperatorSize>();
-}
-
 // The five blocks of a voice. All five go out in any case: one that the voice does not hold is sent
 // as zeros, and does not keep the others back.
 void SendVoice(const MidiLink &link, const VoiceObject &voice) {
@@ -103,7 +92,7 @@ void SendVoice(const MidiLink &link, const VoiceObject &voice) {
     SendBlock(link, CommonAddress, 0, RefaceCommonOf(voice).value_or(noCommon));
     for (std::size_t n = 0; n < RefaceOperatorCount; ++n) {
         SendBlock(link, OperatorAddress, static_cast<std::uint8_t>(n),
-                  OperatorOf(voice, n).value_or(noOperator));
+                  RefaceOperatorOf(voice, n).value_or(noOperator));
     }
 }
 

@@ -74,6 +74,16 @@ RefaceCommonOf(const VoiceObject &voice) {
     return parts->payload.first<RefaceCommonSize>();
 }
 
+std::optional<std::span<const std::uint8_t, RefaceOperatorSize>>
+RefaceOperatorOf(const VoiceObject &voice, std::size_t index) {
+    const auto parts = PayloadOf(voice);
+    const std::size_t start = index * RefaceOperatorSize;
+    if (!parts || parts->extra.size() < start + RefaceOperatorSize) {
+        return std::nullopt;
+    }
+    return parts->extra.subspan(start).first<RefaceOperatorSize>();
+}
+
 const char *RefaceNameText(const std::uint8_t *tenBytes) {
     static VoiceNameText text;
     text = MakeVoiceNameText(tenBytes);

@@ -115,6 +115,9 @@ std::optional<MutableRefaceVoiceParts> MutableRefaceVoiceOf(VoiceObject &voice);
 // refuses, or whose payload is shorter.
 std::optional<std::span<const std::uint8_t, RefaceCommonSize>>
 RefaceCommonOf(const VoiceObject &voice);
+// One operator alone, 0 to 3, of a block that may hold fewer than four.
+std::optional<std::span<const std::uint8_t, RefaceOperatorSize>>
+RefaceOperatorOf(const VoiceObject &voice, std::size_t index);
 
 // The name of ten bytes as MakeVoiceNameText gives it. Static text.
 const char *RefaceNameText(const std::uint8_t *tenBytes);
