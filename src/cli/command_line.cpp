@@ -1,6 +1,8 @@
 // Takes the command line apart.
 #include "cli/command_line.h"
 
+#include "common/text.h"
+
 #include <charconv>
 
 namespace tonewright {
@@ -29,10 +31,6 @@ std::optional<int> ReadNumber(std::string_view text, int smallest, int largest) 
         return std::nullopt;
     }
     return number;
-}
-
-char ToUpper(char letter) {
-    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
 } // namespace
@@ -105,9 +103,9 @@ std::optional<int> ReadNote(std::string_view text) {
     if (const auto number = ReadNumber(text, 0, LastNote)) {
         return number;
     }
-    constexpr std::string_view letters = "C D EF G A B"; // at their places in an octave
+    constexpr std::string_view letters = "c d ef g a b"; // at their places in an octave
     const std::size_t letter =
-        text.empty() || text[0] == ' ' ? letters.npos : letters.find(ToUpper(text[0]));
+        text.empty() || text[0] == ' ' ? letters.npos : letters.find(LowerAscii(text[0]));
     if (letter == letters.npos) {
         return std::nullopt;
     }

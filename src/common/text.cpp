@@ -40,11 +40,6 @@ constexpr std::size_t SequenceLength(char lead) {
     return 1;
 }
 
-constexpr char LowerAscii(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                : character;
-}
-
 bool IsSeparator(char character) {
     return character == '/' || character == PathSeparator ||
            (PathSeparator == '\\' && character == ':');
@@ -226,6 +221,11 @@ std::string BackupPathOf(std::string_view path) {
     backup += "Backup of ";
     backup += path.substr(name);
     return backup;
+}
+
+char LowerAscii(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
+                                                : character;
 }
 
 bool EqualNoCase(std::string_view a, std::string_view b) {

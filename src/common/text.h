@@ -45,6 +45,8 @@ std::string ReplaceExtension(std::string_view path, std::string_view extension);
 // The path with "Backup of " in front of its name.
 std::string BackupPathOf(std::string_view path);
 
+// An ASCII letter as a small one; any other byte as it is.
+char LowerAscii(char character);
 // Compares without regard to the case of ASCII letters.
 bool EqualNoCase(std::string_view a, std::string_view b);
 

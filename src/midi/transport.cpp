@@ -2,6 +2,7 @@
 #include "midi/transport.h"
 
 #include "common/settings.h"
+#include "common/text.h"
 #include "midi/sysex.h"
 
 #include <algorithm>
@@ -12,11 +13,6 @@ namespace {
 
 constexpr std::int32_t AtOnce = 0;
 constexpr int BytesOfEvent = 4;
-
-char ToUpper(char character) {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
-                                                : character;
-}
 
 // When an event that is awaited from now on is too late. In 64 bits: the setting may hold anything.
 std::int64_t DeadlineFrom(std::int32_t start) {
@@ -98,7 +94,7 @@ const char *NameContains(const char *name, const char *pattern) {
     const std::string_view where(name ? name : "");
     const std::string_view what(pattern ? pattern : "");
     const auto found = std::search(where.begin(), where.end(), what.begin(), what.end(),
-                                   [](char a, char b) { return ToUpper(a) == ToUpper(b); });
+                                   [](char a, char b) { return LowerAscii(a) == LowerAscii(b); });
     const auto place = static_cast<std::size_t>(found - where.begin());
     // An empty pattern is found at once, in an empty name too.
     return place < where.size() || what.empty() ? where.data() + place : nullptr;
