@@ -10,7 +10,6 @@
 #include "core/dispatch.h"
 
 #include <cerrno>
-#include <cstring>
 #include <optional>
 
 namespace tonewright {
@@ -18,13 +17,9 @@ namespace {
 
 // The reason of a failed write. The system's own words are the last error that it reported.
 int TellNotWritten(const char *path, int systemError) {
-    std::string reason = "could not be written";
-    if (SomethingWasRefused()) {
-        reason = "not written, as answered";
-    } else if (systemError != 0) {
-        reason += std::string(": ") + std::strerror(systemError);
-    }
-    return TellFailure(path, reason);
+    return TellFailure(path, SomethingWasRefused()
+                                 ? "not written, as answered"
+                                 : WithSystemReason("could not be written", systemError));
 }
 
 // Whether the row can be written into a file of the current family; else says why `path` is not

@@ -113,7 +113,7 @@ int CliMemory(const CliCall &call) {
                                              VoiceExtension(memory->driver)));
     }
     UseTerminalDesktop(call);
-    if (const int status = ReadInstrumentMemory(path); status != ExitDone) {
+    if (const int status = ReadInstrumentMemory(path, false); status != ExitDone) {
         return status;
     }
     CurrentDriverId = memory->driver;

@@ -143,6 +143,18 @@ const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, 
     return voice;
 }
 
+// What a command that sends one voice needs of its file, which is opened. The exit status; a
+// failure has been told.
+int OpenVoiceToSend(const CliCall &call, const char *path, int place, MidiFile &file,
+                    const VoiceObject *&voice) {
+    if (const int status = ReadMidiFile(call, path, file); status != ExitDone) {
+        return status;
+    }
+    UseTerminalDesktop(call);
+    voice = OpenVoiceAt(path, *file.format, place);
+    return voice ? ExitDone : ExitFailed;
+}
+
 // ---- play
 
 constexpr std::chrono::milliseconds NoteLength(500);
@@ -270,13 +282,9 @@ int CliUploadVoice(const CliCall &call) {
         return TellWrongCall(call.words[1], NotAPlace);
     }
     MidiFile file;
-    if (const int status = ReadMidiFile(call, path, file); status != ExitDone) {
+    const VoiceObject *voice = nullptr;
+    if (const int status = OpenVoiceToSend(call, path, *place, file, voice); status != ExitDone) {
         return status;
-    }
-    UseTerminalDesktop(call);
-    const VoiceObject *voice = OpenVoiceAt(path, *file.format, *place);
-    if (!voice) {
-        return ExitFailed;
     }
     return WithInstrument(call, *file.synth, [&] {
         return UploadOneVoice(nullptr, MainList, voice, file.synth->id, MidiInPort, MidiOutPort,
@@ -342,13 +350,9 @@ int CliPlay(const CliCall &call) {
         notes.push_back(*note);
     }
     MidiFile file;
-    if (const int status = ReadMidiFile(call, path, file); status != ExitDone) {
+    const VoiceObject *voice = nullptr;
+    if (const int status = OpenVoiceToSend(call, path, *place, file, voice); status != ExitDone) {
         return status;
-    }
-    UseTerminalDesktop(call);
-    const VoiceObject *voice = OpenVoiceAt(path, *file.format, *place);
-    if (!voice) {
-        return ExitFailed;
     }
     return WithInstrument(call, *file.synth, [&] { return PlayNotes(*file.synth, *voice, notes); });
 }

@@ -4,7 +4,6 @@
 #include "cli/interruption.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
-#include "common/file_bytes.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
@@ -15,7 +14,6 @@
 #include "midi/transport.h"
 
 #include <cerrno>
-#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -70,8 +68,7 @@ std::string MissingPorts() {
 
 // ---- the built-in instruments
 
-// What they held after the call before this one; of a file that is not there yet, the state of the
-// factory.
+// What they held after the call before this one.
 int LoadMemory(const char *path) {
     if (!*path) {
         return TellWrongCall("--memory", "needs the name of a file");
@@ -80,9 +77,7 @@ int LoadMemory(const char *path) {
         return TellFailure(path, "no device: the built-in instruments, whose memory it keeps, are "
                                  "there with TONEWRIGHT_INSTRUMENTS=1");
     }
-    errno = 0;
-    const bool isNew = !ReadFileBytes(path, 1) && errno == ENOENT;
-    return isNew ? ExitDone : ReadInstrumentMemory(path);
+    return ReadInstrumentMemory(path, true);
 }
 
 int SaveMemory(const char *path) {
@@ -90,8 +85,7 @@ int SaveMemory(const char *path) {
     if (SaveInstrumentMemory(path)) {
         return ExitDone;
     }
-    return TellFailure(path, std::string("could not be written") +
-                                 (errno != 0 ? std::string(": ") + std::strerror(errno) : ""));
+    return TellFailure(path, WithSystemReason("could not be written", errno));
 }
 
 // ---- the table
@@ -143,14 +137,13 @@ const char *const MidiHelp =
     "instrument is that of the file; find looks for that of the settings, or else for every one.\n"
     "TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in instruments.\n";
 
-int ReadInstrumentMemory(const char *path) {
+int ReadInstrumentMemory(const char *path, bool mayBeNew) {
     errno = 0;
-    if (!ReadFileBytes(path, 1)) {
-        return TellFailure(path, std::string("not readable: ") + std::strerror(errno));
+    if (LoadInstrumentMemory(path) || (mayBeNew && errno == ENOENT)) {
+        return ExitDone;
     }
-    return LoadInstrumentMemory(path)
-               ? ExitDone
-               : TellFailure(path, "not a memory of the built-in instruments");
+    return TellFailure(path, errno != 0 ? WithSystemReason("not readable", errno)
+                                        : "not a memory of the built-in instruments");
 }
 
 int ReadMidiSettings(const CliCall &call) {

@@ -36,9 +36,9 @@ int WithMidi(const CliCall &call, const std::function<int()> &work);
 // What the built-in instruments hold afterwards goes into the file of --memory.
 int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work);
 
-// Reads a file of --memory into the built-in instruments. ExitDone, or ExitFailed after telling why
-// not.
-int ReadInstrumentMemory(const char *path);
+// Reads a file of --memory into the built-in instruments; with `mayBeNew` one that does not exist
+// stands for the state of the factory. ExitDone, or ExitFailed after telling why not.
+int ReadInstrumentMemory(const char *path, bool mayBeNew);
 
 // Whether the instrument is there: looks for it by the names of its ports, or, where its family can
 // be detected and no names were given, by its answer. Sets CurrentDriverId, MidiInPort,

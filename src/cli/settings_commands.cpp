@@ -126,11 +126,7 @@ int CliConfig(const CliCall &call) {
     const char *path = call.words[0];
     errno = 0;
     if (!ConfigReadFile(path)) {
-        std::string reason = "not readable";
-        if (errno != 0) {
-            reason += std::string(": ") + std::strerror(errno);
-        }
-        return TellFailure(path, reason);
+        return TellFailure(path, WithSystemReason("not readable", errno));
     }
     PutAllSettings();
     return ExitDone;
@@ -144,8 +140,8 @@ int CliSettings(const CliCall &call) {
     }
     if (call.words.size() != words) {
         return TellWrongCall("settings",
-                         FormatText("%s %s arguments", call.words[0],
-                                    call.words.size() < words ? "lacks" : "has too many"));
+                             FormatText("%s %s arguments", call.words[0],
+                                        call.words.size() < words ? "lacks" : "has too many"));
     }
     const ConfigKey *key = words > 1 ? KeyOfName(call.words[1]) : nullptr;
     if (words > 1 && !key) {

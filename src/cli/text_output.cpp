@@ -4,6 +4,7 @@
 #include "cli/command_line.h"
 
 #include <charconv>
+#include <cstring>
 
 namespace tonewright {
 namespace {
@@ -71,6 +72,14 @@ void PutVoiceName(TextOutput &output, std::string_view latin1) {
             output.text += static_cast<char>(0x80 | (byte & 0x3F));
         }
     }
+}
+
+std::string WithSystemReason(std::string_view reason, int error) {
+    std::string told(reason);
+    if (error != 0) {
+        told += std::string(": ") + std::strerror(error);
+    }
+    return told;
 }
 
 void TellError(std::string_view subject, std::string_view reason) {

@@ -32,6 +32,9 @@ std::string FieldText(std::string_view text);
 // 127 to 159) replaced by "?".
 void PutVoiceName(TextOutput &output, std::string_view latin1);
 
+// "REASON: " and the system's words for the error number; of 0, the reason alone.
+std::string WithSystemReason(std::string_view reason, int error);
+
 // "tonewright-cli: SUBJECT: REASON" on standard error; without a subject only the reason.
 void TellError(std::string_view subject, std::string_view reason);
 // The same, and the exit status that goes with it: ExitFailed or ExitWrongCall.
