@@ -1,8 +1,8 @@
 // The command-line program on files of the reface DX: real files, the real program, its output,
 // errors and exit status.
+#include "run_cli.h"
 #include "support/bank_bytes.h"
 #include "support/reface_bytes.h"
-#include "support/run_program.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -14,11 +14,6 @@ namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-ProgramResult Cli(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
-    return RunProgram(arguments);
-}
 
 Bytes Resized(Bytes bytes, std::size_t size) {
     bytes.resize(size);

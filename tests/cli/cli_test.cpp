@@ -1,8 +1,8 @@
 // The command-line program as its users see it: real files, the real program, its output, errors
 // and exit status.
 #include "core/synth_driver.h"
+#include "run_cli.h"
 #include "support/bank_bytes.h"
-#include "support/run_program.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -17,11 +17,6 @@ namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-ProgramResult Cli(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
-    return RunProgram(arguments);
-}
 
 bool Contains(const std::string &text, const std::string &part) {
     return text.find(part) != std::string::npos;
@@ -156,10 +151,10 @@ TEST(CliList, GoesOnBehindAFileThatItCannotList) {
     const auto result = Cli({"list", missing, unknown, bank});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.output, TestBankLines(bank + "\t"));
-    EXPECT_EQ(result.errors, "tonewright-cli: " + missing +
-                                 ": not readable: No such file or directory\n" +
-                                 "tonewright-cli: " + unknown +
-                                 ": the extension is none of those that can be read (syx, sy1, srx, sr1)\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + missing + ": not readable: No such file or directory\n" +
+                  "tonewright-cli: " + unknown +
+                  ": the extension is none of those that can be read (syx, sy1, srx, sr1)\n");
 }
 
 // ---- check

@@ -1,9 +1,10 @@
 // The command-line program with the built-in instruments, on a home of its own.
 #pragma once
 
+#include "run_cli.h"
+
 #include "support/bank_bytes.h"
 #include "support/reface_bytes.h"
-#include "support/run_program.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -91,10 +92,6 @@ protected:
         setenv("TONEWRIGHT_INSTRUMENTS", "1", 1);
     }
 
-    static ProgramResult Cli(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
-        return RunProgram(arguments);
-    }
     // A call that succeeds and says nothing.
     static void ExpectDone(std::vector<std::string> arguments) {
         const auto result = Cli(std::move(arguments));

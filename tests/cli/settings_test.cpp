@@ -1,5 +1,6 @@
 // The commands "settings" and "history" on a home of their own.
-#include "support/run_program.h"
+#include "run_cli.h"
+
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -17,10 +18,6 @@ protected:
         setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
     }
 
-    static ProgramResult Cli(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
-        return RunProgram(arguments);
-    }
     static void ExpectOutput(std::vector<std::string> arguments, const std::string &output) {
         const auto result = Cli(std::move(arguments));
         EXPECT_EQ(result.exitStatus, 0);

@@ -212,6 +212,17 @@ bool Tells(const Operation &operation) {
     return operation.run == &Session::UploadVoice;
 }
 
+// Runs an operation that the faults do not keep from its end, and from restoring the settings.
+void ExpectDoneUnder(const InstrumentFaults &faults, const Operation &operation) {
+    Session session(faults);
+    if (Tells(operation)) {
+        session.desktop.ExpectMessage(Stored);
+    }
+    EXPECT_EQ((session.*operation.run)(), 1);
+    operation.expectDone(session);
+    EXPECT_EQ(SystemSettingsOf(Reface), UserSettings);
+}
+
 // ---- ports
 
 TEST(RefaceFaults, APortThatDoesNotOpenEndsEachOperationInSilence) {
@@ -318,13 +329,7 @@ TEST(RefaceFaults, WithTheSettingsEverythingIsDoneAndTheyAreThereAgain) {
             }
             SCOPED_TRACE(std::string(operation.name) + ", " + row.name);
             row.faults.faultyMessages = 1;
-            Session session(row.faults);
-            if (Tells(operation)) {
-                session.desktop.ExpectMessage(Stored);
-            }
-            EXPECT_EQ((session.*operation.run)(), 1);
-            operation.expectDone(session);
-            EXPECT_EQ(SystemSettingsOf(Reface), UserSettings);
+            ExpectDoneUnder(row.faults, operation);
         }
     }
 }
@@ -501,13 +506,7 @@ TEST(RefaceFaults, FaultsOfVoicesDoNotReachTheUploads) {
                 continue;
             }
             SCOPED_TRACE(std::string(operation.name) + ", " + row.name);
-            Session session(row.faults);
-            if (Tells(operation)) {
-                session.desktop.ExpectMessage(Stored);
-            }
-            EXPECT_EQ((session.*operation.run)(), 1);
-            operation.expectDone(session);
-            EXPECT_EQ(SystemSettingsOf(Reface), UserSettings);
+            ExpectDoneUnder(row.faults, operation);
         }
     }
 }
