@@ -2,6 +2,8 @@
 #include "shell/clipboard.h"
 #include "shell_fixture.h"
 
+#include <algorithm>
+
 namespace tonewright {
 namespace {
 

@@ -73,8 +73,7 @@ protected:
 private:
     // The mark of a key that is down stands on the part that a finger would touch.
     void MarkKey(bool down) {
-        auto *foot = parentWidget()->findChild<KeyButton *>(
-            ControlName(LowerPartControl + part.key), Qt::FindDirectChildrenOnly);
+        auto *foot = ControlOf<KeyButton>(parentWidget(), LowerPartControl + part.key);
         foot->marked = down;
         foot->update();
     }

@@ -2,6 +2,7 @@
 #include "common/settings.h"
 #include "common/sound.h"
 #include "common/strings.h"
+#include "common/view/dialog_controls.h"
 #include "common/view/message_dialog.h"
 #include "common/view/wrapped_text.h"
 
@@ -10,6 +11,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
+#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -57,7 +59,7 @@ QCheckBox *CheckOf(const QDialog &dialog, int control) {
 }
 
 WrappedText *TextOf(const QDialog &dialog) {
-    return dialog.findChild<WrappedText *>("control_65");
+    return ControlOf<WrappedText>(&dialog, 65);
 }
 
 void Click(const QDialog &dialog, int control) {
@@ -234,7 +236,7 @@ TEST(MessageDialog, CheckBoxesAndNotesStandUnderTheTextWithTheMarginBetween) {
         const int margin = ButtonOf(dialog, 1)->y();
         std::vector<QWidget *> lines = {TextOf(dialog), CheckOf(dialog, 500), CheckOf(dialog, 502)};
         for (const char *text : {"First note", "Second note", "Third note"}) {
-            for (WrappedText *note : dialog.findChildren<WrappedText *>()) {
+            for (QLabel *note : dialog.findChildren<QLabel *>()) {
                 if (note->text().startsWith(text)) {
                     EXPECT_GE(note->height(), note->heightForWidth(note->width()));
                     lines.push_back(note);
