@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QImage>
+#include <QPainter>
 #include <QTest>
 #include <QWidget>
 
@@ -88,6 +89,45 @@ TEST_F(StatusBarTest, TheBarStaysAtTheFootOfItsWindow) {
     window.resize(500, 400);
     EXPECT_EQ(bar->geometry(), QRect(0, 400 - bar->height(), 500, bar->height()));
     EXPECT_TRUE(bar->isVisible());
+}
+
+TEST_F(StatusBarTest, EveryPixelOfTheBarIsWhereItsMeasuresSay) {
+    SetStatusBarProgress(32, 32);
+    const int height = bar->height();
+    QImage expected(829, height, QImage::Format_RGB32);
+    expected.fill(SystemColourOf(SystemColour::ButtonFace));
+    {
+        QPainter painter(&expected);
+        painter.fillRect(0, 0, 829, 1, Qt::black);
+        painter.fillRect(0, 1, 829, 1, Qt::white);
+        const QColor shadow = SystemColourOf(SystemColour::ButtonShadow);
+        painter.setPen(shadow);
+        painter.drawRect(4, 3, 297, height - 7); // to 301 and three pixels above the foot
+        painter.drawRect(306, 3, 299, height - 7);
+        painter.fillRect(308, 5, 296, height - 10, shadow);
+    }
+    const QImage image = bar->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(image, expected);
+}
+
+TEST_F(StatusBarTest, ATextBeginsThreePixelsInsideOfItsOutline) {
+    SetStatusBarText(&window, "Yamaha DX7");
+    const StatusBarState &state = *StatusBarStateOf(&window);
+    const int height = bar->height();
+    QImage expected(829, height, QImage::Format_RGB32);
+    expected.fill(SystemColourOf(SystemColour::ButtonFace));
+    {
+        QPainter painter(&expected);
+        painter.setFont(state.font);
+        painter.setPen(SystemColourOf(SystemColour::ButtonText));
+        // In the middle between 4 and height - 4.
+        const QFontMetrics metrics(state.font);
+        const int cell = metrics.ascent() + metrics.descent();
+        painter.drawText(7, 4 + (height - 8 - cell) / 2 + metrics.ascent(), "Yamaha DX7");
+    }
+    const QRect inside(5, 4, 296, height - 8);
+    const QImage image = bar->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(image.copy(inside), expected.copy(inside));
 }
 
 TEST_F(StatusBarTest, HalfWayTheMeterIsHalfFull) {

@@ -545,6 +545,12 @@ TEST_F(Dx7ImportVoiceTest, WithAnOutVoiceTheListIsLeftAlone) {
     EXPECT_EQ(Dx7ImportVoice(nullptr, list, -1, path.c_str(), &voice), 1)
         << "the index does not matter then";
     EXPECT_EQ(voice, TestVoice());
+    ListTakeVoice(list, 7);
+    voice = {};
+    EXPECT_EQ(Dx7ImportVoice(nullptr, list, 7, path.c_str(), &voice), 1)
+        << "nor does it that its row has no voice";
+    EXPECT_EQ(voice, TestVoice());
+    EXPECT_EQ(ListVoice(list, 7), nullptr);
 }
 
 TEST_F(Dx7ImportVoiceTest, APlaceWithoutAVoiceCannotBeFilledAndTheFileIsNotLookedAt) {

@@ -112,6 +112,25 @@ TEST(Dx7VoiceCodec, AnOperatorIsEnabledWhenItsLevelIsNotZero) {
     }
 }
 
+TEST(Dx7VoiceCodec, ALevelWithItsHighestBitAloneEnablesItsOperator) {
+    Bytes packed = TestPackedVoice(0);
+    packed[17 * 2 + 14] = 0x80;
+    const Bytes voice = Unpack(packed);
+    EXPECT_EQ(voice[21 * 2 + 16], 0x80);
+    EXPECT_EQ(voice[155], 0x3F);
+    EXPECT_EQ(Pack(voice)[17 * 2 + 14], 0x80);
+}
+
+TEST(Dx7VoiceCodec, TheTwoHighestEnableBitsBelongToNoOperator) {
+    Bytes voice = TestUnpackedVoice();
+    voice[155] = 0xC0;
+    EXPECT_EQ(Pack(voice)[17 * 0 + 14], 0);
+    voice[155] = 0x2F;
+    const Bytes packed = Pack(voice);
+    voice[155] = 0xEF;
+    EXPECT_EQ(Pack(voice), packed);
+}
+
 TEST(Dx7VoiceCodec, AllOperatorsEnabledPackWithTheirLevels) {
     Bytes voice = TestUnpackedVoice();
     voice[155] = 0x3F;

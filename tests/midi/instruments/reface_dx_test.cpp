@@ -345,6 +345,48 @@ TEST(RefaceDxInstrument, RefusesBlocksOfTheWrongLength) {
     EXPECT_EQ(EditBufferOf(Reface), before);
 }
 
+// A block at any address with a right count and a right sum.
+Bytes BlockAt(std::uint8_t model, const Bytes &address, const Bytes &data) {
+    const Bytes summed = Bytes{model} + address + data;
+    return Bytes{0xF0, 0x43, 0x00, 0x7F, 0x1C, 0x00, static_cast<std::uint8_t>(summed.size())} +
+           summed + Bytes{SumByte(summed), 0xF7};
+}
+
+TEST(RefaceDxInstrument, RefusesBlocksOfAnotherModelOrLowAddress) {
+    Cable cable(Reface);
+    const Bytes before = EditBufferOf(Reface);
+    ASSERT_EQ(BlockAt(0x05, {0x31, 0x01, 0x00}, TestOperator(1)), OperatorDump(1, TestOperator(1)));
+    cable.Send(VoiceHeader);
+    cable.Send(BlockAt(0x04, {0x30, 0x00, 0x00}, TestCommon()));
+    cable.Send(BlockAt(0x06, {0x31, 0x00, 0x00}, TestOperator(1)));
+    cable.Send(BlockAt(0x05, {0x30, 0x00, 0x01}, TestCommon()));
+    cable.Send(BlockAt(0x05, {0x30, 0x01, 0x00}, TestCommon()));
+    cable.Send(BlockAt(0x05, {0x31, 0x01, 0x01}, TestOperator(1)));
+    cable.Send(BlockAt(0x05, {0x32, 0x01, 0x00}, TestOperator(1)));
+    cable.Send(VoiceFooter);
+    EXPECT_EQ(EditBufferOf(Reface), before);
+}
+
+TEST(RefaceDxInstrument, AHeaderWithDataBeginsNoVoice) {
+    Cable cable(Reface);
+    const Bytes before = EditBufferOf(Reface);
+    cable.Send(BlockAt(0x05, {0x0E, 0x0F, 0x00}, {0x00}));
+    cable.Send(CommonDump(TestCommon()));
+    cable.Send(VoiceFooter);
+    EXPECT_EQ(EditBufferOf(Reface), before);
+}
+
+TEST(RefaceDxInstrument, AFooterWithDataEndsNoVoice) {
+    Cable cable(Reface);
+    const Bytes before = EditBufferOf(Reface);
+    cable.Send(VoiceHeader);
+    cable.Send(CommonDump(TestCommon()));
+    cable.Send(BlockAt(0x05, {0x0F, 0x0F, 0x00}, {0x00}));
+    EXPECT_EQ(EditBufferOf(Reface), before);
+    cable.Send(VoiceFooter);
+    EXPECT_EQ(EditBufferOf(Reface), TestCommon() + Bytes(before.begin() + 38, before.end()));
+}
+
 TEST(RefaceDxInstrument, AWrongFooterDoesNotEndAVoice) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
@@ -380,10 +422,10 @@ TEST(RefaceDxInstrument, RealTimeBytesInsideAMessageDoNotDisturbIt) {
 
 TEST(RefaceDxInstrument, AChannelMessageBreaksASysexMessageOff) {
     Cable cable(Reface);
-    cable.midi.Pm_Write(cable.output, {0x00007EF0, 0});
+    cable.midi.Pm_Write(cable.output, {0x06007EF0, 0});
     cable.SendShort(0x05C0);
-    cable.midi.Pm_Write(cable.output, {0x00F70106, 0});
-    EXPECT_TRUE(cable.Words().empty());
+    cable.midi.Pm_Write(cable.output, {0x0000F701, 0});
+    EXPECT_TRUE(cable.Words().empty()) << "the two words together are an identity request";
     EXPECT_EQ(SelectedProgramOf(Reface), 5);
 }
 

@@ -249,6 +249,15 @@ TEST_F(AuditionBoxTest, TheBarsBeginAtTheSettings) {
     });
 }
 
+TEST_F(AuditionBoxTest, TheThumbsOfTheBarsAreTwoStepsLong) {
+    WithBox([&](QDialog &box) {
+        for (const int control : {101, 102}) {
+            EXPECT_EQ(Bar(box, control).pageStep(), 2) << control;
+            EXPECT_EQ(Bar(box, control).singleStep(), 1) << control;
+        }
+    });
+}
+
 TEST_F(AuditionBoxTest, SettingsOutsideTheirRangesAreLimited) {
     AuditionCurrentOctave = 12;
     AuditionCurrentVelocity = 0;

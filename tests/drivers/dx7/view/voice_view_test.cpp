@@ -116,6 +116,22 @@ TEST(Dx7AlgorithmView, OneDigitStandsAtTheRightOfTheStrip) {
     EXPECT_GT(digit.left(), one.left());
 }
 
+TEST(Dx7AlgorithmView, TheNumberIsWrittenBoldAndTwiceAsHighAsThoseOfTheBoxes) {
+    const int strip = StripWidth(11);
+    const QFont font = FontOfHeight("ARIAL", 22, 700);
+    const QFontMetrics metrics(font);
+    for (const char *number : {"4  ", "27  "}) {
+        const int algorithm = QString(number).trimmed().toInt() - 1;
+        // Right-aligned in the strip behind the border of 4, in the middle of the inner 40.
+        const int x = Around + 4 + strip - metrics.horizontalAdvance(number);
+        const QImage expected = PaintText(font, x, Around + 4, Around + 44, number);
+        const QRect area(Around, Around, 4 + strip - 2, 38);
+        EXPECT_EQ(PaintAlgorithm(algorithm, 48, 2, ShowAlgorithmNumber).copy(area),
+                  expected.copy(area))
+            << number;
+    }
+}
+
 TEST(Dx7AlgorithmView, AnAlgorithmOf32OrMorePaintsTheBackgroundAndNoBoxes) {
     for (int algorithm : {32, 100, 255}) {
         EXPECT_TRUE(
@@ -373,6 +389,40 @@ TEST(Dx7VoiceItem, ANameTooWideForItsBoxEndsInAnEllipsis) {
     const QImage image = PaintItem(MakeVoice("WWWWWWWWWW", 4), 0, false, Black, White, fonts);
     EXPECT_EQ(image.copy(NameArea), PaintText(font, 16, 16, 44, cut).copy(NameArea));
     EXPECT_TRUE(IsAll(image, QRect(16 + 260, 16, 4, 32), White));
+}
+
+TEST(Dx7VoiceItem, ANameOf260PixelsFitsItsBoxAndOneOf261DoesNot) {
+    ItemFonts fonts = ListFonts();
+    fonts.title.height = 34;
+    const QFont font = FontOfHeight("TIMES NEW ROMAN", 34, 700);
+    const QFontMetrics metrics(font);
+    const auto fits = [&](const std::string &name, int width) {
+        const QString text = QString::fromStdString(name);
+        return metrics.elidedText(text, Qt::ElideRight, width) == text;
+    };
+    std::array<std::string, 2> names; // which just fit into 260 and 261
+    const std::string letters = "WMABCEFLRSabcfgirt";
+    for (int wide = 0; wide <= 10; ++wide) {
+        for (const char first : letters) {
+            for (const char second : letters) {
+                for (int seconds = 0; seconds <= 10 - wide; ++seconds) {
+                    const std::string name = std::string(wide, 'W') + std::string(seconds, second) +
+                                             std::string(10 - wide - seconds, first);
+                    const int over = metrics.horizontalAdvance(QString::fromStdString(name)) - 260;
+                    if ((over == 0 || over == 1) && fits(name, 260 + over) &&
+                        !fits(name, 259 + over)) {
+                        names[over] = name;
+                    }
+                }
+            }
+        }
+    }
+    for (const std::string &name : names) {
+        ASSERT_EQ(name.size(), 10u);
+        const QString shown = metrics.elidedText(QString::fromStdString(name), Qt::ElideRight, 260);
+        const QImage image = PaintItem(MakeVoice(name, 4), 0, false, Black, White, fonts);
+        EXPECT_EQ(image.copy(NameArea), PaintText(font, 16, 16, 44, shown).copy(NameArea)) << name;
+    }
 }
 
 TEST(Dx7VoiceItem, BytesOfANameAreLatin1) {
