@@ -3,6 +3,7 @@
 #include "cli/midi_session.h"
 #include "cli/text_output.h"
 #include "common/text.h"
+#include "common/version.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -10,8 +11,6 @@
 
 namespace tonewright {
 namespace {
-
-constexpr const char *VersionLine = "tonewright-cli 17.0a revision 1\n";
 
 constexpr unsigned Answers = OptionBit(CliOption::Yes) | OptionBit(CliOption::No);
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
@@ -138,7 +137,8 @@ int Run(std::span<char *> arguments) {
         return WrongCall(*reason, nullptr);
     }
     if (call[CliOption::Version]) {
-        Put(StandardOutput, VersionLine);
+        Put(StandardOutput,
+            FormatText("tonewright-cli %s revision %d\n", ProgramVersion, ProgramRevision));
         return ExitDone;
     }
     if (call.words.empty()) {

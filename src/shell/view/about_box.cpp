@@ -2,6 +2,7 @@
 #include "shell/view/about_box.h"
 
 #include "common/desktop.h"
+#include "common/version.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
 #include "common/view/theme.h"

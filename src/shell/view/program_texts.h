@@ -2,12 +2,12 @@
 #pragma once
 
 #include "common/strings.h"
+#include "common/version.h"
 
 #include <QString>
 
 namespace tonewright {
 
-constexpr const char *ProgramVersion = "17.0a";
 constexpr const char *ProgramLicence = "Free software under the MIT licence";
 
 // "Tonewright 17.0a"
