@@ -161,10 +161,10 @@ std::string FormatText(const char *format, ...) {
 }
 
 int ScanText(const char *text, const char *format, ...) {
-    std::va_list places;
-    va_start(places, format);
-    const int count = std::vsscanf(text, format, places);
-    va_end(places);
+    std::va_list targets;
+    va_start(targets, format);
+    const int count = std::vsscanf(text, format, targets);
+    va_end(targets);
     return count;
 }
 

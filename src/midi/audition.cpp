@@ -52,17 +52,17 @@ static_assert(2 * OctaveUnits == KeyboardUnitsWide);
 
 // Where a key begins within its octave, from C to B: white keys by their lower part. The black keys
 // leave upper parts of almost the same width: 13, 14 and 13 units for C to E, 12 for F to B.
-struct KeyPlace {
+struct KeyEdges {
     bool black;
     int left;
     int upperLeft, upperRight; // of white keys
 };
-constexpr KeyPlace OctavePlaces[] = {
+constexpr KeyEdges OctaveEdges[] = {
     {false, 0, 0, 13},   {true, 13, 0, 0},       {false, 24, 29, 43}, {true, 43, 0, 0},
     {false, 48, 59, 72}, {false, 72, 72, 84},    {true, 84, 0, 0},    {false, 96, 100, 112},
     {true, 112, 0, 0},   {false, 120, 128, 140}, {true, 140, 0, 0},   {false, 144, 156, 168},
 };
-static_assert(std::size(OctavePlaces) == OctaveKeys && 2 * OctaveKeys == AuditionKeyCount);
+static_assert(std::size(OctaveEdges) == OctaveKeys && 2 * OctaveKeys == AuditionKeyCount);
 
 } // namespace
 
@@ -166,10 +166,10 @@ std::array<KeyPart, AuditionKeyPartCount> AuditionKeyParts(int width, int height
     std::array<KeyPart, AuditionKeyPartCount> parts;
     auto part = parts.begin();
     for (int key = 0; key < AuditionKeyCount; ++key) {
-        const KeyPlace &place = OctavePlaces[key % OctaveKeys];
+        const KeyEdges &edges = OctaveEdges[key % OctaveKeys];
         const int octave = key / OctaveKeys * OctaveUnits;
-        const int left = octave + place.left;
-        if (place.black) {
+        const int left = octave + edges.left;
+        if (edges.black) {
             *part++ = {
                 .key = key,
                 .control = LowerPartControl + key,
@@ -188,9 +188,9 @@ std::array<KeyPart, AuditionKeyPartCount> AuditionKeyParts(int width, int height
         *part++ = {.key = key,
                    .control = UpperPartControl + key,
                    .kind = KeyPartKind::UpperWhite,
-                   .area = {.left = x(octave + place.upperLeft),
+                   .area = {.left = x(octave + edges.upperLeft),
                             .top = 0,
-                            .right = x(octave + place.upperRight),
+                            .right = x(octave + edges.upperRight),
                             .bottom = middle}};
     }
     return parts;

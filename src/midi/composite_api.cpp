@@ -18,13 +18,13 @@ struct Composite {
     bool clockRuns = false;     // then the choice stands
 };
 
-struct DevicePlace {
+struct InnerDevice {
     MidiApi &api;
     std::size_t side;
     int device; // in that table
 };
 
-DevicePlace PlaceOf(Composite &both, int device) {
+InnerDevice InnerDeviceOf(Composite &both, int device) {
     const int ofFirst = both.apis[First].Pm_CountDevices();
     const std::size_t side = device < ofFirst ? First : Second;
     return {both.apis[side], side, side == First ? device : device - ofFirst};
@@ -74,23 +74,23 @@ MidiApi MakeCompositeApi(MidiApi first, MidiApi second) {
             },
         .Pm_GetDeviceInfo =
             [both](int device) {
-                const DevicePlace place = PlaceOf(*both, device);
-                return place.api.Pm_GetDeviceInfo(place.device);
+                const InnerDevice found = InnerDeviceOf(*both, device);
+                return found.api.Pm_GetDeviceInfo(found.device);
             },
         .Pm_OpenInput =
             [both](MidiStream *stream, int device, std::int32_t bufferSize) {
-                const DevicePlace place = PlaceOf(*both, device);
+                const InnerDevice found = InnerDeviceOf(*both, device);
                 MidiStream inner = NoMidiStream;
-                const int result = place.api.Pm_OpenInput(&inner, place.device, bufferSize);
-                return Opened(result, stream, inner, place.side);
+                const int result = found.api.Pm_OpenInput(&inner, found.device, bufferSize);
+                return Opened(result, stream, inner, found.side);
             },
         .Pm_OpenOutput =
             [both](MidiStream *stream, int device, std::int32_t bufferSize, std::int32_t latency) {
-                const DevicePlace place = PlaceOf(*both, device);
+                const InnerDevice found = InnerDeviceOf(*both, device);
                 MidiStream inner = NoMidiStream;
                 const int result =
-                    place.api.Pm_OpenOutput(&inner, place.device, bufferSize, latency);
-                return Opened(result, stream, inner, place.side);
+                    found.api.Pm_OpenOutput(&inner, found.device, bufferSize, latency);
+                return Opened(result, stream, inner, found.side);
             },
         .Pm_Close =
             [both](MidiStream stream) {

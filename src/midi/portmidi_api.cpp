@@ -22,7 +22,7 @@ static_assert(sizeof(PmMessage) == sizeof(MidiEvent::message));
 static_assert(sizeof(PmTimestamp) == sizeof(MidiEvent::timestamp));
 
 struct Stream {
-    PortMidiStream *stream = nullptr; // nullptr: closed, the place is free
+    PortMidiStream *stream = nullptr; // nullptr: closed, the slot is free
     bool input = false;
     int failedReads = 0; // in a row
 };
@@ -97,12 +97,12 @@ PortMidiStream *OpenOutputStream(MidiStream stream) {
 
 MidiStream KeepStream(PortMidiStream *stream, bool input) {
     const auto free = std::ranges::find(Streams, nullptr, &Stream::stream);
-    const auto place = static_cast<std::size_t>(free - Streams.begin());
-    if (place == Streams.size()) {
+    const auto slot = static_cast<std::size_t>(free - Streams.begin());
+    if (slot == Streams.size()) {
         Streams.emplace_back();
     }
-    Streams[place] = {.stream = stream, .input = input};
-    return place + 1;
+    Streams[slot] = {.stream = stream, .input = input};
+    return slot + 1;
 }
 
 bool AnyStreamOpen() {

@@ -15,7 +15,7 @@ namespace {
 // its direction.
 struct DeviceMark {
     std::string name;
-    int place = 0;
+    int before = 0; // devices of the same name and direction with a lower number
 };
 
 bool IsOf(const MidiDeviceInfo *device, const std::string &name, bool input) {
@@ -29,15 +29,15 @@ std::optional<DeviceMark> MarkOf(int port, bool input) {
     }
     DeviceMark mark = {.name = device->name};
     for (int index = 0; index < port; ++index) {
-        mark.place += IsOf(TheMidi.Pm_GetDeviceInfo(index), mark.name, input);
+        mark.before += IsOf(TheMidi.Pm_GetDeviceInfo(index), mark.name, input);
     }
     return mark;
 }
 
 int PortOf(const std::optional<DeviceMark> &mark, bool input) {
-    int before = 0;
+    int seen = 0;
     for (int index = 0; mark && index < TheMidi.Pm_CountDevices(); ++index) {
-        if (IsOf(TheMidi.Pm_GetDeviceInfo(index), mark->name, input) && before++ == mark->place) {
+        if (IsOf(TheMidi.Pm_GetDeviceInfo(index), mark->name, input) && seen++ == mark->before) {
             return index;
         }
     }

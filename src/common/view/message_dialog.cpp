@@ -273,26 +273,26 @@ private:
     // Gives the text its place; its height, which is `least` or more. A short text stands beside
     // the middle of the picture, or of the first button, and one that no width makes low enough is
     // scrolled.
-    int PlaceText(QRect place, int least) {
-        const int textHeight = ui.control_65->heightForWidth(place.width());
+    int PlaceText(QRect area, int least) {
+        const int textHeight = ui.control_65->heightForWidth(area.width());
         const QWidget *beside =
             Has(MessageFlagPicture) ? static_cast<QWidget *>(ui.control_10) : ui.control_1;
         const int above = std::max(0, (beside->height() - textHeight) / 2);
         ui.control_65->setContentsMargins(0, above, 0, 0);
         const int height = std::max(least, above + textHeight);
-        if (height <= place.height()) {
-            place.setHeight(height);
-            ui.control_65->setGeometry(place);
+        if (height <= area.height()) {
+            area.setHeight(height);
+            ui.control_65->setGeometry(area);
             return height;
         }
         auto *scroller = new QScrollArea(this);
         scroller->setFrameShape(QFrame::NoFrame);
         scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        scroller->setGeometry(place);
-        const int width = place.width() - scroller->verticalScrollBar()->sizeHint().width();
+        scroller->setGeometry(area);
+        const int width = area.width() - scroller->verticalScrollBar()->sizeHint().width();
         ui.control_65->resize(width, ui.control_65->heightForWidth(width));
         scroller->setWidget(ui.control_65);
-        return place.height();
+        return area.height();
     }
 
     static QSize Screen() {

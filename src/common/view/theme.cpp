@@ -171,10 +171,10 @@ void DrawFlexFrame(QPainter &painter, const QRect &rectangle, const SoftColours 
 void DrawWedgeFrame(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
                     bool pressed) {
     const QPolygonF corners = WedgeCorners(rectangle, 1);
-    const auto line = [&](std::initializer_list<int> places, const QColor &colour) {
+    const auto line = [&](std::initializer_list<int> numbers, const QColor &colour) {
         QPolygonF points;
-        for (const int place : places) {
-            points.append(corners[place]);
+        for (const int number : numbers) {
+            points.append(corners[number]);
         }
         painter.setPen(colour);
         painter.drawPolyline(points);

@@ -55,13 +55,13 @@ int WrappedText::heightForWidth(int width) const {
 }
 
 void WrappedText::paintEvent(QPaintEvent *) {
-    const QRect place = contentsRect();
+    const QRect area = contentsRect();
     QTextLayout layout;
-    LayOut(layout, text(), font(), std::max(1, place.width()), alignment());
+    LayOut(layout, text(), font(), std::max(1, area.width()), alignment());
     QPainter painter(this);
     painter.setPen(
         palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
-    layout.draw(&painter, place.topLeft());
+    layout.draw(&painter, area.topLeft());
 }
 
 } // namespace tonewright

@@ -31,7 +31,7 @@ constexpr Address FooterAddress = {0x0F, 0x0F, 0x00};
 constexpr Address CommonAddress = {0x30, 0x00, 0x00};
 constexpr std::uint8_t OperatorAddressHigh = 0x31;
 
-// The settings by their addresses, which are also their places in the block.
+// The settings by their addresses, which are also their offsets in the block.
 constexpr std::size_t ReceiveChannel = 0x01;
 constexpr std::size_t MidiControl = 0x0E;
 constexpr std::uint8_t ReceiveAllChannels = 16;
@@ -144,11 +144,11 @@ void TakeSetting(Instrument &instrument, const Address &address,
 }
 
 // Where a block stands in a voice; a size of 0 for an address without one.
-struct Place {
+struct BlockRange {
     std::size_t offset = 0;
     std::size_t size = 0;
 };
-Place PlaceOf(const Address &address) {
+BlockRange RangeOf(const Address &address) {
     if (address == CommonAddress) {
         return {0, RefaceCommonBytes};
     }
@@ -173,10 +173,10 @@ void TakeBlock(Instrument &instrument, const Address &address, std::span<const s
         instrument.arriving.clear();
         return;
     }
-    const Place place = PlaceOf(address);
-    if (place.size != 0 && place.size == data.size()) {
+    const BlockRange range = RangeOf(address);
+    if (range.size != 0 && range.size == data.size()) {
         std::ranges::copy(data,
-                          instrument.arriving.begin() + static_cast<std::ptrdiff_t>(place.offset));
+                          instrument.arriving.begin() + static_cast<std::ptrdiff_t>(range.offset));
     }
 }
 
@@ -203,8 +203,8 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
         message[3] != 0x7F || message[4] != 0x1C) {
         return;
     }
-    const auto addressAt = [&](std::size_t place) {
-        return Address{message[place], message[place + 1], message[place + 2]};
+    const auto addressAt = [&](std::size_t offset) {
+        return Address{message[offset], message[offset + 1], message[offset + 2]};
     };
     switch (message[2] >> 4) {
     case 0: {

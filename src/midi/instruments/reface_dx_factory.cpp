@@ -489,11 +489,11 @@ std::array<std::uint8_t, RefaceOperatorBytes> OperatorBlock(const FactoryOperato
 
 void FillRefaceFactoryVoices(std::span<std::uint8_t> memory) {
     const std::size_t count = std::min(Voices.size(), memory.size() / RefaceVoiceBytes);
-    auto place = memory.begin();
+    auto end = memory.begin();
     for (const FactoryVoice &voice : std::span(Voices).first(count)) {
-        place = std::ranges::copy(CommonBlock(voice), place).out;
+        end = std::ranges::copy(CommonBlock(voice), end).out;
         for (const FactoryOperator &op : voice.operators) {
-            place = std::ranges::copy(OperatorBlock(op), place).out;
+            end = std::ranges::copy(OperatorBlock(op), end).out;
         }
     }
 }

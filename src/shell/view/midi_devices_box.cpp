@@ -31,10 +31,10 @@ public:
         painter->fillRect(option.rect, Qt::white);
         painter->setPen(Qt::black);
         painter->setFont(option.font);
-        const QRect place = option.rect.adjusted(TextInset, 0, 0, 0);
+        const QRect area = option.rect.adjusted(TextInset, 0, 0, 0);
         const QString text =
-            option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, place.width());
-        painter->drawText(place, Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, text);
+            option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, area.width());
+        painter->drawText(area, Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, text);
         painter->restore();
     }
 
