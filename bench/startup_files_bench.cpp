@@ -2,8 +2,8 @@
 // File menu, when they hold garbage. Each line of results should stay below a tenth of a second.
 #include "common/folders.h"
 #include "common/settings.h"
-#include "shell/config.h"
 #include "shell/history.h"
+#include "shell/settings_file.h"
 
 #include <benchmark/benchmark.h>
 
@@ -93,8 +93,8 @@ void ReadSettings(benchmark::State &state) {
     const BenchHome home(state, "Tonewright 17.ini");
     for (auto _ : state) {
         // What start-up asks of the file: two keys ahead of the window, then all of them.
-        benchmark::DoNotOptimize(ReadProfileInteger("Tonewright", "TipFont01Size", 16));
-        benchmark::DoNotOptimize(ReadProfileText("Tonewright", "ThemeCurrent", ""));
+        benchmark::DoNotOptimize(ReadSingleInteger("Tonewright", "TipFont01Size", 16));
+        benchmark::DoNotOptimize(ReadSingleText("Tonewright", "ThemeCurrent", ""));
         ConfigRead();
     }
 }

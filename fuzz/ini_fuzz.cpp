@@ -2,7 +2,7 @@
 // and read again, and a single key can be written into any file.
 #include "common/folders.h"
 #include "common/settings.h"
-#include "shell/config.h"
+#include "shell/settings_file.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ struct Settings {
 
 Settings AllSettings() {
     Settings all;
-    for (const ConfigKey &row : ConfigKeys) {
+    for (const ConfigKey &row : SettingRows) {
         if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
             all.numbers.push_back(**number);
         } else {
@@ -37,7 +37,7 @@ Settings AllSettings() {
 void UseAll(const Settings &all) {
     auto number = all.numbers.begin();
     auto text = all.texts.begin();
-    for (const ConfigKey &row : ConfigKeys) {
+    for (const ConfigKey &row : SettingRows) {
         if (std::uint32_t *const *value = std::get_if<std::uint32_t *>(&row.value)) {
             **value = *number++;
         } else {
@@ -47,7 +47,7 @@ void UseAll(const Settings &all) {
 }
 
 void ReadAndWrite(const std::string &path) {
-    Demand(ConfigReadFile(path.c_str()) == 1, "a file is read");
+    Demand(ReadSettingsFile(path.c_str()) == 1, "a file is read");
     const Settings read = AllSettings();
     for (const std::string &text : read.texts) {
         Demand(text.size() <= SettingTextLimit, "a text is at most 260 bytes");
@@ -66,8 +66,8 @@ void ReadAndWrite(const std::string &path) {
 
 void WriteOneKey(const std::string &path, const std::vector<std::uint8_t> &before) {
     const char *const section = "Tonewright";
-    Demand(WriteProfileText(path.c_str(), section, "ThemeCurrent", "Slate"), "a key is written");
-    Demand(ReadProfileText(path.c_str(), section, "ThemeCurrent", "") == "Slate",
+    Demand(WriteSingleText(path.c_str(), section, "ThemeCurrent", "Slate"), "a key is written");
+    Demand(ReadSingleText(path.c_str(), section, "ThemeCurrent", "") == "Slate",
            "a key that was written is found");
     const auto once = FuzzRead(path);
     // In front of the line and behind it nothing has changed.
@@ -84,7 +84,7 @@ void WriteOneKey(const std::string &path, const std::vector<std::uint8_t> &befor
     Demand(std::count(once.begin() + static_cast<std::ptrdiff_t>(front),
                       once.end() - static_cast<std::ptrdiff_t>(back), '\n') <= 3,
            "at most a line end, a section and a key");
-    Demand(WriteProfileText(path.c_str(), section, "ThemeCurrent", "Slate"), "once more");
+    Demand(WriteSingleText(path.c_str(), section, "ThemeCurrent", "Slate"), "once more");
     Demand(FuzzRead(path) == once, "writing the same value changes nothing");
 }
 

@@ -7,7 +7,7 @@
 #include "common/line_reader.h"
 #include "common/settings.h"
 #include "common/text.h"
-#include "shell/config.h"
+#include "shell/settings_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -28,7 +28,7 @@ void PutValue(const ConfigKey &key) {
 }
 
 void PutAllSettings() {
-    for (const ConfigKey &key : ConfigKeys) {
+    for (const ConfigKey &key : SettingRows) {
         Put(StandardOutput, key.name);
         Put(StandardOutput, '\t');
         PutValue(key);
@@ -36,8 +36,8 @@ void PutAllSettings() {
 }
 
 const ConfigKey *KeyOfName(std::string_view name) {
-    const auto key = std::ranges::find(ConfigKeys, name, &ConfigKey::name);
-    return key == ConfigKeys.end() ? nullptr : &*key;
+    const auto key = std::ranges::find(SettingRows, name, &ConfigKey::name);
+    return key == SettingRows.end() ? nullptr : &*key;
 }
 
 // A whole number from 0 to `largest`, without blanks or anything behind it.
@@ -72,7 +72,7 @@ std::string ReasonAgainst(const ConfigKey &key, std::string_view text) {
 
 // Gives a key a value. The reason in words when the key does not take it.
 std::string SetSetting(const ConfigKey &key, const char *value) {
-    if (key.flags & ConfigWriteOnly) {
+    if (key.flags & SettingWriteOnly) {
         return "the program sets this key itself";
     }
     if (auto *const *text = std::get_if<std::string *>(&key.value)) {
@@ -82,7 +82,7 @@ std::string SetSetting(const ConfigKey &key, const char *value) {
         }
         return reason;
     }
-    const bool isBool = key.flags & ConfigBool;
+    const bool isBool = key.flags & SettingBool;
     const auto number = ReadWholeNumber(value, isBool ? 1 : 4'294'967'295);
     if (!number) {
         return std::string(FieldText(value)) +
@@ -114,7 +114,7 @@ int SetAndWrite(const ConfigKey &key, const char *value) {
     MakeProgramFolders();
     ConfigWrite();
     if (!FileHolds(key)) {
-        return TellFailure(ConfigFilePath(), "could not be written");
+        return TellFailure(SettingsFilePath(), "could not be written");
     }
     return ExitDone;
 }
@@ -125,7 +125,7 @@ int CliConfig(const CliCall &call) {
     PrepareSettings();
     const char *path = call.words[0];
     errno = 0;
-    if (!ConfigReadFile(path)) {
+    if (!ReadSettingsFile(path)) {
         return TellFailure(path, WithSystemReason("not readable", errno));
     }
     PutAllSettings();

@@ -4,7 +4,7 @@
 #include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
-#include "shell/config.h"
+#include "shell/settings_file.h"
 #include "shell/start_up.h"
 #include "shell/view/desktop_qt.h"
 

@@ -1,5 +1,5 @@
 // The program's settings: one variable each, with its default, read directly by every layer. The
-// table that ties them to keys of the configuration file and to controls is shell/config.
+// table that ties them to keys of the configuration file and to controls is shell/settings_file.
 //
 // Integers are kept as the file gives them, modulo 2^32, without a range: whoever reads one
 // guards against values that make no sense. Texts are UTF-8 of at most 260 bytes.

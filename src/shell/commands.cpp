@@ -11,7 +11,7 @@
 #include "shell/command_queue.h"
 #include "shell/documents.h"
 #include "shell/history.h"
-#include "shell/setup_flow.h"
+#include "shell/settings_flow.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
 #include "shell/undo.h"

@@ -1,5 +1,5 @@
 // What is on the disk after the program was killed at some moment of saving.
-#include "shell/config.h"
+#include "shell/settings_file.h"
 #include "shell_fixture.h"
 
 #include <algorithm>

@@ -14,8 +14,8 @@
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/commands.h"
-#include "shell/config.h"
 #include "shell/history.h"
+#include "shell/settings_file.h"
 #include "shell/start_up.h"
 #include "shell/undo.h"
 #include "shell/view/desktop_qt.h"
@@ -33,15 +33,15 @@
 namespace tonewright {
 namespace {
 
-constexpr const char *ConfigSection = "Tonewright";
+constexpr const char *SettingsSection = "Tonewright";
 
 void SeedRandomNumbers() {
     std::srand(static_cast<unsigned>(std::time(nullptr)));
 }
 
 void ReadEarlyKeys() {
-    TipFont01Size = ReadProfileInteger(ConfigSection, "TipFont01Size", TipFont01Size);
-    ThemeCurrent = ReadProfileText(ConfigSection, "ThemeCurrent", ThemeCurrent);
+    TipFont01Size = ReadSingleInteger(SettingsSection, "TipFont01Size", TipFont01Size);
+    ThemeCurrent = ReadSingleText(SettingsSection, "ThemeCurrent", ThemeCurrent);
 }
 
 int RunLoop(const std::string &commandLinePath) {

@@ -1,12 +1,12 @@
 // Builds the sheet of settings out of its two templates.
-#include "shell/view/setup_dialog.h"
+#include "shell/view/settings_sheet.h"
 
 #include "common/settings.h"
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
 #include "common/view/theme.h"
-#include "shell/config.h"
+#include "shell/settings_file.h"
 #include "shell/show_document.h"
 #include "ui_SetupPropertyOne.h"
 #include "ui_SetupPropertyTwo.h"
@@ -88,7 +88,7 @@ public:
     void accept() override {
         for (int index = 0; index < tabs->count(); ++index) {
             if (PageIsMade(index)) {
-                ControlsToKeys(tabs->widget(index), ConfigKeys);
+                ControlsToKeys(tabs->widget(index), SettingRows);
             }
         }
         QDialog::accept();
@@ -97,7 +97,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override {
         if (event->key() == Qt::Key_F1) {
-            ShowHelpTopic(this, HelpTopicOf(focusWidget(), ConfigKeys));
+            ShowHelpTopic(this, HelpTopicOf(focusWidget(), SettingRows));
             return;
         }
         QDialog::keyPressEvent(event);
@@ -139,7 +139,7 @@ private:
         connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
         connect(box, &QDialogButtonBox::helpRequested, this,
-                [this] { ShowHelpTopic(this, HelpTopicOf(nullptr, ConfigKeys)); });
+                [this] { ShowHelpTopic(this, HelpTopicOf(nullptr, SettingRows)); });
         return box;
     }
 
@@ -153,8 +153,8 @@ private:
         QWidget *page = tabs->widget(index);
         Pages[index].make(page);
         Pages[index].fill(page);
-        KeysToControls(page, ConfigKeys);
-        ConnectKeyControls(page, ConfigKeys);
+        KeysToControls(page, SettingRows);
+        ConnectKeyControls(page, SettingRows);
         // Once the sheet is on the screen and its frame is known.
         QTimer::singleShot(0, page, [this, page] {
             if (auto *decoration = ControlOf<QLabel>(page, ControlDecoration)) {

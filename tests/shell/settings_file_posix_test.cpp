@@ -1,5 +1,5 @@
 // The configuration file where it may not be written, and where there is no room for it.
-#include "shell/config.h"
+#include "shell/settings_file.h"
 
 #include "common/folders.h"
 #include "common/settings.h"
@@ -15,12 +15,12 @@ using namespace tonewright;
 namespace {
 
 // A configuration folder that everyone may enter and write to.
-struct ConfigObstacles : testing::Test {
+struct SettingsFileObstacles : testing::Test {
     TempFolder temp;
     std::string maker = temp.File("app/Quillbrook/");
     std::string path = maker + "Tonewright 17.ini";
 
-    ConfigObstacles() {
+    SettingsFileObstacles() {
         PlatformFolders.applicationData = temp.File("app");
         MakeProgramFolders();
         for (const auto &folder : {temp.path, temp.path / "app"}) {
@@ -32,7 +32,7 @@ struct ConfigObstacles : testing::Test {
 
 } // namespace
 
-TEST_F(ConfigObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
+TEST_F(SettingsFileObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
     ASSERT_EQ(chmod(path.c_str(), 0444), 0);
     RunUnprivileged([this] {
@@ -48,32 +48,32 @@ TEST_F(ConfigObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
         ConfigWrite(); // and once more, over a backup that may be read-only
         EXPECT_EQ(ReadTestText(maker + "Backup of Backup of Tonewright 17.ini"),
                   "MaxUndoLevel = 9\n");
-        EXPECT_FALSE(WriteProfileText("Tonewright", "MaxUndoLevel", "11"));
+        EXPECT_FALSE(WriteSingleText("Tonewright", "MaxUndoLevel", "11"));
         EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 9\n");
     });
 }
 
-TEST_F(ConfigObstacles, AFileThatCannotBeReadGivesDefaults) {
+TEST_F(SettingsFileObstacles, AFileThatCannotBeReadGivesDefaults) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
     ASSERT_EQ(chmod(path.c_str(), 0000), 0);
     RunUnprivileged([this] {
-        EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
+        EXPECT_EQ(ReadSettingsFile(path.c_str()), 0);
         ConfigRead();
         EXPECT_EQ(MaxUndoLevel, 3u);
-        EXPECT_EQ(ReadProfileInteger("Tonewright", "MaxUndoLevel", 3), 3u);
+        EXPECT_EQ(ReadSingleInteger("Tonewright", "MaxUndoLevel", 3), 3u);
     });
 }
 
-TEST_F(ConfigObstacles, AReadOnlyFolderLosesTheChangesInSilence) {
+TEST_F(SettingsFileObstacles, AReadOnlyFolderLosesTheChangesInSilence) {
     ASSERT_EQ(chmod(maker.c_str(), 0555), 0);
     RunUnprivileged([this] {
         ConfigWrite();
-        EXPECT_FALSE(WriteProfileText("Tonewright", "MaxUndoLevel", "11"));
+        EXPECT_FALSE(WriteSingleText("Tonewright", "MaxUndoLevel", "11"));
         EXPECT_FALSE(std::filesystem::exists(path));
     });
 }
 
-TEST_F(ConfigObstacles, AWriteThatFallsShortLeavesTheFileBeforeItAsTheBackup) {
+TEST_F(SettingsFileObstacles, AWriteThatFallsShortLeavesTheFileBeforeItAsTheBackup) {
     ConfigWrite();
     const std::string before = ReadTestText(path);
     {
@@ -85,23 +85,23 @@ TEST_F(ConfigObstacles, AWriteThatFallsShortLeavesTheFileBeforeItAsTheBackup) {
     EXPECT_LE(ReadTestText(path).size(), before.size());
 }
 
-TEST_F(ConfigObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
+TEST_F(SettingsFileObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
     const std::string before = "[Tonewright]\nMaxUndoLevel = 9\n" + std::string(8000, 'x') + "\n";
     WriteTestText(path, before);
     bool written = true;
     {
         const FileSizeLimit limit(4096);
-        written = WriteProfileText("Tonewright", "MaxUndoLevel", "11");
+        written = WriteSingleText("Tonewright", "MaxUndoLevel", "11");
     }
     EXPECT_FALSE(written);
     EXPECT_EQ(ReadTestText(path), before);
     EXPECT_FALSE(std::filesystem::exists(path + ".new"));
 }
 
-TEST_F(ConfigObstacles, ASingleKeyKeepsThePermissionsOfTheFile) {
+TEST_F(SettingsFileObstacles, ASingleKeyKeepsThePermissionsOfTheFile) {
     const auto modeAfterwards = [this](mode_t before) {
         EXPECT_EQ(chmod(path.c_str(), before), 0);
-        EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
+        EXPECT_TRUE(WriteSingleText("Tonewright", "A", "2"));
         struct stat status {};
         EXPECT_EQ(stat(path.c_str(), &status), 0);
         return status.st_mode & 07777;
@@ -113,11 +113,11 @@ TEST_F(ConfigObstacles, ASingleKeyKeepsThePermissionsOfTheFile) {
     }
 }
 
-TEST_F(ConfigObstacles, AFileBehindALinkStaysBehindIt) {
+TEST_F(SettingsFileObstacles, AFileBehindALinkStaysBehindIt) {
     const std::string real = temp.WriteText("real.ini", "[Tonewright]\nA = 1\n");
     ASSERT_EQ(chmod(real.c_str(), 0640), 0);
     std::filesystem::create_symlink(real, path);
-    EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "A", "2"));
     EXPECT_TRUE(std::filesystem::is_symlink(path));
     EXPECT_EQ(ReadTestText(real), "[Tonewright]\nA = 2\n");
     struct stat status {};
@@ -128,7 +128,7 @@ TEST_F(ConfigObstacles, AFileBehindALinkStaysBehindIt) {
     EXPECT_TRUE(ReadTestText(real).starts_with(";Tonewright configuration file\n"));
 }
 
-TEST_F(ConfigObstacles, ABackupThatSharesTheFileBecomesAFileOfItsOwn) {
+TEST_F(SettingsFileObstacles, ABackupThatSharesTheFileBecomesAFileOfItsOwn) {
     const std::string backup = maker + "Backup of Tonewright 17.ini";
     for (const bool link : {false, true}) {
         std::filesystem::remove(path);
@@ -149,18 +149,18 @@ TEST_F(ConfigObstacles, ABackupThatSharesTheFileBecomesAFileOfItsOwn) {
     }
 }
 
-TEST_F(ConfigObstacles, APipeInPlaceOfTheFileHoldsNeitherReaderNorWriterUp) {
+TEST_F(SettingsFileObstacles, APipeInPlaceOfTheFileHoldsNeitherReaderNorWriterUp) {
     MakePipe(path);
-    EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
+    EXPECT_EQ(ReadSettingsFile(path.c_str()), 0);
     ConfigRead();
-    EXPECT_EQ(ReadProfileText("Tonewright", "A", "none"), "none");
-    EXPECT_FALSE(WriteProfileText("Tonewright", "A", "2"));
+    EXPECT_EQ(ReadSingleText("Tonewright", "A", "none"), "none");
+    EXPECT_FALSE(WriteSingleText("Tonewright", "A", "2"));
     ConfigWrite();
     EXPECT_TRUE(std::filesystem::is_fifo(path));
     EXPECT_FALSE(std::filesystem::exists(maker + "Backup of Tonewright 17.ini"));
 }
 
-TEST_F(ConfigObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
+TEST_F(SettingsFileObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
     const std::string backup = MakePipe(maker + "Backup of Tonewright 17.ini");
     ConfigWrite();

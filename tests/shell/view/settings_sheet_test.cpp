@@ -4,10 +4,10 @@
 #include "common/view/dialog_controls.h"
 #include "common/view/theme.h"
 #include "common/view/up_down.h"
-#include "shell/config.h"
 #include "shell/history.h"
-#include "shell/setup_flow.h"
-#include "shell/view/setup_dialog.h"
+#include "shell/settings_file.h"
+#include "shell/settings_flow.h"
+#include "shell/view/settings_sheet.h"
 #include "shell/view/tool_bar.h"
 
 #include <QAbstractItemView>
@@ -66,7 +66,7 @@ const SpinRow Spins[] = {
     {141, "Undo levels* :", "1,32,10", &MaxUndoLevel, "SETUP_MAXUNDOLEVEL", "MaxUndoLevel 8044"},
 };
 
-class SetupDialogTest : public WindowTest {
+class SettingsSheetTest : public WindowTest {
 protected:
     // Runs the sheet, `use` being the user. It must close the sheet.
     void WithSheet(const std::function<void()> &use, const std::function<void()> &show) {
@@ -144,7 +144,7 @@ protected:
     QTabWidget *tabs = nullptr;
 };
 
-TEST_F(SetupDialogTest, TheSheetHasTwoPagesAndThreeButtons) {
+TEST_F(SettingsSheetTest, TheSheetHasTwoPagesAndThreeButtons) {
     WithSheet([&] {
         EXPECT_EQ(sheet->windowTitle(), "Settings");
         EXPECT_TRUE(sheet->isModal());
@@ -159,7 +159,7 @@ TEST_F(SetupDialogTest, TheSheetHasTwoPagesAndThreeButtons) {
     });
 }
 
-TEST_F(SetupDialogTest, ThePageOptionsHoldsItsControlsFromTopToBottom) {
+TEST_F(SettingsSheetTest, ThePageOptionsHoldsItsControlsFromTopToBottom) {
     WithSheet([&] {
         const auto top = [&](const QWidget *control) {
             return control->mapTo(sheet, QPoint()).y();
@@ -188,10 +188,10 @@ TEST_F(SetupDialogTest, ThePageOptionsHoldsItsControlsFromTopToBottom) {
     });
 }
 
-TEST_F(SetupDialogTest, EveryKeyWithANumberButTheCoverHasItsControl) {
+TEST_F(SettingsSheetTest, EveryKeyWithANumberButTheCoverHasItsControl) {
     WithSheet([&] {
         ClickTab(1);
-        for (const ConfigKey &key : ConfigKeys) {
+        for (const ConfigKey &key : SettingRows) {
             if (key.control != 0) {
                 EXPECT_EQ(ControlOf(sheet, key.control) != nullptr, key.control != 145) << key.name;
             }
@@ -200,7 +200,7 @@ TEST_F(SetupDialogTest, EveryKeyWithANumberButTheCoverHasItsControl) {
     });
 }
 
-TEST_F(SetupDialogTest, NothingOnAPageIsCutOffOrCoversAnother) {
+TEST_F(SettingsSheetTest, NothingOnAPageIsCutOffOrCoversAnother) {
     WithSheet([&] {
         for (int page : {0, 1}) {
             ClickTab(page);
@@ -226,7 +226,7 @@ TEST_F(SetupDialogTest, NothingOnAPageIsCutOffOrCoversAnother) {
     });
 }
 
-TEST_F(SetupDialogTest, TheSheetStandsInTheMiddleOfTheScreen) {
+TEST_F(SettingsSheetTest, TheSheetStandsInTheMiddleOfTheScreen) {
     WithSheet([&] {
         QTest::qWait(20);
         const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
@@ -237,7 +237,7 @@ TEST_F(SetupDialogTest, TheSheetStandsInTheMiddleOfTheScreen) {
     });
 }
 
-TEST_F(SetupDialogTest, TheDecorationStandsAtTheLowerRightInTheThemesSize) {
+TEST_F(SettingsSheetTest, TheDecorationStandsAtTheLowerRightInTheThemesSize) {
     WithSheet([&] {
         QTest::qWait(20);
         const auto *decoration = Control<QLabel>(10);
@@ -250,7 +250,7 @@ TEST_F(SetupDialogTest, TheDecorationStandsAtTheLowerRightInTheThemesSize) {
     });
 }
 
-TEST_F(SetupDialogTest, TheControlsShowTheKeys) {
+TEST_F(SettingsSheetTest, TheControlsShowTheKeys) {
     std::uint32_t value = 0;
     for (const CheckRow &row : Checks) {
         *row.setting = value++ % 2;
@@ -269,7 +269,7 @@ TEST_F(SetupDialogTest, TheControlsShowTheKeys) {
     });
 }
 
-TEST_F(SetupDialogTest, AKeyBeyondItsRangeIsShownUnsigned) {
+TEST_F(SettingsSheetTest, AKeyBeyondItsRangeIsShownUnsigned) {
     MaxUndoLevel = 4294967291u;
     WithSheet([&] {
         EXPECT_EQ(Control<QLineEdit>(141)->text(), "4294967291");
@@ -280,7 +280,7 @@ TEST_F(SetupDialogTest, AKeyBeyondItsRangeIsShownUnsigned) {
     EXPECT_EQ(MaxUndoLevel, 32u);
 }
 
-TEST_F(SetupDialogTest, OkStoresEachCheckBoxInItsOwnKey) {
+TEST_F(SettingsSheetTest, OkStoresEachCheckBoxInItsOwnKey) {
     for (const CheckRow &clicked : Checks) {
         for (const CheckRow &row : Checks) {
             *row.setting = 0;
@@ -301,7 +301,7 @@ TEST_F(SetupDialogTest, OkStoresEachCheckBoxInItsOwnKey) {
     EXPECT_EQ(WarnShowManual, 0u);
 }
 
-TEST_F(SetupDialogTest, OkStoresEachNumberInItsOwnKey) {
+TEST_F(SettingsSheetTest, OkStoresEachNumberInItsOwnKey) {
     WithSheet([&] {
         Type(118, "2");
         Type(144, "3");
@@ -313,13 +313,13 @@ TEST_F(SetupDialogTest, OkStoresEachNumberInItsOwnKey) {
     EXPECT_EQ(MaxUndoLevel, 4u);
 }
 
-TEST_F(SetupDialogTest, Typing99InUndoLevelsStores32AndTyping0Stores1) {
+TEST_F(SettingsSheetTest, Typing99InUndoLevelsStores32AndTyping0Stores1) {
     EXPECT_EQ(Typed(141, "99", MaxUndoLevel), 32u);
     EXPECT_EQ(Typed(141, "0", MaxUndoLevel), 1u);
     EXPECT_TRUE(desktop.messages.empty());
 }
 
-TEST_F(SetupDialogTest, Typing0InFileMenuSizeStores0WhichHidesTheHistoryAtTheNextStart) {
+TEST_F(SettingsSheetTest, Typing0InFileMenuSizeStores0WhichHidesTheHistoryAtTheNextStart) {
     EXPECT_EQ(Typed(144, "0", RememberFileHistoryCount), 0u);
     HistoryInit();
     HistoryAdd(window.get(), home.Write("bank.syx", TestBank()), -1);
@@ -327,7 +327,7 @@ TEST_F(SetupDialogTest, Typing0InFileMenuSizeStores0WhichHidesTheHistoryAtTheNex
     HistoryEnd();
 }
 
-TEST_F(SetupDialogTest, NumbersBeyondTheRangeAreClampedInSilence) {
+TEST_F(SettingsSheetTest, NumbersBeyondTheRangeAreClampedInSilence) {
     EXPECT_EQ(Typed(118, "17", CurrentMidiChannel), 16u);
     EXPECT_EQ(Typed(118, "0", CurrentMidiChannel), 1u);
     EXPECT_EQ(Typed(144, "21", RememberFileHistoryCount), 20u);
@@ -335,14 +335,14 @@ TEST_F(SetupDialogTest, NumbersBeyondTheRangeAreClampedInSilence) {
     EXPECT_TRUE(desktop.messages.empty());
 }
 
-TEST_F(SetupDialogTest, ATextThatIsNoNumberReadsAs0AndIsClamped) {
+TEST_F(SettingsSheetTest, ATextThatIsNoNumberReadsAs0AndIsClamped) {
     EXPECT_EQ(Typed(118, "", CurrentMidiChannel), 1u);
     EXPECT_EQ(Typed(118, "all", CurrentMidiChannel), 1u);
     EXPECT_EQ(Typed(144, "", RememberFileHistoryCount), 0u);
     EXPECT_EQ(Typed(141, "-3", MaxUndoLevel), 1u);
 }
 
-TEST_F(SetupDialogTest, SteppingStaysInTheRange) {
+TEST_F(SettingsSheetTest, SteppingStaysInTheRange) {
     MaxUndoLevel = 31;
     WithSheet([&] {
         auto *edit = Control<QLineEdit>(141);
@@ -365,7 +365,7 @@ TEST_F(SetupDialogTest, SteppingStaysInTheRange) {
     EXPECT_EQ(MaxUndoLevel, 2u);
 }
 
-TEST_F(SetupDialogTest, TheCoverSettingHasNoControlAndIsNotTouched) {
+TEST_F(SettingsSheetTest, TheCoverSettingHasNoControlAndIsNotTouched) {
     RememberFileHistoryCover = 7;
     WithSheet([&] {
         ClickTab(1);
@@ -375,7 +375,7 @@ TEST_F(SetupDialogTest, TheCoverSettingHasNoControlAndIsNotTouched) {
     EXPECT_EQ(RememberFileHistoryCover, 7u);
 }
 
-TEST_F(SetupDialogTest, CancelAfterChangesChangesNoKey) {
+TEST_F(SettingsSheetTest, CancelAfterChangesChangesNoKey) {
     for (int way = 0; way < 3; ++way) {
         std::vector<std::uint32_t> before;
         for (const CheckRow &row : Checks) {
@@ -409,7 +409,7 @@ TEST_F(SetupDialogTest, CancelAfterChangesChangesNoKey) {
     }
 }
 
-TEST_F(SetupDialogTest, ReturnIsOk) {
+TEST_F(SettingsSheetTest, ReturnIsOk) {
     WithSheet([&] {
         Type(141, "8");
         QTest::keyClick(Control(141), Qt::Key_Return);
@@ -417,7 +417,7 @@ TEST_F(SetupDialogTest, ReturnIsOk) {
     EXPECT_EQ(MaxUndoLevel, 8u);
 }
 
-TEST_F(SetupDialogTest, TheSheetOpensOnThePageLastLeft) {
+TEST_F(SettingsSheetTest, TheSheetOpensOnThePageLastLeft) {
     WithSheet([&] {
         EXPECT_EQ(tabs->currentIndex(), 0);
         ClickTab(1);
@@ -434,7 +434,7 @@ TEST_F(SetupDialogTest, TheSheetOpensOnThePageLastLeft) {
     });
 }
 
-TEST_F(SetupDialogTest, ThePageIndexFollowsThePageAtOnceAndStaysAfterCancel) {
+TEST_F(SettingsSheetTest, ThePageIndexFollowsThePageAtOnceAndStaysAfterCancel) {
     WithSheet([&] {
         ClickTab(1);
         EXPECT_EQ(SetupPageIndex, 1u);
@@ -446,7 +446,7 @@ TEST_F(SetupDialogTest, ThePageIndexFollowsThePageAtOnceAndStaysAfterCancel) {
     EXPECT_EQ(SetupPageIndex, 1u);
 }
 
-TEST_F(SetupDialogTest, APageIndexBeyondThePagesOpensTheFirst) {
+TEST_F(SettingsSheetTest, APageIndexBeyondThePagesOpensTheFirst) {
     for (const std::uint32_t index : {2u, 3u, 4294967295u}) {
         SetupPageIndex = index;
         WithSheet([&] {
@@ -457,7 +457,7 @@ TEST_F(SetupDialogTest, APageIndexBeyondThePagesOpensTheFirst) {
     }
 }
 
-TEST_F(SetupDialogTest, APageThatWasNotLookedAtIsNotMadeAndNotStored) {
+TEST_F(SettingsSheetTest, APageThatWasNotLookedAtIsNotMadeAndNotStored) {
     SoftButtons = 77;
     WithSheet([&] {
         EXPECT_EQ(ControlOf(sheet, 134), nullptr);
@@ -475,7 +475,7 @@ TEST_F(SetupDialogTest, APageThatWasNotLookedAtIsNotMadeAndNotStored) {
     EXPECT_EQ(MaxUndoLevel, 99u);
 }
 
-TEST_F(SetupDialogTest, APageKeepsWhatWasPutInWhileAnotherIsShown) {
+TEST_F(SettingsSheetTest, APageKeepsWhatWasPutInWhileAnotherIsShown) {
     WithSheet([&] {
         Type(141, "9");
         ClickBox(139);
@@ -490,7 +490,7 @@ TEST_F(SetupDialogTest, APageKeepsWhatWasPutInWhileAnotherIsShown) {
     EXPECT_EQ(MaxUndoLevel, 9u);
 }
 
-TEST_F(SetupDialogTest, TheListOfSoftButtonsHasFourStylesInOrder) {
+TEST_F(SettingsSheetTest, TheListOfSoftButtonsHasFourStylesInOrder) {
     SoftButtons = 2;
     SetupPageIndex = 1;
     WithSheet([&] {
@@ -507,7 +507,7 @@ TEST_F(SetupDialogTest, TheListOfSoftButtonsHasFourStylesInOrder) {
     EXPECT_EQ(SoftButtons, 2u);
 }
 
-TEST_F(SetupDialogTest, AChosenStyleIsStoredAndUsedByTheNextSheet) {
+TEST_F(SettingsSheetTest, AChosenStyleIsStoredAndUsedByTheNextSheet) {
     SetupPageIndex = 1;
     QImage before;
     WithSheet([&] {
@@ -526,7 +526,7 @@ TEST_F(SetupDialogTest, AChosenStyleIsStoredAndUsedByTheNextSheet) {
     });
 }
 
-TEST_F(SetupDialogTest, EachItemOfTheListIs32HighAndPaintsItsStyle) {
+TEST_F(SettingsSheetTest, EachItemOfTheListIs32HighAndPaintsItsStyle) {
     SetupPageIndex = 1;
     WithSheet([&] {
         auto *list = Control<QComboBox>(134);
@@ -558,7 +558,7 @@ TEST_F(SetupDialogTest, EachItemOfTheListIs32HighAndPaintsItsStyle) {
     });
 }
 
-TEST_F(SetupDialogTest, WithSoftButtonsTheButtonsAreDrawnAndWithNoneTheyAreNot) {
+TEST_F(SettingsSheetTest, WithSoftButtonsTheButtonsAreDrawnAndWithNoneTheyAreNot) {
     const auto drawn = [&](std::uint32_t number) {
         return !Control(number)->findChildren<QObject *>("SoftButtonPainter").isEmpty();
     };
@@ -573,7 +573,7 @@ TEST_F(SetupDialogTest, WithSoftButtonsTheButtonsAreDrawnAndWithNoneTheyAreNot) 
     }
 }
 
-TEST_F(SetupDialogTest, SelectThemeStandsAndIsDisabled) {
+TEST_F(SettingsSheetTest, SelectThemeStandsAndIsDisabled) {
     WithSheet([&] {
         EXPECT_TRUE(Control(2001)->isVisible());
         EXPECT_FALSE(Control(2001)->isEnabled());
@@ -581,7 +581,7 @@ TEST_F(SetupDialogTest, SelectThemeStandsAndIsDisabled) {
     });
 }
 
-TEST_F(SetupDialogTest, EachCommandOfANumbersEditShowsItsKeyInTheTitle) {
+TEST_F(SettingsSheetTest, EachCommandOfANumbersEditShowsItsKeyInTheTitle) {
     RefreshTitle();
     WithSheet([&] {
         EXPECT_EQ(window->windowTitle(), "Tonewright [ Untitled.Twl ]");
@@ -600,7 +600,7 @@ TEST_F(SetupDialogTest, EachCommandOfANumbersEditShowsItsKeyInTheTitle) {
     });
 }
 
-TEST_F(SetupDialogTest, TheTitleIsRebuiltWhenTheSheetCloses) {
+TEST_F(SettingsSheetTest, TheTitleIsRebuiltWhenTheSheetCloses) {
     WithCommand([&] {
         Type(141, "5");
         EXPECT_EQ(window->windowTitle(), "MaxUndoLevel 8044");
@@ -615,7 +615,7 @@ TEST_F(SetupDialogTest, TheTitleIsRebuiltWhenTheSheetCloses) {
     EXPECT_EQ(window->windowTitle(), "Tonewright [ Untitled.Twl ]");
 }
 
-TEST_F(SetupDialogTest, F1ShowsTheEntryOfTheFocusedSetting) {
+TEST_F(SettingsSheetTest, F1ShowsTheEntryOfTheFocusedSetting) {
     WithSheet([&] {
         for (const CheckRow &row : Checks) {
             Control(row.control)->setFocus();
@@ -636,7 +636,7 @@ TEST_F(SetupDialogTest, F1ShowsTheEntryOfTheFocusedSetting) {
     });
 }
 
-TEST_F(SetupDialogTest, F1ElsewhereAndTheHelpButtonShowTheSettings) {
+TEST_F(SettingsSheetTest, F1ElsewhereAndTheHelpButtonShowTheSettings) {
     WithSheet([&] {
         for (QWidget *other : {Control(2), static_cast<QWidget *>(tabs->tabBar())}) {
             other->setFocus();
@@ -654,7 +654,7 @@ TEST_F(SetupDialogTest, F1ElsewhereAndTheHelpButtonShowTheSettings) {
     });
 }
 
-TEST_F(SetupDialogTest, TheFirstSettingHasTheFocusAtTheStart) {
+TEST_F(SettingsSheetTest, TheFirstSettingHasTheFocusAtTheStart) {
     const auto focusComesTo = [&](std::uint32_t number) {
         return QTest::qWaitFor([&] { return Control(number)->hasFocus(); }, 5000);
     };
@@ -669,16 +669,16 @@ TEST_F(SetupDialogTest, TheFirstSettingHasTheFocusAtTheStart) {
     });
 }
 
-TEST_F(SetupDialogTest, TheSettingsAreNotWrittenToTheFile) {
+TEST_F(SettingsSheetTest, TheSettingsAreNotWrittenToTheFile) {
     WithCommand([&] {
         Type(141, "5");
         PressOk();
     });
     EXPECT_EQ(MaxUndoLevel, 5u);
-    EXPECT_EQ(ReadProfileText("Tonewright", "MaxUndoLevel", "none"), "none");
+    EXPECT_EQ(ReadSingleText("Tonewright", "MaxUndoLevel", "none"), "none");
 }
 
-TEST_F(SetupDialogTest, TheMenuAndTheToolBarOpenTheSheet) {
+TEST_F(SettingsSheetTest, TheMenuAndTheToolBarOpenTheSheet) {
     EXPECT_TRUE(window->MenuAction(CommandSettings)->isEnabled());
     WithSheet([&] { PressCancel(); }, [&] { window->MenuAction(CommandSettings)->trigger(); });
     WithSheet([&] { PressCancel(); },
@@ -688,7 +688,7 @@ TEST_F(SetupDialogTest, TheMenuAndTheToolBarOpenTheSheet) {
               });
 }
 
-TEST_F(SetupDialogTest, BehindTheSheetTheBackgroundIsLoadedAnew) {
+TEST_F(SettingsSheetTest, BehindTheSheetTheBackgroundIsLoadedAnew) {
     const auto corner = [&] {
         return window->grab().toImage().pixelColor(window->width() - 2, window->height() / 2);
     };
@@ -719,7 +719,7 @@ protected:
     }
 };
 
-TEST_F(SetupDialogTest, BehindTheSheetWindowAndToolButtonsRepaint) {
+TEST_F(SettingsSheetTest, BehindTheSheetWindowAndToolButtonsRepaint) {
     QTest::qWait(50);
     PaintCounter ofWindow(window.get());
     PaintCounter ofButton(ControlOf(window->Tools(), CommandOpen));

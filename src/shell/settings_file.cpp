@@ -1,5 +1,5 @@
 // The table of settings, and the reading and writing of the configuration file.
-#include "shell/config.h"
+#include "shell/settings_file.h"
 
 #include "common/desktop.h"
 #include "common/file_bytes.h"
@@ -27,21 +27,21 @@ namespace fs = std::filesystem;
 constexpr const char *FileName = "Tonewright 17.ini";
 constexpr const char *Section = "Tonewright";
 
-constexpr std::uint32_t Restart = ConfigRestart;
-constexpr std::uint32_t WriteOnly = ConfigWriteOnly;
+constexpr std::uint32_t Restart = SettingRestart;
+constexpr std::uint32_t WriteOnly = SettingWriteOnly;
 
 constexpr ConfigKey BoolKey(const char *name, std::uint32_t *value, std::uint32_t control = 0,
                             std::uint32_t flags = 0) {
-    return {name, value, ConfigBool | flags, control};
+    return {name, value, SettingBool | flags, control};
 }
 
 constexpr ConfigKey IntegerKey(const char *name, std::uint32_t *value, std::uint32_t control = 0,
                                std::uint32_t flags = 0) {
-    return {name, value, ConfigInteger | flags, control};
+    return {name, value, SettingInteger | flags, control};
 }
 
 constexpr ConfigKey TextKey(const char *name, std::string *value, std::uint32_t flags = 0) {
-    return {name, value, ConfigText | flags, 0};
+    return {name, value, SettingText | flags, 0};
 }
 
 constexpr ConfigKey Keys[] = {
@@ -51,7 +51,7 @@ constexpr ConfigKey Keys[] = {
     TextKey("BuildDate", &BuildDate, WriteOnly),
     TextKey("ColourTableFile", &ColourTableFile),
     BoolKey("CreateBackups", &CreateBackups, 139),
-    IntegerKey("CurrentMidiChannel", &CurrentMidiChannel, 118, ConfigSpin),
+    IntegerKey("CurrentMidiChannel", &CurrentMidiChannel, 118, SettingSpin),
     TextKey("DatabaseCurrentName", &DatabaseCurrentName),
     TextKey("DatabaseFooterFontName", &DatabaseFooterFontName),
     IntegerKey("DatabaseFooterFontSize", &DatabaseFooterFontSize),
@@ -75,7 +75,7 @@ constexpr ConfigKey Keys[] = {
     IntegerKey("FileWindowY", &FileWindowY),
     IntegerKey("ImageFileOpenIndex", &ImageFileOpenIndex),
     IntegerKey("LastTipDate", &LastTipDate),
-    IntegerKey("MaxUndoLevel", &MaxUndoLevel, 141, ConfigSpin | Restart),
+    IntegerKey("MaxUndoLevel", &MaxUndoLevel, 141, SettingSpin | Restart),
     BoolKey("MiddleButtonAudition", &MiddleButtonAudition, 146),
     TextKey("OpenExportPath", &OpenExportPath),
     TextKey("OpenImportPath", &OpenImportPath),
@@ -83,7 +83,7 @@ constexpr ConfigKey Keys[] = {
     BoolKey("OpenRecentDocument", &OpenRecentDocument, 140),
     IntegerKey("PatchLevel", &PatchLevel, 0, WriteOnly),
     TextKey("RecentDocumentPath", &RecentDocumentPath),
-    IntegerKey("RememberFileHistoryCount", &RememberFileHistoryCount, 144, ConfigSpin | Restart),
+    IntegerKey("RememberFileHistoryCount", &RememberFileHistoryCount, 144, SettingSpin | Restart),
     BoolKey("RememberFileHistoryCover", &RememberFileHistoryCover, 145, Restart),
     BoolKey("RememberFileHistoryEnable", &RememberFileHistoryEnable, 143, Restart),
     IntegerKey("RememberFileHistorySize", &RememberFileHistorySize),
@@ -95,7 +95,7 @@ constexpr ConfigKey Keys[] = {
     BoolKey("ShowDriverMessage", &ShowDriverMessage),
     BoolKey("ShowStartupWindow", &ShowStartupWindow, 105),
     BoolKey("ShowTipOfTheDay", &ShowTipOfTheDay, 133),
-    IntegerKey("SoftButtons", &SoftButtons, 134, ConfigList),
+    IntegerKey("SoftButtons", &SoftButtons, 134, SettingDropDown),
     BoolKey("StartMonday", &StartMonday),
     IntegerKey("SysexWait", &SysexWait),
     IntegerKey("TipFont01Size", &TipFont01Size),
@@ -143,7 +143,7 @@ void SetKey(const ConfigKey &row, std::string_view text) {
 }
 
 constexpr bool IsRead(const ConfigKey &row) {
-    return (row.flags & ConfigWriteOnly) == 0;
+    return (row.flags & SettingWriteOnly) == 0;
 }
 
 // For each character the first row of those that are read whose name begins with it; the number of
@@ -197,7 +197,7 @@ std::string LineOfKey(const ConfigKey &row) {
     return FormatText("%s = %s\n", row.name, value.c_str());
 }
 
-std::string ConfigFileText() {
+std::string SettingsFileText() {
     const std::time_t now = std::time(nullptr);
     const char *time = std::ctime(&now);
     const char *program = LoadProgramString(109);
@@ -218,7 +218,7 @@ void KeepAs(const std::string &path, const std::string &copy) {
     }
 }
 
-constexpr std::size_t ProfileLimit = 64 * 1024 * 1024; // bytes of a file that is edited in place
+constexpr std::size_t SizeLimit = 64 * 1024 * 1024; // bytes of a file that is edited in place
 
 std::string_view TrimBlanks(std::string_view text) {
     const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());
@@ -237,16 +237,16 @@ std::optional<std::string_view> SectionOfLine(std::string_view line) {
     return TrimBlanks(line.substr(1, end - 1));
 }
 
-// Where a key stands in the text of a profile, or where it would be added.
-struct ProfilePlace {
+// Where a key stands in the text of a settings file, or where it would be added.
+struct SettingPlace {
     bool hasSection = false;
     bool hasKey = false;
     std::size_t start = 0; // of the key's line; without one, behind the section's last line
     std::size_t size = 0;  // of the key's line, its line end included
 };
 
-ProfilePlace FindProfileKey(std::string_view text, std::string_view section, std::string_view key) {
-    ProfilePlace place{.start = text.size()};
+SettingPlace FindSetting(std::string_view text, std::string_view section, std::string_view key) {
+    SettingPlace place{.start = text.size()};
     bool inside = false;
     for (std::size_t at = 0; at < text.size();) {
         if (!inside) {
@@ -278,21 +278,21 @@ ProfilePlace FindProfileKey(std::string_view text, std::string_view section, std
 }
 
 // The text of a file; nothing when it cannot be read or is too long.
-std::optional<std::string> ReadProfile(const char *path) {
-    const auto bytes = ReadFileBytes(path, ProfileLimit + 1);
-    if (!bytes || bytes->size() > ProfileLimit) {
+std::optional<std::string> ReadWholeText(const char *path) {
+    const auto bytes = ReadFileBytes(path, SizeLimit + 1);
+    if (!bytes || bytes->size() > SizeLimit) {
         return std::nullopt;
     }
     return std::string(bytes->begin(), bytes->end());
 }
 
 // The value of a key; nothing when the file, the section or the key is missing.
-std::optional<std::string> FindProfileText(const char *path, const char *section, const char *key) {
-    const auto text = ReadProfile(path);
+std::optional<std::string> FindSingleText(const char *path, const char *section, const char *key) {
+    const auto text = ReadWholeText(path);
     if (!text) {
         return std::nullopt;
     }
-    const ProfilePlace place = FindProfileKey(*text, section, key);
+    const SettingPlace place = FindSetting(*text, section, key);
     if (!place.hasKey) {
         return std::nullopt;
     }
@@ -302,7 +302,7 @@ std::optional<std::string> FindProfileText(const char *path, const char *section
 
 // Puts a whole new text in the place of a file, or leaves the file as it is. Who may read and write
 // the file stays the same.
-bool ReplaceProfile(const char *path, const std::string &text) {
+bool ReplaceText(const char *path, const std::string &text) {
     if (FileExists(path) && !OpenFile(path, "r+b")) {
         return false; // read-only, or no regular file
     }
@@ -386,7 +386,7 @@ void CopyMatchingFiles(const std::string &pattern, const fs::path &from, const f
 void CopyConfiguration(const Migration &migration, const std::string &newPath,
                        const std::string &oldPath) {
     if (CopyAsNew(PathOf(oldPath), PathOf(newPath))) {
-        WriteProfileText(newPath.c_str(), migration.section, "ApplicationPath", "");
+        WriteSingleText(newPath.c_str(), migration.section, "ApplicationPath", "");
     }
     const fs::path from = PathOf(UserFile(migration.oldFolder));
     const fs::path to = PathOf(UserFile(migration.newFolder));
@@ -419,17 +419,17 @@ void OfferUninstall(const Migration &migration) {
 
 } // namespace
 
-const std::span<const ConfigKey> ConfigKeys(Keys);
+const std::span<const ConfigKey> SettingRows(Keys);
 
-std::string ConfigFilePath() {
+std::string SettingsFilePath() {
     return UserFile(FileName);
 }
 
 void ConfigRead() {
-    ConfigReadFile(ConfigFilePath().c_str());
+    ReadSettingsFile(SettingsFilePath().c_str());
 }
 
-int ConfigReadFile(const char *path) {
+int ReadSettingsFile(const char *path) {
     auto reader = OpenLines(path);
     if (!reader) {
         return 0;
@@ -442,48 +442,48 @@ int ConfigReadFile(const char *path) {
 }
 
 void ConfigWrite() {
-    const std::string path = ConfigFilePath();
+    const std::string path = SettingsFilePath();
     const std::string backup = UserFile(("Backup of " + std::string(FileName)).c_str());
     const std::string older = UserFile(("Backup of Backup of " + std::string(FileName)).c_str());
     KeepAs(backup, older);
     KeepAs(path, backup);
     // Made first, so that the file is short of its text as briefly as can be.
-    const std::string text = ConfigFileText();
+    const std::string text = SettingsFileText();
     if (const FilePointer file = OpenFile(path.c_str(), "w")) {
         std::fwrite(text.data(), 1, text.size(), file.get());
     }
 }
 
-std::string ReadProfileText(const char *path, const char *section, const char *key,
-                            const std::string &fallback) {
-    return FindProfileText(path, section, key).value_or(fallback);
+std::string ReadSingleText(const char *path, const char *section, const char *key,
+                           const std::string &fallback) {
+    return FindSingleText(path, section, key).value_or(fallback);
 }
 
-std::string ReadProfileText(const char *section, const char *key, const std::string &fallback) {
-    return ReadProfileText(ConfigFilePath().c_str(), section, key, fallback);
+std::string ReadSingleText(const char *section, const char *key, const std::string &fallback) {
+    return ReadSingleText(SettingsFilePath().c_str(), section, key, fallback);
 }
 
-std::uint32_t ReadProfileInteger(const char *path, const char *section, const char *key,
-                                 std::uint32_t fallback) {
-    const auto text = FindProfileText(path, section, key);
+std::uint32_t ReadSingleInteger(const char *path, const char *section, const char *key,
+                                std::uint32_t fallback) {
+    const auto text = FindSingleText(path, section, key);
     return text ? ReadInteger(*text) : fallback;
 }
 
-std::uint32_t ReadProfileInteger(const char *section, const char *key, std::uint32_t fallback) {
-    return ReadProfileInteger(ConfigFilePath().c_str(), section, key, fallback);
+std::uint32_t ReadSingleInteger(const char *section, const char *key, std::uint32_t fallback) {
+    return ReadSingleInteger(SettingsFilePath().c_str(), section, key, fallback);
 }
 
-bool WriteProfileText(const char *path, const char *section, const char *key,
-                      const std::string &value) {
+bool WriteSingleText(const char *path, const char *section, const char *key,
+                     const std::string &value) {
     std::string text;
     if (FileExists(path)) {
-        auto present = ReadProfile(path);
+        auto present = ReadWholeText(path);
         if (!present) {
             return false;
         }
         text = std::move(*present);
     }
-    ProfilePlace place = FindProfileKey(text, section, key);
+    SettingPlace place = FindSetting(text, section, key);
     const std::string_view model =
         place.hasKey ? std::string_view(text).substr(place.start, place.size) : text;
     const std::string lineEnd = model.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
@@ -498,11 +498,11 @@ bool WriteProfileText(const char *path, const char *section, const char *key,
     }
     line += std::string(key) + " = " + std::string(CutAtControl(value)) + lineEnd;
     text.replace(place.start, place.size, line);
-    return ReplaceProfile(path, text);
+    return ReplaceText(path, text);
 }
 
-bool WriteProfileText(const char *section, const char *key, const std::string &value) {
-    return WriteProfileText(ConfigFilePath().c_str(), section, key, value);
+bool WriteSingleText(const char *section, const char *key, const std::string &value) {
+    return WriteSingleText(SettingsFilePath().c_str(), section, key, value);
 }
 
 PreviousInstallation ThePreviousInstallation;

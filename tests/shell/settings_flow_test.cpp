@@ -2,12 +2,12 @@
 #include "shell_fixture.h"
 
 #include "shell/command_queue.h"
-#include "shell/setup_flow.h"
+#include "shell/settings_flow.h"
 
 namespace tonewright {
 namespace {
 
-class SetupFlowTest : public ShellTest {
+class SettingsFlowTest : public ShellTest {
 protected:
     void SetUp() override {
         ShellTest::SetUp();
@@ -34,23 +34,23 @@ protected:
     std::vector<std::string> calls; // oldest first
 };
 
-TEST_F(SetupFlowTest, TheCommandIsBuiltAndAlwaysEnabled) {
+TEST_F(SettingsFlowTest, TheCommandIsBuiltAndAlwaysEnabled) {
     EXPECT_TRUE(CommandEnabled(CommandSettings));
 }
 
-TEST_F(SetupFlowTest, TheSheetIsShownThenTheWindowIsBroughtUpToDateInOrder) {
+TEST_F(SettingsFlowTest, TheSheetIsShownThenTheWindowIsBroughtUpToDateInOrder) {
     EXPECT_EQ(RunUserCommand(CommandSettings), 1);
     EXPECT_EQ(calls, inOrder);
 }
 
-TEST_F(SetupFlowTest, WithoutTheFlagNothingIsToldAndNothingCloses) {
+TEST_F(SettingsFlowTest, WithoutTheFlagNothingIsToldAndNothingCloses) {
     RunCommand(CommandSettings);
     EXPECT_FALSE(RunNextPosted());
     EXPECT_TRUE(desktop.messages.empty());
     EXPECT_EQ(closes, 0);
 }
 
-TEST_F(SetupFlowTest, AChangeOfASettingWithAnAsteriskDoesNotSetTheFlag) {
+TEST_F(SettingsFlowTest, AChangeOfASettingWithAnAsteriskDoesNotSetTheFlag) {
     TheShellWindow.ShowSetup = [] { MaxUndoLevel = 12; };
     RunCommand(CommandSettings);
     MaxUndoLevel = 3;
@@ -58,7 +58,7 @@ TEST_F(SetupFlowTest, AChangeOfASettingWithAnAsteriskDoesNotSetTheFlag) {
     EXPECT_EQ(closes, 0);
 }
 
-TEST_F(SetupFlowTest, WithTheFlagMessage142IsShownAndExitIsPosted) {
+TEST_F(SettingsFlowTest, WithTheFlagMessage142IsShownAndExitIsPosted) {
     desktop.Expect(ExpectedMessage{
         .text = "You have made changes to Tonewright that require it to be restarted. Click on OK "
                 "to close this application, and run the software again.",
@@ -76,7 +76,7 @@ TEST_F(SetupFlowTest, WithTheFlagMessage142IsShownAndExitIsPosted) {
     EXPECT_EQ(closes, 1);
 }
 
-TEST_F(SetupFlowTest, TheExitThatIsPostedStillAsksAboutAChangedDocument) {
+TEST_F(SettingsFlowTest, TheExitThatIsPostedStillAsksAboutAChangedDocument) {
     MainListState.dirty = true;
     RestartNeeded = true;
     desktop.ExpectMessage("You have made changes to Tonewright that require it to be restarted. "
@@ -87,7 +87,7 @@ TEST_F(SetupFlowTest, TheExitThatIsPostedStillAsksAboutAChangedDocument) {
     EXPECT_EQ(closes, 0);
 }
 
-TEST_F(SetupFlowTest, WithoutAWindowTheCommandDoesNothing) {
+TEST_F(SettingsFlowTest, WithoutAWindowTheCommandDoesNothing) {
     TheShellWindow = {};
     EXPECT_EQ(RunCommand(CommandSettings), 1);
     EXPECT_TRUE(calls.empty());

@@ -2,7 +2,7 @@
 #include "common/settings.h"
 #include "common/view/up_down.h"
 #include "shell/shell_window.h"
-#include "shell/view/key_controls.h"
+#include "shell/view/setting_controls.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ namespace {
 std::uint32_t Flag, Colour, Channel, Level, Plain, ByIndex, ByValue, OwnItems, Unbound;
 std::string Name, Folder, FontName;
 
-constexpr ConfigChoice Choices[] = {{"Low", 10}, {"Middle", 200}, {"High", 3000}, {nullptr, 0}};
+constexpr SettingChoice Choices[] = {{"Low", 10}, {"Middle", 200}, {"High", 3000}, {nullptr, 0}};
 
 std::string BrowseAnswer;
 std::vector<std::string> BrowseFolders;
@@ -40,21 +40,21 @@ std::optional<std::string> AnswerBrowse(QWidget *owner, const std::string &folde
 }
 
 const ConfigKey Keys[] = {
-    {"Flag", &Flag, ConfigBool, 1},
-    {"Colour", &Colour, ConfigInteger | ConfigColour, 2},
-    {"Channel", &Channel, ConfigInteger | ConfigSpin, 3},
-    {"Level", &Level, ConfigInteger | ConfigSpin | ConfigRestart, 4},
-    {"Plain", &Plain, ConfigInteger, 5},
-    {"ByIndex", &ByIndex, ConfigInteger | ConfigList, 6, Choices},
-    {"ByValue", &ByValue, ConfigInteger | ConfigList | ConfigListValue, 7, Choices},
-    {"OwnItems", &OwnItems, ConfigInteger | ConfigList, 8},
-    {"Name", &Name, ConfigText, 9},
-    {"Folder", &Folder, ConfigText | ConfigBrowse, 10, AnswerBrowse},
-    {"FontName", &FontName, ConfigText | ConfigList | ConfigFontList, 11},
-    {"Unbound", &Unbound, ConfigBool, 0},
+    {"Flag", &Flag, SettingBool, 1},
+    {"Colour", &Colour, SettingInteger | SettingColour, 2},
+    {"Channel", &Channel, SettingInteger | SettingSpin, 3},
+    {"Level", &Level, SettingInteger | SettingSpin | SettingRestart, 4},
+    {"Plain", &Plain, SettingInteger, 5},
+    {"ByIndex", &ByIndex, SettingInteger | SettingDropDown, 6, Choices},
+    {"ByValue", &ByValue, SettingInteger | SettingDropDown | SettingByValue, 7, Choices},
+    {"OwnItems", &OwnItems, SettingInteger | SettingDropDown, 8},
+    {"Name", &Name, SettingText, 9},
+    {"Folder", &Folder, SettingText | SettingBrowse, 10, AnswerBrowse},
+    {"FontName", &FontName, SettingText | SettingDropDown | SettingFontList, 11},
+    {"Unbound", &Unbound, SettingBool, 0},
 };
 
-class KeyControlsTest : public testing::Test {
+class SettingControlsTest : public testing::Test {
 protected:
     void SetUp() override {
         Flag = Colour = Plain = ByIndex = OwnItems = Unbound = 0;
@@ -121,7 +121,7 @@ protected:
     std::vector<std::string> titles; // given to the main window, oldest first
 };
 
-TEST_F(KeyControlsTest, ABoolIsACheckBoxBothWays) {
+TEST_F(SettingControlsTest, ABoolIsACheckBoxBothWays) {
     Flag = 1;
     Load();
     EXPECT_TRUE(flag->isChecked());
@@ -133,7 +133,7 @@ TEST_F(KeyControlsTest, ABoolIsACheckBoxBothWays) {
     EXPECT_EQ(Flag, 1u);
 }
 
-TEST_F(KeyControlsTest, ABoolOfAnyOtherNumberIsOnAndStoredAs1) {
+TEST_F(SettingControlsTest, ABoolOfAnyOtherNumberIsOnAndStoredAs1) {
     Flag = 4294967291u;
     Load();
     EXPECT_TRUE(flag->isChecked());
@@ -141,13 +141,13 @@ TEST_F(KeyControlsTest, ABoolOfAnyOtherNumberIsOnAndStoredAs1) {
     EXPECT_EQ(Flag, 1u);
 }
 
-TEST_F(KeyControlsTest, AKeyWinsOverTheStartOfTheRange) {
+TEST_F(SettingControlsTest, AKeyWinsOverTheStartOfTheRange) {
     Load();
     EXPECT_EQ(channel->text(), "5");
     EXPECT_EQ(level->text(), "3");
 }
 
-TEST_F(KeyControlsTest, ASpinNumberIsBroughtIntoItsRange) {
+TEST_F(SettingControlsTest, ASpinNumberIsBroughtIntoItsRange) {
     Load();
     const std::pair<const char *, unsigned> cases[] = {
         {"7", 7},
@@ -172,7 +172,7 @@ TEST_F(KeyControlsTest, ASpinNumberIsBroughtIntoItsRange) {
     }
 }
 
-TEST_F(KeyControlsTest, AKeyBeyondItsRangeIsShownUnsignedAndBroughtBackWhenStored) {
+TEST_F(SettingControlsTest, AKeyBeyondItsRangeIsShownUnsignedAndBroughtBackWhenStored) {
     Channel = 4294967291u;
     Load();
     EXPECT_EQ(channel->text(), "4294967291");
@@ -180,7 +180,7 @@ TEST_F(KeyControlsTest, AKeyBeyondItsRangeIsShownUnsignedAndBroughtBackWhenStore
     EXPECT_EQ(Channel, 16u);
 }
 
-TEST_F(KeyControlsTest, TheArrowsStepInTheirRange) {
+TEST_F(SettingControlsTest, TheArrowsStepInTheirRange) {
     Show();
     auto *up = channelArrows->findChild<QToolButton *>("up");
     auto *down = channelArrows->findChild<QToolButton *>("down");
@@ -193,7 +193,7 @@ TEST_F(KeyControlsTest, TheArrowsStepInTheirRange) {
     EXPECT_EQ(level->text(), "3");
 }
 
-TEST_F(KeyControlsTest, ARangeWithoutAStartStillLimits) {
+TEST_F(SettingControlsTest, ARangeWithoutAStartStillLimits) {
     levelArrows->setProperty("rangeText", "2,8");
     Load();
     level->setText("99");
@@ -201,7 +201,7 @@ TEST_F(KeyControlsTest, ARangeWithoutAStartStillLimits) {
     EXPECT_EQ(Level, 8u);
 }
 
-TEST_F(KeyControlsTest, WithoutARangeASpinNumberIsStoredAsItIs) {
+TEST_F(SettingControlsTest, WithoutARangeASpinNumberIsStoredAsItIs) {
     const auto stored = [&](const char *text) {
         Load();
         level->setText(text);
@@ -218,7 +218,7 @@ TEST_F(KeyControlsTest, WithoutARangeASpinNumberIsStoredAsItIs) {
     EXPECT_EQ(stored(" 78"), 78u);
 }
 
-TEST_F(KeyControlsTest, ARangeBelowZeroReadsASignedNumber) {
+TEST_F(SettingControlsTest, ARangeBelowZeroReadsASignedNumber) {
     levelArrows->setProperty("rangeText", "-12,12,0");
     Load();
     level->setText("-5");
@@ -229,7 +229,7 @@ TEST_F(KeyControlsTest, ARangeBelowZeroReadsASignedNumber) {
     EXPECT_EQ(Level, 4294967284u);
 }
 
-TEST_F(KeyControlsTest, APlainNumberIsShownAndNeverStored) {
+TEST_F(SettingControlsTest, APlainNumberIsShownAndNeverStored) {
     Plain = 600;
     Load();
     EXPECT_EQ(plain->text(), "600");
@@ -238,7 +238,7 @@ TEST_F(KeyControlsTest, APlainNumberIsShownAndNeverStored) {
     EXPECT_EQ(Plain, 600u);
 }
 
-TEST_F(KeyControlsTest, AListByIndexHoldsItsChoicesAndStoresTheIndex) {
+TEST_F(SettingControlsTest, AListByIndexHoldsItsChoicesAndStoresTheIndex) {
     ByIndex = 2;
     Load();
     ASSERT_EQ(byIndex->count(), 3);
@@ -250,7 +250,7 @@ TEST_F(KeyControlsTest, AListByIndexHoldsItsChoicesAndStoresTheIndex) {
     EXPECT_EQ(ByIndex, 1u);
 }
 
-TEST_F(KeyControlsTest, AListByValueSelectsAndStoresTheValue) {
+TEST_F(SettingControlsTest, AListByValueSelectsAndStoresTheValue) {
     Load();
     EXPECT_EQ(byValue->currentText(), "Middle");
     byValue->setCurrentIndex(2);
@@ -258,7 +258,7 @@ TEST_F(KeyControlsTest, AListByValueSelectsAndStoresTheValue) {
     EXPECT_EQ(ByValue, 3000u);
 }
 
-TEST_F(KeyControlsTest, WithNothingSelectedAListWithChoicesLeavesItsKeyAlone) {
+TEST_F(SettingControlsTest, WithNothingSelectedAListWithChoicesLeavesItsKeyAlone) {
     ByIndex = 77;
     ByValue = 1; // an index, and no choice's value
     Load();
@@ -269,7 +269,7 @@ TEST_F(KeyControlsTest, WithNothingSelectedAListWithChoicesLeavesItsKeyAlone) {
     EXPECT_EQ(ByValue, 1u);
 }
 
-TEST_F(KeyControlsTest, AListWithoutChoicesKeepsThePagesItems) {
+TEST_F(SettingControlsTest, AListWithoutChoicesKeepsThePagesItems) {
     OwnItems = 2;
     Load();
     EXPECT_EQ(ownItems->count(), 3);
@@ -279,7 +279,7 @@ TEST_F(KeyControlsTest, AListWithoutChoicesKeepsThePagesItems) {
     EXPECT_EQ(OwnItems, 1u);
 }
 
-TEST_F(KeyControlsTest, WithNothingSelectedAListWithoutChoicesStores0) {
+TEST_F(SettingControlsTest, WithNothingSelectedAListWithoutChoicesStores0) {
     for (const std::uint32_t value : {3u, 77u, 4294967295u}) {
         OwnItems = value;
         Load();
@@ -289,7 +289,7 @@ TEST_F(KeyControlsTest, WithNothingSelectedAListWithoutChoicesStores0) {
     }
 }
 
-TEST_F(KeyControlsTest, AFontListHoldsTheSystemsFamiliesAndStoresTheName) {
+TEST_F(SettingControlsTest, AFontListHoldsTheSystemsFamiliesAndStoresTheName) {
     const QStringList families = QFontDatabase::families();
     ASSERT_GE(families.size(), 2);
     FontName = families.last().toStdString();
@@ -301,7 +301,7 @@ TEST_F(KeyControlsTest, AFontListHoldsTheSystemsFamiliesAndStoresTheName) {
     EXPECT_EQ(FontName, families.first().toStdString());
 }
 
-TEST_F(KeyControlsTest, AFontThatIsNotHereStaysInItsKey) {
+TEST_F(SettingControlsTest, AFontThatIsNotHereStaysInItsKey) {
     FontName = "A family of another machine";
     Load();
     EXPECT_EQ(fonts->currentIndex(), -1);
@@ -309,7 +309,7 @@ TEST_F(KeyControlsTest, AFontThatIsNotHereStaysInItsKey) {
     EXPECT_EQ(FontName, "A family of another machine");
 }
 
-TEST_F(KeyControlsTest, ShowingTwiceDoesNotDoubleTheLists) {
+TEST_F(SettingControlsTest, ShowingTwiceDoesNotDoubleTheLists) {
     Load();
     Load();
     EXPECT_EQ(byIndex->count(), 3);
@@ -317,7 +317,7 @@ TEST_F(KeyControlsTest, ShowingTwiceDoesNotDoubleTheLists) {
     EXPECT_EQ(fonts->count(), QFontDatabase::families().size());
 }
 
-TEST_F(KeyControlsTest, ATextIsShownAndStored) {
+TEST_F(SettingControlsTest, ATextIsShownAndStored) {
     Name = "Größe";
     Load();
     EXPECT_EQ(name->text(), QString::fromUtf8("Größe"));
@@ -326,7 +326,7 @@ TEST_F(KeyControlsTest, ATextIsShownAndStored) {
     EXPECT_EQ(Name, "other");
 }
 
-TEST_F(KeyControlsTest, ATextEndsAt260BytesWhenItIsTyped) {
+TEST_F(SettingControlsTest, ATextEndsAt260BytesWhenItIsTyped) {
     Show();
     name->setText(QString(259, 'x'));
     name->setFocus();
@@ -336,7 +336,7 @@ TEST_F(KeyControlsTest, ATextEndsAt260BytesWhenItIsTyped) {
     EXPECT_EQ(Name, std::string(259, 'x') + "y");
 }
 
-TEST_F(KeyControlsTest, TheLimitOfATextDoesNotSplitACharacter) {
+TEST_F(SettingControlsTest, TheLimitOfATextDoesNotSplitACharacter) {
     Load();
     // 259 bytes, and a character of two that has no room.
     name->setText(QString(259, 'x') + QString::fromUtf8("\u00f6"));
@@ -349,7 +349,7 @@ TEST_F(KeyControlsTest, TheLimitOfATextDoesNotSplitACharacter) {
     EXPECT_EQ(name->text().toUtf8().size(), 260);
 }
 
-TEST_F(KeyControlsTest, AColourGoesThroughTheControlsUserData) {
+TEST_F(SettingControlsTest, AColourGoesThroughTheControlsUserData) {
     Colour = 0x00332211;
     Load();
     EXPECT_EQ(colour->property("userData").toUInt(), 0x00332211u);
@@ -358,7 +358,7 @@ TEST_F(KeyControlsTest, AColourGoesThroughTheControlsUserData) {
     EXPECT_EQ(Colour, 0x00AABBCCu);
 }
 
-TEST_F(KeyControlsTest, EveryOtherControlsUserDataBecomes0) {
+TEST_F(SettingControlsTest, EveryOtherControlsUserDataBecomes0) {
     flag->setProperty("userData", 5);
     Load();
     for (const QWidget *control : std::initializer_list<QWidget *>{flag, channel, plain, byIndex}) {
@@ -367,7 +367,7 @@ TEST_F(KeyControlsTest, EveryOtherControlsUserDataBecomes0) {
     }
 }
 
-TEST_F(KeyControlsTest, AColourIsPaintedAsASwatchWithRedInTheLowByte) {
+TEST_F(SettingControlsTest, AColourIsPaintedAsASwatchWithRedInTheLowByte) {
     Colour = 0x00332211;
     Show();
     EXPECT_EQ(colour->grab().toImage().pixelColor(60, 13), QColor(0x11, 0x22, 0x33));
@@ -387,7 +387,7 @@ void AnswerColourDialog(const QColor &colour, bool accept, QColor &shown) {
     });
 }
 
-TEST_F(KeyControlsTest, ASwatchOpensTheColourDialogAndTakesItsColourOnOk) {
+TEST_F(SettingControlsTest, ASwatchOpensTheColourDialogAndTakesItsColourOnOk) {
     Colour = 0x00332211;
     Show();
     QColor shown;
@@ -405,7 +405,7 @@ TEST_F(KeyControlsTest, ASwatchOpensTheColourDialogAndTakesItsColourOnOk) {
     EXPECT_EQ(Colour, 0x00030201u);
 }
 
-TEST_F(KeyControlsTest, ABrowseButtonAsksItsRowAndKeepsTheFolder) {
+TEST_F(SettingControlsTest, ABrowseButtonAsksItsRowAndKeepsTheFolder) {
     Show();
     BrowseAnswer = "/music/banks/first.syx";
     QTest::mouseClick(browse, Qt::LeftButton);
@@ -418,7 +418,7 @@ TEST_F(KeyControlsTest, ABrowseButtonAsksItsRowAndKeepsTheFolder) {
     EXPECT_EQ(Folder, "/music/banks/first.syx");
 }
 
-TEST_F(KeyControlsTest, ABrowseThatIsCancelledChangesNothing) {
+TEST_F(SettingControlsTest, ABrowseThatIsCancelledChangesNothing) {
     Folder = "/somewhere";
     Show();
     QTest::mouseClick(browse, Qt::LeftButton);
@@ -427,7 +427,7 @@ TEST_F(KeyControlsTest, ABrowseThatIsCancelledChangesNothing) {
     EXPECT_EQ(OpenImportPath, "/imports/");
 }
 
-TEST_F(KeyControlsTest, CommandsOfAPageThatIsNotVisibleAreIgnored) {
+TEST_F(SettingControlsTest, CommandsOfAPageThatIsNotVisibleAreIgnored) {
     Show();
     page->hide();
     BrowseAnswer = "/music/first.syx";
@@ -438,7 +438,7 @@ TEST_F(KeyControlsTest, CommandsOfAPageThatIsNotVisibleAreIgnored) {
     EXPECT_TRUE(titles.empty());
 }
 
-TEST_F(KeyControlsTest, EachCommandOfASpinEditShowsKeyAndFlagsInTheTitle) {
+TEST_F(SettingControlsTest, EachCommandOfASpinEditShowsKeyAndFlagsInTheTitle) {
     Show();
     level->setFocus();
     EXPECT_EQ(titles, std::vector<std::string>{"Level 8044"});
@@ -453,7 +453,7 @@ TEST_F(KeyControlsTest, EachCommandOfASpinEditShowsKeyAndFlagsInTheTitle) {
     EXPECT_EQ(titles, std::vector<std::string>{"Level 8044"});
 }
 
-TEST_F(KeyControlsTest, OtherControlsLeaveTheTitleAlone) {
+TEST_F(SettingControlsTest, OtherControlsLeaveTheTitleAlone) {
     Show();
     QTest::keyClicks(name, "text");
     QTest::keyClicks(plain, "7");
@@ -462,7 +462,7 @@ TEST_F(KeyControlsTest, OtherControlsLeaveTheTitleAlone) {
     EXPECT_TRUE(titles.empty());
 }
 
-TEST_F(KeyControlsTest, ARowWhoseControlIsMissingIsSkippedBothWays) {
+TEST_F(SettingControlsTest, ARowWhoseControlIsMissingIsSkippedBothWays) {
     Flag = 7;
     Level = 99;
     ByIndex = 50;
@@ -481,7 +481,7 @@ TEST_F(KeyControlsTest, ARowWhoseControlIsMissingIsSkippedBothWays) {
     EXPECT_EQ(Unbound, 9u);
 }
 
-TEST_F(KeyControlsTest, ARowWithoutAControlIsNeverBound) {
+TEST_F(SettingControlsTest, ARowWithoutAControlIsNeverBound) {
     Unbound = 1;
     auto *box = Make<QCheckBox>(0);
     Load();
@@ -490,7 +490,7 @@ TEST_F(KeyControlsTest, ARowWithoutAControlIsNeverBound) {
     EXPECT_EQ(Unbound, 1u);
 }
 
-TEST_F(KeyControlsTest, AControlOfAnotherKindIsPassedOver) {
+TEST_F(SettingControlsTest, AControlOfAnotherKindIsPassedOver) {
     Flag = 7;
     Level = 99;
     ByIndex = 2;
@@ -509,7 +509,7 @@ TEST_F(KeyControlsTest, AControlOfAnotherKindIsPassedOver) {
     EXPECT_EQ(ByIndex, 2u);
 }
 
-TEST_F(KeyControlsTest, TheHelpTopicNamesTheKeyOfAControl) {
+TEST_F(SettingControlsTest, TheHelpTopicNamesTheKeyOfAControl) {
     EXPECT_EQ(HelpTopicOf(level, Keys), "SETUP_Level");
     EXPECT_EQ(HelpTopicOf(flag, Keys), "SETUP_Flag");
     EXPECT_EQ(HelpTopicOf(levelArrows, Keys), "SETUP");

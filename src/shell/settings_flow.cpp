@@ -1,5 +1,5 @@
 // Runs the sheet of settings and brings the window up to date behind it.
-#include "shell/setup_flow.h"
+#include "shell/settings_flow.h"
 
 #include "common/desktop.h"
 #include "common/strings.h"

@@ -3,7 +3,7 @@
 // number on some page.
 #pragma once
 
-#include "shell/config.h"
+#include "shell/settings_file.h"
 
 #include <span>
 #include <string>
@@ -13,18 +13,18 @@ class QWidget;
 namespace tonewright {
 
 // The controls of a row, in the order in which the flags are looked at:
-//   ConfigColour   a button, painted as a swatch of the colour in its property "userData"
-//   ConfigList     a QComboBox; its choices come from the row, from the system's fonts
-//                  (ConfigFontList), or are there already
-//   ConfigInteger  a QLineEdit; with ConfigSpin an UpDown of its number + 10000 gives the range
-//   ConfigText     a QLineEdit; with ConfigBrowse a button of its number + 15000 stands beside it
-//   ConfigBool     a check box
+//   SettingColour   a button, painted as a swatch of the colour in its property "userData"
+//   SettingDropDown     a QComboBox; its choices come from the row, from the system's fonts
+//                  (SettingFontList), or are there already
+//   SettingInteger  a QLineEdit; with SettingSpin an UpDown of its number + 10000 gives the range
+//   SettingText     a QLineEdit; with SettingBrowse a button of its number + 15000 stands beside it
+//   SettingBool     a check box
 // A row whose control is not on the page, or is of another kind, is passed over.
 
 // Shows the settings on a page, and limits what can be put in.
 void KeysToControls(QWidget *page, std::span<const ConfigKey> keys);
 
-// Stores what stands in the controls of a page. A number with ConfigSpin is brought into its
+// Stores what stands in the controls of a page. A number with SettingSpin is brought into its
 // range; one without is only shown, never stored. A list with nothing selected leaves its setting
 // alone, or sets 0 when the row has no choices.
 void ControlsToKeys(const QWidget *page, std::span<const ConfigKey> keys);

@@ -1,5 +1,5 @@
 // One way to show and to store a setting for each kind of control.
-#include "shell/view/key_controls.h"
+#include "shell/view/setting_controls.h"
 
 #include "common/settings.h"
 #include "common/text.h"
@@ -36,8 +36,8 @@ std::string *TextOf(const ConfigKey &key) {
     return text ? *text : nullptr;
 }
 
-const ConfigChoice *ChoicesOf(const ConfigKey &key) {
-    const ConfigChoice *const *choices = std::get_if<const ConfigChoice *>(&key.items);
+const SettingChoice *ChoicesOf(const ConfigKey &key) {
+    const SettingChoice *const *choices = std::get_if<const SettingChoice *>(&key.items);
     return choices ? *choices : nullptr;
 }
 
@@ -64,7 +64,7 @@ void StoreColour(const QWidget *, const QWidget *control, const ConfigKey &key) 
 }
 
 // The place of a value among choices that are told apart by value; -1 when none has it.
-int IndexOfValue(const ConfigChoice *choices, std::uint32_t value) {
+int IndexOfValue(const SettingChoice *choices, std::uint32_t value) {
     for (int index = 0; choices[index].text; ++index) {
         if (choices[index].value == value) {
             return index;
@@ -78,19 +78,19 @@ void ShowList(const QWidget *, QWidget *control, const ConfigKey &key) {
     if (!list) {
         return;
     }
-    const ConfigChoice *choices = ChoicesOf(key);
+    const SettingChoice *choices = ChoicesOf(key);
     if (choices) {
         list->clear();
-        for (const ConfigChoice *choice = choices; choice->text; ++choice) {
+        for (const SettingChoice *choice = choices; choice->text; ++choice) {
             list->addItem(choice->text);
         }
-    } else if (key.flags & ConfigFontList) {
+    } else if (key.flags & SettingFontList) {
         list->clear();
         list->addItems(QFontDatabase::families());
     }
     if (const std::string *text = TextOf(key)) {
         list->setCurrentIndex(list->findText(QString::fromStdString(*text)));
-    } else if (choices && (key.flags & ConfigListValue)) {
+    } else if (choices && (key.flags & SettingByValue)) {
         list->setCurrentIndex(IndexOfValue(choices, *NumberOf(key)));
     } else {
         const std::uint32_t index = *NumberOf(key);
@@ -104,7 +104,7 @@ void StoreList(const QWidget *, const QWidget *control, const ConfigKey &key) {
     if (!list) {
         return;
     }
-    const ConfigChoice *choices = ChoicesOf(key);
+    const SettingChoice *choices = ChoicesOf(key);
     const int index = list->currentIndex();
     if (std::string *text = TextOf(key)) {
         if (index >= 0) {
@@ -115,7 +115,7 @@ void StoreList(const QWidget *, const QWidget *control, const ConfigKey &key) {
     std::uint32_t &number = *NumberOf(key);
     if (index < 0) {
         number = choices ? number : 0;
-    } else if (choices && (key.flags & ConfigListValue)) {
+    } else if (choices && (key.flags & SettingByValue)) {
         number = choices[index].value;
     } else {
         number = static_cast<std::uint32_t>(index);
@@ -128,7 +128,7 @@ void ShowInteger(const QWidget *page, QWidget *control, const ConfigKey &key) {
     if (!edit || !number) {
         return;
     }
-    if (key.flags & ConfigSpin) {
+    if (key.flags & SettingSpin) {
         if (const std::optional<SpinRange> range = SpinRangeOf(page, key.control)) {
             StepNumberIn(edit, ControlOf<UpDown>(page, key.control + UpDownOffset), *range);
         }
@@ -148,7 +148,7 @@ std::uint32_t UnsignedOf(const std::string &text) {
 void StoreInteger(const QWidget *page, const QWidget *control, const ConfigKey &key) {
     const auto *edit = qobject_cast<const QLineEdit *>(control);
     std::uint32_t *number = NumberOf(key);
-    if (!edit || !number || !(key.flags & ConfigSpin)) {
+    if (!edit || !number || !(key.flags & SettingSpin)) {
         return;
     }
     *number = SpinRangeOf(page, key.control)
@@ -211,9 +211,9 @@ struct Kind {
     void (*store)(const QWidget *page, const QWidget *control, const ConfigKey &key);
 };
 constexpr Kind Kinds[] = {
-    {ConfigColour, ShowColour, StoreColour},    {ConfigList, ShowList, StoreList},
-    {ConfigInteger, ShowInteger, StoreInteger}, {ConfigText, ShowText, StoreText},
-    {ConfigBool, ShowBool, StoreBool},
+    {SettingColour, ShowColour, StoreColour},    {SettingDropDown, ShowList, StoreList},
+    {SettingInteger, ShowInteger, StoreInteger}, {SettingText, ShowText, StoreText},
+    {SettingBool, ShowBool, StoreBool},
 };
 
 const Kind *KindOf(const ConfigKey &key) {
@@ -269,7 +269,7 @@ void ChooseColour(QWidget *control) {
     }
 }
 
-void Browse(QLineEdit *edit, ConfigBrowseFunction ask) {
+void Browse(QLineEdit *edit, SettingBrowseFunction ask) {
     const std::optional<std::string> path = ask(edit->window(), OpenImportPath);
     if (path) {
         edit->setText(QString::fromStdString(*path));
@@ -320,7 +320,7 @@ void ConnectSwatch(QWidget *page, QWidget *control) {
 void ConnectBrowseButton(QWidget *page, QWidget *control, const ConfigKey &key) {
     auto *edit = qobject_cast<QLineEdit *>(control);
     auto *button = ControlOf<QAbstractButton>(page, key.control + BrowseOffset);
-    const ConfigBrowseFunction *ask = std::get_if<ConfigBrowseFunction>(&key.items);
+    const SettingBrowseFunction *ask = std::get_if<SettingBrowseFunction>(&key.items);
     if (!edit || !button || !ask || !*ask) {
         return;
     }
@@ -362,13 +362,13 @@ void ConnectKeyControls(QWidget *page, std::span<const ConfigKey> keys) {
         if (!control) {
             continue;
         }
-        if (key.flags & ConfigColour) {
+        if (key.flags & SettingColour) {
             ConnectSwatch(page, control);
         }
-        if (key.flags & ConfigBrowse) {
+        if (key.flags & SettingBrowse) {
             ConnectBrowseButton(page, control, key);
         }
-        if (auto *edit = qobject_cast<QLineEdit *>(control); edit && (key.flags & ConfigSpin)) {
+        if (auto *edit = qobject_cast<QLineEdit *>(control); edit && (key.flags & SettingSpin)) {
             new CommandTrace(page, edit, key); // a child of the edit
         }
     }

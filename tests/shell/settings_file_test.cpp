@@ -1,5 +1,5 @@
 // The table of settings, and the file that keeps them.
-#include "shell/config.h"
+#include "shell/settings_file.h"
 
 #include "common/folders.h"
 #include "common/settings.h"
@@ -101,14 +101,14 @@ const std::string Header = ";Tonewright configuration file\n"
                            ";Last updated ";
 
 // A configuration folder of its own.
-struct Config : testing::Test {
+struct SettingsFile : testing::Test {
     TempFolder temp;
     std::string maker = temp.File("app/Quillbrook/");
     std::string path = maker + "Tonewright 17.ini";
     std::string backup = maker + "Backup of Tonewright 17.ini";
     std::string older = maker + "Backup of Backup of Tonewright 17.ini";
 
-    Config() {
+    SettingsFile() {
         PlatformFolders.applicationData = temp.File("app");
         MakeProgramFolders();
     }
@@ -128,7 +128,7 @@ struct Config : testing::Test {
     }
 };
 
-using ConfigMigration = Config;
+using SettingsMigration = SettingsFile;
 
 std::string LineOf(const std::string &text, const std::string &key) {
     const std::size_t at = text.find("\n" + key + " =");
@@ -137,19 +137,20 @@ std::string LineOf(const std::string &text, const std::string &key) {
 
 } // namespace
 
-TEST_F(Config, TheTableHasEveryKeyInItsOrderWithItsTypeAndControl) {
-    ASSERT_EQ(ConfigKeys.size(), std::size(Rows));
+TEST_F(SettingsFile, TheTableHasEveryKeyInItsOrderWithItsTypeAndControl) {
+    ASSERT_EQ(SettingRows.size(), std::size(Rows));
     for (std::size_t i = 0; i < std::size(Rows); ++i) {
-        EXPECT_STREQ(ConfigKeys[i].name, Rows[i].name);
-        EXPECT_EQ(ConfigKeys[i].flags, Rows[i].flags) << Rows[i].name;
-        EXPECT_EQ(ConfigKeys[i].control, Rows[i].control) << Rows[i].name;
-        EXPECT_EQ(std::get<const ConfigChoice *>(ConfigKeys[i].items), nullptr) << Rows[i].name;
+        EXPECT_STREQ(SettingRows[i].name, Rows[i].name);
+        EXPECT_EQ(SettingRows[i].flags, Rows[i].flags) << Rows[i].name;
+        EXPECT_EQ(SettingRows[i].control, Rows[i].control) << Rows[i].name;
+        EXPECT_EQ(std::get<const SettingChoice *>(SettingRows[i].items), nullptr) << Rows[i].name;
         const bool text = (Rows[i].flags & T) != 0;
-        EXPECT_EQ(std::holds_alternative<std::string *>(ConfigKeys[i].value), text) << Rows[i].name;
+        EXPECT_EQ(std::holds_alternative<std::string *>(SettingRows[i].value), text)
+            << Rows[i].name;
     }
 }
 
-TEST_F(Config, TheFirstWriteCreatesTheFileWithAllKeysAndTheirDefaults) {
+TEST_F(SettingsFile, TheFirstWriteCreatesTheFileWithAllKeysAndTheirDefaults) {
     ConfigRead(); // no file: no change
     const std::time_t before = std::time(nullptr);
     ConfigWrite();
@@ -170,7 +171,7 @@ TEST_F(Config, TheFirstWriteCreatesTheFileWithAllKeysAndTheirDefaults) {
     EXPECT_EQ(FilesOfMaker(), std::vector<std::string>{"Tonewright 17.ini"});
 }
 
-TEST_F(Config, WhatIsWrittenIsReadAgain) {
+TEST_F(SettingsFile, WhatIsWrittenIsReadAgain) {
     MaxUndoLevel = 7;
     CreateBackups = 0;
     LastTipDate = 0x0B1607EA;
@@ -191,16 +192,16 @@ TEST_F(Config, WhatIsWrittenIsReadAgain) {
     EXPECT_EQ(ThemeCurrent, "");
 }
 
-TEST_F(Config, AnAbsentFileLeavesTheDefaults) {
+TEST_F(SettingsFile, AnAbsentFileLeavesTheDefaults) {
     ConfigRead();
     EXPECT_EQ(MaxUndoLevel, 3u);
     EXPECT_EQ(AuditionCurrentOctave, 5u);
     EXPECT_EQ(ColourTableFile, "TNWRGT.CCL");
     EXPECT_TRUE(FilesOfMaker().empty());
-    EXPECT_EQ(ConfigReadFile(path.c_str()), 0);
+    EXPECT_EQ(ReadSettingsFile(path.c_str()), 0);
 }
 
-TEST_F(Config, AFolderKeyKeepsItsDefaultWhenItIsAbsentAndLosesItToAnEmptyText) {
+TEST_F(SettingsFile, AFolderKeyKeepsItsDefaultWhenItIsAbsentAndLosesItToAnEmptyText) {
     PlatformFolders.documents = "/home/me/Documents";
     FillDefaultFolders();
     Read("OpenImportPath = \nOpenExportPath = /elsewhere/\n");
@@ -209,7 +210,7 @@ TEST_F(Config, AFolderKeyKeepsItsDefaultWhenItIsAbsentAndLosesItToAnEmptyText) {
     EXPECT_EQ(OpenExportPath, "/elsewhere/");
 }
 
-TEST_F(Config, BlanksAndEqualSignsAreSkippedInAnyNumber) {
+TEST_F(SettingsFile, BlanksAndEqualSignsAreSkippedInAnyNumber) {
     Read("MaxUndoLevel=7\n");
     EXPECT_EQ(MaxUndoLevel, 7u);
     Read("MaxUndoLevel   ==  8\n");
@@ -222,7 +223,7 @@ TEST_F(Config, BlanksAndEqualSignsAreSkippedInAnyNumber) {
     EXPECT_EQ(DatabaseCurrentName, "= low");
 }
 
-TEST_F(Config, AShortenedKeySetsTheFirstKeyWithThatBeginning) {
+TEST_F(SettingsFile, AShortenedKeySetsTheFirstKeyWithThatBeginning) {
     Read("Max = 5\n");
     EXPECT_EQ(MaxUndoLevel, 5u);
     Read("Database = Pads\n");
@@ -232,12 +233,12 @@ TEST_F(Config, AShortenedKeySetsTheFirstKeyWithThatBeginning) {
     EXPECT_EQ(DatabaseFooterFontName, "Arial");
 }
 
-TEST_F(Config, AKeyIsMatchedWithItsCaseAndNotWhenItIsLonger) {
+TEST_F(SettingsFile, AKeyIsMatchedWithItsCaseAndNotWhenItIsLonger) {
     Read("maxundolevel = 5\nMaxUndoLevels = 6\n");
     EXPECT_EQ(MaxUndoLevel, 3u);
 }
 
-TEST_F(Config, WriteOnlyKeysAreNotReadBack) {
+TEST_F(SettingsFile, WriteOnlyKeysAreNotReadBack) {
     Read("Version = 3\nVersionNumber = 4\nPatchLevel = 5\nBuildDate = long ago\n"
          "ApplicationPath = /elsewhere/\n");
     EXPECT_EQ(VersionNumber, 544u);
@@ -249,25 +250,25 @@ TEST_F(Config, WriteOnlyKeysAreNotReadBack) {
     EXPECT_EQ(AuditionCurrentOctave, 2u);
 }
 
-TEST_F(Config, CommentsAndSectionsAndUnknownKeysAreIgnored) {
+TEST_F(SettingsFile, CommentsAndSectionsAndUnknownKeysAreIgnored) {
     Read(";MaxUndoLevel = 9\n[Tonewright]\n[Max] = 4\nUnknown = 7\n");
     EXPECT_EQ(MaxUndoLevel, 3u);
     EXPECT_EQ(AuditionCurrentOctave, 5u);
 }
 
-TEST_F(Config, TheReaderDoesNotLookAtSections) {
+TEST_F(SettingsFile, TheReaderDoesNotLookAtSections) {
     Read("MaxUndoLevel = 4\n[Somewhere else]\nSoftButtons = 2\n");
     EXPECT_EQ(MaxUndoLevel, 4u);
     EXPECT_EQ(SoftButtons, 2u);
 }
 
-TEST_F(Config, ABoolThatReadsYesIs0) {
+TEST_F(SettingsFile, ABoolThatReadsYesIs0) {
     Read("CreateBackups = yes\nFileTipShow = 2\n");
     EXPECT_EQ(CreateBackups, 0u);
     EXPECT_EQ(FileTipShow, 2u);
 }
 
-TEST_F(Config, AnEmptyLineSetsTheOctaveTo0) {
+TEST_F(SettingsFile, AnEmptyLineSetsTheOctaveTo0) {
     Read("MaxUndoLevel = 4\n\n");
     EXPECT_EQ(AuditionCurrentOctave, 0u);
     AuditionCurrentOctave = 5;
@@ -285,7 +286,7 @@ TEST_F(Config, AnEmptyLineSetsTheOctaveTo0) {
     EXPECT_EQ(MaxUndoLevel, 4u);
 }
 
-TEST_F(Config, AnEmptyFileOrOneWithoutALastLineEndChangesNothingElse) {
+TEST_F(SettingsFile, AnEmptyFileOrOneWithoutALastLineEndChangesNothingElse) {
     Read("");
     EXPECT_EQ(AuditionCurrentOctave, 5u);
     Read("MaxUndoLevel = 6");
@@ -293,7 +294,7 @@ TEST_F(Config, AnEmptyFileOrOneWithoutALastLineEndChangesNothingElse) {
     EXPECT_EQ(AuditionCurrentOctave, 5u);
 }
 
-TEST_F(Config, AControlCharacterEndsAValue) {
+TEST_F(SettingsFile, AControlCharacterEndsAValue) {
     Read("DatabaseCurrentName = Basses\tand more\nThemeCurrent = Slate\x01Medium\n");
     EXPECT_EQ(DatabaseCurrentName, "Basses");
     EXPECT_EQ(ThemeCurrent, "Slate");
@@ -301,33 +302,33 @@ TEST_F(Config, AControlCharacterEndsAValue) {
     EXPECT_EQ(DatabaseCurrentName, "");
 }
 
-TEST_F(Config, LinesMayEndInCarriageReturns) {
+TEST_F(SettingsFile, LinesMayEndInCarriageReturns) {
     Read(";Tonewright\r\n[Tonewright]\r\nMaxUndoLevel = 6\r\nThemeCurrent = Slate\r\n");
     EXPECT_EQ(MaxUndoLevel, 6u);
     EXPECT_EQ(ThemeCurrent, "Slate");
     EXPECT_EQ(AuditionCurrentOctave, 5u);
 }
 
-TEST_F(Config, AZeroByteEndsAValueAndNotTheFile) {
+TEST_F(SettingsFile, AZeroByteEndsAValueAndNotTheFile) {
     Read(std::string("ThemeCurrent = Slate\0Medium\nMaxUndoLevel = 6\n", 44));
     EXPECT_EQ(ThemeCurrent, "Slate");
     EXPECT_EQ(MaxUndoLevel, 6u);
 }
 
-TEST_F(Config, BytesAbove7FBelongToAValue) {
+TEST_F(SettingsFile, BytesAbove7FBelongToAValue) {
     Read("ThemeCurrent = \xC3\xA9t\xC3\xA9\nSelectKeyboardName = \xE9\xFF\n");
     EXPECT_EQ(ThemeCurrent, "\xC3\xA9t\xC3\xA9");
     EXPECT_EQ(SelectKeyboardName, "\xE9\xFF");
 }
 
-TEST_F(Config, AValueOutsideItsRangeIsKeptAsItStands) {
+TEST_F(SettingsFile, AValueOutsideItsRangeIsKeptAsItStands) {
     Read("MaxUndoLevel = 1000\nCurrentMidiChannel = 99\nSoftButtons = 77\n");
     EXPECT_EQ(MaxUndoLevel, 1000u);
     EXPECT_EQ(CurrentMidiChannel, 99u);
     EXPECT_EQ(SoftButtons, 77u);
 }
 
-TEST_F(Config, IntegersAreKeptModulo2To32) {
+TEST_F(SettingsFile, IntegersAreKeptModulo2To32) {
     Read("MaxUndoLevel = -5\nTipOfTheDay = 4294967303\nSetupPageIndex = "
          "18446744073709551619\nVoiceEditPage = 2147483648\nFileWindowX = +4x\n");
     EXPECT_EQ(MaxUndoLevel, 4294967291u);
@@ -339,12 +340,12 @@ TEST_F(Config, IntegersAreKeptModulo2To32) {
     EXPECT_EQ(LineOf(ReadTestText(path), "MaxUndoLevel"), "MaxUndoLevel = 4294967291");
 }
 
-TEST_F(Config, OfTwoLinesWithOneKeyTheLaterCounts) {
+TEST_F(SettingsFile, OfTwoLinesWithOneKeyTheLaterCounts) {
     Read("MaxUndoLevel = 5\nMaxUndoLevel = 6\n");
     EXPECT_EQ(MaxUndoLevel, 6u);
 }
 
-TEST_F(Config, ALineOf259BytesIsReadWhole) {
+TEST_F(SettingsFile, ALineOf259BytesIsReadWhole) {
     // "ThemeCurrent = " is 15 bytes, the line end one.
     const std::string value(243, 'x');
     Read("ThemeCurrent = " + value + "\nMaxUndoLevel = 6\n");
@@ -353,7 +354,7 @@ TEST_F(Config, ALineOf259BytesIsReadWhole) {
     EXPECT_EQ(AuditionCurrentOctave, 5u);
 }
 
-TEST_F(Config, TheLineEndThatNoLongerFitsIsAnEmptyLine) {
+TEST_F(SettingsFile, TheLineEndThatNoLongerFitsIsAnEmptyLine) {
     const std::string value(244, 'x');
     Read("ThemeCurrent = " + value + "\nMaxUndoLevel = 6\n");
     EXPECT_EQ(ThemeCurrent, value);
@@ -361,32 +362,32 @@ TEST_F(Config, TheLineEndThatNoLongerFitsIsAnEmptyLine) {
     EXPECT_EQ(AuditionCurrentOctave, 0u);
 }
 
-TEST_F(Config, ALongerLineGoesOnAsTheNextLine) {
+TEST_F(SettingsFile, ALongerLineGoesOnAsTheNextLine) {
     Read("ThemeCurrent = " + std::string(244, 'x') + "MaxUndoLevel = 6\n");
     EXPECT_EQ(ThemeCurrent, std::string(244, 'x'));
     EXPECT_EQ(MaxUndoLevel, 6u);
     EXPECT_EQ(AuditionCurrentOctave, 5u);
 }
 
-TEST_F(Config, ALongCommentGoesOnAsALineThatIsNone) {
+TEST_F(SettingsFile, ALongCommentGoesOnAsALineThatIsNone) {
     Read(";" + std::string(258, 'x') + "MaxUndoLevel = 6\n");
     EXPECT_EQ(MaxUndoLevel, 6u);
 }
 
-TEST_F(Config, ALongLineIsNotCutInsideACharacter) {
+TEST_F(SettingsFile, ALongLineIsNotCutInsideACharacter) {
     // The two bytes of the last character would be the 259th and the 260th.
     Read("ThemeCurrent = " + std::string(243, 'x') + "\xC3\xA9\nMaxUndoLevel = 6\n");
     EXPECT_EQ(ThemeCurrent, std::string(243, 'x'));
     EXPECT_EQ(MaxUndoLevel, 6u);
 }
 
-TEST_F(Config, ATextOfAMegabyteKeepsWhatALineHolds) {
+TEST_F(SettingsFile, ATextOfAMegabyteKeepsWhatALineHolds) {
     Read("ThemeCurrent = " + std::string(1 << 20, 'x') + "\nMaxUndoLevel = 6\n");
     EXPECT_EQ(ThemeCurrent, std::string(244, 'x'));
     EXPECT_EQ(MaxUndoLevel, 6u);
 }
 
-TEST_F(Config, ATextThatIsTooLongIsWrittenWithItsFirst260Bytes) {
+TEST_F(SettingsFile, ATextThatIsTooLongIsWrittenWithItsFirst260Bytes) {
     ThemeCurrent = std::string(1 << 20, 'x');
     SelectKeyboardName = std::string(259, 'y') + "\xC3\xA9";
     ConfigWrite();
@@ -395,7 +396,7 @@ TEST_F(Config, ATextThatIsTooLongIsWrittenWithItsFirst260Bytes) {
     EXPECT_EQ(LineOf(text, "SelectKeyboardName"), "SelectKeyboardName = " + std::string(259, 'y'));
 }
 
-TEST_F(Config, ATextWithALineEndMakesNoLineOfItsOwn) {
+TEST_F(SettingsFile, ATextWithALineEndMakesNoLineOfItsOwn) {
     RecentDocumentPath = "/banks/a\nMaxUndoLevel = 99";
     ConfigWrite();
     ConfigRead();
@@ -403,14 +404,14 @@ TEST_F(Config, ATextWithALineEndMakesNoLineOfItsOwn) {
     EXPECT_EQ(RecentDocumentPath, "/banks/a");
 }
 
-TEST_F(Config, ManyLinesAndOneVeryLongLineAreReadInTimeThatGrowsWithTheFile) {
+TEST_F(SettingsFile, ManyLinesAndOneVeryLongLineAreReadInTimeThatGrowsWithTheFile) {
     const auto start = std::chrono::steady_clock::now();
     Read(std::string(10 << 20, 'x') + "\n" + std::string(2 << 20, '\n') + "MaxUndoLevel = 6\n");
     EXPECT_EQ(MaxUndoLevel, 6u);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
-TEST_F(Config, RandomBytesAreReadWithoutHarm) {
+TEST_F(SettingsFile, RandomBytesAreReadWithoutHarm) {
     std::mt19937 random(17);
     for (int run = 0; run < 50; ++run) {
         std::string text(4096, '\0');
@@ -419,14 +420,14 @@ TEST_F(Config, RandomBytesAreReadWithoutHarm) {
         }
         Read(text);
     }
-    for (const ConfigKey &row : ConfigKeys) {
+    for (const ConfigKey &row : SettingRows) {
         if (std::string *const *text = std::get_if<std::string *>(&row.value)) {
             EXPECT_LE((*text)->size(), SettingTextLimit);
         }
     }
 }
 
-TEST_F(Config, AFolderInPlaceOfTheFileGivesDefaultsAndLosesTheChanges) {
+TEST_F(SettingsFile, AFolderInPlaceOfTheFileGivesDefaultsAndLosesTheChanges) {
     std::filesystem::create_directory(path);
     ConfigRead();
     EXPECT_EQ(MaxUndoLevel, 3u);
@@ -435,24 +436,24 @@ TEST_F(Config, AFolderInPlaceOfTheFileGivesDefaultsAndLosesTheChanges) {
     EXPECT_TRUE(FilesOfMaker().empty());
 }
 
-TEST_F(Config, AnyFileCanBeReadByItsPath) {
-    EXPECT_EQ(ConfigReadFile(temp.WriteText("other.ini", "MaxUndoLevel = 11\n").c_str()), 1);
+TEST_F(SettingsFile, AnyFileCanBeReadByItsPath) {
+    EXPECT_EQ(ReadSettingsFile(temp.WriteText("other.ini", "MaxUndoLevel = 11\n").c_str()), 1);
     EXPECT_EQ(MaxUndoLevel, 11u);
-    EXPECT_EQ(ConfigReadFile(temp.Folder().c_str()), 0);
-    EXPECT_EQ(ConfigReadFile(""), 0);
+    EXPECT_EQ(ReadSettingsFile(temp.Folder().c_str()), 0);
+    EXPECT_EQ(ReadSettingsFile(""), 0);
 }
 
-TEST_F(Config, WritingMakesNoFolder) {
+TEST_F(SettingsFile, WritingMakesNoFolder) {
     std::filesystem::remove_all(temp.path / "app");
     ConfigWrite();
     EXPECT_FALSE(temp.Holds("app"));
     PlatformFolders.applicationData.clear();
-    EXPECT_EQ(ConfigFilePath(), "");
+    EXPECT_EQ(SettingsFilePath(), "");
     ConfigWrite();
     ConfigRead();
 }
 
-TEST_F(Config, ThreeWritesInARowLeaveTheFileAndTwoBackups) {
+TEST_F(SettingsFile, ThreeWritesInARowLeaveTheFileAndTwoBackups) {
     CreateBackups = 0; // counts for documents only
     for (MaxUndoLevel = 10; MaxUndoLevel < 13; ++MaxUndoLevel) {
         ConfigWrite();
@@ -469,7 +470,7 @@ TEST_F(Config, ThreeWritesInARowLeaveTheFileAndTwoBackups) {
                                         "Backup of Tonewright 17.ini", "Tonewright 17.ini"}));
 }
 
-TEST_F(Config, BackupsAreCopiesByteForByte) {
+TEST_F(SettingsFile, BackupsAreCopiesByteForByte) {
     WriteTestText(path, "; \xFF one\r\n");
     WriteTestText(backup, "two");
     WriteTestText(older, "three");
@@ -478,14 +479,14 @@ TEST_F(Config, BackupsAreCopiesByteForByte) {
     EXPECT_EQ(ReadTestText(older), "two");
 }
 
-TEST_F(Config, ABackupWithoutAFileMovesOnAllTheSame) {
+TEST_F(SettingsFile, ABackupWithoutAFileMovesOnAllTheSame) {
     WriteTestText(backup, "two");
     ConfigWrite();
     EXPECT_EQ(ReadTestText(backup), "two");
     EXPECT_EQ(ReadTestText(older), "two");
 }
 
-TEST_F(Config, AnUndoLevelThatMakesNoSenseMeansNoUndo) {
+TEST_F(SettingsFile, AnUndoLevelThatMakesNoSenseMeansNoUndo) {
     for (const char *value : {"0", "-5", "2000000000", "2147483648", "65537", "none"}) {
         Read("MaxUndoLevel = " + std::string(value) + "\n");
         ScriptedDesktop desktop;
@@ -499,89 +500,89 @@ TEST_F(Config, AnUndoLevelThatMakesNoSenseMeansNoUndo) {
     }
 }
 
-TEST_F(Config, AKeyIsReadFromItsSectionWithoutTheRest) {
+TEST_F(SettingsFile, AKeyIsReadFromItsSectionWithoutTheRest) {
     WriteTestText(path, ";comment\nTipFont01Size = 1\n[Other]\nTipFont01Size = 2\n"
                         "[Tonewright]\nTip = 3\nTipFont01Size = 20\nThemeCurrent = Slate Medium\n"
                         "[More]\nTipFont01Size = 4\n");
-    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 20u);
-    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", "none"), "Slate Medium");
-    EXPECT_EQ(ReadProfileInteger("Other", "TipFont01Size", 16), 2u);
-    EXPECT_EQ(ReadProfileInteger(path.c_str(), "More", "TipFont01Size", 16), 4u);
+    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 20u);
+    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", "none"), "Slate Medium");
+    EXPECT_EQ(ReadSingleInteger("Other", "TipFont01Size", 16), 2u);
+    EXPECT_EQ(ReadSingleInteger(path.c_str(), "More", "TipFont01Size", 16), 4u);
     EXPECT_EQ(TipFont01Size, 16u);
     EXPECT_EQ(ThemeCurrent, "");
 }
 
-TEST_F(Config, AKeyThatIsMissingGivesTheFallback) {
-    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 16u); // no file
+TEST_F(SettingsFile, AKeyThatIsMissingGivesTheFallback) {
+    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 16u); // no file
     WriteTestText(path, "[Tonewright]\nTipFont01SizeX = 20\nTip = 5\n;TipFont01Size = 4\n");
-    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 16u);
-    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", "none"), "none");
-    EXPECT_EQ(ReadProfileText("Nowhere", "Tip", "none"), "none");
+    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 16u);
+    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", "none"), "none");
+    EXPECT_EQ(ReadSingleText("Nowhere", "Tip", "none"), "none");
 }
 
-TEST_F(Config, ASingleKeyIsFoundWithoutRegardToCaseOrLineEnds) {
+TEST_F(SettingsFile, ASingleKeyIsFoundWithoutRegardToCaseOrLineEnds) {
     WriteTestText(path, "[TONEWRIGHT]\r\n  tipfont01size=20\r\nThemeCurrent =\r\nOpenPath = a b ");
-    EXPECT_EQ(ReadProfileInteger("Tonewright", "TipFont01Size", 16), 20u);
-    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", "none"), "");
-    EXPECT_EQ(ReadProfileText("Tonewright", "OpenPath", "none"), "a b");
+    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 20u);
+    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", "none"), "");
+    EXPECT_EQ(ReadSingleText("Tonewright", "OpenPath", "none"), "a b");
 }
 
-TEST_F(Config, ASingleTextIsAtMost260Bytes) {
+TEST_F(SettingsFile, ASingleTextIsAtMost260Bytes) {
     WriteTestText(path, "[Tonewright]\nThemeCurrent = " + std::string(1 << 20, 'x') + "\n");
-    EXPECT_EQ(ReadProfileText("Tonewright", "ThemeCurrent", ""), std::string(260, 'x'));
+    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", ""), std::string(260, 'x'));
 }
 
-TEST_F(Config, WritingASingleKeyLeavesEveryOtherLineAsItIs) {
+TEST_F(SettingsFile, WritingASingleKeyLeavesEveryOtherLineAsItIs) {
     const std::string front = ";c\r\n\n\xFF\xFE junk\n[Other]\nShowWelcomeWizard = 1\n"
                               "[Tonewright]\nMaxUndoLevel=7\n" +
                               std::string(1000, 'y') + "\n";
     const std::string back = "\n\nThemeCurrent = Slate\n[More]\nShowWelcomeWizard = 1\nno end";
     WriteTestText(path, front + "ShowWelcomeWizard   ==  1\n" + back);
-    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
     EXPECT_EQ(ReadTestText(path), front + "ShowWelcomeWizard = 0\n" + back);
-    EXPECT_EQ(ReadProfileInteger("Tonewright", "ShowWelcomeWizard", 9), 0u);
+    EXPECT_EQ(ReadSingleInteger("Tonewright", "ShowWelcomeWizard", 9), 0u);
     EXPECT_EQ(FilesOfMaker(), std::vector<std::string>{"Tonewright 17.ini"});
 }
 
-TEST_F(Config, ASingleKeyThatIsMissingIsAddedToTheEndOfItsSection) {
+TEST_F(SettingsFile, ASingleKeyThatIsMissingIsAddedToTheEndOfItsSection) {
     WriteTestText(path, "[Tonewright]\nA = 1\n\n[More]\nB = 2\n");
-    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\n");
-    EXPECT_TRUE(WriteProfileText("More", "C", "3"));
+    EXPECT_TRUE(WriteSingleText("More", "C", "3"));
     EXPECT_EQ(ReadTestText(path),
               "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\nC = 3\n");
 }
 
-TEST_F(Config, ALineThatIsWrittenEndsAsTheFilesLinesDo) {
+TEST_F(SettingsFile, ALineThatIsWrittenEndsAsTheFilesLinesDo) {
     WriteTestText(path, "[Tonewright]\r\nA = 1\r\n");
-    EXPECT_TRUE(WriteProfileText("Tonewright", "A", "2"));
-    EXPECT_TRUE(WriteProfileText("Tonewright", "B", "3"));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "A", "2"));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "B", "3"));
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\r\nA = 2\r\nB = 3\r\n");
     WriteTestText(path, "[Tonewright]\n[Last]\r");
-    EXPECT_TRUE(WriteProfileText("Last", "B", "3"));
+    EXPECT_TRUE(WriteSingleText("Last", "B", "3"));
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 3\n");
-    EXPECT_TRUE(WriteProfileText("Last", "B", "4"));
+    EXPECT_TRUE(WriteSingleText("Last", "B", "4"));
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 4\n");
 }
 
-TEST_F(Config, ASectionThatIsMissingIsAddedToTheEndOfTheFile) {
+TEST_F(SettingsFile, ASectionThatIsMissingIsAddedToTheEndOfTheFile) {
     WriteTestText(path, "A = 1\n[More]\nB = 2");
-    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
     EXPECT_EQ(ReadTestText(path), "A = 1\n[More]\nB = 2\n[Tonewright]\nShowWelcomeWizard = 0\n");
 }
 
-TEST_F(Config, AFileThatIsMissingIsMade) {
-    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", "0"));
+TEST_F(SettingsFile, AFileThatIsMissingIsMade) {
+    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = 0\n");
     WriteTestText(path, "");
-    EXPECT_TRUE(WriteProfileText("Tonewright", "ShowWelcomeWizard", ""));
+    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", ""));
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = \n");
 }
 
-TEST_F(Config, ASingleKeyThatCannotBeWrittenIsReported) {
-    EXPECT_FALSE(WriteProfileText(temp.Folder().c_str(), "Tonewright", "A", "0"));
-    EXPECT_FALSE(WriteProfileText(temp.File("no/where.ini").c_str(), "Tonewright", "A", "0"));
-    EXPECT_FALSE(WriteProfileText("", "Tonewright", "A", "0"));
+TEST_F(SettingsFile, ASingleKeyThatCannotBeWrittenIsReported) {
+    EXPECT_FALSE(WriteSingleText(temp.Folder().c_str(), "Tonewright", "A", "0"));
+    EXPECT_FALSE(WriteSingleText(temp.File("no/where.ini").c_str(), "Tonewright", "A", "0"));
+    EXPECT_FALSE(WriteSingleText("", "Tonewright", "A", "0"));
     EXPECT_FALSE(temp.Holds("no"));
 }
 
@@ -624,7 +625,7 @@ struct FakeInstallation {
 
 } // namespace
 
-TEST_F(ConfigMigration, DoesNothingOnceThereIsAFile) {
+TEST_F(SettingsMigration, DoesNothingOnceThereIsAFile) {
     WriteTestText(path, "MaxUndoLevel = 4\n");
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     const FakeInstallation installation(true);
@@ -634,7 +635,7 @@ TEST_F(ConfigMigration, DoesNothingOnceThereIsAFile) {
     EXPECT_TRUE(installation.asked.empty());
 }
 
-TEST_F(ConfigMigration, DoesNothingWithoutAnEarlierFile) {
+TEST_F(SettingsMigration, DoesNothingWithoutAnEarlierFile) {
     const FakeInstallation installation(true);
     ScriptedDesktop desktop;
     ConfigMigrate();
@@ -642,7 +643,7 @@ TEST_F(ConfigMigration, DoesNothingWithoutAnEarlierFile) {
     EXPECT_TRUE(installation.asked.empty());
 }
 
-TEST_F(ConfigMigration, OnYesCopiesTheFileAndEmptiesItsApplicationPath) {
+TEST_F(SettingsMigration, OnYesCopiesTheFileAndEmptiesItsApplicationPath) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     ScriptedDesktop desktop;
     desktop.ExpectYesNo(CopyQuestion, ResultYes);
@@ -654,7 +655,7 @@ TEST_F(ConfigMigration, OnYesCopiesTheFileAndEmptiesItsApplicationPath) {
     EXPECT_EQ(MaxUndoLevel, 12u);
 }
 
-TEST_F(ConfigMigration, OnNoCopiesNothing) {
+TEST_F(SettingsMigration, OnNoCopiesNothing) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     std::filesystem::create_directory(maker + "Tonewright 16");
     WriteTestText(maker + "Tonewright 16/FileMenuHistory.txt", "history");
@@ -665,7 +666,7 @@ TEST_F(ConfigMigration, OnNoCopiesNothing) {
     EXPECT_TRUE(std::filesystem::is_empty(maker + "Tonewright 17"));
 }
 
-TEST_F(ConfigMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
+TEST_F(SettingsMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     const std::string from = maker + "Tonewright 16/";
     const std::string to = maker + "Tonewright 17/";
@@ -692,7 +693,7 @@ TEST_F(ConfigMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
     EXPECT_EQ(ReadTestText(from + "FileMenuHistory.txt"), "history");
 }
 
-TEST_F(ConfigMigration, TakesTheNamesFilesAndPatternsOfItsCaller) {
+TEST_F(SettingsMigration, TakesTheNamesFilesAndPatternsOfItsCaller) {
     WriteTestText(maker + "Old.ini", "[Bells]\nApplicationPath = /opt/old/\n");
     std::filesystem::create_directory(maker + "Old");
     std::filesystem::create_directory(maker + "New");
@@ -719,7 +720,7 @@ TEST_F(ConfigMigration, TakesTheNamesFilesAndPatternsOfItsCaller) {
     EXPECT_EQ(installation.asked, std::vector<std::string>{"Old bells.lnk"});
 }
 
-TEST_F(ConfigMigration, AsksAboutTheUninstallerWhateverTheFirstAnswerWas) {
+TEST_F(SettingsMigration, AsksAboutTheUninstallerWhateverTheFirstAnswerWas) {
     for (const int copy : {ResultYes, ResultNo}) {
         std::filesystem::remove(path);
         WriteTestText(maker + "Tonewright 16.ini", OldText);
@@ -735,7 +736,7 @@ TEST_F(ConfigMigration, AsksAboutTheUninstallerWhateverTheFirstAnswerWas) {
     }
 }
 
-TEST_F(ConfigMigration, OnYesRunsTheUninstaller) {
+TEST_F(SettingsMigration, OnYesRunsTheUninstaller) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     const FakeInstallation installation(true);
     ScriptedDesktop desktop;
@@ -746,7 +747,7 @@ TEST_F(ConfigMigration, OnYesRunsTheUninstaller) {
     EXPECT_EQ(installation.run.size(), 1u);
 }
 
-TEST_F(ConfigMigration, SaysSoWhenTheUninstallerCannotBeStarted) {
+TEST_F(SettingsMigration, SaysSoWhenTheUninstallerCannotBeStarted) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     const FakeInstallation installation(true, false);
     ScriptedDesktop desktop;
@@ -756,7 +757,7 @@ TEST_F(ConfigMigration, SaysSoWhenTheUninstallerCannotBeStarted) {
     ConfigMigrate();
 }
 
-TEST_F(ConfigMigration, FindsNoUninstallerOnThisPlatformByItself) {
+TEST_F(SettingsMigration, FindsNoUninstallerOnThisPlatformByItself) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     ScriptedDesktop desktop;
     desktop.ExpectYesNo(CopyQuestion, ResultNo);

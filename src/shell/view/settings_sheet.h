@@ -1,7 +1,7 @@
 // The settings: a sheet of two pages over the keys of the configuration.
 #pragma once
 
-#include "shell/view/key_controls.h"
+#include "shell/view/setting_controls.h"
 
 class QWidget;
 
@@ -10,7 +10,7 @@ namespace tonewright {
 // Shows the settings over `window` and returns when the sheet is closed. OK stores what stands on
 // the pages that were looked at; Cancel stores nothing. SetupPageIndex, which gives the page that
 // the sheet opens on, follows the page that is shown, whichever way the sheet is closed. What the
-// settings change elsewhere is the caller's business (shell/setup_flow.h).
+// settings change elsewhere is the caller's business (shell/settings_flow.h).
 void SetupShow(QWidget *window);
 
 } // namespace tonewright
