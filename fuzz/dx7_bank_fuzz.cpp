@@ -19,6 +19,7 @@ void OpenAndSave(const std::string &path, Dx7FileVerdict verdict) {
         verdict != Dx7FileVerdict::TooShort && verdict != Dx7FileVerdict::WrongHeader;
     Demand(opened == acceptable, "what is judged acceptable opens, and nothing else");
     Demand(list.enabled, "the list is enabled");
+    DemandSoundList(list);
     if (!opened) {
         Demand(ListCount(list) == 0, "a refused file leaves the list alone");
         return;

@@ -47,6 +47,7 @@ void OpenAndSave(std::span<const std::uint8_t> input) {
     DriverId driver = NoDriverId;
     std::int64_t time = 0;
     const bool opened = OpenDocument(nullptr, list, path.c_str(), &driver, &time) == 1;
+    DemandSoundList(list);
     const auto header = RefaceHeaderOf(input, RefaceFileKind::Bank);
     const std::size_t room = header ? input.size() - RefaceFileHeaderSize : 0;
     const std::size_t records =

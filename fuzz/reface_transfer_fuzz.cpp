@@ -338,6 +338,7 @@ void Download(Run &run) {
     const auto before = run.list.items;
     const int result = DownloadCurrent(nullptr, run.list);
     Demand(run.list.enabled && run.list.redraw, "the list can be used again");
+    DemandSoundList(run.list);
     if (!run.WentOn(result, 6 + 2 * VoicesOfBank + 1 + 11, false)) {
         Demand(run.list.items == before, "the list is left alone");
         return;

@@ -65,4 +65,9 @@ void Demand(bool holds, const char *what) {
     }
 }
 
+void DemandSoundList(const VoiceList &list) {
+    const char *fault = VoiceListFault(list);
+    Demand(!fault, fault);
+}
+
 } // namespace tonewright

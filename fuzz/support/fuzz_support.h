@@ -1,6 +1,8 @@
 // What every fuzzer needs: a desktop that says yes, a file to offer, and a check that ends the run.
 #pragma once
 
+#include "core/voice_list.h"
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -22,5 +24,8 @@ std::vector<std::uint8_t> FuzzRead(const std::string &path);
 
 // Ends the run as a finding, saying `what`, when `holds` is false.
 void Demand(bool holds, const char *what);
+
+// Ends the run when a list is not as core/voice_list.h says that it always is.
+void DemandSoundList(const VoiceList &list);
 
 } // namespace tonewright

@@ -103,6 +103,11 @@ int SelectItemFonts(ItemFonts &fonts, DriverId id) {
     return Call(DriverOfId(id), &SynthDriver::MakeItemFonts, fonts);
 }
 
+void SelectListFonts(VoiceList &list, DriverId id) {
+    SelectItemFonts(MainItemFonts, id);
+    ListSetItemHeight(list, MainItemFonts.itemHeight);
+}
+
 int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFonts &fonts) {
     if (PayloadOf(voice)) {
         const int index = DriverIndexOfId(HeaderOf(voice)->driverId);

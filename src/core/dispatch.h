@@ -28,6 +28,8 @@ int DriverIndexOfName(const char *name);
 
 // Clears the record and has the driver's row fill it.
 int SelectItemFonts(ItemFonts &fonts, DriverId id);
+// Gives a list the look of a driver's voices: MainItemFonts and the list's item height.
+void SelectListFonts(VoiceList &list, DriverId id);
 
 // Paints a voice through the row of its own driverId. Returns 0 always.
 int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFonts &fonts);

@@ -2,12 +2,15 @@
 #include "core/voice_list.h"
 
 #include <algorithm>
+#include <cassert>
 #include <utility>
 
 namespace tonewright {
 namespace {
 
+// The end of each change.
 void Tell(const VoiceList &list, VoiceListChange change) {
+    assert(!VoiceListFault(list));
     if (list.observer) {
         list.observer(change);
     }
@@ -31,6 +34,19 @@ void PutTopRow(VoiceList &list, int row) {
 }
 
 } // namespace
+
+const char *VoiceListFault(const VoiceList &list) {
+    if (list.selection != NoRow && !HasRow(list, list.selection)) {
+        return "the selected row does not exist";
+    }
+    if (list.visibleRows < 0 || list.itemHeight < 1) {
+        return "the measures of the view are none";
+    }
+    if (list.topRow != LimitTopRow(list, list.topRow)) {
+        return "the top row leaves a gap";
+    }
+    return nullptr;
+}
 
 int ListCount(const VoiceList &list) {
     return static_cast<int>(list.items.size());
@@ -90,8 +106,19 @@ bool ListSetVoice(VoiceList &list, int row, VoiceObject voice) {
     return true;
 }
 
+bool ListWriteVoice(VoiceList &list, int row, const std::function<void(VoiceObject &)> &write) {
+    if (!ListVoice(list, row)) {
+        return false;
+    }
+    write(list.items[row]);
+    Tell(list, VoiceListChange::Voice);
+    return true;
+}
+
 VoiceObject ListTakeVoice(VoiceList &list, int row) {
-    return HasRow(list, row) ? std::exchange(list.items[row], VoiceObject{}) : VoiceObject{};
+    VoiceObject voice;
+    ListWriteVoice(list, row, [&voice](VoiceObject &own) { std::swap(voice, own); });
+    return voice;
 }
 
 void ListSelect(VoiceList &list, int row) {
@@ -117,6 +144,7 @@ void ListSetTopRow(VoiceList &list, int row) {
 void ListSetVisibleRows(VoiceList &list, int rows) {
     list.visibleRows = std::max(0, rows);
     PutTopRow(list, list.topRow);
+    assert(!VoiceListFault(list));
 }
 
 void ListEnable(VoiceList &list, bool enabled) {
@@ -135,7 +163,9 @@ void ListSetItemHeight(VoiceList &list, int pixels) {
 }
 
 void FreeListBlocks(VoiceList &list) {
-    std::ranges::fill(list.items, VoiceObject{});
+    for (int row = 0; row < ListCount(list); ++row) {
+        ListTakeVoice(list, row);
+    }
 }
 
 } // namespace tonewright

@@ -1,5 +1,13 @@
 // The ordered set of voices of the open document, with the state of the list box that shows it.
 // A view follows the list through one observer; without a view everything works the same.
+//
+// What holds between any two calls (VoiceListFault names the one that does not, and a debug build
+// stops there after each change):
+//   - the selection is a row of the list, or NoRow;
+//   - the top row leaves no gap below the last row: the rows from it on fill the view, or it is 0;
+//   - visibleRows is not negative, itemHeight at least 1;
+//   - rows come, go and change their voice through the functions below alone, each of which tells
+//     the observer once the change is made.
 #pragma once
 
 #include "core/voice_object.h"
@@ -11,7 +19,7 @@ namespace tonewright {
 
 enum class VoiceListChange {
     Items,     // rows were added or removed
-    Voice,     // a row got another voice; a view repaints when it is told to, not by this
+    Voice,     // a voice was put in, written to or taken; a view repaints when told to, not by this
     Selection, // the selected row changed
     TopRow,    // the list was scrolled
     State,     // enabled, redraw or itemHeight changed
@@ -29,6 +37,9 @@ struct VoiceList {
     int itemHeight = 48; // pixels
     std::function<void(VoiceListChange)> observer;
 };
+
+// What does not hold of the above, as a text; nullptr when all of it holds.
+const char *VoiceListFault(const VoiceList &list);
 
 int ListCount(const VoiceList &list);
 
@@ -52,6 +63,10 @@ const VoiceObject *ListVoice(const VoiceList &list, int row);
 // Puts a voice into a row, dropping the one that was there. False, and the list unchanged, when
 // there is no such row.
 bool ListSetVoice(VoiceList &list, int row, VoiceObject voice);
+
+// Lets `write` change the voice of a row in place. False, and nothing called, when the row does not
+// exist or holds no voice.
+bool ListWriteVoice(VoiceList &list, int row, const std::function<void(VoiceObject &)> &write);
 
 // Takes the voice out of a row, leaving the row without one.
 VoiceObject ListTakeVoice(VoiceList &list, int row);

@@ -90,6 +90,58 @@ TEST(VoiceList, FreeingTheBlocksKeepsTheRows) {
     EXPECT_EQ(ListVoice(list, 0), nullptr);
 }
 
+TEST(VoiceList, AVoiceThatIsWrittenToIsChangedInPlaceAndToldOf) {
+    VoiceList list = ListOf(3);
+    int heard = 0;
+    list.observer = [&](VoiceListChange change) {
+        EXPECT_EQ(change, VoiceListChange::Voice);
+        EXPECT_EQ(*ListVoice(list, 1), VoiceOf(7)) << "the change is made when it is told of";
+        ++heard;
+    };
+    const auto write = [](VoiceObject &voice) { MutablePayloadOf(voice)[0] = 7; };
+    EXPECT_TRUE(ListWriteVoice(list, 1, write));
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(*ListVoice(list, 0), VoiceOf(0));
+    EXPECT_EQ(*ListVoice(list, 2), VoiceOf(2));
+}
+
+TEST(VoiceList, ARowThatHoldsNoVoiceIsNotWrittenTo) {
+    VoiceList list = ListOf(2);
+    ListAdd(list);
+    list.observer = [](VoiceListChange) { ADD_FAILURE() << "nothing has changed"; };
+    for (const int row : {-1, 2, 3}) {
+        EXPECT_FALSE(ListWriteVoice(list, row, [](VoiceObject &) { ADD_FAILURE(); })) << row;
+    }
+}
+
+TEST(VoiceList, TakingAVoiceIsToldOfAndLeavesTheRow) {
+    VoiceList list = ListOf(2);
+    std::vector<VoiceListChange> heard;
+    list.observer = [&](VoiceListChange change) { heard.push_back(change); };
+    EXPECT_EQ(ListTakeVoice(list, 1), VoiceOf(1));
+    EXPECT_EQ(ListTakeVoice(list, 1), VoiceObject{});
+    EXPECT_EQ(heard, std::vector{VoiceListChange::Voice});
+    EXPECT_EQ(ListCount(list), 2);
+}
+
+TEST(VoiceList, AListThatIsNotAsItAlwaysIsIsFound) {
+    VoiceList sound = ListOf(10);
+    ListSetVisibleRows(sound, 4);
+    ListSelect(sound, 9);
+    EXPECT_EQ(VoiceListFault(sound), nullptr);
+    const auto faulty = [&](auto spoil) {
+        VoiceList list = sound;
+        spoil(list);
+        return VoiceListFault(list) != nullptr;
+    };
+    EXPECT_TRUE(faulty([](VoiceList &list) { list.selection = 10; }));
+    EXPECT_TRUE(faulty([](VoiceList &list) { list.selection = -2; }));
+    EXPECT_TRUE(faulty([](VoiceList &list) { list.topRow = 7; }));
+    EXPECT_TRUE(faulty([](VoiceList &list) { list.topRow = -1; }));
+    EXPECT_TRUE(faulty([](VoiceList &list) { list.visibleRows = -1; }));
+    EXPECT_TRUE(faulty([](VoiceList &list) { list.itemHeight = 0; }));
+}
+
 TEST(VoiceList, TheObserverHearsOfRowsSelectionScrollingAndState) {
     VoiceList list = ListOf(10);
     std::vector<VoiceListChange> heard;

@@ -110,8 +110,7 @@ void FillListFromDx7Bank(VoiceList &list, std::span<const std::uint8_t, Dx7BankF
                        Dx7PackedConst(&bytes[BankVoiceOffset(voice)], Dx7PackedVoiceSize));
         ListSetVoice(list, ListAdd(list), MakeDx7VoiceObject(unpacked));
     }
-    SelectItemFonts(MainItemFonts, Dx7DriverId);
-    ListSetItemHeight(list, MainItemFonts.itemHeight);
+    SelectListFonts(list, Dx7DriverId);
     ListSetRedraw(list, true);
     ListEnable(list, true);
     ListSelect(list, 0);

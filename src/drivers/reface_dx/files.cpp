@@ -120,8 +120,7 @@ int RefaceOpenBank(QWidget *, VoiceList &list, const char *path, std::int64_t *t
     if (!header) {
         return 0;
     }
-    SelectItemFonts(MainItemFonts, RefaceDxDriverId);
-    ListSetItemHeight(list, MainItemFonts.itemHeight);
+    SelectListFonts(list, RefaceDxDriverId);
     ListReset(list);
     for (std::uint32_t number = 0; number < header->voiceCount; ++number) {
         VoiceObject voice = ReadRecord(file.get(), *header);

@@ -123,11 +123,11 @@ void PrepareInstrument(const MidiLink &link, bool setTransmitChannel) {
 using ReceivedBlocks = std::bitset<RefaceOperatorCount + 1>;
 constexpr std::size_t CommonReceived = RefaceOperatorCount;
 
-// Takes one message into the voice. Only its byte count and the operator's number are looked at.
-void TakeBlock(QWidget *window, const Buffer &message, int index, VoiceObject &voice,
+// Takes one message into the voice of a row. Only its byte count and the operator's number are
+// looked at.
+void TakeBlock(QWidget *window, const Buffer &message, int index, VoiceList &list, int row,
                ReceivedBlocks &received) {
-    const auto parts = MutableRefaceVoiceOf(voice);
-    if (message[CountHighPlace] != 0 || !parts) {
+    if (message[CountHighPlace] != 0) {
         return;
     }
     const auto data = std::span(message).subspan(DataPlace);
@@ -137,14 +137,22 @@ void TakeBlock(QWidget *window, const Buffer &message, int index, VoiceObject &v
                        Latin1ToUtf8(RefaceNameText(data.data())).c_str());
         SetProgress(index, RefaceVoicesPerBank);
         SetStatusText(window, text);
-        std::ranges::copy(data.first(RefaceCommonSize), parts->common.begin());
+        ListWriteVoice(list, row, [data](VoiceObject &voice) {
+            if (const auto parts = MutableRefaceVoiceOf(voice)) {
+                std::ranges::copy(data.first(RefaceCommonSize), parts->common.begin());
+            }
+        });
         received.set(CommonReceived);
     } else if (message[CountLowPlace] == OperatorCount) {
         const std::size_t n =
             std::min<std::size_t>(message[OperatorPlace], RefaceOperatorCount - 1);
-        std::ranges::copy(data.first(RefaceOperatorSize),
-                          parts->operators.begin() +
-                              static_cast<std::ptrdiff_t>(n * RefaceOperatorSize));
+        ListWriteVoice(list, row, [data, n](VoiceObject &voice) {
+            if (const auto parts = MutableRefaceVoiceOf(voice)) {
+                std::ranges::copy(data.first(RefaceOperatorSize),
+                                  parts->operators.begin() +
+                                      static_cast<std::ptrdiff_t>(n * RefaceOperatorSize));
+            }
+        });
         received.set(n);
     }
 }
@@ -164,7 +172,7 @@ void DownloadVoice(QWidget *window, const MidiLink &link, VoiceList &list, int i
         if (!SysexReceive(link.input, message, &count)) {
             return;
         }
-        TakeBlock(window, message, index, list.items[static_cast<std::size_t>(row)], received);
+        TakeBlock(window, message, index, list, row, received);
     }
 }
 
@@ -208,8 +216,7 @@ int RefaceDownloadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut
     SetProgress(0, 1);
     for (int index = 0; index < RefaceVoicesPerBank; ++index) {
         DownloadVoice(window, link, list, index);
-        SelectItemFonts(MainItemFonts, RefaceDxDriverId);
-        ListSetItemHeight(list, MainItemFonts.itemHeight);
+        SelectListFonts(list, RefaceDxDriverId);
         ListSelect(list, 0);
     }
     WriteShort(link.output, ProgramChange, 0, 0);

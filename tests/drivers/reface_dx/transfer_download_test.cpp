@@ -120,6 +120,7 @@ TEST_F(RefaceDownloadTest, DoesEverythingInItsOrder) {
         expected.push_back("SetProgress(" + std::to_string(row) + ", 32)");
         expected.push_back("SetStatusText(Downloading voice " + std::to_string(row + 1) +
                            " of 32 (" + TestRefaceName(row) + "))");
+        expected.insert(expected.end(), 5, "voice"); // each block as it is taken
         if (row == 0) {
             expected.emplace_back("height 48");
         }
