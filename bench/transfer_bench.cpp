@@ -32,7 +32,7 @@ void DownloadRefaceBank(benchmark::State &state) {
     UseInstruments(RefaceDxDriverId);
     VoiceList list;
     for (auto _ : state) {
-        if (!RefaceDownloadBank(nullptr, list, RefaceIn, RefaceOut) || !IsWhole(list)) {
+        if (!RefaceDownloadBank(nullptr, list, {RefaceIn, RefaceOut}) || !IsWhole(list)) {
             state.SkipWithError("the voices did not arrive");
             break;
         }
@@ -48,7 +48,7 @@ void DownloadFromASilentReface(benchmark::State &state) {
     VoiceList list;
     for (auto _ : state) {
         FaultsOf(BuiltinInstrument::RefaceDx).silentAfterMessages = 1;
-        if (!RefaceDownloadBank(nullptr, list, RefaceIn, RefaceOut) || IsWhole(list)) {
+        if (!RefaceDownloadBank(nullptr, list, {RefaceIn, RefaceOut}) || IsWhole(list)) {
             state.SkipWithError("the settings did not arrive, or a voice did");
             break;
         }
@@ -59,9 +59,9 @@ BENCHMARK(DownloadFromASilentReface)->Unit(benchmark::kMicrosecond);
 void UploadRefaceVoice(benchmark::State &state) {
     UseInstruments(RefaceDxDriverId);
     VoiceList list;
-    RefaceDownloadBank(nullptr, list, RefaceIn, RefaceOut);
+    RefaceDownloadBank(nullptr, list, {RefaceIn, RefaceOut});
     for (auto _ : state) {
-        if (!RefaceUploadVoice(nullptr, list, nullptr, RefaceIn, RefaceOut, 5, 0)) {
+        if (!RefaceUploadVoice(nullptr, list, nullptr, {RefaceIn, RefaceOut}, 5, 0)) {
             state.SkipWithError("the voice was not sent");
             break;
         }
@@ -74,7 +74,7 @@ void UploadDx7Bank(benchmark::State &state) {
     VoiceList list;
     FillListFromDx7Bank(list, MakeBenchBank());
     for (auto _ : state) {
-        if (!Dx7UploadBank(nullptr, list, -1, Dx7Out)) {
+        if (!Dx7UploadBank(nullptr, list, {-1, Dx7Out})) {
             state.SkipWithError("the bank was not sent");
             break;
         }

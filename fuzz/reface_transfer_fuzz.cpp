@@ -362,8 +362,8 @@ void Download(Run &run) {
 void Find(Run &run, bool autodetect) {
     SelectKeyboardAutodetect = autodetect ? 1 : 0;
     SynthFirmware = 0;
-    const int result = FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort,
-                                        &SynthFirmware, "reface", "reface");
+    SelectKeyboardMidiIn = SelectKeyboardMidiOut = "reface";
+    const int result = FindCurrentSynth(nullptr);
     run.DemandClosed();
     Demand(MidiInPort == In && MidiOutPort == Out, "the ports are found in any case");
     Demand(CurrentDriverId == NoDriverId || CurrentDriverId == RefaceDxDriverId, "known or none");
@@ -408,7 +408,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const int row : {0, 1}) {
         Run run(arrivals, failingWrite);
         const int result =
-            UploadOneVoice(nullptr, run.list, nullptr, RefaceDxDriverId, In, Out, row, 1);
+            UploadOneVoice(nullptr, run.list, nullptr, RefaceDxDriverId, {In, Out}, row, 1);
         run.WentOn(result, 26, true);
         Demand(run.list.enabled, "the list can be used");
     }

@@ -127,11 +127,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     // And as what answers an identity request.
     source = {.steps = steps};
     TheMidi = ApiOf(source);
-    DriverId driver = NoDriverId;
-    std::uint32_t firmware = 0;
-    RefaceDxFindSynth(nullptr, &driver, nullptr, nullptr, &firmware, "", "", true);
-    Demand(driver == NoDriverId || driver == RefaceDxDriverId, "a driver is known or none");
-    Demand(driver == NoDriverId || firmware >= 0x10000, "an instrument has its version");
+    FoundSynth found;
+    RefaceDxFindSynth(nullptr, found, {}, true);
+    Demand(found.driver == NoDriverId || found.driver == RefaceDxDriverId,
+           "a driver is known or none");
+    Demand(found.driver == NoDriverId || found.firmware >= 0x10000,
+           "an instrument has its version");
     TheMidi = {};
     return 0;
 }

@@ -4,13 +4,11 @@
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
-#include "common/desktop.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 
 #include <cerrno>
-#include <optional>
 
 namespace tonewright {
 namespace {
@@ -64,11 +62,8 @@ int ExportVoiceDocument(int row, const char *path) {
     if (!RowCanBeWritten(FormatOfDriver(CurrentDriverId, VoiceFileKind::SingleVoice), row, path)) {
         return ExitFailed;
     }
-    TheDesktop.ChooseExportFile = [path](QWidget *, const std::string &, std::uint32_t) {
-        return std::optional(AbsolutePath(path));
-    };
     errno = 0;
-    if (!ExportOneVoice(nullptr, MainList, row)) {
+    if (!ExportVoiceTo(nullptr, MainList, row, AbsolutePath(path).c_str())) {
         return TellNotWritten(path, errno);
     }
     return ExitDone;

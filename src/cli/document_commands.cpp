@@ -6,12 +6,10 @@
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/voice_file.h"
-#include "common/desktop.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 
-#include <optional>
 #include <utility>
 
 namespace tonewright {
@@ -103,16 +101,13 @@ int CliImport(const CliCall &call) {
         return TellWrongCall(out, reason);
     }
     UseTerminalDesktop(call);
-    TheDesktop.ChooseImportFile = [voice](QWidget *, const std::string &, std::uint32_t) {
-        return std::optional(AbsolutePath(voice));
-    };
     if (!OpenBankDocument(in)) {
         return ExitFailed;
     }
     if (!ListVoice(MainList, *place - 1)) {
         return TellFailure(in, NoSuchPlace(*place));
     }
-    if (!ImportOneVoice(nullptr, MainList, *place - 1, nullptr, nullptr)) {
+    if (!ImportVoiceFrom(nullptr, MainList, *place - 1, AbsolutePath(voice).c_str(), nullptr)) {
         return TellFailure(
             voice,
             ReasonNotOpened(voice, FormatOfDriver(CurrentDriverId, VoiceFileKind::SingleVoice)));

@@ -61,7 +61,7 @@ void PutInstrument(const SynthDriver &synth) {
 int FindEveryInstrument() {
     struct Search {
         const SynthDriver *synth;
-        int midiIn, midiOut; // as far as they were found
+        MidiPorts ports; // as far as they were found
     };
     std::vector<Search> inVain;
     bool isAnyFound = false;
@@ -70,15 +70,15 @@ int FindEveryInstrument() {
             PutInstrument(*synth);
             isAnyFound = true;
         } else {
-            inVain.push_back({synth, MidiInPort, MidiOutPort});
+            inVain.push_back({synth, CurrentMidiPorts()});
         }
     }
     if (isAnyFound) {
         return ExitDone;
     }
     for (const Search &search : inVain) {
-        MidiInPort = search.midiIn;
-        MidiOutPort = search.midiOut;
+        MidiInPort = search.ports.in;
+        MidiOutPort = search.ports.out;
         TellNoDevice(*search.synth);
     }
     return ExitFailed;
@@ -118,7 +118,7 @@ bool OpenVoices(const char *path, const VoiceFileFormat &format) {
     }
     CurrentDriverId = format.driver;
     VoiceObject voice;
-    if (!ImportOneVoice(nullptr, MainList, 0, AbsolutePath(path).c_str(), &voice)) {
+    if (!ImportVoiceFrom(nullptr, MainList, 0, AbsolutePath(path).c_str(), &voice)) {
         TellError(path, ReasonNotOpened(path, &format));
         return false;
     }
@@ -170,7 +170,7 @@ void HoldNote() {
 // As the Audition box does it, with notes in the stead of its keys; but no program is selected,
 // which would recall the first voice of the instrument over the one that was sent.
 int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vector<int> &notes) {
-    auto audition = PrepareAudition(nullptr, &voice, synth.id, MidiInPort, MidiOutPort, 0);
+    auto audition = PrepareAudition(nullptr, &voice, synth.id, CurrentMidiPorts(), 0);
     AuditionVelocity();
     AuditionCurrentOctave = 0; // key 0 is note 0
     const bool isOpen = SendAudition(*audition, nullptr);
@@ -287,7 +287,7 @@ int CliUploadVoice(const CliCall &call) {
         return status;
     }
     return WithInstrument(call, *file.synth, [&] {
-        return UploadOneVoice(nullptr, MainList, voice, file.synth->id, MidiInPort, MidiOutPort,
+        return UploadOneVoice(nullptr, MainList, voice, file.synth->id, CurrentMidiPorts(),
                               *place - 1, 0)
                    ? ExitDone
                    : TellTransferFailed(*file.synth);

@@ -238,8 +238,7 @@ bool FindInstrument(const SynthDriver &synth) {
         return false;
     }
     CurrentDriverId = synth.id;
-    FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
-                     SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str());
+    FindCurrentSynth(nullptr);
     return CurrentDriverId == synth.id;
 }
 

@@ -7,8 +7,12 @@ DriverId CurrentDriverId = NoDriverId;
 std::string CurrentDocumentPath = "Untitled.Twl";
 VoiceList MainList;
 ItemFonts MainItemFonts;
-int MidiInPort = -1;
-int MidiOutPort = -1;
+int MidiInPort = NoMidiDevice;
+int MidiOutPort = NoMidiDevice;
 std::uint32_t SynthFirmware = 0;
+
+MidiPorts CurrentMidiPorts() {
+    return {MidiInPort, MidiOutPort};
+}
 
 } // namespace tonewright

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/item_fonts.h"
+#include "core/midi_ports.h"
 #include "core/voice_list.h"
 #include "core/voice_object.h"
 
@@ -24,6 +25,7 @@ extern ItemFonts MainItemFonts;
 // discovery, never stored in a file.
 extern int MidiInPort;
 extern int MidiOutPort;
+MidiPorts CurrentMidiPorts();
 
 // Version word of the instrument: four decimal digits, one per byte, high byte first; 0: unknown.
 extern std::uint32_t SynthFirmware;

@@ -141,32 +141,43 @@ int SaveDocument(QWidget *window, VoiceList &list, const char *path) {
 }
 
 int DownloadCurrent(QWidget *window, VoiceList &list) {
-    return Call(CurrentDriver(), &SynthDriver::DownloadBank, window, list, MidiInPort, MidiOutPort);
+    return Call(CurrentDriver(), &SynthDriver::DownloadBank, window, list, CurrentMidiPorts());
 }
 
 int UploadCurrent(QWidget *window, VoiceList &list) {
-    return Call(CurrentDriver(), &SynthDriver::UploadBank, window, list, MidiInPort, MidiOutPort);
+    return Call(CurrentDriver(), &SynthDriver::UploadBank, window, list, CurrentMidiPorts());
 }
 
 int UploadOneVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, DriverId driver,
-                   int midiIn, int midiOut, int index, std::uint8_t flags) {
-    return Call(DriverOfId(driver), &SynthDriver::UploadVoice, window, list, voice, midiIn, midiOut,
-                index, flags);
+                   MidiPorts ports, int index, std::uint8_t flags) {
+    return Call(DriverOfId(driver), &SynthDriver::UploadVoice, window, list, voice, ports, index,
+                flags);
+}
+
+int ImportVoiceFrom(QWidget *window, VoiceList &list, int index, const char *path,
+                    VoiceObject *out) {
+    return Call(CurrentDriver(), &SynthDriver::ImportVoice, window, list, index, path, out);
 }
 
 int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path,
                    VoiceObject *out) {
-    std::string chosenPath;
-    if (!path) {
-        const auto chosen = ChooseImportFile(window, OpenExportPath, CurrentDriverId);
-        if (!chosen) {
-            return 1;
-        }
-        chosenPath = *chosen;
-        OpenExportPath = KeptFolder(chosenPath);
-        path = chosenPath.c_str();
+    if (path) {
+        return ImportVoiceFrom(window, list, index, path, out);
     }
-    return Call(CurrentDriver(), &SynthDriver::ImportVoice, window, list, index, path, out);
+    const auto chosen = ChooseImportFile(window, OpenExportPath, CurrentDriverId);
+    if (!chosen) {
+        return 1;
+    }
+    OpenExportPath = KeptFolder(*chosen);
+    return ImportVoiceFrom(window, list, index, chosen->c_str(), out);
+}
+
+int ExportVoiceTo(QWidget *window, VoiceList &list, int index, const char *path) {
+    if (!MakeBackupOf(window, path)) {
+        return 0;
+    }
+    return Call(CurrentDriver(), &SynthDriver::ExportVoice, window, list,
+                static_cast<const VoiceObject *>(nullptr), path, index, SynthFirmware);
 }
 
 int ExportOneVoice(QWidget *window, VoiceList &list, int index) {
@@ -180,35 +191,31 @@ int ExportOneVoice(QWidget *window, VoiceList &list, int index) {
         return 1;
     }
     OpenExportPath = KeptFolder(*chosen);
-    if (!MakeBackupOf(window, chosen->c_str())) {
-        return 0;
-    }
-    return Call(CurrentDriver(), &SynthDriver::ExportVoice, window, list,
-                static_cast<const VoiceObject *>(nullptr), chosen->c_str(), index, SynthFirmware);
+    return ExportVoiceTo(window, list, index, chosen->c_str());
 }
 
 int EditOneVoice(QWidget *window, VoiceObject &voice, int index) {
-    return Call(CurrentDriver(), &SynthDriver::EditVoice, window, voice, MidiInPort, MidiOutPort,
-                index);
+    return Call(CurrentDriver(), &SynthDriver::EditVoice, window, voice, CurrentMidiPorts(), index);
 }
 
 int ConfigureCurrent(QWidget *window) {
-    return Call(CurrentDriver(), &SynthDriver::ConfigureSynth, window, MidiInPort, MidiOutPort);
+    return Call(CurrentDriver(), &SynthDriver::ConfigureSynth, window, CurrentMidiPorts());
 }
 
 int AutoConfigureCurrent(QWidget *window) {
     return Call(CurrentDriver(), &SynthDriver::AutoConfigure, window, MidiOutPort);
 }
 
-int FindCurrentSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
-                     std::uint32_t *firmware, const char *inPattern, const char *outPattern) {
-    // The row is looked up first: the caller passes CurrentDriverId itself as `driver`.
-    const SynthDriver *row = CurrentDriver();
-    *driver = NoDriverId;
-    *midiIn = -1;
-    *midiOut = -1;
-    return Call(row, &SynthDriver::FindSynth, window, driver, midiIn, midiOut, firmware, inPattern,
-                outPattern, SelectKeyboardAutodetect != 0);
+int FindCurrentSynth(QWidget *window) {
+    FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = SynthFirmware};
+    const int result = Call(CurrentDriver(), &SynthDriver::FindSynth, window, found,
+                            PortNames{SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
+                            SelectKeyboardAutodetect != 0);
+    CurrentDriverId = found.driver;
+    MidiInPort = found.ports.in;
+    MidiOutPort = found.ports.out;
+    SynthFirmware = found.firmware;
+    return result;
 }
 
 const char *SynthTitle(DriverId id, std::uint32_t version) {

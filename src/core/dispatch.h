@@ -49,26 +49,31 @@ int SaveDocument(QWidget *window, VoiceList &list, const char *path);
 int DownloadCurrent(QWidget *window, VoiceList &list);
 int UploadCurrent(QWidget *window, VoiceList &list);
 int UploadOneVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, DriverId driver,
-                   int midiIn, int midiOut, int index, std::uint8_t flags);
+                   MidiPorts ports, int index, std::uint8_t flags);
 
-// Imports a single-voice file with the current driver. With a null path the import dialog asks for
-// it, starting in OpenExportPath, which then receives the chosen folder; cancelling is a success
-// that changes nothing. See SynthDriver::ImportVoice for `out`.
+// Imports a single-voice file with the current driver; see SynthDriver::ImportVoice for `out`.
+int ImportVoiceFrom(QWidget *window, VoiceList &list, int index, const char *path,
+                    VoiceObject *out);
+// The same. With a null path the import dialog asks for it, starting in OpenExportPath, which then
+// receives the chosen folder; cancelling is a success that changes nothing.
 int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path, VoiceObject *out);
 
-// Asks for a file, proposing the voice's name in OpenExportPath, and writes the item there.
-// Cancelling is a success. An existing file is first copied to "Backup of ..." if CreateBackups.
+// Writes the item to a single-voice file with the current driver. An existing file is first copied
+// to "Backup of ..." if CreateBackups.
+int ExportVoiceTo(QWidget *window, VoiceList &list, int index, const char *path);
+// The same to a file that it asks for, proposing the voice's name in OpenExportPath, which then
+// receives the chosen folder. Cancelling is a success.
 int ExportOneVoice(QWidget *window, VoiceList &list, int index);
 
 int EditOneVoice(QWidget *window, VoiceObject &voice, int index);
 int ConfigureCurrent(QWidget *window);
 int AutoConfigureCurrent(QWidget *window);
 
-// Searches the current driver's instrument. The outs are set to "????", -1 and -1 first, so that a
-// failed search leaves CurrentDriverId at "????" when that is what the caller passes. Returns what
-// the row's FindSynth returns, 0 without one; callers judge by *driver and the ports instead.
-int FindCurrentSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
-                     std::uint32_t *firmware, const char *inPattern, const char *outPattern);
+// Searches the current driver's instrument on the ports that the settings name and makes what it
+// finds current: CurrentDriverId, MidiInPort and MidiOutPort. What it does not find is "????" or -1
+// afterwards; SynthFirmware stays where the instrument tells none. Returns what the row's FindSynth
+// returns, 0 without one; callers judge by CurrentDriverId and the ports instead.
+int FindCurrentSynth(QWidget *window);
 
 // "Yamaha reface DX version 01.23", or the bare name for version 0. Static text.
 const char *SynthTitle(DriverId id, std::uint32_t version);

@@ -4,6 +4,7 @@
 
 #include "common/geometry.h"
 #include "core/item_fonts.h"
+#include "core/midi_ports.h"
 #include "core/voice_list.h"
 #include "core/voice_object.h"
 
@@ -42,6 +43,13 @@ struct PrintCell {
     int titleFontHeight = 0, labelFontHeight = 0;
 };
 
+// What a search for an instrument has found so far.
+struct FoundSynth {
+    DriverId driver = NoDriverId; // of the instrument, once it is known to be there
+    MidiPorts ports;              // each as soon as it is found
+    std::uint32_t firmware = 0;   // as SynthFirmware; a search that does not ask for it leaves it
+};
+
 struct DatabaseHandle; // database/
 struct DatabaseRecord;
 
@@ -70,12 +78,11 @@ struct SynthDriver {
     std::uint32_t flags;           // DriverFlag...
     std::uint32_t documentPicture; // picture number in the File menu history
 
-    // Looks for the instrument's ports; what is found is written through the pointers that are
-    // given, and *driver becomes the row's id when the instrument is there. The result is the
-    // row's own notion of success: judge by *driver and the ports.
-    int (*FindSynth)(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
-                     std::uint32_t *firmware, const char *inPattern, const char *outPattern,
-                     bool autodetect);
+    // Looks for the instrument, by the names of its ports or, with `autodetect`, by rules of its
+    // own. What is found is written into `found`, the rest of which is left as it was; its driver
+    // becomes the row's id when the instrument is there. The result is the row's own notion of
+    // success: judge by `found`.
+    int (*FindSynth)(QWidget *window, FoundSynth &found, const PortNames &names, bool autodetect);
     // Replaces the list's contents by the bank file at `path`; *time receives the file's
     // modification time in seconds since 1970, or the present time. 1 on success.
     int (*OpenBank)(QWidget *window, VoiceList &list, const char *path, std::int64_t *time);
@@ -88,12 +95,12 @@ struct SynthDriver {
     // instrument made of the bytes that were sent is not known. A download replaces the contents of
     // the list, in which a voice that did not arrive stays as far as it came; when it could not
     // begin, the list is as it was.
-    int (*UploadBank)(QWidget *window, VoiceList &list, int midiIn, int midiOut);
-    int (*DownloadBank)(QWidget *window, VoiceList &list, int midiIn, int midiOut);
+    int (*UploadBank)(QWidget *window, VoiceList &list, MidiPorts ports);
+    int (*DownloadBank)(QWidget *window, VoiceList &list, MidiPorts ports);
     // Sends `voice`, or the item at `index` when it is null; the result is as above, also where
     // there is no voice. Bit 0 of `flags` asks for the driver's prompts around the transfer.
-    int (*UploadVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
-                       int midiOut, int index, std::uint8_t flags);
+    int (*UploadVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, MidiPorts ports,
+                       int index, std::uint8_t flags);
     int (*reserved)();
     // Reads a single-voice file into *out when given, else into the item at `index`.
     int (*ImportVoice)(QWidget *window, VoiceList &list, int index, const char *path,
@@ -101,12 +108,12 @@ struct SynthDriver {
     // Writes `voice`, or the item at `index` when it is null.
     int (*ExportVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, const char *path,
                        int index, std::uint32_t firmware);
-    int (*EditVoice)(QWidget *window, VoiceObject &voice, int midiIn, int midiOut, int index);
+    int (*EditVoice)(QWidget *window, VoiceObject &voice, MidiPorts ports, int index);
     // Writes the name, in the instrument's bytes and without trailing blanks, and returns its
     // length in bytes.
     int (*VoiceName)(std::string &name, const VoiceObject &voice);
     int (*PrintVoice)(QPainter &painter, const VoiceObject &voice, const PrintCell &cell);
-    int (*ConfigureSynth)(QWidget *window, int midiIn, int midiOut);
+    int (*ConfigureSynth)(QWidget *window, MidiPorts ports);
     int (*AutoConfigure)(QWidget *window, int midiOut);
     // Builds the block of an undo level from the list; empty on failure.
     std::vector<std::uint8_t> (*MakeUndoLevel)(QWidget *window, const VoiceList &list);

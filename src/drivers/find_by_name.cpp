@@ -5,14 +5,14 @@
 
 namespace tonewright {
 
-int FindSynthByName(DriverId family, DriverId *driver, int *midiIn, int *midiOut,
-                    const char *inPattern, const char *outPattern) {
-    if (!FindPortsInsideClock(inPattern, outPattern, midiIn, midiOut)) {
+int FindSynthByName(DriverId family, FoundSynth &found, const PortNames &names) {
+    TheMidi.Pt_Start(MidiClockResolution);
+    const bool both = FindPorts(names, found.ports);
+    TheMidi.Pt_Stop();
+    if (!both) {
         return 0;
     }
-    if (driver) {
-        *driver = family;
-    }
+    found.driver = family;
     return 1;
 }
 

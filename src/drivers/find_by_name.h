@@ -1,14 +1,12 @@
 // The search for an instrument by the names of its ports, the same for every family.
 #pragma once
 
-#include "core/voice_object.h"
+#include "core/synth_driver.h"
 
 namespace tonewright {
 
-// Looks for an input whose name contains `inPattern` and an output whose name contains
-// `outPattern`, and writes the device indices of those it finds to *midiIn and *midiOut. 1 when it
-// finds both, and *driver is then `family`; else 0. The pointers may be null.
-int FindSynthByName(DriverId family, DriverId *driver, int *midiIn, int *midiOut,
-                    const char *inPattern, const char *outPattern);
+// A search as FindSynth of a row makes it, with the clock running. 1 when both ports are found, and
+// the driver found is then `family`; else 0.
+int FindSynthByName(DriverId family, FoundSynth &found, const PortNames &names);
 
 } // namespace tonewright

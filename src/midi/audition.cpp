@@ -67,8 +67,7 @@ static_assert(std::size(OctaveEdges) == OctaveKeys && 2 * OctaveKeys == Audition
 } // namespace
 
 std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
-                                             DriverId driverId, int midiIn, int midiOut,
-                                             int itemIndex) {
+                                             DriverId driverId, MidiPorts ports, int itemIndex) {
     if (!voice && list) {
         voice = ListVoice(*list, itemIndex);
     }
@@ -78,8 +77,7 @@ std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject 
     return AuditionState{.list = list,
                          .voice = *voice,
                          .driverId = driverId,
-                         .midiIn = midiIn,
-                         .midiOut = midiOut,
+                         .ports = ports,
                          .itemIndex = itemIndex,
                          .colours = ShiftKeyDown() ? SwappedColours : UsualColours};
 }
@@ -106,12 +104,12 @@ bool SendAudition(AuditionState &state, QWidget *window) {
     bool stays = true;
     VoiceList noList;
     if (!UploadOneVoice(window, state.list ? *state.list : noList, &state.voice, state.driverId,
-                        state.midiIn, state.midiOut, state.itemIndex, 0)) {
+                        state.ports, state.itemIndex, 0)) {
         ShowMessage(window, "The selected voice could not be uploaded.");
         stays = false;
     }
     // The clock does not run: at latency 0 the time stamps have no effect.
-    if (TheMidi.Pm_OpenOutput(&state.outputStream, state.midiOut, MidiOutputBufferSize,
+    if (TheMidi.Pm_OpenOutput(&state.outputStream, state.ports.out, MidiOutputBufferSize,
                               MidiLatency) != MidiSuccess) {
         state.outputStream = NoMidiStream;
         ShowMessage(window, "The MIDI output could not be opened.");

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "common/geometry.h"
+#include "core/midi_ports.h"
 #include "core/voice_list.h"
 #include "core/voice_object.h"
 #include "midi/midi_api.h"
@@ -35,7 +36,7 @@ struct AuditionState {
     VoiceList *list = nullptr; // that holds the voice; nullptr: none
     VoiceObject voice;         // a copy
     DriverId driverId = NoDriverId;
-    int midiIn = -1, midiOut = -1;          // device indices
+    MidiPorts ports;
     int itemIndex = 0;                      // of the voice in `list`
     AuditionColours colours;                // of the keyboard, for the life of the box
     MidiStream outputStream = NoMidiStream; // held for the life of the box
@@ -46,8 +47,7 @@ struct AuditionState {
 // are copied. Nothing when there is no such voice. With the Shift key held now, the colours are
 // swapped.
 std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
-                                             DriverId driverId, int midiIn, int midiOut,
-                                             int itemIndex);
+                                             DriverId driverId, MidiPorts ports, int itemIndex);
 
 constexpr int HighestAuditionOctave = 7; // from 0; shown as 1 to 8
 constexpr int LowestAuditionVelocity = 1;

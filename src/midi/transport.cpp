@@ -100,34 +100,22 @@ const char *NameContains(const char *name, const char *pattern) {
     return place < where.size() || what.empty() ? where.data() + place : nullptr;
 }
 
-bool FindPortsByName(const char *inPattern, const char *outPattern, int *midiIn, int *midiOut) {
+bool FindPorts(const PortNames &names, MidiPorts &ports) {
     bool inputFound = false, outputFound = false;
     for (int device = 0; device < TheMidi.Pm_CountDevices(); ++device) {
         const MidiDeviceInfo *info = TheMidi.Pm_GetDeviceInfo(device);
         if (!info) {
             continue;
         }
-        if (info->input && Contains(info->name, inPattern)) {
+        if (info->input && Contains(info->name, names.in)) {
             inputFound = true;
-            if (midiIn) {
-                *midiIn = device;
-            }
-        } else if (info->output && Contains(info->name, outPattern)) {
+            ports.in = device;
+        } else if (info->output && Contains(info->name, names.out)) {
             outputFound = true;
-            if (midiOut) {
-                *midiOut = device;
-            }
+            ports.out = device;
         }
     }
     return inputFound && outputFound;
-}
-
-bool FindPortsInsideClock(const char *inPattern, const char *outPattern, int *midiIn,
-                          int *midiOut) {
-    TheMidi.Pt_Start(MidiClockResolution);
-    const bool found = FindPortsByName(inPattern, outPattern, midiIn, midiOut);
-    TheMidi.Pt_Stop();
-    return found;
 }
 
 int WriteShort(MidiStream output, std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {

@@ -2,6 +2,7 @@
 // closed in a fixed order, and one rule for what a received message is.
 #pragma once
 
+#include "core/midi_ports.h"
 #include "midi/midi_api.h"
 
 #include <cstddef>
@@ -10,7 +11,6 @@
 
 namespace tonewright {
 
-constexpr int NoMidiDevice = -1;
 constexpr std::size_t SysexBufferSize = 8192; // for a reply of any length
 
 struct MidiLink {
@@ -34,13 +34,10 @@ int SysexReceive(MidiStream input, std::span<std::uint8_t> buffer, std::size_t *
 // none. An empty pattern is found in every name.
 const char *NameContains(const char *name, const char *pattern);
 
-// Looks for an input whose name contains `inPattern` and an output whose name contains
-// `outPattern`; a device that matches as an input is not taken as an output, and the last match
-// wins. What is found is written to *midiIn and *midiOut (each may be null), what is not found
-// leaves them as they were. True when both were found. The clock is the caller's.
-bool FindPortsByName(const char *inPattern, const char *outPattern, int *midiIn, int *midiOut);
-// The same with the clock running, as an operation of its own.
-bool FindPortsInsideClock(const char *inPattern, const char *outPattern, int *midiIn, int *midiOut);
+// Looks for an input and an output by parts of their names; a device that matches as an input is
+// not taken as an output, and the last match wins. What is found is written into `ports`, the rest
+// of which stays as it was. True when both were found. The clock is the caller's.
+bool FindPorts(const PortNames &names, MidiPorts &ports);
 
 // One short message of up to three bytes, stamped with the present time. `status` tells how many;
 // pass 0 for a data byte that it has no use for. 0 when the message was taken, else an error code.

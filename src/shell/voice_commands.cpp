@@ -28,11 +28,6 @@ std::string NameOfRow(int row) {
     return Latin1ToUtf8(VoiceObjectName(voice ? *voice : VoiceObject{}));
 }
 
-int FindSynthesizer() {
-    return FindCurrentSynth(Window(), &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
-                            SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str());
-}
-
 // Takes the voice of `row` out, deletes the row and puts the voice into a new row at `target`. The
 // selection goes along when it was on the voice.
 int MoveVoice(int row, int target) {
@@ -88,7 +83,7 @@ int RunUpload() {
 
 int RunFind() {
     TheMidi.RescanDevices();
-    const int result = FindSynthesizer();
+    const int result = FindCurrentSynth(Window());
     AutoConfigureCurrent(Window());
     RefreshStatus();
     return result;
@@ -115,7 +110,7 @@ int RunSelectSynth() {
         return 0;
     }
     ListReset(MainList);
-    FindSynthesizer();
+    FindCurrentSynth(Window());
     RefreshCopy();
     RefreshStatus();
     return 1;
@@ -144,7 +139,7 @@ int RunUploadVoice() {
         return 0;
     }
     const int result = UploadOneVoice(Window(), MainList, ListVoice(MainList, row), CurrentDriverId,
-                                      MidiInPort, MidiOutPort, row, 1);
+                                      CurrentMidiPorts(), row, 1);
     if (result) {
         PlayEventSound(DefaultEventSound);
     } else {

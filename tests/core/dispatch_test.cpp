@@ -197,7 +197,7 @@ TEST_F(Dispatch, AnEmptyOperationFailsInSilence) {
     EXPECT_EQ(SaveDocument(nullptr, list, "b.syx"), 0);
     EXPECT_EQ(DownloadCurrent(nullptr, list), 0);
     EXPECT_EQ(UploadCurrent(nullptr, list), 0);
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, Dx7DriverId, 1, 2, 0, 1), 0);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, Dx7DriverId, {1, 2}, 0, 1), 0);
     EXPECT_EQ(ImportOneVoice(nullptr, list, 0, "a.sy1", nullptr), 0);
     EXPECT_EQ(EditOneVoice(nullptr, voice, 0), 0);
     EXPECT_EQ(ConfigureCurrent(nullptr), 0);
@@ -208,9 +208,9 @@ TEST_F(Dispatch, AnEmptyOperationFailsInSilence) {
 
 TEST_F(Dispatch, OneVoiceIsUploadedByTheDriverThatIsNamedNotByTheCurrentOne) {
     const VoiceObject voice = VoiceOf(RefaceDxDriverId, "X");
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDxDriverId, 3, 4, 9, 1), 1);
-    EXPECT_EQ(UploadOneVoice(nullptr, list, nullptr, RefaceDxDriverId, 3, 4, 9, 0), 1);
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, NoDriverId, 3, 4, 9, 1), 0);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDxDriverId, {3, 4}, 9, 1), 1);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, nullptr, RefaceDxDriverId, {3, 4}, 9, 0), 1);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, NoDriverId, {3, 4}, 9, 1), 0);
     EXPECT_EQ(Calls,
               (Strings{"second UploadVoice voice 3 4 9 1", "second UploadVoice item 3 4 9 0"}));
 }
@@ -219,8 +219,10 @@ TEST_F(Dispatch, ImportingAGivenPathAsksNothingAndKeepsTheFolders) {
     EXPECT_EQ(ImportOneVoice(nullptr, list, 3, "/elsewhere/a.sy1", nullptr), 1);
     VoiceObject out;
     EXPECT_EQ(ImportOneVoice(nullptr, list, 4, "/elsewhere/b.sy1", &out), 1);
+    EXPECT_EQ(ImportVoiceFrom(nullptr, list, 5, "/elsewhere/c.sy1", &out), 1);
     EXPECT_EQ(Calls, (Strings{"first ImportVoice 3 /elsewhere/a.sy1 item",
-                              "first ImportVoice 4 /elsewhere/b.sy1 out"}));
+                              "first ImportVoice 4 /elsewhere/b.sy1 out",
+                              "first ImportVoice 5 /elsewhere/c.sy1 out"}));
     EXPECT_EQ(OpenExportPath, folder.Folder());
     EXPECT_EQ(OpenImportPath, "/imports/");
 }
@@ -360,6 +362,17 @@ TEST_F(DispatchExport, NoBackupIsMadeWhenTheyAreOffOrThereIsNoFile) {
     EXPECT_EQ(Calls.size(), 2u);
 }
 
+TEST_F(DispatchExport, ToAGivenPathAsksNothingAndBacksTheFormerFileUp) {
+    const std::string before = OpenExportPath;
+    PutVoice("LEAD");
+    CreateBackups = 1;
+    const std::string path = folder.WriteText("lead.sy1", "former");
+    EXPECT_EQ(ExportVoiceTo(nullptr, list, 0, path.c_str()), 1);
+    EXPECT_EQ(Calls, Strings{"first ExportVoice item " + path + " 0 7"});
+    EXPECT_EQ(ReadTestText(folder.File("Backup of lead.sy1")), "former");
+    EXPECT_EQ(OpenExportPath, before);
+}
+
 class DispatchFailedBackup : public DispatchExport {
 protected:
     // A folder stands where the backup would go.
@@ -454,44 +467,53 @@ TEST_F(Dispatch, TheSharedFontsOfTheList) {
     EXPECT_EQ(fonts.itemHeight, 48);
 }
 
-TEST_F(Dispatch, ASearchStartsWithTheOutsSetToNothing) {
-    DriverId driver = RefaceDxDriverId;
-    int midiIn = 8, midiOut = 9;
-    std::uint32_t firmware = 0;
-    EXPECT_EQ(FindCurrentSynth(nullptr, &driver, &midiIn, &midiOut, &firmware, "in", "out"), 1);
-    EXPECT_EQ(Calls, Strings{"first FindSynth 1 -1 -1 in out 1"});
-    EXPECT_EQ(driver, Dx7DriverId);
-    EXPECT_EQ(midiIn, 4);
-    EXPECT_EQ(midiOut, 5);
-    EXPECT_EQ(firmware, 0x01000200u);
+TEST_F(Dispatch, ASearchStartsWithNothingFoundAndTheFirmwareThatIsKnown) {
+    MidiInPort = 8;
+    MidiOutPort = 9;
+    SelectKeyboardMidiIn = "in";
+    SelectKeyboardMidiOut = "out";
+    EXPECT_EQ(FindCurrentSynth(nullptr), 1);
+    EXPECT_EQ(Calls, Strings{"first FindSynth 1 -1 -1 7 in out 1"});
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(MidiInPort, 4);
+    EXPECT_EQ(MidiOutPort, 5);
+    EXPECT_EQ(SynthFirmware, 0x01000200u);
 }
 
 TEST_F(Dispatch, AFailedSearchLeavesNoDriverCurrent) {
     Answer = 0;
+    SelectKeyboardMidiIn = "a";
+    SelectKeyboardMidiOut = "b";
     SelectKeyboardAutodetect = 0;
-    EXPECT_EQ(FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
-                               "a", "b"),
-              0);
-    EXPECT_EQ(Calls, Strings{"first FindSynth 1 -1 -1 a b 0"});
+    EXPECT_EQ(FindCurrentSynth(nullptr), 0);
+    EXPECT_EQ(Calls, Strings{"first FindSynth 1 -1 -1 7 a b 0"});
     EXPECT_EQ(CurrentDriverId, NoDriverId);
     EXPECT_EQ(MidiInPort, -1);
+    EXPECT_EQ(MidiOutPort, -1);
+    EXPECT_EQ(SynthFirmware, 7u);
+}
+
+TEST_F(Dispatch, AFailedSearchKeepsThePortThatItFound) {
+    FirstRow.FindSynth = [](QWidget *, FoundSynth &found, const PortNames &, bool) {
+        found.ports.in = 6;
+        return 0;
+    };
+    EXPECT_EQ(FindCurrentSynth(nullptr), 0);
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+    EXPECT_EQ(MidiInPort, 6);
     EXPECT_EQ(MidiOutPort, -1);
 }
 
 TEST_F(Dispatch, ASuccessfulSearchKeepsTheCurrentDriver) {
     CurrentDriverId = RefaceDxDriverId;
-    EXPECT_EQ(FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
-                               "a", "b"),
-              1);
+    EXPECT_EQ(FindCurrentSynth(nullptr), 1);
     EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
     EXPECT_EQ(MidiInPort, 4);
 }
 
-TEST_F(Dispatch, ASearchOfARowThatCannotSearchSetsTheOutsAndFails) {
+TEST_F(Dispatch, ASearchOfARowThatCannotSearchFindsNothing) {
     FirstRow.FindSynth = nullptr;
-    EXPECT_EQ(FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort, &SynthFirmware,
-                               "a", "b"),
-              0);
+    EXPECT_EQ(FindCurrentSynth(nullptr), 0);
     EXPECT_EQ(CurrentDriverId, NoDriverId);
     EXPECT_EQ(MidiInPort, -1);
     EXPECT_EQ(MidiOutPort, -1);

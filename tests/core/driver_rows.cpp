@@ -8,8 +8,8 @@ void Record(const char *row, const char *operation, const std::string &arguments
     Calls.push_back(std::string(row) + " " + operation + " " + arguments);
 }
 
-std::string Ports(int midiIn, int midiOut) {
-    return std::to_string(midiIn) + " " + std::to_string(midiOut);
+std::string Text(MidiPorts ports) {
+    return std::to_string(ports.in) + " " + std::to_string(ports.out);
 }
 
 constexpr char FirstName[] = "first";
@@ -18,17 +18,15 @@ constexpr char SecondName[] = "second";
 // A row whose operations record that they belong to the row of that name.
 template <const char *row> SynthDriver RecordingRow() {
     SynthDriver driver = {};
-    driver.FindSynth = [](QWidget *, DriverId *id, int *midiIn, int *midiOut,
-                          std::uint32_t *firmware, const char *inPattern, const char *outPattern,
-                          bool autodetect) {
+    driver.FindSynth = [](QWidget *, FoundSynth &found, const PortNames &names, bool autodetect) {
         Record(row, "FindSynth",
-               std::to_string(*id == NoDriverId) + " " + Ports(*midiIn, *midiOut) + " " +
-                   inPattern + " " + outPattern + " " + std::to_string(autodetect));
+               std::to_string(found.driver == NoDriverId) + " " + Text(found.ports) + " " +
+                   std::to_string(found.firmware) + " " + names.in + " " + names.out + " " +
+                   std::to_string(autodetect));
         if (Answer != 0) {
-            *id = row == FirstName ? Dx7DriverId : RefaceDxDriverId;
-            *midiIn = 4;
-            *midiOut = 5;
-            *firmware = 0x01000200;
+            found.driver = row == FirstName ? Dx7DriverId : RefaceDxDriverId;
+            found.ports = {4, 5};
+            found.firmware = 0x01000200;
         }
         return Answer;
     };
@@ -57,19 +55,19 @@ template <const char *row> SynthDriver RecordingRow() {
         fonts.itemHeight = 60;
         return 1;
     };
-    driver.UploadBank = [](QWidget *, VoiceList &, int midiIn, int midiOut) {
-        Record(row, "UploadBank", Ports(midiIn, midiOut));
+    driver.UploadBank = [](QWidget *, VoiceList &, MidiPorts ports) {
+        Record(row, "UploadBank", Text(ports));
         return Answer;
     };
-    driver.DownloadBank = [](QWidget *, VoiceList &, int midiIn, int midiOut) {
-        Record(row, "DownloadBank", Ports(midiIn, midiOut));
+    driver.DownloadBank = [](QWidget *, VoiceList &, MidiPorts ports) {
+        Record(row, "DownloadBank", Text(ports));
         return Answer;
     };
-    driver.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *voice, int midiIn,
-                            int midiOut, int index, std::uint8_t flags) {
+    driver.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *voice, MidiPorts ports,
+                            int index, std::uint8_t flags) {
         Record(row, "UploadVoice",
-               std::string(voice ? "voice " : "item ") + Ports(midiIn, midiOut) + " " +
-                   std::to_string(index) + " " + std::to_string(flags));
+               std::string(voice ? "voice " : "item ") + Text(ports) + " " + std::to_string(index) +
+                   " " + std::to_string(flags));
         return Answer;
     };
     driver.ImportVoice = [](QWidget *, VoiceList &, int index, const char *path, VoiceObject *out) {
@@ -83,8 +81,8 @@ template <const char *row> SynthDriver RecordingRow() {
                    std::to_string(firmware));
         return Answer;
     };
-    driver.EditVoice = [](QWidget *, VoiceObject &voice, int midiIn, int midiOut, int index) {
-        Record(row, "EditVoice", Ports(midiIn, midiOut) + " " + std::to_string(index));
+    driver.EditVoice = [](QWidget *, VoiceObject &voice, MidiPorts ports, int index) {
+        Record(row, "EditVoice", Text(ports) + " " + std::to_string(index));
         voice.bytes.back() = 99;
         return Answer;
     };
@@ -94,8 +92,8 @@ template <const char *row> SynthDriver RecordingRow() {
         name = std::string(row) + ":" + std::string(payload.begin(), payload.end());
         return static_cast<int>(name.size());
     };
-    driver.ConfigureSynth = [](QWidget *, int midiIn, int midiOut) {
-        Record(row, "ConfigureSynth", Ports(midiIn, midiOut));
+    driver.ConfigureSynth = [](QWidget *, MidiPorts ports) {
+        Record(row, "ConfigureSynth", Text(ports));
         return Answer;
     };
     driver.AutoConfigure = [](QWidget *, int midiOut) {

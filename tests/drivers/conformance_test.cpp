@@ -366,10 +366,10 @@ protected:
     static const char *PortOf(const SynthDriver &driver) {
         return driver.id == Dx7DriverId ? "Built-in DX7" : "Built-in reface DX";
     }
-    static int InputOf(const SynthDriver &driver) {
-        return 2 * static_cast<int>(InstrumentOf(driver));
+    static MidiPorts PortsOf(const SynthDriver &driver) {
+        const int input = 2 * static_cast<int>(InstrumentOf(driver));
+        return {input, input + 1};
     }
-    static int OutputOf(const SynthDriver &driver) { return InputOf(driver) + 1; }
 
     // A voice "NAME" of the row's family.
     static VoiceObject NamedVoice(const SynthDriver &driver) {
@@ -389,8 +389,7 @@ protected:
     }
     int UploadVoice(const SynthDriver &driver, const VoiceObject *voice, int row,
                     std::uint8_t flags) {
-        return driver.UploadVoice(nullptr, list, voice, InputOf(driver), OutputOf(driver), row,
-                                  flags);
+        return driver.UploadVoice(nullptr, list, voice, PortsOf(driver), row, flags);
     }
     void ExpectNothingOpen(const char *where) {
         EXPECT_EQ(OpenBuiltinStreams(), 0) << where;
@@ -405,27 +404,23 @@ protected:
 
 TEST_F(DriverTransfers, PortsAreFoundByTheirNames) {
     for (const SynthDriver *driver : SynthDrivers) {
-        DriverId id = NoDriverId;
-        int in = -1, out = -1;
-        std::uint32_t firmware = 0x11;
+        FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = 0x11};
         const char *port = PortOf(*driver);
-        EXPECT_NE(driver->FindSynth(nullptr, &id, &in, &out, &firmware, port, port, false), 0);
-        EXPECT_EQ(id, driver->id);
-        EXPECT_EQ(in, InputOf(*driver)) << driver->name;
-        EXPECT_EQ(out, OutputOf(*driver)) << driver->name;
-        EXPECT_EQ(firmware, 0x11u) << driver->name;
+        EXPECT_NE(driver->FindSynth(nullptr, found, {port, port}, false), 0);
+        EXPECT_EQ(found.driver, driver->id);
+        EXPECT_EQ(found.ports, PortsOf(*driver)) << driver->name;
+        EXPECT_EQ(found.firmware, 0x11u) << driver->name;
         ExpectNothingOpen(driver->name);
     }
 }
 
 TEST_F(DriverTransfers, PortsThatAreMissingAreNotFound) {
     for (const SynthDriver *driver : SynthDrivers) {
-        DriverId id = NoDriverId;
-        int in = -1, out = -1;
+        FoundSynth found;
         const char *port = PortOf(*driver);
-        EXPECT_EQ(driver->FindSynth(nullptr, &id, &in, &out, nullptr, "none", port, false), 0);
-        EXPECT_EQ(driver->FindSynth(nullptr, &id, &in, &out, nullptr, port, "none", false), 0);
-        EXPECT_EQ(id, NoDriverId) << driver->name;
+        EXPECT_EQ(driver->FindSynth(nullptr, found, {"none", port}, false), 0);
+        EXPECT_EQ(driver->FindSynth(nullptr, found, {port, "none"}, false), 0);
+        EXPECT_EQ(found.driver, NoDriverId) << driver->name;
         ExpectNothingOpen(driver->name);
     }
 }
@@ -435,13 +430,13 @@ TEST_F(DriverTransfers, AnOutputThatDoesNotOpenFailsInSilenceAndLeavesTheList) {
         FillList(*driver);
         const auto before = list.items;
         FaultsOf(InstrumentOf(*driver)).outputDoesNotOpen = true;
-        const int in = InputOf(*driver), out = OutputOf(*driver);
+        const MidiPorts ports = PortsOf(*driver);
         EXPECT_EQ(UploadVoice(*driver, nullptr, 0, 1), 0) << driver->name;
-        EXPECT_EQ(driver->UploadBank(nullptr, list, in, out), 0) << driver->name;
-        EXPECT_EQ(driver->UploadBank(nullptr, list, -1, -1), 0) << driver->name;
+        EXPECT_EQ(driver->UploadBank(nullptr, list, ports), 0) << driver->name;
+        EXPECT_EQ(driver->UploadBank(nullptr, list, {}), 0) << driver->name;
         if (driver->DownloadBank) {
-            EXPECT_EQ(driver->DownloadBank(nullptr, list, in, out), 0) << driver->name;
-            EXPECT_EQ(driver->DownloadBank(nullptr, list, -1, -1), 0) << driver->name;
+            EXPECT_EQ(driver->DownloadBank(nullptr, list, ports), 0) << driver->name;
+            EXPECT_EQ(driver->DownloadBank(nullptr, list, {}), 0) << driver->name;
         }
         EXPECT_EQ(list.items, before) << driver->name;
         EXPECT_EQ(list.selection, 3) << driver->name;
@@ -500,10 +495,10 @@ TEST_F(DriverTransfers, BlocksThatHoldNoVoiceOfTheFamilyHarmNothing) {
             EXPECT_EQ(UploadVoice(*driver, &voice, 0, 0), 1) << driver->name;
             ListSetVoice(list, ListAdd(list), voice);
         }
-        const int in = InputOf(*driver), out = OutputOf(*driver);
-        EXPECT_EQ(driver->UploadBank(nullptr, list, in, out), 1) << driver->name;
+        const MidiPorts ports = PortsOf(*driver);
+        EXPECT_EQ(driver->UploadBank(nullptr, list, ports), 1) << driver->name;
         ListReset(list);
-        EXPECT_EQ(driver->UploadBank(nullptr, list, in, out), 1) << driver->name;
+        EXPECT_EQ(driver->UploadBank(nullptr, list, ports), 1) << driver->name;
         ExpectNothingOpen(driver->name);
     }
     EXPECT_EQ(messages, Strings{});
@@ -515,7 +510,7 @@ TEST_F(DriverTransfers, ADownloadGivesABankOfItsDriver) {
             continue;
         }
         FillList(*driver);
-        EXPECT_EQ(driver->DownloadBank(nullptr, list, InputOf(*driver), OutputOf(*driver)), 1);
+        EXPECT_EQ(driver->DownloadBank(nullptr, list, PortsOf(*driver)), 1);
         ASSERT_EQ(ListCount(list), 32) << driver->name;
         EXPECT_EQ(list.selection, 0);
         EXPECT_EQ(list.itemHeight, 48);

@@ -208,8 +208,8 @@ protected:
     }
     int UploadVoice(BuiltinInstrument instrument, const VoiceObject &voice) {
         const DriverId driver = instrument == Reface ? RefaceDxDriverId : Dx7DriverId;
-        return UploadOneVoice(nullptr, list, &voice, driver, InputOf(instrument),
-                              OutputOf(instrument), 0, 0);
+        return UploadOneVoice(nullptr, list, &voice, driver,
+                              {InputOf(instrument), OutputOf(instrument)}, 0, 0);
     }
     int Download() {
         CurrentDriverId = RefaceDxDriverId;

@@ -31,7 +31,9 @@ protected:
         AuditionCurrentVelocity = 100;
     }
 
-    AuditionState Prepared() { return *PrepareAudition(nullptr, &voice, Dx7DriverId, in, out, 0); }
+    AuditionState Prepared() {
+        return *PrepareAudition(nullptr, &voice, Dx7DriverId, {in, out}, 0);
+    }
     // An open audition, with nothing recorded so far.
     AuditionState Opened() {
         AuditionState state = Prepared();
@@ -210,11 +212,11 @@ TEST_F(Audition, EveryChannelHasItsStatusBytes) {
 TEST_F(Audition, TheUploadGetsListVoicePortsPlaceAndNoPrompts) {
     static std::string received;
     received.clear();
-    RefaceDxRow.UploadVoice = [](QWidget *, VoiceList &list, const VoiceObject *sent, int midiIn,
-                                 int midiOut, int index, std::uint8_t flags) {
+    RefaceDxRow.UploadVoice = [](QWidget *, VoiceList &list, const VoiceObject *sent,
+                                 MidiPorts ports, int index, std::uint8_t flags) {
         received = std::to_string(ListCount(list)) + " rows, " +
-                   std::to_string(sent->bytes.size()) + " bytes, " + std::to_string(midiIn) +
-                   " to " + std::to_string(midiOut) + ", item " + std::to_string(index) +
+                   std::to_string(sent->bytes.size()) + " bytes, " + std::to_string(ports.in) +
+                   " to " + std::to_string(ports.out) + ", item " + std::to_string(index) +
                    ", flags " + std::to_string(flags);
         return 1;
     };
@@ -222,20 +224,20 @@ TEST_F(Audition, TheUploadGetsListVoicePortsPlaceAndNoPrompts) {
     ListAdd(list);
     ListAdd(list);
     ListSetVoice(list, 1, voice);
-    auto state = PrepareAudition(&list, nullptr, RefaceDxDriverId, in, out, 1);
+    auto state = PrepareAudition(&list, nullptr, RefaceDxDriverId, {in, out}, 1);
     ASSERT_TRUE(state.has_value());
     EXPECT_TRUE(OpenAudition(*state, nullptr));
     EXPECT_EQ(received, "2 rows, 208 bytes, 0 to 1, item 1, flags 0");
     CloseAudition(*state);
 
-    state = PrepareAudition(nullptr, &voice, RefaceDxDriverId, in, out, 0);
+    state = PrepareAudition(nullptr, &voice, RefaceDxDriverId, {in, out}, 0);
     EXPECT_TRUE(OpenAudition(*state, nullptr));
     EXPECT_EQ(received, "0 rows, 208 bytes, 0 to 1, item 0, flags 0");
     CloseAudition(*state);
 }
 
 TEST_F(Audition, AFailedUploadIsToldAndTheOpeningGoesOn) {
-    Dx7Row.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *, int, int, int,
+    Dx7Row.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *, MidiPorts, int,
                             std::uint8_t) { return 0; };
     desktop.ExpectMessage(NotUploaded);
     AuditionState state = Prepared();
@@ -249,7 +251,7 @@ TEST_F(Audition, ARowWithoutUploadAndAnIdWithoutRowCountAsAFailedUpload) {
     Dx7Row.UploadVoice = nullptr;
     for (const DriverId id : {Dx7DriverId, NoDriverId}) {
         desktop.ExpectMessage(NotUploaded);
-        auto state = PrepareAudition(nullptr, &voice, id, in, out, 0);
+        auto state = PrepareAudition(nullptr, &voice, id, {in, out}, 0);
         ASSERT_TRUE(state.has_value());
         EXPECT_FALSE(OpenAudition(*state, nullptr));
         CloseAudition(*state);
@@ -257,7 +259,7 @@ TEST_F(Audition, ARowWithoutUploadAndAnIdWithoutRowCountAsAFailedUpload) {
 }
 
 TEST_F(Audition, AnOutputThatDoesNotOpenIsToldAndNothingIsSent) {
-    Dx7Row.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *, int, int, int,
+    Dx7Row.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *, MidiPorts, int,
                             std::uint8_t) { return 1; };
     midi.devices[static_cast<std::size_t>(out)].opens = false;
     desktop.ExpectMessage(NotOpened);
@@ -271,7 +273,7 @@ TEST_F(Audition, AnOutputThatDoesNotOpenIsToldAndNothingIsSent) {
 TEST_F(Audition, WithoutAPortBothMessagesFollowEachOther) {
     desktop.ExpectMessage(NotUploaded);
     desktop.ExpectMessage(NotOpened);
-    auto state = PrepareAudition(nullptr, &voice, Dx7DriverId, -1, -1, 0);
+    auto state = PrepareAudition(nullptr, &voice, Dx7DriverId, {}, 0);
     ASSERT_TRUE(state.has_value());
     EXPECT_FALSE(OpenAudition(*state, nullptr));
     EndAudition(*state);
@@ -282,10 +284,10 @@ TEST_F(Audition, WithoutAPortBothMessagesFollowEachOther) {
 TEST_F(Audition, WithoutAVoiceNothingIsPrepared) {
     VoiceList list;
     ListAdd(list); // a row without a voice
-    EXPECT_FALSE(PrepareAudition(&list, nullptr, Dx7DriverId, in, out, 0).has_value());
-    EXPECT_FALSE(PrepareAudition(&list, nullptr, Dx7DriverId, in, out, 1).has_value());
-    EXPECT_FALSE(PrepareAudition(&list, nullptr, Dx7DriverId, in, out, -1).has_value());
-    EXPECT_FALSE(PrepareAudition(nullptr, nullptr, Dx7DriverId, in, out, 0).has_value());
+    EXPECT_FALSE(PrepareAudition(&list, nullptr, Dx7DriverId, {in, out}, 0).has_value());
+    EXPECT_FALSE(PrepareAudition(&list, nullptr, Dx7DriverId, {in, out}, 1).has_value());
+    EXPECT_FALSE(PrepareAudition(&list, nullptr, Dx7DriverId, {in, out}, -1).has_value());
+    EXPECT_FALSE(PrepareAudition(nullptr, nullptr, Dx7DriverId, {in, out}, 0).has_value());
 }
 
 TEST_F(Audition, AGivenVoiceGoesBeforeTheListsAndIsACopy) {
@@ -293,7 +295,7 @@ TEST_F(Audition, AGivenVoiceGoesBeforeTheListsAndIsACopy) {
     ListAdd(list);
     ListSetVoice(list, 0, MakeVoiceObject(Dx7DriverId, std::vector<std::uint8_t>(156, 1)));
     VoiceObject given = voice;
-    const auto state = PrepareAudition(&list, &given, Dx7DriverId, in, out, 0);
+    const auto state = PrepareAudition(&list, &given, Dx7DriverId, {in, out}, 0);
     given.bytes.clear();
     ASSERT_TRUE(state.has_value());
     EXPECT_EQ(state->voice, voice);

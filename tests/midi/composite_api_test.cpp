@@ -48,10 +48,10 @@ TEST(CompositeApi, LetsARealPortWinOverTheFirstOfTheSameName) {
     pair.first.AddOutput("reface DX");
     pair.second.AddInput("reface DX");
     pair.second.AddOutput("reface DX");
-    int in = -1, out = -1;
-    EXPECT_TRUE(FindPortsByName("reface DX", "reface DX", &in, &out));
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"reface DX", "reface DX"}, ports));
+    EXPECT_EQ(ports.in, 2);
+    EXPECT_EQ(ports.out, 3);
 }
 
 TEST(CompositeApi, CarriesAConversationAcrossBoth) {

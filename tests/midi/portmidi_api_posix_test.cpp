@@ -139,7 +139,8 @@ TEST(PortMidiApi, LeavesLinksAndSearchesWithoutAResult) {
         MidiLink link;
         EXPECT_EQ(MidiLinkOpen(link, true, 0, 0), 0);
         EXPECT_EQ(MidiLinkOpen(link, false, NoMidiDevice, NoMidiDevice), 0);
-        EXPECT_FALSE(FindPortsInsideClock("", "", nullptr, nullptr));
+        MidiPorts ports;
+        EXPECT_FALSE(FindPorts({}, ports));
     });
 }
 

@@ -426,109 +426,98 @@ TEST(NameContains, OfANameWithFewerThanNineCharactersFindsNoReface) {
 
 // Ports.
 
-TEST(FindPortsByName, GivesAnInputAndAnOutputOfTheSameNameTheirOwnIndices) {
+TEST(FindPorts, GivesAnInputAndAnOutputOfTheSameNameTheirOwnIndices) {
     FakeMidi midi;
     midi.AddOutput("Piano");
     midi.AddOutput("My Synth");
     midi.AddInput("My Synth");
-    int in = -1, out = -1;
-    EXPECT_TRUE(FindPortsByName("synth", "synth", &in, &out));
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 1);
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"synth", "synth"}, ports));
+    EXPECT_EQ(ports.in, 2);
+    EXPECT_EQ(ports.out, 1);
 }
 
-TEST(FindPortsByName, TakesTheLastMatch) {
+TEST(FindPorts, TakesTheLastMatch) {
     FakeMidi midi;
     for (int twin = 0; twin < 3; ++twin) {
         midi.AddInput("Synth");
         midi.AddOutput("Synth");
     }
     midi.AddInput("Other");
-    int in = -1, out = -1;
-    EXPECT_TRUE(FindPortsByName("Synth", "Synth", &in, &out));
-    EXPECT_EQ(in, 4);
-    EXPECT_EQ(out, 5);
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"Synth", "Synth"}, ports));
+    EXPECT_EQ(ports.in, 4);
+    EXPECT_EQ(ports.out, 5);
 }
 
-TEST(FindPortsByName, DoesNotTakeADeviceThatMatchesAsAnInputForAnOutput) {
+TEST(FindPorts, DoesNotTakeADeviceThatMatchesAsAnInputForAnOutput) {
     FakeMidi midi;
     midi.AddDevice({.name = "Synth", .input = true, .output = true});
-    int in = -1, out = -1;
-    EXPECT_FALSE(FindPortsByName("Synth", "Synth", &in, &out));
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, -1);
+    MidiPorts ports;
+    EXPECT_FALSE(FindPorts({"Synth", "Synth"}, ports));
+    EXPECT_EQ(ports.in, 0);
+    EXPECT_EQ(ports.out, -1);
 }
 
-TEST(FindPortsByName, TakesADeviceOfBothKindsForAnOutputWhenItsInputDoesNotMatch) {
+TEST(FindPorts, TakesADeviceOfBothKindsForAnOutputWhenItsInputDoesNotMatch) {
     FakeMidi midi;
     midi.AddDevice({.name = "Loud", .input = true, .output = true});
     midi.AddInput("Soft");
-    int in = -1, out = -1;
-    EXPECT_TRUE(FindPortsByName("Soft", "Loud", &in, &out));
-    EXPECT_EQ(in, 1);
-    EXPECT_EQ(out, 0);
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"Soft", "Loud"}, ports));
+    EXPECT_EQ(ports.in, 1);
+    EXPECT_EQ(ports.out, 0);
 }
 
-TEST(FindPortsByName, PassesOverIndicesWithoutADevice) {
+TEST(FindPorts, PassesOverIndicesWithoutADevice) {
     FakeMidi midi;
     midi.AddDevice({.name = "Synth", .input = true, .absent = true});
     midi.AddInput("Synth");
     midi.AddOutput("Synth");
     midi.AddDevice({.name = "Synth", .output = true, .absent = true});
-    int in = -1, out = -1;
-    EXPECT_TRUE(FindPortsByName("Synth", "Synth", &in, &out));
-    EXPECT_EQ(in, 1);
-    EXPECT_EQ(out, 2);
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"Synth", "Synth"}, ports));
+    EXPECT_EQ(ports.in, 1);
+    EXPECT_EQ(ports.out, 2);
 }
 
-TEST(FindPortsByName, LeavesWhatItDoesNotFindAsItWas) {
+TEST(FindPorts, LeavesWhatItDoesNotFindAsItWas) {
     FakeMidi midi;
     midi.AddOutput("Synth");
-    int in = 40, out = 41;
-    EXPECT_FALSE(FindPortsByName("Synth", "Synth", &in, &out));
-    EXPECT_EQ(in, 40);
-    EXPECT_EQ(out, 0);
+    MidiPorts ports{.in = 40, .out = 41};
+    EXPECT_FALSE(FindPorts({"Synth", "Synth"}, ports));
+    EXPECT_EQ(ports.in, 40);
+    EXPECT_EQ(ports.out, 0);
 }
 
-TEST(FindPortsByName, DoesWithoutPlacesToWriteTo) {
-    FakeMidi midi;
-    midi.AddInput("Synth");
-    midi.AddOutput("Synth");
-    EXPECT_TRUE(FindPortsByName("Synth", "Synth", nullptr, nullptr));
-}
-
-TEST(FindPortsByName, CountsTheDevicesAtEachStep) {
+TEST(FindPorts, CountsTheDevicesAtEachStep) {
     FakeMidi midi;
     midi.AddInput("A");
     midi.AddOutput("B");
     midi.recordEverything = true;
-    FindPortsByName("A", "B", nullptr, nullptr);
+    MidiPorts ports;
+    FindPorts({"A", "B"}, ports);
     EXPECT_EQ(midi.calls, (Calls{"Pm_CountDevices()", "Pm_GetDeviceInfo(0)", "Pm_CountDevices()",
                                  "Pm_GetDeviceInfo(1)", "Pm_CountDevices()"}));
 }
 
-TEST(FindPortsByName, AmongNoDevicesFindsNothing) {
+TEST(FindPorts, AmongNoDevicesFindsNothing) {
     FakeMidi midi;
-    EXPECT_FALSE(FindPortsByName("", "", nullptr, nullptr));
+    MidiPorts ports;
+    EXPECT_FALSE(FindPorts({}, ports));
+    EXPECT_EQ(ports, MidiPorts{});
 }
 
-TEST(FindPortsByName, WithEmptyPatternsTakesTheLastOfEach) {
+TEST(FindPorts, WithEmptyPatternsTakesTheLastOfEach) {
     FakeMidi midi;
     midi.AddInput("A");
     midi.AddOutput("B");
     midi.AddInput("");
     midi.AddOutput("D");
-    int in = -1, out = -1;
-    EXPECT_TRUE(FindPortsByName("", "", &in, &out));
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
-}
-
-TEST(FindPortsInsideClock, StartsAndStopsTheClockAroundTheSearch) {
-    FakeMidi midi;
-    midi.recordEverything = true;
-    EXPECT_FALSE(FindPortsInsideClock("A", "A", nullptr, nullptr));
-    EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_CountDevices()", "Pt_Stop()"}));
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"", ""}, ports));
+    EXPECT_EQ(ports.in, 2);
+    EXPECT_EQ(ports.out, 3);
 }
 
 // Writing.

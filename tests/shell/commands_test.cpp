@@ -182,7 +182,7 @@ TEST_F(CommandTest, TheDx7OffersUploadOnlyAsSoonAsTheListHoldsAnItem) {
 }
 
 TEST_F(CommandTest, TheRefaceDxOffersAllButUploadThoughItsRowCanUpload) {
-    RefaceDxRow.UploadBank = [](QWidget *, VoiceList &, int, int) { return 1; };
+    RefaceDxRow.UploadBank = [](QWidget *, VoiceList &, MidiPorts) { return 1; };
     CurrentDriverId = RefaceDxDriverId;
     for (int rows = 0; rows < 2; ++rows) {
         RefreshCommands();

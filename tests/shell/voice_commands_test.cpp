@@ -471,11 +471,11 @@ class UploadOne : public VoiceCommand {
 protected:
     void SetUp() override {
         VoiceCommand::SetUp();
-        Dx7Row.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *voice, int midiIn,
-                                int midiOut, int index, std::uint8_t flags) {
+        Dx7Row.UploadVoice = [](QWidget *, VoiceList &, const VoiceObject *voice, MidiPorts ports,
+                                int index, std::uint8_t flags) {
             Calls.push_back((voice ? VoiceObjectName(*voice) : "(no voice)") +
-                            (" " + std::to_string(midiIn)) + " " + std::to_string(midiOut) + " " +
-                            std::to_string(index) + " " + std::to_string(flags));
+                            (" " + std::to_string(ports.in)) + " " + std::to_string(ports.out) +
+                            " " + std::to_string(index) + " " + std::to_string(flags));
             return voice ? Answer : 0;
         };
     }
@@ -517,9 +517,9 @@ TEST_F(UploadOne, WithoutARowNothingHappens) {
 }
 
 TEST_F(VoiceCommand, UploadingTheListPlaysTheSoundOnSuccess) {
-    Dx7Row.UploadBank = [](QWidget *, VoiceList &list, int midiIn, int midiOut) {
-        Calls.push_back(std::to_string(ListCount(list)) + " " + std::to_string(midiIn) + " " +
-                        std::to_string(midiOut));
+    Dx7Row.UploadBank = [](QWidget *, VoiceList &list, MidiPorts ports) {
+        Calls.push_back(std::to_string(ListCount(list)) + " " + std::to_string(ports.in) + " " +
+                        std::to_string(ports.out));
         return Answer;
     };
     EXPECT_EQ(RunUpload(), 1);
@@ -535,7 +535,7 @@ class DownloadTest : public VoiceCommand {
 protected:
     void SetUp() override {
         VoiceCommand::SetUp();
-        Dx7Row.DownloadBank = [](QWidget *, VoiceList &list, int, int) {
+        Dx7Row.DownloadBank = [](QWidget *, VoiceList &list, MidiPorts) {
             Calls.push_back(std::to_string(UndoCount()));
             if (Answer) {
                 ListSetVoice(list, 0, VoiceObject(*ListVoice(list, 9)));
@@ -556,7 +556,7 @@ TEST_F(DownloadTest, FillsTheListBehindALevel) {
 }
 
 TEST_F(DownloadTest, TheVoiceThatIsSelectedAfterwardsCanBeCopied) {
-    Dx7Row.DownloadBank = [](QWidget *, VoiceList &list, int, int) {
+    Dx7Row.DownloadBank = [](QWidget *, VoiceList &list, MidiPorts) {
         ListSelect(list, 0);
         return 1;
     };
@@ -594,8 +594,8 @@ class EditTest : public VoiceCommand {
 protected:
     void SetUp() override {
         VoiceCommand::SetUp();
-        Dx7Row.EditVoice = [](QWidget *, VoiceObject &voice, int midiIn, int midiOut, int index) {
-            Calls.push_back(std::to_string(midiIn) + " " + std::to_string(midiOut) + " " +
+        Dx7Row.EditVoice = [](QWidget *, VoiceObject &voice, MidiPorts ports, int index) {
+            Calls.push_back(std::to_string(ports.in) + " " + std::to_string(ports.out) + " " +
                             std::to_string(index));
             MutablePayloadOf(voice)[145] = 'X';
             return Answer;
@@ -644,16 +644,12 @@ protected:
         SelectKeyboardMidiIn = "reface in";
         SelectKeyboardMidiOut = "reface out";
         SelectKeyboardAutodetect = 1;
-        RefaceDxRow.FindSynth = [](QWidget *, DriverId *driver, int *midiIn, int *midiOut,
-                                   std::uint32_t *firmware, const char *inPattern,
-                                   const char *outPattern, bool autodetect) {
-            Calls.push_back(std::string("find ") + inPattern + ", " + outPattern + ", " +
+        RefaceDxRow.FindSynth = [](QWidget *, FoundSynth &found, const PortNames &names,
+                                   bool autodetect) {
+            Calls.push_back(std::string("find ") + names.in + ", " + names.out + ", " +
                             std::to_string(autodetect));
             if (Answer) {
-                *driver = RefaceDxDriverId;
-                *midiIn = 7;
-                *midiOut = 8;
-                *firmware = 0x01000100;
+                found = {RefaceDxDriverId, {7, 8}, 0x01000100};
             }
             return Answer;
         };
@@ -737,8 +733,8 @@ TEST_F(FindTest, TheQuestionAboutChangesComesAheadOfTheBox) {
 }
 
 TEST_F(VoiceCommand, ConfigureCallsTheDriverWithItsPorts) {
-    Dx7Row.ConfigureSynth = [](QWidget *, int midiIn, int midiOut) {
-        Calls.push_back(std::to_string(midiIn) + " " + std::to_string(midiOut));
+    Dx7Row.ConfigureSynth = [](QWidget *, MidiPorts ports) {
+        Calls.push_back(std::to_string(ports.in) + " " + std::to_string(ports.out));
         return 1;
     };
     EXPECT_EQ(RunConfigure(), 1);

@@ -5,9 +5,8 @@
 
 namespace tonewright {
 
-int Dx7FindSynth(QWidget *, DriverId *driver, int *midiIn, int *midiOut, std::uint32_t *,
-                 const char *inPattern, const char *outPattern, bool) {
-    return FindSynthByName(Dx7DriverId, driver, midiIn, midiOut, inPattern, outPattern);
+int Dx7FindSynth(QWidget *, FoundSynth &found, const PortNames &names, bool) {
+    return FindSynthByName(Dx7DriverId, found, names);
 }
 
 } // namespace tonewright

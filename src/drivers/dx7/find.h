@@ -1,18 +1,12 @@
 // Looks for a DX7, TX7 or Volca FM among the MIDI ports.
 #pragma once
 
-#include "core/voice_object.h"
-
-#include <cstdint>
-
-class QWidget;
+#include "core/synth_driver.h"
 
 namespace tonewright {
 
 // Operation of the DX7 row; see core/synth_driver.h. The ports are taken by their names only, for
-// these instruments answer nothing; `firmware` and `autodetect` are not used.
-int Dx7FindSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
-                 std::uint32_t *firmware, const char *inPattern, const char *outPattern,
-                 bool autodetect);
+// these instruments answer nothing; `autodetect` is not used, and no firmware is found.
+int Dx7FindSynth(QWidget *window, FoundSynth &found, const PortNames &names, bool autodetect);
 
 } // namespace tonewright

@@ -64,9 +64,9 @@ void ShowInstrument(QWidget *window) {
 
 } // namespace
 
-int Dx7UploadBank(QWidget *window, VoiceList &list, int, int midiOut) {
+int Dx7UploadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     MidiLink link;
-    if (!MidiLinkOpen(link, false, NoMidiDevice, midiOut)) {
+    if (!MidiLinkOpen(link, false, NoMidiDevice, ports.out)) {
         return 0;
     }
     ListEnable(list, false);
@@ -89,10 +89,10 @@ int Dx7UploadBank(QWidget *window, VoiceList &list, int, int midiOut) {
     return 1;
 }
 
-int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int, int midiOut,
+int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, MidiPorts ports,
                    int index, std::uint8_t flags) {
     MidiLink link;
-    if (!MidiLinkOpen(link, false, NoMidiDevice, midiOut)) {
+    if (!MidiLinkOpen(link, false, NoMidiDevice, ports.out)) {
         return 0;
     }
     ListEnable(list, false);

@@ -7,6 +7,7 @@
 // the bank, which is packed, silences it.
 #pragma once
 
+#include "core/midi_ports.h"
 #include "core/voice_list.h"
 
 #include <cstdint>
@@ -19,8 +20,8 @@ constexpr std::size_t Dx7VoiceDumpSize = 163;
 
 // Operations of the DX7 row; see core/synth_driver.h. Both return 0 when the output does not open,
 // else 1: whether the writes worked is not known.
-int Dx7UploadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut);
-int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
-                   int midiOut, int index, std::uint8_t flags);
+int Dx7UploadBank(QWidget *window, VoiceList &list, MidiPorts ports);
+int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, MidiPorts ports,
+                   int index, std::uint8_t flags);
 
 } // namespace tonewright

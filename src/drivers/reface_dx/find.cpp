@@ -23,7 +23,7 @@ enum class Reply {
 
 // One exchange with the ports found. A reface DX that is recognised writes driver and firmware, and
 // counts as no answer all the same.
-Reply AskIdentity(const MidiLink &link, DriverId *driver, std::uint32_t *firmware) {
+Reply AskIdentity(const MidiLink &link, FoundSynth &found) {
     if (WriteSysex(link.output, IdentityRequest) != 0) {
         return Reply::None;
     }
@@ -33,40 +33,34 @@ Reply AskIdentity(const MidiLink &link, DriverId *driver, std::uint32_t *firmwar
         return Reply::None;
     }
     if (reply[5] == 0x43 && reply[6] == 0x00 && reply[7] == 0x41) {
-        if (firmware) {
-            *firmware = FirmwareBase + (std::uint32_t{reply[10]} << 8);
-        }
+        found.firmware = FirmwareBase + (std::uint32_t{reply[10]} << 8);
         if (reply[8] == 0x53 && reply[9] == 0x06) {
-            if (driver) {
-                *driver = RefaceDxDriverId;
-            }
+            found.driver = RefaceDxDriverId;
             return Reply::None;
         }
     }
     return reply[8] == 0x01 && reply[9] == 0x00 ? Reply::Stopped : Reply::None;
 }
 
-Reply RunPass(const char *pattern, DriverId *driver, int *midiIn, int *midiOut,
-              std::uint32_t *firmware) {
-    int foundIn = NoMidiDevice;
-    int foundOut = NoMidiDevice;
-    const bool both = FindPortsByName(pattern, pattern, &foundIn, &foundOut);
-    if (midiIn && foundIn != NoMidiDevice) {
-        *midiIn = foundIn;
+Reply RunPass(const char *pattern, FoundSynth &found) {
+    MidiPorts ports;
+    const bool both = FindPorts({pattern, pattern}, ports);
+    if (ports.in != NoMidiDevice) {
+        found.ports.in = ports.in;
     }
-    if (midiOut && foundOut != NoMidiDevice) {
-        *midiOut = foundOut;
+    if (ports.out != NoMidiDevice) {
+        found.ports.out = ports.out;
     }
     if (!both) {
         return Reply::None;
     }
     MidiLink link;
-    if (TheMidi.Pm_OpenInput(&link.input, foundIn, MidiInputBufferSize) != 0) {
+    if (TheMidi.Pm_OpenInput(&link.input, ports.in, MidiInputBufferSize) != 0) {
         return Reply::None;
     }
     Reply reply = Reply::None;
-    if (TheMidi.Pm_OpenOutput(&link.output, foundOut, MidiOutputBufferSize, MidiLatency) == 0) {
-        reply = AskIdentity(link, driver, firmware);
+    if (TheMidi.Pm_OpenOutput(&link.output, ports.out, MidiOutputBufferSize, MidiLatency) == 0) {
+        reply = AskIdentity(link, found);
     } else {
         link.output = NoMidiStream;
     }
@@ -83,15 +77,13 @@ Reply RunPass(const char *pattern, DriverId *driver, int *midiIn, int *midiOut,
 
 } // namespace
 
-int RefaceDxFindSynth(QWidget *, DriverId *driver, int *midiIn, int *midiOut,
-                      std::uint32_t *firmware, const char *inPattern, const char *outPattern,
-                      bool autodetect) {
+int RefaceDxFindSynth(QWidget *, FoundSynth &found, const PortNames &names, bool autodetect) {
     if (!autodetect) {
-        return FindSynthByName(RefaceDxDriverId, driver, midiIn, midiOut, inPattern, outPattern);
+        return FindSynthByName(RefaceDxDriverId, found, names);
     }
     TheMidi.Pt_Start(MidiClockResolution);
     for (const char *pattern : PortPatterns) {
-        if (RunPass(pattern, driver, midiIn, midiOut, firmware) == Reply::Stopped) {
+        if (RunPass(pattern, found) == Reply::Stopped) {
             return 1;
         }
     }

@@ -1,9 +1,7 @@
 // Looks for a reface DX among the MIDI ports.
 #pragma once
 
-#include "core/voice_object.h"
-
-class QWidget;
+#include "core/synth_driver.h"
 
 namespace tonewright {
 
@@ -11,9 +9,7 @@ namespace tonewright {
 // by their names. With it, ports named "reface DX" and then ports named "USB Audio Device" are
 // asked for their identity (universal identity request). The second pass runs also when the first
 // has found the instrument, and may write its own ports; the result is then 0 and the success is in
-// *driver. A reply whose bytes 8 and 9 are 01 00 ends the search with 1, and no driver is written.
-int RefaceDxFindSynth(QWidget *window, DriverId *driver, int *midiIn, int *midiOut,
-                      std::uint32_t *firmware, const char *inPattern, const char *outPattern,
-                      bool autodetect);
+// `found`. A reply whose bytes 8 and 9 are 01 00 ends the search with 1, and no driver is written.
+int RefaceDxFindSynth(QWidget *window, FoundSynth &found, const PortNames &names, bool autodetect);
 
 } // namespace tonewright

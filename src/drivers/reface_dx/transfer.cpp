@@ -97,8 +97,8 @@ void SendVoice(const MidiLink &link, const VoiceObject &voice) {
 }
 
 // Opens the link and saves the settings. 0 after closing it again.
-int Begin(QWidget *window, MidiLink &link, int midiIn, int midiOut, RefaceSystem saved) {
-    if (!MidiLinkOpen(link, true, midiIn, midiOut)) {
+int Begin(QWidget *window, MidiLink &link, MidiPorts ports, RefaceSystem saved) {
+    if (!MidiLinkOpen(link, true, ports.in, ports.out)) {
         return 0;
     }
     if (!ReadSystemCommon(link, saved)) {
@@ -201,10 +201,10 @@ int WriteSystemCommon(const MidiLink &link, RefaceSystemConst system) {
     return 1;
 }
 
-int RefaceDownloadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut) {
+int RefaceDownloadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     MidiLink link;
     std::array<std::uint8_t, RefaceSystemSize> saved = {};
-    if (!Begin(window, link, midiIn, midiOut, saved)) {
+    if (!Begin(window, link, ports, saved)) {
         return 0;
     }
     ShowBusyBox(window, "Downloading voices");
@@ -231,10 +231,10 @@ int RefaceDownloadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut
     return 1;
 }
 
-int RefaceUploadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut) {
+int RefaceUploadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     MidiLink link;
     std::array<std::uint8_t, RefaceSystemSize> saved = {};
-    if (!Begin(window, link, midiIn, midiOut, saved)) {
+    if (!Begin(window, link, ports, saved)) {
         return 0;
     }
     PrepareInstrument(link, true);
@@ -250,11 +250,11 @@ int RefaceUploadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut) 
     return 1;
 }
 
-int RefaceUploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
-                      int midiOut, int index, std::uint8_t flags) {
+int RefaceUploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, MidiPorts ports,
+                      int index, std::uint8_t flags) {
     MidiLink link;
     std::array<std::uint8_t, RefaceSystemSize> saved = {};
-    if (!Begin(window, link, midiIn, midiOut, saved)) {
+    if (!Begin(window, link, ports, saved)) {
         return 0;
     }
     WriteShort(link.output, ControlChange, OmniOff, 0);

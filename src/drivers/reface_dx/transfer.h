@@ -38,11 +38,11 @@ int WriteSystemCommon(const MidiLink &link, RefaceSystemConst system);
 
 // Fills the list with the 32 voices of the instrument. A voice that does not arrive in time stays
 // as far as it came.
-int RefaceDownloadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut);
+int RefaceDownloadBank(QWidget *window, VoiceList &list, MidiPorts ports);
 // Sends the first voice of the list, in spite of its name, and leaves the list disabled.
-int RefaceUploadBank(QWidget *window, VoiceList &list, int midiIn, int midiOut);
+int RefaceUploadBank(QWidget *window, VoiceList &list, MidiPorts ports);
 // Sends a voice into the edit buffer. Bit 0 of `flags`: tells the user how to store it.
-int RefaceUploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, int midiIn,
-                      int midiOut, int index, std::uint8_t flags);
+int RefaceUploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, MidiPorts ports,
+                      int index, std::uint8_t flags);
 
 } // namespace tonewright

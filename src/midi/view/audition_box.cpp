@@ -220,8 +220,8 @@ private:
 } // namespace
 
 int AuditionBox(QWidget *owner, VoiceList *list, const VoiceObject *voice, DriverId driverId,
-                int midiIn, int midiOut, int itemIndex) {
-    auto state = PrepareAudition(list, voice, driverId, midiIn, midiOut, itemIndex);
+                MidiPorts ports, int itemIndex) {
+    auto state = PrepareAudition(list, voice, driverId, ports, itemIndex);
     if (!state) {
         return 0;
     }

@@ -149,7 +149,7 @@ void MainWindow::ConnectShell() {
         }
     };
     TheShellWindow.ShowAuditionBox = [this](int row) {
-        return AuditionBox(this, &MainList, nullptr, CurrentDriverId, MidiInPort, MidiOutPort, row);
+        return AuditionBox(this, &MainList, nullptr, CurrentDriverId, CurrentMidiPorts(), row);
     };
     TheShellWindow.ShowSelectSynthBox = [this] {
         return SelectSynthesizer(this, CurrentSelectParams());

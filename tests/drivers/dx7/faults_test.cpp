@@ -75,10 +75,10 @@ struct Session {
     ~Session() { TheMidi = {}; }
 
     int Out() const { return 2 * static_cast<int>(instrument) + 1; }
-    int UploadBank() { return Dx7UploadBank(nullptr, list, Out() - 1, Out()); }
+    int UploadBank() { return Dx7UploadBank(nullptr, list, {Out() - 1, Out()}); }
     int UploadVoice(std::uint8_t flags) {
         const VoiceObject object = MakeVoiceObject(Dx7DriverId, voice);
-        return Dx7UploadVoice(nullptr, list, &object, Out() - 1, Out(), 0, flags);
+        return Dx7UploadVoice(nullptr, list, &object, {Out() - 1, Out()}, 0, flags);
     }
     void ExpectPrompts() {
         desktop.ExpectMessage(BeforePrompt);
@@ -131,8 +131,8 @@ TEST(Dx7Faults, AnOutputThatDoesNotOpenEndsTheUploadsInSilence) {
 TEST(Dx7Faults, NoOutputAtAllEndsTheUploadsInSilence) {
     for (const int out : {-1, 0, 2, 99}) { // none, two inputs, none
         Session session(BuiltinInstrument::Dx7);
-        EXPECT_EQ(Dx7UploadBank(nullptr, session.list, 0, out), 0);
-        EXPECT_EQ(Dx7UploadVoice(nullptr, session.list, nullptr, 0, out, 0, 1), 0);
+        EXPECT_EQ(Dx7UploadBank(nullptr, session.list, {0, out}), 0);
+        EXPECT_EQ(Dx7UploadVoice(nullptr, session.list, nullptr, {0, out}, 0, 1), 0);
         session.ExpectNothingTouched();
     }
 }
@@ -241,8 +241,8 @@ TEST(Dx7Faults, PortsAreFoundByNameWhateverTheirFault) {
             SCOPED_TRACE(&fault - faults);
             Session session(instrument, fault);
             SynthFirmware = 0x77;
-            const int result = FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort,
-                                                &MidiOutPort, &SynthFirmware, name, name);
+            SelectKeyboardMidiIn = SelectKeyboardMidiOut = name;
+            const int result = FindCurrentSynth(nullptr);
             EXPECT_EQ(result, 1);
             EXPECT_EQ(CurrentDriverId, Dx7DriverId);
             // A twin stands behind all others and wins.

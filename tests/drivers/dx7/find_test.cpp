@@ -15,13 +15,10 @@ using Calls = std::vector<std::string>;
 
 struct Dx7Find : testing::Test {
     FakeMidi midi;
-    DriverId driver = NoDriverId;
-    int in = -1, out = -1;
-    std::uint32_t firmware = 0x11;
+    FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = 0x11};
 
     int Find(const char *inPattern, const char *outPattern, bool autodetect = false) {
-        return Dx7FindSynth(nullptr, &driver, &in, &out, &firmware, inPattern, outPattern,
-                            autodetect);
+        return Dx7FindSynth(nullptr, found, {inPattern, outPattern}, autodetect);
     }
 };
 
@@ -29,10 +26,10 @@ TEST_F(Dx7Find, TakesThePortsByTheirNames) {
     midi.AddInput("UM-ONE MIDI 1");
     midi.AddOutput("UM-ONE MIDI 1");
     EXPECT_EQ(Find("um-one", "ONE midi"), 1);
-    EXPECT_EQ(driver, Dx7DriverId);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 1);
-    EXPECT_EQ(firmware, 0x11u) << "it is never asked for";
+    EXPECT_EQ(found.driver, Dx7DriverId);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, 1);
+    EXPECT_EQ(found.firmware, 0x11u) << "it is never asked for";
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pt_Stop()"})) << "nothing is opened";
 }
 
@@ -42,39 +39,33 @@ TEST_F(Dx7Find, TakesTheLaterOfTwoPortsThatMatch) {
     midi.AddInput("Port 2");
     midi.AddOutput("Port 2");
     EXPECT_EQ(Find("Port", "Port"), 1);
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
+    EXPECT_EQ(found.ports.in, 2);
+    EXPECT_EQ(found.ports.out, 3);
 }
 
 TEST_F(Dx7Find, WithOnlyTheInputFoundFailsAndKeepsItsNumber) {
     midi.AddOutput("Other");
     midi.AddInput("Port");
     EXPECT_EQ(Find("Port", "Port"), 0);
-    EXPECT_EQ(in, 1);
-    EXPECT_EQ(out, -1);
-    EXPECT_EQ(driver, NoDriverId);
+    EXPECT_EQ(found.ports.in, 1);
+    EXPECT_EQ(found.ports.out, -1);
+    EXPECT_EQ(found.driver, NoDriverId);
 }
 
 TEST_F(Dx7Find, WithOnlyTheOutputFoundFailsAndKeepsItsNumber) {
     midi.AddOutput("Port");
     EXPECT_EQ(Find("Port", "Port"), 0);
-    EXPECT_EQ(in, -1);
-    EXPECT_EQ(out, 0);
-    EXPECT_EQ(driver, NoDriverId);
+    EXPECT_EQ(found.ports.in, -1);
+    EXPECT_EQ(found.ports.out, 0);
+    EXPECT_EQ(found.driver, NoDriverId);
 }
 
 TEST_F(Dx7Find, LooksPastTheAutodetectFlag) {
     midi.AddInput("reface DX");
     midi.AddOutput("reface DX");
     EXPECT_EQ(Find("UM-ONE", "UM-ONE", true), 0);
-    EXPECT_EQ(in, -1);
+    EXPECT_EQ(found.ports.in, -1);
     EXPECT_TRUE(midi.written.empty());
-}
-
-TEST_F(Dx7Find, DoesWithoutPlacesToWriteTo) {
-    midi.AddInput("Port");
-    midi.AddOutput("Port");
-    EXPECT_EQ(Dx7FindSynth(nullptr, nullptr, nullptr, nullptr, nullptr, "Port", "Port", false), 1);
 }
 
 TEST_F(Dx7Find, AmongNoDevicesFails) {

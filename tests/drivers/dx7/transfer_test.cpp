@@ -78,9 +78,9 @@ struct Dx7Transfer : testing::Test {
         midi.calls.clear();
     }
 
-    int UploadBank() { return Dx7UploadBank(nullptr, list, NoMidiDeviceIn, out); }
+    int UploadBank() { return Dx7UploadBank(nullptr, list, {NoMidiDeviceIn, out}); }
     int UploadVoice(const VoiceObject *voice, int index, std::uint8_t flags) {
-        return Dx7UploadVoice(nullptr, list, voice, NoMidiDeviceIn, out, index, flags);
+        return Dx7UploadVoice(nullptr, list, voice, {NoMidiDeviceIn, out}, index, flags);
     }
     static constexpr int NoMidiDeviceIn = -1;
 };
@@ -244,7 +244,7 @@ TEST_F(Dx7Transfer, BankToAnOutputThatDoesNotOpenDoesNothing) {
 }
 
 TEST_F(Dx7Transfer, BankToNoDeviceFails) {
-    EXPECT_EQ(Dx7UploadBank(nullptr, list, 0, -1), 0);
+    EXPECT_EQ(Dx7UploadBank(nullptr, list, {0, -1}), 0);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenOutput(-1, 0, 0)", "Pt_Stop()"}));
 }
 
@@ -447,7 +447,7 @@ TEST_F(Dx7Transfer, VoiceToAnOutputThatDoesNotOpenDoesNothing) {
 }
 
 TEST_F(Dx7Transfer, VoiceToNoDeviceFails) {
-    EXPECT_EQ(Dx7UploadVoice(nullptr, list, nullptr, -1, -1, 0, 1), 0);
+    EXPECT_EQ(Dx7UploadVoice(nullptr, list, nullptr, {}, 0, 1), 0);
 }
 
 TEST_F(Dx7Transfer, VoiceGoesOnBehindAWriteThatFailsAtEachPlace) {
@@ -467,7 +467,7 @@ TEST_F(Dx7Transfer, VoiceGoesOnBehindAWriteThatFailsAtEachPlace) {
 TEST_F(Dx7Transfer, VoiceGoesThroughTheRowOfItsDriver) {
     CurrentDriverId = NoDriverId; // the title follows the current driver, the dump the given one
     const VoiceObject voice = PianoVoice();
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, Dx7DriverId, -1, out, 0, 0), 1);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, Dx7DriverId, {-1, out}, 0, 0), 1);
     EXPECT_EQ(midi.WrittenBytes()[1], PianoDump());
     EXPECT_EQ(desktop.statusTexts,
               (std::vector<std::string>{"Unknown or unrecognized synthesizer"}));

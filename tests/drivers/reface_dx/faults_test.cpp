@@ -167,9 +167,9 @@ struct Session {
         MidiLinkClose(link);
         return result;
     }
-    int Download() { return RefaceDownloadBank(nullptr, list, In, Out); }
-    int UploadBank() { return RefaceUploadBank(nullptr, list, In, Out); }
-    int UploadVoice() { return RefaceUploadVoice(nullptr, list, nullptr, In, Out, 0, 1); }
+    int Download() { return RefaceDownloadBank(nullptr, list, {In, Out}); }
+    int UploadBank() { return RefaceUploadBank(nullptr, list, {In, Out}); }
+    int UploadVoice() { return RefaceUploadVoice(nullptr, list, nullptr, {In, Out}, 0, 1); }
 };
 
 constexpr const char *InvalidSystem = "Invalid system common.";
@@ -240,9 +240,9 @@ TEST(RefaceFaults, APortThatDoesNotOpenEndsEachOperationInSilence) {
 TEST(RefaceFaults, NoPortsAtAllEndEachOperationInSilence) {
     for (const auto &[in, out] : {std::pair{-1, -1}, {In, -1}, {-1, Out}, {Out, In}, {99, 99}}) {
         Session session;
-        EXPECT_EQ(RefaceDownloadBank(nullptr, session.list, in, out), 0);
-        EXPECT_EQ(RefaceUploadBank(nullptr, session.list, in, out), 0);
-        EXPECT_EQ(RefaceUploadVoice(nullptr, session.list, nullptr, in, out, 0, 1), 0);
+        EXPECT_EQ(RefaceDownloadBank(nullptr, session.list, {in, out}), 0);
+        EXPECT_EQ(RefaceUploadBank(nullptr, session.list, {in, out}), 0);
+        EXPECT_EQ(RefaceUploadVoice(nullptr, session.list, nullptr, {in, out}, 0, 1), 0);
         session.ExpectNothingTouched();
     }
 }
@@ -804,14 +804,12 @@ TEST(RefaceFaults, DetectionAgainstEachFault) {
     for (const FindCase &row : FindCases()) {
         SCOPED_TRACE(row.name);
         Session session(row.faults);
-        DriverId driver = NoDriverId;
-        int in = -1, out = -1;
-        std::uint32_t firmware = 0x77;
-        EXPECT_EQ(RefaceDxFindSynth(nullptr, &driver, &in, &out, &firmware, "", "", true), 0);
-        EXPECT_EQ(driver, row.found ? RefaceDxDriverId : NoDriverId);
-        EXPECT_EQ(in, row.in);
-        EXPECT_EQ(out, row.out);
-        EXPECT_EQ(firmware, row.firmware);
+        FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = 0x77};
+        EXPECT_EQ(RefaceDxFindSynth(nullptr, found, {}, true), 0);
+        EXPECT_EQ(found.driver, row.found ? RefaceDxDriverId : NoDriverId);
+        EXPECT_EQ(found.ports.in, row.in);
+        EXPECT_EQ(found.ports.out, row.out);
+        EXPECT_EQ(found.firmware, row.firmware);
         EXPECT_GE(session.Milliseconds(), row.milliseconds);
         EXPECT_LE(session.Milliseconds(), row.milliseconds + 5);
         session.ExpectNothingTouched();
@@ -826,8 +824,8 @@ TEST(RefaceFaults, FindingTheCurrentInstrumentAgainstEachFault) {
             SynthFirmware = 0x77;
             MidiInPort = MidiOutPort = 70;
             SelectKeyboardAutodetect = autodetect;
-            const int result = FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort,
-                                                &MidiOutPort, &SynthFirmware, "reface", "reface");
+            SelectKeyboardMidiIn = SelectKeyboardMidiOut = "reface";
+            const int result = FindCurrentSynth(nullptr);
             // Found by its name an instrument is not asked, so that no fault shows.
             const bool found = row.found || !autodetect;
             EXPECT_EQ(result, autodetect ? 0 : 1);

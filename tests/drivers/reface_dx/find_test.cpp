@@ -23,18 +23,12 @@ const Bytes RefaceDxReply = {0xF0, 0x7E, 0x7F, 0x06, 0x02, 0x43, 0x00, 0x41,
 
 struct RefaceFind : testing::Test {
     FakeMidi midi;
-    DriverId driver = NoDriverId;
-    int in = -1, out = -1;
-    std::uint32_t firmware = 0x11;
+    FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = 0x11};
     int requests = 0;
 
-    int Detect() {
-        return RefaceDxFindSynth(nullptr, &driver, &in, &out, &firmware, "stored in", "stored out",
-                                 true);
-    }
+    int Detect() { return RefaceDxFindSynth(nullptr, found, {"stored in", "stored out"}, true); }
     int FindByName(const char *inPattern, const char *outPattern) {
-        return RefaceDxFindSynth(nullptr, &driver, &in, &out, &firmware, inPattern, outPattern,
-                                 false);
+        return RefaceDxFindSynth(nullptr, found, {inPattern, outPattern}, false);
     }
     // Adds an input and an output of one name; the index of the input.
     int AddPair(const std::string &name) {
@@ -56,8 +50,8 @@ struct RefaceFind : testing::Test {
         };
     }
     void ExpectNothingFound() {
-        EXPECT_EQ(driver, NoDriverId);
-        EXPECT_EQ(firmware, 0x11u);
+        EXPECT_EQ(found.driver, NoDriverId);
+        EXPECT_EQ(found.firmware, 0x11u);
     }
 };
 
@@ -66,10 +60,10 @@ struct RefaceFind : testing::Test {
 TEST_F(RefaceFind, ByStoredNamesTakesThePortsAndAsksNothing) {
     AddPair("My reface");
     EXPECT_EQ(FindByName("reface", "REFACE"), 1);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 1);
-    EXPECT_EQ(firmware, 0x11u);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, 1);
+    EXPECT_EQ(found.firmware, 0x11u);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pt_Stop()"}));
 }
 
@@ -77,30 +71,24 @@ TEST_F(RefaceFind, ByStoredNamesTakesTheLastMatch) {
     AddPair("Port 1");
     AddPair("Port 2");
     EXPECT_EQ(FindByName("Port", "Port"), 1);
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
+    EXPECT_EQ(found.ports.in, 2);
+    EXPECT_EQ(found.ports.out, 3);
 }
 
 TEST_F(RefaceFind, ByStoredNamesWithOnePortFailsAndKeepsIt) {
     midi.AddInput("Port");
     EXPECT_EQ(FindByName("Port", "Port"), 0);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, -1);
-    EXPECT_EQ(driver, NoDriverId);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, -1);
+    EXPECT_EQ(found.driver, NoDriverId);
 }
 
 TEST_F(RefaceFind, ByEmptyNamesTakesTheLastPorts) {
     AddPair("A");
     AddPair("B");
     EXPECT_EQ(FindByName("", ""), 1);
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
-}
-
-TEST_F(RefaceFind, ByStoredNamesDoesWithoutPlacesToWriteTo) {
-    AddPair("Port");
-    EXPECT_EQ(RefaceDxFindSynth(nullptr, nullptr, nullptr, nullptr, nullptr, "Port", "Port", false),
-              1);
+    EXPECT_EQ(found.ports.in, 2);
+    EXPECT_EQ(found.ports.out, 3);
 }
 
 // Detection.
@@ -108,11 +96,11 @@ TEST_F(RefaceFind, ByStoredNamesDoesWithoutPlacesToWriteTo) {
 TEST_F(RefaceFind, RecognisesAnInstrumentAndStillAnswersZero) {
     AnswerAt(AddPair("reface DX"), RefaceDxReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 1);
-    EXPECT_EQ(firmware, 0x10300u);
-    EXPECT_STREQ(SynthTitle(driver, firmware), "Yamaha reface DX version 01.30");
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, 1);
+    EXPECT_EQ(found.firmware, 0x10300u);
+    EXPECT_STREQ(SynthTitle(found.driver, found.firmware), "Yamaha reface DX version 01.30");
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenInput(0, 512)", "Pm_OpenOutput(1, 0, 0)",
                                  "Pm_WriteSysEx(1, 0, F0 7E 00 06 01 F7)", "Pm_Close(1)",
                                  "Pm_Close(0)", "Pt_Stop()"}));
@@ -122,10 +110,10 @@ TEST_F(RefaceFind, AsksTheSecondNameWhenThereIsNoFirst) {
     AddPair("Keyboard");
     AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
-    EXPECT_EQ(firmware, 0x10300u);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 2);
+    EXPECT_EQ(found.ports.out, 3);
+    EXPECT_EQ(found.firmware, 0x10300u);
     EXPECT_EQ(requests, 1);
 }
 
@@ -133,10 +121,10 @@ TEST_F(RefaceFind, EndsWithThePortsOfTheSecondNameAlsoBehindASuccess) {
     AnswerAt(AddPair("reface DX"), RefaceDxReply);
     AddPair("USB Audio Device"); // stays silent
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
-    EXPECT_EQ(firmware, 0x10300u);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 2);
+    EXPECT_EQ(found.ports.out, 3);
+    EXPECT_EQ(found.firmware, 0x10300u);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenInput(0, 512)", "Pm_OpenOutput(1, 0, 0)",
                                  "Pm_WriteSysEx(1, 0, F0 7E 00 06 01 F7)", "Pm_Close(1)",
                                  "Pm_Close(0)", "Pm_OpenInput(2, 512)", "Pm_OpenOutput(3, 0, 0)",
@@ -151,8 +139,8 @@ TEST_F(RefaceFind, TakesTheVersionOfTheLastOneThatAnswers) {
     AnswerAt(AddPair("USB Audio Device"), other);
     EXPECT_EQ(Detect(), 0);
     EXPECT_EQ(requests, 2);
-    EXPECT_EQ(firmware, 0x10900u);
-    EXPECT_EQ(in, 2);
+    EXPECT_EQ(found.firmware, 0x10900u);
+    EXPECT_EQ(found.ports.in, 2);
 }
 
 TEST_F(RefaceFind, ShowsAByteOfTwoAsVersionOneTwenty) {
@@ -160,14 +148,14 @@ TEST_F(RefaceFind, ShowsAByteOfTwoAsVersionOneTwenty) {
     reply[10] = 0x02;
     AnswerAt(AddPair("reface DX"), reply);
     Detect();
-    EXPECT_EQ(firmware, 0x10200u);
-    EXPECT_STREQ(SynthTitle(driver, firmware), "Yamaha reface DX version 01.20");
+    EXPECT_EQ(found.firmware, 0x10200u);
+    EXPECT_STREQ(SynthTitle(found.driver, found.firmware), "Yamaha reface DX version 01.20");
 }
 
 TEST_F(RefaceFind, AmongNoDevicesAnswersZero) {
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(in, -1);
-    EXPECT_EQ(out, -1);
+    EXPECT_EQ(found.ports.in, -1);
+    EXPECT_EQ(found.ports.out, -1);
     ExpectNothingFound();
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pt_Stop()"}));
 }
@@ -176,24 +164,24 @@ TEST_F(RefaceFind, DetectionLooksPastTheStoredNames) {
     AddPair("stored in");
     AddPair("stored out");
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(in, -1);
-    EXPECT_EQ(out, -1);
+    EXPECT_EQ(found.ports.in, -1);
+    EXPECT_EQ(found.ports.out, -1);
 }
 
 TEST_F(RefaceFind, MatchesTheNameAtAnyPlaceAndInAnyCase) {
     AnswerAt(AddPair("Yamaha REFACE dx MIDI 1"), RefaceDxReply);
     AddPair("reface D");
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 0);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 0);
 }
 
 TEST_F(RefaceFind, KeepsThePortsOfAnInstrumentThatDoesNotAnswer) {
     AddPair("reface DX");
     SysexWait = 1500;
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 1);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, 1);
     ExpectNothingFound();
     EXPECT_EQ(midi.now, 1500);
 }
@@ -201,8 +189,8 @@ TEST_F(RefaceFind, KeepsThePortsOfAnInstrumentThatDoesNotAnswer) {
 TEST_F(RefaceFind, WritesASinglePortButAsksNothing) {
     midi.AddInput("reface DX");
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, -1);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, -1);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pt_Stop()"}));
 }
 
@@ -210,9 +198,9 @@ TEST_F(RefaceFind, ASinglePortOfTheSecondNameReplacesItsPartner) {
     AnswerAt(AddPair("reface DX"), RefaceDxReply);
     midi.AddOutput("USB Audio Device");
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 2);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, 2);
     EXPECT_EQ(requests, 1);
 }
 
@@ -220,8 +208,8 @@ TEST_F(RefaceFind, AsksTheLastOfSeveralInstruments) {
     AddPair("reface DX");
     AnswerAt(AddPair("reface DX"), RefaceDxReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 2);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 2);
     EXPECT_EQ(requests, 1);
 }
 
@@ -230,7 +218,7 @@ TEST_F(RefaceFind, GoesOnToTheSecondNameWhenTheInputDoesNotOpen) {
     midi.devices[0].opens = false;
     AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenInput(0, 512)", "Pm_OpenInput(2, 512)",
                                  "Pm_OpenOutput(3, 0, 0)", "Pm_WriteSysEx(3, 0, F0 7E 00 06 01 F7)",
                                  "Pm_Close(3)", "Pm_Close(2)", "Pt_Stop()"}));
@@ -252,8 +240,8 @@ TEST_F(RefaceFind, DoesNotWaitBehindARequestThatFailed) {
     midi.recordEverything = true;
     EXPECT_EQ(Detect(), 0);
     EXPECT_EQ(std::ranges::count(midi.calls, "Pm_Poll(0)"), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 2);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 2);
 }
 
 TEST_F(RefaceFind, ClosesEverythingWhenEveryRequestFails) {
@@ -275,8 +263,8 @@ TEST_F(RefaceFind, JudgesAReplyOfFifteenBytesWithoutAnEnd) {
     reply.push_back(0x00);
     AnswerAt(AddPair("reface DX"), reply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(firmware, 0x10300u);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.firmware, 0x10300u);
 }
 
 TEST_F(RefaceFind, DoesNotKnowAReplyBehindANote) {
@@ -302,8 +290,8 @@ TEST_F(RefaceFind, KeepsTheVersionOfAnotherInstrumentOfTheMaker) {
     reply[8] = 0x52; // another member of the family
     AnswerAt(AddPair("reface DX"), reply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, NoDriverId);
-    EXPECT_EQ(firmware, 0x10300u);
+    EXPECT_EQ(found.driver, NoDriverId);
+    EXPECT_EQ(found.firmware, 0x10300u);
 }
 
 TEST_F(RefaceFind, LooksAtMakerAndFamilyForTheVersion) {
@@ -326,7 +314,7 @@ TEST_F(RefaceFind, NeedsBothBytesOfTheMember) {
         midi.devices.clear();
         AnswerAt(AddPair("reface DX"), reply);
         EXPECT_EQ(Detect(), 0);
-        EXPECT_EQ(driver, NoDriverId);
+        EXPECT_EQ(found.driver, NoDriverId);
     }
 }
 
@@ -336,8 +324,8 @@ TEST_F(RefaceFind, StopsAtTheMemberOneZeroWhateverElseTheReplyHolds) {
     AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
     EXPECT_EQ(Detect(), 1);
     ExpectNothingFound();
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 1);
+    EXPECT_EQ(found.ports.in, 0);
+    EXPECT_EQ(found.ports.out, 1);
     EXPECT_EQ(requests, 1);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenInput(0, 512)", "Pm_OpenOutput(1, 0, 0)",
                                  "Pm_WriteSysEx(1, 0, F0 7E 00 06 01 F7)", "Pt_Stop()",
@@ -350,9 +338,9 @@ TEST_F(RefaceFind, StopsAtTheMemberOneZeroOfTheFamilyWithItsVersion) {
     reply[9] = 0x00;
     AnswerAt(AddPair("USB Audio Device"), reply);
     EXPECT_EQ(Detect(), 1);
-    EXPECT_EQ(driver, NoDriverId);
-    EXPECT_EQ(firmware, 0x10300u);
-    EXPECT_EQ(in, 0);
+    EXPECT_EQ(found.driver, NoDriverId);
+    EXPECT_EQ(found.firmware, 0x10300u);
+    EXPECT_EQ(found.ports.in, 0);
 }
 
 TEST_F(RefaceFind, StopsInTheSecondPassAlsoBehindASuccess) {
@@ -363,17 +351,17 @@ TEST_F(RefaceFind, StopsInTheSecondPassAlsoBehindASuccess) {
     AnswerAt(AddPair("reface DX"), RefaceDxReply);
     AnswerAt(AddPair("USB Audio Device"), other);
     EXPECT_EQ(Detect(), 1);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(in, 2);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.ports.in, 2);
 }
 
 TEST_F(RefaceFind, DoesNotTakeBytesOfAnEarlierReplyForALaterOne) {
     AnswerAt(AddPair("reface DX"), RefaceDxReply);
     AnswerAt(AddPair("USB Audio Device"), {0xF0, 0x7E, 0x7F, 0x06, 0xF7});
-    firmware = 0;
+    found.firmware = 0;
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
-    EXPECT_EQ(firmware, 0x10300u);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.firmware, 0x10300u);
 }
 
 TEST_F(RefaceFind, IsNotTakenInByAReplyThatIsTooShort) {
@@ -384,7 +372,7 @@ TEST_F(RefaceFind, IsNotTakenInByAReplyThatIsTooShort) {
         midi.devices.clear();
         AnswerAt(AddPair("reface DX"), reply);
         EXPECT_EQ(Detect(), 0) << size;
-        EXPECT_EQ(driver, NoDriverId) << size;
+        EXPECT_EQ(found.driver, NoDriverId) << size;
     }
 }
 
@@ -393,7 +381,7 @@ TEST_F(RefaceFind, WaitsForTheReplyAsLongAsTheSettingSays) {
     SysexWait = 1500;
     midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceDxReply, 1499); };
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDxDriverId);
 }
 
 TEST_F(RefaceFind, DoesNotTakeAReplyAtTheVeryEndOfTheWait) {
@@ -402,12 +390,6 @@ TEST_F(RefaceFind, DoesNotTakeAReplyAtTheVeryEndOfTheWait) {
     midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceDxReply, 1500); };
     EXPECT_EQ(Detect(), 0);
     ExpectNothingFound();
-}
-
-TEST_F(RefaceFind, DetectionDoesWithoutPlacesToWriteTo) {
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
-    EXPECT_EQ(RefaceDxFindSynth(nullptr, nullptr, nullptr, nullptr, nullptr, "", "", true), 0);
-    EXPECT_EQ(requests, 1);
 }
 
 // Through the current driver.
@@ -420,11 +402,7 @@ struct FindCurrent : RefaceFind {
         SelectKeyboardMidiIn = "UM-ONE";
         SelectKeyboardMidiOut = "UM-ONE";
     }
-    int Find() {
-        return FindCurrentSynth(nullptr, &CurrentDriverId, &MidiInPort, &MidiOutPort,
-                                &SynthFirmware, SelectKeyboardMidiIn.c_str(),
-                                SelectKeyboardMidiOut.c_str());
-    }
+    int Find() { return FindCurrentSynth(nullptr); }
 };
 
 TEST_F(FindCurrent, WithoutADriverOnlyForgetsThePorts) {

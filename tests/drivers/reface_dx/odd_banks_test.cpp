@@ -99,11 +99,11 @@ struct RefaceOddBanks : testing::Test {
                               " has been uploaded to your reface DX.\n\nPress Store, select the "
                               "bank and program you want to store your uploaded voice to and then "
                               "use the red Data Entry controls to confirm the upload.");
-        EXPECT_EQ(RefaceUploadVoice(nullptr, list, nullptr, In, Out, 0, 1), 1);
+        EXPECT_EQ(RefaceUploadVoice(nullptr, list, nullptr, {In, Out}, 0, 1), 1);
         desktop.ExpectNothingLeft();
         EXPECT_EQ(EditBufferOf(Reface), voice);
         EditBufferOf(Reface) = former;
-        EXPECT_EQ(RefaceUploadBank(nullptr, list, In, Out), 1);
+        EXPECT_EQ(RefaceUploadBank(nullptr, list, {In, Out}), 1);
         EXPECT_EQ(EditBufferOf(Reface), voice);
         ListEnable(list, true);
     }

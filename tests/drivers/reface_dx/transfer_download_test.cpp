@@ -597,9 +597,9 @@ TEST_F(RefaceDownloadTest, ToAnOutputThatDoesNotOpenClosesTheInput) {
 
 TEST_F(RefaceDownloadTest, WithoutPortsDoesNothing) {
     FillList(5);
-    EXPECT_EQ(RefaceDownloadBank(nullptr, list, -1, -1), 0);
-    EXPECT_EQ(RefaceDownloadBank(nullptr, list, in, -1), 0);
-    EXPECT_EQ(RefaceDownloadBank(nullptr, list, out, in), 0) << "each the wrong way round";
+    EXPECT_EQ(RefaceDownloadBank(nullptr, list, {}), 0);
+    EXPECT_EQ(RefaceDownloadBank(nullptr, list, {in, -1}), 0);
+    EXPECT_EQ(RefaceDownloadBank(nullptr, list, {out, in}), 0) << "each the wrong way round";
     EXPECT_EQ(ListCount(list), 5);
     EXPECT_TRUE(midi.written.empty());
 }

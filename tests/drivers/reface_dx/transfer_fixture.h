@@ -153,10 +153,10 @@ struct RefaceTransferTest : testing::Test {
         }
     }
 
-    int DownloadBank() { return RefaceDownloadBank(nullptr, list, in, out); }
-    int UploadBank() { return RefaceUploadBank(nullptr, list, in, out); }
+    int DownloadBank() { return RefaceDownloadBank(nullptr, list, {in, out}); }
+    int UploadBank() { return RefaceUploadBank(nullptr, list, {in, out}); }
     int UploadVoice(const VoiceObject *voice, int index, std::uint8_t flags) {
-        return RefaceUploadVoice(nullptr, list, voice, in, out, index, flags);
+        return RefaceUploadVoice(nullptr, list, voice, {in, out}, index, flags);
     }
 
     // When a program was selected, in milliseconds; -1: never.

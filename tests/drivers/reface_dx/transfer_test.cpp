@@ -599,7 +599,7 @@ TEST_F(RefaceUploadBankTest, ToPortsThatDoNotOpenLeavesTheListEnabled) {
     EXPECT_EQ(UploadBank(), 0);
     midi.devices[0].opens = false;
     EXPECT_EQ(UploadBank(), 0);
-    EXPECT_EQ(RefaceUploadBank(nullptr, list, -1, -1), 0);
+    EXPECT_EQ(RefaceUploadBank(nullptr, list, {}), 0);
     EXPECT_TRUE(list.enabled);
     EXPECT_TRUE(traffic.empty());
     EXPECT_TRUE(desktop.progress.empty());
@@ -619,7 +619,7 @@ TEST_F(RefaceUploadBankTest, ToASilentInstrumentSaysInvalidSystemCommonAndLeaves
 TEST_F(RefaceTransferTest, VoiceGoesThroughTheRowOfItsDriver) {
     CurrentDriverId = NoDriverId;
     const VoiceObject voice = Crystal();
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDxDriverId, in, out, 0, 0), 1);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDxDriverId, {in, out}, 0, 0), 1);
     EXPECT_EQ(traffic, VoiceUpload(CrystalSent));
 }
 

@@ -101,21 +101,20 @@ TEST(InstrumentLink, ALinkThatDoesNotOpenLeavesNothingOpen) {
 
 TEST(InstrumentLink, PortsAreFoundByAPartOfTheirNameAndATwinWins) {
     TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
-    int in = -1;
-    int out = -1;
-    EXPECT_TRUE(FindPortsByName("dx7", "DX7", &in, &out));
-    EXPECT_EQ(in, 0);
-    EXPECT_EQ(out, 1);
-    EXPECT_TRUE(FindPortsByName("volca fm", "volca fm", &in, &out));
-    EXPECT_EQ(in, 2);
-    EXPECT_EQ(out, 3);
-    EXPECT_TRUE(FindPortsByName("reface DX", "reface DX", &in, &out));
-    EXPECT_EQ(in, RefaceInput);
-    EXPECT_EQ(out, RefaceOutput);
+    MidiPorts ports;
+    EXPECT_TRUE(FindPorts({"dx7", "DX7"}, ports));
+    EXPECT_EQ(ports.in, 0);
+    EXPECT_EQ(ports.out, 1);
+    EXPECT_TRUE(FindPorts({"volca fm", "volca fm"}, ports));
+    EXPECT_EQ(ports.in, 2);
+    EXPECT_EQ(ports.out, 3);
+    EXPECT_TRUE(FindPorts({"reface DX", "reface DX"}, ports));
+    EXPECT_EQ(ports.in, RefaceInput);
+    EXPECT_EQ(ports.out, RefaceOutput);
     FaultsOf(Reface).twin = true;
-    EXPECT_TRUE(FindPortsByName("reface DX", "reface DX", &in, &out));
-    EXPECT_EQ(in, 6);
-    EXPECT_EQ(out, 7);
+    EXPECT_TRUE(FindPorts({"reface DX", "reface DX"}, ports));
+    EXPECT_EQ(ports.in, 6);
+    EXPECT_EQ(ports.out, 7);
     TheMidi = {};
 }
 

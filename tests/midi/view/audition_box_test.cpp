@@ -75,7 +75,7 @@ protected:
                 box->done(0);
             }
         });
-        const int result = AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, in, out, 0);
+        const int result = AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, {in, out}, 0);
         EXPECT_TRUE(opened);
         return result;
     }
@@ -525,14 +525,14 @@ TEST_F(AuditionBoxTest, ItsTextsStandInTheBox) {
 
 TEST_F(AuditionBoxTest, AfterAFailedUploadTheBoxClosesByItself) {
     desktop.ExpectMessage("The selected voice could not be uploaded.");
-    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, NoDriverId, in, out, 0), 1);
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, NoDriverId, {in, out}, 0), 1);
     EXPECT_EQ(midi.calls, Joined({Opening, Closing}));
 }
 
 TEST_F(AuditionBoxTest, WithoutAnOutputBothMessagesComeAndTheBoxClosesByItself) {
     desktop.ExpectMessage("The selected voice could not be uploaded.");
     desktop.ExpectMessage("The MIDI output could not be opened.");
-    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, -1, -1, 0), 1);
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, {}, 0), 1);
     EXPECT_TRUE(midi.written.empty());
 }
 
@@ -543,15 +543,15 @@ TEST_F(AuditionBoxTest, AnOutputThatIsLostBehindTheUploadIsTold) {
             midi.devices[static_cast<std::size_t>(out)].opens = false;
         }
     };
-    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, in, out, 0), 1);
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, {in, out}, 0), 1);
     EXPECT_EQ(midi.calls, Joined({Upload, {"Pm_OpenOutput(1, 0, 0)"}}));
 }
 
 TEST_F(AuditionBoxTest, WithoutAVoiceTheBoxDoesNotOpen) {
     VoiceList list;
     ListAdd(list);
-    EXPECT_EQ(AuditionBox(nullptr, &list, nullptr, Dx7DriverId, in, out, 0), 0);
-    EXPECT_EQ(AuditionBox(nullptr, &list, nullptr, Dx7DriverId, in, out, 7), 0);
+    EXPECT_EQ(AuditionBox(nullptr, &list, nullptr, Dx7DriverId, {in, out}, 0), 0);
+    EXPECT_EQ(AuditionBox(nullptr, &list, nullptr, Dx7DriverId, {in, out}, 7), 0);
     EXPECT_TRUE(midi.calls.empty());
 }
 

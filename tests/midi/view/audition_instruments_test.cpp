@@ -68,7 +68,7 @@ protected:
                 box->done(0);
             }
         });
-        AuditionBox(nullptr, nullptr, &played, driver, InputOf(instrument), OutputOf(instrument),
+        AuditionBox(nullptr, nullptr, &played, driver, {InputOf(instrument), OutputOf(instrument)},
                     0);
         return opened;
     }
@@ -138,9 +138,9 @@ TEST_F(AuditionOfInstruments, ASilentRefaceDxIsToldByItsDriverAndThenByTheBoxWhi
     desktop.ExpectMessage("Invalid system common.");
     desktop.ExpectMessage("The selected voice could not be uploaded.");
     const VoiceObject played = {TestRefaceBlock(3)};
-    EXPECT_EQ(AuditionBox(nullptr, nullptr, &played, RefaceDxDriverId,
-                          InputOf(BuiltinInstrument::RefaceDx),
-                          OutputOf(BuiltinInstrument::RefaceDx), 0),
+    EXPECT_EQ(AuditionBox(
+                  nullptr, nullptr, &played, RefaceDxDriverId,
+                  {InputOf(BuiltinInstrument::RefaceDx), OutputOf(BuiltinInstrument::RefaceDx)}, 0),
               1);
 }
 
@@ -148,8 +148,8 @@ TEST_F(AuditionOfInstruments, AnOutputThatDoesNotOpenIsToldTwiceAndTheBoxCloses)
     FaultsOf(BuiltinInstrument::Dx7).outputDoesNotOpen = true;
     desktop.ExpectMessage("The selected voice could not be uploaded.");
     desktop.ExpectMessage("The MIDI output could not be opened.");
-    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId, InputOf(BuiltinInstrument::Dx7),
-                          OutputOf(BuiltinInstrument::Dx7), 0),
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &voice, Dx7DriverId,
+                          {InputOf(BuiltinInstrument::Dx7), OutputOf(BuiltinInstrument::Dx7)}, 0),
               1);
 }
 
