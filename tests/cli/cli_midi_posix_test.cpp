@@ -1,6 +1,7 @@
 // The commands for instruments on a POSIX system: an end in the middle of a note or a transfer,
 // output that nobody takes, a memory that cannot be written.
 #include "midi_home.h"
+#include "unprivileged_cli.h"
 
 #include "support/posix_limits.h"
 
@@ -138,13 +139,12 @@ TEST_F(CliMidiOnPosix, AMemoryInAReadOnlyFolderIsToldOf) {
     const std::string bank = Bank();
     ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
     ASSERT_EQ(chmod(bank.c_str(), 0644), 0);
-    RunUnprivileged([&] {
-        const auto result =
-            RunProgram({TONEWRIGHT_CLI, "upload", bank, "--out", "dx7", "--memory", Memory()});
-        EXPECT_EQ(result.exitStatus, 1);
-        EXPECT_EQ(result.errors,
-                  "tonewright-cli: " + Memory() + ": could not be written: Permission denied\n");
-    });
+    RunCliUnprivileged(
+        {"upload", bank, "--out", "dx7", "--memory", Memory()}, [&](const ProgramResult &result) {
+            EXPECT_EQ(result.exitStatus, 1);
+            EXPECT_EQ(result.errors, "tonewright-cli: " + Memory() +
+                                         ": could not be written: Permission denied\n");
+        });
     EXPECT_FALSE(folder.Holds("studio"));
 }
 
@@ -155,13 +155,12 @@ TEST_F(CliMidiOnPosix, AMemoryThatMayNotBeReadIsToldOfAndStays) {
     ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
     ASSERT_EQ(chmod(bank.c_str(), 0644), 0);
     ASSERT_EQ(chmod(Memory().c_str(), 0200), 0);
-    RunUnprivileged([&] {
-        const auto result = RunProgram(
-            {TONEWRIGHT_CLI, "upload", bank, "--out", "volca", "--memory", Memory(), "--trace"});
-        EXPECT_EQ(result.exitStatus, 1);
-        EXPECT_EQ(result.errors,
-                  "tonewright-cli: " + Memory() + ": not readable: Permission denied\n");
-    });
+    RunCliUnprivileged({"upload", bank, "--out", "volca", "--memory", Memory(), "--trace"},
+                       [&](const ProgramResult &result) {
+                           EXPECT_EQ(result.exitStatus, 1);
+                           EXPECT_EQ(result.errors, "tonewright-cli: " + Memory() +
+                                                        ": not readable: Permission denied\n");
+                       });
     EXPECT_EQ(ReadTestFile(Memory()), studio);
 }
 

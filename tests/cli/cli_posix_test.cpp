@@ -1,5 +1,7 @@
 // The command-line program on a POSIX system: answers typed on a terminal, memory with thousands of
 // files, output that cannot be written, files without permission.
+#include "unprivileged_cli.h"
+
 #include "support/bank_bytes.h"
 #include "support/posix_limits.h"
 #include "support/run_program.h"
@@ -205,8 +207,7 @@ TEST(CliWithoutPermission, SaysThatAFileIsNotReadable) {
     const std::string bank = folder.Write("a.syx", TestBank());
     ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
     ASSERT_EQ(chmod(bank.c_str(), 0600), 0);
-    RunUnprivileged([&] {
-        const auto result = RunProgram({TONEWRIGHT_CLI, "check", bank});
+    RunCliUnprivileged({"check", bank}, [&](const ProgramResult &result) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.output, bank + "\trefused\tnot readable: Permission denied\n");
     });
@@ -217,8 +218,7 @@ TEST(CliWithoutPermission, SaysThatAFolderIsReadOnly) {
     const std::string in = folder.Write("in.syx", TestBank()), out = folder.File("out.syx");
     ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
     ASSERT_EQ(chmod(in.c_str(), 0644), 0);
-    RunUnprivileged([&] {
-        const auto result = RunProgram({TONEWRIGHT_CLI, "save", in, out});
+    RunCliUnprivileged({"save", in, out}, [&](const ProgramResult &result) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.errors,
                   "tonewright-cli: " + out + ": could not be written: Permission denied\n");

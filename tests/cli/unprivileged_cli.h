@@ -1,0 +1,34 @@
+// Runs tonewright-cli as a user who is not root.
+#pragma once
+
+#include "support/posix_limits.h"
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tonewright {
+
+// With these words behind the program's name; expectations of `judge` that fail, fail the test.
+// What runs is a copy, since such a user may be kept out of the folder that the program was built
+// in.
+inline void RunCliUnprivileged(std::vector<std::string> arguments,
+                               const std::function<void(const ProgramResult &)> &judge) {
+    const TempFolder open;
+    const std::string program = open.File("tonewright-cli");
+    std::filesystem::copy_file(TONEWRIGHT_CLI, program);
+    for (const std::string &path : {open.path.string(), program}) {
+        ASSERT_EQ(chmod(path.c_str(), 0755), 0);
+    }
+    arguments.insert(arguments.begin(), program);
+    RunUnprivileged([&] {
+        unsetenv("LSAN_OPTIONS"); // may name a file in that folder
+        judge(RunProgram(arguments));
+    });
+}
+
+} // namespace tonewright
