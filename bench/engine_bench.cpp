@@ -68,7 +68,7 @@ void FillListFromBank(benchmark::State &state) {
     const BankBytes bank = MakeBenchBank();
     VoiceList list;
     for (auto _ : state) {
-        FillListFromDx7Bank(list, bank);
+        DecodeDx7Bank(list, bank);
         benchmark::DoNotOptimize(list.items.data());
     }
 }
@@ -77,9 +77,9 @@ BENCHMARK(FillListFromBank)->Unit(benchmark::kMicrosecond);
 void BuildBankFromList(benchmark::State &state) {
     BankBytes bank = MakeBenchBank();
     VoiceList list;
-    FillListFromDx7Bank(list, bank);
+    DecodeDx7Bank(list, bank);
     for (auto _ : state) {
-        BuildDx7Bank(list, bank);
+        EncodeDx7Bank(list, bank);
         benchmark::DoNotOptimize(bank);
     }
 }
@@ -87,7 +87,7 @@ BENCHMARK(BuildBankFromList)->Unit(benchmark::kMicrosecond);
 
 void MakeAnUndoLevel(benchmark::State &state) {
     VoiceList list;
-    FillListFromDx7Bank(list, MakeBenchBank());
+    DecodeDx7Bank(list, MakeBenchBank());
     for (auto _ : state) {
         benchmark::DoNotOptimize(MakeUndoLevel(nullptr, list));
     }
@@ -98,7 +98,7 @@ BENCHMARK(MakeAnUndoLevel)->Unit(benchmark::kMicrosecond);
 void PushUndo(benchmark::State &state) {
     MaxUndoLevel = static_cast<std::uint32_t>(state.range(0));
     CurrentDriverId = Dx7DriverId;
-    FillListFromDx7Bank(MainList, MakeBenchBank());
+    DecodeDx7Bank(MainList, MakeBenchBank());
     UndoInit(nullptr);
     for (auto _ : state) {
         if (!UndoPush(nullptr, MainList)) {
@@ -113,7 +113,7 @@ BENCHMARK(PushUndo)->Arg(3)->Arg(32)->Unit(benchmark::kMicrosecond);
 void PushAndPopUndo(benchmark::State &state) {
     MaxUndoLevel = 3;
     CurrentDriverId = Dx7DriverId;
-    FillListFromDx7Bank(MainList, MakeBenchBank());
+    DecodeDx7Bank(MainList, MakeBenchBank());
     UndoInit(nullptr);
     for (auto _ : state) {
         if (!UndoPush(nullptr, MainList) || !UndoPop(nullptr, MainList)) {

@@ -72,7 +72,7 @@ BENCHMARK(UploadRefaceVoice)->Unit(benchmark::kMicrosecond);
 void UploadDx7Bank(benchmark::State &state) {
     UseInstruments(Dx7DriverId);
     VoiceList list;
-    FillListFromDx7Bank(list, MakeBenchBank());
+    DecodeDx7Bank(list, MakeBenchBank());
     for (auto _ : state) {
         if (!Dx7UploadBank(nullptr, list, {-1, Dx7Out})) {
             state.SkipWithError("the bank was not sent");

@@ -31,7 +31,7 @@ BENCHMARK(DrawAlgorithm)->Unit(benchmark::kMicrosecond);
 
 void RepaintList(benchmark::State &state) {
     CurrentDriverId = Dx7DriverId;
-    FillListFromDx7Bank(MainList, MakeBenchBank());
+    DecodeDx7Bank(MainList, MakeBenchBank());
     QImage image(ListWidth, ItemHeight * Dx7VoicesPerBank, QImage::Format_RGB32);
     for (auto _ : state) {
         QPainter painter(&image);

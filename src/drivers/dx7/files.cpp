@@ -46,6 +46,18 @@ void CloseMessage(std::span<std::uint8_t> file, std::span<const std::uint8_t> he
     file[end + 1] = EndOfSysex;
 }
 
+// Whether the bytes have the length and the frame of a bank; its sums are not looked at.
+bool IsBank(std::span<const std::uint8_t> bytes) {
+    return bytes.size() >= Dx7BankFileSize && bytes[Dx7BankFileSize - 1] == EndOfSysex &&
+           StartsWith(bytes, std::span(BankHeader).first<BankCountOffset>());
+}
+
+// The same of a single-voice file.
+bool IsVoice(std::span<const std::uint8_t> bytes) {
+    return bytes.size() >= Dx7VoiceFileSize && bytes[Dx7VoiceFileSize - 1] == EndOfSysex &&
+           StartsWith(bytes, VoiceHeader);
+}
+
 bool OpenDamagedFile(QWidget *window, const char *path) {
     return AskYesNo(window, FormatText("The data in the document %s may be damaged.\n\n"
                                        "Do you wish to open it anyway?",
@@ -78,11 +90,10 @@ Dx7FileVerdict JudgeDx7Bank(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < Dx7BankFileSize) {
         return Dx7FileVerdict::TooShort;
     }
-    const auto file = bytes.first<Dx7BankFileSize>();
-    if (!StartsWith(file, std::span(BankHeader).first<BankCountOffset>()) ||
-        file.back() != EndOfSysex) {
+    if (!IsBank(bytes)) {
         return Dx7FileVerdict::WrongHeader;
     }
+    const auto file = bytes.first<Dx7BankFileSize>();
     if (!StartsWith(file, BankHeader)) {
         return Dx7FileVerdict::WrongCount;
     }
@@ -93,14 +104,17 @@ Dx7FileVerdict JudgeDx7Voice(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < Dx7VoiceFileSize) {
         return Dx7FileVerdict::TooShort;
     }
-    const auto file = bytes.first<Dx7VoiceFileSize>();
-    if (!StartsWith(file, VoiceHeader) || file.back() != EndOfSysex) {
+    if (!IsVoice(bytes)) {
         return Dx7FileVerdict::WrongHeader;
     }
-    return ChecksumIsRight(file) ? Dx7FileVerdict::Ok : Dx7FileVerdict::WrongChecksum;
+    return ChecksumIsRight(bytes.first<Dx7VoiceFileSize>()) ? Dx7FileVerdict::Ok
+                                                            : Dx7FileVerdict::WrongChecksum;
 }
 
-void FillListFromDx7Bank(VoiceList &list, std::span<const std::uint8_t, Dx7BankFileSize> bytes) {
+bool DecodeDx7Bank(VoiceList &list, std::span<const std::uint8_t> bytes) {
+    if (!IsBank(bytes)) {
+        return false;
+    }
     ListReset(list);
     ListEnable(list, false);
     ListSetRedraw(list, false);
@@ -114,9 +128,24 @@ void FillListFromDx7Bank(VoiceList &list, std::span<const std::uint8_t, Dx7BankF
     ListSetRedraw(list, true);
     ListEnable(list, true);
     ListSelect(list, 0);
+    return true;
 }
 
-void BuildDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image) {
+std::optional<VoiceObject> DecodeDx7Voice(std::span<const std::uint8_t> bytes) {
+    if (!IsVoice(bytes)) {
+        return std::nullopt;
+    }
+    return MakeDx7VoiceObject(bytes.subspan<Dx7FileHeaderSize>().first<Dx7VoiceSize>());
+}
+
+std::array<std::uint8_t, Dx7VoiceFileSize> EncodeDx7Voice(Dx7UnpackedConst voice) {
+    std::array<std::uint8_t, Dx7VoiceFileSize> image;
+    std::ranges::copy(voice, image.begin() + Dx7FileHeaderSize);
+    CloseMessage(image, VoiceHeader);
+    return image;
+}
+
+void EncodeDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image) {
     std::ranges::fill(image, std::uint8_t{0});
     for (int row = 0; row < Dx7VoicesPerBank; ++row) {
         if (const auto voice = Dx7VoiceOf(ListVoice(list, row))) {
@@ -132,11 +161,7 @@ int Dx7OpenBank(QWidget *window, VoiceList &list, const char *path, std::int64_t
         *time = ModificationTimeOrNow(path);
     }
     const auto bytes = ReadFileBytes(path, Dx7BankFileSize);
-    if (!bytes || !IsAccepted(window, path, JudgeDx7Bank(*bytes))) {
-        return 0;
-    }
-    FillListFromDx7Bank(list, std::span(*bytes).first<Dx7BankFileSize>());
-    return 1;
+    return bytes && IsAccepted(window, path, JudgeDx7Bank(*bytes)) && DecodeDx7Bank(list, *bytes);
 }
 
 int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path) {
@@ -145,7 +170,7 @@ int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path) {
         return 0;
     }
     std::array<std::uint8_t, Dx7BankFileSize> image;
-    BuildDx7Bank(list, image);
+    EncodeDx7Bank(list, image);
     switch (WriteFileBytes(path, image)) {
     case WriteOutcome::Done:
         ListEnable(list, true);
@@ -174,12 +199,14 @@ int Dx7ImportVoice(QWidget *window, VoiceList &list, int index, const char *path
     if (!bytes || !IsAccepted(window, path, JudgeDx7Voice(*bytes))) {
         return 0;
     }
-    VoiceObject voice =
-        MakeDx7VoiceObject(std::span(*bytes).subspan<Dx7FileHeaderSize, Dx7VoiceSize>());
+    auto voice = DecodeDx7Voice(*bytes);
+    if (!voice) {
+        return 0;
+    }
     if (out) {
-        *out = std::move(voice);
+        *out = std::move(*voice);
     } else {
-        ListSetVoice(list, index, std::move(voice));
+        ListSetVoice(list, index, std::move(*voice));
     }
     return 1;
 }
@@ -191,10 +218,7 @@ int Dx7ExportVoice(QWidget *, VoiceList &list, const VoiceObject *voice, const c
     if (!bytes) {
         return 0;
     }
-    std::array<std::uint8_t, Dx7VoiceFileSize> image;
-    std::ranges::copy(*bytes, image.begin() + Dx7FileHeaderSize);
-    CloseMessage(image, VoiceHeader);
-    return WriteFileBytes(path, image) == WriteOutcome::Done;
+    return WriteFileBytes(path, EncodeDx7Voice(*bytes)) == WriteOutcome::Done;
 }
 
 } // namespace tonewright

@@ -10,7 +10,9 @@
 #include "core/voice_list.h"
 #include "drivers/dx7/voice_codec.h"
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 class QWidget;
@@ -24,20 +26,27 @@ constexpr std::size_t Dx7FileHeaderSize = 6;
 // What the first bytes of a file are, judged without any question.
 enum class Dx7FileVerdict {
     Ok,
-    TooShort,     // fewer bytes than the format has
-    WrongHeader,  // not such a dump, or no end byte
-    WrongCount,   // a bank whose byte count is not 4096 (its checksum is not looked at)
+    TooShort,    // fewer bytes than the format has
+    WrongHeader, // not such a dump, or no end byte
+    WrongCount,  // a bank whose byte count is not 4096 (its checksum is not looked at)
     WrongChecksum,
 };
 // `bytes`: the file from its start; anything behind the format's size is ignored.
 Dx7FileVerdict JudgeDx7Bank(std::span<const std::uint8_t> bytes);
 Dx7FileVerdict JudgeDx7Voice(std::span<const std::uint8_t> bytes);
 
-// Fills the list from the bytes of a bank that JudgeDx7Bank did not call TooShort or WrongHeader.
-void FillListFromDx7Bank(VoiceList &list, std::span<const std::uint8_t, Dx7BankFileSize> bytes);
+// Replaces the list's contents by the voices of a bank, whatever its sums, with the first one
+// selected. False, and the list untouched, for bytes that JudgeDx7Bank calls TooShort or
+// WrongHeader.
+bool DecodeDx7Bank(VoiceList &list, std::span<const std::uint8_t> bytes);
+// The voice of a single-voice file, whatever its checksum; nothing for bytes that JudgeDx7Voice
+// calls TooShort or WrongHeader.
+std::optional<VoiceObject> DecodeDx7Voice(std::span<const std::uint8_t> bytes);
 
-// Builds the image of a bank from the list; rows without a DX7 voice become 128 zero bytes.
-void BuildDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image);
+// The bytes of a single-voice file.
+std::array<std::uint8_t, Dx7VoiceFileSize> EncodeDx7Voice(Dx7UnpackedConst voice);
+// The bytes of a bank of the list; rows without a DX7 voice become 128 zero bytes.
+void EncodeDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image);
 
 // The four file operations of the DX7 row. All show the wait cursor from start to end and return 1
 // on success and 0 on failure, without a message but for the questions told in core/synth_driver.h
@@ -45,8 +54,7 @@ void BuildDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize
 // that falls short deletes the file; that of a bank leaves the list disabled.
 int Dx7OpenBank(QWidget *window, VoiceList &list, const char *path, std::int64_t *time);
 int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path);
-int Dx7ImportVoice(QWidget *window, VoiceList &list, int index, const char *path,
-                   VoiceObject *out);
+int Dx7ImportVoice(QWidget *window, VoiceList &list, int index, const char *path, VoiceObject *out);
 int Dx7ExportVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, const char *path,
                    int index, std::uint32_t firmware);
 

@@ -74,7 +74,7 @@ int Dx7UploadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     ShowBusyBox(window, "Uploading voices");
     SendController(link, OmniOn);
     std::array<std::uint8_t, Dx7BankFileSize> image;
-    BuildDx7Bank(list, image);
+    EncodeDx7Bank(list, image);
     TellOfEncoding(window, list);
     WriteSysex(link.output, image);
     SelectLastThenFirstProgram(link.output);

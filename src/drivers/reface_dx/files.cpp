@@ -43,18 +43,37 @@ constexpr std::string_view MagicOf(RefaceFileKind kind) {
     return kind == RefaceFileKind::Bank ? "TNWRDXrf" : "TNWRDxrf";
 }
 
-// The header of the file, which then stands at its first record.
-std::optional<RefaceFileHeader> ReadHeader(std::FILE *file, RefaceFileKind kind) {
-    return RefaceHeaderOf(ReadBytesOf(file, RefaceFileHeaderSize), kind);
+// The records that a file holds by its header: one of a single voice, whatever the count.
+std::uint32_t RecordsOf(const RefaceFileHeader &header, RefaceFileKind kind) {
+    return kind == RefaceFileKind::Bank ? header.voiceCount : 1;
 }
 
-// The next record of the file as a block; no bytes when it is not there whole.
-VoiceObject ReadRecord(std::FILE *file, const RefaceFileHeader &header) {
-    VoiceObject voice{ReadBytesOf(file, header.recordSize)};
-    if (voice.bytes.size() < header.recordSize) {
+// The start of a file, as far as its header says that its records go.
+Bytes ReadFile(const char *path, RefaceFileKind kind) {
+    const FilePointer file = OpenFile(path, "rb");
+    if (!file) {
         return {};
     }
-    return voice;
+    Bytes bytes = ReadBytesOf(file.get(), RefaceFileHeaderSize);
+    if (const auto header = RefaceHeaderOf(bytes, kind)) {
+        const Bytes records =
+            ReadBytesOf(file.get(), std::size_t{RecordsOf(*header, kind)} * header->recordSize);
+        bytes.insert(bytes.end(), records.begin(), records.end());
+    }
+    return bytes;
+}
+
+// The record of that number (from 0) as a block; nothing when it is not there whole or has no
+// bytes.
+std::optional<VoiceObject> RecordAt(std::span<const std::uint8_t> bytes,
+                                    const RefaceFileHeader &header, std::uint32_t number) {
+    const auto records = bytes.subspan(RefaceFileHeaderSize);
+    const std::uint64_t start = std::uint64_t{number} * header.recordSize;
+    if (header.recordSize == 0 || start + header.recordSize > records.size()) {
+        return std::nullopt;
+    }
+    const auto record = records.subspan(static_cast<std::size_t>(start), header.recordSize);
+    return VoiceObject{{record.begin(), record.end()}};
 }
 
 void AppendHeader(Bytes &file, RefaceFileKind kind, std::size_t voiceCount,
@@ -74,16 +93,11 @@ void AppendHeader(Bytes &file, RefaceFileKind kind, std::size_t voiceCount,
 // written no file is left, not even the former one.
 bool WriteVoices(const char *path, RefaceFileKind kind, std::span<const VoiceObject *const> voices,
                  std::uint32_t firmware) {
-    Bytes file;
-    AppendHeader(file, kind, voices.size(), firmware);
     const bool complete = std::ranges::all_of(voices, RefaceVoiceCanBeWritten);
-    if (complete) {
-        for (const VoiceObject *voice : voices) {
-            const auto block = std::span(voice->bytes).first<RefaceVoiceObjectSize>();
-            file.insert(file.end(), block.begin(), block.end());
-        }
+    if (!complete) {
+        voices = {};
     }
-    if (WriteFileBytes(path, file) != WriteOutcome::Done) {
+    if (WriteFileBytes(path, EncodeRefaceFile(kind, voices, firmware)) != WriteOutcome::Done) {
         return false;
     }
     if (!complete) {
@@ -106,8 +120,42 @@ std::optional<RefaceFileHeader> RefaceHeaderOf(std::span<const std::uint8_t> byt
                             .recordSize = ReadLittle32(bytes, Header::recordSize)};
 }
 
+bool DecodeRefaceBank(VoiceList &list, std::span<const std::uint8_t> bytes) {
+    const auto header = RefaceHeaderOf(bytes, RefaceFileKind::Bank);
+    if (!header) {
+        return false;
+    }
+    SelectListFonts(list, RefaceDxDriverId);
+    ListReset(list);
+    for (std::uint32_t number = 0; number < header->voiceCount; ++number) {
+        auto voice = RecordAt(bytes, *header, number);
+        if (!voice) {
+            return false;
+        }
+        ListSetVoice(list, ListAdd(list), std::move(*voice));
+    }
+    ListSelect(list, 0);
+    return true;
+}
+
+std::optional<VoiceObject> DecodeRefaceVoice(std::span<const std::uint8_t> bytes) {
+    const auto header = RefaceHeaderOf(bytes, RefaceFileKind::SingleVoice);
+    return header ? RecordAt(bytes, *header, 0) : std::nullopt;
+}
+
 bool RefaceVoiceCanBeWritten(const VoiceObject *voice) {
     return voice && voice->bytes.size() >= RefaceVoiceObjectSize;
+}
+
+Bytes EncodeRefaceFile(RefaceFileKind kind, std::span<const VoiceObject *const> voices,
+                       std::uint32_t firmware) {
+    Bytes file;
+    AppendHeader(file, kind, voices.size(), firmware);
+    for (const VoiceObject *voice : voices) {
+        const auto block = std::span(voice->bytes).first<RefaceVoiceObjectSize>();
+        file.insert(file.end(), block.begin(), block.end());
+    }
+    return file;
 }
 
 int RefaceOpenBank(QWidget *, VoiceList &list, const char *path, std::int64_t *time) {
@@ -115,22 +163,7 @@ int RefaceOpenBank(QWidget *, VoiceList &list, const char *path, std::int64_t *t
     if (time) {
         *time = ModificationTimeOrNow(path);
     }
-    const FilePointer file = OpenFile(path, "rb");
-    const auto header = file ? ReadHeader(file.get(), RefaceFileKind::Bank) : std::nullopt;
-    if (!header) {
-        return 0;
-    }
-    SelectListFonts(list, RefaceDxDriverId);
-    ListReset(list);
-    for (std::uint32_t number = 0; number < header->voiceCount; ++number) {
-        VoiceObject voice = ReadRecord(file.get(), *header);
-        if (voice.bytes.empty()) {
-            return 0;
-        }
-        ListSetVoice(list, ListAdd(list), std::move(voice));
-    }
-    ListSelect(list, 0);
-    return 1;
+    return DecodeRefaceBank(list, ReadFile(path, RefaceFileKind::Bank));
 }
 
 int RefaceSaveBank(QWidget *window, VoiceList &list, const char *path) {
@@ -153,19 +186,14 @@ int RefaceImportVoice(QWidget *, VoiceList &list, int index, const char *path, V
     if (!out && rowExists && !ListVoice(list, index)) {
         return 0;
     }
-    const FilePointer file = OpenFile(path, "rb");
-    const auto header = file ? ReadHeader(file.get(), RefaceFileKind::SingleVoice) : std::nullopt;
-    if (!header) {
-        return 0;
-    }
-    VoiceObject voice = ReadRecord(file.get(), *header);
-    if (voice.bytes.empty()) {
+    auto voice = DecodeRefaceVoice(ReadFile(path, RefaceFileKind::SingleVoice));
+    if (!voice) {
         return 0;
     }
     if (out) {
-        *out = std::move(voice);
+        *out = std::move(*voice);
     } else {
-        ListSetVoice(list, index, std::move(voice));
+        ListSetVoice(list, index, std::move(*voice));
     }
     return 1;
 }

@@ -23,6 +23,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 class QWidget;
 
@@ -46,9 +47,22 @@ struct RefaceFileHeader {
 std::optional<RefaceFileHeader> RefaceHeaderOf(std::span<const std::uint8_t> bytes,
                                                RefaceFileKind kind);
 
+// Replaces the list's contents by the records of a bank, with the first one selected. False, and
+// the list untouched, without a header of a bank; false, and the whole records in the list, when
+// the bytes end within the records.
+bool DecodeRefaceBank(VoiceList &list, std::span<const std::uint8_t> bytes);
+// The first record of a single-voice file, whatever the voice count; nothing without such a header,
+// or when the record is not there whole.
+std::optional<VoiceObject> DecodeRefaceVoice(std::span<const std::uint8_t> bytes);
+
 // True for a block that a file can hold: at least 202 bytes, the first 202 of which are written
 // whatever they are.
 bool RefaceVoiceCanBeWritten(const VoiceObject *voice);
+
+// The bytes of a file of `voices`, each of which can be written; written now, by `firmware`.
+std::vector<std::uint8_t> EncodeRefaceFile(RefaceFileKind kind,
+                                           std::span<const VoiceObject *const> voices,
+                                           std::uint32_t firmware);
 
 // The four file operations of the reface DX row. All show the wait cursor from start to end and
 // return 1 on success and 0 on failure, without a message; only a failed backup is asked about.

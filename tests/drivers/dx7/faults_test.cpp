@@ -69,7 +69,7 @@ struct Session {
         CurrentMidiChannel = 1;
         SynthFirmware = 0;
         const Bytes bank = TestBank();
-        FillListFromDx7Bank(list, std::span(bank).first<TestBankSize>());
+        DecodeDx7Bank(list, bank);
         ListSelect(list, 3);
     }
     ~Session() { TheMidi = {}; }

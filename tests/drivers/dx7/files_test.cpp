@@ -55,8 +55,7 @@ VoiceList SmallList() {
 VoiceList FullList() {
     VoiceList list;
     const Bytes bank = TestBank();
-    FillListFromDx7Bank(list,
-                        std::span<const std::uint8_t, Dx7BankFileSize>(bank.data(), bank.size()));
+    DecodeDx7Bank(list, std::span<const std::uint8_t, Dx7BankFileSize>(bank.data(), bank.size()));
     return list;
 }
 
@@ -180,6 +179,36 @@ TEST_F(Dx7OpenBankTest, AFileOneByteTooShortIsRefusedWithoutAQuestion) {
     ExpectBankRefused(bank, "without its end byte");
     bank.back() = 0xF7;
     ExpectBankRefused(bank, "with an end byte one too early");
+}
+
+TEST(Dx7Decoders, TakeTheRightFrameWhateverItsSums) {
+    ScriptedDesktop desktop; // that fails on any question
+    Bytes bank = TestBank();
+    bank[4] = 0x21;
+    bank[4102] ^= 1;
+    bank.push_back(0);
+    VoiceList list = SmallList();
+    EXPECT_TRUE(DecodeDx7Bank(list, bank));
+    EXPECT_TRUE(SameItems(list, FullList()));
+    const VoiceObject voice = TestVoice();
+    Bytes file = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
+    file.insert(file.end(), voice.bytes.begin() + 52, voice.bytes.end());
+    file.insert(file.end(), {0x7F, 0xF7});
+    EXPECT_EQ(DecodeDx7Voice(file), voice);
+}
+
+TEST(Dx7Decoders, RefuseAWrongFrameAndLeaveTheList) {
+    Bytes bank = TestBank(), cut = bank, wrong = bank;
+    cut.pop_back();
+    wrong[3] = 0x00;
+    VoiceList list = SmallList();
+    for (const Bytes &bytes : {Bytes(), cut, wrong}) {
+        EXPECT_FALSE(DecodeDx7Bank(list, bytes));
+        EXPECT_EQ(DecodeDx7Voice(bytes), std::nullopt);
+    }
+    EXPECT_TRUE(SameItems(list, SmallList()));
+    Bytes file(164);
+    EXPECT_EQ(DecodeDx7Voice(file), std::nullopt);
 }
 
 TEST_F(Dx7OpenBankTest, ALongerFileWithARightBankInFrontOpensWithoutAQuestion) {
@@ -412,9 +441,9 @@ TEST_F(Dx7SaveBankTest, APayloadBehindALongerHeaderIsFoundByItsOffset) {
     ListSetVoice(list, ListAdd(list), voice);
     VoiceList plain = SmallList();
     Bytes image(Dx7BankFileSize), plainImage(Dx7BankFileSize);
-    BuildDx7Bank(list, std::span<std::uint8_t, Dx7BankFileSize>(image.data(), image.size()));
-    BuildDx7Bank(plain,
-                 std::span<std::uint8_t, Dx7BankFileSize>(plainImage.data(), plainImage.size()));
+    EncodeDx7Bank(list, std::span<std::uint8_t, Dx7BankFileSize>(image.data(), image.size()));
+    EncodeDx7Bank(plain,
+                  std::span<std::uint8_t, Dx7BankFileSize>(plainImage.data(), plainImage.size()));
     EXPECT_EQ(image, plainImage);
     EXPECT_EQ(image[6], 96);
 }

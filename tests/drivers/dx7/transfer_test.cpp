@@ -73,7 +73,7 @@ struct Dx7Transfer : testing::Test {
 
     void FillList() {
         const auto bank = TestBank();
-        FillListFromDx7Bank(list, std::span(bank).first<TestBankSize>());
+        DecodeDx7Bank(list, bank);
         RecordListAmongCalls(midi, list);
         midi.calls.clear();
     }

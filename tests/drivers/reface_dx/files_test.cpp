@@ -234,6 +234,23 @@ TEST_F(RefaceOpenBankTest, AHeaderThatSays4BillionVoicesLeavesThoseThatAreThere)
     EXPECT_EQ(list.selection, NoRow);
 }
 
+TEST(RefaceDecoders, ReadBytesAsTheFilesAreRead) {
+    VoiceList list = SmallList();
+    EXPECT_TRUE(DecodeRefaceBank(list, Joined(TestRefaceBank(), {1, 2, 3})));
+    EXPECT_EQ(list.items, ListOf(32).items);
+    EXPECT_EQ(list.selection, 0);
+    EXPECT_FALSE(DecodeRefaceBank(list, Resized(TestRefaceBank(), 160 + 202 * 2 + 1)));
+    EXPECT_EQ(list.items, ListOf(2).items);
+    EXPECT_FALSE(DecodeRefaceBank(list, Resized(TestRefaceBank(), 159)));
+    EXPECT_EQ(list.items, ListOf(2).items) << "without a header the list stays";
+    EXPECT_EQ(DecodeRefaceVoice(TestRefaceBank()), std::nullopt);
+    const VoiceObject voice = TestVoice(5);
+    const VoiceObject *const voices[] = {&voice};
+    const Bytes file = EncodeRefaceFile(RefaceFileKind::SingleVoice, voices, 0);
+    EXPECT_EQ(DecodeRefaceVoice(file), voice);
+    EXPECT_EQ(DecodeRefaceVoice(Resized(file, 361)), std::nullopt);
+}
+
 TEST_F(RefaceOpenBankTest, ABankCutWithinARecordLeavesTheVoicesBeforeTheCut) {
     struct Cut {
         std::size_t bytes;
