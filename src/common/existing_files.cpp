@@ -2,7 +2,7 @@
 #include "common/existing_files.h"
 
 #include "common/file_bytes.h"
-#include "common/folders.h"
+#include "common/platform.h"
 #include "common/text.h"
 
 #include <bit>

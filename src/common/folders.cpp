@@ -1,6 +1,7 @@
 // The path family: the program's places under the platform's folders.
 #include "common/folders.h"
 
+#include "common/platform.h"
 #include "common/text.h"
 
 #include <filesystem>
@@ -51,8 +52,6 @@ void MakeFolder(const std::string &path) {
 } // namespace
 
 SpecialFolders PlatformFolders;
-
-const char PathSeparator = static_cast<char>(std::filesystem::path::preferred_separator);
 
 const char *MakerProgramFolder() {
     static PathBuffer path;

@@ -16,8 +16,6 @@ struct SpecialFolders {
 };
 extern SpecialFolders PlatformFolders;
 
-extern const char PathSeparator; // '/' or '\\'
-
 // programs + "Quillbrook/"
 const char *MakerProgramFolder();
 // application data + "Quillbrook/" + name

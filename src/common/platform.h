@@ -7,6 +7,8 @@
 
 namespace tonewright {
 
+extern const char PathSeparator; // '/' or '\\'
+
 // Creation ("birth") time of an existing file that can be opened for writing, in 100-nanosecond
 // units since 1601 UTC. False when it cannot be opened or the file system keeps no such time.
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time);

@@ -75,6 +75,8 @@ std::string EscapeForAddress(const std::string &path) {
 
 } // namespace
 
+const char PathSeparator = '/';
+
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
     // Neither a pipe without a reader nor a terminal holds the program up.
     const OpenDescriptor file{open(path, O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)};

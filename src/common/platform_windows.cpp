@@ -12,6 +12,8 @@ constexpr DWORD FirstSupportedMajor = 10; // Windows 10 and 11 both report major
 
 } // namespace
 
+const char PathSeparator = '\\';
+
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
     const HANDLE file =
         CreateFileA(path, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -1,7 +1,7 @@
 // Bounded text helpers.
 #include "common/text.h"
 
-#include "common/folders.h"
+#include "common/platform.h"
 
 #include <algorithm>
 #include <cstdarg>

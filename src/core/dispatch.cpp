@@ -3,7 +3,7 @@
 
 #include "common/desktop.h"
 #include "common/file_bytes.h"
-#include "common/folders.h"
+#include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"

@@ -1,6 +1,7 @@
 // The path family.
 #include "common/folders.h"
 
+#include "common/platform.h"
 #include "common/text.h"
 #include "support/temp_folder.h"
 

@@ -2,7 +2,6 @@
 // and the line on which answers come back.
 #include "midi/instruments/builtin_instruments.h"
 
-#include "midi/instruments/faults.h"
 #include "midi/instruments/instrument.h"
 #include "midi/instruments/memory_file.h"
 

@@ -2,6 +2,8 @@
 // switched on.
 #include "midi/instruments/faults.h"
 
+#include "midi/instruments/instrument.h"
+
 #include <algorithm>
 #include <functional>
 #include <iterator>
