@@ -5,7 +5,8 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "shell/commands.h"
+#include "shell/command_state.h"
+#include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 
@@ -63,7 +64,7 @@ bool ClipboardHoldsVoice() {
 }
 
 void ClipboardChanged() {
-    SetCommandEnabled(CommandPaste, ClipboardHoldsVoice());
+    SetRule(CommandRule::VoiceOnClipboard, ClipboardHoldsVoice());
 }
 
 int RunCopy() {
@@ -74,8 +75,8 @@ int RunCopy() {
     }
     const int result = ClipboardCopy(TheShellWindow.window, *voice);
     if (!result) {
-        ShowMessage(TheShellWindow.window, "There has been an error copying " +
-                                               Latin1ToUtf8(VoiceObjectName(*voice)));
+        ShowMessage(TheShellWindow.window,
+                    "There has been an error copying " + Latin1ToUtf8(VoiceObjectName(*voice)));
     }
     return result;
 }

@@ -1,9 +1,7 @@
-// The queue behind PostCommand and its like.
+// The queue of posted work.
 #include "shell/command_queue.h"
 
-#include "shell/commands.h"
 #include "shell/shell_window.h"
-#include "shell/start_up.h"
 
 #include <deque>
 #include <utility>
@@ -42,18 +40,6 @@ void ClearPosted() {
 void Post(std::function<void()> work) {
     Queue.push_back(std::move(work));
     WakeIfWaiting();
-}
-
-void PostCommand(int id) {
-    Post([id] { RunCommand(id); });
-}
-
-void PostMainListChanged(int value) {
-    Post([value] { MainListChanged(value); });
-}
-
-void PostMainStartupDone() {
-    Post(MainStartupDone);
 }
 
 bool RunNextPosted() {

@@ -8,10 +8,6 @@ namespace tonewright {
 
 // Puts work at the end of the queue and wakes the window.
 void Post(std::function<void()> work);
-// The same for a command of the main window, and for its two messages.
-void PostCommand(int id);
-void PostMainListChanged(int value);
-void PostMainStartupDone();
 
 // Runs the first entry of the queue, unless something is running already. Called by the window each
 // time it was woken; true when an entry was run.

@@ -1,4 +1,4 @@
-// Open, Save, Save as, and the ways out.
+// Open, Save, Save as, Clear, the history, and the ways out.
 #include "shell/documents.h"
 
 #include "common/desktop.h"
@@ -7,8 +7,9 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "shell/commands.h"
+#include "shell/command_state.h"
 #include "shell/history.h"
+#include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 
@@ -36,6 +37,18 @@ int SaveToCurrentPath() {
 } // namespace
 
 std::string PendingOpenPath;
+
+bool AskToSave() {
+    if (!MainListState.dirty) {
+        return true;
+    }
+    const int answer = AskYesNoCancel(Window(), LoadProgramString(111));
+    if (answer == ResultYes) {
+        RunSave();
+        RefreshCommands();
+    }
+    return answer == ResultYes || answer == ResultNo;
+}
 
 int RunOpen() {
     UndoClear();
@@ -75,11 +88,20 @@ int RunOpen() {
     return 1;
 }
 
+int RunHistoryItem(int item) {
+    std::string path;
+    if (!HistoryPick(path, item - HistoryFirstItem)) {
+        return 0;
+    }
+    PendingOpenPath = path;
+    return RunOpen();
+}
+
 int RunSave() {
     // Every driver has a default name, and only that is asked about. "Untitled.Twl", which stands
     // in for it where there is no driver, is a name like any other.
     if (CurrentDriver() && EqualNoCase(CurrentDocumentPath, DefaultDocumentName())) {
-        return RunCommand(CommandSaveAs);
+        return RunSaveAs();
     }
     return SaveToCurrentPath();
 }

@@ -1,5 +1,5 @@
-// Open, save and save under a new name: the prompts and the order of state changes around a bank
-// document.
+// Open, save, save under a new name, and leave: the prompts and the order of state changes around a
+// bank document.
 #pragma once
 
 #include <string>
@@ -9,7 +9,14 @@ namespace tonewright {
 // The path that the next Open takes without asking; empty: it asks.
 extern std::string PendingOpenPath;
 
+// If the document is dirty, asks whether to save it; "yes" saves and goes on whether or not that
+// worked. False: the user wants to stay.
+bool AskToSave();
+
 int RunOpen();
+// A click on an item of the history (HistoryFirstItem and up): opens its document, or, with Shift
+// or Ctrl held, removes or pins it.
+int RunHistoryItem(int item);
 int RunSave();
 int RunSaveAs();
 // Empties the list. 0 when the user wants to stay, else 1.

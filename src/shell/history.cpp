@@ -10,8 +10,6 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/synth_driver.h"
-#include "shell/commands.h"
-#include "shell/documents.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -211,15 +209,6 @@ int HistoryPick(std::string &destination, int index) {
     SortEntries();
     Rebuild();
     return 0;
-}
-
-int RunHistoryItem(int item) {
-    std::string path;
-    if (!HistoryPick(path, item - HistoryFirstItem)) {
-        return 0;
-    }
-    PendingOpenPath = path;
-    return RunCommand(CommandOpen);
 }
 
 } // namespace tonewright

@@ -54,8 +54,6 @@ void HistoryAdd(QWidget *window, const std::string &path, std::int64_t time);
 // A click on the entry `index`: Shift removes it, Ctrl pins or unpins it. 1 when neither is held:
 // then `destination` is the path to open.
 int HistoryPick(std::string &destination, int index);
-// The same for a menu item (181 and up): opens the path that was picked.
-int RunHistoryItem(int item);
 
 // "FileMenuHistory.txt" in the product's application-data folder; empty when there is no such
 // folder.

@@ -3,7 +3,7 @@
 
 #include "core/current.h"
 #include "shell/command_queue.h"
-#include "shell/commands.h"
+#include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 

@@ -4,7 +4,7 @@
 #include "common/desktop.h"
 #include "common/strings.h"
 #include "shell/command_queue.h"
-#include "shell/commands.h"
+#include "shell/documents.h"
 #include "shell/shell_window.h"
 
 namespace tonewright {
@@ -28,7 +28,7 @@ int RunSettings() {
     CallIfThere(TheShellWindow.RepaintTools);
     if (RestartNeeded) {
         ShowMessage(TheShellWindow.window, LoadProgramString(142));
-        PostCommand(CommandExit);
+        Post([] { RunExit(); });
     }
     return 1;
 }

@@ -1,5 +1,5 @@
-// What the engine of the shell asks of the main window; filled in by the window, by the
-// command-line program (mostly empty) and by tests. An empty member does nothing.
+// What the engine of the shell asks of the main window, and the texts in it; filled in by the
+// window, by the command-line program (mostly empty) and by tests. An empty member does nothing.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@ namespace tonewright {
 struct ShellWindow {
     QWidget *window = nullptr; // owner of all dialogs
     std::function<void(const std::string &title)> SetTitle;
-    std::function<void(int id, bool enabled)> CommandStateChanged;
+    std::function<void()> CommandStatesChanged; // ask anew which commands are enabled
     std::function<void()> RepaintList;
     std::function<void()> Raise; // to the top, without staying there
     std::function<void()> Close; // as the system's close message: settings are written
@@ -21,12 +21,18 @@ struct ShellWindow {
     std::function<void()> ShowSetup;      // the settings; returns when they are closed
     std::function<void()> DropBackground; // the picture is loaded anew at the next painting
     std::function<void()> RepaintWindow;
-    std::function<void()> RepaintTools; // the buttons of the tool bar
+    std::function<void()> RepaintTools;          // the buttons of the tool bar
     std::function<int(int row)> ShowAuditionBox; // for the voice in a row of the list
     std::function<int()> ShowSelectSynthBox;     // 1: OK
     std::function<void()> ShowMidiDevicesBox;
 };
 
 extern ShellWindow TheShellWindow;
+
+// Title of the current instrument into the status bar.
+void RefreshStatus();
+// "Tonewright [ file ]" into the title bar.
+void RefreshTitle();
+void RepaintList();
 
 } // namespace tonewright

@@ -1,4 +1,4 @@
-// Finds a browser for the help pages.
+// Finds a browser for the help pages; runs the commands of the Help menu.
 #include "shell/show_document.h"
 
 #include "common/desktop.h"
@@ -90,6 +90,13 @@ int RunManual() {
 
 int RunHelp() {
     return ShowHelpTopic(TheShellWindow.window, "INDEX");
+}
+
+int RunAbout() {
+    if (TheShellWindow.ShowAboutBox) {
+        TheShellWindow.ShowAboutBox();
+    }
+    return 1;
 }
 
 } // namespace tonewright

@@ -1,4 +1,4 @@
-// Shows a help page or another document in a browser.
+// The Help menu: shows a help page or another document in a browser, and the About box.
 #pragma once
 
 #include <string>
@@ -22,5 +22,6 @@ int ShowHelpTopic(QWidget *window, const std::string &topic);
 
 int RunManual();
 int RunHelp();
+int RunAbout();
 
 } // namespace tonewright

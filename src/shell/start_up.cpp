@@ -5,8 +5,9 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "shell/command_queue.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
 #include "shell/documents.h"
+#include "shell/list_state.h"
 
 #include <ctime>
 #include <filesystem>
@@ -77,7 +78,7 @@ std::string CommandLinePath(int argumentCount, char **arguments) {
 }
 
 void PostFirstCommands() {
-    PostMainListChanged(1);
+    Post([] { MainListChanged(1); });
     PostCommand(CommandFind);
     if (DownloadOnOpen != 0) {
         PostCommand(CommandDownload);
@@ -97,6 +98,10 @@ void PostFirstDocument(const std::string &commandLinePath) {
 
 bool StartupWindowWanted() {
     return ShowStartupWindow != 0 && !WizardWanted();
+}
+
+void PostMainStartupDone() {
+    Post(MainStartupDone);
 }
 
 void MainStartupDone() {

@@ -36,6 +36,7 @@ void PostFirstDocument(const std::string &commandLinePath);
 bool StartupWindowWanted();
 
 // After the startup window: the tip of the day.
+void PostMainStartupDone();
 void MainStartupDone();
 
 // month, day and year as LastTipDate keeps them: (month * 256 + day) * 65536 + year.

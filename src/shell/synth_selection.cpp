@@ -6,7 +6,8 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "midi/midi_api.h"
-#include "shell/commands.h"
+#include "shell/command_state.h"
+#include "shell/documents.h"
 
 #include <algorithm>
 
@@ -85,7 +86,9 @@ void SynthChosen(SynthSelection &selection) {
 }
 
 int AcceptSynthSelection(const SynthSelection &selection, const SelectParams &params) {
-    if (!RunCommand(CommandClear)) {
+    const int cleared = RunClear();
+    RefreshCommands();
+    if (!cleared) {
         return 0;
     }
     *params.name = SelectedText(selection.synths);

@@ -1,11 +1,11 @@
-// Keeps the levels of undo and the state of the Undo command.
+// Keeps the levels of undo, and tells the Undo command whether there is one.
 #include "shell/undo.h"
 
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "core/dispatch.h"
 #include "core/undo_level.h"
-#include "shell/commands.h"
+#include "shell/command_state.h"
 
 #include <cstdint>
 #include <vector>
@@ -22,13 +22,14 @@ struct UndoStore {
 UndoStore Store;
 
 void FollowUndo() {
-    SetCommandEnabled(CommandUndo, UndoAvailable());
+    SetRule(CommandRule::UndoLevelThere, UndoAvailable());
 }
 
 } // namespace
 
 int UndoInit(QWidget *window) {
     Store = {};
+    FollowUndo();
     if (MaxUndoLevel < 1 || MaxUndoLevel > MaxStoreSize) {
         ShowMessage(window, "There has been an error initializing the Undo function.\n\nUndo will "
                             "be unavailable for this session of Tonewright.");
@@ -40,6 +41,7 @@ int UndoInit(QWidget *window) {
 
 int UndoEnd() {
     Store = {};
+    FollowUndo();
     return 1;
 }
 

@@ -5,7 +5,7 @@
 #include "core/dispatch.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "shell/clipboard.h"
-#include "shell/commands.h"
+#include "shell/list_state.h"
 #include "shell/reorder.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"

@@ -60,6 +60,7 @@ TEST_F(OpenTest, AFileOfTheDialogBecomesTheDocument) {
     for (const int id : {CommandSave, CommandSaveAs, CommandPrint, CommandUpload}) {
         EXPECT_TRUE(CommandAllowed(id)) << id;
     }
+    EXPECT_TRUE(CommandAllowed(CommandCopy)); // the first voice is selected
     EXPECT_FALSE(CommandAllowed(CommandDownload));
     EXPECT_FALSE(home.Holds("Backup of new.syx"));
     EXPECT_EQ(OpenExportPath, home.Folder());

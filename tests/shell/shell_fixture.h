@@ -6,8 +6,9 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
 #include "shell/documents.h"
+#include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 #include "support/bank_bytes.h"
@@ -65,6 +66,7 @@ protected:
         TheShellWindow.RepaintList = [this] { ++repaints; };
         TheShellWindow.Raise = [this] { ++raises; };
         TheShellWindow.Close = [this] { ++closes; };
+        ResetCommandState();
         UndoInit(nullptr);
         RefreshCommands();
         RefreshCopy();

@@ -5,7 +5,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "shell/command_queue.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
 #include "shell/documents.h"
 #include "shell/shell_window.h"
 

@@ -4,7 +4,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/voice_list.h"
-#include "shell/commands.h"
+#include "shell/list_state.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"
 

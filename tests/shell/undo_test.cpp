@@ -210,7 +210,7 @@ TEST_F(Undo, TheCommandFollowsTheStore) {
 
 TEST_F(Undo, ClearingDisablesTheCommandEvenWithoutAStore) {
     UndoEnd();
-    SetCommandEnabled(CommandUndo, true);
+    SetRule(CommandRule::UndoLevelThere, true);
     EXPECT_EQ(UndoClear(), 0);
     EXPECT_FALSE(CommandAllowed(CommandUndo));
 }

@@ -5,7 +5,7 @@
 #include "common/view/system_colours.h"
 #include "common/view/text_line.h"
 #include "common/view/theme.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
 #include "shell/history.h"
 
 #include <QAction>

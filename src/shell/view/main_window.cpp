@@ -12,8 +12,9 @@
 #include "midi/view/audition_box.h"
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
 #include "shell/history.h"
+#include "shell/list_state.h"
 #include "shell/settings_file.h"
 #include "shell/shell_window.h"
 #include "shell/view/about_box.h"
@@ -68,7 +69,7 @@ void FillMenuBar(QMenuBar &bar, std::map<int, QAction *> &actions) {
                 menu->addSeparator();
                 continue;
             }
-            QAction *action = menu->addAction(CommandOf(id)->menuLabel);
+            QAction *action = menu->addAction(QString::fromStdString(MenuText(*CommandOf(id))));
             action->setMenuRole(QAction::NoRole);
             action->setEnabled(CommandEnabled(id));
             QObject::connect(action, &QAction::triggered, [id] { RunUserCommand(id); });
@@ -117,12 +118,12 @@ void MainWindow::ConnectShell() {
     TheShellWindow.SetTitle = [this](const std::string &title) {
         setWindowTitle(QString::fromStdString(title));
     };
-    TheShellWindow.CommandStateChanged = [this](int id, bool enabled) {
-        if (QAction *action = MenuAction(id)) {
-            action->setEnabled(enabled);
+    TheShellWindow.CommandStatesChanged = [this] {
+        for (const auto &[id, action] : actions) {
+            action->setEnabled(CommandEnabled(id));
         }
         if (toolBar) {
-            toolBar->SetToolEnabled(id, enabled);
+            toolBar->FollowCommands();
         }
     };
     TheShellWindow.RepaintList = [this] {

@@ -2,8 +2,7 @@
 #include "shell/view/tool_bar.h"
 
 #include "common/view/theme.h"
-#include "shell/command_queue.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
 
 #include <QPainter>
 
@@ -43,9 +42,9 @@ ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {
     }
 }
 
-void ToolBar::SetToolEnabled(int commandId, bool enabled) {
-    if (const auto found = buttons.find(commandId); found != buttons.end()) {
-        found->second->setEnabled(enabled);
+void ToolBar::FollowCommands() {
+    for (const auto &[commandId, button] : buttons) {
+        button->setEnabled(CommandEnabled(commandId));
     }
 }
 

@@ -22,7 +22,7 @@ private:
 class ToolBar : public QWidget {
 public:
     explicit ToolBar(QWidget *parent);
-    void SetToolEnabled(int commandId, bool enabled);
+    void FollowCommands(); // a button is enabled as its command is
     void RepaintButtons();
 
 protected:

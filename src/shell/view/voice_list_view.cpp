@@ -5,7 +5,8 @@
 #include "common/view/theme.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "shell/commands.h"
+#include "shell/command_table.h"
+#include "shell/list_state.h"
 #include "shell/reorder.h"
 #include "shell/voice_commands.h"
 

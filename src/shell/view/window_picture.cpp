@@ -4,7 +4,8 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "shell/commands.h"
+#include "shell/command_state.h"
+#include "shell/shell_window.h"
 #include "shell/start_up.h"
 #include "shell/view/main_window.h"
 

@@ -3,6 +3,7 @@
 
 #include "common/view/status_bar.h"
 #include "shell/command_queue.h"
+#include "shell/shell_window.h"
 #include "shell/view/tool_bar.h"
 
 #include <QAction>

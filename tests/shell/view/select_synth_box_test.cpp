@@ -3,7 +3,7 @@
 
 #include "common/settings.h"
 #include "core/current.h"
-#include "shell/commands.h"
+#include "shell/list_state.h"
 #include "support/fake_midi.h"
 #include "support/modal_box.h"
 #include "support/scripted_desktop.h"

@@ -7,6 +7,7 @@
 #include "shell/history.h"
 #include "shell/settings_file.h"
 #include "shell/settings_flow.h"
+#include "shell/shell_window.h"
 #include "shell/view/settings_sheet.h"
 #include "shell/view/tool_bar.h"
 

@@ -1,0 +1,376 @@
+// The command table and the menus made of it.
+#include "shell/command_table.h"
+
+#include "common/settings.h"
+#include "common/strings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "shell/clipboard.h"
+#include "shell/command_queue.h"
+#include "shell/documents.h"
+#include "shell/history.h"
+#include "shell/settings_flow.h"
+#include "shell/shell_window.h"
+#include "shell/show_document.h"
+#include "shell/voice_commands.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tonewright {
+namespace {
+
+constexpr CommandRow CommandTable[] = {
+    // Without a menu.
+    {.id = CommandNothing},
+    {.id = CommandClear, .run = RunClear},
+    {.id = CommandCloseAtOnce, .run = RunCloseAtOnce},
+
+    // File.
+    {.id = CommandNew,
+     .menu = Menu::File,
+     .label = "&New",
+     .key = "Ctrl+N",
+     .allowed = CommandRule::Never},
+    {.id = CommandOpen,
+     .menu = Menu::File,
+     .label = "&Open",
+     .key = "Ctrl+O",
+     .shownKey = "Ctrl+0", // with the digit
+     .run = RunOpen},
+    {.id = CommandSave,
+     .menu = Menu::File,
+     .label = "&Save",
+     .key = "Ctrl+S",
+     .allowed = CommandRule::ListHasRows,
+     .run = RunSave},
+    {.id = CommandSaveAs,
+     .menu = Menu::File,
+     .label = "Save &as...",
+     .allowed = CommandRule::ListHasRows,
+     .run = RunSaveAs},
+    {.id = CommandPrint,
+     .menu = Menu::File,
+     .label = "&Print",
+     .allowed = CommandRule::ListHasRows,
+     .built = false},
+    {.id = CommandSettings,
+     .menu = Menu::File,
+     .label = "Set&tings",
+     .menuGap = true,
+     .run = RunSettings},
+    {.id = CommandExit, .menu = Menu::File, .label = "E&xit", .run = RunExit},
+
+    // Edit, and the context menu of a voice.
+    {.id = CommandUndo,
+     .menu = Menu::Edit,
+     .label = "&Undo",
+     .key = "Ctrl+Z",
+     .allowed = CommandRule::UndoLevelThere,
+     .run = RunUndo},
+    {.id = CommandEdit,
+     .contextLabel = "Edit",
+     .contextNamedLabel = "Edit %s",
+     .built = false,
+     .run = RunEdit},
+    {.id = CommandUploadVoice,
+     .contextLabel = "Upload to synthesizer",
+     .contextNamedLabel = "Upload %s to synthesizer",
+     .run = RunUploadVoice},
+    {.id = CommandAudition,
+     .contextLabel = "Audition",
+     .contextNamedLabel = "Audition %s on synthesizer",
+     .run = RunAudition},
+    {.id = CommandCut,
+     .menu = Menu::Edit,
+     .label = "Cu&t",
+     .menuGap = true,
+     .key = "Ctrl+X",
+     .contextLabel = "Cut",
+     .contextNamedLabel = "Cut %s",
+     .contextGap = true,
+     .allowed = CommandRule::Never},
+    {.id = CommandCopy,
+     .menu = Menu::Edit,
+     .label = "&Copy",
+     .key = "Ctrl+C",
+     .contextLabel = "Copy",
+     .contextNamedLabel = "Copy %s",
+     .allowed = CommandRule::RowSelected,
+     .run = RunCopy},
+    {.id = CommandAddToDatabase,
+     .contextLabel = "Add to current database",
+     .contextNamedLabel = "Add %s to current database (Shift for all)",
+     .contextGap = true,
+     .built = false},
+    {.id = CommandInsertFromDatabase,
+     .contextLabel = "Insert a voice from the current database",
+     .contextNamedLabel = "Insert a voice from the current database",
+     .built = false},
+    {.id = CommandPaste,
+     .menu = Menu::Edit,
+     .label = "&Paste",
+     .key = "Ctrl+V",
+     .contextLabel = "Paste",
+     .contextNamedLabel = "Paste %s", // the voice on the clipboard
+     .contextGap = true,
+     .allowed = CommandRule::VoiceOnClipboard,
+     .run = RunPaste},
+    {.id = CommandExport,
+     .contextLabel = "Export",
+     .contextNamedLabel = "Export %s",
+     .contextGap = true,
+     .run = RunExport},
+    {.id = CommandImport,
+     .contextLabel = "Import",
+     .contextNamedLabel = "Import to replace %s",
+     .run = RunImport},
+    {.id = CommandMoveUp,
+     .contextLabel = "Move up",
+     .contextNamedLabel = "Move %s up",
+     .contextGap = true,
+     .run = RunMoveUp},
+    {.id = CommandMoveDown,
+     .contextLabel = "Move down",
+     .contextNamedLabel = "Move %s down",
+     .run = RunMoveDown},
+    {.id = CommandFind,
+     .menu = Menu::Edit,
+     .label = "&Find synthesizer",
+     .menuGap = true,
+     .allowed = CommandRule::DriverFinds,
+     .run = RunFind},
+    {.id = CommandConfigure,
+     .menu = Menu::Edit,
+     .label = "Con&figure &synthesizer",
+     .allowed = CommandRule::DriverConfigures,
+     .built = false,
+     .run = RunConfigure,
+     .refreshes = false},
+    {.id = CommandDownload,
+     .menu = Menu::Edit,
+     .label = "&Download current voices",
+     .allowed = CommandRule::DriverDownloads,
+     .run = RunDownload},
+    {.id = CommandUpload,
+     .menu = Menu::Edit,
+     .label = "&Upload current voices",
+     .allowed = CommandRule::DriverUploads,
+     .run = RunUpload},
+    {.id = CommandMidiDevices, .menu = Menu::Edit, .label = "&MIDI devices", .run = RunMidiDevices},
+    {.id = CommandSelectSynth,
+     .menu = Menu::Edit,
+     .label = "Select &synthesizer",
+     .menuGap = true,
+     .run = RunSelectSynth},
+
+    // Help.
+    {.id = CommandHelp, .menu = Menu::Help, .label = "&Help", .run = RunHelp},
+    {.id = CommandManual, .menu = Menu::Help, .label = "&Manual", .run = RunManual},
+    {.id = CommandSystemInformation,
+     .menu = Menu::Help,
+     .label = "&System information",
+     .built = false},
+    {.id = CommandTip, .menu = Menu::Help, .label = "&Tip of the day", .built = false},
+    {.id = CommandAbout, .menu = Menu::Help, .label = "&About", .menuGap = true, .run = RunAbout},
+    {.id = CommandWizard,
+     .menu = Menu::Help,
+     .label = "Welcome wi&zard",
+     .menuGap = true,
+     .built = false},
+};
+
+constexpr int FirstTool = CommandOpen;
+constexpr int LastTool = CommandUndo;
+constexpr unsigned ToolTipBase = 1651; // plus the command's number
+
+constexpr const CommandRow *RowOf(int id) {
+    const auto row = std::ranges::find(CommandTable, id, &CommandRow::id);
+    return row == std::end(CommandTable) ? nullptr : row;
+}
+
+// ---- what must hold of the rows
+
+constexpr bool IsFirstOfItsNumber(const CommandRow &row) {
+    return row.id != 0 && RowOf(row.id) == &row;
+}
+static_assert(std::ranges::all_of(CommandTable, IsFirstOfItsNumber));
+
+constexpr bool EntriesHaveLabels(const CommandRow &row) {
+    return (row.menu != Menu::None) == (row.label != nullptr) &&
+           (row.contextLabel != nullptr) == (row.contextNamedLabel != nullptr);
+}
+static_assert(std::ranges::all_of(CommandTable, EntriesHaveLabels));
+
+// A separator needs its entry, a text for the key its key, and a key the menu that shows it.
+constexpr bool PartsHaveTheirEntry(const CommandRow &row) {
+    return (row.label || (!row.menuGap && !row.key)) && (row.key || !row.shownKey) &&
+           (row.contextLabel || !row.contextGap);
+}
+static_assert(std::ranges::all_of(CommandTable, PartsHaveTheirEntry));
+
+} // namespace
+
+constexpr unsigned char ToolBarList[] = {CommandOpen,
+                                         CommandSave,
+                                         CommandUpload,
+                                         CommandDownload,
+                                         CommandUndo | ToolBarGap,
+                                         CommandManual,
+                                         CommandSettings,
+                                         CommandExit,
+                                         0};
+
+namespace {
+
+constexpr bool EndsListOrHasLabel(unsigned char tool) {
+    const int id = tool & ~ToolBarGap;
+    const CommandRow *row = RowOf(id);
+    return tool == 0 || (id >= FirstTool && id <= LastTool && row && row->label);
+}
+static_assert(std::ranges::all_of(ToolBarList, EndsListOrHasLabel));
+
+// ---- menus
+
+std::vector<int> ItemsOf(Menu menu) {
+    std::vector<int> items;
+    for (const CommandRow &row : CommandTable) {
+        if (row.menu == menu) {
+            if (row.menuGap) {
+                items.push_back(0);
+            }
+            items.push_back(row.id);
+        }
+    }
+    return items;
+}
+
+// Moves are offered where there is a row to move to; below the rows there is none to move up.
+bool IsOffered(int id, int row) {
+    switch (id) {
+    case CommandMoveUp:
+        return row > 0;
+    case CommandMoveDown:
+        return row < ListCount(MainList) - 1;
+    default:
+        return true;
+    }
+}
+
+// The menu bar's rules do not count here: the clicked row is there to act on.
+bool IsEnabledInContext(const CommandRow &row) {
+    const bool allowed = row.allowed == CommandRule::VoiceOnClipboard
+                             ? ClipboardHoldsVoice()
+                             : row.allowed != CommandRule::Never;
+    return allowed && row.built;
+}
+
+std::string ContextText(const CommandRow &row, const std::string &name) {
+    if (name.empty()) {
+        return row.contextLabel;
+    }
+    std::string text = row.contextNamedLabel;
+    if (const auto at = text.find("%s"); at != std::string::npos) {
+        text.replace(at, 2, name);
+    }
+    return text;
+}
+
+} // namespace
+
+std::span<const CommandRow> Commands() {
+    return CommandTable;
+}
+
+const CommandRow *CommandOf(int id) {
+    return RowOf(id);
+}
+
+std::string MenuText(const CommandRow &row) {
+    std::string text = row.label;
+    if (row.key) {
+        text += '\t';
+        text += row.shownKey ? row.shownKey : row.key;
+    }
+    return text;
+}
+
+std::vector<MenuRow> MenuBar() {
+    return {{.label = "&File", .atTheRight = false, .items = ItemsOf(Menu::File)},
+            {.label = "&Edit", .atTheRight = false, .items = ItemsOf(Menu::Edit)},
+            {.label = "&Help", .atTheRight = true, .items = ItemsOf(Menu::Help)}};
+}
+
+std::vector<ToolRow> ReadToolBar(const unsigned char *list) {
+    std::vector<ToolRow> tools;
+    for (; *list != 0; ++list) {
+        const int id = *list & ~ToolBarGap;
+        if (id < FirstTool || id > LastTool) {
+            break;
+        }
+        tools.push_back({.id = id,
+                         .gapBehind = (*list & ToolBarGap) != 0,
+                         .tip = LoadProgramString(ToolTipBase + static_cast<unsigned>(id))});
+    }
+    return tools;
+}
+
+std::vector<ContextEntry> BuildContextMenu(int row) {
+    std::string name, clipboardName;
+    if (VerboseRightClickMenu != 0) {
+        const VoiceObject *voice = ListVoice(MainList, row);
+        name = voice ? Latin1ToUtf8(VoiceObjectName(*voice)) : "";
+        clipboardName = ClipboardVoiceName(TheShellWindow.window);
+    }
+    std::vector<ContextEntry> entries;
+    for (const CommandRow &command : CommandTable) {
+        if (!command.contextLabel) {
+            continue;
+        }
+        if (command.contextGap) {
+            entries.push_back({});
+        }
+        if (IsOffered(command.id, row)) {
+            const std::string &named = command.id == CommandPaste ? clipboardName : name;
+            entries.push_back({.id = command.id,
+                               .text = ContextText(command, named),
+                               .enabled = IsEnabledInContext(command)});
+        }
+    }
+    return entries;
+}
+
+bool CommandAllowed(int id) {
+    const CommandRow *row = RowOf(id);
+    return row && RuleAllows(row->allowed);
+}
+
+bool CommandEnabled(int id) {
+    return CommandAllowed(id) && RowOf(id)->built;
+}
+
+int RunCommand(int id) {
+    const RunningMark running;
+    const CommandRow *row = RowOf(id);
+    int result = 0;
+    if (id >= HistoryFirstItem && id < HistoryFirstItem + static_cast<int>(HistoryLimit)) {
+        result = RunHistoryItem(id);
+    } else if (row && row->built && row->run) {
+        result = row->run();
+    }
+    if (!row || row->refreshes) {
+        RefreshCommands();
+    }
+    return result;
+}
+
+int RunUserCommand(int id) {
+    return CommandEnabled(id) && !SomethingIsRunning() ? RunCommand(id) : 0;
+}
+
+void PostCommand(int id) {
+    Post([id] { RunCommand(id); });
+}
+
+} // namespace tonewright
