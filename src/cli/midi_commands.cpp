@@ -1,7 +1,6 @@
 // The commands for instruments: ports, find, upload, upload-voice, download, play.
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
-#include "cli/interruption.h"
 #include "cli/midi_session.h"
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
@@ -162,7 +161,7 @@ constexpr std::chrono::milliseconds NoteLength(500);
 void HoldNote() {
     constexpr std::chrono::milliseconds step(10);
     const auto end = std::chrono::steady_clock::now() + NoteLength;
-    while (std::chrono::steady_clock::now() < end && !InterruptionWaits()) {
+    while (std::chrono::steady_clock::now() < end && !TheMidi.TransferCancelled()) {
         std::this_thread::sleep_for(step);
     }
 }
@@ -175,7 +174,7 @@ int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vec
     AuditionCurrentOctave = 0; // key 0 is note 0
     const bool isOpen = SendAudition(*audition, nullptr);
     for (const int note : notes) {
-        if (!isOpen || InterruptionWaits()) {
+        if (!isOpen || TheMidi.TransferCancelled()) {
             break;
         }
         PressAuditionKey(*audition, note);
@@ -322,7 +321,7 @@ int CliDownload(const CliCall &call) {
         if (!DownloadCurrent(nullptr, MainList)) {
             return TellTransferFailed(*file.synth);
         }
-        if (InterruptionWaits()) {
+        if (TheMidi.TransferCancelled()) {
             return static_cast<int>(ExitFailed);
         }
         const std::string missing = PlacesNotReceived(*file.format);

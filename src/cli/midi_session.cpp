@@ -10,6 +10,7 @@
 #include "core/dispatch.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_start.h"
+#include "midi/session_api.h"
 #include "midi/tracing_api.h"
 #include "midi/transport.h"
 
@@ -20,8 +21,6 @@
 
 namespace tonewright {
 namespace {
-
-bool WriteFailed = false; // a message could not be sent
 
 std::string Quoted(const std::string &name) {
     return '"' + FieldText(name) + '"';
@@ -88,43 +87,10 @@ int SaveMemory(const char *path) {
     return TellFailure(path, WithSystemReason("could not be written", errno));
 }
 
-// ---- the table
-
-// Takes note of a write that fails.
-template <typename... Arguments>
-std::function<int(Arguments...)> Watched(std::function<int(Arguments...)> write) {
-    return [write = std::move(write)](Arguments... arguments) {
-        const int result = write(arguments...);
-        WriteFailed = WriteFailed || result != MidiSuccess;
-        return result;
-    };
-}
-
 void PutTraceLine(const std::string &line) {
     Put(StandardError, line);
     Put(StandardError, '\n');
     Flush(StandardError);
-}
-
-// One clock for the whole call, so that the times of a trace go on from one operation to the next;
-// and nobody is waited for any more once the program is to end. What stops the clock.
-std::function<int()> UseSessionMidi(bool isTraced) {
-    UseMidi();
-    TheMidi.Pm_WriteSysEx = Watched(TheMidi.Pm_WriteSysEx);
-    TheMidi.Pm_WriteShort = Watched(TheMidi.Pm_WriteShort);
-    TheMidi.Pm_Write = Watched(TheMidi.Pm_Write);
-    if (isTraced) {
-        TheMidi = MakeTracingApi(TheMidi, PutTraceLine);
-    }
-    TheMidi.Pt_Start(MidiClockResolution);
-    const auto stop = std::exchange(TheMidi.Pt_Stop, [] { return MidiSuccess; });
-    TheMidi.Pm_Poll = [poll = TheMidi.Pm_Poll](MidiStream stream) {
-        if (InterruptionWaits()) {
-            SysexWait = 0;
-        }
-        return poll(stream);
-    };
-    return stop;
 }
 
 } // namespace
@@ -204,11 +170,15 @@ int WithMidi(const CliCall &call, const std::function<int()> &work) {
         }
     }
     PostponeInterruption();
-    const auto stopClock = UseSessionMidi(call[CliOption::Trace] != nullptr);
+    UseMidi();
+    MidiSession session{.inner = call[CliOption::Trace] ? MakeTracingApi(TheMidi, PutTraceLine)
+                                                        : TheMidi,
+                        .isCancelled = InterruptionWaits};
+    TheMidi = MakeSessionApi(session);
     int status = work();
-    stopClock();
+    EndSession(session);
     EndMidi();
-    if (WriteFailed) {
+    if (session.writeFailed) {
         status = TellFailure("", "not every message could be sent to the instrument");
     }
     if (InterruptionWaits()) {

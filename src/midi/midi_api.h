@@ -1,6 +1,7 @@
 // The one table of MIDI calls: a member for each PortMidi and PortTime call that the program uses,
-// under the same names. Implementations: PortMidi itself, the built-in instruments, a composite of
-// both, and a wrapper that traces any of them.
+// under the same names, and what else is asked of them. Implementations: PortMidi itself, the
+// built-in instruments, a composite of both, a wrapper that traces any of them and one for a
+// session with any of them.
 #pragma once
 
 #include <cstdint>
@@ -82,8 +83,14 @@ struct MidiApi {
         return MidiFailure;
     };
 
+    // Beside the calls of PortMidi.
+
     // Looks for instruments that were plugged in or out. Only with no stream open.
     std::function<void()> RescanDevices = [] {};
+    // True when whoever waits for something is to wait no longer, nor for anything that follows:
+    // what is under way ends as it does when nothing comes any more. What it has to send at its end
+    // is sent all the same.
+    std::function<bool()> TransferCancelled = [] { return false; };
 };
 
 // The table in use; at first one without devices.

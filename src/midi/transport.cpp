@@ -19,10 +19,10 @@ std::int64_t DeadlineFrom(std::int32_t start) {
     return std::int64_t{start} + static_cast<std::int32_t>(SysexWait);
 }
 
-// Polls until there is something to read; false at the deadline.
+// Polls until there is something to read; false at the deadline, or when the user will not wait.
 bool AwaitEvent(MidiStream input) {
     const std::int32_t start = TheMidi.Pt_Time();
-    while (TheMidi.Pt_Time() < DeadlineFrom(start)) {
+    while (TheMidi.Pt_Time() < DeadlineFrom(start) && !TheMidi.TransferCancelled()) {
         if (TheMidi.Pm_Poll(input) != 0) {
             return true;
         }

@@ -25,9 +25,10 @@ int MidiLinkOpen(MidiLink &link, bool withInput, int inputDevice, int outputDevi
 void MidiLinkClose(MidiLink &link);
 
 // Receives one message, events of four bytes each: 1 when a byte F7 has come or `buffer` is full, 0
-// when SysexWait milliseconds have passed since the last event. `*count` becomes the number of
-// bytes stored, the F7 included; the rest of `buffer` is left as it was. Whatever arrives counts,
-// notes and real-time bytes too; nothing is judged. What follows an F7 in its event is dropped.
+// when SysexWait milliseconds have passed since the last event, or the transfer has been cancelled.
+// `*count` becomes the number of bytes stored, the F7 included; the rest of `buffer` is left as it
+// was. Whatever arrives counts, notes and real-time bytes too; nothing is judged. What follows an
+// F7 in its event is dropped.
 int SysexReceive(MidiStream input, std::span<std::uint8_t> buffer, std::size_t *count);
 
 // The place of the first occurrence of `pattern` in `name` without regard to case; nullptr for
