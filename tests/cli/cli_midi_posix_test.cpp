@@ -3,6 +3,7 @@
 #include "midi_home.h"
 #include "unprivileged_cli.h"
 
+#include "support/paths.h"
 #include "support/posix_limits.h"
 
 #include <sys/stat.h>
@@ -14,7 +15,7 @@ class CliMidiOnPosix : public CliMidi {
 protected:
     // `script` in a shell in which $cli is the program.
     static ProgramResult Shell(const std::string &script) {
-        return RunProgram({"/bin/sh", "-c", "cli='" TONEWRIGHT_CLI "'; " + script});
+        return RunProgram({"/bin/sh", "-c", "cli='" + CliProgram() + "'; " + script});
     }
     // The program with these words, which gets a signal once `text`, as grep knows it, stands in
     // its errors, or after half a minute. The output is its exit status as a shell counts it; the
@@ -169,7 +170,7 @@ TEST_F(CliMidiOnPosix, ADownloadThatCannotBeWrittenWholeIsDeleted) {
     ProgramResult result;
     {
         const FileSizeLimit limit(2000);
-        result = RunProgram({TONEWRIGHT_CLI, "download", out});
+        result = RunProgram({CliProgram(), "download", out});
     }
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.errors, "tonewright-cli: " + out + ": could not be written: File too large\n");

@@ -3,6 +3,7 @@
 #include "unprivileged_cli.h"
 
 #include "support/bank_bytes.h"
+#include "support/paths.h"
 #include "support/posix_limits.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
@@ -36,7 +37,7 @@ bool Contains(const std::string &text, const std::string &part) {
 // The program's child process with `input` as its standard input and `output` as standard output
 // and standard error.
 pid_t StartCli(std::vector<std::string> arguments, int input, int output) {
-    arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
+    arguments.insert(arguments.begin(), CliProgram());
     std::vector<char *> pointers;
     for (std::string &argument : arguments) {
         pointers.push_back(argument.data());
@@ -47,7 +48,7 @@ pid_t StartCli(std::vector<std::string> arguments, int input, int output) {
         dup2(input, 0);
         dup2(output, 1);
         dup2(output, 2);
-        execv(TONEWRIGHT_CLI, pointers.data());
+        execv(pointers[0], pointers.data());
         _exit(127);
     }
     return child;
@@ -174,7 +175,7 @@ TEST(CliOutput, FailsWhenItCannotBeWritten) {
     const TempFolder folder;
     const std::string bank = folder.Write("a.syx", TestBank());
     const auto result =
-        RunProgram({"/bin/sh", "-c", "'" TONEWRIGHT_CLI "' list '" + bank + "' >/dev/full"});
+        RunProgram({"/bin/sh", "-c", "'" + CliProgram() + "' list '" + bank + "' >/dev/full"});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.errors, "tonewright-cli: standard output: No space left on device\n");
 }
@@ -185,7 +186,7 @@ TEST(CliSaveOnPosix, DeletesWhatItCouldNotWriteWholeAndSaysWhy) {
     ProgramResult result;
     {
         const FileSizeLimit limit(2000);
-        result = RunProgram({TONEWRIGHT_CLI, "save", in, out});
+        result = RunProgram({CliProgram(), "save", in, out});
     }
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.errors, "tonewright-cli: " + out + ": could not be written: File too large\n");
@@ -196,7 +197,7 @@ TEST(CliOnAPipe, CheckRefusesItAndGoesOn) {
     const TempFolder folder;
     const std::string pipe = MakePipe(folder.File("a.syx"));
     const std::string bank = folder.Write("b.syx", TestBank());
-    const auto result = RunProgram({TONEWRIGHT_CLI, "check", pipe, bank});
+    const auto result = RunProgram({CliProgram(), "check", pipe, bank});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.output,
               pipe + "\trefused\tnot readable: Operation not supported\n" + bank + "\tok\t32\n");

@@ -3,6 +3,7 @@
 #include "core/synth_driver.h"
 #include "run_cli.h"
 #include "support/bank_bytes.h"
+#include "support/paths.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -287,7 +288,7 @@ TEST(CliSave, GivesACleanBankBackByteForByte) {
 
 TEST(CliSave, GivesTheExampleBankBackByteForByte) {
     const TempFolder folder;
-    const std::string example = EXAMPLES_DIR "/tonewright.syx";
+    const std::string example = ExampleFile("tonewright.syx");
     ASSERT_EQ(Cli({"save", example, folder.File("out.syx")}).exitStatus, 0);
     EXPECT_EQ(ReadTestFile(folder.File("out.syx")), ReadTestFile(example));
 }
@@ -715,7 +716,7 @@ TEST(CliConfig, StartsFromTheDefaultFolders) {
     EXPECT_EQ(ConfigValue(result.output, "OpenPath"),
               folder.File("Documents/My Tonewright 17 Documents/"));
     EXPECT_EQ(ConfigValue(result.output, "ApplicationPath"),
-              std::filesystem::path(TONEWRIGHT_CLI).parent_path().string() + "/");
+              std::filesystem::path(CliProgram()).parent_path().string() + "/");
 }
 
 TEST(CliConfig, FailsOnAFileThatCannotBeRead) {

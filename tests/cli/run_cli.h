@@ -1,6 +1,7 @@
 // Runs tonewright-cli as its users do.
 #pragma once
 
+#include "support/paths.h"
 #include "support/run_program.h"
 
 #include <string>
@@ -10,7 +11,7 @@ namespace tonewright {
 
 // With these words behind the program's name.
 inline ProgramResult Cli(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), TONEWRIGHT_CLI);
+    arguments.insert(arguments.begin(), CliProgram());
     return RunProgram(arguments);
 }
 

@@ -1,6 +1,7 @@
 // Runs tonewright-cli as a user who is not root.
 #pragma once
 
+#include "support/paths.h"
 #include "support/posix_limits.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
@@ -20,7 +21,7 @@ inline void RunCliUnprivileged(std::vector<std::string> arguments,
                                const std::function<void(const ProgramResult &)> &judge) {
     const TempFolder open;
     const std::string program = open.File("tonewright-cli");
-    std::filesystem::copy_file(TONEWRIGHT_CLI, program);
+    std::filesystem::copy_file(CliProgram(), program);
     for (const std::string &path : {open.path.string(), program}) {
         ASSERT_EQ(chmod(path.c_str(), 0755), 0);
     }

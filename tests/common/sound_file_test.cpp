@@ -1,6 +1,7 @@
 // Sound files, whole and broken.
 #include "common/sound_file.h"
 
+#include "support/paths.h"
 #include "support/sound_bytes.h"
 #include "support/temp_folder.h"
 
@@ -129,7 +130,7 @@ TEST(ReadSoundFile, ReadsAFileAndNothingElse) {
 }
 
 TEST(ReadSoundFile, ReadsTheProgramsOwnSound) {
-    const auto sound = ReadSoundFile(SOURCE_DIR "/resources/sounds/confirm.wav");
+    const auto sound = ReadSoundFile(SourceFile("resources/sounds/confirm.wav").c_str());
     ASSERT_TRUE(sound);
     const auto frames = sound->frames.size() / static_cast<std::size_t>(FrameSize(sound->format));
     EXPECT_LT(frames, static_cast<std::size_t>(sound->format.framesPerSecond)) << "over a second";

@@ -1,4 +1,6 @@
 // The help pages have an entry for every topic that a window of the program asks for.
+#include "support/paths.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,7 +13,7 @@
 
 namespace {
 
-const std::string HtmlFolder = SOURCE_DIR "/resources/html/";
+const std::string HtmlFolder = tonewright::SourceFile("resources/html/");
 
 // What the Help buttons and the help key of the windows open.
 constexpr std::string_view WindowTopics[] = {
@@ -91,9 +93,9 @@ std::string FirstParagraph(const std::string &page, std::string_view topic) {
 std::string Words(const std::string &page, std::string_view topic) {
     std::string words = WithoutMarkup(Section(page, topic));
     std::ranges::replace(words, '\n', ' ');
-    words.erase(
-        std::ranges::unique(words, [](char a, char b) { return a == ' ' && b == ' '; }).begin(),
-        words.end());
+    words.erase(std::unique(words.begin(), words.end(),
+                            [](char a, char b) { return a == ' ' && b == ' '; }),
+                words.end());
     return words;
 }
 

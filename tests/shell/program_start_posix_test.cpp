@@ -1,4 +1,5 @@
 // The real program from start to end, in a process of its own with a home of its own.
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 
@@ -28,7 +29,7 @@ protected:
 };
 
 TEST_F(ProgramStart, OnAnEmptyHomeItMakesItsFoldersAndKeepsItsSettings) {
-    EXPECT_EQ(RunProgram({TONEWRIGHT_PROGRAM}).exitStatus, 0);
+    EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0);
     EXPECT_TRUE(home.Holds(".config/Quillbrook/Tonewright 17"));
     EXPECT_TRUE(home.Holds("Documents/My Tonewright 17 Documents"));
     EXPECT_NE(Settings().find("\n[Tonewright]\n"), std::string::npos);
@@ -37,23 +38,23 @@ TEST_F(ProgramStart, OnAnEmptyHomeItMakesItsFoldersAndKeepsItsSettings) {
 }
 
 TEST_F(ProgramStart, ASettingOfTheFileLivesThroughARun) {
-    RunProgram({TONEWRIGHT_PROGRAM});
+    RunProgram({WindowProgram()});
     std::string settings = Settings();
     settings.replace(settings.find("MaxUndoLevel = 3"), 16, "MaxUndoLevel = 9");
     WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), settings);
-    RunProgram({TONEWRIGHT_PROGRAM});
+    RunProgram({WindowProgram()});
     EXPECT_NE(Settings().find("\nMaxUndoLevel = 9\n"), std::string::npos);
     EXPECT_TRUE(home.Holds(".config/Quillbrook/Backup of Tonewright 17.ini"));
 }
 
 TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument) {
-    const std::string bank = home.Write("a bank.syx", ReadTestFile(EXAMPLES_DIR "/tonewright.syx"));
-    RunProgram({TONEWRIGHT_PROGRAM});
+    const std::string bank = home.Write("a bank.syx", ReadTestFile(ExampleFile("tonewright.syx")));
+    RunProgram({WindowProgram()});
     std::string settings = Settings();
     settings.replace(settings.find("OpenRecentDocument = 0"), 22, "OpenRecentDocument = 1");
     settings.replace(settings.find("RecentDocumentPath = \n"), 22, "RecentDocumentPath = /r.syx\n");
     WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), settings);
-    RunProgram({TONEWRIGHT_PROGRAM, "\"" + bank + "\""});
+    RunProgram({WindowProgram(), "\"" + bank + "\""});
     EXPECT_NE(Settings().find("\nRecentDocumentPath = " + bank + "\n"), std::string::npos);
     EXPECT_NE(Settings().find("\nOpenPath = " + home.Folder() + "\n"), std::string::npos);
 }
@@ -82,7 +83,7 @@ TEST_F(ProgramStart, GarbageInSettingsAndHistoryDoesNotKeepItFromStarting) {
         WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"),
                       garbage + "\r\nSysexWait = 77");
         WriteTestText(history, garbage + "\r\n" + bank + ",1234");
-        EXPECT_EQ(RunProgram({TONEWRIGHT_PROGRAM}).exitStatus, 0);
+        EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0);
         EXPECT_NE(Settings().find("\nSysexWait = 77\n"), std::string::npos);
         EXPECT_EQ(ReadTestText(history), bank + ",1234\n");
     }

@@ -1,6 +1,8 @@
 // Starts processes on a virtual X server and reads the memory of its screen.
 #include "support/x_display.h"
 
+#include "support/paths.h"
+
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -251,8 +253,7 @@ void ProgramOnDisplay::Start(const Strings &arguments, const Strings &settings,
     for (const std::string &variable :
          {"HOME=" + home.path.string(), "XDG_CONFIG_HOME=" + home.File(".config"),
           "XDG_RUNTIME_DIR=" + home.File("runtime"), std::string("QT_QPA_PLATFORM=xcb"),
-          std::string("LSAN_OPTIONS=print_suppressions=0:suppressions=" SOURCE_DIR
-                      "/tests/lsan.supp")}) {
+          "LSAN_OPTIONS=print_suppressions=0:suppressions=" + SourceFile("tests/lsan.supp")}) {
         variables.push_back(variable);
     }
     // The keyboard library of X measures a text that has no end of its own, which the strict
@@ -261,7 +262,7 @@ void ProgramOnDisplay::Start(const Strings &arguments, const Strings &settings,
     variables.push_back(std::string("ASAN_OPTIONS=") + (checks ? checks : "") +
                         ":strict_string_checks=0");
     variables.insert(variables.end(), environment.begin(), environment.end());
-    Strings command = {TONEWRIGHT_PROGRAM};
+    Strings command = {WindowProgram()};
     command.insert(command.end(), arguments.begin(), arguments.end());
     process.emplace(command, variables);
 }

@@ -1,6 +1,7 @@
 // The example bank, and the tool voicetext that makes it from its text.
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/voice_codec.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 
@@ -19,8 +20,8 @@ namespace fs = std::filesystem;
 
 using Bytes = std::vector<std::uint8_t>;
 
-const std::string ExampleText = EXAMPLES_DIR "/tonewright.voices.txt";
-const std::string ExampleBank = EXAMPLES_DIR "/tonewright.syx";
+const std::string ExampleText = ExampleFile("tonewright.voices.txt");
+const std::string ExampleBank = ExampleFile("tonewright.syx");
 
 struct SingleVoice {
     int place;
@@ -75,7 +76,7 @@ protected:
     }
 
     ProgramResult MakeBank(const std::string &text) const {
-        return RunProgram({VOICETEXT, "bank", WriteText(text), Out()});
+        return RunProgram({VoicetextProgram(), "bank", WriteText(text), Out()});
     }
 
     // Makes a bank of a text that is not right; returns the complaint without program and file.
@@ -110,7 +111,7 @@ std::vector<std::array<std::uint8_t, Dx7VoiceSize>> UnpackExampleBank() {
 // ---- the examples
 
 TEST_F(ExampleVoices, TheBankIsWhatItsTextSaysByteForByte) {
-    const ProgramResult result = RunProgram({VOICETEXT, "bank", ExampleText, Out()});
+    const ProgramResult result = RunProgram({VoicetextProgram(), "bank", ExampleText, Out()});
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(result.output + result.errors, "");
     EXPECT_EQ(ReadAll(Out()), ReadAll(ExampleBank));
@@ -119,9 +120,9 @@ TEST_F(ExampleVoices, TheBankIsWhatItsTextSaysByteForByte) {
 TEST_F(ExampleVoices, TheSingleVoicesAreWhatTheTextSaysByteForByte) {
     for (const auto &[place, file] : SingleVoices) {
         const ProgramResult result =
-            RunProgram({VOICETEXT, "voice", ExampleText, std::to_string(place), Out()});
+            RunProgram({VoicetextProgram(), "voice", ExampleText, std::to_string(place), Out()});
         EXPECT_EQ(result.exitStatus, 0) << file;
-        EXPECT_EQ(ReadAll(Out()), ReadAll(fs::path(EXAMPLES_DIR) / file)) << file;
+        EXPECT_EQ(ReadAll(Out()), ReadAll(ExampleFile(file))) << file;
     }
 }
 
@@ -129,7 +130,7 @@ TEST_F(ExampleVoices, NoSingleVoiceIsMissingFromTheListOfThisTest) {
     std::set<std::string> listed, found;
     for (const SingleVoice &voice : SingleVoices)
         listed.insert(voice.file);
-    for (const fs::directory_entry &entry : fs::directory_iterator(EXAMPLES_DIR))
+    for (const fs::directory_entry &entry : fs::directory_iterator(ExampleFile("")))
         if (entry.path().extension() == ".sy1")
             found.insert(entry.path().filename().string());
     EXPECT_EQ(found, listed);
@@ -138,7 +139,7 @@ TEST_F(ExampleVoices, NoSingleVoiceIsMissingFromTheListOfThisTest) {
 TEST_F(ExampleVoices, TheFilesOpenWithoutAQuestion) {
     EXPECT_EQ(JudgeDx7Bank(ReadAll(ExampleBank)), Dx7FileVerdict::Ok);
     for (const SingleVoice &voice : SingleVoices)
-        EXPECT_EQ(JudgeDx7Voice(ReadAll(fs::path(EXAMPLES_DIR) / voice.file)), Dx7FileVerdict::Ok);
+        EXPECT_EQ(JudgeDx7Voice(ReadAll(ExampleFile(voice.file))), Dx7FileVerdict::Ok);
 }
 
 TEST_F(ExampleVoices, EveryAlgorithmIsUsedOnce) {
@@ -208,7 +209,7 @@ TEST_F(ExampleVoices, TheBankComesBackFromUnpackingByteForByte) {
 TEST_F(ExampleVoices, ASingleVoiceIsTheSameVoiceAsInTheBank) {
     const auto voices = UnpackExampleBank();
     for (const auto &[place, file] : SingleVoices) {
-        const Bytes single = ReadAll(fs::path(EXAMPLES_DIR) / file);
+        const Bytes single = ReadAll(ExampleFile(file));
         ASSERT_EQ(single.size(), 164u);
         EXPECT_TRUE(std::equal(single.begin() + 6, single.begin() + 162,
                                voices[static_cast<std::size_t>(place - 1)].begin()))
@@ -220,7 +221,7 @@ TEST_F(ExampleVoices, ASingleVoiceIsTheSameVoiceAsInTheBank) {
 
 TEST_F(VoiceText, ASingleVoiceHoldsTheLastOperatorFirst) {
     const ProgramResult result =
-        RunProgram({VOICETEXT, "voice", WriteText(BankText()), "32", Out()});
+        RunProgram({VoicetextProgram(), "voice", WriteText(BankText()), "32", Out()});
     ASSERT_EQ(result.exitStatus, 0) << result.errors;
     Bytes expected = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
     for (const int level : {66, 55, 44, 33, 22, 11})                          // op6 ... op1
@@ -289,7 +290,8 @@ TEST_F(VoiceText, TheLimitsOfEachRangeAreAccepted) {
     text = Replaced(text, "algorithm=32", "algorithm=1");
     text = Replaced(text, "transpose=36", "transpose=48");
     text = Replaced(text, "\"HAND #1\"", "\"0123456789\"");
-    const ProgramResult result = RunProgram({VOICETEXT, "voice", WriteText(text), "1", Out()});
+    const ProgramResult result =
+        RunProgram({VoicetextProgram(), "voice", WriteText(text), "1", Out()});
     ASSERT_EQ(result.exitStatus, 0) << result.errors;
     const Bytes voice = ReadAll(Out());
     EXPECT_EQ(voice[6 + 105 + 16], 1); // op1
@@ -453,17 +455,17 @@ TEST_F(VoiceText, PlacesMustRunInOrder) {
 TEST_F(VoiceText, AMistakeAnywhereLeavesTheFormerFileAsItWas) {
     folder.WriteText("out", "former");
     const std::string in = WriteText(Replaced(BankText(), "level=66", "level=0"));
-    EXPECT_EQ(RunProgram({VOICETEXT, "bank", in, Out()}).exitStatus, 1);
-    EXPECT_EQ(RunProgram({VOICETEXT, "voice", in, "2", Out()}).exitStatus, 1);
+    EXPECT_EQ(RunProgram({VoicetextProgram(), "bank", in, Out()}).exitStatus, 1);
+    EXPECT_EQ(RunProgram({VoicetextProgram(), "voice", in, "2", Out()}).exitStatus, 1);
     EXPECT_EQ(ReadAll(Out()), (Bytes{'f', 'o', 'r', 'm', 'e', 'r'}));
 }
 
 TEST_F(VoiceText, AFileThatCannotBeReadOrWrittenIsNamed) {
     const std::string missing = folder.File("none/file");
-    ProgramResult result = RunProgram({VOICETEXT, "bank", missing, Out()});
+    ProgramResult result = RunProgram({VoicetextProgram(), "bank", missing, Out()});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.errors, "voicetext: " + missing + ": cannot be read\n");
-    result = RunProgram({VOICETEXT, "bank", WriteText(BankText()), missing});
+    result = RunProgram({VoicetextProgram(), "bank", WriteText(BankText()), missing});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.errors, "voicetext: " + missing + ": cannot be written\n");
 }
@@ -477,15 +479,15 @@ TEST_F(VoiceText, AnEndlessTextIsRefused) {
 TEST_F(VoiceText, AWrongCallShowsTheUsage) {
     const std::string in = WriteText(BankText());
     const std::vector<std::vector<std::string>> calls = {
-        {VOICETEXT},
-        {VOICETEXT, "bank"},
-        {VOICETEXT, "bank", in},
-        {VOICETEXT, "bank", in, Out(), "more"},
-        {VOICETEXT, "show", in, Out()},
-        {VOICETEXT, "voice", in, Out()},
-        {VOICETEXT, "voice", in, "0", Out()},
-        {VOICETEXT, "voice", in, "33", Out()},
-        {VOICETEXT, "voice", in, "1x", Out()},
+        {VoicetextProgram()},
+        {VoicetextProgram(), "bank"},
+        {VoicetextProgram(), "bank", in},
+        {VoicetextProgram(), "bank", in, Out(), "more"},
+        {VoicetextProgram(), "show", in, Out()},
+        {VoicetextProgram(), "voice", in, Out()},
+        {VoicetextProgram(), "voice", in, "0", Out()},
+        {VoicetextProgram(), "voice", in, "33", Out()},
+        {VoicetextProgram(), "voice", in, "1x", Out()},
     };
     for (const std::vector<std::string> &call : calls) {
         const ProgramResult result = RunProgram(call);

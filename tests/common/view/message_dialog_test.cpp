@@ -5,6 +5,7 @@
 #include "common/view/dialog_controls.h"
 #include "common/view/message_dialog.h"
 #include "common/view/wrapped_text.h"
+#include "support/paths.h"
 
 #include <gtest/gtest.h>
 
@@ -514,7 +515,7 @@ TEST(MessageDialog, TheSoundPlaysFromTheStartAndIsSilentAtTheEnd) {
     };
     TheDesktop.PlaySoundFile = [](const std::string &path) { return PlaySoundFile(path.c_str()); };
     MessageRequest request = ThreeButtons();
-    request.soundName = SOURCE_DIR "/resources/sounds/confirm.wav";
+    request.soundName = SourceFile("resources/sounds/confirm.wav");
     RunWith(request, [](QDialog &dialog) { Click(dialog, 1); });
     EXPECT_EQ(opened, 0) << "without its flag the sound does not play";
     request.flags |= MessageFlagSound;

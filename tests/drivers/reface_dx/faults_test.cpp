@@ -23,11 +23,10 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr auto Reface = BuiltinInstrument::RefaceDx;
-constexpr int In = 4, Out = 5;     // ports of the built-in reface DX
-constexpr int Voices = 32;         // of its memory
-constexpr int Wait = 1500;         // SysexWait
-constexpr int MessagesOfVoice = 7; // header, common block, four operators, footer
-constexpr int EventsOfVoice = 65;  // of four bytes: 4, 13, 4 * 11, 4
+constexpr int In = 4, Out = 5;    // ports of the built-in reface DX
+constexpr int Voices = 32;        // of its memory
+constexpr int Wait = 1500;        // SysexWait
+constexpr int EventsOfVoice = 65; // of four bytes: 4, 13, 4 * 11, 4
 constexpr int EventsOfSystem = 12;
 constexpr int EditedVoice = 40; // what the edit buffer holds at first
 constexpr int GivenVoice = 50;  // sent by the uploads
