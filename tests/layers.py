@@ -4,8 +4,12 @@
 usage: layers.py SOURCE_DIR BUILD_DIR
 
 Fails when a Qt header is included outside view/ folders, src/cli/ and src/main.cpp, when a lower
-layer includes a higher one, when a platform #ifdef stands outside the platform files, or when a
-source file is compiled by no target of the build.
+layer includes a higher one, when neighbours include what they are not to know of each other, when
+units of a folder use each other in a circle, when a platform #ifdef stands outside the platform
+files, or when a source file is compiled by no target of the build.
+
+A unit is a header with its sources: history.h with history.cpp, file_time.h with
+file_time_posix.cpp.
 """
 import json
 import pathlib
@@ -14,8 +18,17 @@ import sys
 
 # Layer of each folder below src/; a file includes only its own layer and lower ones.
 LAYERS = {"common": 0, "core": 1, "midi": 2, "database": 2, "drivers": 3, "shell": 4, "cli": 5}
+# What files of a folder do not include, though its layer would allow it: each pair is a folder (or
+# a file) and the folder or header that it is to know nothing of.
+STRANGERS = [
+    ("drivers/dx7", "drivers/reface_dx"),
+    ("drivers/reface_dx", "drivers/dx7"),
+    ("drivers", "midi/instruments"),
+    ("midi/instruments", "midi/sysex.h"),
+]
 PLATFORM_FILE = re.compile(r"_(posix|windows|alsa)\.(cpp|h)$")
 PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|__linux__|__APPLE__|__unix__)")
+INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
 def layer_of(path):
@@ -33,7 +46,7 @@ def check_file(source, path, problems):
         where = f"src/{path}:{number}"
         if PLATFORM_MACRO.search(line) and not PLATFORM_FILE.search(path.name):
             problems.append(f"{where}: platform macro outside the platform files")
-        match = re.match(r'\s*#\s*include\s*([<"])([^>"]+)[>"]', line)
+        match = INCLUDE.match(line)
         if not match:
             continue
         header = match.group(2)
@@ -45,19 +58,77 @@ def check_file(source, path, problems):
         upper, own = layer_of(included), layer_of(path)
         if upper is not None and own is not None and upper > own:
             problems.append(f"{where}: {path.parts[0]} includes {header} of a higher layer")
+        for here, stranger in STRANGERS:
+            if path.is_relative_to(here) and included.is_relative_to(stranger):
+                problems.append(f"{where}: {here} is to know nothing of {stranger}")
         joins_views = path.parts[0] in ("drivers", "cli") and not is_view
         if "view" in included.parts and not is_view and not may_use_qt(path):
             if not (joins_views and path.name in ("driver.cpp", "synth_driver_table.cpp")):
                 problems.append(f"{where}: engine code includes the view {header}")
 
 
-def main():
-    root, build = map(pathlib.Path, sys.argv[1:3])
-    source = root / "src"
+def unit_of(path):
+    """The unit of a file: its path without what follows the name."""
+    return path.with_name(PLATFORM_FILE.sub("", path.name)).with_suffix("")
+
+
+def uses_within(folder, source):
+    """For each unit of one folder the others of it that it includes."""
+    uses = {}
+    for file in sorted(folder.iterdir()):
+        if file.suffix not in (".cpp", ".h", ".inc"):
+            continue
+        path = pathlib.PurePosixPath(file.relative_to(source))
+        used = uses.setdefault(unit_of(path), set())
+        for line in file.read_text(encoding="utf-8").splitlines():
+            match = INCLUDE.match(line)
+            if not match or match.group(1) == "<":
+                continue
+            included = pathlib.PurePosixPath(match.group(2))
+            if not (source / included).is_file():
+                included = path.parent / included  # named from beside it
+            if included.parent == path.parent and unit_of(included) != unit_of(path):
+                used.add(unit_of(included))
+    return uses
+
+
+def shortest_way(uses, start, end):
+    """The units from `start` to `end`, each using the next; None when there is no way."""
+    ways, seen = [[start]], {start}
+    for way in ways:
+        for unit in sorted(uses.get(way[-1], ())):
+            if unit == end:
+                return way + [unit]
+            if unit not in seen:
+                seen.add(unit)
+                ways.append(way + [unit])
+    return None
+
+
+def circles(source):
+    """Every circle of units within a folder that is the shortest through one of its units."""
+    found = {}
+    for folder in sorted(path for path in [source, *source.rglob("*")] if path.is_dir()):
+        uses = uses_within(folder, source)
+        for unit in uses:
+            way = shortest_way(uses, unit, unit)
+            if way:
+                found.setdefault(frozenset(way), way)
+    return [" uses ".join(str(unit) for unit in way) for way in found.values()]
+
+
+def check_source(source):
     problems = []
     for file in sorted(source.rglob("*")):
         if file.suffix in (".cpp", ".h"):
             check_file(source, pathlib.PurePosixPath(file.relative_to(source)), problems)
+    return problems + [f"a circle: {circle}" for circle in circles(source)]
+
+
+def main():
+    root, build = map(pathlib.Path, sys.argv[1:3])
+    source = root / "src"
+    problems = check_source(source)
     compiled = {
         pathlib.Path(entry["directory"], entry["file"]).resolve()
         for entry in json.loads((build / "compile_commands.json").read_text())

@@ -1,0 +1,97 @@
+#!/usr/bin/env python3
+"""Tests of layers.py over small trees."""
+import pathlib
+import tempfile
+import unittest
+
+import layers
+
+
+class Layers(unittest.TestCase):
+    def problems(self, files):
+        """What is wrong with a source of these files, each with the headers that it includes."""
+        with tempfile.TemporaryDirectory() as folder:
+            source = pathlib.Path(folder, "src")
+            for name, headers in files.items():
+                file = source / name
+                file.parent.mkdir(parents=True, exist_ok=True)
+                lines = [f"#include {header}" if header.startswith("<") else f'#include "{header}"'
+                         for header in headers]
+                file.write_text("\n".join(lines) + "\n")
+            return layers.check_source(source)
+
+    def assert_problem(self, files, *words):
+        problems = self.problems(files)
+        self.assertEqual(len(problems), 1, problems)
+        for word in words:
+            self.assertIn(word, problems[0])
+
+    def test_an_arrow_down_is_allowed(self):
+        self.assertEqual(self.problems({"shell/undo.cpp": ["core/voice_list.h", "<vector>"],
+                                        "core/voice_list.h": ["common/text.h"],
+                                        "common/text.h": []}), [])
+
+    def test_an_arrow_up_is_not(self):
+        self.assert_problem({"core/dispatch.cpp": ["drivers/dx7/files.h"]},
+                            "src/core/dispatch.cpp:1", "higher layer")
+
+    def test_qt_stays_in_its_rooms(self):
+        self.assert_problem({"shell/undo.cpp": ["<QWidget>"]}, "Qt header QWidget")
+        self.assertEqual(self.problems({"shell/view/box.cpp": ["<QWidget>"],
+                                        "cli/picture.cpp": ["<QImage>"],
+                                        "main.cpp": ["<QApplication>"]}), [])
+
+    def test_the_engine_includes_no_view(self):
+        self.assert_problem({"shell/undo.cpp": ["shell/view/box.h"]}, "view")
+        self.assertEqual(self.problems({"drivers/dx7/driver.cpp": ["drivers/dx7/view/box.h"]}), [])
+
+    def test_the_families_do_not_know_each_other(self):
+        self.assert_problem({"drivers/dx7/files.cpp": ["drivers/reface_dx/files.h"]},
+                            "drivers/dx7 is to know nothing of drivers/reface_dx")
+        self.assert_problem({"drivers/reface_dx/view/list.cpp": ["drivers/dx7/files.h"]},
+                            "drivers/reface_dx is to know nothing of drivers/dx7")
+        self.assertEqual(self.problems({"drivers/synth_driver_table.cpp":
+                                        ["drivers/dx7/driver.h", "drivers/reface_dx/driver.h"]}), [])
+
+    def test_instruments_and_what_speaks_to_them_do_not_know_each_other(self):
+        self.assert_problem({"drivers/dx7/transfer.cpp": ["midi/instruments/dx7.h"]},
+                            "drivers is to know nothing of midi/instruments")
+        self.assert_problem({"midi/instruments/dx7.cpp": ["midi/sysex.h"]},
+                            "midi/instruments is to know nothing of midi/sysex.h")
+        self.assertEqual(self.problems({"drivers/dx7/transfer.cpp": ["midi/sysex.h"],
+                                        "midi/midi_start.cpp": ["midi/instruments/dx7.h"]}), [])
+
+    def test_two_units_that_use_each_other_are_a_circle(self):
+        self.assert_problem({"shell/undo.h": [], "shell/undo.cpp": ["shell/commands.h"],
+                             "shell/commands.h": [], "shell/commands.cpp": ["shell/undo.h"]},
+                            "a circle", "shell/undo", "shell/commands")
+
+    def test_a_circle_through_others_is_one_too(self):
+        self.assert_problem({"core/a.h": ["core/b.h"], "core/b.cpp": ["core/c.h"],
+                             "core/b.h": [], "core/c.h": ["a.h"], "core/d.h": ["core/a.h"]},
+                            "a circle", "core/a uses core/b uses core/c uses core/a")
+
+    def test_a_unit_may_have_several_sources_and_includes_itself(self):
+        self.assertEqual(self.problems({"common/time.h": [], "common/time.cpp": ["common/time.h"],
+                                        "common/time_posix.cpp": ["common/time.h"]}), [])
+        self.assert_problem({"common/time.h": [], "common/time_posix.cpp": ["common/text.h"],
+                             "common/text.cpp": ["common/time.h"], "common/text.h": []}, "a circle")
+
+    def test_a_folder_and_its_view_are_two_folders(self):
+        self.assertEqual(self.problems({"shell/view/box.cpp": ["shell/undo.h"],
+                                        "shell/undo.h": []}), [])
+
+    def test_a_platform_macro_stands_in_a_platform_file(self):
+        self.assertEqual(layers.PLATFORM_FILE.search("file_time_posix.cpp") is not None, True)
+        with tempfile.TemporaryDirectory() as folder:
+            source = pathlib.Path(folder)
+            (source / "common").mkdir()
+            (source / "common/text.cpp").write_text("#ifdef _WIN32\n#endif\n")
+            (source / "common/text_windows.cpp").write_text("#ifdef _WIN32\n#endif\n")
+            problems = layers.check_source(source)
+        self.assertEqual(problems, ["src/common/text.cpp:1: platform macro outside the platform "
+                                    "files"])
+
+
+if __name__ == "__main__":
+    unittest.main()
