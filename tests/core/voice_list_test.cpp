@@ -93,8 +93,8 @@ TEST(VoiceList, FreeingTheBlocksKeepsTheRows) {
 TEST(VoiceList, AVoiceThatIsWrittenToIsChangedInPlaceAndToldOf) {
     VoiceList list = ListOf(3);
     int heard = 0;
-    list.observer = [&](VoiceListChange change) {
-        EXPECT_EQ(change, VoiceListChange::Voice);
+    list.observer = [&](ListChange change) {
+        EXPECT_EQ(change, ListChange::Item);
         EXPECT_EQ(*ListVoice(list, 1), VoiceOf(7)) << "the change is made when it is told of";
         ++heard;
     };
@@ -108,7 +108,7 @@ TEST(VoiceList, AVoiceThatIsWrittenToIsChangedInPlaceAndToldOf) {
 TEST(VoiceList, ARowThatHoldsNoVoiceIsNotWrittenTo) {
     VoiceList list = ListOf(2);
     ListAdd(list);
-    list.observer = [](VoiceListChange) { ADD_FAILURE() << "nothing has changed"; };
+    list.observer = [](ListChange) { ADD_FAILURE() << "nothing has changed"; };
     for (const int row : {-1, 2, 3}) {
         EXPECT_FALSE(ListWriteVoice(list, row, [](VoiceObject &) { ADD_FAILURE(); })) << row;
     }
@@ -116,11 +116,11 @@ TEST(VoiceList, ARowThatHoldsNoVoiceIsNotWrittenTo) {
 
 TEST(VoiceList, TakingAVoiceIsToldOfAndLeavesTheRow) {
     VoiceList list = ListOf(2);
-    std::vector<VoiceListChange> heard;
-    list.observer = [&](VoiceListChange change) { heard.push_back(change); };
+    std::vector<ListChange> heard;
+    list.observer = [&](ListChange change) { heard.push_back(change); };
     EXPECT_EQ(ListTakeVoice(list, 1), VoiceOf(1));
     EXPECT_EQ(ListTakeVoice(list, 1), VoiceObject{});
-    EXPECT_EQ(heard, std::vector{VoiceListChange::Voice});
+    EXPECT_EQ(heard, std::vector{ListChange::Item});
     EXPECT_EQ(ListCount(list), 2);
 }
 
@@ -144,16 +144,15 @@ TEST(VoiceList, AListThatIsNotAsItAlwaysIsIsFound) {
 
 TEST(VoiceList, TheObserverHearsOfRowsSelectionScrollingAndState) {
     VoiceList list = ListOf(10);
-    std::vector<VoiceListChange> heard;
-    list.observer = [&](VoiceListChange change) { heard.push_back(change); };
+    std::vector<ListChange> heard;
+    list.observer = [&](ListChange change) { heard.push_back(change); };
     ListSetVisibleRows(list, 3);
     ListSelect(list, 5);
     ListSetVoice(list, 5, VoiceOf(1));
     ListAdd(list);
     ListEnable(list, false);
-    EXPECT_EQ(heard, (std::vector{VoiceListChange::Selection, VoiceListChange::TopRow,
-                                  VoiceListChange::Voice, VoiceListChange::Items,
-                                  VoiceListChange::State}));
+    EXPECT_EQ(heard, (std::vector{ListChange::Selection, ListChange::TopRow, ListChange::Item,
+                                  ListChange::Items, ListChange::State}));
 }
 
 } // namespace

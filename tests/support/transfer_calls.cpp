@@ -35,12 +35,12 @@ void RecordDesktopAmongCalls(FakeMidi &midi) {
 
 void RecordListAmongCalls(FakeMidi &midi, VoiceList &list) {
     list.observer = [&midi, &list, enabled = list.enabled, redraw = list.redraw,
-                     height = list.itemHeight](VoiceListChange change) mutable {
-        if (change == VoiceListChange::Items) {
+                     height = list.itemHeight](ListChange change) mutable {
+        if (change == ListChange::Items) {
             midi.calls.push_back(std::to_string(ListCount(list)) + " rows");
-        } else if (change == VoiceListChange::Voice) {
+        } else if (change == ListChange::Item) {
             midi.calls.emplace_back("voice");
-        } else if (change == VoiceListChange::Selection) {
+        } else if (change == ListChange::Selection) {
             midi.calls.push_back("select " + std::to_string(list.selection));
         }
         if (list.redraw != redraw) {

@@ -120,8 +120,8 @@ TEST_F(Dx7OpenBankTest, ABankFillsTheListInFileOrder) {
 TEST_F(Dx7OpenBankTest, TheListIsDisabledAndNotRedrawnWhileItIsFilled) {
     VoiceList list;
     int added = 0;
-    list.observer = [&](VoiceListChange change) {
-        if (change == VoiceListChange::Items && ListCount(list) > 0) {
+    list.observer = [&](ListChange change) {
+        if (change == ListChange::Items && ListCount(list) > 0) {
             ++added;
             EXPECT_FALSE(list.enabled);
             EXPECT_FALSE(list.redraw);

@@ -6,6 +6,7 @@
 #include "shell/shell_window.h"
 #include "shell/view/tool_bar.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QMenuBar>
@@ -267,6 +268,24 @@ TEST_F(MainWindowTest, KeysMoveTheSelection) {
     EXPECT_EQ(MainList.selection, 1);
     key(Qt::Key_Q);
     EXPECT_EQ(MainList.selection, 1);
+}
+
+TEST_F(MainWindowTest, LettersTypedQuicklySpellAName) {
+    OpenBank();
+    QTest::keyClicks(list, "voice 27");
+    EXPECT_EQ(MainList.selection, 26);
+}
+
+TEST_F(MainWindowTest, AScreenReaderFindsTheVoicesByName) {
+    OpenBank();
+    QAccessibleInterface *voices = QAccessible::queryAccessibleInterface(list);
+    ASSERT_NE(voices, nullptr);
+    EXPECT_EQ(voices->text(QAccessible::Name), "Voices");
+    EXPECT_EQ(voices->role(), QAccessible::List);
+    ASSERT_EQ(voices->childCount(), 32);
+    EXPECT_EQ(voices->child(31)->text(QAccessible::Name), "VOICE 32");
+    EXPECT_TRUE(voices->child(0)->state().selected);
+    EXPECT_FALSE(voices->child(1)->state().selected);
 }
 
 TEST_F(MainWindowTest, TheListKeepsTheKeyboardThroughAnOpen) {

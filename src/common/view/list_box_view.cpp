@@ -1,0 +1,418 @@
+// Painting, scrolling, selecting and dragging in a list box.
+#include "common/view/list_box_view.h"
+
+#include "common/view/theme.h"
+
+#include <QAbstractListModel>
+#include <QAccessible>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+constexpr int EdgeScrollMilliseconds = 80;
+constexpr int DragCursorNumber = 9001;
+constexpr int DragCursorSize = 32;
+
+const QCursor &DragCursor() {
+    static const QCursor cursor(PictureOf(DragCursorNumber, {DragCursorSize, DragCursorSize}), 0,
+                                0);
+    return cursor;
+}
+
+// The rows as the toolkit counts and names them.
+class RowModel : public QAbstractListModel {
+public:
+    RowModel(const ListBox &box, const ListBoxOwner &owner, QObject *parent)
+        : QAbstractListModel(parent), box(box), owner(owner) {}
+
+    int rowCount(const QModelIndex &parent) const override { return parent.isValid() ? 0 : rows; }
+    QVariant data(const QModelIndex &index, int role) const override {
+        const bool isName = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+        return isName && owner.name && ListHasRow(box, index.row()) ? owner.name(index.row())
+                                                                    : QVariant();
+    }
+    void Follow() {
+        beginResetModel();
+        rows = box.count;
+        endResetModel();
+    }
+
+private:
+    const ListBox &box;
+    const ListBoxOwner &owner;
+    int rows = 0;
+};
+
+qint64 NowInMilliseconds() {
+    static const QElapsedTimer timer = [] {
+        QElapsedTimer started;
+        started.start();
+        return started;
+    }();
+    return timer.elapsed();
+}
+
+std::optional<ListKey> ListKeyOf(int key) {
+    switch (key) {
+    case Qt::Key_Up:
+        return ListKey::Up;
+    case Qt::Key_Down:
+        return ListKey::Down;
+    case Qt::Key_PageUp:
+        return ListKey::PageUp;
+    case Qt::Key_PageDown:
+        return ListKey::PageDown;
+    case Qt::Key_Home:
+        return ListKey::Home;
+    case Qt::Key_End:
+        return ListKey::End;
+    default:
+        return std::nullopt;
+    }
+}
+
+template <typename Function, typename... Arguments>
+void Tell(const Function &function, Arguments &&...arguments) {
+    if (function) {
+        function(std::forward<Arguments>(arguments)...);
+    }
+}
+
+} // namespace
+
+ListBoxView::ListBoxView(ListBox &shown, ListBoxOwner shownOwner, QWidget *parent)
+    : QListView(parent), box(shown), owner(std::move(shownOwner)) {
+    setFrameShape(QFrame::Box);
+    setLineWidth(1);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setFocusPolicy(Qt::StrongFocus);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    viewport()->setAutoFillBackground(false);
+    setModel(new RowModel(box, owner, this));
+    edgeTimer.setInterval(EdgeScrollMilliseconds);
+    QObject::connect(&edgeTimer, &QTimer::timeout, this, [this] {
+        if (QGuiApplication::mouseButtons() & Qt::LeftButton) {
+            ScrollAtEdges(viewport()->mapFromGlobal(QCursor::pos()));
+        } else {
+            EndPress();
+        }
+    });
+    verticalScrollBar()->installEventFilter(this);
+    box.observer = [this](ListChange change) { Follow(change); };
+    Follow(ListChange::Items);
+}
+
+ListBoxView::~ListBoxView() {
+    box.observer = nullptr;
+}
+
+int ListBoxView::RowAt(QPoint point) const {
+    return ListRowAt(box, {.x = point.x(), .y = point.y()}, viewport()->width(),
+                     viewport()->height());
+}
+
+QRect ListBoxView::RowRectangle(int row) const {
+    const Rectangle area = ListRowRectangle(box, row, viewport()->width());
+    return {area.left, area.top, area.right - area.left, area.bottom - area.top};
+}
+
+int ListBoxView::HeightForWholeRows(int available) const {
+    const int frame = 2 * frameWidth();
+    const int rows = std::max(1, (available - frame) / box.itemHeight);
+    return rows * box.itemHeight + frame;
+}
+
+QModelIndex ListBoxView::indexAt(const QPoint &point) const {
+    return model()->index(RowAt(point), 0);
+}
+
+QRect ListBoxView::visualRect(const QModelIndex &index) const {
+    return index.isValid() ? RowRectangle(index.row()) : QRect();
+}
+
+void ListBoxView::scrollTo(const QModelIndex &index, ScrollHint) {
+    ListShowRow(box, index.row());
+}
+
+int ListBoxView::verticalOffset() const {
+    return box.topRow * box.itemHeight;
+}
+
+void ListBoxView::Follow(ListChange change) {
+    switch (change) {
+    case ListChange::Item:
+        return;
+    case ListChange::State:
+        // A widget that is disabled loses the keyboard; it comes back with the list.
+        regainFocus = regainFocus || (!box.enabled && hasFocus());
+        setEnabled(box.enabled);
+        if (box.enabled && std::exchange(regainFocus, false)) {
+            setFocus();
+        }
+        ListSetVisibleRows(box, viewport()->height() / box.itemHeight);
+        break;
+    case ListChange::Items:
+        static_cast<RowModel *>(model())->Follow();
+        FollowSelection();
+        break;
+    case ListChange::Selection:
+        FollowSelection();
+        break;
+    case ListChange::TopRow:
+        break;
+    }
+    FollowScrolling();
+    if (box.redraw) {
+        viewport()->update();
+    }
+}
+
+void ListBoxView::FollowScrolling() {
+    QScrollBar &bar = *verticalScrollBar();
+    const QSignalBlocker blocker(bar);
+    bar.setPageStep(std::max(1, box.visibleRows));
+    bar.setRange(0, std::max(0, ListCount(box) - box.visibleRows));
+    bar.setValue(box.topRow);
+    bar.setEnabled(bar.maximum() > 0);
+}
+
+void ListBoxView::FollowSelection() {
+    following = true;
+    const QModelIndex index = model()->index(box.selection, 0); // not a valid one for NoRow
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    following = false;
+    if (index.isValid() && QAccessible::isActive()) {
+        for (const QAccessible::Event kind : {QAccessible::Selection, QAccessible::Focus}) {
+            if (kind == QAccessible::Selection || hasFocus()) {
+                QAccessibleEvent event(this, kind);
+                event.setChild(index.row());
+                QAccessible::updateAccessibility(&event);
+            }
+        }
+    }
+}
+
+void ListBoxView::selectionChanged(const QItemSelection &selected, const QItemSelection &) {
+    // Others than us select a row on the user's behalf.
+    if (!following && !selected.isEmpty()) {
+        SelectByUser(selected.indexes().constFirst().row());
+    }
+}
+
+void ListBoxView::paintEvent(QPaintEvent *event) {
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), Qt::white);
+    if (!box.redraw) {
+        return;
+    }
+    const int count = ListCount(box);
+    for (int row = box.topRow; row < count; ++row) {
+        const QRect area = RowRectangle(row);
+        if (area.top() > event->rect().bottom()) {
+            break;
+        }
+        if (!area.intersects(event->rect())) {
+            continue;
+        }
+        const bool selected = row == box.selection && box.enabled;
+        const QPalette &colours = palette();
+        painter.save();
+        painter.setClipRect(area);
+        if (selected) {
+            painter.fillRect(area, colours.color(QPalette::Active, QPalette::Highlight));
+        }
+        painter.setPen(!box.enabled
+                           ? colours.color(QPalette::Disabled, QPalette::Text)
+                           : (selected ? colours.color(QPalette::Active, QPalette::HighlightedText)
+                                       : QColor(Qt::black)));
+        Tell(owner.paint,
+             ListRowPainting{.painter = painter, .area = area, .row = row, .selected = selected});
+        painter.restore();
+    }
+}
+
+void ListBoxView::resizeEvent(QResizeEvent *) {
+    ListSetVisibleRows(box, viewport()->height() / box.itemHeight);
+    FollowScrolling();
+}
+
+void ListBoxView::scrollContentsBy(int, int) {
+    ListSetTopRow(box, verticalScrollBar()->value());
+    viewport()->update();
+}
+
+void ListBoxView::SelectByUser(int row) {
+    ListSelect(box, row);
+    Tell(owner.touched);
+}
+
+void ListBoxView::mousePressEvent(QMouseEvent *event) {
+    const int row = RowAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton) {
+        EndPress(); // a release that went elsewhere
+        Tell(owner.touched);
+        if (row == NoRow) {
+            return;
+        }
+        ListDragPress(box, drag, row);
+        Tell(owner.hold, true);
+        if (!drag.onSelected) {
+            SelectByUser(row);
+        }
+    } else if (event->button() == Qt::RightButton) {
+        Tell(owner.menu, row, event->globalPosition().toPoint());
+    } else if (event->button() == Qt::MiddleButton && row != NoRow) {
+        Tell(owner.middlePress, row);
+    }
+}
+
+void ListBoxView::mouseMoveEvent(QMouseEvent *event) {
+    if (drag.row == NoRow) {
+        return;
+    }
+    const QPoint point = event->position().toPoint();
+    ScrollAtEdges(point);
+    ListDragMove(box, drag, {.x = point.x(), .y = point.y()}, viewport()->width());
+    if (drag.begun) {
+        viewport()->setCursor(viewport()->rect().contains(point) ? DragCursor()
+                                                                 : QCursor(Qt::ForbiddenCursor));
+    }
+}
+
+void ListBoxView::mouseReleaseEvent(QMouseEvent *event) {
+    if (event->button() != Qt::LeftButton || drag.row == NoRow) {
+        return;
+    }
+    const int to = RowAt(event->position().toPoint());
+    const ListDrag ended = drag;
+    EndPress();
+    if (ended.onSelected && to == ended.row) {
+        Tell(owner.clickedAgain);
+    }
+    Tell(owner.drop, ended.row, to);
+    Tell(owner.touched);
+}
+
+void ListBoxView::mouseDoubleClickEvent(QMouseEvent *event) {
+    if (event->button() == Qt::RightButton) {
+        mousePressEvent(event);
+        return;
+    }
+    if (event->button() != Qt::LeftButton) {
+        return; // the first press of the middle button has been heard
+    }
+    const int row = RowAt(event->position().toPoint());
+    if (row != NoRow) {
+        Tell(owner.doubleClick, row);
+    }
+}
+
+void ListBoxView::contextMenuEvent(QContextMenuEvent *event) {
+    // The mouse opens the menu at the press of its button; this is the keyboard's way.
+    if (event->reason() == QContextMenuEvent::Keyboard && box.selection != NoRow) {
+        Tell(owner.menu, box.selection,
+             viewport()->mapToGlobal(RowRectangle(box.selection).center()));
+    }
+}
+
+void ListBoxView::wheelEvent(QWheelEvent *event) {
+    const int delta = event->angleDelta().y();
+    if (delta != 0) {
+        ListSetTopRow(box, box.topRow + (delta > 0 ? -1 : 1));
+    }
+    event->accept();
+}
+
+void ListBoxView::ScrollAtEdges(QPoint point) {
+    if (!ListDragScroll(box, drag, point.y(), viewport()->height())) {
+        edgeTimer.stop();
+    } else if (!edgeTimer.isActive()) {
+        edgeTimer.start();
+    }
+}
+
+void ListBoxView::EndPress() {
+    Tell(owner.hold, false);
+    drag = {};
+    edgeTimer.stop();
+    viewport()->unsetCursor();
+}
+
+bool ListBoxView::event(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::EnabledChange:
+    case QEvent::FocusOut:
+    case QEvent::WindowBlocked:
+    case QEvent::WindowDeactivate:
+        EndPress(); // the release will not come here
+        break;
+    default:
+        break;
+    }
+    return QListView::event(event);
+}
+
+bool ListBoxView::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == verticalScrollBar() && event->type() == QEvent::Wheel) {
+        wheelEvent(static_cast<QWheelEvent *>(event));
+        return true;
+    }
+    return QListView::eventFilter(watched, event);
+}
+
+// The toolkit's own would make a row current, and repaint, because the keyboard comes or goes.
+void ListBoxView::focusInEvent(QFocusEvent *event) {
+    QAbstractScrollArea::focusInEvent(event);
+}
+
+void ListBoxView::focusOutEvent(QFocusEvent *event) {
+    QAbstractScrollArea::focusOutEvent(event);
+}
+
+void ListBoxView::keyPressEvent(QKeyEvent *event) {
+    if (ListCount(box) == 0) {
+        event->ignore();
+        return;
+    }
+    if (const auto key = ListKeyOf(event->key())) {
+        SelectByUser(ListRowOfKey(box, *key));
+    } else if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
+        event->ignore();
+    } else {
+        keyboardSearch(event->text());
+    }
+}
+
+void ListBoxView::keyboardSearch(const QString &letters) {
+    const qint64 now = NowInMilliseconds();
+    if (now - std::exchange(lastLetter, now) > QApplication::keyboardInputInterval()) {
+        typed.clear();
+    }
+    const auto beginsWith = [this](int row, const std::string &text) {
+        return owner.name &&
+               owner.name(row).startsWith(QString::fromStdString(text), Qt::CaseInsensitive);
+    };
+    for (const QChar letter : letters) {
+        if (!letter.isPrint()) {
+            return;
+        }
+        const int row = ListRowOfLetter(box, typed, QString(letter).toStdString(), beginsWith);
+        if (row != NoRow) {
+            SelectByUser(row);
+        }
+    }
+}
+
+} // namespace tonewright

@@ -1,0 +1,280 @@
+// A list of 120,000 plain rows, driven by keyboard and mouse and asked by a screen reader.
+#include "common/view/list_box_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTest>
+
+#include <memory>
+#include <vector>
+
+namespace tonewright {
+namespace {
+
+constexpr int ManyRows = 120000;
+constexpr int RowHeight = 20;
+constexpr int ShownRows = 10;
+
+// "AAAA" to "GVNJ" and so on: the row's number in letters, so that the names are sorted.
+QString NameOf(int row) {
+    QString name;
+    for (int place = 26 * 26 * 26; place > 0; place /= 26) {
+        name += QChar('A' + row / place % 26);
+    }
+    return name;
+}
+
+class ListBoxViewTest : public testing::Test {
+protected:
+    void SetUp() override {
+        ListSetItemHeight(box, RowHeight);
+        view = std::make_unique<ListBoxView>(
+            box,
+            ListBoxOwner{
+                .name = NameOf,
+                .paint =
+                    [this](const ListRowPainting &painting) {
+                        painted.push_back(painting.row);
+                        painting.painter.drawText(painting.area, NameOf(painting.row));
+                    },
+                .touched = [this] { ++touched; },
+                .hold = [this](bool now) { held = now; },
+                .clickedAgain = [this] { ++clickedAgain; },
+                .drop = [this](int from, int to) { drops.emplace_back(from, to); },
+                .doubleClick = [this](int row) { doubleClicked = row; },
+                .middlePress = [this](int row) { middlePressed = row; },
+                .menu = [this](int row, QPoint) { menus.push_back(row); },
+            },
+            &window);
+        window.resize(400, 300);
+        view->setGeometry(0, 0, 300, view->HeightForWholeRows(ShownRows * RowHeight + 15));
+        ListBoxFill(box, ManyRows);
+        window.show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        view->setFocus();
+    }
+
+    QWidget *Viewport() const { return view->viewport(); }
+    QPoint PointOf(int row) const { return view->RowRectangle(row).center(); }
+    void Press(int row, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mousePress(Viewport(), button, Qt::NoModifier, PointOf(row));
+    }
+    void Release(QPoint point) {
+        QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, point);
+    }
+    // A move with the left button held.
+    void Move(QPoint point) {
+        QMouseEvent move(QEvent::MouseMove, point, Viewport()->mapToGlobal(point), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(Viewport(), &move);
+    }
+    void Key(Qt::Key key) { QTest::keyClick(view.get(), key); }
+
+    QWidget window;
+    ListBox box;
+    std::unique_ptr<ListBoxView> view;
+    std::vector<int> painted, menus;
+    std::vector<std::pair<int, int>> drops;
+    int touched = 0, clickedAgain = 0, doubleClicked = NoRow, middlePressed = NoRow;
+    bool held = false;
+};
+
+TEST_F(ListBoxViewTest, ShowsWholeRowsAndPaintsNoOthers) {
+    EXPECT_EQ(box.visibleRows, ShownRows);
+    painted.clear();
+    ListSetTopRow(box, 70000);
+    Viewport()->repaint();
+    std::vector<int> expected;
+    for (int row = 70000; row < 70000 + ShownRows; ++row) {
+        expected.push_back(row);
+    }
+    EXPECT_EQ(painted, expected);
+}
+
+TEST_F(ListBoxViewTest, WhileRedrawIsOffItIsWhite) {
+    ListSetRedraw(box, false);
+    painted.clear();
+    Viewport()->repaint();
+    EXPECT_TRUE(painted.empty());
+    ListSetRedraw(box, true);
+    Viewport()->repaint();
+    EXPECT_EQ(painted.size(), static_cast<std::size_t>(ShownRows));
+}
+
+TEST_F(ListBoxViewTest, KeysReachTheLastRowAndTheFirst) {
+    Key(Qt::Key_End);
+    EXPECT_EQ(box.selection, ManyRows - 1);
+    EXPECT_EQ(box.topRow, ManyRows - ShownRows);
+    EXPECT_EQ(view->verticalScrollBar()->value(), ManyRows - ShownRows);
+    EXPECT_EQ(view->verticalScrollBar()->maximum(), ManyRows - ShownRows);
+    Key(Qt::Key_PageUp);
+    EXPECT_EQ(box.selection, ManyRows - ShownRows);
+    Key(Qt::Key_Up);
+    EXPECT_EQ(box.selection, ManyRows - ShownRows - 1);
+    Key(Qt::Key_Home);
+    EXPECT_EQ(box.selection, 0);
+    Key(Qt::Key_PageDown);
+    EXPECT_EQ(box.selection, ShownRows - 1);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(box.selection, ShownRows);
+    EXPECT_EQ(box.topRow, 1);
+    EXPECT_EQ(touched, 6);
+}
+
+TEST_F(ListBoxViewTest, LettersTypedQuicklyAreTheBeginningOfAName) {
+    QTest::keyClicks(view.get(), "EQUI"); // a name in the middle
+    const int row = ((4 * 26 + 16) * 26 + 20) * 26 + 8;
+    ASSERT_EQ(NameOf(row), "EQUI");
+    EXPECT_EQ(box.selection, row);
+    QTest::qWait(QApplication::keyboardInputInterval() + 50);
+    QTest::keyClicks(view.get(), "b"); // of either case
+    EXPECT_EQ(NameOf(box.selection), "BAAA");
+}
+
+TEST_F(ListBoxViewTest, KeysWithCtrlAreLeftToOthers) {
+    QTest::keyClick(view.get(), Qt::Key_B, Qt::ControlModifier);
+    EXPECT_EQ(box.selection, NoRow);
+    ListBoxFill(box, 0);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(box.selection, NoRow);
+}
+
+TEST_F(ListBoxViewTest, TheKeyboardSelectsNothingByComing) {
+    QLineEdit other(&window);
+    other.show();
+    other.setFocus();
+    view->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(view->hasFocus());
+    EXPECT_EQ(box.selection, NoRow);
+    EXPECT_FALSE(view->currentIndex().isValid());
+}
+
+TEST_F(ListBoxViewTest, AClickSelectsAndASecondOneIsTold) {
+    Press(4);
+    EXPECT_TRUE(held);
+    EXPECT_EQ(box.selection, 4);
+    EXPECT_EQ(touched, 2);
+    Release(PointOf(4));
+    EXPECT_FALSE(held);
+    EXPECT_EQ(touched, 3);
+    EXPECT_EQ(clickedAgain, 0);
+    Press(4);
+    Release(PointOf(4));
+    EXPECT_EQ(clickedAgain, 1);
+    EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{4, 4}, {4, 4}}));
+}
+
+TEST_F(ListBoxViewTest, OtherButtonsSelectNothing) {
+    Press(3, Qt::RightButton);
+    EXPECT_EQ(menus, std::vector{3});
+    Press(5, Qt::MiddleButton);
+    EXPECT_EQ(middlePressed, 5);
+    EXPECT_EQ(box.selection, NoRow);
+    QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(6));
+    EXPECT_EQ(doubleClicked, 6);
+}
+
+TEST_F(ListBoxViewTest, ARowIsDraggedFarBelowTheView) {
+    ListSetTopRow(box, 60000);
+    Press(60003);
+    Move(PointOf(60004));
+    const QPoint below(10, Viewport()->height() + 5);
+    Move(below);
+    Move(below);
+    EXPECT_EQ(box.topRow, 60002);
+    Move(PointOf(60008));
+    Release(PointOf(60008));
+    EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{60003, 60008}}));
+    EXPECT_FALSE(held);
+}
+
+TEST_F(ListBoxViewTest, ADragThatLeavesTheListDropsBesideTheRows) {
+    Press(2);
+    Move({-20, 10});
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ForbiddenCursor);
+    Release({-20, 10});
+    EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{2, NoRow}}));
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(ListBoxViewTest, TheWheelMovesOneRowAMessage) {
+    const auto wheel = [this](int delta) {
+        const QPointF point(10, 10);
+        QWheelEvent event(point, Viewport()->mapToGlobal(point), {}, QPoint(0, delta), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(Viewport(), &event);
+    };
+    wheel(-360);
+    EXPECT_EQ(box.topRow, 1);
+    wheel(-1);
+    EXPECT_EQ(box.topRow, 2);
+    wheel(120);
+    EXPECT_EQ(box.topRow, 1);
+    view->verticalScrollBar()->setValue(5000);
+    EXPECT_EQ(box.topRow, 5000);
+}
+
+TEST_F(ListBoxViewTest, WhatARowHoldsIsRepaintedOnlyWhenToldTo) {
+    Viewport()->repaint();
+    painted.clear();
+    ListBoxTellItem(box);
+    QTest::qWait(20);
+    EXPECT_TRUE(painted.empty());
+    ListSelect(box, 1);
+    QTest::qWait(20);
+    EXPECT_FALSE(painted.empty());
+}
+
+TEST_F(ListBoxViewTest, ADisabledListGivesTheKeyboardAwayAndTakesItBack) {
+    QLineEdit other(&window);
+    other.show();
+    ListEnable(box, false);
+    EXPECT_FALSE(view->isEnabled());
+    EXPECT_FALSE(view->hasFocus());
+    ListEnable(box, true);
+    EXPECT_TRUE(view->hasFocus());
+}
+
+TEST_F(ListBoxViewTest, AScreenReaderFindsEachRowWithItsNameAndState) {
+    ListSelect(box, 70001);
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(view.get());
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->role(), QAccessible::List);
+    ASSERT_EQ(list->childCount(), ManyRows);
+    QAccessibleInterface *row = list->child(70001);
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->role(), QAccessible::ListItem);
+    EXPECT_EQ(row->text(QAccessible::Name), NameOf(70001));
+    EXPECT_TRUE(row->state().selected);
+    EXPECT_FALSE(row->state().invisible);
+    EXPECT_FALSE(list->child(70002)->state().selected);
+    EXPECT_TRUE(list->child(2)->state().invisible);
+    const QRect area = view->RowRectangle(70001);
+    EXPECT_EQ(row->rect(), QRect(Viewport()->mapToGlobal(area.topLeft()), area.size()));
+
+    ListBoxDelete(box, 0);
+    EXPECT_EQ(list->childCount(), ManyRows - 1);
+    EXPECT_TRUE(list->child(70000)->state().selected);
+    ListSelect(box, NoRow);
+    EXPECT_FALSE(list->child(70000)->state().selected);
+}
+
+TEST_F(ListBoxViewTest, AScreenReaderSelectsARowAsTheUserDoes) {
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(view.get());
+    ASSERT_NE(list, nullptr);
+    ASSERT_NE(list->tableInterface(), nullptr);
+    EXPECT_TRUE(list->tableInterface()->selectRow(500));
+    EXPECT_EQ(box.selection, 500);
+    EXPECT_EQ(box.topRow, 500 - ShownRows + 1);
+    EXPECT_EQ(touched, 1);
+    EXPECT_TRUE(list->child(500)->state().selected);
+}
+
+} // namespace
+} // namespace tonewright
