@@ -5,11 +5,66 @@
 #include "common/view/text_line.h"
 #include "drivers/dx7/algorithms.h"
 #include "drivers/view/algorithm_painting.h"
+#include "drivers/view/kept_pictures.h"
+
+#include <algorithm>
 
 #include <QFontMetrics>
+#include <QImage>
 #include <QPainter>
 
 namespace tonewright {
+namespace {
+
+// Selects the font of the algorithm's number, and returns the width of the strip that it stands in.
+int BeginNumber(QPainter &painter, const Dx7AlgorithmUnits &units) {
+    painter.setFont(FontOfHeight(QStringLiteral("ARIAL"), 2 * units.font, 700));
+    return painter.fontMetrics().horizontalAdvance(QStringLiteral("00  "));
+}
+
+// Whether all strokes of a picture with its origin at x, y lie within `width` by `height` pixels.
+bool StaysWithin(const Dx7AlgorithmPicture &picture, const Dx7AlgorithmUnits &units, int x, int y,
+                 int lineWeight, int width, int height) {
+    const int half = (lineWeight + 1) / 2;
+    const auto isInside = [&](const PicturePoint &point) {
+        return x + point.x >= half && x + point.x + half <= width && y + point.y >= half &&
+               y + point.y + half <= height;
+    };
+    const auto boxIsInside = [&](const Dx7AlgorithmBox &box) {
+        return isInside(box.corner) &&
+               isInside({.x = box.corner.x + units.box, .y = box.corner.y + units.box});
+    };
+    const auto lineIsInside = [&](const std::vector<PicturePoint> &line) {
+        return std::ranges::all_of(line, isInside);
+    };
+    return std::ranges::all_of(picture.boxes, boxIsInside) &&
+           std::ranges::all_of(picture.lines, lineIsInside);
+}
+
+// A picture as an image; null for one that has no line weight or leaves its rectangle.
+QImage ImageOf(const PictureKey &key) {
+    if (key.width <= 0 || key.height <= 0 || key.lineWeight <= 0) {
+        return {};
+    }
+    QImage image(static_cast<int>(key.width * key.density),
+                 static_cast<int>(key.height * key.density), QImage::Format_RGB32);
+    image.setDevicePixelRatio(key.density);
+    QPainter painter(&image);
+    const Dx7AlgorithmUnits units = MakeDx7AlgorithmUnits(key.height, key.lineWeight);
+    const int border = 2 * key.lineWeight;
+    const int originX = border + (key.withNumber ? BeginNumber(painter, units) : 0);
+    if (originX > key.width ||
+        !StaysWithin(MakeDx7AlgorithmPicture(key.algorithm, units), units, originX, border,
+                     key.lineWeight, key.width, key.height)) {
+        return {};
+    }
+    DrawDx7Algorithm(painter, {.left = 0, .top = 0, .right = key.width, .bottom = key.height},
+                     key.algorithm, QColor::fromRgba(key.ink), QColor::fromRgba(key.paper),
+                     key.lineWeight, key.withNumber ? ShowAlgorithmNumber : 0);
+    return image;
+}
+
+} // namespace
 
 int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorithm, QColor ink,
                      QColor background, int lineWeight, int flags) {
@@ -23,12 +78,10 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
     BeginAlgorithm(painter, rectangle, ink, background, lineWeight);
 
     if ((flags & ShowAlgorithmNumber) != 0) {
-        painter.setFont(FontOfHeight(QStringLiteral("ARIAL"), 2 * units.font, 700));
-        const QFontMetrics metrics = painter.fontMetrics();
+        originX += BeginNumber(painter, units);
         const QString number = QString::number(algorithm + 1) + QStringLiteral("  ");
-        originX += metrics.horizontalAdvance(QStringLiteral("00  "));
-        WriteAt(painter, originX - metrics.horizontalAdvance(number), innerTop, innerBottom,
-                number);
+        WriteAt(painter, originX - painter.fontMetrics().horizontalAdvance(number), innerTop,
+                innerBottom, number);
     }
 
     SelectAlgorithmFont(painter, units.font);
@@ -49,6 +102,28 @@ int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorith
     DrawAlgorithmLines(painter, picture.lines, shift);
     painter.restore();
     return 1;
+}
+
+void DrawKeptDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorithm, QColor ink,
+                          QColor background, int lineWeight, int flags) {
+    const PictureKey key = {.family = Dx7DriverId,
+                            .algorithm = algorithm,
+                            .width = rectangle.right - rectangle.left,
+                            .height = rectangle.bottom - rectangle.top,
+                            .density = painter.device()->devicePixelRatioF(),
+                            .ink = ink.rgba(),
+                            .paper = background.rgba(),
+                            .lineWeight = lineWeight,
+                            .withNumber = (flags & ShowAlgorithmNumber) != 0};
+    QImage picture;
+    if (CoversWholePixels(painter, rectangle)) {
+        picture = KeptPicture(key, [&key] { return ImageOf(key); });
+    }
+    if (picture.isNull()) {
+        DrawDx7Algorithm(painter, rectangle, algorithm, ink, background, lineWeight, flags);
+    } else {
+        painter.drawImage(rectangle.left, rectangle.top, picture);
+    }
 }
 
 } // namespace tonewright

@@ -17,4 +17,9 @@ constexpr int ShowAlgorithmNumber = 1;
 int DrawDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorithm, QColor ink,
                      QColor background, int lineWeight, int flags);
 
+// The same, pixel by pixel, at the cost of copying an image where the picture of that size and
+// those colours has been painted before.
+void DrawKeptDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int algorithm, QColor ink,
+                          QColor background, int lineWeight, int flags);
+
 } // namespace tonewright

@@ -30,8 +30,8 @@ int Dx7DrawVoiceItem(const DrawItem &item, const ItemFonts &fonts, const VoiceOb
     const std::optional<VoiceFace> face = FaceOf(voice, item.itemIndex);
     if (face) {
         const ItemPicture picture = PaintItemTexts(item, fonts, face->texts);
-        DrawDx7Algorithm(*item.painter, picture.area, face->algorithm, picture.ink, picture.paper,
-                         2, ShowAlgorithmNumber);
+        DrawKeptDx7Algorithm(*item.painter, picture.area, face->algorithm, picture.ink,
+                             picture.paper, 2, ShowAlgorithmNumber);
     }
     return 1;
 }

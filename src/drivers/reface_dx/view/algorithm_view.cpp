@@ -4,6 +4,7 @@
 #include "common/view/text_line.h"
 #include "drivers/reface_dx/algorithms.h"
 #include "drivers/view/algorithm_painting.h"
+#include "drivers/view/kept_pictures.h"
 
 #include <cmath>
 #include <cstdint>
@@ -88,32 +89,50 @@ void DrawRefaceAlgorithm(QPainter &painter, const Rectangle &rectangle, int algo
     painter.restore();
 }
 
-void DrawRefaceAlgorithmSmooth(QPainter &painter, const Rectangle &rectangle, int algorithm,
-                               QColor ink, QColor paper, int lineWeight, bool withNumber) {
+// Null where there are no pixels, or too many.
+static QImage SmoothPicture(const PictureKey &key) {
     // Pixels of the device, of which a dense screen has more than one for each of ours.
-    const double density = painter.device()->devicePixelRatioF();
-    const auto large = [density](int length) {
-        return static_cast<int>(std::lround(length * density)) * Reduction;
+    const auto large = [&key](int length) {
+        return static_cast<int>(std::lround(length * key.density)) * Reduction;
     };
-    const int width = large(rectangle.right - rectangle.left);
-    const int height = large(rectangle.bottom - rectangle.top);
+    const int width = large(key.width);
+    const int height = large(key.height);
     QImage image;
     if (width > 0 && height > 0 && std::int64_t{width} * height <= MostPixelsToSmooth) {
         image = QImage(width, height, QImage::Format_RGB32);
     }
     if (image.isNull()) {
-        DrawRefaceAlgorithm(painter, rectangle, algorithm, ink, paper, lineWeight, withNumber);
-        return;
+        return {};
     }
-    image.fill(paper);
+    image.fill(key.paper);
     {
-        QPainter imagePainter(&image);
-        DrawRefaceAlgorithm(imagePainter, {.left = 0, .top = 0, .right = width, .bottom = height},
-                            algorithm, ink, paper, large(lineWeight), withNumber);
+        QPainter painter(&image);
+        DrawRefaceAlgorithm(painter, {.left = 0, .top = 0, .right = width, .bottom = height},
+                            key.algorithm, QColor::fromRgba(key.ink), QColor::fromRgba(key.paper),
+                            large(key.lineWeight), key.withNumber);
     }
     QImage reduced = ReducedImage(image);
-    reduced.setDevicePixelRatio(density);
-    painter.drawImage(rectangle.left, rectangle.top, reduced);
+    reduced.setDevicePixelRatio(key.density);
+    return reduced;
+}
+
+void DrawRefaceAlgorithmSmooth(QPainter &painter, const Rectangle &rectangle, int algorithm,
+                               QColor ink, QColor paper, int lineWeight, bool withNumber) {
+    const PictureKey key = {.family = RefaceDxDriverId,
+                            .algorithm = algorithm,
+                            .width = rectangle.right - rectangle.left,
+                            .height = rectangle.bottom - rectangle.top,
+                            .density = painter.device()->devicePixelRatioF(),
+                            .ink = ink.rgba(),
+                            .paper = paper.rgba(),
+                            .lineWeight = lineWeight,
+                            .withNumber = withNumber};
+    const QImage picture = KeptPicture(key, [&key] { return SmoothPicture(key); });
+    if (picture.isNull()) {
+        DrawRefaceAlgorithm(painter, rectangle, algorithm, ink, paper, lineWeight, withNumber);
+    } else {
+        painter.drawImage(rectangle.left, rectangle.top, picture);
+    }
 }
 
 } // namespace tonewright

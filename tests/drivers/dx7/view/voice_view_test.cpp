@@ -328,13 +328,63 @@ TEST(Dx7AlgorithmView, ThePainterIsLeftAsItWas) {
 }
 
 TEST(Dx7AlgorithmView, APainterThatSmoothsGivesTheSamePicture) {
-    QImage image = EmptyImage(260, 68);
+    // 40 pixels high, a line of algorithm 7 is slanted; upright and level ones cover whole pixels
+    // and look the same smoothed.
+    QImage image = EmptyImage(260, 60);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    DrawDx7Algorithm(painter, {Around, Around, Around + 240, Around + 48}, 6, Qt::black, Qt::white,
+    DrawDx7Algorithm(painter, {Around, Around, Around + 240, Around + 40}, 6, Qt::black, Qt::white,
                      2, ShowAlgorithmNumber);
     painter.end();
-    EXPECT_EQ(image, PaintAlgorithm(6, 48, 2, ShowAlgorithmNumber));
+    EXPECT_EQ(image, PaintAlgorithm(6, 40, 2, ShowAlgorithmNumber));
+}
+
+// The same picture painted anew and as it is kept, at a place and density of the device.
+QImage PaintAt(double density, QPointF place, const Rectangle &area, int algorithm, int weight,
+               bool kept, QColor ink = Qt::black) {
+    QImage image = EmptyImage(static_cast<int>(400 * density), static_cast<int>(100 * density));
+    image.setDevicePixelRatio(density);
+    QPainter painter(&image);
+    painter.translate(place);
+    if (kept) {
+        DrawKeptDx7Algorithm(painter, area, algorithm, ink, Qt::white, weight, ShowAlgorithmNumber);
+    } else {
+        DrawDx7Algorithm(painter, area, algorithm, ink, Qt::white, weight, ShowAlgorithmNumber);
+    }
+    return image;
+}
+
+TEST(Dx7AlgorithmView, AKeptPictureIsTheSamePixelByPixel) {
+    const Rectangle area = {.left = 20, .top = 10, .right = 320, .bottom = 50};
+    for (const double density : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+        for (int algorithm = 0; algorithm <= 32; ++algorithm) {
+            for (const QPointF place : {QPointF(0, 0), QPointF(40, 24), QPointF(3, 5)}) {
+                for (const QColor ink : {QColor(Qt::black), QColor(Qt::red)}) {
+                    const QImage anew = PaintAt(density, place, area, algorithm, 2, false, ink);
+                    for (int time = 0; time < 2; ++time) {
+                        ASSERT_EQ(PaintAt(density, place, area, algorithm, 2, true, ink), anew)
+                            << density << " " << algorithm << " " << place.x();
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(Dx7AlgorithmView, APictureThatLeavesItsRectangleIsNotKept) {
+    struct Row {
+        Rectangle area;
+        int algorithm, weight;
+    };
+    for (const Row &row : {Row{{20, 20, 80, 60}, 31, 2}, Row{{20, 20, 320, 60}, 4, 0},
+                           Row{{20, 20, 120, 60}, 18, 2}, Row{{20, 20, 10, 60}, 0, 2},
+                           Row{{20, 20, 320, 21}, 0, 2}, Row{{20, 20, 320, 20}, 0, 2}}) {
+        const QImage anew = PaintAt(1, {}, row.area, row.algorithm, row.weight, false);
+        for (int time = 0; time < 2; ++time) {
+            EXPECT_EQ(PaintAt(1, {}, row.area, row.algorithm, row.weight, true), anew)
+                << row.algorithm << " " << row.area.right;
+        }
+    }
 }
 
 TEST(Dx7AlgorithmView, TinyEmptyAndReversedRectanglesDoNoHarm) {
