@@ -206,6 +206,11 @@ TEST_F(Undo, TheCommandFollowsTheStore) {
     UndoPush(nullptr, MainList);
     EXPECT_EQ(UndoEnd(), 1);
     EXPECT_FALSE(UndoAvailable());
+    EXPECT_FALSE(CommandAllowed(CommandUndo));
+    UndoInit(nullptr);
+    UndoPush(nullptr, MainList);
+    UndoInit(nullptr);
+    EXPECT_FALSE(CommandAllowed(CommandUndo));
 }
 
 TEST_F(Undo, ClearingDisablesTheCommandEvenWithoutAStore) {
