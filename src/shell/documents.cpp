@@ -45,7 +45,6 @@ bool AskToSave() {
     const int answer = AskYesNoCancel(Window(), LoadProgramString(111));
     if (answer == ResultYes) {
         RunSave();
-        RefreshCommands();
     }
     return answer == ResultYes || answer == ResultNo;
 }

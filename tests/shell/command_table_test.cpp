@@ -312,14 +312,16 @@ TEST_F(CommandTest, ConfigureIsTheOneCommandWithoutARefresh) {
     EXPECT_FALSE(CommandAllowed(CommandSave));
 }
 
-TEST_F(CommandTest, PostedWorkWaitsWhileACommandRuns) {
+TEST_F(CommandTest, PostedWorkAndTheUserWaitWhileACommandRuns) {
     TheShellWindow.ShowAboutBox = [] {
         EXPECT_TRUE(SomethingIsRunning());
         PostCommand(CommandNothing);
         EXPECT_FALSE(RunNextPosted());
+        EXPECT_EQ(RunUserCommand(CommandClear), 0);
     };
     EXPECT_EQ(RunCommand(CommandAbout), 1);
     EXPECT_FALSE(SomethingIsRunning());
+    EXPECT_EQ(RunUserCommand(CommandClear), 1);
     EXPECT_TRUE(RunNextPosted());
     EXPECT_FALSE(RunNextPosted());
 }

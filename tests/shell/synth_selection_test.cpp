@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/voice_list.h"
+#include "shell/command_state.h"
 #include "shell/list_state.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"
@@ -197,9 +198,11 @@ TEST_F(SynthSelectionTest, OkStoresAllChoices) {
 
 TEST_F(SynthSelectionTest, OkEmptiesTheListAndKeepsTheDocument) {
     ListAdd(MainList);
+    RefreshCommands();
     CurrentDocumentPath = "/somewhere/bank.syx";
     EXPECT_EQ(Accept(Open()), 1);
     EXPECT_EQ(ListCount(MainList), 0);
+    EXPECT_FALSE(RuleAllows(CommandRule::ListHasRows)); // also while the search goes on
     EXPECT_EQ(CurrentDocumentPath, "/somewhere/bank.syx");
 }
 
