@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "shell/history.h"
 #include "shell/settings_file.h"
+#include "shell/single_setting.h"
 
 #include <benchmark/benchmark.h>
 
@@ -93,8 +94,8 @@ void ReadSettings(benchmark::State &state) {
     const BenchHome home(state, "Tonewright 17.ini");
     for (auto _ : state) {
         // What start-up asks of the file: two keys ahead of the window, then all of them.
-        benchmark::DoNotOptimize(ReadSingleInteger("Tonewright", "TipFont01Size", 16));
-        benchmark::DoNotOptimize(ReadSingleText("Tonewright", "ThemeCurrent", ""));
+        benchmark::DoNotOptimize(ReadSingleInteger(ProgramSettings, "TipFont01Size", 16));
+        benchmark::DoNotOptimize(ReadSingleText(ProgramSettings, "ThemeCurrent", ""));
         ConfigRead();
     }
 }

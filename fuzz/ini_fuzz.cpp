@@ -1,8 +1,9 @@
-// Any bytes as a configuration file: every setting stays within its size, what was read is written
+// Any bytes as a file of settings: every setting stays within its size, what was read is written
 // and read again, and a single key can be written into any file.
 #include "common/folders.h"
 #include "common/settings.h"
 #include "shell/settings_file.h"
+#include "shell/single_setting.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>
@@ -16,15 +17,15 @@ namespace {
 // Short enough for its line to be read in one piece.
 constexpr std::size_t ShortText = 200;
 
-struct Settings {
+struct Values {
     std::vector<std::uint32_t> numbers;
     std::vector<std::string> texts;
-    bool operator==(const Settings &) const = default;
+    bool operator==(const Values &) const = default;
 };
 
-Settings AllSettings() {
-    Settings all;
-    for (const ConfigKey &row : SettingRows) {
+Values AllValues() {
+    Values all;
+    for (const ConfigKey &row : ProgramSettings.rows) {
         if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
             all.numbers.push_back(**number);
         } else {
@@ -34,21 +35,9 @@ Settings AllSettings() {
     return all;
 }
 
-void UseAll(const Settings &all) {
-    auto number = all.numbers.begin();
-    auto text = all.texts.begin();
-    for (const ConfigKey &row : SettingRows) {
-        if (std::uint32_t *const *value = std::get_if<std::uint32_t *>(&row.value)) {
-            **value = *number++;
-        } else {
-            *std::get<std::string *>(row.value) = *text++;
-        }
-    }
-}
-
 void ReadAndWrite(const std::string &path) {
-    Demand(ReadSettingsFile(path.c_str()) == 1, "a file is read");
-    const Settings read = AllSettings();
+    Demand(ReadSettingsFile(ProgramSettings, path.c_str()) == 1, "a file is read");
+    const Values read = AllValues();
     for (const std::string &text : read.texts) {
         Demand(text.size() <= SettingTextLimit, "a text is at most 260 bytes");
         Demand(
@@ -60,7 +49,7 @@ void ReadAndWrite(const std::string &path) {
         read.texts, [](const std::string &text) { return text.size() <= ShortText; });
     if (allShort) {
         ConfigRead();
-        Demand(AllSettings() == read, "what is written is read again");
+        Demand(AllValues() == read, "what is written is read again");
     }
 }
 
@@ -91,8 +80,7 @@ void WriteOneKey(const std::string &path, const std::vector<std::uint8_t> &befor
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    static const Settings defaults = AllSettings();
-    UseAll(defaults);
+    ResetSettings();
     AnswerYesToEverything();
     const std::string path = FuzzFile("input.ini", {data, size});
     PlatformFolders.applicationData = std::filesystem::path(path).parent_path().string();

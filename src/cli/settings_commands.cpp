@@ -5,6 +5,7 @@
 #include "cli/user_settings.h"
 #include "common/folders.h"
 #include "common/line_reader.h"
+#include "common/setting_rows.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "shell/settings_file.h"
@@ -28,7 +29,7 @@ void PutValue(const ConfigKey &key) {
 }
 
 void PutAllSettings() {
-    for (const ConfigKey &key : SettingRows) {
+    for (const ConfigKey &key : ProgramSettings.rows) {
         Put(StandardOutput, key.name);
         Put(StandardOutput, '\t');
         PutValue(key);
@@ -36,8 +37,8 @@ void PutAllSettings() {
 }
 
 const ConfigKey *KeyOfName(std::string_view name) {
-    const auto key = std::ranges::find(SettingRows, name, &ConfigKey::name);
-    return key == SettingRows.end() ? nullptr : &*key;
+    const auto key = std::ranges::find(ProgramSettings.rows, name, &ConfigKey::name);
+    return key == ProgramSettings.rows.end() ? nullptr : &*key;
 }
 
 // A whole number from 0 to `largest`, without blanks or anything behind it.
@@ -114,7 +115,7 @@ int SetAndWrite(const ConfigKey &key, const char *value) {
     MakeProgramFolders();
     ConfigWrite();
     if (!FileHolds(key)) {
-        return TellFailure(SettingsFilePath(), "could not be written");
+        return TellFailure(SettingsFilePath(ProgramSettings), "could not be written");
     }
     return ExitDone;
 }
@@ -125,7 +126,7 @@ int CliConfig(const CliCall &call) {
     PrepareSettings();
     const char *path = call.words[0];
     errno = 0;
-    if (!ReadSettingsFile(path)) {
+    if (!ReadSettingsFile(ProgramSettings, path)) {
         return TellFailure(path, WithSystemReason("not readable", errno));
     }
     PutAllSettings();

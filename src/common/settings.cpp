@@ -1,81 +1,69 @@
-// The program's settings with their defaults.
+// The variables of the settings, and the tables of their rows.
 #include "common/settings.h"
+
+#include "common/setting_rows.h"
+
+#include <array>
 
 namespace tonewright {
 namespace {
 
 // Date of this build, "Feb 22 2026"; the compiler pads a day below 10 with a blank.
-std::string DateOfBuild() {
-    std::string date = __DATE__;
-    if (date[4] == ' ') {
-        date.erase(4, 1);
+constexpr auto DateOfBuild = [] {
+    constexpr std::string_view date = __DATE__;
+    constexpr std::size_t dayAt = 4;
+    std::array<char, date.size() + 1> text{};
+    auto end = text.begin();
+    for (std::size_t at = 0; at < date.size(); ++at) {
+        if (at != dayAt || date[at] != ' ') {
+            *end++ = date[at];
+        }
     }
-    return date;
-}
+    return text;
+}();
 
 } // namespace
 
-std::string ApplicationPath;
-std::uint32_t AuditionCurrentOctave = 5;
-std::uint32_t AuditionCurrentVelocity = 100;
-std::string BuildDate = DateOfBuild();
-std::string ColourTableFile = "TNWRGT.CCL";
-std::uint32_t CreateBackups = 1;
-std::uint32_t CurrentMidiChannel = 1;
-std::string DatabaseCurrentName = "Voices";
-std::string DatabaseFooterFontName = "Arial";
-std::uint32_t DatabaseFooterFontSize = 16;
-std::string DatabaseHeaderFontName = "Arial";
-std::uint32_t DatabaseHeaderFontSize = 32;
-std::string DatabaseItemFontName = "Arial";
-std::uint32_t DatabaseItemFontSize = 14;
-std::uint32_t DatabaseMakePrettyNames = 1;
-std::uint32_t DatabaseManFieldDelay = 600;
-std::uint32_t DatabaseNoDuplicates = 1;
-std::uint32_t DatabaseSortMode = 107;
-std::string DefaultPrinterName;
-std::uint32_t DialogUpdateTime = 250;
-std::uint32_t DocumentBrowserFlags = 127;
-std::string DocumentBrowserPath;
-std::uint32_t DownloadOnOpen = 0;
-std::uint32_t FileMenuRange = 10;
-std::uint32_t FileTipDelay = 500;
-std::uint32_t FileTipShow = 1;
-std::uint32_t FileWindowX = 0;
-std::uint32_t FileWindowY = 0;
-std::uint32_t ImageFileOpenIndex = 0;
-std::uint32_t LastTipDate = 0;
-std::uint32_t MaxUndoLevel = 3;
-std::uint32_t MiddleButtonAudition = 1;
-std::string OpenExportPath;
-std::string OpenImportPath;
-std::string OpenPath;
-std::uint32_t OpenRecentDocument = 0;
-std::uint32_t PatchLevel = 1;
-std::string RecentDocumentPath;
-std::uint32_t RememberFileHistoryCount = 10;
-std::uint32_t RememberFileHistoryCover = 1;
-std::uint32_t RememberFileHistoryEnable = 1;
-std::uint32_t RememberFileHistorySize = 48;
-std::uint32_t SelectKeyboardAutodetect = 1;
-std::string SelectKeyboardMidiIn;
-std::string SelectKeyboardMidiOut;
-std::string SelectKeyboardName;
-std::uint32_t SetupPageIndex = 0;
-std::uint32_t ShowDriverMessage = 1;
-std::uint32_t ShowStartupWindow = 1;
-std::uint32_t ShowTipOfTheDay = 1;
-std::uint32_t SoftButtons = 1;
-std::uint32_t StartMonday = 0;
-std::uint32_t SysexWait = 1500;
-std::uint32_t TipFont01Size = 16;
-std::uint32_t TipOfTheDay = 0;
-std::string ThemeCurrent;
-std::uint32_t VerboseRightClickMenu = 1;
-std::uint32_t VersionNumber = 544;
-std::uint32_t VoiceEditPage = 0;
-std::uint32_t WarnDatabaseChanged = 1;
-std::uint32_t WarnShowManual = 1;
-std::uint32_t ShowWelcomeWizard = 1;
+#define SETTING(kind, name, preset, ...) kind##SettingValue name = preset;
+#include "common/settings_lists.inc"
+
+namespace {
+
+// clang-format off
+#define SETTINGS_LIST(list, ...) constexpr ConfigKey list##Rows[] = {
+#define SETTING(kind, name, preset, ...)                                                           \
+    SettingRow(#name, &name, preset, Setting##kind, {__VA_ARGS__}),
+#define END_SETTINGS_LIST };
+#include "common/settings_lists.inc"
+// clang-format on
+
+constexpr const SettingsList *Lists[] = {
+#define SETTINGS_LIST(list, ...) &list,
+#include "common/settings_lists.inc"
+};
+
+} // namespace
+
+#define SETTINGS_LIST(list, file, section)                                                         \
+    constinit const SettingsList list = {file, section, list##Rows};
+#include "common/settings_lists.inc"
+
+constinit const std::span<const SettingsList *const> SettingsLists(Lists);
+
+void ResetSettings(const SettingsList &list) {
+    for (const ConfigKey &row : list.rows) {
+        if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
+            **number = std::get<std::uint32_t>(row.preset);
+        } else {
+            *std::get<std::string *>(row.value) = std::get<const char *>(row.preset);
+        }
+    }
+}
+
+void ResetSettings() {
+    for (const SettingsList *list : SettingsLists) {
+        ResetSettings(*list);
+    }
+}
 
 } // namespace tonewright

@@ -1,6 +1,7 @@
 // The commands "settings" and "history" on a home of their own.
 #include "run_cli.h"
 
+#include "common/setting_rows.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -71,8 +72,9 @@ TEST_F(CliSettings, ListPrintsEveryKeyInTheOrderOfTheTable) {
     WriteUserFile("Tonewright 17.ini", "MaxUndoLevel = 9\n");
     const auto result = Cli({"settings", "list"});
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(std::ranges::count(result.output, '\n'), 62);
-    EXPECT_EQ(std::ranges::count(result.output, '\t'), 62);
+    const auto count = static_cast<std::ptrdiff_t>(ProgramSettings.rows.size());
+    EXPECT_EQ(std::ranges::count(result.output, '\n'), count);
+    EXPECT_EQ(std::ranges::count(result.output, '\t'), count);
     EXPECT_TRUE(result.output.starts_with("ApplicationPath\t"));
     EXPECT_TRUE(Contains(result.output, "\nMaxUndoLevel\t9\nMiddleButtonAudition\t1\n"));
     EXPECT_TRUE(result.output.ends_with("\nShowWelcomeWizard\t1\n"));

@@ -1,6 +1,8 @@
 // The defaults of the settings.
 #include "common/settings.h"
 
+#include "common/setting_rows.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -27,5 +29,35 @@ TEST(Settings, PathsAndNamesOfTheMachineAreEmptyAtFirst) {
           &OpenImportPath, &OpenPath, &RecentDocumentPath, &SelectKeyboardMidiIn,
           &SelectKeyboardMidiOut, &SelectKeyboardName, &ThemeCurrent}) {
         EXPECT_EQ(*text, "");
+    }
+}
+
+TEST(Settings, ResetPutsEveryOneBackToItsDefault) {
+    const std::string built = BuildDate;
+    for (const ConfigKey &row : ProgramSettings.rows) {
+        if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
+            **number += 1'000'000;
+        } else {
+            *std::get<std::string *>(row.value) += " and more";
+        }
+    }
+    ASSERT_EQ(MaxUndoLevel, 1'000'003u);
+    ASSERT_EQ(DatabaseCurrentName, "Voices and more");
+    ResetSettings();
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    EXPECT_EQ(SysexWait, 1500u);
+    EXPECT_EQ(CreateBackups, 1u);
+    EXPECT_EQ(OpenRecentDocument, 0u);
+    EXPECT_EQ(ShowWelcomeWizard, 1u); // the last row
+    EXPECT_EQ(DatabaseCurrentName, "Voices");
+    EXPECT_EQ(ThemeCurrent, "");
+    EXPECT_EQ(ApplicationPath, "");
+    EXPECT_EQ(BuildDate, built);
+    for (const ConfigKey &row : ProgramSettings.rows) {
+        if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
+            EXPECT_LT(**number, 1'000'000u) << row.name;
+        } else {
+            EXPECT_FALSE(std::get<std::string *>(row.value)->ends_with(" more")) << row.name;
+        }
     }
 }

@@ -1,9 +1,11 @@
 // The help pages have an entry for every topic that a window of the program asks for.
+#include "common/setting_rows.h"
 #include "support/paths.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -21,27 +23,18 @@ constexpr std::string_view WindowTopics[] = {
     "DATABASE", "EXIFEDIT", "SETUP",         "THEME",    "COLORS",
 };
 
-// "SETUP_" and the key in upper case, of every key that has the number of a control.
-constexpr std::string_view SettingTopics[] = {
-    "SETUP_CREATEBACKUPS",
-    "SETUP_CURRENTMIDICHANNEL",
-    "SETUP_DATABASEMAKEPRETTYNAMES",
-    "SETUP_DATABASENODUPLICATES",
-    "SETUP_DOWNLOADONOPEN",
-    "SETUP_FILETIPSHOW",
-    "SETUP_MAXUNDOLEVEL",
-    "SETUP_MIDDLEBUTTONAUDITION",
-    "SETUP_OPENRECENTDOCUMENT",
-    "SETUP_REMEMBERFILEHISTORYCOUNT",
-    "SETUP_REMEMBERFILEHISTORYCOVER",
-    "SETUP_REMEMBERFILEHISTORYENABLE",
-    "SETUP_SHOWSTARTUPWINDOW",
-    "SETUP_SHOWTIPOFTHEDAY",
-    "SETUP_SOFTBUTTONS",
-    "SETUP_VERBOSERIGHTCLICKMENU",
-    "SETUP_WARNDATABASECHANGED",
-    "SETUP_WARNSHOWMANUAL",
-};
+// "SETUP_" and the name in capitals, of every setting that has the number of a control.
+std::vector<std::string> SettingTopics() {
+    std::vector<std::string> topics;
+    for (const tonewright::ConfigKey &row : tonewright::ProgramSettings.rows) {
+        if (row.control != 0) {
+            topics.push_back(std::string("SETUP_") + row.name);
+            std::ranges::transform(topics.back(), topics.back().begin(),
+                                   [](unsigned char c) { return std::toupper(c); });
+        }
+    }
+    return topics;
+}
 
 std::string ReadPage(const std::string &name) {
     std::ifstream file(HtmlFolder + name, std::ios::binary);
@@ -121,7 +114,7 @@ TEST(HelpPages, EveryWindowThatOffersHelpHasAParagraph) {
 
 TEST(HelpPages, EverySettingWithAControlHasAParagraph) {
     const std::string page = ReadPage("referenc.html");
-    for (const auto topic : SettingTopics) {
+    for (const std::string &topic : SettingTopics()) {
         EXPECT_GE(FirstParagraph(page, topic).size(), ShortestUsefulParagraph) << topic;
     }
 }

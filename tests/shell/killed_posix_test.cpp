@@ -133,7 +133,9 @@ int RoundOfSettings(const std::string &path) {
     const std::string text(bytes->begin(), bytes->end());
     const std::string key = "\nSysexWait = ";
     if (!text.starts_with(";Tonewright configuration file\n") ||
-        !text.ends_with("\nShowWelcomeWizard = 1\n") || std::ranges::count(text, '\n') != 6 + 62) {
+        !text.ends_with("\nShowWelcomeWizard = 1\n") ||
+        static_cast<std::size_t>(std::ranges::count(text, '\n')) !=
+            6 + ProgramSettings.rows.size()) {
         return -1;
     }
     return std::stoi(text.substr(text.find(key) + key.size()));

@@ -1,12 +1,9 @@
 // The configuration file where it may not be written, and where there is no room for it.
 #include "shell/settings_file.h"
 
-#include "common/folders.h"
-#include "common/settings.h"
+#include "settings_fixture.h"
+#include "shell/single_setting.h"
 #include "support/posix_limits.h"
-#include "support/temp_folder.h"
-
-#include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
@@ -15,14 +12,8 @@ using namespace tonewright;
 namespace {
 
 // A configuration folder that everyone may enter and write to.
-struct SettingsFileObstacles : testing::Test {
-    TempFolder temp;
-    std::string maker = temp.File("app/Quillbrook/");
-    std::string path = maker + "Tonewright 17.ini";
-
+struct SettingsFileObstacles : SettingsHome {
     SettingsFileObstacles() {
-        PlatformFolders.applicationData = temp.File("app");
-        MakeProgramFolders();
         for (const auto &folder : {temp.path, temp.path / "app"}) {
             EXPECT_EQ(chmod(folder.c_str(), 0755), 0);
         }
@@ -48,7 +39,7 @@ TEST_F(SettingsFileObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
         ConfigWrite(); // and once more, over a backup that may be read-only
         EXPECT_EQ(ReadTestText(maker + "Backup of Backup of Tonewright 17.ini"),
                   "MaxUndoLevel = 9\n");
-        EXPECT_FALSE(WriteSingleText("Tonewright", "MaxUndoLevel", "11"));
+        EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11"));
         EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 9\n");
     });
 }
@@ -57,10 +48,10 @@ TEST_F(SettingsFileObstacles, AFileThatCannotBeReadGivesDefaults) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
     ASSERT_EQ(chmod(path.c_str(), 0000), 0);
     RunUnprivileged([this] {
-        EXPECT_EQ(ReadSettingsFile(path.c_str()), 0);
+        EXPECT_EQ(ReadSettingsFile(ProgramSettings, path.c_str()), 0);
         ConfigRead();
         EXPECT_EQ(MaxUndoLevel, 3u);
-        EXPECT_EQ(ReadSingleInteger("Tonewright", "MaxUndoLevel", 3), 3u);
+        EXPECT_EQ(ReadSingleInteger(ProgramSettings, "MaxUndoLevel", 3), 3u);
     });
 }
 
@@ -68,7 +59,7 @@ TEST_F(SettingsFileObstacles, AReadOnlyFolderLosesTheChangesInSilence) {
     ASSERT_EQ(chmod(maker.c_str(), 0555), 0);
     RunUnprivileged([this] {
         ConfigWrite();
-        EXPECT_FALSE(WriteSingleText("Tonewright", "MaxUndoLevel", "11"));
+        EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11"));
         EXPECT_FALSE(std::filesystem::exists(path));
     });
 }
@@ -91,7 +82,7 @@ TEST_F(SettingsFileObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
     bool written = true;
     {
         const FileSizeLimit limit(4096);
-        written = WriteSingleText("Tonewright", "MaxUndoLevel", "11");
+        written = WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11");
     }
     EXPECT_FALSE(written);
     EXPECT_EQ(ReadTestText(path), before);
@@ -101,7 +92,7 @@ TEST_F(SettingsFileObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
 TEST_F(SettingsFileObstacles, ASingleKeyKeepsThePermissionsOfTheFile) {
     const auto modeAfterwards = [this](mode_t before) {
         EXPECT_EQ(chmod(path.c_str(), before), 0);
-        EXPECT_TRUE(WriteSingleText("Tonewright", "A", "2"));
+        EXPECT_TRUE(WriteSingleText(path.c_str(), "Tonewright", "A", "2"));
         struct stat status {};
         EXPECT_EQ(stat(path.c_str(), &status), 0);
         return status.st_mode & 07777;
@@ -117,7 +108,7 @@ TEST_F(SettingsFileObstacles, AFileBehindALinkStaysBehindIt) {
     const std::string real = temp.WriteText("real.ini", "[Tonewright]\nA = 1\n");
     ASSERT_EQ(chmod(real.c_str(), 0640), 0);
     std::filesystem::create_symlink(real, path);
-    EXPECT_TRUE(WriteSingleText("Tonewright", "A", "2"));
+    EXPECT_TRUE(WriteSingleText(path.c_str(), "Tonewright", "A", "2"));
     EXPECT_TRUE(std::filesystem::is_symlink(path));
     EXPECT_EQ(ReadTestText(real), "[Tonewright]\nA = 2\n");
     struct stat status {};
@@ -151,10 +142,10 @@ TEST_F(SettingsFileObstacles, ABackupThatSharesTheFileBecomesAFileOfItsOwn) {
 
 TEST_F(SettingsFileObstacles, APipeInPlaceOfTheFileHoldsNeitherReaderNorWriterUp) {
     MakePipe(path);
-    EXPECT_EQ(ReadSettingsFile(path.c_str()), 0);
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, path.c_str()), 0);
     ConfigRead();
-    EXPECT_EQ(ReadSingleText("Tonewright", "A", "none"), "none");
-    EXPECT_FALSE(WriteSingleText("Tonewright", "A", "2"));
+    EXPECT_EQ(ReadSingleText(ProgramSettings, "A", "none"), "none");
+    EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "A", "2"));
     ConfigWrite();
     EXPECT_TRUE(std::filesystem::is_fifo(path));
     EXPECT_FALSE(std::filesystem::exists(maker + "Backup of Tonewright 17.ini"));

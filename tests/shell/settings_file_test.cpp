@@ -1,16 +1,12 @@
 // The table of settings, and the file that keeps them.
 #include "shell/settings_file.h"
 
-#include "common/folders.h"
-#include "common/settings.h"
+#include "settings_fixture.h"
+#include "shell/single_setting.h"
 #include "shell/start_up.h"
 #include "shell/undo.h"
 #include "support/scripted_desktop.h"
-#include "support/temp_folder.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <random>
@@ -18,6 +14,8 @@
 using namespace tonewright;
 
 namespace {
+
+using SettingsFile = SettingsHome;
 
 constexpr std::uint32_t B = 0x1, T = 0x2, I = 0x4, List = 0x10, Spin = 0x40, WriteOnly = 0x100,
                         Restart = 0x8000;
@@ -100,52 +98,18 @@ const std::string Header = ";Tonewright configuration file\n"
                            ";Tonewright 17.0a revision 1\n"
                            ";Last updated ";
 
-// A configuration folder of its own.
-struct SettingsFile : testing::Test {
-    TempFolder temp;
-    std::string maker = temp.File("app/Quillbrook/");
-    std::string path = maker + "Tonewright 17.ini";
-    std::string backup = maker + "Backup of Tonewright 17.ini";
-    std::string older = maker + "Backup of Backup of Tonewright 17.ini";
-
-    SettingsFile() {
-        PlatformFolders.applicationData = temp.File("app");
-        MakeProgramFolders();
-    }
-    void Read(const std::string &text) {
-        WriteTestText(path, text);
-        ConfigRead();
-    }
-    std::vector<std::string> FilesOfMaker() {
-        std::vector<std::string> names;
-        for (const auto &entry : std::filesystem::directory_iterator(maker)) {
-            if (entry.is_regular_file()) {
-                names.push_back(entry.path().filename().string());
-            }
-        }
-        std::ranges::sort(names);
-        return names;
-    }
-};
-
-using SettingsMigration = SettingsFile;
-
-std::string LineOf(const std::string &text, const std::string &key) {
-    const std::size_t at = text.find("\n" + key + " =");
-    return at == std::string::npos ? "" : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
-}
-
 } // namespace
 
 TEST_F(SettingsFile, TheTableHasEveryKeyInItsOrderWithItsTypeAndControl) {
-    ASSERT_EQ(SettingRows.size(), std::size(Rows));
+    ASSERT_EQ(ProgramSettings.rows.size(), std::size(Rows));
     for (std::size_t i = 0; i < std::size(Rows); ++i) {
-        EXPECT_STREQ(SettingRows[i].name, Rows[i].name);
-        EXPECT_EQ(SettingRows[i].flags, Rows[i].flags) << Rows[i].name;
-        EXPECT_EQ(SettingRows[i].control, Rows[i].control) << Rows[i].name;
-        EXPECT_EQ(std::get<const SettingChoice *>(SettingRows[i].items), nullptr) << Rows[i].name;
+        EXPECT_STREQ(ProgramSettings.rows[i].name, Rows[i].name);
+        EXPECT_EQ(ProgramSettings.rows[i].flags, Rows[i].flags) << Rows[i].name;
+        EXPECT_EQ(ProgramSettings.rows[i].control, Rows[i].control) << Rows[i].name;
+        EXPECT_EQ(std::get<const SettingChoice *>(ProgramSettings.rows[i].items), nullptr)
+            << Rows[i].name;
         const bool text = (Rows[i].flags & T) != 0;
-        EXPECT_EQ(std::holds_alternative<std::string *>(SettingRows[i].value), text)
+        EXPECT_EQ(std::holds_alternative<std::string *>(ProgramSettings.rows[i].value), text)
             << Rows[i].name;
     }
 }
@@ -198,7 +162,7 @@ TEST_F(SettingsFile, AnAbsentFileLeavesTheDefaults) {
     EXPECT_EQ(AuditionCurrentOctave, 5u);
     EXPECT_EQ(ColourTableFile, "TNWRGT.CCL");
     EXPECT_TRUE(FilesOfMaker().empty());
-    EXPECT_EQ(ReadSettingsFile(path.c_str()), 0);
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, path.c_str()), 0);
 }
 
 TEST_F(SettingsFile, AFolderKeyKeepsItsDefaultWhenItIsAbsentAndLosesItToAnEmptyText) {
@@ -420,7 +384,7 @@ TEST_F(SettingsFile, RandomBytesAreReadWithoutHarm) {
         }
         Read(text);
     }
-    for (const ConfigKey &row : SettingRows) {
+    for (const ConfigKey &row : ProgramSettings.rows) {
         if (std::string *const *text = std::get_if<std::string *>(&row.value)) {
             EXPECT_LE((*text)->size(), SettingTextLimit);
         }
@@ -437,10 +401,12 @@ TEST_F(SettingsFile, AFolderInPlaceOfTheFileGivesDefaultsAndLosesTheChanges) {
 }
 
 TEST_F(SettingsFile, AnyFileCanBeReadByItsPath) {
-    EXPECT_EQ(ReadSettingsFile(temp.WriteText("other.ini", "MaxUndoLevel = 11\n").c_str()), 1);
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings,
+                               temp.WriteText("other.ini", "MaxUndoLevel = 11\n").c_str()),
+              1);
     EXPECT_EQ(MaxUndoLevel, 11u);
-    EXPECT_EQ(ReadSettingsFile(temp.Folder().c_str()), 0);
-    EXPECT_EQ(ReadSettingsFile(""), 0);
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, temp.Folder().c_str()), 0);
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, ""), 0);
 }
 
 TEST_F(SettingsFile, WritingMakesNoFolder) {
@@ -448,7 +414,7 @@ TEST_F(SettingsFile, WritingMakesNoFolder) {
     ConfigWrite();
     EXPECT_FALSE(temp.Holds("app"));
     PlatformFolders.applicationData.clear();
-    EXPECT_EQ(SettingsFilePath(), "");
+    EXPECT_EQ(SettingsFilePath(ProgramSettings), "");
     ConfigWrite();
     ConfigRead();
 }
@@ -500,266 +466,61 @@ TEST_F(SettingsFile, AnUndoLevelThatMakesNoSenseMeansNoUndo) {
     }
 }
 
-TEST_F(SettingsFile, AKeyIsReadFromItsSectionWithoutTheRest) {
-    WriteTestText(path, ";comment\nTipFont01Size = 1\n[Other]\nTipFont01Size = 2\n"
-                        "[Tonewright]\nTip = 3\nTipFont01Size = 20\nThemeCurrent = Slate Medium\n"
-                        "[More]\nTipFont01Size = 4\n");
-    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 20u);
-    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", "none"), "Slate Medium");
-    EXPECT_EQ(ReadSingleInteger("Other", "TipFont01Size", 16), 2u);
-    EXPECT_EQ(ReadSingleInteger(path.c_str(), "More", "TipFont01Size", 16), 4u);
-    EXPECT_EQ(TipFont01Size, 16u);
-    EXPECT_EQ(ThemeCurrent, "");
-}
-
-TEST_F(SettingsFile, AKeyThatIsMissingGivesTheFallback) {
-    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 16u); // no file
-    WriteTestText(path, "[Tonewright]\nTipFont01SizeX = 20\nTip = 5\n;TipFont01Size = 4\n");
-    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 16u);
-    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", "none"), "none");
-    EXPECT_EQ(ReadSingleText("Nowhere", "Tip", "none"), "none");
-}
-
-TEST_F(SettingsFile, ASingleKeyIsFoundWithoutRegardToCaseOrLineEnds) {
-    WriteTestText(path, "[TONEWRIGHT]\r\n  tipfont01size=20\r\nThemeCurrent =\r\nOpenPath = a b ");
-    EXPECT_EQ(ReadSingleInteger("Tonewright", "TipFont01Size", 16), 20u);
-    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", "none"), "");
-    EXPECT_EQ(ReadSingleText("Tonewright", "OpenPath", "none"), "a b");
-}
-
-TEST_F(SettingsFile, ASingleTextIsAtMost260Bytes) {
-    WriteTestText(path, "[Tonewright]\nThemeCurrent = " + std::string(1 << 20, 'x') + "\n");
-    EXPECT_EQ(ReadSingleText("Tonewright", "ThemeCurrent", ""), std::string(260, 'x'));
-}
-
-TEST_F(SettingsFile, WritingASingleKeyLeavesEveryOtherLineAsItIs) {
-    const std::string front = ";c\r\n\n\xFF\xFE junk\n[Other]\nShowWelcomeWizard = 1\n"
-                              "[Tonewright]\nMaxUndoLevel=7\n" +
-                              std::string(1000, 'y') + "\n";
-    const std::string back = "\n\nThemeCurrent = Slate\n[More]\nShowWelcomeWizard = 1\nno end";
-    WriteTestText(path, front + "ShowWelcomeWizard   ==  1\n" + back);
-    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), front + "ShowWelcomeWizard = 0\n" + back);
-    EXPECT_EQ(ReadSingleInteger("Tonewright", "ShowWelcomeWizard", 9), 0u);
-    EXPECT_EQ(FilesOfMaker(), std::vector<std::string>{"Tonewright 17.ini"});
-}
-
-TEST_F(SettingsFile, ASingleKeyThatIsMissingIsAddedToTheEndOfItsSection) {
-    WriteTestText(path, "[Tonewright]\nA = 1\n\n[More]\nB = 2\n");
-    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\n");
-    EXPECT_TRUE(WriteSingleText("More", "C", "3"));
-    EXPECT_EQ(ReadTestText(path),
-              "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\nC = 3\n");
-}
-
-TEST_F(SettingsFile, ALineThatIsWrittenEndsAsTheFilesLinesDo) {
-    WriteTestText(path, "[Tonewright]\r\nA = 1\r\n");
-    EXPECT_TRUE(WriteSingleText("Tonewright", "A", "2"));
-    EXPECT_TRUE(WriteSingleText("Tonewright", "B", "3"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\r\nA = 2\r\nB = 3\r\n");
-    WriteTestText(path, "[Tonewright]\n[Last]\r");
-    EXPECT_TRUE(WriteSingleText("Last", "B", "3"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 3\n");
-    EXPECT_TRUE(WriteSingleText("Last", "B", "4"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 4\n");
-}
-
-TEST_F(SettingsFile, ASectionThatIsMissingIsAddedToTheEndOfTheFile) {
-    WriteTestText(path, "A = 1\n[More]\nB = 2");
-    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), "A = 1\n[More]\nB = 2\n[Tonewright]\nShowWelcomeWizard = 0\n");
-}
-
-TEST_F(SettingsFile, AFileThatIsMissingIsMade) {
-    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = 0\n");
-    WriteTestText(path, "");
-    EXPECT_TRUE(WriteSingleText("Tonewright", "ShowWelcomeWizard", ""));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = \n");
-}
-
-TEST_F(SettingsFile, ASingleKeyThatCannotBeWrittenIsReported) {
-    EXPECT_FALSE(WriteSingleText(temp.Folder().c_str(), "Tonewright", "A", "0"));
-    EXPECT_FALSE(WriteSingleText(temp.File("no/where.ini").c_str(), "Tonewright", "A", "0"));
-    EXPECT_FALSE(WriteSingleText("", "Tonewright", "A", "0"));
-    EXPECT_FALSE(temp.Holds("no"));
-}
+// ---- a list and a file of its own
 
 namespace {
 
-const std::string CopyQuestion =
-    "A previous version of Tonewright is installed on your system.\n\nWould you like to copy its "
-    "configuration items to this installation?";
-const std::string UninstallQuestion =
-    "You can optionally uninstall the previous installation of Tonewright from your system at "
-    "this time.\n\nClick on Yes to uninstall, or click on No to leave your previous version in "
-    "place.";
-const std::string UninstallFailure =
-    "The uninstall option could not be accessed.\n\nPlease uninstall the previous installation of "
-    "Tonewright manually through the Windows Control Panel.";
-
-const std::string OldText = ";Tonewright configuration file\n[Tonewright]\n"
-                            "ApplicationPath = /opt/old/\nMaxUndoLevel = 12\n";
-
-// An installation that is found, and what happened to it.
-struct FakeInstallation {
-    std::vector<std::string> asked, run;
-
-    explicit FakeInstallation(bool exists, bool starts = true) {
-        ThePreviousInstallation = {
-            .Exists =
-                [this, exists](const std::string &shortcut) {
-                    asked.push_back(shortcut);
-                    return exists;
-                },
-            .Uninstall =
-                [this, starts](const std::string &shortcut) {
-                    run.push_back(shortcut);
-                    return starts;
-                },
-        };
-    }
-    ~FakeInstallation() { ThePreviousInstallation = {}; }
+std::uint32_t Careful;
+std::uint32_t Folders;
+std::string Archive;
+const ConfigKey OtherRows[] = {
+    SettingRow("Careful", &Careful, 1, SettingBool, {.control = 301}),
+    SettingRow("Folders", &Folders, 12, SettingInteger, {.flags = SettingWriteOnly}),
+    SettingRow("Archive", &Archive, "Voices", SettingText, {}),
 };
+const SettingsList OtherSettings = {.file = "Other.ini", .section = "More", .rows = OtherRows};
 
 } // namespace
 
-TEST_F(SettingsMigration, DoesNothingOnceThereIsAFile) {
-    WriteTestText(path, "MaxUndoLevel = 4\n");
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    const FakeInstallation installation(true);
-    ScriptedDesktop desktop;
-    ConfigMigrate();
-    EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 4\n");
-    EXPECT_TRUE(installation.asked.empty());
+TEST_F(SettingsFile, AnotherListHasItsDefaultsItsFileAndItsBackups) {
+    ResetSettings(OtherSettings);
+    EXPECT_EQ(Careful, 1u);
+    EXPECT_EQ(Folders, 12u);
+    EXPECT_EQ(Archive, "Voices");
+
+    const std::string others = maker + "Other.ini";
+    EXPECT_EQ(SettingsFilePath(OtherSettings), others);
+    WriteTestText(others, "[More]\nA = Basses\nMaxUndoLevel = 9\nFolders = 3\n\n");
+    EXPECT_EQ(ReadSettingsFile(OtherSettings, others.c_str()), 1);
+    EXPECT_EQ(Archive, "Basses");
+    EXPECT_EQ(Folders, 12u);
+    EXPECT_EQ(Careful, 0u); // an empty line means the first row
+    EXPECT_EQ(MaxUndoLevel, 3u);
+
+    WriteSettingsFile(OtherSettings);
+    const std::string text = ReadTestText(others);
+    ASSERT_TRUE(text.starts_with(Header));
+    EXPECT_EQ(text.substr(Header.size() + 24),
+              "\n;\n[More]\nCareful = 0\nFolders = 12\nArchive = Basses\n");
+    EXPECT_EQ(FilesOfMaker(), (std::vector<std::string>{"Backup of Other.ini", "Other.ini"}));
+    EXPECT_EQ(ReadSingleText(OtherSettings, "Archive", ""), "Basses");
+
+    ResetSettings();
+    EXPECT_EQ(Archive, "Basses");
+    ResetSettings(OtherSettings);
+    EXPECT_EQ(Archive, "Voices");
 }
 
-TEST_F(SettingsMigration, DoesNothingWithoutAnEarlierFile) {
-    const FakeInstallation installation(true);
-    ScriptedDesktop desktop;
-    ConfigMigrate();
-    EXPECT_TRUE(FilesOfMaker().empty());
-    EXPECT_TRUE(installation.asked.empty());
-}
-
-TEST_F(SettingsMigration, OnYesCopiesTheFileAndEmptiesItsApplicationPath) {
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo(CopyQuestion, ResultYes);
-    ConfigMigrate();
-    EXPECT_EQ(ReadTestText(path), ";Tonewright configuration file\n[Tonewright]\n"
-                                  "ApplicationPath = \nMaxUndoLevel = 12\n");
-    EXPECT_EQ(ReadTestText(maker + "Tonewright 16.ini"), OldText);
-    ConfigRead();
-    EXPECT_EQ(MaxUndoLevel, 12u);
-}
-
-TEST_F(SettingsMigration, OnNoCopiesNothing) {
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    std::filesystem::create_directory(maker + "Tonewright 16");
-    WriteTestText(maker + "Tonewright 16/FileMenuHistory.txt", "history");
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo(CopyQuestion, ResultNo);
-    ConfigMigrate();
-    EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_TRUE(std::filesystem::is_empty(maker + "Tonewright 17"));
-}
-
-TEST_F(SettingsMigration, OnYesCopiesTheTextFilesOfTheFolderWithoutOverwriting) {
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    const std::string from = maker + "Tonewright 16/";
-    const std::string to = maker + "Tonewright 17/";
-    std::filesystem::create_directory(from);
-    WriteTestText(from + "FileMenuHistory.txt", "history");
-    WriteTestText(from + "NOTES.TXT", "notes");
-    WriteTestText(from + "present.txt", "theirs");
-    WriteTestText(to + "present.txt", "ours");
-    WriteTestText(from + ".hidden.txt", "hidden");
-    WriteTestText(from + "picture.bmp", "picture");
-    WriteTestText(from + "text.txt.old", "old");
-    std::filesystem::create_directory(from + "folder.txt");
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo(CopyQuestion, ResultYes);
-    ConfigMigrate();
-    std::vector<std::string> names;
-    for (const auto &entry : std::filesystem::directory_iterator(to)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::ranges::sort(names);
-    EXPECT_EQ(names, (std::vector<std::string>{"FileMenuHistory.txt", "NOTES.TXT", "present.txt"}));
-    EXPECT_EQ(ReadTestText(to + "FileMenuHistory.txt"), "history");
-    EXPECT_EQ(ReadTestText(to + "present.txt"), "ours");
-    EXPECT_EQ(ReadTestText(from + "FileMenuHistory.txt"), "history");
-}
-
-TEST_F(SettingsMigration, TakesTheNamesFilesAndPatternsOfItsCaller) {
-    WriteTestText(maker + "Old.ini", "[Bells]\nApplicationPath = /opt/old/\n");
-    std::filesystem::create_directory(maker + "Old");
-    std::filesystem::create_directory(maker + "New");
-    WriteTestText(maker + "Old/a1.dat", "a1");
-    WriteTestText(maker + "Old/a12.dat", "a12");
-    WriteTestText(maker + "Old/b.txt", "b");
-    const FakeInstallation installation(false);
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo("A previous version of Bells is installed on your system.\n\nWould you "
-                        "like to copy its configuration items to this installation?",
-                        ResultYes);
-    ConfigMigrate({.programName = "Bells",
-                   .newFile = "New.ini",
-                   .section = "Bells",
-                   .oldFile = "Old.ini",
-                   .newFolder = "New",
-                   .oldFolder = "Old",
-                   .patterns = ";a?.dat;;b*;",
-                   .uninstallShortcut = "Old bells.lnk"});
-    EXPECT_EQ(ReadTestText(maker + "New.ini"), "[Bells]\nApplicationPath = \n");
-    EXPECT_TRUE(std::filesystem::exists(maker + "New/a1.dat"));
-    EXPECT_FALSE(std::filesystem::exists(maker + "New/a12.dat"));
-    EXPECT_TRUE(std::filesystem::exists(maker + "New/b.txt"));
-    EXPECT_EQ(installation.asked, std::vector<std::string>{"Old bells.lnk"});
-}
-
-TEST_F(SettingsMigration, AsksAboutTheUninstallerWhateverTheFirstAnswerWas) {
-    for (const int copy : {ResultYes, ResultNo}) {
-        std::filesystem::remove(path);
-        WriteTestText(maker + "Tonewright 16.ini", OldText);
-        const FakeInstallation installation(true);
-        ScriptedDesktop desktop;
-        desktop.ExpectYesNo(CopyQuestion, copy);
-        desktop.ExpectYesNo(UninstallQuestion, ResultNo);
-        ConfigMigrate();
-        EXPECT_EQ(installation.asked,
-                  std::vector<std::string>{"Programs\\Quillbrook\\Tonewright 16 x64\\Uninstall "
-                                           "Tonewright 16 x64.lnk"});
-        EXPECT_TRUE(installation.run.empty());
-    }
-}
-
-TEST_F(SettingsMigration, OnYesRunsTheUninstaller) {
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    const FakeInstallation installation(true);
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo(CopyQuestion, ResultNo);
-    desktop.ExpectYesNo(UninstallQuestion, ResultYes);
-    ConfigMigrate();
-    EXPECT_EQ(installation.run, installation.asked);
-    EXPECT_EQ(installation.run.size(), 1u);
-}
-
-TEST_F(SettingsMigration, SaysSoWhenTheUninstallerCannotBeStarted) {
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    const FakeInstallation installation(true, false);
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo(CopyQuestion, ResultNo);
-    desktop.ExpectYesNo(UninstallQuestion, ResultYes);
-    desktop.ExpectMessage(UninstallFailure);
-    ConfigMigrate();
-}
-
-TEST_F(SettingsMigration, FindsNoUninstallerOnThisPlatformByItself) {
-    WriteTestText(maker + "Tonewright 16.ini", OldText);
-    ScriptedDesktop desktop;
-    desktop.ExpectYesNo(CopyQuestion, ResultNo);
-    ConfigMigrate();
+TEST_F(SettingsFile, OnlyTheRowsThatAreAskedForAreFilled) {
+    WriteTestText(path, "MaxUndoLevel = 9\nTip = 7\nThemeCurrent = Slate\n");
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, path.c_str(),
+                               [](const ConfigKey &row) {
+                                   return std::string(row.name) != "MaxUndoLevel" &&
+                                          std::string(row.name) != "TipFont01Size";
+                               }),
+              1);
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    EXPECT_EQ(TipFont01Size, 16u);
+    EXPECT_EQ(TipOfTheDay, 0u); // "Tip" is short for the row in front of it all the same
+    EXPECT_EQ(ThemeCurrent, "Slate");
 }

@@ -15,8 +15,9 @@
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/history.h"
-#include "shell/settings_file.h"
+#include "shell/settings_migration.h"
 #include "shell/shell_window.h"
+#include "shell/single_setting.h"
 #include "shell/start_up.h"
 #include "shell/undo.h"
 #include "shell/view/desktop_qt.h"
@@ -34,15 +35,13 @@
 namespace tonewright {
 namespace {
 
-constexpr const char *SettingsSection = "Tonewright";
-
 void SeedRandomNumbers() {
     std::srand(static_cast<unsigned>(std::time(nullptr)));
 }
 
-void ReadEarlyKeys() {
-    TipFont01Size = ReadSingleInteger(SettingsSection, "TipFont01Size", TipFont01Size);
-    ThemeCurrent = ReadSingleText(SettingsSection, "ThemeCurrent", ThemeCurrent);
+void ReadEarlySettings() {
+    TipFont01Size = ReadSingleInteger(ProgramSettings, "TipFont01Size", TipFont01Size);
+    ThemeCurrent = ReadSingleText(ProgramSettings, "ThemeCurrent", ThemeCurrent);
 }
 
 int RunLoop(const std::string &commandLinePath) {
@@ -50,7 +49,7 @@ int RunLoop(const std::string &commandLinePath) {
     const QSize screenSize = screen ? screen->size() : QSize();
     const int colourDepth = ColourDepthOf(screen ? screen->depth() : 0);
 
-    ReadEarlyKeys();
+    ReadEarlySettings();
     FillDefaultFolders();
     MainWindow window(MainWindowSize(screenSize.height()), true);
     UndoInit(&window);

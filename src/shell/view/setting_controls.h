@@ -3,7 +3,7 @@
 // number on some page.
 #pragma once
 
-#include "shell/settings_file.h"
+#include "common/setting_rows.h"
 
 #include <span>
 #include <string>

@@ -6,7 +6,6 @@
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
 #include "common/view/theme.h"
-#include "shell/settings_file.h"
 #include "shell/show_document.h"
 #include "ui_SetupPropertyOne.h"
 #include "ui_SetupPropertyTwo.h"
@@ -88,7 +87,7 @@ public:
     void accept() override {
         for (int index = 0; index < tabs->count(); ++index) {
             if (PageIsMade(index)) {
-                ControlsToKeys(tabs->widget(index), SettingRows);
+                ControlsToKeys(tabs->widget(index), ProgramSettings.rows);
             }
         }
         QDialog::accept();
@@ -97,7 +96,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override {
         if (event->key() == Qt::Key_F1) {
-            ShowHelpTopic(this, HelpTopicOf(focusWidget(), SettingRows));
+            ShowHelpTopic(this, HelpTopicOf(focusWidget(), ProgramSettings.rows));
             return;
         }
         QDialog::keyPressEvent(event);
@@ -139,7 +138,7 @@ private:
         connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
         connect(box, &QDialogButtonBox::helpRequested, this,
-                [this] { ShowHelpTopic(this, HelpTopicOf(nullptr, SettingRows)); });
+                [this] { ShowHelpTopic(this, HelpTopicOf(nullptr, ProgramSettings.rows)); });
         return box;
     }
 
@@ -153,8 +152,8 @@ private:
         QWidget *page = tabs->widget(index);
         Pages[index].make(page);
         Pages[index].fill(page);
-        KeysToControls(page, SettingRows);
-        ConnectKeyControls(page, SettingRows);
+        KeysToControls(page, ProgramSettings.rows);
+        ConnectKeyControls(page, ProgramSettings.rows);
         // Once the sheet is on the screen and its frame is known.
         QTimer::singleShot(0, page, [this, page] {
             if (auto *decoration = ControlOf<QLabel>(page, ControlDecoration)) {

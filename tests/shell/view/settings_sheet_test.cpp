@@ -5,9 +5,9 @@
 #include "common/view/theme.h"
 #include "common/view/up_down.h"
 #include "shell/history.h"
-#include "shell/settings_file.h"
 #include "shell/settings_flow.h"
 #include "shell/shell_window.h"
+#include "shell/single_setting.h"
 #include "shell/view/settings_sheet.h"
 #include "shell/view/tool_bar.h"
 
@@ -192,7 +192,7 @@ TEST_F(SettingsSheetTest, ThePageOptionsHoldsItsControlsFromTopToBottom) {
 TEST_F(SettingsSheetTest, EveryKeyWithANumberButTheCoverHasItsControl) {
     WithSheet([&] {
         ClickTab(1);
-        for (const ConfigKey &key : SettingRows) {
+        for (const ConfigKey &key : ProgramSettings.rows) {
             if (key.control != 0) {
                 EXPECT_EQ(ControlOf(sheet, key.control) != nullptr, key.control != 145) << key.name;
             }
@@ -676,7 +676,7 @@ TEST_F(SettingsSheetTest, TheSettingsAreNotWrittenToTheFile) {
         PressOk();
     });
     EXPECT_EQ(MaxUndoLevel, 5u);
-    EXPECT_EQ(ReadSingleText("Tonewright", "MaxUndoLevel", "none"), "none");
+    EXPECT_EQ(ReadSingleText(ProgramSettings, "MaxUndoLevel", "none"), "none");
 }
 
 TEST_F(SettingsSheetTest, TheMenuAndTheToolBarOpenTheSheet) {
