@@ -171,13 +171,12 @@ void HoldNote() {
 int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vector<int> &notes) {
     auto audition = PrepareAudition(nullptr, &voice, synth.id, CurrentMidiPorts(), 0);
     AuditionVelocity();
-    AuditionCurrentOctave = 0; // key 0 is note 0
     const bool isOpen = SendAudition(*audition, nullptr);
     for (const int note : notes) {
         if (!isOpen || TheMidi.TransferCancelled()) {
             break;
         }
-        PressAuditionKey(*audition, note);
+        PlayAuditionNote(*audition, note);
         HoldNote();
         ReleaseAuditionKey(*audition);
     }

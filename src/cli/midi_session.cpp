@@ -113,9 +113,7 @@ int ReadInstrumentMemory(const char *path, bool mayBeNew) {
 }
 
 int ReadMidiSettings(const CliCall &call) {
-    const std::uint32_t backups = CreateBackups; // as with every other command
-    ReadUserSettings();
-    CreateBackups = backups;
+    ReadInstrumentSettings();
     if (!TakeName(call, CliOption::In, SelectKeyboardMidiIn)) {
         return TellWrongCall("--in", "needs the name of a port");
     }

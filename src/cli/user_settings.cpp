@@ -2,13 +2,33 @@
 #include "cli/user_settings.h"
 
 #include "common/platform.h"
+#include "common/setting_rows.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "shell/settings_file.h"
 #include "shell/start_up.h"
 #include "shell/view/desktop_qt.h"
 
+#include <algorithm>
+#include <variant>
+
 namespace tonewright {
+namespace {
+
+bool IsForInstruments(const ConfigKey &row) {
+    static const decltype(ConfigKey::value) Values[] = {
+        &AuditionCurrentVelocity,
+        &CurrentMidiChannel,
+        &SelectKeyboardAutodetect,
+        &SelectKeyboardMidiIn,
+        &SelectKeyboardMidiOut,
+        &SelectKeyboardName,
+        &SysexWait,
+    };
+    return std::ranges::find(Values, row.value) != std::end(Values);
+}
+
+} // namespace
 
 void PrepareSettings() {
     UsePlatformFolders();
@@ -19,6 +39,11 @@ void PrepareSettings() {
 void ReadUserSettings() {
     PrepareSettings();
     ConfigRead();
+}
+
+void ReadInstrumentSettings() {
+    PrepareSettings();
+    ReadSettingsFile(ProgramSettings, SettingsFilePath(ProgramSettings).c_str(), IsForInstruments);
 }
 
 } // namespace tonewright

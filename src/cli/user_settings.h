@@ -8,5 +8,8 @@ void PrepareSettings();
 
 // The same, and reads the user's file, if there is one.
 void ReadUserSettings();
+// Of the user's file only what the commands for instruments go by: ports, channel, waiting and
+// velocity. In all else they do as the other commands, whatever the user's window program does.
+void ReadInstrumentSettings();
 
 } // namespace tonewright

@@ -129,8 +129,11 @@ void PressAuditionKey(AuditionState &state, int key) {
         return;
     }
     // Unsigned: the setting may hold anything where no box has limited it.
-    const int note =
-        static_cast<int>((static_cast<unsigned>(key) + 12 * AuditionCurrentOctave) & 255);
+    PlayAuditionNote(
+        state, static_cast<int>((static_cast<unsigned>(key) + 12 * AuditionCurrentOctave) & 255));
+}
+
+void PlayAuditionNote(AuditionState &state, int note) {
     Write(state, NoteOn, note, AuditionCurrentVelocity);
     state.sustainedNote = note;
 }

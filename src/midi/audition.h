@@ -66,9 +66,12 @@ bool SendAudition(AuditionState &state, QWidget *window);
 // The same for the box, which then selects the last and the first program. False when the box is to
 // close again.
 bool OpenAudition(AuditionState &state, QWidget *window);
-// Plays the note of key `key`, 0 to 23 from the left; a negative number plays nothing.
+// Plays the note of key `key`, 0 to 23 from the left, in the octave of the setting; a negative
+// number plays nothing.
 void PressAuditionKey(AuditionState &state, int key);
-// Ends the note of the last press.
+// Plays a note, 0 to 255, of which the low seven bits are sent.
+void PlayAuditionNote(AuditionState &state, int note);
+// Ends the note that was played last.
 void ReleaseAuditionKey(AuditionState &state);
 // Ends the note and silences everything.
 void SilenceAudition(AuditionState &state);

@@ -137,6 +137,17 @@ TEST_F(Audition, ANumberBelowZeroPlaysNothingAndLeavesTheNote) {
     CloseAudition(state);
 }
 
+TEST_F(Audition, ANoteIsPlayedWhateverTheOctave) {
+    AuditionState state = Opened();
+    PlayAuditionNote(state, 60);
+    EXPECT_EQ(state.sustainedNote, 60);
+    EXPECT_EQ(AuditionCurrentOctave, 5u);
+    ReleaseAuditionKey(state);
+    CloseAudition(state);
+    EXPECT_EQ(midi.calls,
+              (Calls{"Pm_Write(1, 0, 92 3C 64)", "Pm_Write(1, 0, 82 3C 64)", "Pm_Close(1)"}));
+}
+
 TEST_F(Audition, TheNoteOffNamesTheNoteOfTheLastPress) {
     AuditionState state = Opened();
     PressAuditionKey(state, 0);
