@@ -1,13 +1,13 @@
-// Any bytes to the built-in instruments, in any pieces, with any faults, and any bytes as their
-// memory file: they stay what they are, and what they answer can be read.
+// Any bytes to the built-in instruments, in any pieces, with any faults: they stay what they are,
+// and what they answer can be read.
 //
 // The input is a run of steps: a byte that says what is done, and the bytes that it needs.
 #include "midi/instruments/builtin_instruments.h"
+#include "midi/instruments/instrument.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>
 #include <array>
-#include <zlib.h>
 
 using namespace tonewright;
 
@@ -70,17 +70,36 @@ void SetFaults(InstrumentFaults &faults, Steps &steps) {
     }
 }
 
-// Reads all that is there now and in the next 300 ms, which is never more than the buffer holds.
-void Drain(const MidiApi &midi, MidiStream input) {
+// Reads all that comes, until nothing has come for as long as the instrument may be late. It is
+// never more than the buffer holds.
+void Drain(const MidiApi &midi, MidiStream input, const InstrumentFaults &faults) {
+    const int patience = std::max(0, faults.lateByMilliseconds) + 1;
     std::size_t read = 0;
     MidiEvent event;
-    for (std::int32_t end = midi.Pt_Time() + 300; midi.Pt_Time() < end;) {
+    for (int quiet = 0; quiet < patience; ++quiet) {
         if (midi.Pm_Poll(input) > 0) {
             Demand(midi.Pm_Read(input, &event) == 1, "what a poll has found can be read");
             ++read;
+            quiet = -1;
         }
     }
     Demand(read <= MidiInputBufferSize, "no more comes than the buffer holds");
+}
+
+bool IsData(std::uint8_t byte) {
+    return byte < 0x80;
+}
+
+// Cuts or fills the data of a message, which begin at `start`, and puts their sum and the end
+// behind them.
+void CloseMessage(std::vector<std::uint8_t> &message, std::size_t start, std::size_t size) {
+    message.resize(start + size);
+    unsigned sum = 0;
+    for (const std::uint8_t byte : std::span(message).subspan(start)) {
+        sum += byte;
+    }
+    message.push_back(static_cast<std::uint8_t>((128 - sum % 128) % 128));
+    message.push_back(0xF7);
 }
 
 void CheckInstruments() {
@@ -88,61 +107,36 @@ void CheckInstruments() {
         const auto i = static_cast<std::size_t>(instrument);
         Demand(MemoryOf(instrument).size() == MemorySizes[i], "the memory keeps its size");
         Demand(EditBufferOf(instrument).size() == EditBufferSizes[i], "so does the edit buffer");
-        const auto isData = [](std::uint8_t byte) { return byte < 0x80; };
-        Demand(std::ranges::all_of(MemoryOf(instrument), isData), "seven bits in memory");
-        Demand(std::ranges::all_of(EditBufferOf(instrument), isData), "and in the edit buffer");
-        Demand(std::ranges::all_of(SystemSettingsOf(instrument), isData), "and in the settings");
+        Demand(MemoryOf(instrument) == FactoryInstruments()[i].memory ||
+                   std::ranges::all_of(MemoryOf(instrument), IsData),
+               "seven bits in memory");
+        Demand(std::ranges::all_of(EditBufferOf(instrument), IsData), "and in the edit buffer");
+        Demand(std::ranges::all_of(SystemSettingsOf(instrument), IsData), "and in the settings");
         const int program = SelectedProgramOf(instrument);
         Demand(program >= 0 && program < 32, "one of the programs is selected");
     }
-    const std::string path = FuzzPath("saved");
-    Demand(SaveInstrumentMemory(path.c_str()), "the memory can be saved");
-    const auto saved = FuzzRead(path);
-    Demand(LoadInstrumentMemory(path.c_str()), "and loaded");
-    Demand(SaveInstrumentMemory(path.c_str()) && FuzzRead(path) == saved, "as it was");
-}
-
-// The input as a memory file, and again laid over a right one with the check made right, so that
-// what stands behind the check is seen too. What does not load leaves the factory.
-void LoadMemories(std::span<const std::uint8_t> input) {
-    const std::string path = FuzzPath("factory");
-    Demand(SaveInstrumentMemory(path.c_str()), "the factory can be saved");
-    auto file = FuzzRead(path);
-    const auto factory = file;
-    Demand(!LoadInstrumentMemory(FuzzFile("input", input).c_str()) || input.size() == file.size(),
-           "only a file of the right size loads");
-    const std::size_t checked = file.size() - 4;
-    for (std::size_t i = 0; i < std::min(input.size(), checked); ++i) {
-        file[i] = file[i] ^ input[i];
-    }
-    const auto check = crc32(crc32(0, nullptr, 0), file.data(), static_cast<uInt>(checked));
-    for (std::size_t i = 0; i < 4; ++i) {
-        file[checked + i] = static_cast<std::uint8_t>(check >> (8 * i));
-    }
-    const bool isLoaded = LoadInstrumentMemory(FuzzFile("overlaid", file).c_str());
-    Demand(SaveInstrumentMemory(path.c_str()), "what was loaded can be saved");
-    Demand(FuzzRead(path) == (isLoaded ? file : factory), "all of it is loaded, or nothing");
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     ResetBuiltinInstruments();
-    LoadMemories({data, size});
-
     const MidiApi midi = MakeBuiltinInstruments({.simulatedClock = true});
     std::array<MidiStream, BuiltinInstrumentCount> inputs{};
     std::array<MidiStream, BuiltinInstrumentCount> outputs{};
     midi.Pt_Start(1);
-    for (int i = 0; i < BuiltinInstrumentCount; ++i) {
-        const auto place = static_cast<std::size_t>(i);
-        midi.Pm_OpenInput(&inputs[place], 2 * i, MidiInputBufferSize);
-        midi.Pm_OpenOutput(&outputs[place], 2 * i + 1, MidiOutputBufferSize, 0);
-    }
+    const auto open = [&](std::size_t target) {
+        const int device = static_cast<int>(2 * target);
+        midi.Pm_OpenInput(&inputs[target], device, MidiInputBufferSize);
+        midi.Pm_OpenOutput(&outputs[target], device + 1, MidiOutputBufferSize, 0);
+    };
     Steps steps{{data, size}};
     while (!steps.IsOver()) {
         const std::uint8_t step = steps.Byte();
         const std::size_t target = step / 16 % BuiltinInstrumentCount;
+        if (outputs[target] == NoMidiStream) {
+            open(target);
+        }
         switch (step % 8) {
         case 0:
             midi.Pm_WriteShort(outputs[target], 0, steps.Word());
@@ -158,14 +152,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             midi.Pm_WriteSysEx(outputs[target], 0, message);
             break;
         }
-        case 3: // as long as a bank may be
-            midi.Pm_WriteSysEx(outputs[target], 0, steps.Piece(4104));
+        case 3: { // a voice or a bank for a DX7 with the right sum
+            const bool isBank = (step & 8) != 0;
+            std::vector<std::uint8_t> message = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
+            if (isBank) {
+                message = {0xF0, 0x43, 0x00, 0x09, 0x20, 0x00};
+            }
+            const auto piece = steps.Piece(steps.Byte());
+            message.insert(message.end(), piece.begin(), piece.end());
+            CloseMessage(message, 6, isBank ? 4096 : 155);
+            midi.Pm_WriteSysEx(outputs[target], 0, message);
             break;
+        }
         case 4:
             SetFaults(FaultsOf(All[target]), steps);
             break;
         case 5:
-            Drain(midi, inputs[target]);
+            Drain(midi, inputs[target], FaultsOf(All[target]));
             break;
         case 6: { // a block for a reface DX with the right count and sum
             const auto piece = steps.Piece(steps.Byte() % 64);
@@ -173,27 +176,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             message.push_back(static_cast<std::uint8_t>(piece.size() + 1));
             message.push_back(0x05);
             message.insert(message.end(), piece.begin(), piece.end());
-            unsigned sum = 0x05;
-            for (const std::uint8_t byte : piece) {
-                sum += byte;
-            }
-            message.push_back(static_cast<std::uint8_t>((128 - sum % 128) % 128));
-            message.push_back(0xF7);
+            CloseMessage(message, 7, piece.size() + 1);
             midi.Pm_WriteSysEx(outputs[target], 0, message);
             break;
         }
         case 7:
             midi.Pm_Close(inputs[target]);
-            midi.Pm_OpenInput(&inputs[target], static_cast<int>(2 * target), MidiInputBufferSize);
+            midi.Pm_Close(outputs[target]);
+            open(target);
             break;
         default:
             break;
         }
     }
-    for (const MidiStream input : inputs) {
-        Drain(midi, input);
-    }
     for (std::size_t i = 0; i < inputs.size(); ++i) {
+        if (inputs[i] == NoMidiStream) {
+            continue;
+        }
+        Drain(midi, inputs[i], FaultsOf(All[i]));
         midi.Pm_Close(outputs[i]);
         midi.Pm_Close(inputs[i]);
     }

@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 
 namespace tonewright {
@@ -54,8 +53,10 @@ std::string FuzzFile(const std::string &name, std::span<const std::uint8_t> byte
 
 std::vector<std::uint8_t> FuzzRead(const std::string &path) {
     std::ifstream file(path, std::ios::binary);
-    Demand(file.is_open(), "the file is there");
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::vector<std::uint8_t> bytes(std::filesystem::file_size(path));
+    file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    Demand(!file.fail(), "the file can be read");
+    return bytes;
 }
 
 void Demand(bool holds, const char *what) {

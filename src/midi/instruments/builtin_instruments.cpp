@@ -58,20 +58,11 @@ struct Studio {
     std::int64_t clockStart = 0; // microseconds
 };
 
-void ResetInstruments(Studio &studio) {
-    constexpr std::array<const InstrumentModel *, BuiltinInstrumentCount> models = {
-        &Dx7Model, &VolcaFmModel, &RefaceDxModel};
-    for (std::size_t i = 0; i < models.size(); ++i) {
-        studio.instruments[i].model = models[i];
-        ResetInstrument(studio.instruments[i]);
-    }
-}
-
 // There is one of each instrument, whatever the number of tables.
 Studio &TheStudio() {
     static Studio studio = [] {
         Studio fresh;
-        ResetInstruments(fresh);
+        fresh.instruments = FactoryInstruments();
         return fresh;
     }();
     return studio;
@@ -99,6 +90,7 @@ struct Port {
 };
 std::vector<Port> PortsOf(const Studio &studio) {
     std::vector<Port> ports;
+    ports.reserve(4 * studio.instruments.size());
     for (std::size_t i = 0; i < studio.instruments.size(); ++i) {
         ports.push_back({i, true});
         ports.push_back({i, false});
@@ -341,7 +333,7 @@ InstrumentFaults &FaultsOf(BuiltinInstrument instrument) {
 
 void ResetBuiltinInstruments() {
     Studio &studio = TheStudio();
-    ResetInstruments(studio);
+    studio.instruments = FactoryInstruments();
     studio.faults = {};
     studio.streams.clear();
     studio.simulatedTime = 0;
@@ -394,7 +386,7 @@ bool BuiltinClockRuns() {
 
 bool LoadInstrumentMemory(const char *path) {
     Studio &studio = TheStudio();
-    ResetInstruments(studio);
+    studio.instruments = FactoryInstruments();
     return ReadMemoryFile(path, studio.instruments);
 }
 

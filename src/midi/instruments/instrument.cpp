@@ -23,6 +23,15 @@ void TakeController(Instrument &instrument, int channel, int controller) {
     }
 }
 
+Instrument MakeInstrument(const InstrumentModel &model) {
+    Instrument instrument;
+    instrument.model = &model;
+    FitBlocks(instrument);
+    model.fillFactory(instrument);
+    model.recall(instrument, 0);
+    return instrument;
+}
+
 } // namespace
 
 void FitBlocks(Instrument &instrument) {
@@ -31,13 +40,10 @@ void FitBlocks(Instrument &instrument) {
     instrument.system.resize(instrument.model->systemSize);
 }
 
-void ResetInstrument(Instrument &instrument) {
-    const InstrumentModel *model = instrument.model;
-    instrument = Instrument{};
-    instrument.model = model;
-    FitBlocks(instrument);
-    model->fillFactory(instrument);
-    model->recall(instrument, 0);
+const std::array<Instrument, 3> &FactoryInstruments() {
+    static const std::array<Instrument, 3> instruments = {
+        MakeInstrument(Dx7Model), MakeInstrument(VolcaFmModel), MakeInstrument(RefaceDxModel)};
+    return instruments;
 }
 
 void TakeInstrumentMessage(Instrument &instrument, std::span<const std::uint8_t> message,

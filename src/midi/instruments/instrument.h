@@ -1,5 +1,5 @@
 // What a built-in instrument is made of: a model that says how it behaves, and the state that it
-// is in. Only the files of this folder include this.
+// is in. Only the files of this folder and its fuzzers include this.
 #pragma once
 
 #include "midi/instruments/message_reader.h"
@@ -60,8 +60,8 @@ extern const InstrumentModel Dx7Model;
 extern const InstrumentModel VolcaFmModel;
 extern const InstrumentModel RefaceDxModel;
 
-// The state of the factory. `model` is kept.
-void ResetInstrument(Instrument &instrument);
+// The DX7, the Volca FM and the reface DX, as they leave the factory.
+const std::array<Instrument, 3> &FactoryInstruments();
 // Takes a whole message, short or system-exclusive.
 void TakeInstrumentMessage(Instrument &instrument, std::span<const std::uint8_t> message,
                            std::vector<Answer> &answers);

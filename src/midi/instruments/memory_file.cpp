@@ -65,7 +65,8 @@ std::vector<std::uint8_t> BlockOf(std::span<const std::uint8_t> &bytes, std::siz
     return {block.begin(), block.end()};
 }
 
-// The file's bytes.
+} // namespace
+
 std::vector<std::uint8_t> EncodeMemory(std::span<Instrument> instruments) {
     std::vector<std::uint8_t> bytes(Magic.begin(), Magic.end());
     for (Instrument &instrument : instruments) {
@@ -84,7 +85,6 @@ std::vector<std::uint8_t> EncodeMemory(std::span<Instrument> instruments) {
     return bytes;
 }
 
-// False, and the instruments as they were, when the bytes are not such a file's.
 bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> instruments) {
     if (bytes.size() != FileSizeOf(instruments) ||
         !std::ranges::equal(bytes.first(Magic.size()), Magic)) {
@@ -120,8 +120,6 @@ bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> ins
     std::ranges::move(read, instruments.begin());
     return true;
 }
-
-} // namespace
 
 bool WriteMemoryFile(const char *path, std::span<Instrument> instruments) {
     const std::vector<std::uint8_t> bytes = EncodeMemory(instruments);

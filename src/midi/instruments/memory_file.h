@@ -3,15 +3,22 @@
 
 #include "midi/instruments/instrument.h"
 
+#include <cstdint>
 #include <span>
+#include <vector>
 
 namespace tonewright {
+
+// The bytes of such a file.
+std::vector<std::uint8_t> EncodeMemory(std::span<Instrument> instruments);
+// False, and the instruments as they were, when the bytes are no such file's of these models, or
+// hold a value that no instrument can hold.
+bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> instruments);
 
 // False when the file cannot be written; the former one is then as it was. On the way the bytes
 // stand in a file beside it, whose name has a number and ".new" behind the name.
 bool WriteMemoryFile(const char *path, std::span<Instrument> instruments);
-// False, and the instruments as they were, when the file cannot be read, is no such file of these
-// models, or holds a value that no instrument can hold.
+// The same for a file; false also when it cannot be read.
 bool ReadMemoryFile(const char *path, std::span<Instrument> instruments);
 
 } // namespace tonewright
