@@ -1,11 +1,12 @@
-// Any bytes as a reface DX bank: what opens holds the records of the file as they stand, what does
-// not leaves the whole ones in front of its end, and what can be saved comes back unchanged.
-#include "common/desktop.h"
+// Any bytes as a reface DX bank: what is decoded holds the records of the file as they stand, what
+// is not leaves the whole ones in front of its end, and what can be written comes back unchanged.
 #include "core/dispatch.h"
 #include "drivers/reface_dx/files.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 using namespace tonewright;
 
@@ -20,70 +21,64 @@ void LookAt(const VoiceObject &voice) {
     Demand(VoiceObjectName(voice)[0] != 0, "everything can be named");
 }
 
-void SaveAndOpenAgain(VoiceList &list) {
-    const std::string path = FuzzPath("saved.srx");
-    bool complete = true;
+void EncodeAndDecodeAgain(const VoiceList &list) {
+    std::array<const VoiceObject *, RefaceVoicesPerBank> voices;
     for (int row = 0; row < RefaceVoicesPerBank; ++row) {
-        complete = complete && RefaceVoiceCanBeWritten(ListVoice(list, row));
+        voices[row] = ListVoice(list, row);
     }
-    const bool saved = RefaceSaveBank(nullptr, list, path.c_str()) == 1;
-    Demand(saved == complete, "32 whole voices can be saved, and nothing else");
-    if (!saved) {
+    if (!std::ranges::all_of(voices, RefaceVoiceCanBeWritten)) {
         return;
     }
-    Demand(FuzzRead(path).size() == RefaceBankFileSize, "a saved bank has its size");
+    const auto file = EncodeRefaceFile(RefaceFileKind::Bank, voices, 0x01020304);
+    Demand(file.size() == RefaceBankFileSize, "an encoded bank has its size");
     VoiceList again;
-    Demand(RefaceOpenBank(nullptr, again, path.c_str(), nullptr) == 1, "a saved bank opens");
-    Demand(ListCount(again) == RefaceVoicesPerBank, "a saved bank has 32 voices");
+    Demand(DecodeRefaceBank(again, file), "an encoded bank is decoded");
+    Demand(ListCount(again) == RefaceVoicesPerBank, "an encoded bank has 32 voices");
     for (int row = 0; row < RefaceVoicesPerBank; ++row) {
         const auto before = std::span(list.items[row].bytes).first<RefaceVoiceObjectSize>();
         Demand(std::ranges::equal(again.items[row].bytes, before), "every byte is kept");
     }
 }
 
-void OpenAndSave(std::span<const std::uint8_t> input) {
-    const std::string path = FuzzFile("input.srx", input);
+void DecodeAndEncode(std::span<const std::uint8_t> input) {
     VoiceList list;
-    DriverId driver = NoDriverId;
-    std::int64_t time = 0;
-    const bool opened = OpenDocument(nullptr, list, path.c_str(), &driver, &time) == 1;
-    DemandSoundList(list);
+    const bool decoded = DecodeRefaceBank(list, input);
     const auto header = RefaceHeaderOf(input, RefaceFileKind::Bank);
     const std::size_t room = header ? input.size() - RefaceFileHeaderSize : 0;
     const std::size_t records =
         header && header->recordSize > 0
             ? std::min<std::size_t>(header->voiceCount, room / header->recordSize)
             : 0;
-    Demand(opened == (header && records == header->voiceCount), "a bank opens when all is there");
+    Demand(decoded == (header && records == header->voiceCount),
+           "a bank is decoded when all is there");
     Demand(static_cast<std::size_t>(ListCount(list)) == records, "its whole records are listed");
-    Demand(list.selection == (opened && records > 0 ? 0 : NoRow), "the first row is selected");
+    Demand(list.selection == (decoded && records > 0 ? 0 : NoRow), "the first row is selected");
     for (std::size_t row = 0; row < records; ++row) {
         const auto record =
             input.subspan(RefaceFileHeaderSize + row * header->recordSize, header->recordSize);
         Demand(std::ranges::equal(list.items[row].bytes, record), "a record is kept as it stands");
         LookAt(list.items[row]);
     }
-    SaveAndOpenAgain(list);
+    EncodeAndDecodeAgain(list);
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    AnswerYesToEverything();
     const std::span<const std::uint8_t> input(data, size);
-    OpenAndSave(input);
+    DecodeAndEncode(input);
 
     // The same bytes behind a right magic and driver id, and as the records of a right header.
     std::vector<std::uint8_t> file(input.begin(), input.end());
     file.resize(std::max(size, RefaceFileHeaderSize));
     std::ranges::copy(std::string_view("TNWRDXrf"), file.begin());
     WriteLittle32(file, 16, RefaceDxDriverId);
-    OpenAndSave(file);
+    DecodeAndEncode(file);
 
     file.insert(file.begin() + RefaceFileHeaderSize, input.begin(), input.end());
     file.resize(RefaceBankFileSize);
     WriteLittle32(file, 24, RefaceVoicesPerBank);
     WriteLittle32(file, 28, RefaceVoiceObjectSize);
-    OpenAndSave(file);
+    DecodeAndEncode(file);
     return 0;
 }

@@ -36,6 +36,14 @@ std::optional<LineReader> OpenLines(const char *path) {
     return reader;
 }
 
+LineReader LinesOf(std::string_view text) {
+    return {.file = {},
+            .buffer = {text.begin(), text.end()},
+            .start = 0,
+            .end = text.size(),
+            .fileEnded = true};
+}
+
 bool NextLine(LineReader &reader, std::string_view &line) {
     // One byte more than a line can have tells whether a character is cut.
     if (reader.end - reader.start <= LineLimit && !reader.fileEnded) {

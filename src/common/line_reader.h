@@ -22,6 +22,8 @@ struct LineReader {
 // A reader at the start of a regular file; nothing when the file cannot be opened, or is a folder
 // or a pipe.
 std::optional<LineReader> OpenLines(const char *path);
+// The same of a text in memory, of which it keeps a copy.
+LineReader LinesOf(std::string_view text);
 
 // The next line with its line feed, valid until the next call. A line that is longer than LineLimit
 // ends there, in front of a character that does not fit whole, and its rest is the next line. False

@@ -119,14 +119,10 @@ void HistoryInit() {
     Used = false;
 }
 
-bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEntry &)> &use) {
-    auto reader = OpenLines(path);
-    if (!reader) {
-        return false;
-    }
+void ReadHistoryLines(LineReader &lines, const std::function<void(const HistoryEntry &)> &use) {
     HistoryEntry entry;
     std::string_view line;
-    while (NextLine(*reader, line)) {
+    while (NextLine(lines, line)) {
         line = CutAtLineEnd(line);
         // A comma ends the path; one inside it cuts the path short, which is then no document.
         const std::size_t end = std::min(line.find(','), line.size());
@@ -136,6 +132,14 @@ bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEnt
             use(entry);
         }
     }
+}
+
+bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEntry &)> &use) {
+    auto reader = OpenLines(path);
+    if (!reader) {
+        return false;
+    }
+    ReadHistoryLines(*reader, use);
     return true;
 }
 

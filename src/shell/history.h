@@ -15,6 +15,8 @@ class QWidget;
 
 namespace tonewright {
 
+struct LineReader;
+
 constexpr int HistorySeparatorItem = 180; // menu items; the entries follow from 181
 constexpr int HistoryFirstItem = 181;
 constexpr std::uint32_t HistoryLimit = 20;
@@ -58,8 +60,10 @@ int HistoryPick(std::string &destination, int index);
 // "FileMenuHistory.txt" in the product's application-data folder; empty when there is no such
 // folder.
 std::string HistoryFilePath();
-// Hands over the entries of any history file in the order of its lines, without looking at the
-// documents. False when it cannot be opened.
+// Hands over the entries of a history file in the order of its lines, without looking at the
+// documents.
+void ReadHistoryLines(LineReader &lines, const std::function<void(const HistoryEntry &)> &use);
+// The same of any file. False when it cannot be opened.
 bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEntry &)> &use);
 
 } // namespace tonewright

@@ -17,6 +17,13 @@ Strings Lines(const std::string &text) {
     while (reader && NextLine(*reader, line)) {
         lines.emplace_back(line);
     }
+    // In memory the text has the same lines.
+    LineReader inMemory = LinesOf(text);
+    Strings linesInMemory;
+    while (NextLine(inMemory, line)) {
+        linesInMemory.emplace_back(line);
+    }
+    EXPECT_EQ(linesInMemory, lines);
     return lines;
 }
 

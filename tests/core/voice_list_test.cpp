@@ -75,6 +75,12 @@ TEST(VoiceList, SelectingScrollsTheRowIntoView) {
     EXPECT_EQ(list.topRow, 2);
 }
 
+TEST(VoiceList, WithoutAViewSelectingARowFurtherDownDoesNotScroll) {
+    VoiceList list = ListOf(10);
+    ListSelect(list, 7);
+    EXPECT_EQ(list.topRow, 0);
+}
+
 TEST(VoiceList, SettingAVoiceOfARowThatDoesNotExistChangesNothing) {
     VoiceList list = ListOf(2);
     EXPECT_FALSE(ListSetVoice(list, 2, VoiceOf(9)));

@@ -110,6 +110,20 @@ TEST_F(StatusBarTest, EveryPixelOfTheBarIsWhereItsMeasuresSay) {
     EXPECT_EQ(image, expected);
 }
 
+TEST_F(StatusBarTest, APaneThatGoesOnBehindTheBarHasNoRightEdge) {
+    window.resize(500, 300); // the second pane begins at 306 and ends at 606
+    const QImage image = bar->grab().toImage();
+    const QRgb face = SystemColourOf(SystemColour::ButtonFace).rgb();
+    for (int x = 480; x < 500; ++x) {
+        EXPECT_EQ(image.pixel(x, bar->height() / 2), face) << x;
+    }
+    EXPECT_EQ(image.pixel(499, 3), SystemColourOf(SystemColour::ButtonShadow).rgb());
+    window.resize(200, 300); // the first pane ends at 302, the second lies outside
+    const QImage narrow = bar->grab().toImage();
+    EXPECT_EQ(narrow.pixel(199, bar->height() / 2), face);
+    EXPECT_EQ(narrow.pixel(4, bar->height() / 2), SystemColourOf(SystemColour::ButtonShadow).rgb());
+}
+
 TEST_F(StatusBarTest, ATextBeginsThreePixelsInsideOfItsOutline) {
     SetStatusBarText(&window, "Yamaha DX7");
     const StatusBarState &state = *StatusBarStateOf(&window);
