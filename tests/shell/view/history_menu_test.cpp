@@ -63,7 +63,9 @@ protected:
     }
     QAction *Item(int item) const { return ActionOf(FileMenu(), item); }
 
+    // Opens it under the pointer: a menu takes for a choice only what the pointer has come to since.
     QMenu &OpenMenu() const {
+        QTest::mouseMove(window.get(), QPoint(0, 0));
         QMenu &menu = FileMenu();
         menu.popup(window->mapToGlobal(QPoint(0, 0)));
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
