@@ -18,14 +18,24 @@ constexpr std::size_t Prefix = alignof(std::max_align_t);
 
 } // namespace
 
-void *operator new(std::size_t size) {
+// All forms that hand out or take back a single block: in a checking build those that are not
+// replaced call the checker, not these.
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
     auto *block = static_cast<std::byte *>(std::malloc(Prefix + size));
     if (!block) {
-        throw std::bad_alloc();
+        return nullptr;
     }
     *reinterpret_cast<std::size_t *>(block) = size;
     LiveBytes += size;
     return block + Prefix;
+}
+
+void *operator new(std::size_t size) {
+    void *pointer = operator new(size, std::nothrow);
+    if (!pointer) {
+        throw std::bad_alloc();
+    }
+    return pointer;
 }
 
 void operator delete(void *pointer) noexcept {
@@ -37,6 +47,10 @@ void operator delete(void *pointer) noexcept {
 }
 
 void operator delete(void *pointer, std::size_t) noexcept {
+    operator delete(pointer);
+}
+
+void operator delete(void *pointer, const std::nothrow_t &) noexcept {
     operator delete(pointer);
 }
 
