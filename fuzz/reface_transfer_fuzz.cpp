@@ -126,7 +126,7 @@ struct Instrument {
     std::int32_t due = 0;
     int openStreams = 0;
     bool clockRuns = false;
-    std::vector<Exchange> exchanges;
+    std::vector<Exchange> exchanges{};
 
     // What is written is answered: with all that comes up to the next answer.
     int Write(std::span<const std::uint8_t> message) {
