@@ -4,7 +4,9 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "drivers/dx7/transfer.h"
+#include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/transfer.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 
 #include <benchmark/benchmark.h>

@@ -3,6 +3,8 @@
 #include "common/desktop.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/clipboard.h"
 #include "support/fuzz_support.h"
 

@@ -1,6 +1,7 @@
 // Any sequence of calls on a voice list: it stays as it always is, and holds what a plain vector
 // would hold.
 #include "core/voice_list.h"
+#include "drivers/dx7/voice_codec.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>

@@ -15,7 +15,7 @@ namespace {
 void LookAt(const VoiceObject &voice) {
     std::string name;
     const int length = RefaceVoiceName(name, voice);
-    Demand(length >= 0 && length <= static_cast<int>(VoiceNameSize), "a name has ten bytes");
+    Demand(length >= 0 && length <= static_cast<int>(RefaceNameSize), "a name has ten bytes");
     Demand(static_cast<std::size_t>(length) == name.size(), "the length is the name's");
     Demand(!RefaceVoiceOf(voice) || RefaceCommonOf(voice), "a whole voice has a common block");
     Demand(VoiceObjectName(voice)[0] != 0, "everything can be named");

@@ -5,6 +5,7 @@
 // four bytes. Its first two bytes say how large the buffer is and how long is waited.
 #include "common/settings.h"
 #include "drivers/reface_dx/find.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/tracing_api.h"
 #include "midi/transport.h"
 #include "support/fuzz_support.h"

@@ -1,5 +1,6 @@
 // Any bytes as a level of undo: what is restored is what stands in it, what is refused leaves the
 // list alone, and a level made of what was restored restores the same.
+#include "core/synth_driver.h"
 #include "core/undo_level.h"
 #include "support/fuzz_support.h"
 
@@ -39,7 +40,7 @@ void Restore(std::span<const std::uint8_t> level) {
     again.visibleRows = list.visibleRows;
     Demand(RestoreUndoLevel(again, made), "a level that was made is one");
     Demand(again.selection == list.selection && again.topRow == list.topRow, "place and selection");
-    for (int row = 0; row < UndoLevelItemCount; ++row) {
+    for (int row = 0; row < UsualBankRows; ++row) {
         const auto &whole = list.items[static_cast<std::size_t>(row)].bytes;
         const auto &kept = again.items[static_cast<std::size_t>(row)].bytes;
         Demand(kept.size() <= whole.size() && std::equal(kept.begin(), kept.end(), whole.begin()),
@@ -59,11 +60,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return 0;
     }
     const std::size_t itemSize = std::size_t{data[0]} + 1;
-    std::vector<std::uint8_t> level(UndoLevelHeaderSize + UndoLevelItemCount * itemSize);
+    std::vector<std::uint8_t> level(UndoLevelHeaderSize + UsualBankRows * itemSize);
     WriteLittle32(level, 0, UndoLevelMagic);
     WriteLittle32(level, 4, UndoLevelHeaderSize);
     WriteLittle32(level, 8, static_cast<std::uint32_t>(itemSize));
-    WriteLittle32(level, 12, UndoLevelItemCount);
+    WriteLittle32(level, 12, UsualBankRows);
     WriteLittle32(level, 20, static_cast<std::uint32_t>(static_cast<std::int8_t>(data[1])));
     WriteLittle32(level, 24, static_cast<std::uint32_t>(static_cast<std::int8_t>(data[2])));
     const auto items = input.subspan(3);

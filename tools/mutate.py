@@ -12,7 +12,7 @@ of src/X are those of tests/X, or of the folder above it that has tests; --tests
 change that does not compile says nothing about the tests and is left out of the count; one that
 hangs the tests is noticed. Prints a line a survivor as soon as it is known,
 
-  src/core/undo_level.cpp:18: < -> <=    for (int row = 0; row < UndoLevelItemCount; ++row) {
+  src/core/undo_level.cpp:18: < -> <=    for (int row = 0; row < rows; ++row) {
 
 and ends with 0 whether or not there are survivors, with 1 when the unchanged tree does not build or
 fails its tests.

@@ -1,6 +1,6 @@
 // The command that reads the memory of a built-in instrument back: its 32 voices as a bank, or the
 // voice of its edit buffer as a single voice. The instruments know only bytes; what these mean as
-// voices is said here.
+// voices the rows of the drivers say.
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/midi_session.h"
@@ -9,82 +9,56 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "drivers/dx7/voice_codec.h"
-#include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/transport.h"
 
-#include <algorithm>
-#include <array>
+#include <optional>
+#include <string>
 
 namespace tonewright {
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
-VoiceObject Dx7MemoryVoice(Bytes packed) {
-    std::array<std::uint8_t, Dx7VoiceSize> voice;
-    UnpackDx7Voice(voice, packed.first<Dx7PackedVoiceSize>());
-    return MakeDx7VoiceObject(voice);
-}
-
-// All that a voice in memory has but the byte behind it, which operators are on: in the instrument
-// all of them are.
-VoiceObject Dx7EditedVoice(Bytes buffer) {
-    constexpr std::uint8_t allOperators = 0x3F;
-    std::array<std::uint8_t, Dx7VoiceSize> voice;
-    std::ranges::copy(buffer.first<Dx7Voice::operatorEnable>(), voice.begin());
-    voice[Dx7Voice::operatorEnable] = allOperators;
-    return MakeDx7VoiceObject(voice);
-}
-
-VoiceObject RefaceVoiceOfBytes(Bytes bytes) {
-    return MakeVoiceObject(RefaceDxDriverId, bytes.first<RefaceCommonSize>(),
-                           bytes.subspan<RefaceCommonSize, RefaceOperatorsSize>());
-}
-
-struct InstrumentMemory {
+// A built-in instrument whose memory the row of a family can read.
+struct ReadableInstrument {
     BuiltinInstrument instrument;
-    DriverId driver;
-    std::size_t voiceSize; // in memory
-    VoiceObject (*memoryVoice)(Bytes voice);
-    VoiceObject (*editedVoice)(Bytes editBuffer);
+    const SynthDriver *driver;
+    const InstrumentMemory *memory;
 };
-constexpr InstrumentMemory Memories[] = {
-    {.instrument = BuiltinInstrument::Dx7,
-     .driver = Dx7DriverId,
-     .voiceSize = Dx7PackedVoiceSize,
-     .memoryVoice = Dx7MemoryVoice,
-     .editedVoice = Dx7EditedVoice},
-    {.instrument = BuiltinInstrument::VolcaFm,
-     .driver = Dx7DriverId,
-     .voiceSize = Dx7PackedVoiceSize,
-     .memoryVoice = Dx7MemoryVoice,
-     .editedVoice = Dx7EditedVoice},
-    {.instrument = BuiltinInstrument::RefaceDx,
-     .driver = RefaceDxDriverId,
-     .voiceSize = RefaceCommonSize + RefaceOperatorsSize,
-     .memoryVoice = RefaceVoiceOfBytes,
-     .editedVoice = RefaceVoiceOfBytes},
-};
-static_assert(std::size(Memories) == BuiltinInstrumentCount);
 
 // The name of an instrument is that of its ports, of which the input has an even index.
-std::string NameOf(const InstrumentMemory &memory) {
+std::string NameOf(BuiltinInstrument instrument) {
     static const MidiApi ports = MakeBuiltinInstruments({});
-    return ports.Pm_GetDeviceInfo(2 * static_cast<int>(memory.instrument))->name;
+    return ports.Pm_GetDeviceInfo(2 * static_cast<int>(instrument))->name;
 }
 
-// The one instrument whose name holds `part`; nullptr after telling that there is none, or more.
-const InstrumentMemory *MemoryOfName(const char *part) {
-    const InstrumentMemory *meant = nullptr;
+std::optional<ReadableInstrument> ReadableOf(BuiltinInstrument instrument) {
+    const std::string name = NameOf(instrument);
+    for (const SynthDriver *driver : SynthDrivers) {
+        for (const InstrumentMemory &memory : driver->memories) {
+            if (NameContains(name.c_str(), memory.instrument)) {
+                return ReadableInstrument{instrument, driver, &memory};
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+// The one instrument whose name holds `part`; nothing after telling that there is none, or more.
+std::optional<ReadableInstrument> InstrumentOfName(const char *part) {
+    std::optional<ReadableInstrument> meant;
     int count = 0;
     std::string names;
-    for (const InstrumentMemory &memory : Memories) {
-        const std::string name = NameOf(memory);
+    for (int index = 0; index < BuiltinInstrumentCount; ++index) {
+        const auto readable = ReadableOf(static_cast<BuiltinInstrument>(index));
+        if (!readable) {
+            continue;
+        }
+        const std::string name = NameOf(readable->instrument);
         names += (names.empty() ? "" : "; ") + name;
         if (NameContains(name.c_str(), part)) {
-            meant = &memory;
+            meant = readable;
             ++count;
         }
     }
@@ -94,38 +68,39 @@ const InstrumentMemory *MemoryOfName(const char *part) {
     TellError(part, std::string(count == 0 ? "no such built-in instrument"
                                            : "more than one built-in instrument") +
                         "; there are: " + names);
-    return nullptr;
+    return std::nullopt;
 }
 
 } // namespace
 
 int CliMemory(const CliCall &call) {
     const char *path = call.words[0], *out = call.words[2];
-    const InstrumentMemory *memory = MemoryOfName(call.words[1]);
-    if (!memory) {
+    const auto meant = InstrumentOfName(call.words[1]);
+    if (!meant) {
         return ExitWrongCall;
     }
+    const DriverId driver = meant->driver->id;
     const VoiceFileFormat *format = FormatOfPath(out);
-    if (!format || format->driver != memory->driver) {
+    if (!format || format->driver != driver) {
         return TellWrongCall(out, FormatText("the extension of the file to write must be \"%s\", "
                                              "or \"%s\" for the edit buffer",
-                                             BankExtension(memory->driver),
-                                             VoiceExtension(memory->driver)));
+                                             BankExtension(driver), VoiceExtension(driver)));
     }
     UseTerminalDesktop(call);
     if (const int status = ReadInstrumentMemory(path, false); status != ExitDone) {
         return status;
     }
-    CurrentDriverId = memory->driver;
+    CurrentDriverId = driver;
+    const InstrumentMemory &memory = *meant->memory;
     if (format->kind == VoiceFileKind::SingleVoice) {
         ListSetVoice(MainList, ListAdd(MainList),
-                     memory->editedVoice(EditBufferOf(memory->instrument)));
+                     memory.editedVoice(EditBufferOf(meant->instrument)));
         return ExportVoiceDocument(0, out);
     }
-    const Bytes voices = MemoryOf(memory->instrument);
-    for (std::size_t at = 0; at < voices.size(); at += memory->voiceSize) {
+    const std::span<const std::uint8_t> voices = MemoryOf(meant->instrument);
+    for (std::size_t at = 0; at < voices.size(); at += memory.voiceSize) {
         ListSetVoice(MainList, ListAdd(MainList),
-                     memory->memoryVoice(voices.subspan(at, memory->voiceSize)));
+                     memory.memoryVoice(voices.subspan(at, memory.voiceSize)));
     }
     return SaveBankDocument(out);
 }

@@ -18,8 +18,13 @@ constexpr const char *FallbackExtension = "Twl";
 constexpr const char *FallbackDocumentName = "Untitled.Twl";
 constexpr std::size_t TitleLimit = 260;
 
+int RowCount() {
+    return static_cast<int>(SynthDrivers.size());
+}
+
 const SynthDriver *DriverAt(int index) {
-    return index >= 0 && index < SynthDriverCount ? SynthDrivers[index] : nullptr;
+    return index >= 0 && index < RowCount() ? SynthDrivers[static_cast<std::size_t>(index)]
+                                            : nullptr;
 }
 
 bool HasFlag(int index, std::uint32_t flag) {
@@ -81,8 +86,8 @@ bool DriverCanFind(int index) {
 }
 
 int DriverIndexOfId(DriverId id) {
-    for (int index = 0; index < SynthDriverCount; ++index) {
-        if (SynthDrivers[index]->id == id) {
+    for (int index = 0; index < RowCount(); ++index) {
+        if (DriverAt(index)->id == id) {
             return index;
         }
     }
@@ -90,8 +95,8 @@ int DriverIndexOfId(DriverId id) {
 }
 
 int DriverIndexOfName(const char *name) {
-    for (int index = 0; index < SynthDriverCount; ++index) {
-        if (EqualNoCase(SynthDrivers[index]->name, name)) {
+    for (int index = 0; index < RowCount(); ++index) {
+        if (EqualNoCase(DriverAt(index)->name, name)) {
             return index;
         }
     }

@@ -1,20 +1,32 @@
-// The record that holds all knowledge of one family of instruments, and the fixed table of two
-// such rows. An empty operation is a null pointer; see core/dispatch.h for what that means.
+// The record that holds all knowledge of one family of instruments, and the fixed table of such
+// rows. A row names only what its family has: a text that it leaves out is empty, an operation a
+// null pointer; see core/dispatch.h for what that means.
 #pragma once
 
 #include "common/geometry.h"
+#include "core/instrument_memory.h"
 #include "core/item_fonts.h"
 #include "core/midi_ports.h"
+#include "core/voice_file.h"
 #include "core/voice_list.h"
 #include "core/voice_object.h"
 
-#include <array>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
+#include <vector>
 
 class QPainter;
 class QWidget;
+
+// An operation that paints or opens a window, in a row. A program without windows is built without
+// them; everything else in its rows is the same.
+#ifdef TONEWRIGHT_WITHOUT_VIEWS
+#define VIEW_OPERATION(function) nullptr
+#else
+#define VIEW_OPERATION(function) function
+#endif
 
 namespace tonewright {
 
@@ -65,74 +77,110 @@ struct DatabaseInfoResult {
     const char *text = nullptr;
 };
 
+constexpr int UsualBankRows = 32;
+constexpr std::size_t UsualNameSize = 10;
+
+// What holds for all operations: `window`, which may be null, is the window that messages belong
+// to. Lists, voices and paths are the caller's, and none is kept after the call; a voice that is
+// given as a pointer may be null where that is said. Paths are UTF-8. The result is 1 for success
+// and 0 for failure unless something else is said; a failure shows no message but for the questions
+// that are told here.
 struct SynthDriver {
-    DriverId id;
-    const char *name;          // display name
-    const char *bankExtension; // without the dot
-    const char *voiceExtension;
-    const char *extraExtension;
-    const char *bankFilter; // pairs "text\0*.pattern\0", closed by a further zero byte
-    const char *voiceFilter;
-    const char *extraFilter;
-    const char *defaultDocumentName;
-    std::uint32_t flags;           // DriverFlag...
-    std::uint32_t documentPicture; // picture number in the File menu history
+    DriverId id = NoDriverId;
+    const char *name = "";          // display name
+    const char *bankExtension = ""; // without the dot
+    const char *voiceExtension = "";
+    const char *extraExtension = "";
+    const char *bankFilter = ""; // pairs "text\0*.pattern\0", closed by a further zero byte
+    const char *voiceFilter = "";
+    const char *extraFilter = "";
+    const char *defaultDocumentName = "";
+    std::uint32_t flags = 0; // DriverFlag...
+    std::uint32_t documentPicture =
+        0; // picture number in the File menu history; 0: the general one
+
+    int bankRows = UsualBankRows;         // voices of a bank
+    std::size_t nameSize = UsualNameSize; // bytes of a voice's name, at most
+
+    // How the family's files are judged and listed without opening them; null where there is none.
+    const VoiceFileFormat *bankFormat = nullptr;
+    const VoiceFileFormat *voiceFormat = nullptr;
+    // How its instruments keep voices in their memory; none where that is not known.
+    std::span<const InstrumentMemory> memories = {};
 
     // Looks for the instrument, by the names of its ports or, with `autodetect`, by rules of its
     // own. What is found is written into `found`, the rest of which is left as it was; its driver
     // becomes the row's id when the instrument is there. The result is the row's own notion of
-    // success: judge by `found`.
-    int (*FindSynth)(QWidget *window, FoundSynth &found, const PortNames &names, bool autodetect);
-    // Replaces the list's contents by the bank file at `path`; *time receives the file's
-    // modification time in seconds since 1970, or the present time. 1 on success.
-    int (*OpenBank)(QWidget *window, VoiceList &list, const char *path, std::int64_t *time);
-    int (*SaveBank)(QWidget *window, VoiceList &list, const char *path);
+    // success: judge by `found`. Leaves no link open.
+    int (*FindSynth)(QWidget *window, FoundSynth &found, const PortNames &names,
+                     bool autodetect) = nullptr;
+    // Replaces the list's contents by the bank file at `path`; *time (which may be null) receives
+    // the file's modification time in seconds since 1970, or the present time, in any case. Asks
+    // whether to open a damaged file. What a failure leaves in the list is the family's choice; a
+    // file that is none of its banks leaves the list as it was.
+    int (*OpenBank)(QWidget *window, VoiceList &list, const char *path,
+                    std::int64_t *time) = nullptr;
+    // Writes the list as a bank file, after a backup of the former one where the settings ask for
+    // it; asks whether to go on without a backup that failed. The list keeps its voices. A write
+    // that fails leaves no file.
+    int (*SaveBank)(QWidget *window, VoiceList &list, const char *path) = nullptr;
+    // Paints the item; nothing for a block that is no whole voice of the family. `rowIndex`: of
+    // this row in the table. 1 in any case.
     int (*DrawVoiceItem)(const DrawItem &item, const ItemFonts &fonts, const VoiceObject &voice,
-                         int rowIndex);
-    int (*MakeItemFonts)(ItemFonts &fonts);
-    // Transfers, by device index. 1 when the conversation took place, 0 when it could not begin: a
-    // port does not open, or the instrument does not answer where an answer is needed. What the
-    // instrument made of the bytes that were sent is not known. A download replaces the contents of
-    // the list, in which a voice that did not arrive stays as far as it came; when it could not
-    // begin, the list is as it was.
-    int (*UploadBank)(QWidget *window, VoiceList &list, MidiPorts ports);
-    int (*DownloadBank)(QWidget *window, VoiceList &list, MidiPorts ports);
+                         int rowIndex) = nullptr;
+    // Fills the record. 1 in any case.
+    int (*MakeItemFonts)(ItemFonts &fonts) = nullptr;
+    // Transfers. 1 when the conversation took place, 0 when it could not begin: a port does not
+    // open, or the instrument does not answer where an answer is needed. What the instrument made
+    // of the bytes that were sent is not known. A download replaces the contents of the list, in
+    // which a voice that did not arrive stays as far as it came; when it could not begin, the list
+    // is as it was. The link is closed on return.
+    int (*UploadBank)(QWidget *window, VoiceList &list, MidiPorts ports) = nullptr;
+    int (*DownloadBank)(QWidget *window, VoiceList &list, MidiPorts ports) = nullptr;
     // Sends `voice`, or the item at `index` when it is null; the result is as above, also where
     // there is no voice. Bit 0 of `flags` asks for the driver's prompts around the transfer.
     int (*UploadVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, MidiPorts ports,
-                       int index, std::uint8_t flags);
-    int (*reserved)();
-    // Reads a single-voice file into *out when given, else into the item at `index`.
+                       int index, std::uint8_t flags) = nullptr;
+    int (*reserved)() = nullptr; // nothing calls it
+    // Reads a single-voice file into *out when that is not null, the list then untouched; else into
+    // the item at `index`, whose voice is freed. A row without a voice cannot be filled: 0. Asks
+    // whether to open a damaged file; a failure changes neither.
     int (*ImportVoice)(QWidget *window, VoiceList &list, int index, const char *path,
-                       VoiceObject *out);
-    // Writes `voice`, or the item at `index` when it is null.
+                       VoiceObject *out) = nullptr;
+    // Writes `voice`, or the item at `index` when it is null, as a single-voice file; no backup is
+    // made. `firmware`: of the instrument, for a file that notes it. 0 also when there is no voice.
     int (*ExportVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, const char *path,
-                       int index, std::uint32_t firmware);
-    int (*EditVoice)(QWidget *window, VoiceObject &voice, MidiPorts ports, int index);
+                       int index, std::uint32_t firmware) = nullptr;
+    // Lets the user edit `voice`. 1 when the result was accepted, which `voice` then holds; 0, and
+    // `voice` as it was, when not.
+    int (*EditVoice)(QWidget *window, VoiceObject &voice, MidiPorts ports, int index) = nullptr;
     // Writes the name, in the instrument's bytes and without trailing blanks, and returns its
-    // length in bytes.
-    int (*VoiceName)(std::string &name, const VoiceObject &voice);
-    int (*PrintVoice)(QPainter &painter, const VoiceObject &voice, const PrintCell &cell);
-    int (*ConfigureSynth)(QWidget *window, MidiPorts ports);
-    int (*AutoConfigure)(QWidget *window, int midiOut);
-    // Builds the block of an undo level from the list; empty on failure.
-    std::vector<std::uint8_t> (*MakeUndoLevel)(QWidget *window, const VoiceList &list);
+    // length in bytes, at most nameSize. 0, and `name` as it was, for no voice of the family.
+    int (*VoiceName)(std::string &name, const VoiceObject &voice) = nullptr;
+    // Paints the voice into its cell of a page; nothing for no whole voice of the family. 1 in any
+    // case.
+    int (*PrintVoice)(QPainter &painter, const VoiceObject &voice, const PrintCell &cell) = nullptr;
+    // Lets the user change the instrument's own settings.
+    int (*ConfigureSynth)(QWidget *window, MidiPorts ports) = nullptr;
+    // Sends the settings that were saved for the instrument, if there are any.
+    int (*AutoConfigure)(QWidget *window, int midiOut) = nullptr;
+    // The block of an undo level for the list, which is the caller's; empty on failure.
+    std::vector<std::uint8_t> (*MakeUndoLevel)(QWidget *window, const VoiceList &list) = nullptr;
+    // The catalogue. A handle is the caller's until it is closed, and null when it did not open.
     int (*DatabaseAddVoice)(QWidget *window, const VoiceObject &voice, const char *name,
-                            const char *sourceDocument, int index);
-    std::shared_ptr<DatabaseHandle> (*DatabaseOpen)(const char *path, std::uint32_t mode);
-    int (*DatabaseClose)(std::shared_ptr<DatabaseHandle> database);
+                            const char *sourceDocument, int index) = nullptr;
+    std::shared_ptr<DatabaseHandle> (*DatabaseOpen)(const char *path, std::uint32_t mode) = nullptr;
+    int (*DatabaseClose)(std::shared_ptr<DatabaseHandle> database) = nullptr;
     int (*DatabaseReadRecord)(DatabaseHandle &database, std::uint32_t index,
-                              DatabaseRecord &record);
+                              DatabaseRecord &record) = nullptr;
     int (*DatabaseWriteRecord)(DatabaseHandle &database, std::uint32_t index,
-                               const DatabaseRecord &record);
-    const char *(*DatabasePath)();
-    DatabaseInfoResult (*DatabaseInfo)(int selector);
+                               const DatabaseRecord &record) = nullptr;
+    const char *(*DatabasePath)() = nullptr; // static text
+    DatabaseInfoResult (*DatabaseInfo)(int selector) = nullptr;
 };
 
-constexpr int SynthDriverCount = 2;
-
-// The two rows: 0 serves the DX7, TX7 and Volca FM, 1 the reface DX. Constant data; defined in
-// drivers/synth_driver_table.cpp.
-extern const std::array<const SynthDriver *, SynthDriverCount> SynthDrivers;
+// The rows, none of them null: 0 serves the DX7, TX7 and Volca FM, 1 the reface DX. Constant data;
+// defined in drivers/synth_driver_table.cpp from the list in drivers/families.inc.
+extern const std::span<const SynthDriver *const> SynthDrivers;
 
 } // namespace tonewright

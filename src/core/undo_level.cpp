@@ -1,9 +1,20 @@
 // Copies a whole list into one block and back.
 #include "core/undo_level.h"
 
+#include "core/dispatch.h"
+
 #include <algorithm>
 
 namespace tonewright {
+namespace {
+
+// Of the family that a voice belongs to; of a voice of an unknown one, as many as usual.
+int RowsOfBank(const VoiceObject &voice) {
+    const SynthDriver *driver = DriverOfId(HeaderOf(voice)->driverId);
+    return driver ? driver->bankRows : UsualBankRows;
+}
+
+} // namespace
 
 std::vector<std::uint8_t> MakeUndoLevel(QWidget *, const VoiceList &list) {
     const VoiceObject *first = ListVoice(list, 0);
@@ -11,23 +22,25 @@ std::vector<std::uint8_t> MakeUndoLevel(QWidget *, const VoiceList &list) {
     if (itemSize == 0) {
         return {};
     }
-    // Every row is looked at before room is made, since one long voice would ask for 32 times its
+    const int rows = RowsOfBank(*first);
+    // Every row is looked at before room is made, since one long voice would ask for a bank of its
     // length.
-    for (int row = 0; row < UndoLevelItemCount; ++row) {
+    for (int row = 0; row < rows; ++row) {
         const VoiceObject *voice = ListVoice(list, row);
         if (!voice || voice->bytes.size() < itemSize) {
             return {};
         }
     }
-    std::vector<std::uint8_t> level(UndoLevelHeaderSize + UndoLevelItemCount * itemSize);
+    std::vector<std::uint8_t> level(UndoLevelHeaderSize +
+                                    static_cast<std::size_t>(rows) * itemSize);
     WriteLittle32(level, 0, UndoLevelMagic);
     WriteLittle32(level, 4, UndoLevelHeaderSize);
     WriteLittle32(level, 8, static_cast<std::uint32_t>(itemSize));
-    WriteLittle32(level, 12, UndoLevelItemCount);
+    WriteLittle32(level, 12, static_cast<std::uint32_t>(rows));
     WriteLittle32(level, 16, HeaderOf(*first)->driverId);
     WriteLittle32(level, 20, static_cast<std::uint32_t>(list.selection));
     WriteLittle32(level, 24, static_cast<std::uint32_t>(list.topRow));
-    for (int row = 0; row < UndoLevelItemCount; ++row) {
+    for (int row = 0; row < rows; ++row) {
         std::copy_n(ListVoice(list, row)->bytes.begin(), itemSize,
                     level.begin() + UndoLevelHeaderSize + row * itemSize);
     }

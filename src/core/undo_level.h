@@ -3,7 +3,7 @@
 //   offset  0  magic        "DMeM" (0x4D654D44)
 //           4  headerSize   36
 //           8  itemSize     bytes of one item
-//          12  itemCount    rows, always 32
+//          12  itemCount    rows of a bank: 32
 //          16  driverId     of the first voice
 //          20  selectedRow  -1 for none
 //          24  topRow
@@ -25,11 +25,10 @@ namespace tonewright {
 
 constexpr std::uint32_t UndoLevelMagic = 0x4D654D44;
 constexpr std::size_t UndoLevelHeaderSize = 36;
-constexpr int UndoLevelItemCount = 32;
 
-// Operation of both driver rows: the block for the list as it stands, its items as long as the
-// first row's voice. Empty when any of the 32 rows has no voice, the first one is no voice block,
-// or one is shorter than the first.
+// MakeUndoLevel of every family: the block for the list as it stands, its items as long as the
+// first row's voice and as many as a bank of that voice's family has. Empty when any of these rows
+// has no voice, the first one is no voice block, or one is shorter than the first.
 std::vector<std::uint8_t> MakeUndoLevel(QWidget *window, const VoiceList &list);
 
 // Puts the list back as the block tells: rows, scroll position and selection. False, and the list

@@ -2,7 +2,6 @@
 #include "core/voice_object.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace tonewright {
 
@@ -78,14 +77,11 @@ std::size_t RecordSizeOf(const VoiceObject &voice) {
     return std::size_t{header->payloadOffset} + header->payloadSize + header->extraSize;
 }
 
-VoiceNameText MakeVoiceNameText(const std::uint8_t *tenBytes) {
-    VoiceNameText text{};
-    std::size_t size = VoiceNameSize;
-    while (size > 1 && tenBytes[size - 1] <= 0x20) {
-        --size;
+std::string MakeVoiceNameText(std::span<const std::uint8_t> field) {
+    while (field.size() > 1 && field.back() <= 0x20) {
+        field = field.first(field.size() - 1);
     }
-    std::memcpy(text.data(), tenBytes, size);
-    return text;
+    return {field.begin(), std::ranges::find(field, std::uint8_t{0})};
 }
 
 } // namespace tonewright

@@ -13,11 +13,11 @@
 // clipboard and into undo levels.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace tonewright {
@@ -32,11 +32,8 @@ constexpr DriverId MakeDriverId(const char (&text)[5]) {
            static_cast<DriverId>(static_cast<unsigned char>(text[3])) << 24;
 }
 
-constexpr DriverId Dx7DriverId = MakeDriverId("y7XD");
-constexpr DriverId RefaceDxDriverId = MakeDriverId("xdFR");
 constexpr DriverId NoDriverId = MakeDriverId("????");
-static_assert(Dx7DriverId == 0x44583779 && RefaceDxDriverId == 0x52466478 &&
-              NoDriverId == 0x3F3F3F3F);
+static_assert(NoDriverId == 0x3F3F3F3F);
 
 constexpr std::uint32_t VoiceObjectMagic = 0x544E576F; // "TNWo", T in the high byte
 constexpr std::size_t VoiceObjectHeaderSize = 52;
@@ -80,12 +77,10 @@ std::span<std::uint8_t> MutablePayloadOf(VoiceObject &voice);
 // payloadOffset + payloadSize + extraSize of a block that PayloadOf accepts; 0 for any other.
 std::size_t RecordSizeOf(const VoiceObject &voice);
 
-// A voice's name has ten bytes without a terminator in every family. Its text: the bytes without
-// those of 0x20 or below at the end, but for the first, which always stays; a zero byte inside the
-// name ends it.
-constexpr std::size_t VoiceNameSize = 10;
-using VoiceNameText = std::array<char, VoiceNameSize + 1>;
-VoiceNameText MakeVoiceNameText(const std::uint8_t *tenBytes);
+// The text of a voice's name, which is a field of at least one byte without a terminator: the bytes
+// without those of 0x20 or below at the end, but for the first, which always stays; a zero byte
+// inside the name ends it.
+std::string MakeVoiceNameText(std::span<const std::uint8_t> field);
 
 // Little-endian 32-bit access to a block of bytes. The caller guarantees offset + 4 <= size.
 std::uint32_t ReadLittle32(std::span<const std::uint8_t> bytes, std::size_t offset);

@@ -1,11 +1,22 @@
 // The driver table: the one place where the families are listed.
 #include "core/synth_driver.h"
-#include "drivers/dx7/driver.h"
-#include "drivers/reface_dx/driver.h"
 
 namespace tonewright {
 
-const std::array<const SynthDriver *, SynthDriverCount> SynthDrivers = {&Dx7Driver,
-                                                                        &RefaceDxDriver};
+#define FAMILY(name) extern const SynthDriver name##Driver;
+#include "drivers/families.inc"
+#undef FAMILY
+
+namespace {
+
+constexpr const SynthDriver *Rows[] = {
+#define FAMILY(name) &name##Driver,
+#include "drivers/families.inc"
+#undef FAMILY
+};
+
+} // namespace
+
+constinit const std::span<const SynthDriver *const> SynthDrivers = Rows;
 
 } // namespace tonewright

@@ -37,7 +37,7 @@ class Dispatch : public testing::Test {
 protected:
     void SetUp() override {
         RestoreDriverRows();
-        CurrentDriverId = Dx7DriverId;
+        CurrentDriverId = FirstDriverId;
         MidiInPort = 11;
         MidiOutPort = 12;
         SynthFirmware = 7;
@@ -56,13 +56,13 @@ protected:
 // The name of the last good voice outlives a test; so this one comes first.
 TEST(DispatchNames, ABlockThatIsNoVoiceIsUnknownBeforeThereWasAGoodOne) {
     EXPECT_STREQ(VoiceObjectName(VoiceObject{}), "Unknown Voice");
-    EXPECT_STREQ(VoiceObjectName(WithWrongMagic(VoiceOf(Dx7DriverId, "ORGAN"))), "Unknown Voice");
+    EXPECT_STREQ(VoiceObjectName(WithWrongMagic(VoiceOf(FirstDriverId, "ORGAN"))), "Unknown Voice");
     EXPECT_STREQ(VoiceObjectName(VoiceOf(MakeDriverId("none"), "ORGAN")), "Unknown Voice");
 }
 
 TEST_F(Dispatch, ARowIndexOutsideTheTableHasNoIdAndNoCapability) {
-    EXPECT_EQ(DriverIdAt(0), Dx7DriverId);
-    EXPECT_EQ(DriverIdAt(1), RefaceDxDriverId);
+    EXPECT_EQ(DriverIdAt(0), FirstDriverId);
+    EXPECT_EQ(DriverIdAt(1), SecondDriverId);
     for (const int index : {-1, 2, 1000, -1000}) {
         EXPECT_EQ(DriverIdAt(index), NoDriverId) << index;
         EXPECT_FALSE(DriverCanConfigure(index)) << index;
@@ -88,12 +88,12 @@ TEST_F(Dispatch, EachCapabilityIsItsOwnBit) {
 }
 
 TEST_F(Dispatch, ARowIsFoundByTheWholeId) {
-    EXPECT_EQ(DriverIndexOfId(Dx7DriverId), 0);
-    EXPECT_EQ(DriverIndexOfId(RefaceDxDriverId), 1);
+    EXPECT_EQ(DriverIndexOfId(FirstDriverId), 0);
+    EXPECT_EQ(DriverIndexOfId(SecondDriverId), 1);
     EXPECT_EQ(DriverIndexOfId(NoDriverId), -1);
-    EXPECT_EQ(DriverIndexOfId(Dx7DriverId ^ 0x01000000), -1);
+    EXPECT_EQ(DriverIndexOfId(FirstDriverId ^ 0x01000000), -1);
     EXPECT_EQ(DriverIndexOfId(0), -1);
-    EXPECT_EQ(DriverOfId(RefaceDxDriverId), &SecondRow);
+    EXPECT_EQ(DriverOfId(SecondDriverId), &SecondRow);
     EXPECT_EQ(DriverOfId(NoDriverId), nullptr);
 }
 
@@ -108,22 +108,22 @@ TEST_F(Dispatch, ARowIsFoundByItsWholeNameInAnyCase) {
 TEST_F(Dispatch, NoDriverIsCurrentAtStart) {
     CurrentDriverId = NoDriverId;
     EXPECT_EQ(CurrentDriver(), nullptr);
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = SecondDriverId;
     EXPECT_EQ(CurrentDriver(), &SecondRow);
 }
 
 TEST_F(Dispatch, ACapitalExtensionOpensThroughItsRowWhileTheOtherDriverIsCurrent) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = SecondDriverId;
     std::int64_t time = 0;
     EXPECT_EQ(OpenDocument(nullptr, list, "/music/BRASS.SYX", &CurrentDriverId, &time), 1);
-    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(CurrentDriverId, FirstDriverId);
     EXPECT_EQ(time, 1234);
     EXPECT_EQ(Calls, Strings{"first OpenBank /music/BRASS.SYX"});
 }
 
 TEST_F(Dispatch, OnlyTheBankExtensionsOpen) {
     ListAdd(list);
-    ListSetVoice(list, 0, VoiceOf(Dx7DriverId, "KEPT"));
+    ListSetVoice(list, 0, VoiceOf(FirstDriverId, "KEPT"));
     for (const char *path : {"/music/a.sy1", "/music/a.TwcDx7", "/music/a.sr1", "/music/a.crg",
                              "/music/a.txt", "/music/a", "/music/syx", "/music/a.sy", "/music/a.",
                              "/music/a.syxx", "/music/a.syx.bak", "/music.syx/a", ""}) {
@@ -134,7 +134,7 @@ TEST_F(Dispatch, OnlyTheBankExtensionsOpen) {
         EXPECT_EQ(time, 55) << path;
     }
     EXPECT_EQ(ListCount(list), 1);
-    EXPECT_EQ(*ListVoice(list, 0), VoiceOf(Dx7DriverId, "KEPT"));
+    EXPECT_EQ(*ListVoice(list, 0), VoiceOf(FirstDriverId, "KEPT"));
     EXPECT_EQ(Calls, Strings{});
 }
 
@@ -147,20 +147,20 @@ TEST_F(Dispatch, ARowWithoutOpenBankOpensNothing) {
     // A row of the same extension further down is looked at all the same.
     SecondRow.bankExtension = "SyX";
     EXPECT_EQ(OpenDocument(nullptr, list, "a.syx", &driver, &time), 1);
-    EXPECT_EQ(driver, RefaceDxDriverId);
+    EXPECT_EQ(driver, SecondDriverId);
 }
 
 TEST_F(Dispatch, TheDriverFollowsTheFileEvenIfItCannotBeRead) {
     Answer = 0;
     std::int64_t time = 0;
     EXPECT_EQ(OpenDocument(nullptr, list, "a.srx", &CurrentDriverId, &time), 0);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, SecondDriverId);
 }
 
 TEST_F(Dispatch, TheCurrentRowGetsThePortsOfItsInstrument) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = SecondDriverId;
     ListAdd(list);
-    VoiceObject voice = VoiceOf(Dx7DriverId, "X");
+    VoiceObject voice = VoiceOf(FirstDriverId, "X");
     EXPECT_EQ(SaveDocument(nullptr, list, "b.srx"), 1);
     EXPECT_EQ(DownloadCurrent(nullptr, list), 1);
     EXPECT_EQ(UploadCurrent(nullptr, list), 1);
@@ -178,7 +178,7 @@ TEST_F(Dispatch, TheCurrentRowGetsThePortsOfItsInstrument) {
 
 TEST_F(Dispatch, WithoutACurrentDriverEveryOperationFailsInSilence) {
     CurrentDriverId = NoDriverId;
-    VoiceObject voice = VoiceOf(Dx7DriverId, "X");
+    VoiceObject voice = VoiceOf(FirstDriverId, "X");
     EXPECT_EQ(SaveDocument(nullptr, list, "b.srx"), 0);
     EXPECT_EQ(DownloadCurrent(nullptr, list), 0);
     EXPECT_EQ(UploadCurrent(nullptr, list), 0);
@@ -191,25 +191,25 @@ TEST_F(Dispatch, WithoutACurrentDriverEveryOperationFailsInSilence) {
 
 TEST_F(Dispatch, AnEmptyOperationFailsInSilence) {
     FirstRow = {};
-    FirstRow.id = Dx7DriverId;
-    VoiceObject voice = VoiceOf(Dx7DriverId, "X");
+    FirstRow.id = FirstDriverId;
+    VoiceObject voice = VoiceOf(FirstDriverId, "X");
     ItemFonts fonts;
     EXPECT_EQ(SaveDocument(nullptr, list, "b.syx"), 0);
     EXPECT_EQ(DownloadCurrent(nullptr, list), 0);
     EXPECT_EQ(UploadCurrent(nullptr, list), 0);
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, Dx7DriverId, {1, 2}, 0, 1), 0);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, FirstDriverId, {1, 2}, 0, 1), 0);
     EXPECT_EQ(ImportOneVoice(nullptr, list, 0, "a.sy1", nullptr), 0);
     EXPECT_EQ(EditOneVoice(nullptr, voice, 0), 0);
     EXPECT_EQ(ConfigureCurrent(nullptr), 0);
     EXPECT_EQ(AutoConfigureCurrent(nullptr), 0);
-    EXPECT_EQ(SelectItemFonts(fonts, Dx7DriverId), 0);
+    EXPECT_EQ(SelectItemFonts(fonts, FirstDriverId), 0);
     EXPECT_EQ(DrawVoiceObject({}, voice, fonts), 0);
 }
 
 TEST_F(Dispatch, OneVoiceIsUploadedByTheDriverThatIsNamedNotByTheCurrentOne) {
-    const VoiceObject voice = VoiceOf(RefaceDxDriverId, "X");
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDxDriverId, {3, 4}, 9, 1), 1);
-    EXPECT_EQ(UploadOneVoice(nullptr, list, nullptr, RefaceDxDriverId, {3, 4}, 9, 0), 1);
+    const VoiceObject voice = VoiceOf(SecondDriverId, "X");
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, SecondDriverId, {3, 4}, 9, 1), 1);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, nullptr, SecondDriverId, {3, 4}, 9, 0), 1);
     EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, NoDriverId, {3, 4}, 9, 1), 0);
     EXPECT_EQ(Calls,
               (Strings{"second UploadVoice voice 3 4 9 1", "second UploadVoice item 3 4 9 0"}));
@@ -230,8 +230,10 @@ TEST_F(Dispatch, ImportingAGivenPathAsksNothingAndKeepsTheFolders) {
 TEST_F(Dispatch, ImportReadsAndWritesTheExportFolderAndLeavesTheImportFolder) {
     const std::string start = OpenExportPath;
     const std::string chosen = folder.File("voices/lead.sy1");
-    desktop.Expect(ExpectedFileDialog{
-        .kind = FileDialogKind::Import, .answer = chosen, .start = start, .driverId = Dx7DriverId});
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import,
+                                      .answer = chosen,
+                                      .start = start,
+                                      .driverId = FirstDriverId});
     EXPECT_EQ(ImportOneVoice(nullptr, list, 3, nullptr, nullptr), 1);
     EXPECT_EQ(Calls, Strings{"first ImportVoice 3 " + chosen + " item"});
     EXPECT_EQ(OpenExportPath, (folder.path / "voices" / "").string());
@@ -260,7 +262,7 @@ class DispatchExport : public Dispatch {
 protected:
     void PutVoice(const std::string &name) {
         ListReset(list);
-        ListSetVoice(list, ListAdd(list), VoiceOf(Dx7DriverId, name));
+        ListSetVoice(list, ListAdd(list), VoiceOf(FirstDriverId, name));
     }
     void ExpectDialog(std::optional<std::string> answer, const std::string &proposal) {
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Export,
@@ -323,7 +325,7 @@ TEST_F(DispatchExport, WithoutADriverTheFallbackIsProposedAndTheExportFails) {
 }
 
 TEST_F(DispatchExport, ARowWithoutAVoiceProposesTheNameOfTheLastGoodVoice) {
-    EXPECT_STREQ(VoiceObjectName(VoiceOf(RefaceDxDriverId, "PAD")), "second:PAD");
+    EXPECT_STREQ(VoiceObjectName(VoiceOf(SecondDriverId, "PAD")), "second:PAD");
     ListAdd(list);
     ExpectDialog(std::nullopt, OpenExportPath + "second_PAD.sy1");
     EXPECT_EQ(ExportOneVoice(nullptr, list, 0), 1);
@@ -406,36 +408,36 @@ TEST_F(DispatchFailedBackup, NoStopsTheExport) {
 
 TEST_F(Dispatch, AVoiceOfTheOtherFamilyIsDrawnByItsOwnRow) {
     const ItemFonts fonts = {.title = {}, .label = {}, .itemHeight = 48};
-    EXPECT_EQ(DrawVoiceObject(ItemAt(2), VoiceOf(RefaceDxDriverId, "abc"), fonts), 0);
-    EXPECT_EQ(DrawVoiceObject(ItemAt(5), VoiceOf(Dx7DriverId, "a"), fonts), 0);
+    EXPECT_EQ(DrawVoiceObject(ItemAt(2), VoiceOf(SecondDriverId, "abc"), fonts), 0);
+    EXPECT_EQ(DrawVoiceObject(ItemAt(5), VoiceOf(FirstDriverId, "a"), fonts), 0);
     EXPECT_EQ(Calls, (Strings{"second DrawVoiceItem 2 48 55 1", "first DrawVoiceItem 5 48 53 0"}));
 }
 
 TEST_F(Dispatch, WhatIsNoVoiceIsDrawnAsNothing) {
     EXPECT_EQ(DrawVoiceObject({}, VoiceObject{}, {}), 0);
-    EXPECT_EQ(DrawVoiceObject({}, WithWrongMagic(VoiceOf(Dx7DriverId, "a")), {}), 0);
+    EXPECT_EQ(DrawVoiceObject({}, WithWrongMagic(VoiceOf(FirstDriverId, "a")), {}), 0);
     EXPECT_EQ(DrawVoiceObject({}, VoiceOf(MakeDriverId("none"), "a"), {}), 0);
-    VoiceObject tooShort = VoiceOf(Dx7DriverId, "abc");
+    VoiceObject tooShort = VoiceOf(FirstDriverId, "abc");
     tooShort.bytes.pop_back();
     EXPECT_EQ(DrawVoiceObject({}, tooShort, {}), 0);
     EXPECT_EQ(Calls, Strings{});
 }
 
 TEST_F(Dispatch, AVoiceOfTheOtherFamilyIsNamedByItsOwnRow) {
-    EXPECT_STREQ(VoiceObjectName(VoiceOf(RefaceDxDriverId, "PAD")), "second:PAD");
-    EXPECT_STREQ(VoiceObjectName(VoiceOf(Dx7DriverId, "LEAD")), "first:LEAD");
+    EXPECT_STREQ(VoiceObjectName(VoiceOf(SecondDriverId, "PAD")), "second:PAD");
+    EXPECT_STREQ(VoiceObjectName(VoiceOf(FirstDriverId, "LEAD")), "first:LEAD");
 }
 
 TEST_F(Dispatch, AWrongMagicAfterAGoodVoiceGivesTheGoodVoicesName) {
-    const char *name = VoiceObjectName(VoiceOf(Dx7DriverId, "LEAD"));
-    EXPECT_STREQ(VoiceObjectName(WithWrongMagic(VoiceOf(Dx7DriverId, "PAD"))), "first:LEAD");
+    const char *name = VoiceObjectName(VoiceOf(FirstDriverId, "LEAD"));
+    EXPECT_STREQ(VoiceObjectName(WithWrongMagic(VoiceOf(FirstDriverId, "PAD"))), "first:LEAD");
     EXPECT_STREQ(VoiceObjectName(VoiceObject{}), "first:LEAD");
-    VoiceObject tooShort = VoiceOf(Dx7DriverId, "PAD");
+    VoiceObject tooShort = VoiceOf(FirstDriverId, "PAD");
     tooShort.bytes.pop_back();
     EXPECT_STREQ(VoiceObjectName(tooShort), "first:LEAD");
     EXPECT_STREQ(VoiceObjectName(VoiceOf(MakeDriverId("none"), "PAD")), "first:LEAD");
     SecondRow.VoiceName = nullptr;
-    EXPECT_STREQ(VoiceObjectName(VoiceOf(RefaceDxDriverId, "PAD")), "first:LEAD");
+    EXPECT_STREQ(VoiceObjectName(VoiceOf(SecondDriverId, "PAD")), "first:LEAD");
     EXPECT_STREQ(name, "first:LEAD");
 }
 
@@ -444,13 +446,13 @@ TEST_F(Dispatch, AnEmptyNameIsUnknown) {
         name.clear();
         return 0;
     };
-    EXPECT_STREQ(VoiceObjectName(VoiceOf(Dx7DriverId, "LEAD")), "Unknown Voice");
+    EXPECT_STREQ(VoiceObjectName(VoiceOf(FirstDriverId, "LEAD")), "Unknown Voice");
 }
 
 TEST_F(Dispatch, SelectingFontsClearsTheRecordFirst) {
     ItemFonts fonts = {
         .title = {.family = "old", .height = 1, .weight = 1}, .label = {}, .itemHeight = 3};
-    EXPECT_EQ(SelectItemFonts(fonts, RefaceDxDriverId), 1);
+    EXPECT_EQ(SelectItemFonts(fonts, SecondDriverId), 1);
     EXPECT_EQ(Calls, Strings{"second MakeItemFonts empty"});
     EXPECT_EQ(fonts.itemHeight, 60);
     EXPECT_EQ(fonts.title.family, "");
@@ -474,7 +476,7 @@ TEST_F(Dispatch, ASearchStartsWithNothingFoundAndTheFirmwareThatIsKnown) {
     SelectKeyboardMidiOut = "out";
     EXPECT_EQ(FindCurrentSynth(nullptr), 1);
     EXPECT_EQ(Calls, Strings{"first FindSynth 1 -1 -1 7 in out 1"});
-    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(CurrentDriverId, FirstDriverId);
     EXPECT_EQ(MidiInPort, 4);
     EXPECT_EQ(MidiOutPort, 5);
     EXPECT_EQ(SynthFirmware, 0x01000200u);
@@ -505,9 +507,9 @@ TEST_F(Dispatch, AFailedSearchKeepsThePortThatItFound) {
 }
 
 TEST_F(Dispatch, ASuccessfulSearchKeepsTheCurrentDriver) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = SecondDriverId;
     EXPECT_EQ(FindCurrentSynth(nullptr), 1);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, SecondDriverId);
     EXPECT_EQ(MidiInPort, 4);
 }
 
@@ -521,37 +523,37 @@ TEST_F(Dispatch, ASearchOfARowThatCannotSearchFindsNothing) {
 }
 
 TEST_F(Dispatch, TheTitleTellsTheFourDigitsOfTheVersion) {
-    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0x01020304), "Second Instrument version 12.34");
-    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0x00000001), "Second Instrument version 00.01");
-    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0xFF0A0000), "Second Instrument version 25510.00");
-    EXPECT_STREQ(SynthTitle(Dx7DriverId, 0), "First Instrument, and more");
+    EXPECT_STREQ(SynthTitle(SecondDriverId, 0x01020304), "Second Instrument version 12.34");
+    EXPECT_STREQ(SynthTitle(SecondDriverId, 0x00000001), "Second Instrument version 00.01");
+    EXPECT_STREQ(SynthTitle(SecondDriverId, 0xFF0A0000), "Second Instrument version 25510.00");
+    EXPECT_STREQ(SynthTitle(FirstDriverId, 0), "First Instrument, and more");
 }
 
 TEST_F(Dispatch, AnUnknownInstrumentHasATitleOfItsOwn) {
     EXPECT_STREQ(SynthTitle(NoDriverId, 0), "Unknown or unrecognized synthesizer");
     EXPECT_STREQ(SynthTitle(NoDriverId, 0x01020304), "Unknown or unrecognized synthesizer");
     FirstRow.name = "";
-    EXPECT_STREQ(SynthTitle(Dx7DriverId, 0), "Unknown or unrecognized synthesizer");
+    EXPECT_STREQ(SynthTitle(FirstDriverId, 0), "Unknown or unrecognized synthesizer");
 }
 
 TEST_F(Dispatch, ATitleHoldsAtMost260Bytes) {
     const std::string name(300, 'n');
     FirstRow.name = name.c_str();
-    EXPECT_EQ(std::strlen(SynthTitle(Dx7DriverId, 0)), 260u);
-    EXPECT_EQ(std::strlen(SynthTitle(Dx7DriverId, 0x01020304)), 260u);
+    EXPECT_EQ(std::strlen(SynthTitle(FirstDriverId, 0)), 260u);
+    EXPECT_EQ(std::strlen(SynthTitle(FirstDriverId, 0x01020304)), 260u);
 }
 
 TEST_F(Dispatch, TextsThatARowLeavesEmptyFallBack) {
-    EXPECT_STREQ(BankExtension(RefaceDxDriverId), "srx");
-    EXPECT_STREQ(VoiceExtension(RefaceDxDriverId), "sr1");
+    EXPECT_STREQ(BankExtension(SecondDriverId), "srx");
+    EXPECT_STREQ(VoiceExtension(SecondDriverId), "sr1");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.syx");
     FirstRow.bankExtension = FirstRow.voiceExtension = FirstRow.defaultDocumentName = "";
-    EXPECT_STREQ(BankExtension(Dx7DriverId), "Twl");
-    EXPECT_STREQ(VoiceExtension(Dx7DriverId), "Twl");
+    EXPECT_STREQ(BankExtension(FirstDriverId), "Twl");
+    EXPECT_STREQ(VoiceExtension(FirstDriverId), "Twl");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.Twl");
     FirstRow.bankExtension = FirstRow.voiceExtension = FirstRow.defaultDocumentName = nullptr;
-    EXPECT_STREQ(BankExtension(Dx7DriverId), "Twl");
-    EXPECT_STREQ(VoiceExtension(Dx7DriverId), "Twl");
+    EXPECT_STREQ(BankExtension(FirstDriverId), "Twl");
+    EXPECT_STREQ(VoiceExtension(FirstDriverId), "Twl");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.Twl");
     CurrentDriverId = NoDriverId;
     EXPECT_STREQ(BankExtension(NoDriverId), "Twl");

@@ -24,7 +24,7 @@ template <const char *row> SynthDriver RecordingRow() {
                    std::to_string(found.firmware) + " " + names.in + " " + names.out + " " +
                    std::to_string(autodetect));
         if (Answer != 0) {
-            found.driver = row == FirstName ? Dx7DriverId : RefaceDxDriverId;
+            found.driver = row == FirstName ? FirstDriverId : SecondDriverId;
             found.ports = {4, 5};
             found.firmware = 0x01000200;
         }
@@ -105,7 +105,7 @@ template <const char *row> SynthDriver RecordingRow() {
 
 SynthDriver MakeFirst() {
     SynthDriver driver = RecordingRow<FirstName>();
-    driver.id = Dx7DriverId;
+    driver.id = FirstDriverId;
     driver.name = "First Instrument, and more";
     driver.bankExtension = "syx";
     driver.voiceExtension = "sy1";
@@ -117,7 +117,7 @@ SynthDriver MakeFirst() {
 
 SynthDriver MakeSecond() {
     SynthDriver driver = RecordingRow<SecondName>();
-    driver.id = RefaceDxDriverId;
+    driver.id = SecondDriverId;
     driver.name = "Second Instrument";
     driver.bankExtension = "srx";
     driver.voiceExtension = "sr1";
@@ -134,7 +134,8 @@ int Answer = 1;
 SynthDriver FirstRow = MakeFirst();
 SynthDriver SecondRow = MakeSecond();
 
-const std::array<const SynthDriver *, SynthDriverCount> SynthDrivers = {&FirstRow, &SecondRow};
+constexpr const SynthDriver *Rows[] = {&FirstRow, &SecondRow};
+const std::span<const SynthDriver *const> SynthDrivers = Rows;
 
 void RestoreDriverRows() {
     Calls.clear();

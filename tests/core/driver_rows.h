@@ -9,6 +9,9 @@
 
 namespace tonewright {
 
+constexpr DriverId FirstDriverId = MakeDriverId("y7XD");
+constexpr DriverId SecondDriverId = MakeDriverId("xdFR");
+
 extern SynthDriver FirstRow;
 extern SynthDriver SecondRow;
 

@@ -1,6 +1,8 @@
 // The block of one undo level, byte for byte.
 #include "core/undo_level.h"
 
+#include "driver_rows.h"
+
 #include <gtest/gtest.h>
 
 namespace tonewright {
@@ -8,7 +10,7 @@ namespace {
 
 VoiceObject VoiceOf(std::uint8_t mark, std::size_t payloadSize = 3) {
     const std::vector<std::uint8_t> payload(payloadSize, mark);
-    return MakeVoiceObject(Dx7DriverId, payload);
+    return MakeVoiceObject(FirstDriverId, payload);
 }
 
 VoiceList FullList() {
@@ -28,15 +30,34 @@ TEST(UndoLevel, HoldsTheHeaderAndThirtyTwoWholeBlocks) {
     ASSERT_EQ(level.size(), 36u + 32 * 55);
     const std::vector<std::uint8_t> header = {
         0x44, 0x4D, 0x65, 0x4D, // the number 0x4D654D44, low byte first
-        36, 0, 0, 0, 55, 0, 0, 0, 32, 0, 0, 0, 'y', '7', 'X', 'D',
-        5,  0, 0, 0, 3,  0, 0, 0, 0,  0, 0, 0, 0,   0,   0,   0};
+        36,   0,    0,    0,    55, 0, 0, 0, 32, 0, 0, 0, 'y', '7', 'X', 'D',
+        5,    0,    0,    0,    3,  0, 0, 0, 0,  0, 0, 0, 0,   0,   0,   0};
     EXPECT_EQ(std::vector(level.begin(), level.begin() + 36), header);
     for (int row = 0; row < 32; ++row) {
         const VoiceObject voice = VoiceOf(static_cast<std::uint8_t>(row));
-        EXPECT_TRUE(std::equal(voice.bytes.begin(), voice.bytes.end(),
-                               level.begin() + 36 + row * 55))
+        EXPECT_TRUE(
+            std::equal(voice.bytes.begin(), voice.bytes.end(), level.begin() + 36 + row * 55))
             << row;
     }
+}
+
+TEST(UndoLevel, HasAsManyItemsAsABankOfTheFamilyHasRows) {
+    VoiceList list = FullList();
+    FirstRow.bankRows = 3;
+    const auto level = MakeUndoLevel(nullptr, list);
+    RestoreDriverRows();
+    ASSERT_EQ(level.size(), 36u + 3 * 55);
+    EXPECT_EQ(ReadLittle32(level, 12), 3u);
+    ASSERT_TRUE(RestoreUndoLevel(list, level));
+    EXPECT_EQ(ListCount(list), 3);
+}
+
+TEST(UndoLevel, OfAFamilyInNoRowHasThirtyTwoItems) {
+    VoiceList list = FullList();
+    for (VoiceObject &voice : list.items) {
+        WriteLittle32(voice.bytes, 16, MakeDriverId("none"));
+    }
+    EXPECT_EQ(MakeUndoLevel(nullptr, list).size(), 36u + 32 * 55);
 }
 
 TEST(UndoLevel, NoSelectionIsMinusOne) {

@@ -1,6 +1,8 @@
 // The rules of the voice list: those of a platform list box.
 #include "core/voice_list.h"
 
+#include "driver_rows.h"
+
 #include <gtest/gtest.h>
 
 namespace tonewright {
@@ -8,7 +10,7 @@ namespace {
 
 VoiceObject VoiceOf(std::uint8_t mark) {
     const std::uint8_t payload[] = {mark};
-    return MakeVoiceObject(Dx7DriverId, payload);
+    return MakeVoiceObject(FirstDriverId, payload);
 }
 
 VoiceList ListOf(int rows) {

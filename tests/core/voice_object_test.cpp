@@ -1,6 +1,8 @@
 // The block that holds a voice: its fixed layout, and blocks that lie about their sizes.
 #include "core/voice_object.h"
 
+#include "driver_rows.h"
+
 #include <gtest/gtest.h>
 
 namespace tonewright {
@@ -21,7 +23,7 @@ VoiceObject BlockWith(std::uint32_t payloadOffset, std::uint32_t payloadSize,
 TEST(VoiceObject, LayoutIsTheFixedOne) {
     const std::uint8_t payload[] = {0xA1, 0xA2, 0xA3};
     const std::uint8_t extra[] = {0xB1, 0xB2};
-    const VoiceObject voice = MakeVoiceObject(Dx7DriverId, payload, extra);
+    const VoiceObject voice = MakeVoiceObject(FirstDriverId, payload, extra);
     std::vector<std::uint8_t> expected = {
         0x6F, 0x57, 0x4E, 0x54, // "TNWo", T in the high byte
         52,   0,    0,    0,    // payloadOffset
@@ -39,7 +41,7 @@ TEST(VoiceObject, LayoutIsTheFixedOne) {
 }
 
 TEST(VoiceObject, DriverIdsReadAsTextInAFile) {
-    EXPECT_EQ(RefaceDxDriverId, 0x52466478u);
+    EXPECT_EQ(SecondDriverId, 0x52466478u);
     EXPECT_EQ(NoDriverId, 0x3F3F3F3Fu);
 }
 
@@ -73,7 +75,7 @@ TEST(VoiceObject, ThePayloadIsReachedThroughItsOffset) {
 TEST(VoiceName, LosesTrailingBytesOf0x20OrBelowButNeverItsFirst) {
     const auto text = [](const char(&tenBytes)[11]) {
         return std::string(
-            MakeVoiceNameText(reinterpret_cast<const std::uint8_t *>(tenBytes)).data());
+            MakeVoiceNameText({reinterpret_cast<const std::uint8_t *>(tenBytes), 10}));
     };
     EXPECT_EQ(text("ABC       "), "ABC");
     EXPECT_EQ(text("          "), " ");

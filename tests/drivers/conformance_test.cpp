@@ -5,6 +5,7 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/undo_level.h"
+#include "drivers/family_facts.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -15,21 +16,30 @@
 #include <gtest/gtest.h>
 
 namespace tonewright {
+
+#define FAMILY(name) extern const FamilyFacts name##Facts;
+#include "drivers/families.inc"
+#undef FAMILY
+
 namespace {
+
+constexpr const FamilyFacts *Families[] = {
+#define FAMILY(name) &name##Facts,
+#include "drivers/families.inc"
+#undef FAMILY
+};
 
 using Strings = std::vector<std::string>;
 
-struct ExpectedRow {
-    DriverId id;
-    const char *name, *bank, *voice, *extra, *document;
-    std::uint32_t flags, picture;
-};
-
-constexpr ExpectedRow ExpectedRows[] = {
-    {0x44583779, "Yamaha DX7, TX7, Korg Volca FM", "syx", "sy1", "TwcDx7", "Untitled.syx", 0x02,
-     8502},
-    {0x52466478, "Yamaha reface DX", "srx", "sr1", "crg", "Untitled.srx", 0x3D, 8501},
-};
+const FamilyFacts &FactsOf(const SynthDriver &driver) {
+    for (const FamilyFacts *facts : Families) {
+        if (facts->id == driver.id) {
+            return *facts;
+        }
+    }
+    ADD_FAILURE() << driver.name << " has no facts";
+    return *Families[0];
+}
 
 // The texts of a filter up to its closing zero byte; fails when it does not end within 200 bytes.
 Strings TextsOf(const char *filter) {
@@ -47,11 +57,11 @@ Strings FilterFor(const std::string &extension) {
     return {extension + " files", "*." + extension, "All files", "*.*"};
 }
 
-TEST(DriverTable, HoldsTheDx7RowAndTheRefaceDxRowInThisOrder) {
-    ASSERT_EQ(SynthDrivers.size(), std::size(ExpectedRows));
+TEST(DriverTable, HoldsTheRowsOfAllFamiliesInTheirOrder) {
+    ASSERT_EQ(SynthDrivers.size(), std::size(Families));
     for (std::size_t row = 0; row < SynthDrivers.size(); ++row) {
         const SynthDriver &driver = *SynthDrivers[row];
-        const ExpectedRow &expected = ExpectedRows[row];
+        const FamilyFacts &expected = *Families[row];
         EXPECT_EQ(driver.id, expected.id);
         EXPECT_STREQ(driver.name, expected.name);
         EXPECT_STREQ(driver.bankExtension, expected.bank);
@@ -149,21 +159,39 @@ TEST(DriverTable, EveryRowHasTheOperationsOfFilesListAndInstrument) {
     }
 }
 
+// A voice of the row's family: blanks, and zeros in its further data.
+VoiceObject BlankVoice(const SynthDriver &driver) {
+    const FamilyFacts &facts = FactsOf(driver);
+    const std::vector<std::uint8_t> payload(facts.payloadSize, ' ');
+    const std::vector<std::uint8_t> extra(facts.extraSize);
+    return MakeVoiceObject(driver.id, payload, extra);
+}
+
+TEST(DriverTable, EveryRowSaysWhatItsFilesAndBanksHold) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        ASSERT_TRUE(driver->bankFormat && driver->voiceFormat) << driver->name;
+        EXPECT_EQ(driver->bankFormat->driver, driver->id);
+        EXPECT_EQ(driver->bankFormat->kind, VoiceFileKind::Bank) << driver->name;
+        EXPECT_EQ(driver->bankFormat->voicesWritten, driver->bankRows) << driver->name;
+        EXPECT_EQ(driver->voiceFormat->driver, driver->id);
+        EXPECT_EQ(driver->voiceFormat->kind, VoiceFileKind::SingleVoice) << driver->name;
+        EXPECT_EQ(driver->voiceFormat->voicesWritten, 1) << driver->name;
+        VoiceObject voice = BlankVoice(*driver);
+        const std::size_t place = FactsOf(*driver).namePlace;
+        std::ranges::fill(MutablePayloadOf(voice).subspan(place), std::uint8_t{'N'});
+        std::string name;
+        driver->VoiceName(name, voice);
+        EXPECT_EQ(name.size(), driver->nameSize) << driver->name;
+    }
+}
+
 TEST(DriverTable, EveryRowHasTheTransfersThatItsCapabilitiesPromise) {
-    for (int index = 0; index < SynthDriverCount; ++index) {
+    for (int index = 0; DriverIdAt(index) != NoDriverId; ++index) {
         const SynthDriver &driver = *SynthDrivers[index];
         EXPECT_EQ(driver.DownloadBank != nullptr, DriverCanDownload(index)) << driver.name;
         EXPECT_TRUE(driver.UploadBank || !DriverCanUpload(index)) << driver.name;
         EXPECT_TRUE(driver.FindSynth || !DriverCanFind(index)) << driver.name;
     }
-}
-
-// A voice of the row's family: blanks, and zeros in its further data.
-VoiceObject BlankVoice(const SynthDriver &driver) {
-    const bool dx7 = driver.id == Dx7DriverId;
-    const std::vector<std::uint8_t> payload(dx7 ? 156 : 38, ' ');
-    const std::vector<std::uint8_t> extra(dx7 ? 0 : 112);
-    return MakeVoiceObject(driver.id, payload, extra);
 }
 
 // The behaviour of the rows on banks of 32 voices of blanks that the rows save themselves.
@@ -215,7 +243,8 @@ TEST_F(DriverFiles, ABankHas32VoicesOfItsDriverAndItsFirstRowIsSelected) {
                       std::vector<std::uint8_t>(32));
         }
         const std::size_t size = list.items[0].bytes.size();
-        EXPECT_EQ(size, driver->id == Dx7DriverId ? 208u : 202u) << driver->name;
+        const FamilyFacts &facts = FactsOf(*driver);
+        EXPECT_EQ(size, 52 + facts.payloadSize + facts.extraSize) << driver->name;
         EXPECT_EQ(driver->MakeUndoLevel(nullptr, list).size(), 36 + 32 * size) << driver->name;
     }
 }
@@ -361,11 +390,9 @@ protected:
     }
 
     static BuiltinInstrument InstrumentOf(const SynthDriver &driver) {
-        return driver.id == Dx7DriverId ? BuiltinInstrument::Dx7 : BuiltinInstrument::RefaceDx;
+        return FactsOf(driver).instrument;
     }
-    static const char *PortOf(const SynthDriver &driver) {
-        return driver.id == Dx7DriverId ? "Built-in DX7" : "Built-in reface DX";
-    }
+    static const char *PortOf(const SynthDriver &driver) { return FactsOf(driver).port; }
     static MidiPorts PortsOf(const SynthDriver &driver) {
         const int input = 2 * static_cast<int>(InstrumentOf(driver));
         return {input, input + 1};
@@ -374,7 +401,7 @@ protected:
     // A voice "NAME" of the row's family.
     static VoiceObject NamedVoice(const SynthDriver &driver) {
         VoiceObject voice = BlankVoice(driver);
-        const std::size_t place = driver.id == Dx7DriverId ? 145 : 0;
+        const std::size_t place = FactsOf(driver).namePlace;
         std::ranges::copy(std::string("NAME"), MutablePayloadOf(voice).begin() + place);
         return voice;
     }
@@ -530,9 +557,11 @@ TEST_F(DriverTransfers, ADownloadGivesABankOfItsDriver) {
 }
 
 TEST(DriverTitles, EveryRowHasATitleWithAndWithoutAVersion) {
-    EXPECT_STREQ(SynthTitle(Dx7DriverId, 0), "Yamaha DX7, TX7, Korg Volca FM");
-    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0), "Yamaha reface DX");
-    EXPECT_STREQ(SynthTitle(RefaceDxDriverId, 0x01000302), "Yamaha reface DX version 10.32");
+    for (const SynthDriver *driver : SynthDrivers) {
+        const std::string name = FactsOf(*driver).name;
+        EXPECT_EQ(SynthTitle(driver->id, 0), name);
+        EXPECT_EQ(SynthTitle(driver->id, 0x01000302), name + " version 10.32");
+    }
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "shell/clipboard.h"
 #include "shell/list_state.h"

@@ -4,6 +4,7 @@
 #include "common/folders.h"
 #include "common/settings.h"
 #include "core/current.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/documents.h"

@@ -4,6 +4,8 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/voice_list.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_state.h"
 #include "shell/list_state.h"
 #include "support/fake_midi.h"

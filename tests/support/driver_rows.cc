@@ -9,7 +9,8 @@ namespace tonewright {
 SynthDriver Dx7Row = Dx7Driver;
 SynthDriver RefaceDxRow = RefaceDxDriver;
 
-const std::array<const SynthDriver *, SynthDriverCount> SynthDrivers = {&Dx7Row, &RefaceDxRow};
+constexpr const SynthDriver *Rows[] = {&Dx7Row, &RefaceDxRow};
+const std::span<const SynthDriver *const> SynthDrivers = Rows;
 
 void RestoreDriverRows() {
     Dx7Row = Dx7Driver;

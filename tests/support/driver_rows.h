@@ -3,6 +3,8 @@
 #pragma once
 
 #include "core/synth_driver.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 
 namespace tonewright {
 

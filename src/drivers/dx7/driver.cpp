@@ -2,15 +2,17 @@
 #include "drivers/dx7/driver.h"
 
 #include "core/undo_level.h"
+#include "drivers/dx7/file_formats.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/find.h"
+#include "drivers/dx7/memory.h"
 #include "drivers/dx7/transfer.h"
 #include "drivers/dx7/view/voice_view.h"
 #include "drivers/dx7/voice_codec.h"
 
 namespace tonewright {
 
-const SynthDriver Dx7Driver = {
+constinit const SynthDriver Dx7Driver = {
     .id = Dx7DriverId,
     .name = "Yamaha DX7, TX7, Korg Volca FM",
     .bankExtension = "syx",
@@ -22,30 +24,23 @@ const SynthDriver Dx7Driver = {
     .defaultDocumentName = "Untitled.syx",
     .flags = DriverFlagUpload,
     .documentPicture = 8502,
+    .bankRows = Dx7VoicesPerBank,
+    .nameSize = Dx7NameSize,
+    .bankFormat = &Dx7BankFormat,
+    .voiceFormat = &Dx7VoiceFormat,
+    .memories = Dx7Memories,
     .FindSynth = Dx7FindSynth,
     .OpenBank = Dx7OpenBank,
     .SaveBank = Dx7SaveBank,
-    .DrawVoiceItem = Dx7DrawVoiceItem,
+    .DrawVoiceItem = VIEW_OPERATION(Dx7DrawVoiceItem),
     .MakeItemFonts = MakeItemFonts,
     .UploadBank = Dx7UploadBank,
-    .DownloadBank = nullptr,
     .UploadVoice = Dx7UploadVoice,
-    .reserved = nullptr,
     .ImportVoice = Dx7ImportVoice,
     .ExportVoice = Dx7ExportVoice,
-    .EditVoice = nullptr,
     .VoiceName = Dx7VoiceName,
-    .PrintVoice = Dx7PrintVoice,
-    .ConfigureSynth = nullptr,
-    .AutoConfigure = nullptr,
+    .PrintVoice = VIEW_OPERATION(Dx7PrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
-    .DatabaseAddVoice = nullptr,
-    .DatabaseOpen = nullptr,
-    .DatabaseClose = nullptr,
-    .DatabaseReadRecord = nullptr,
-    .DatabaseWriteRecord = nullptr,
-    .DatabasePath = nullptr,
-    .DatabaseInfo = nullptr,
 };
 
 } // namespace tonewright

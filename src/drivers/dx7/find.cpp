@@ -1,6 +1,7 @@
 // The search for the ports, by name.
 #include "drivers/dx7/find.h"
 
+#include "drivers/dx7/voice_codec.h"
 #include "drivers/find_by_name.h"
 
 namespace tonewright {

@@ -139,9 +139,9 @@ std::optional<Dx7UnpackedConst> Dx7VoiceOf(const VoiceObject *voice) {
 }
 
 const char *Dx7NameText(const std::uint8_t *tenBytes) {
-    static VoiceNameText text;
-    text = MakeVoiceNameText(tenBytes);
-    return text.data();
+    static std::string text;
+    text = MakeVoiceNameText({tenBytes, Dx7NameSize});
+    return text.c_str();
 }
 
 int Dx7VoiceName(std::string &name, const VoiceObject &voice) {

@@ -16,12 +16,15 @@
 
 namespace tonewright {
 
+constexpr DriverId Dx7DriverId = MakeDriverId("y7XD");
+static_assert(Dx7DriverId == 0x44583779);
+
 constexpr std::size_t Dx7PackedVoiceSize = 128;
 constexpr std::size_t Dx7VoiceSize = 156;
 constexpr std::size_t Dx7OperatorCount = 6;
 constexpr std::size_t Dx7OperatorSize = 21;       // unpacked
 constexpr std::size_t Dx7PackedOperatorSize = 17;
-constexpr std::size_t Dx7NameSize = VoiceNameSize;
+constexpr std::size_t Dx7NameSize = 10;
 constexpr int Dx7VoicesPerBank = 32;
 
 // Offsets in an unpacked operator block.

@@ -2,15 +2,17 @@
 #include "drivers/reface_dx/driver.h"
 
 #include "core/undo_level.h"
+#include "drivers/reface_dx/file_formats.h"
 #include "drivers/reface_dx/files.h"
 #include "drivers/reface_dx/find.h"
+#include "drivers/reface_dx/memory.h"
 #include "drivers/reface_dx/transfer.h"
 #include "drivers/reface_dx/view/voice_view.h"
 #include "drivers/reface_dx/voice_codec.h"
 
 namespace tonewright {
 
-const SynthDriver RefaceDxDriver = {
+constinit const SynthDriver RefaceDxDriver = {
     .id = RefaceDxDriverId,
     .name = "Yamaha reface DX",
     .bankExtension = "srx",
@@ -23,30 +25,24 @@ const SynthDriver RefaceDxDriver = {
     .flags = DriverFlagAutodetect | DriverFlagUnused | DriverFlagConfigure | DriverFlagDownload |
              DriverFlagFind,
     .documentPicture = 8501,
+    .bankRows = RefaceVoicesPerBank,
+    .nameSize = RefaceNameSize,
+    .bankFormat = &RefaceBankFormat,
+    .voiceFormat = &RefaceVoiceFormat,
+    .memories = RefaceMemories,
     .FindSynth = RefaceDxFindSynth,
     .OpenBank = RefaceOpenBank,
     .SaveBank = RefaceSaveBank,
-    .DrawVoiceItem = RefaceDrawVoiceItem,
+    .DrawVoiceItem = VIEW_OPERATION(RefaceDrawVoiceItem),
     .MakeItemFonts = MakeItemFonts,
     .UploadBank = RefaceUploadBank,
     .DownloadBank = RefaceDownloadBank,
     .UploadVoice = RefaceUploadVoice,
-    .reserved = nullptr,
     .ImportVoice = RefaceImportVoice,
     .ExportVoice = RefaceExportVoice,
-    .EditVoice = nullptr,
     .VoiceName = RefaceVoiceName,
-    .PrintVoice = RefacePrintVoice,
-    .ConfigureSynth = nullptr,
-    .AutoConfigure = nullptr,
+    .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
-    .DatabaseAddVoice = nullptr,
-    .DatabaseOpen = nullptr,
-    .DatabaseClose = nullptr,
-    .DatabaseReadRecord = nullptr,
-    .DatabaseWriteRecord = nullptr,
-    .DatabasePath = nullptr,
-    .DatabaseInfo = nullptr,
 };
 
 } // namespace tonewright

@@ -2,6 +2,7 @@
 #include "drivers/reface_dx/find.h"
 
 #include "drivers/find_by_name.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/transport.h"
 
 #include <array>

@@ -85,14 +85,14 @@ RefaceOperatorOf(const VoiceObject &voice, std::size_t index) {
 }
 
 const char *RefaceNameText(const std::uint8_t *tenBytes) {
-    static VoiceNameText text;
-    text = MakeVoiceNameText(tenBytes);
-    return text.data();
+    static std::string text;
+    text = MakeVoiceNameText({tenBytes, RefaceNameSize});
+    return text.c_str();
 }
 
-void StoreRefaceName(std::span<std::uint8_t, VoiceNameSize> name, std::string_view text) {
+void StoreRefaceName(std::span<std::uint8_t, RefaceNameSize> name, std::string_view text) {
     std::ranges::fill(name, std::uint8_t{0});
-    std::ranges::copy(text.substr(0, VoiceNameSize), name.begin());
+    std::ranges::copy(text.substr(0, RefaceNameSize), name.begin());
 }
 
 int RefaceVoiceName(std::string &name, const VoiceObject &voice) {

@@ -21,6 +21,9 @@
 
 namespace tonewright {
 
+constexpr DriverId RefaceDxDriverId = MakeDriverId("xdFR");
+static_assert(RefaceDxDriverId == 0x52466478);
+
 constexpr std::size_t RefaceCommonSize = 38;
 constexpr std::size_t RefaceOperatorCount = 4;
 constexpr std::size_t RefaceOperatorSize = 28;
@@ -28,6 +31,7 @@ constexpr std::size_t RefaceOperatorsSize = RefaceOperatorCount * RefaceOperator
 constexpr std::size_t RefaceVoiceObjectSize =
     VoiceObjectHeaderSize + RefaceCommonSize + RefaceOperatorsSize;
 static_assert(RefaceVoiceObjectSize == 202);
+constexpr std::size_t RefaceNameSize = 10;
 constexpr int RefaceVoicesPerBank = 32;
 constexpr int RefaceProgramsPerBank = 8; // the instrument counts four banks of eight
 
@@ -48,7 +52,7 @@ enum : std::size_t {
     effect2Type, effect2Param1, effect2Param2,
     reserved2, // three bytes
 };
-static_assert(name + VoiceNameSize == reserved1 && algorithm == 16 && pitchEgRate1 == 21 &&
+static_assert(name + RefaceNameSize == reserved1 && algorithm == 16 && pitchEgRate1 == 21 &&
               effect1Type == 29 && reserved2 + 3 == RefaceCommonSize);
 } // namespace RefaceVoice
 
@@ -124,7 +128,7 @@ const char *RefaceNameText(const std::uint8_t *tenBytes);
 
 // Stores at most ten bytes of `text` as a name, with zero bytes behind them. Whoever accepts a name
 // from the user replaces an empty one by RefaceNameForNone first.
-void StoreRefaceName(std::span<std::uint8_t, VoiceNameSize> name, std::string_view text);
+void StoreRefaceName(std::span<std::uint8_t, RefaceNameSize> name, std::string_view text);
 constexpr const char *RefaceNameForNone = "Untitled";
 
 // VoiceName operation of the reface DX row: writes the name and returns its length. 0, and the name

@@ -3,6 +3,7 @@
 
 #include "common/settings.h"
 #include "core/current.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "support/bank_bytes.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"

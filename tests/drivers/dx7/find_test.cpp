@@ -1,6 +1,7 @@
 // The search for a DX7 among the MIDI ports.
 #include "drivers/dx7/find.h"
 
+#include "drivers/dx7/voice_codec.h"
 #include "support/fake_midi.h"
 
 #include <gtest/gtest.h>

@@ -6,6 +6,7 @@
 #include "core/dispatch.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "support/bank_bytes.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"

@@ -4,6 +4,8 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "support/fake_midi.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/undo_level.h"
+#include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/files.h"
 #include "drivers/reface_dx/transfer.h"
 #include "midi/instruments/builtin_instruments.h"

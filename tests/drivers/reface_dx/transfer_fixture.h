@@ -5,6 +5,7 @@
 
 #include "common/settings.h"
 #include "core/current.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "support/bank_bytes.h"
 #include "support/fake_midi.h"
 #include "support/reface_bytes.h"

@@ -1,5 +1,6 @@
 // What a reface DX is asked and sent, in which order: its settings, and uploads.
 #include "core/dispatch.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "transfer_fixture.h"
 
 namespace tonewright {

@@ -1,4 +1,6 @@
 // Pictures that are kept: which are painted again, and how many stay.
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "drivers/view/kept_pictures.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 
 #include "common/settings.h"
 #include "common/view/fonts.h"
+#include "drivers/dx7/voice_codec.h"
 #include "support/bank_bytes.h"
 #include "support/fake_midi.h"
 #include "support/scripted_desktop.h"

@@ -2,6 +2,8 @@
 #include "midi/view/audition_box.h"
 
 #include "common/settings.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/bank_bytes.h"
 #include "support/reface_bytes.h"

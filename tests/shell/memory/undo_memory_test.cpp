@@ -3,6 +3,7 @@
 #include "shell/undo.h"
 
 #include "common/settings.h"
+#include "drivers/dx7/voice_codec.h"
 
 #include <cstddef>
 #include <cstdlib>

@@ -2,6 +2,8 @@
 // remembered.
 #include "window_fixture.h"
 
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/view/desktop_qt.h"
 
 #include <QAbstractButton>

@@ -2,6 +2,8 @@
 // clock that costs no time.
 #include "window_fixture.h"
 
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "shell/command_queue.h"
 #include "shell/view/tool_bar.h"

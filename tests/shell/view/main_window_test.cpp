@@ -2,6 +2,7 @@
 #include "window_fixture.h"
 
 #include "common/view/status_bar.h"
+#include "drivers/dx7/voice_codec.h"
 #include "shell/command_queue.h"
 #include "shell/shell_window.h"
 #include "shell/view/tool_bar.h"

@@ -3,6 +3,8 @@
 #include "window_fixture.h"
 
 #include "common/view/status_bar.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_queue.h"
 #include "support/fake_midi.h"
 

@@ -2,6 +2,8 @@
 // device: what a user without hardware meets.
 #include "window_fixture.h"
 
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_queue.h"
 #include "support/fake_midi.h"
 #include "support/reface_bytes.h"

@@ -3,6 +3,8 @@
 
 #include "common/settings.h"
 #include "core/current.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/list_state.h"
 #include "support/fake_midi.h"
 #include "support/modal_box.h"

@@ -4,6 +4,7 @@
 #include "common/view/fonts.h"
 #include "common/view/text_line.h"
 #include "drivers/dx7/algorithms.h"
+#include "drivers/dx7/voice_codec.h"
 #include "drivers/view/algorithm_painting.h"
 #include "drivers/view/kept_pictures.h"
 

@@ -3,6 +3,7 @@
 
 #include "common/view/text_line.h"
 #include "drivers/reface_dx/algorithms.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "drivers/view/algorithm_painting.h"
 #include "drivers/view/kept_pictures.h"
 

@@ -3,6 +3,7 @@
 
 #include "common/view/fonts.h"
 #include "core/dispatch.h"
+#include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/view/algorithm_view.h"
 #include "support/pixels.h"
 #include "support/reface_bytes.h"

@@ -1,0 +1,21 @@
+// What the conformance test needs to know of the DX7 family.
+#include "drivers/family_facts.h"
+
+namespace tonewright {
+
+extern const FamilyFacts Dx7Facts;
+const FamilyFacts Dx7Facts = {.id = 0x44583779,
+                              .name = "Yamaha DX7, TX7, Korg Volca FM",
+                              .bank = "syx",
+                              .voice = "sy1",
+                              .extra = "TwcDx7",
+                              .document = "Untitled.syx",
+                              .flags = 0x02,
+                              .picture = 8502,
+                              .payloadSize = 156,
+                              .extraSize = 0,
+                              .namePlace = 145,
+                              .instrument = BuiltinInstrument::Dx7,
+                              .port = "Built-in DX7"};
+
+} // namespace tonewright
