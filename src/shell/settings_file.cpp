@@ -114,9 +114,15 @@ int ReadSettingsFile(const SettingsList &list, const char *path,
     if (!reader) {
         return 0;
     }
+    ReadSettingsLines(list, *reader, takes);
+    return 1;
+}
+
+void ReadSettingsLines(const SettingsList &list, LineReader &lines,
+                       bool (*takes)(const ConfigKey &row)) {
     const RowFinder finder = FinderOf(list.rows);
     std::string_view line;
-    while (NextLine(*reader, line)) {
+    while (NextLine(lines, line)) {
         if (line.starts_with(';')) {
             continue;
         }
@@ -125,7 +131,6 @@ int ReadSettingsFile(const SettingsList &list, const char *path,
             SetValue(*row, value);
         }
     }
-    return 1;
 }
 
 void ConfigWrite() {

@@ -17,6 +17,8 @@
 
 namespace tonewright {
 
+struct LineReader;
+
 // The path of a list's file; empty when there is no folder of application data.
 std::string SettingsFilePath(const SettingsList &list);
 
@@ -32,6 +34,9 @@ void ConfigRead();
 // the next line. Integers are taken modulo 2^32, without a range.
 int ReadSettingsFile(const SettingsList &list, const char *path,
                      bool (*takes)(const ConfigKey &row) = nullptr);
+// The same of the lines of a file.
+void ReadSettingsLines(const SettingsList &list, LineReader &lines,
+                       bool (*takes)(const ConfigKey &row) = nullptr);
 
 // Writes the files of all lists. A failure is not reported.
 void ConfigWrite();

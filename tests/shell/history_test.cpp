@@ -97,6 +97,22 @@ TEST_F(History, ADocumentThatDoesNotExistOrHasNoPathIsNotTaken) {
     EXPECT_EQ(rebuilds, 0);
 }
 
+TEST_F(History, APathOf260BytesIsTakenAndALongerOneIsNot) {
+    // In a folder, since a name alone has at most 255 bytes.
+    std::filesystem::create_directory(home.File("folder"));
+    const std::string start = home.File("folder/");
+    const std::string longest =
+        Document("folder/" + std::string(260 - start.size() - 4, 'n') + ".syx");
+    const std::string longer =
+        Document("folder/" + std::string(261 - start.size() - 4, 'n') + ".syx");
+    ASSERT_EQ(longest.size(), 260u);
+    HistoryAdd(nullptr, longer, 100);
+    EXPECT_TRUE(HistoryEntries().empty());
+    HistoryAdd(nullptr, longest, 100);
+    ASSERT_EQ(HistoryEntries().size(), 1u);
+    EXPECT_EQ(HistoryEntries()[0].path, longest);
+}
+
 TEST_F(History, ADocumentThatIsThereAlreadyGetsThePresentTimeAndKeepsItsPlace) {
     HistoryAdd(nullptr, Document("old.syx"), 100);
     HistoryAdd(nullptr, Document("new.syx"), 200);
