@@ -93,31 +93,25 @@ std::string SetSetting(const ConfigKey &key, const char *value) {
     return "";
 }
 
-// True when the file gives the key the value that it has in memory.
-template <typename Value> bool FileGives(Value &variable, Value other) {
-    const Value value = variable;
-    variable = other;
-    ConfigRead();
-    return variable == value;
-}
-bool FileHolds(const ConfigKey &key) {
-    if (auto *const *text = std::get_if<std::string *>(&key.value)) {
-        return FileGives(**text, **text + "?");
-    }
-    std::uint32_t &number = *std::get<std::uint32_t *>(key.value);
-    return FileGives(number, ~number);
-}
-
 int SetAndWrite(const ConfigKey &key, const char *value) {
     if (const std::string reason = SetSetting(key, value); !reason.empty()) {
         return TellWrongCall(key.name, reason);
     }
     MakeProgramFolders();
-    ConfigWrite();
-    if (!FileHolds(key)) {
-        return TellFailure(SettingsFilePath(ProgramSettings), "could not be written");
+    errno = 0;
+    switch (ConfigWrite()) {
+    case SettingsWrite::Done:
+        return ExitDone;
+    case SettingsWrite::NoBackup:
+        return TellFailure(SettingsFilePath(ProgramSettings),
+                           WithSystemReason("written, but a version before it could not be kept as "
+                                            "its backup",
+                                            errno));
+    case SettingsWrite::Failed:
+        break;
     }
-    return ExitDone;
+    return TellFailure(SettingsFilePath(ProgramSettings),
+                       WithSystemReason("could not be written", errno));
 }
 
 } // namespace

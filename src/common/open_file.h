@@ -1,4 +1,5 @@
-// Opening a file by its UTF-8 path. One implementation file a platform.
+// Files by their UTF-8 paths, as far as platforms differ: opening, making, bringing to the disk,
+// renaming. One implementation file a platform.
 #pragma once
 
 #include <cstdio>
@@ -15,5 +16,17 @@ using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 // in errno, when there is no such file, it cannot be opened, or a folder, a pipe or a device stands
 // in its place. Never waits for the other end of a pipe.
 FilePointer OpenFile(const char *path, const char *mode);
+
+// Makes a file that does not exist, open for writing, for the users of the file `model` if there is
+// one. Null, with the reason in errno, when it cannot be made, or exists.
+FilePointer CreateFileLike(const char *path, const char *model);
+
+// Brings all that was written to the disk. False, with the reason in errno, when not all of it is
+// there.
+bool FlushToDisk(std::FILE *file);
+
+// Gives a file another name, in the place of the file that has it, in one step that is on the disk
+// when it is done. False, with the reason in errno, when it keeps its name.
+bool RenameOver(const char *from, const char *to);
 
 } // namespace tonewright

@@ -1,8 +1,10 @@
-// Opening a file where paths are bytes.
+// Files where paths are bytes.
 #include "common/open_file.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,12 +30,28 @@ int ReasonAgainst(int descriptor) {
     return S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP;
 }
 
+constexpr mode_t Everybody = 0666; // less what the user's mask takes away
+
+// Some file systems have no way to wait for the disk.
+bool SyncOrCannot(int descriptor) {
+    return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
+}
+
+void GiveTo(int descriptor, const struct stat &model) {
+    constexpr uid_t sameOwner = static_cast<uid_t>(-1);
+    // Only a privileged user gives files away; a group may be any of one's own.
+    const bool given = fchown(descriptor, model.st_uid, model.st_gid) == 0 ||
+                       fchown(descriptor, sameOwner, model.st_gid) == 0;
+    const mode_t mode = model.st_mode & 07777;
+    // What its group could do with the model is not for another group.
+    fchmod(descriptor, given ? mode : mode & ~static_cast<mode_t>(070));
+}
+
 } // namespace
 
 FilePointer OpenFile(const char *path, const char *mode) {
-    constexpr mode_t everybody = 0666; // less what the user's mask takes away
     // Without O_NONBLOCK a pipe would hold the program up before it can be told from a file.
-    const int descriptor = open(path, FlagsOf(mode) | O_NONBLOCK | O_NOCTTY, everybody);
+    const int descriptor = open(path, FlagsOf(mode) | O_NONBLOCK | O_NOCTTY, Everybody);
     if (descriptor < 0) {
         return nullptr;
     }
@@ -47,6 +65,41 @@ FilePointer OpenFile(const char *path, const char *mode) {
     close(descriptor);
     errno = reason;
     return nullptr;
+}
+
+FilePointer CreateFileLike(const char *path, const char *model) {
+    struct stat status;
+    const bool hasModel = stat(model, &status) == 0;
+    constexpr mode_t nobodyElse = 0600; // until it is given to the users of the model
+    const int descriptor =
+        open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, hasModel ? nobodyElse : Everybody);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    if (hasModel) {
+        GiveTo(descriptor, status);
+    }
+    return FilePointer(fdopen(descriptor, "wb"));
+}
+
+bool FlushToDisk(std::FILE *file) {
+    return std::fflush(file) == 0 && SyncOrCannot(fileno(file));
+}
+
+bool RenameOver(const char *from, const char *to) {
+    if (std::rename(from, to) != 0) {
+        return false;
+    }
+    // The name is in the folder. One that may be written to and not read cannot be waited for.
+    const std::string path(to);
+    const std::size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        SyncOrCannot(descriptor);
+        close(descriptor);
+    }
+    return true;
 }
 
 } // namespace tonewright

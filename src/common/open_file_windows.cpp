@@ -1,4 +1,4 @@
-// Opening a file on Windows, where only the wide functions take every path.
+// Files on Windows, where only the wide functions take every path.
 #include "common/open_file.h"
 
 #include <cerrno>
@@ -8,9 +8,16 @@
 #include <windows.h>
 
 namespace tonewright {
+namespace {
+
+std::filesystem::path Wide(const char *path) {
+    return std::filesystem::path(reinterpret_cast<const char8_t *>(path));
+}
+
+} // namespace
 
 FilePointer OpenFile(const char *path, const char *mode) {
-    const std::filesystem::path wide(reinterpret_cast<const char8_t *>(path));
+    const std::filesystem::path wide = Wide(path);
     const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
     FilePointer file(_wfopen(wide.c_str(), wideMode.c_str()));
     if (file && GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file.get())))) !=
@@ -19,6 +26,27 @@ FilePointer OpenFile(const char *path, const char *mode) {
         errno = EINVAL;
     }
     return file;
+}
+
+// RenameOver keeps the users of the file that is replaced; a new file has those of its folder.
+FilePointer CreateFileLike(const char *path, const char *) {
+    return FilePointer(_wfopen(Wide(path).c_str(), L"wbx"));
+}
+
+bool FlushToDisk(std::FILE *file) {
+    return std::fflush(file) == 0 && _commit(_fileno(file)) == 0;
+}
+
+bool RenameOver(const char *from, const char *to) {
+    const std::filesystem::path target = Wide(to), source = Wide(from);
+    if (ReplaceFileW(target.c_str(), source.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                     nullptr, nullptr) != 0 ||
+        MoveFileExW(source.c_str(), target.c_str(),
+                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+        return true;
+    }
+    errno = EACCES;
+    return false;
 }
 
 } // namespace tonewright

@@ -6,13 +6,13 @@
 #include "common/file_bytes.h"
 #include "common/folders.h"
 #include "common/line_reader.h"
-#include "common/open_file.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/whole_file.h"
 #include "core/synth_driver.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
 #include <ctime>
 
 namespace tonewright {
@@ -165,18 +165,15 @@ void HistoryRead() {
     }
 }
 
-void HistorySave() {
+bool HistorySave() {
     if (IsOff() || !Used) {
-        return;
+        return true;
     }
-    const FilePointer file = OpenFile(HistoryFilePath().c_str(), "w");
-    if (!file) {
-        return;
-    }
+    std::string text;
     for (const HistoryEntry &entry : Entries) {
-        std::fprintf(file.get(), "%s,%d\n", entry.path.c_str(),
-                     static_cast<std::int32_t>(entry.time));
+        text += entry.path + "," + std::to_string(static_cast<std::int32_t>(entry.time)) + "\n";
     }
+    return WriteFileWhole(HistoryFilePath().c_str(), text) || errno == ENOENT;
 }
 
 void HistoryEnd() {

@@ -45,8 +45,9 @@ void HistoryInit();
 // Adds the entries of the file; documents that no longer exist fall out.
 void HistoryRead();
 // Writes the file. Nothing is done while RememberFileHistoryCount is 0 or the history was never
-// used, nor (in silence) when the folder does not exist.
-void HistorySave();
+// used, nor when the folder does not exist. False, the reason in errno, when the file could not be
+// written; it is then as it was.
+bool HistorySave();
 void HistoryEnd();
 
 // Adds a document with a time, or with the present time for -1. One that is there already gets the

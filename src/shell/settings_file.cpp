@@ -4,18 +4,20 @@
 #include "common/file_bytes.h"
 #include "common/folders.h"
 #include "common/line_reader.h"
-#include "common/open_file.h"
 #include "common/setting_rows.h"
 #include "common/settings.h"
 #include "common/strings.h"
 #include "common/text.h"
 #include "common/version.h"
+#include "common/whole_file.h"
 #include "shell/setting_line.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <ctime>
 #include <string_view>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -90,10 +92,8 @@ std::string TextOf(const SettingsList &list) {
 
 // `copy` becomes a copy of `path`, if there is such a file. (Paths that were cut at their limit can
 // be the same.)
-void KeepAs(const std::string &path, const std::string &copy) {
-    if (FileExists(path.c_str()) && copy != path) {
-        CopyFileTo(path.c_str(), copy.c_str());
-    }
+bool KeepAs(const std::string &path, const std::string &copy) {
+    return !FileExists(path.c_str()) || copy == path || CopyFileWhole(path.c_str(), copy.c_str());
 }
 
 } // namespace
@@ -133,23 +133,37 @@ void ReadSettingsLines(const SettingsList &list, LineReader &lines,
     }
 }
 
-void ConfigWrite() {
-    for (const SettingsList *list : SettingsLists) {
-        WriteSettingsFile(*list);
-    }
-}
-
-void WriteSettingsFile(const SettingsList &list) {
+SettingsWrite WriteSettingsFile(const SettingsList &list) {
     const std::string path = SettingsFilePath(list);
     const std::string backup = UserFile((std::string("Backup of ") + list.file).c_str());
     const std::string older = UserFile((std::string("Backup of Backup of ") + list.file).c_str());
-    KeepAs(backup, older);
-    KeepAs(path, backup);
-    // Made first, so that the file is short of its text as briefly as can be.
-    const std::string text = TextOf(list);
-    if (const FilePointer file = OpenFile(path.c_str(), "w")) {
-        std::fwrite(text.data(), 1, text.size(), file.get());
+    bool kept = true;
+    int reason = 0;
+    for (const auto &[version, copy] : {std::pair(backup, older), std::pair(path, backup)}) {
+        if (!KeepAs(version, copy)) {
+            kept = false;
+            reason = errno;
+        }
     }
+    if (!WriteFileWhole(path.c_str(), TextOf(list))) {
+        return SettingsWrite::Failed;
+    }
+    errno = reason;
+    return kept ? SettingsWrite::Done : SettingsWrite::NoBackup;
+}
+
+SettingsWrite ConfigWrite() {
+    SettingsWrite worst = SettingsWrite::Done;
+    int reason = 0;
+    for (const SettingsList *list : SettingsLists) {
+        const SettingsWrite outcome = WriteSettingsFile(*list);
+        if (outcome > worst) {
+            worst = outcome;
+            reason = errno;
+        }
+    }
+    errno = reason;
+    return worst;
 }
 
 } // namespace tonewright

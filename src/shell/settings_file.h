@@ -38,10 +38,16 @@ int ReadSettingsFile(const SettingsList &list, const char *path,
 void ReadSettingsLines(const SettingsList &list, LineReader &lines,
                        bool (*takes)(const ConfigKey &row) = nullptr);
 
-// Writes the files of all lists. A failure is not reported.
-void ConfigWrite();
+enum class SettingsWrite {
+    Done,
+    NoBackup, // the file is written; a version before it could not be kept
+    Failed,   // the file is as it was
+};
 // Writes the file of one list, keeping the two versions before it as "Backup of ..." and "Backup of
-// Backup of ...".
-void WriteSettingsFile(const SettingsList &list);
+// Backup of ..."; one of them gives way to the next only when that one is whole. Where not all is
+// done, errno tells why.
+SettingsWrite WriteSettingsFile(const SettingsList &list);
+// Writes the files of all lists: the worst that happened to one of them. Shows nothing.
+SettingsWrite ConfigWrite();
 
 } // namespace tonewright

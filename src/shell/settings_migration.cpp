@@ -6,6 +6,7 @@
 #include "common/folders.h"
 #include "common/setting_rows.h"
 #include "common/text.h"
+#include "common/whole_file.h"
 #include "shell/single_setting.h"
 
 #include <filesystem>
@@ -57,13 +58,16 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) {
     return pattern.substr(in).find_first_not_of('*') == std::string_view::npos;
 }
 
-// Copies a file unless there is one of the new name. True when it has been copied.
+// Copies a file unless there is one of the new name. False when it could not be copied.
 bool CopyAsNew(const fs::path &from, const fs::path &to) {
-    std::error_code error;
-    return fs::copy_file(from, to, fs::copy_options::skip_existing, error);
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(to, ignored)) ||
+           CopyFileWhole(reinterpret_cast<const char *>(from.u8string().c_str()),
+                         reinterpret_cast<const char *>(to.u8string().c_str()));
 }
 
-void CopyMatchingFiles(const std::string &pattern, const fs::path &from, const fs::path &to) {
+bool CopyMatchingFiles(const std::string &pattern, const fs::path &from, const fs::path &to) {
+    bool copied = true;
     std::error_code error;
     fs::directory_iterator entry(from, error);
     while (!error && entry != fs::directory_iterator()) {
@@ -72,21 +76,26 @@ void CopyMatchingFiles(const std::string &pattern, const fs::path &from, const f
         std::error_code ignored;
         if (!name.starts_with('.') && MatchesPattern(name, pattern) &&
             entry->is_regular_file(ignored)) {
-            CopyAsNew(entry->path(), to / entry->path().filename());
+            copied = CopyAsNew(entry->path(), to / entry->path().filename()) && copied;
         }
         entry.increment(error);
     }
+    return copied;
 }
 
 void CopySettings(const Migration &migration, const std::string &newPath,
                   const std::string &oldPath) {
-    if (CopyAsNew(PathOf(oldPath), PathOf(newPath))) {
-        WriteSingleText(newPath.c_str(), migration.section, "ApplicationPath", "");
-    }
+    bool copied = CopyAsNew(PathOf(oldPath), PathOf(newPath)) &&
+                  WriteSingleText(newPath.c_str(), migration.section, "ApplicationPath", "");
     const fs::path from = PathOf(UserFile(migration.oldFolder));
     const fs::path to = PathOf(UserFile(migration.newFolder));
     for (const std::string &pattern : SplitList(migration.patterns)) {
-        CopyMatchingFiles(pattern, from, to);
+        copied = CopyMatchingFiles(pattern, from, to) && copied;
+    }
+    if (!copied) {
+        ShowMessage(nullptr, FormatText("Not all configuration items of the previous version of %s "
+                                        "could be copied.",
+                                        migration.programName));
     }
 }
 

@@ -2,27 +2,19 @@
 #include "shell/single_setting.h"
 
 #include "common/file_bytes.h"
-#include "common/open_file.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/whole_file.h"
 #include "shell/setting_line.h"
 #include "shell/settings_file.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 namespace tonewright {
 namespace {
-
-namespace fs = std::filesystem;
-
-fs::path PathOf(const std::string &utf8) {
-    return fs::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
-}
 
 constexpr std::size_t SizeLimit = 64 * 1024 * 1024; // bytes of a file that is edited in place
 
@@ -107,32 +99,6 @@ std::optional<std::string> FindValue(const char *path, const char *section, cons
         CutText(TrimBlanks(SplitSettingLine(TrimBlanks(line)).value), SettingTextLimit));
 }
 
-// Puts a whole new text in the place of a file, or leaves the file as it is. Who may read and write
-// the file stays the same.
-bool ReplaceText(const char *path, const std::string &text) {
-    if (FileExists(path) && !OpenFile(path, "r+b")) {
-        return false; // read-only, or no regular file
-    }
-    std::error_code error;
-    const fs::path target = fs::weakly_canonical(PathOf(path), error);
-    const std::u8string utf8 = target.u8string();
-    const std::string fresh = std::string(utf8.begin(), utf8.end()) + ".new";
-    const auto *bytes = reinterpret_cast<const std::uint8_t *>(text.data());
-    if (error || WriteFileBytes(fresh.c_str(), {bytes, text.size()}) != WriteOutcome::Done) {
-        return false;
-    }
-    std::error_code ignored;
-    if (const fs::file_status former = fs::status(target, ignored); fs::exists(former)) {
-        fs::permissions(PathOf(fresh), former.permissions(), ignored);
-    }
-    fs::rename(PathOf(fresh), target, error);
-    if (error) {
-        fs::remove(PathOf(fresh), ignored);
-        return false;
-    }
-    return true;
-}
-
 } // namespace
 
 std::string ReadSingleText(const char *path, const char *section, const char *name,
@@ -181,7 +147,7 @@ bool WriteSingleText(const char *path, const char *section, const char *name,
     }
     lines += LineOfSetting(name, value) + lineEnd;
     text.replace(place.start, place.size, lines);
-    return ReplaceText(path, text);
+    return WriteFileWhole(path, text);
 }
 
 } // namespace tonewright

@@ -20,7 +20,8 @@ std::uint32_t ReadSingleInteger(const SettingsList &list, const char *name, std:
 
 // Replaces the line of the setting, or adds one at the end of the section, or the section at the
 // end of the file, or makes the file. Every other line stays as it is, byte for byte. `value` ends
-// at its first control character. False when the file could not be written.
+// at its first control character. False, the reason in errno, when the
+// file could not be written; it is then as it was.
 bool WriteSingleText(const char *path, const char *section, const char *name,
                      const std::string &value);
 

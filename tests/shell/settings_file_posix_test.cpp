@@ -5,6 +5,7 @@
 #include "shell/single_setting.h"
 #include "support/posix_limits.h"
 
+#include <cerrno>
 #include <sys/stat.h>
 
 using namespace tonewright;
@@ -58,35 +59,82 @@ TEST_F(SettingsFileObstacles, AFileThatCannotBeReadGivesDefaults) {
 TEST_F(SettingsFileObstacles, AReadOnlyFolderLosesTheChangesInSilence) {
     ASSERT_EQ(chmod(maker.c_str(), 0555), 0);
     RunUnprivileged([this] {
-        ConfigWrite();
+        EXPECT_EQ(ConfigWrite(), SettingsWrite::Failed);
         EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11"));
         EXPECT_FALSE(std::filesystem::exists(path));
     });
 }
 
-TEST_F(SettingsFileObstacles, AWriteThatFallsShortLeavesTheFileBeforeItAsTheBackup) {
-    ConfigWrite();
-    const std::string before = ReadTestText(path);
-    {
-        const FileSizeLimit limit(before.size()); // enough for a copy, not for a longer file
-        ThemeCurrent = std::string(260, 'x');
-        ConfigWrite();
+namespace {
+
+// Writes three times, MaxUndoLevel being 10 in the oldest version and 12 in the file.
+void WriteThreeVersions() {
+    for (MaxUndoLevel = 10; MaxUndoLevel < 13; ++MaxUndoLevel) {
+        EXPECT_EQ(ConfigWrite(), SettingsWrite::Done);
     }
-    EXPECT_EQ(ReadTestText(maker + "Backup of Tonewright 17.ini"), before);
-    EXPECT_LE(ReadTestText(path).size(), before.size());
+}
+
+// The level in a file that is whole; empty for any other.
+std::string LevelOfWhole(const std::string &path) {
+    const std::string text = ReadTestText(path);
+    const bool whole = text.starts_with(";Tonewright configuration file\n") &&
+                       text.ends_with("\nShowWelcomeWizard = 1\n");
+    return whole ? LineOf(text, "MaxUndoLevel").substr(15) : "";
+}
+
+} // namespace
+
+TEST_F(SettingsFileObstacles, AWriteThatFallsShortIsToldAndLeavesThreeWholeVersions) {
+    WriteThreeVersions();
+    const rlim_t size = ReadTestText(path).size();
+    // The last limit has room for copies and not for the longer file.
+    for (const rlim_t limited : {rlim_t{0}, size / 2, size - 1, size}) {
+        ThemeCurrent = "Slate";
+        SettingsWrite outcome = SettingsWrite::Done;
+        int reason = 0;
+        {
+            const FileSizeLimit limit(limited);
+            outcome = ConfigWrite();
+            reason = errno;
+        }
+        EXPECT_EQ(outcome, SettingsWrite::Failed) << limited;
+        EXPECT_EQ(reason, EFBIG) << limited;
+        EXPECT_EQ(LevelOfWhole(path), "12") << limited;
+        EXPECT_EQ(LevelOfWhole(backup), limited < size ? "11" : "12") << limited;
+        EXPECT_EQ(LevelOfWhole(older), limited < size ? "10" : "11") << limited;
+        EXPECT_EQ(FilesOfMaker().size(), 3u) << limited;
+    }
+}
+
+TEST_F(SettingsFileObstacles, AFullDiskIsToldAndLeavesThreeWholeVersions) {
+    RunOnSmallDisk(temp.File("app"), [this] {
+        MakeProgramFolders();
+        WriteThreeVersions();
+        FillDisk(temp.File("app/filler"));
+        EXPECT_EQ(ConfigWrite(), SettingsWrite::Failed);
+        EXPECT_EQ(errno, ENOSPC);
+        EXPECT_EQ(LevelOfWhole(path), "12");
+        EXPECT_EQ(LevelOfWhole(backup), "11");
+        EXPECT_EQ(LevelOfWhole(older), "10");
+        EXPECT_EQ(FilesOfMaker().size(), 3u);
+        EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "13"));
+        EXPECT_EQ(LevelOfWhole(path), "12");
+    });
 }
 
 TEST_F(SettingsFileObstacles, ASingleKeyThatFindsNoRoomLeavesTheFileAsItWas) {
     const std::string before = "[Tonewright]\nMaxUndoLevel = 9\n" + std::string(8000, 'x') + "\n";
     WriteTestText(path, before);
-    bool written = true;
-    {
-        const FileSizeLimit limit(4096);
-        written = WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11");
+    for (const rlim_t size : {rlim_t{0}, rlim_t{4096}, rlim_t{before.size()}}) {
+        bool written = true;
+        {
+            const FileSizeLimit limit(size); // the new text is one byte longer
+            written = WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11");
+        }
+        EXPECT_FALSE(written) << size;
+        EXPECT_EQ(ReadTestText(path), before) << size;
     }
-    EXPECT_FALSE(written);
-    EXPECT_EQ(ReadTestText(path), before);
-    EXPECT_FALSE(std::filesystem::exists(path + ".new"));
+    EXPECT_EQ(FilesOfMaker().size(), 1u);
 }
 
 TEST_F(SettingsFileObstacles, ASingleKeyKeepsThePermissionsOfTheFile) {
@@ -120,7 +168,6 @@ TEST_F(SettingsFileObstacles, AFileBehindALinkStaysBehindIt) {
 }
 
 TEST_F(SettingsFileObstacles, ABackupThatSharesTheFileBecomesAFileOfItsOwn) {
-    const std::string backup = maker + "Backup of Tonewright 17.ini";
     for (const bool link : {false, true}) {
         std::filesystem::remove(path);
         std::filesystem::remove(backup);
@@ -153,8 +200,8 @@ TEST_F(SettingsFileObstacles, APipeInPlaceOfTheFileHoldsNeitherReaderNorWriterUp
 
 TEST_F(SettingsFileObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
-    const std::string backup = MakePipe(maker + "Backup of Tonewright 17.ini");
-    ConfigWrite();
+    MakePipe(backup);
+    EXPECT_EQ(ConfigWrite(), SettingsWrite::NoBackup);
     EXPECT_TRUE(std::filesystem::is_fifo(backup));
     EXPECT_TRUE(ReadTestText(path).starts_with(";Tonewright configuration file\n"));
 }

@@ -9,8 +9,10 @@
 #include <fcntl.h>
 #include <functional>
 #include <grp.h>
+#include <sched.h>
 #include <span>
 #include <string>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -37,18 +39,16 @@ struct FileSizeLimit {
     FileSizeLimit &operator=(const FileSizeLimit &) = delete;
 };
 
-// Runs `body` in a child process under an unprivileged user, for whom a file without permission
-// really is closed. Expectations that fail inside fail the test.
-inline void RunUnprivileged(const std::function<void()> &body) {
-    constexpr uid_t nobody = 65534;
-    enum { Passed = 0, Failed = 1, StillPrivileged = 2 };
+// Runs `body` in a child process. `prepare` comes first; without it the test fails in these words.
+inline void RunInChild(bool (*prepare)(const std::string &folder), const std::string &folder,
+                       const char *whatPrepares, const std::function<void()> &body) {
+    enum { Passed = 0, Failed = 1, NotPrepared = 2 };
     std::fflush(nullptr);
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        if (geteuid() == 0 &&
-            (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)) {
-            _exit(StillPrivileged);
+        if (!prepare(folder)) {
+            _exit(NotPrepared);
         }
         body();
         std::fflush(nullptr);
@@ -58,8 +58,38 @@ inline void RunUnprivileged(const std::function<void()> &body) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status)) << "the child process was ended by a signal";
     EXPECT_EQ(WEXITSTATUS(status), Passed)
-        << (WEXITSTATUS(status) == StillPrivileged ? "could not become an unprivileged user"
-                                                   : "see the failures above");
+        << (WEXITSTATUS(status) == NotPrepared ? whatPrepares : "see the failures above");
+}
+
+// Runs `body` in a child process under an unprivileged user, for whom a file without permission
+// really is closed. Expectations that fail inside fail the test.
+inline void RunUnprivileged(const std::function<void()> &body) {
+    const auto giveUp = [](const std::string &) {
+        constexpr uid_t nobody = 65534;
+        return geteuid() != 0 ||
+               (setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0);
+    };
+    RunInChild(giveUp, "", "could not become an unprivileged user", body);
+}
+
+// Runs `body` in a child process for which a disk of 64 KB, of its own, stands at `folder`.
+inline void RunOnSmallDisk(const std::string &folder, const std::function<void()> &body) {
+    const auto mountDisk = [](const std::string &at) {
+        const int spaces = CLONE_NEWNS | (geteuid() == 0 ? 0 : CLONE_NEWUSER);
+        return unshare(spaces) == 0 &&
+               mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount("tmpfs", at.c_str(), "tmpfs", 0, "size=64k") == 0;
+    };
+    RunInChild(mountDisk, folder, "could not mount a disk", body);
+}
+
+// Fills the disk of a folder with a file of that path.
+inline void FillDisk(const std::string &path) {
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+    const char zeros[4096] = {};
+    while (write(descriptor, zeros, sizeof zeros) > 0) {
+    }
+    close(descriptor);
 }
 
 // A named pipe. Whoever opens its only other end the plain way waits for ever.

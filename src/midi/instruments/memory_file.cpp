@@ -7,22 +7,16 @@
 #include "midi/instruments/memory_file.h"
 
 #include "common/file_bytes.h"
+#include "common/whole_file.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <filesystem>
-#include <random>
-#include <string>
-#include <system_error>
 #include <vector>
 #include <zlib.h>
 
 namespace tonewright {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr std::array<std::uint8_t, 8> Magic = {'T', 'w', 'I', 'n', 's', 't', '0', '1'};
 constexpr std::size_t CheckSize = 4;
@@ -38,10 +32,6 @@ std::size_t FileSizeOf(std::span<const Instrument> instruments) {
         size += SizeOf(*instrument.model);
     }
     return size;
-}
-
-bool WriteTo(const char *path, std::span<const std::uint8_t> bytes) {
-    return WriteFileBytes(path, bytes) == WriteOutcome::Done;
 }
 
 std::uint32_t CheckOf(std::span<const std::uint8_t> bytes) {
@@ -122,31 +112,7 @@ bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> ins
 }
 
 bool WriteMemoryFile(const char *path, std::span<Instrument> instruments) {
-    const std::vector<std::uint8_t> bytes = EncodeMemory(instruments);
-    const fs::path named(reinterpret_cast<const char8_t *>(path));
-    std::error_code error;
-    const bool replaces = fs::exists(named, error);
-    if (replaces && !fs::is_regular_file(named, error)) {
-        return WriteTo(path, bytes); // which says why not
-    }
-    // Beside the former file, which then gives way in one step.
-    const fs::path target = replaces ? fs::canonical(named, error) : named;
-    fs::path written = target;
-    written += "." + std::to_string(std::random_device()()) + ".new";
-    if (!WriteTo(reinterpret_cast<const char *>(written.u8string().c_str()), bytes)) {
-        return false;
-    }
-    if (replaces) {
-        fs::permissions(written, fs::status(target, error).permissions(), error);
-    }
-    fs::rename(written, target, error);
-    if (error) {
-        const std::error_code reason = error;
-        fs::remove(written, error);
-        errno = reason.value();
-        return false;
-    }
-    return true;
+    return WriteFileWhole(path, EncodeMemory(instruments));
 }
 
 bool ReadMemoryFile(const char *path, std::span<Instrument> instruments) {

@@ -15,10 +15,9 @@ std::vector<std::uint8_t> EncodeMemory(std::span<Instrument> instruments);
 // hold a value that no instrument can hold.
 bool DecodeMemory(std::span<const std::uint8_t> bytes, std::span<Instrument> instruments);
 
-// False when the file cannot be written; the former one is then as it was. On the way the bytes
-// stand in a file beside it, whose name has a number and ".new" behind the name.
+// False, the reason in errno, when the file cannot be written; the former one is then as it was.
 bool WriteMemoryFile(const char *path, std::span<Instrument> instruments);
-// The same for a file; false also when it cannot be read.
+// As DecodeMemory for a file; false also when it cannot be read.
 bool ReadMemoryFile(const char *path, std::span<Instrument> instruments);
 
 } // namespace tonewright

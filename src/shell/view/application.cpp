@@ -15,6 +15,7 @@
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/history.h"
+#include "shell/save_at_end.h"
 #include "shell/settings_migration.h"
 #include "shell/shell_window.h"
 #include "shell/single_setting.h"
@@ -84,7 +85,7 @@ int RunLoop(const std::string &commandLinePath) {
     }
     // A window that was closed before the loop runs has left nothing to wait for.
     const int exitCode = window.isVisible() ? QApplication::exec() : 0;
-    HistorySave();
+    SaveHistory();
     HistoryEnd();
     return exitCode;
 }

@@ -15,6 +15,7 @@
 #include "shell/command_table.h"
 #include "shell/history.h"
 #include "shell/list_state.h"
+#include "shell/save_at_end.h"
 #include "shell/settings_file.h"
 #include "shell/shell_window.h"
 #include "shell/view/about_box.h"
@@ -265,7 +266,7 @@ void MainWindow::closeEvent(QCloseEvent *event) {
         return;
     }
     ClearPosted();
-    ConfigWrite();
+    SaveSettings();
     event->accept();
     QCoreApplication::quit();
 }

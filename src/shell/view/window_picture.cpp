@@ -2,6 +2,7 @@
 #include "shell/view/window_picture.h"
 
 #include "common/settings.h"
+#include "common/whole_file.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "shell/command_state.h"
@@ -9,6 +10,7 @@
 #include "shell/start_up.h"
 #include "shell/view/main_window.h"
 
+#include <QBuffer>
 #include <QPixmap>
 
 namespace tonewright {
@@ -28,7 +30,10 @@ bool PaintMainWindowPicture(const std::string &bankPath, const std::string &pngP
     RefreshTitle();
     RefreshCommands();
     window.ensurePolished();
-    if (!window.grab().save(QString::fromStdString(pngPath), "PNG")) {
+    QBuffer png;
+    if (!window.grab().save(&png, "PNG") ||
+        !WriteFileWhole(pngPath.c_str(), std::string_view(png.data().constData(),
+                                                          static_cast<std::size_t>(png.size())))) {
         error = pngPath + ": cannot be written";
         return false;
     }

@@ -1,0 +1,39 @@
+// Saving the settings and the history, and saying so when that fails.
+#include "shell/save_at_end.h"
+
+#include "common/setting_rows.h"
+#include "shell/history.h"
+#include "shell/settings_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+namespace tonewright {
+namespace {
+
+void Tell(const std::string &path, const char *failure, int reason) {
+    std::fprintf(stderr, "tonewright: %s: %s: %s\n", path.c_str(), failure, std::strerror(reason));
+}
+
+} // namespace
+
+void SaveSettings() {
+    const SettingsWrite outcome = ConfigWrite();
+    if (outcome != SettingsWrite::Done) {
+        Tell(SettingsFilePath(ProgramSettings),
+             outcome == SettingsWrite::Failed
+                 ? "the settings could not be written"
+                 : "a version of the settings could not be kept as a backup",
+             errno);
+    }
+}
+
+void SaveHistory() {
+    if (!HistorySave()) {
+        Tell(HistoryFilePath(), "the history could not be written", errno);
+    }
+}
+
+} // namespace tonewright

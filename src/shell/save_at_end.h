@@ -1,0 +1,10 @@
+// What the program writes by itself when it ends. There is no window any more that could show what
+// went wrong: that goes to standard error.
+#pragma once
+
+namespace tonewright {
+
+void SaveSettings();
+void SaveHistory();
+
+} // namespace tonewright
