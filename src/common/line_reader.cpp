@@ -57,4 +57,10 @@ bool NextLine(LineReader &reader, std::string_view &line) {
     return !line.empty();
 }
 
+void SkipEmptyLines(LineReader &reader) {
+    while (reader.start < reader.end && reader.buffer[reader.start] == '\n') {
+        ++reader.start;
+    }
+}
+
 } // namespace tonewright

@@ -30,4 +30,8 @@ LineReader LinesOf(std::string_view text);
 // at the end of the file.
 bool NextLine(LineReader &reader, std::string_view &line);
 
+// Passes over lines that are a line feed alone, as many as wait in the buffer: a file of millions
+// of them says no more than one does.
+void SkipEmptyLines(LineReader &reader);
+
 } // namespace tonewright

@@ -123,6 +123,9 @@ void ReadHistoryLines(LineReader &lines, const std::function<void(const HistoryE
     HistoryEntry entry;
     std::string_view line;
     while (NextLine(lines, line)) {
+        if (line == "\n") {
+            SkipEmptyLines(lines);
+        }
         line = CutAtLineEnd(line);
         // A comma ends the path; one inside it cuts the path short, which is then no document.
         const std::size_t end = std::min(line.find(','), line.size());

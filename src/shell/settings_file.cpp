@@ -62,6 +62,12 @@ const ConfigKey *FindRow(const RowFinder &finder, std::string_view beginning) {
     return nullptr;
 }
 
+// True when a line that begins with the character names no row, whatever else it has.
+bool BeginsNoRow(const RowFinder &finder, char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte > ' ' && byte != '=' && finder.firstRows[byte] == finder.rows.size();
+}
+
 void SetValue(const ConfigKey &row, std::string_view text) {
     if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
         **number = ReadInteger(text);
@@ -123,7 +129,9 @@ void ReadSettingsLines(const SettingsList &list, LineReader &lines,
     const RowFinder finder = FinderOf(list.rows);
     std::string_view line;
     while (NextLine(lines, line)) {
-        if (line.starts_with(';')) {
+        if (line == "\n") {
+            SkipEmptyLines(lines); // each would set the same row to the same value
+        } else if (line.starts_with(';') || BeginsNoRow(finder, line[0])) {
             continue;
         }
         const auto [name, value] = SplitSettingLine(line);

@@ -76,5 +76,22 @@ TEST(LineReader, AMissingFileAndAFolderAreNotRead) {
     EXPECT_FALSE(OpenLines(""));
 }
 
+TEST(LineReader, PassesOverLineFeedsInFrontOfTheNextLine) {
+    const TempFolder folder;
+    const std::string feeds(100'000, '\n'); // more than the buffer
+    auto reader = OpenLines(folder.WriteText("file", "a\n" + feeds + "b\n\n").c_str());
+    ASSERT_TRUE(reader);
+    Strings lines;
+    std::string_view line;
+    while (NextLine(*reader, line)) {
+        lines.emplace_back(line);
+        SkipEmptyLines(*reader);
+    }
+    ASSERT_GE(lines.size(), 2u);
+    EXPECT_LE(lines.size(), 4u); // one for each time that the buffer was filled
+    EXPECT_EQ(lines.front(), "a\n");
+    EXPECT_EQ(lines.back(), "b\n");
+}
+
 } // namespace
 } // namespace tonewright
