@@ -127,6 +127,12 @@ void ListShowRow(ListBox &box, int row) {
     }
 }
 
+void ListScrollByWheel(ListBox &box, int delta) {
+    if (delta != 0) {
+        ListSetTopRow(box, box.topRow + (delta > 0 ? -1 : 1));
+    }
+}
+
 void ListSetVisibleRows(ListBox &box, int rows) {
     box.visibleRows = std::max(0, rows);
     ListSetTopRow(box, box.topRow);

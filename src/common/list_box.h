@@ -66,6 +66,9 @@ void ListSetTopRow(ListBox &box, int row);
 // Scrolls no further than needed for `row` to be seen whole.
 void ListShowRow(ListBox &box, int row);
 
+// The wheel scrolls by one row a message, up for a positive delta; a delta of 0 does nothing.
+void ListScrollByWheel(ListBox &box, int delta);
+
 // Told by the view when its height changes.
 void ListSetVisibleRows(ListBox &box, int rows);
 

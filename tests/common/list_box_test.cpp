@@ -28,6 +28,26 @@ TEST(ListBox, FillingItAnewForgetsSelectionAndScrollPosition) {
     EXPECT_EQ(heard, std::vector{ListChange::Items});
 }
 
+TEST(ListBox, NoRowIsInsertedBeyondTheEndNorDeletedThatIsNotThere) {
+    ListBox box = BoxOf(3);
+    box.observer = [](ListChange) { ADD_FAILURE() << "nothing has changed"; };
+    EXPECT_FALSE(ListBoxInsert(box, -1));
+    EXPECT_FALSE(ListBoxInsert(box, 4));
+    EXPECT_FALSE(ListBoxDelete(box, -1));
+    EXPECT_FALSE(ListBoxDelete(box, 3));
+    EXPECT_EQ(ListCount(box), 3);
+    box.observer = nullptr;
+    EXPECT_TRUE(ListBoxInsert(box, 3));
+    EXPECT_TRUE(ListBoxDelete(box, 3));
+    EXPECT_EQ(ListCount(box), 3);
+}
+
+TEST(ListBox, ANegativeCountOfRowsIsNone) {
+    ListBox box = BoxOf(3);
+    ListBoxFill(box, -1);
+    EXPECT_EQ(ListCount(box), 0);
+}
+
 TEST(ListBox, ARowIsShownWithNoMoreScrollingThanNeeded) {
     ListBox box = BoxOf(10, 4);
     ListShowRow(box, 3);
@@ -41,10 +61,35 @@ TEST(ListBox, ARowIsShownWithNoMoreScrollingThanNeeded) {
     EXPECT_EQ(box.selection, NoRow);
 }
 
+TEST(ListBox, TheWheelScrollsByOneRowAMessage) {
+    ListBox box = BoxOf(10, 4);
+    ListSetTopRow(box, 3);
+    ListScrollByWheel(box, 0);
+    EXPECT_EQ(box.topRow, 3);
+    ListScrollByWheel(box, -1);
+    EXPECT_EQ(box.topRow, 4);
+    ListScrollByWheel(box, 1);
+    EXPECT_EQ(box.topRow, 3);
+    ListScrollByWheel(box, 360);
+    EXPECT_EQ(box.topRow, 2);
+}
+
+TEST(ListBox, WithoutAViewEveryRowCanStandAtTheTop) {
+    ListBox box = BoxOf(10);
+    ListSetTopRow(box, 20);
+    EXPECT_EQ(box.topRow, 9);
+    ListSelect(box, 2);
+    EXPECT_EQ(box.topRow, 2);
+    ListSelect(box, 8);
+    EXPECT_EQ(box.topRow, 2) << "what is shown below the top row is not known";
+}
+
 TEST(ListBox, TheHeightOfARowIsAtLeastOnePixel) {
     ListBox box = BoxOf(3);
     ListSetItemHeight(box, 0);
     EXPECT_EQ(box.itemHeight, 1);
+    EXPECT_EQ(box.visibleRows, 0);
+    EXPECT_EQ(ListBoxFault(box), nullptr);
 }
 
 TEST(ListBox, RowsStandBelowEachOtherFromTheTopRowOn) {

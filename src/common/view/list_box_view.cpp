@@ -328,10 +328,7 @@ void ListBoxView::contextMenuEvent(QContextMenuEvent *event) {
 }
 
 void ListBoxView::wheelEvent(QWheelEvent *event) {
-    const int delta = event->angleDelta().y();
-    if (delta != 0) {
-        ListSetTopRow(box, box.topRow + (delta > 0 ? -1 : 1));
-    }
+    ListScrollByWheel(box, event->angleDelta().y());
     event->accept();
 }
 

@@ -250,10 +250,7 @@ void MainWindow::resizeEvent(QResizeEvent *) {
 }
 
 void MainWindow::wheelEvent(QWheelEvent *event) {
-    const int delta = event->angleDelta().y();
-    if (delta != 0) {
-        ListSetTopRow(MainList, MainList.topRow + (delta > 0 ? -1 : 1));
-    }
+    ListScrollByWheel(MainList, event->angleDelta().y());
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {
