@@ -58,7 +58,13 @@ TEST(ListBox, ARowIsShownWithNoMoreScrollingThanNeeded) {
     EXPECT_EQ(box.topRow, 0);
     ListShowRow(box, 10);
     EXPECT_EQ(box.topRow, 0);
+    ListSetTopRow(box, 2);
+    ListShowRow(box, 3);
+    EXPECT_EQ(box.topRow, 2) << "it is seen already";
     EXPECT_EQ(box.selection, NoRow);
+    ListSetVisibleRows(box, 1);
+    ListShowRow(box, 5);
+    EXPECT_EQ(box.topRow, 5);
 }
 
 TEST(ListBox, TheWheelScrollsByOneRowAMessage) {
@@ -138,6 +144,7 @@ TEST(ListBox, APageIsAtLeastOneRow) {
 
 TEST(ListBox, InAnEmptyListAKeySelectsNothing) {
     EXPECT_EQ(ListRowOfKey(BoxOf(0), ListKey::Home), NoRow);
+    EXPECT_EQ(ListRowOfKey(BoxOf(1), ListKey::Home), 0);
 }
 
 // Types into a list of names; what is selected after each letter.
@@ -222,8 +229,10 @@ TEST(ListBox, AHeldRowScrollsTheListAboveAndBelowTheView) {
     EXPECT_FALSE(ListDragScroll(box, drag, 99, 100));
     EXPECT_FALSE(ListDragScroll(box, drag, 0, 100));
     EXPECT_EQ(box.topRow, 1);
+    ListSetTopRow(box, 3);
     EXPECT_TRUE(ListDragScroll(box, drag, -1, 100));
-    EXPECT_EQ(box.topRow, 0);
+    EXPECT_EQ(box.topRow, 2);
+    ListSetTopRow(box, 0);
     EXPECT_TRUE(ListDragScroll(box, drag, -1, 100)) << "it may go on in vain";
     EXPECT_EQ(box.topRow, 0);
 }
