@@ -9,7 +9,7 @@
 namespace tonewright {
 namespace {
 
-constexpr qsizetype MostBytes = 16 * 1024 * 1024;
+constexpr qsizetype MostBytes = 32 * 1024 * 1024;
 constexpr qsizetype MostBytesOfOne = MostBytes / 16;
 constexpr qsizetype BytesOfAnEntry = 256; // about what a key and an image without pixels take
 

@@ -61,11 +61,11 @@ TEST(KeptPictures, WhatGivesNoPictureIsRememberedToo) {
 TEST(KeptPictures, ALargePictureIsPaintedEachTime) {
     PictureKey key = Key;
     key.width = 5000;
-    const QSize oneMegabyte(512, 512), more(512, 513);
+    const QSize twoMegabytes(512, 1024), more(512, 1025);
     EXPECT_TRUE(IsPainted(key, more));
     EXPECT_TRUE(IsPainted(key, more));
-    EXPECT_TRUE(IsPainted(key, oneMegabyte));
-    EXPECT_FALSE(IsPainted(key, oneMegabyte));
+    EXPECT_TRUE(IsPainted(key, twoMegabytes));
+    EXPECT_FALSE(IsPainted(key, twoMegabytes));
 }
 
 TEST(KeptPictures, ThePictureAskedForLongestAgoGoesFirst) {
@@ -73,13 +73,13 @@ TEST(KeptPictures, ThePictureAskedForLongestAgoGoesFirst) {
     key.width = 6000;
     const auto ask = [&key](int algorithm) {
         key.algorithm = algorithm;
-        return IsPainted(key, {512, 512}); // a megabyte, so that 15 stay
+        return IsPainted(key, {512, 512}); // a megabyte, so that 31 stay
     };
-    for (int algorithm = 0; algorithm < 15; ++algorithm) {
+    for (int algorithm = 0; algorithm < 31; ++algorithm) {
         EXPECT_TRUE(ask(algorithm));
     }
     EXPECT_FALSE(ask(0));
-    EXPECT_TRUE(ask(15));
+    EXPECT_TRUE(ask(31));
     EXPECT_FALSE(ask(0));
     EXPECT_TRUE(ask(1));
 }

@@ -23,13 +23,19 @@ int BeginNumber(QPainter &painter, const Dx7AlgorithmUnits &units) {
     return painter.fontMetrics().horizontalAdvance(QStringLiteral("00  "));
 }
 
-// Whether all strokes of a picture with its origin at x, y lie within `width` by `height` pixels.
+// Loops may leave the rectangle by less than the border within it; a kept picture has room for
+// that.
+int MarginOf(int lineWeight) {
+    return 2 * lineWeight;
+}
+
+// Whether all strokes of a picture with its origin at x, y lie within `area`.
 bool StaysWithin(const Dx7AlgorithmPicture &picture, const Dx7AlgorithmUnits &units, int x, int y,
-                 int lineWeight, int width, int height) {
+                 int lineWeight, const Rectangle &area) {
     const int half = (lineWeight + 1) / 2;
     const auto isInside = [&](const PicturePoint &point) {
-        return x + point.x >= half && x + point.x + half <= width && y + point.y >= half &&
-               y + point.y + half <= height;
+        return x + point.x - half >= area.left && x + point.x + half <= area.right &&
+               y + point.y - half >= area.top && y + point.y + half <= area.bottom;
     };
     const auto boxIsInside = [&](const Dx7AlgorithmBox &box) {
         return isInside(box.corner) &&
@@ -42,26 +48,50 @@ bool StaysWithin(const Dx7AlgorithmPicture &picture, const Dx7AlgorithmUnits &un
            std::ranges::all_of(picture.lines, lineIsInside);
 }
 
-// A picture as an image; null for one that has no line weight or leaves its rectangle.
+// A picture and its margin as an image; null for one that has no lines or needs more room.
 QImage ImageOf(const PictureKey &key) {
     if (key.width <= 0 || key.height <= 0 || key.lineWeight <= 0) {
         return {};
     }
-    QImage image(static_cast<int>(key.width * key.density),
-                 static_cast<int>(key.height * key.density), QImage::Format_RGB32);
-    image.setDevicePixelRatio(key.density);
-    QPainter painter(&image);
+    const auto draw = [&key](QPainter &painter, const Rectangle &area) {
+        DrawDx7Algorithm(painter, area, key.algorithm, QColor::fromRgba(key.ink),
+                         QColor::fromRgba(key.paper), key.lineWeight,
+                         key.withNumber ? ShowAlgorithmNumber : 0);
+    };
+    const auto blank = [&key](int width, int height, QImage::Format format) {
+        QImage image(static_cast<int>(width * key.density), static_cast<int>(height * key.density),
+                     format);
+        image.setDevicePixelRatio(key.density);
+        image.fill(Qt::transparent);
+        return image;
+    };
+    // Texts are smoothed for an opaque ground, so what lies on the paper is painted on one.
+    QImage onPaper = blank(key.width, key.height, QImage::Format_RGB32);
+    QPainter painter(&onPaper);
     const Dx7AlgorithmUnits units = MakeDx7AlgorithmUnits(key.height, key.lineWeight);
     const int border = 2 * key.lineWeight;
     const int originX = border + (key.withNumber ? BeginNumber(painter, units) : 0);
-    if (originX > key.width ||
-        !StaysWithin(MakeDx7AlgorithmPicture(key.algorithm, units), units, originX, border,
-                     key.lineWeight, key.width, key.height)) {
+    const int margin = MarginOf(key.lineWeight);
+    const Rectangle room = {.left = -margin,
+                            .top = -margin,
+                            .right = key.width + margin,
+                            .bottom = key.height + margin};
+    if (originX > key.width || !StaysWithin(MakeDx7AlgorithmPicture(key.algorithm, units), units,
+                                            originX, border, key.lineWeight, room)) {
         return {};
     }
-    DrawDx7Algorithm(painter, {.left = 0, .top = 0, .right = key.width, .bottom = key.height},
-                     key.algorithm, QColor::fromRgba(key.ink), QColor::fromRgba(key.paper),
-                     key.lineWeight, key.withNumber ? ShowAlgorithmNumber : 0);
+    draw(painter, {.left = 0, .top = 0, .right = key.width, .bottom = key.height});
+    painter.end();
+
+    QImage image =
+        blank(key.width + 2 * margin, key.height + 2 * margin, QImage::Format_ARGB32_Premultiplied);
+    painter.begin(&image);
+    draw(painter, {.left = margin,
+                   .top = margin,
+                   .right = margin + key.width,
+                   .bottom = margin + key.height});
+    painter.drawImage(margin, margin, onPaper);
+    painter.end();
     return image;
 }
 
@@ -116,14 +146,18 @@ void DrawKeptDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int alg
                             .paper = background.rgba(),
                             .lineWeight = lineWeight,
                             .withNumber = (flags & ShowAlgorithmNumber) != 0};
+    const int margin = MarginOf(lineWeight);
     QImage picture;
-    if (CoversWholePixels(painter, rectangle)) {
+    if (CoversWholePixels(painter, {.left = rectangle.left - margin,
+                                    .top = rectangle.top - margin,
+                                    .right = rectangle.right + margin,
+                                    .bottom = rectangle.bottom + margin})) {
         picture = KeptPicture(key, [&key] { return ImageOf(key); });
     }
     if (picture.isNull()) {
         DrawDx7Algorithm(painter, rectangle, algorithm, ink, background, lineWeight, flags);
     } else {
-        painter.drawImage(rectangle.left, rectangle.top, picture);
+        painter.drawImage(rectangle.left - margin, rectangle.top - margin, picture);
     }
 }
 
