@@ -1,15 +1,20 @@
-// How long painting takes: an algorithm at the size of a list item, and the whole list.
+// How long painting takes: an algorithm at the size of a list item, anew and kept, and the whole
+// list; and what a list box costs that shows 32 rows or 120,000.
 #include "bench_bank.h"
+#include "common/view/list_box_view.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/view/algorithm_view.h"
+#include "drivers/reface_dx/voice_codec.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
+
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -29,9 +34,20 @@ void DrawAlgorithm(benchmark::State &state) {
 }
 BENCHMARK(DrawAlgorithm)->Unit(benchmark::kMicrosecond);
 
-void RepaintList(benchmark::State &state) {
-    CurrentDriverId = Dx7DriverId;
-    DecodeDx7Bank(MainList, MakeBenchBank());
+void DrawKeptAlgorithm(benchmark::State &state) {
+    QImage image(ListWidth, ItemHeight, QImage::Format_RGB32);
+    QPainter painter(&image);
+    int algorithm = 0;
+    for (auto _ : state) {
+        DrawKeptDx7Algorithm(painter, {280, 4, ListWidth - 24, ItemHeight - 4}, algorithm,
+                             Qt::black, Qt::white, 2, ShowAlgorithmNumber);
+        algorithm = (algorithm + 1) % 32;
+    }
+}
+BENCHMARK(DrawKeptAlgorithm)->Unit(benchmark::kMicrosecond);
+
+// Paints the rows of the main list, as many as a bank has.
+void RepaintMainList(benchmark::State &state) {
     QImage image(ListWidth, ItemHeight * Dx7VoicesPerBank, QImage::Format_RGB32);
     for (auto _ : state) {
         QPainter painter(&image);
@@ -46,7 +62,101 @@ void RepaintList(benchmark::State &state) {
         }
     }
 }
+
+void RepaintList(benchmark::State &state) {
+    CurrentDriverId = Dx7DriverId;
+    DecodeDx7Bank(MainList, MakeBenchBank());
+    RepaintMainList(state);
+}
 BENCHMARK(RepaintList)->Unit(benchmark::kMillisecond);
+
+void RepaintRefaceList(benchmark::State &state) {
+    CurrentDriverId = RefaceDxDriverId;
+    ListReset(MainList);
+    SelectListFonts(MainList, CurrentDriverId);
+    for (int row = 0; row < RefaceVoicesPerBank; ++row) {
+        VoiceObject voice = MakeRefaceVoiceObject();
+        const auto common = MutableRefaceVoiceOf(voice)->common;
+        StoreRefaceName(common.first<RefaceNameSize>(), "VOICE 01");
+        common[RefaceVoice::algorithm] = static_cast<std::uint8_t>(row % 12);
+        ListSetVoice(MainList, ListAdd(MainList), std::move(voice));
+    }
+    RepaintMainList(state);
+}
+BENCHMARK(RepaintRefaceList)->Unit(benchmark::kMillisecond);
+
+// A list box of plain rows, which are named by their number.
+constexpr int PlainRowHeight = 20;
+QString PlainName(int row) {
+    return QStringLiteral("row %1").arg(row, 6, 10, QLatin1Char('0'));
+}
+struct PlainList {
+    explicit PlainList(int rows)
+        : view(box,
+               {.name = PlainName,
+                .paint =
+                    [](const ListRowPainting &painting) {
+                        painting.painter.drawText(painting.area, PlainName(painting.row));
+                    }},
+               nullptr) {
+        ListSetItemHeight(box, PlainRowHeight);
+        view.resize(ListWidth, view.HeightForWholeRows(32 * PlainRowHeight + 2));
+        view.show();
+        QApplication::processEvents(); // what is not exposed is not painted
+        ListBoxFill(box, rows);
+    }
+    ListBox box;
+    ListBoxView view;
+};
+
+void FillListBox(benchmark::State &state) {
+    const int rows = static_cast<int>(state.range(0));
+    PlainList list(rows);
+    for (auto _ : state) {
+        ListBoxFill(list.box, rows);
+    }
+}
+BENCHMARK(FillListBox)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
+
+void InsertAndDeleteARow(benchmark::State &state) {
+    PlainList list(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        ListBoxInsert(list.box, 16);
+        ListBoxDelete(list.box, 16);
+    }
+}
+BENCHMARK(InsertAndDeleteARow)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
+
+void RepaintListBox(benchmark::State &state) {
+    PlainList list(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        list.view.viewport()->repaint();
+    }
+}
+BENCHMARK(RepaintListBox)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
+
+void JumpToTheEndAndBack(benchmark::State &state) {
+    PlainList list(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        for (const ListKey key : {ListKey::End, ListKey::Home}) {
+            ListSelect(list.box, ListRowOfKey(list.box, key));
+            list.view.viewport()->repaint();
+        }
+    }
+}
+BENCHMARK(JumpToTheEndAndBack)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
+
+// The name of the last row, letter by letter: the last letter has to look at every name.
+void TypeTheLastName(benchmark::State &state) {
+    const int rows = static_cast<int>(state.range(0));
+    PlainList list(rows);
+    const QString name = PlainName(rows - 1);
+    for (auto _ : state) {
+        ListSelect(list.box, NoRow);
+        list.view.keyboardSearch(name);
+    }
+}
+BENCHMARK(TypeTheLastName)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace tonewright

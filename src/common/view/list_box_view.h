@@ -25,18 +25,19 @@ struct ListRowPainting {
 
 // What a list box shows, and whom it tells. What is empty is not called.
 struct ListBoxOwner {
-    std::function<QString(int row)> name; // what letters typed look for and screen readers read
-    std::function<void(const ListRowPainting &)> paint;
+    std::function<QString(int row)> name =
+        {}; // what letters typed look for and screen readers read
+    std::function<void(const ListRowPainting &)> paint = {};
     // After a press or release of the left button, and each time the user selects a row.
-    std::function<void()> touched;
-    std::function<void(bool held)> hold; // the left button was pressed on a row, or is let go
-    std::function<void()> clickedAgain;  // pressed and released on the selected row
+    std::function<void()> touched = {};
+    std::function<void(bool held)> hold = {}; // the left button was pressed on a row, or is let go
+    std::function<void()> clickedAgain = {};  // pressed and released on the selected row
     // The left button was released on `to` after it was pressed on `from`; NoRow beside the rows.
-    std::function<void(int from, int to)> drop;
-    std::function<void(int row)> doubleClick;
-    std::function<void(int row)> middlePress;
+    std::function<void(int from, int to)> drop = {};
+    std::function<void(int row)> doubleClick = {};
+    std::function<void(int row)> middlePress = {};
     // The right button was pressed, on a row or beside them, or the menu key.
-    std::function<void(int row, QPoint globalPosition)> menu;
+    std::function<void(int row, QPoint globalPosition)> menu = {};
 };
 
 class ListBoxView : public QListView {
