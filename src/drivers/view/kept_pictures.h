@@ -27,7 +27,7 @@ struct PictureKey {
     bool operator==(const PictureKey &) const = default;
 };
 
-// The picture of `key`, which `paint` makes when it is not kept; a null image is kept too. 16 MB
+// The picture of `key`, which `paint` makes when it is not kept; a null image is kept too. 32 MB
 // are kept at most: those that have not been asked for longest go, and one larger than a sixteenth
 // of that is not kept at all.
 QImage KeptPicture(const PictureKey &key, const std::function<QImage()> &paint);
