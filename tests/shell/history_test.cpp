@@ -121,6 +121,7 @@ TEST_F(History, ADocumentThatIsThereAlreadyGetsThePresentTimeAndKeepsItsPlace) {
     HistoryAdd(nullptr, home.File("old.syx"), 5);
     EXPECT_EQ(Entries(), (Strings{"new.syx", "old.syx"}));
     EXPECT_GE(Times()[1], before); // the time that was given does not count
+    EXPECT_LE(Times()[1], Now());
     EXPECT_EQ(rebuilds, 0);
     // The next rebuild puts it where it belongs.
     HistoryAdd(nullptr, Document("older.syx"), 50);
@@ -298,6 +299,7 @@ TEST_F(History, AMenuItemOpensItsDocumentWithoutADialog) {
     EXPECT_EQ(PendingOpenPath, "");
     EXPECT_EQ(titles, Strings{"Tonewright [ bank.syx ]"});
     EXPECT_GE(Times()[1], Now() - 5);
+    EXPECT_LE(Times()[1], Now());
 }
 
 TEST_F(History, AMenuItemAsksForADirtyDocumentAsOpenDoes) {
@@ -415,6 +417,7 @@ TEST_F(History, ATimeThatIsNoNumberCountsAs0AndMinusOneAsNow) {
     EXPECT_EQ(Times()[1], 7u);
     EXPECT_EQ(Times()[2], 0u);
     EXPECT_GE(Times()[0], Now() - 5);
+    EXPECT_LE(Times()[0], Now());
 }
 
 TEST_F(History, ALineIsReadUpTo259Bytes) {
@@ -443,6 +446,7 @@ TEST_F(History, ALineThatStandsTwiceGivesOneEntryOfThePresentTime) {
     HistoryRead();
     EXPECT_EQ(Entries(), Strings{"a.syx"});
     EXPECT_GE(Times()[0], Now() - 5);
+    EXPECT_LE(Times()[0], Now());
 }
 
 // ---- garbage
