@@ -2,6 +2,7 @@
 #include "cli/voice_file.h"
 
 #include "common/file_bytes.h"
+#include "common/open_file.h"
 #include "common/text.h"
 #include "core/dispatch.h"
 
@@ -64,19 +65,17 @@ std::string UnknownFormatReason() {
 VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
                               std::vector<std::uint8_t> &bytes) {
     errno = 0;
-    auto read = ReadFileBytes(path, format.size);
-    if (!read) {
+    if (!ReadStartOfFile(path, format.size, bytes)) {
         bytes.clear();
         return RefusedFile(std::string("not readable: ") + std::strerror(errno));
     }
-    bytes = std::move(*read);
     // The start of a larger file than the program writes tells how much of it there is to read.
     const std::uint64_t wholeSize = format.wholeSize(bytes);
     if (wholeSize > format.size && bytes.size() == format.size) {
         constexpr std::uint64_t Limit = std::numeric_limits<std::size_t>::max();
-        read = ReadFileBytes(path, static_cast<std::size_t>(std::min(wholeSize, Limit)));
-        if (read) {
-            bytes = std::move(*read);
+        if (auto whole =
+                ReadFileBytes(path, static_cast<std::size_t>(std::min(wholeSize, Limit)))) {
+            bytes = std::move(*whole);
         }
     }
     return format.judge(bytes);

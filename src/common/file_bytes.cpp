@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t FirstPiece = 64 * 1024;
-
 fs::path PathOf(const char *utf8) {
     return fs::path(reinterpret_cast<const char8_t *>(utf8));
 }
@@ -52,28 +50,15 @@ bool LeadsThrough(fs::path path, const fs::path &entry) {
 
 std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit) {
     std::vector<std::uint8_t> bytes;
-    while (bytes.size() < limit) {
-        const std::size_t have = bytes.size();
-        const std::size_t piece = std::min(limit - have, std::max(have, FirstPiece));
-        bytes.resize(have + piece);
-        const std::size_t got = std::fread(bytes.data() + have, 1, piece, file);
-        bytes.resize(have + got);
-        if (got < piece) {
-            break;
-        }
-    }
+    ReadInPieces(limit, bytes, [file](std::uint8_t *place, std::size_t size) {
+        return std::fread(place, 1, size, file);
+    });
     return bytes;
 }
 
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit) {
-    const FilePointer file = OpenFile(path, "rb");
-    if (!file) {
-        return std::nullopt;
-    }
-    // Without a buffer the bytes go where they belong in one call to the system.
-    std::setvbuf(file.get(), nullptr, _IONBF, 0);
-    std::vector<std::uint8_t> bytes = ReadBytesOf(file.get(), limit);
-    if (std::ferror(file.get())) {
+    std::vector<std::uint8_t> bytes;
+    if (!ReadStartOfFile(path, limit, bytes)) {
         return std::nullopt;
     }
     return bytes;

@@ -2,8 +2,12 @@
 // renaming. One implementation file a platform.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <vector>
 
 namespace tonewright {
 
@@ -28,5 +32,25 @@ bool FlushToDisk(std::FILE *file);
 // Gives a file another name, in the place of the file that has it, in one step that is on the disk
 // when it is done. False, with the reason in errno, when it keeps its name.
 bool RenameOver(const char *from, const char *to);
+
+// Replaces `bytes`, whose room is used again, by up to `limit` bytes from the start of a regular
+// file. False, with the reason in errno, when it cannot be opened, as above, or not be read. Memory
+// is taken as the file delivers: a limit beyond its end costs nothing.
+bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes);
+
+// Replaces `bytes` by up to `limit` bytes, in pieces each as long as all before it: read(place,
+// size) gives how many bytes it has written there, fewer than `size` at the end.
+template <typename Read>
+void ReadInPieces(std::size_t limit, std::vector<std::uint8_t> &bytes, Read read) {
+    constexpr std::size_t firstPiece = 64 * 1024;
+    std::size_t have = 0, got = 0, piece = 0;
+    while (have < limit && got == piece) {
+        piece = std::min(limit - have, std::max(have, firstPiece));
+        bytes.resize(have + piece);
+        got = read(bytes.data() + have, piece);
+        have += got;
+    }
+    bytes.resize(have);
+}
 
 } // namespace tonewright

@@ -47,23 +47,36 @@ void GiveTo(int descriptor, const struct stat &model) {
     fchmod(descriptor, given ? mode : mode & ~static_cast<mode_t>(070));
 }
 
+void CloseWithReason(int descriptor, int reason) {
+    close(descriptor);
+    errno = reason;
+}
+
+// A descriptor of a regular file; -1 with the reason in errno.
+int OpenRegularFile(const char *path, int flags) {
+    // Without O_NONBLOCK a pipe would hold the program up before it can be told from a file.
+    const int descriptor = open(path, flags | O_NONBLOCK | O_NOCTTY, Everybody);
+    if (descriptor < 0) {
+        return -1;
+    }
+    if (const int reason = ReasonAgainst(descriptor)) {
+        CloseWithReason(descriptor, reason);
+        return -1;
+    }
+    return descriptor;
+}
+
 } // namespace
 
 FilePointer OpenFile(const char *path, const char *mode) {
-    // Without O_NONBLOCK a pipe would hold the program up before it can be told from a file.
-    const int descriptor = open(path, FlagsOf(mode) | O_NONBLOCK | O_NOCTTY, Everybody);
+    const int descriptor = OpenRegularFile(path, FlagsOf(mode));
     if (descriptor < 0) {
         return nullptr;
     }
-    int reason = ReasonAgainst(descriptor);
-    if (reason == 0) {
-        if (std::FILE *file = fdopen(descriptor, mode)) {
-            return FilePointer(file);
-        }
-        reason = errno;
+    if (std::FILE *file = fdopen(descriptor, mode)) {
+        return FilePointer(file);
     }
-    close(descriptor);
-    errno = reason;
+    CloseWithReason(descriptor, errno);
     return nullptr;
 }
 
@@ -100,6 +113,25 @@ bool RenameOver(const char *from, const char *to) {
         close(descriptor);
     }
     return true;
+}
+
+// Without a stream a file costs one call of the system each for opening, looking at it, reading and
+// closing, which is what thousands of small files in one run are measured by.
+bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes) {
+    const int descriptor = OpenRegularFile(path, O_RDONLY);
+    if (descriptor < 0) {
+        return false;
+    }
+    int reason = 0;
+    ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t size) -> std::size_t {
+        const ssize_t got = read(descriptor, place, size);
+        if (got < 0) {
+            reason = errno;
+        }
+        return got < 0 ? 0 : static_cast<std::size_t>(got);
+    });
+    CloseWithReason(descriptor, reason);
+    return reason == 0;
 }
 
 } // namespace tonewright

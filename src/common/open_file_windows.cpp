@@ -49,4 +49,15 @@ bool RenameOver(const char *from, const char *to) {
     return false;
 }
 
+bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes) {
+    const FilePointer file = OpenFile(path, "rb");
+    if (!file) {
+        return false;
+    }
+    ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t size) {
+        return std::fread(place, 1, size, file.get());
+    });
+    return !std::ferror(file.get());
+}
+
 } // namespace tonewright
