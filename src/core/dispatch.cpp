@@ -18,6 +18,8 @@ constexpr const char *FallbackExtension = "Twl";
 constexpr const char *FallbackDocumentName = "Untitled.Twl";
 constexpr std::size_t TitleLimit = 260;
 
+std::string LastVoiceName; // of the last good voice
+
 int RowCount() {
     return static_cast<int>(SynthDrivers.size());
 }
@@ -122,11 +124,14 @@ int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFo
 }
 
 const char *VoiceObjectName(const VoiceObject &voice) {
-    static std::string cache;
     if (PayloadOf(voice)) {
-        Call(DriverOfId(HeaderOf(voice)->driverId), &SynthDriver::VoiceName, cache, voice);
+        Call(DriverOfId(HeaderOf(voice)->driverId), &SynthDriver::VoiceName, LastVoiceName, voice);
     }
-    return cache.empty() ? "Unknown Voice" : cache.c_str();
+    return LastVoiceName.empty() ? "Unknown Voice" : LastVoiceName.c_str();
+}
+
+void ForgetVoiceName() {
+    LastVoiceName.clear();
 }
 
 int OpenDocument(QWidget *window, VoiceList &list, const char *path, DriverId *driver,

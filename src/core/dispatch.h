@@ -38,6 +38,8 @@ int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFo
 // driverId. A block that is none yields the name of the last good voice; before there was one,
 // "Unknown Voice". The text is valid until the next call.
 const char *VoiceObjectName(const VoiceObject &voice);
+// Forgets the last good voice, as at start.
+void ForgetVoiceName();
 
 // Opens a bank document. The driver is chosen by the path's extension, compared without case with
 // each row's bankExtension; *driver receives its id before the file is read. 0 when no row matches,

@@ -3,6 +3,7 @@
 
 #include "common/folders.h"
 #include "common/settings.h"
+#include "support/put_back.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@ const std::string NoteText = "Note: if you disable this message now, you can re-
 
 // Keeps the request that was run, and answers it.
 struct MessageRecorder {
+    PutBack<Desktop> former{TheDesktop};
     MessageRequest request;
     int runs = 0;
 
@@ -30,11 +32,11 @@ struct MessageRecorder {
             }
         };
     }
-    ~MessageRecorder() { TheDesktop = {}; }
 };
 
 // Records what is played; plays it only if it is the `playable` one or that is empty.
 struct SoundRecorder {
+    PutBack<Desktop> former{TheDesktop};
     std::vector<std::string> tried;
     std::string refused;
 
@@ -44,7 +46,6 @@ struct SoundRecorder {
             return path != refused;
         };
     }
-    ~SoundRecorder() { TheDesktop = {}; }
 };
 
 void UseFolders(const TempFolder &temp) {
@@ -127,7 +128,6 @@ TEST(ShowOnce, HasOneOkButtonAndTheCheckBox) {
 }
 
 TEST(RunMessage, WithoutADialogLeavesTheResultUntouched) {
-    TheDesktop = {};
     MessageRequest request;
     EXPECT_EQ(RunMessage(request), 0);
     EXPECT_NE(AskYesNo(nullptr, "Shall I?"), ResultYes);
@@ -138,7 +138,6 @@ TEST(RunMessage, WithoutADialogLeavesTheResultUntouched) {
 }
 
 TEST(EmptyDesktop, DoesNothingAndAnswersNo) {
-    TheDesktop = {};
     ShowMessage(nullptr, "text");
     EXPECT_FALSE(SetStatusText(nullptr, "text"));
     EXPECT_FALSE(SetProgress(1, 2));
@@ -157,6 +156,7 @@ TEST(EmptyDesktop, DoesNothingAndAnswersNo) {
 }
 
 TEST(FileDialogs, AreCalledWithPathAndDriver) {
+    const PutBack former(TheDesktop);
     std::string log;
     const auto dialog = [&log](const char *name) {
         return [&log, name](QWidget *owner, const std::string &path, std::uint32_t driverId) {
@@ -177,10 +177,10 @@ TEST(FileDialogs, AreCalledWithPathAndDriver) {
     EXPECT_EQ(ChooseSaveFile(SomeWindow, "d", 7), "chosen");
     EXPECT_EQ(ChooseExportFile(SomeWindow, "e", 7), "chosen");
     EXPECT_EQ(log, "open a import b extra c save d export e");
-    TheDesktop = {};
 }
 
 TEST(WaitCursor, IsTakenOffOnEveryWayOut) {
+    const PutBack former(TheDesktop);
     std::vector<bool> calls;
     TheDesktop.WaitCursor = [&calls](bool wait) { calls.push_back(wait); };
     {
@@ -188,7 +188,6 @@ TEST(WaitCursor, IsTakenOffOnEveryWayOut) {
         const WaitCursor inner;
     }
     EXPECT_EQ(calls, (std::vector<bool>{true, true, false, false}));
-    TheDesktop = {};
 }
 
 TEST(PlayEventSound, OfAnEmptyNamePlaysNothingNotEvenTheUsersSound) {

@@ -1,6 +1,7 @@
 // The worker that feeds sounds to the device, with a device that the test plays itself.
 #include "common/sound.h"
 
+#include "support/put_back.h"
 #include "support/sound_bytes.h"
 #include "support/temp_folder.h"
 
@@ -20,6 +21,7 @@ using std::chrono::seconds;
 
 // A device that takes frames in small pieces, as many as the test has given it room for.
 struct FakeDevice {
+    PutBack<SoundDevice> former{TheSoundDevice};
     std::mutex mutex;
     std::condition_variable changed;
     int opens = 0, closes = 0;

@@ -7,6 +7,7 @@
 #include "core/undo_level.h"
 #include "drivers/family_facts.h"
 #include "midi/instruments/builtin_instruments.h"
+#include "support/builtin_midi.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
@@ -373,8 +374,6 @@ TEST_F(DriverFiles, TheWaitCursorIsOnWhileAFileIsReadOrWritten) {
 class DriverTransfers : public testing::Test {
 protected:
     void SetUp() override {
-        TheMidi = MakeBuiltinInstruments({});
-        ResetBuiltinInstruments();
         SysexWait = 1500;
         CurrentMidiChannel = 1;
         TheDesktop.RunMessage = [this](MessageRequest &request) {
@@ -383,11 +382,9 @@ protected:
             request.result = ResultYes;
         };
     }
-    void TearDown() override {
-        ExpectNothingOpen("the end");
-        ResetBuiltinInstruments();
-        TheMidi = {};
-    }
+    void TearDown() override { ExpectNothingOpen("the end"); }
+
+    BuiltinMidi midi;
 
     static BuiltinInstrument InstrumentOf(const SynthDriver &driver) {
         return FactsOf(driver).instrument;

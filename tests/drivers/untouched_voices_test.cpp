@@ -13,6 +13,7 @@
 #include "shell/undo.h"
 #include "shell/voice_commands.h"
 #include "support/bank_bytes.h"
+#include "support/builtin_midi.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
@@ -72,19 +73,12 @@ protected:
         CurrentDriverId = GetParam().id;
         CreateBackups = 0;
         MaxUndoLevel = 10;
-        MainList = {};
-        MainListState = {};
-        TheShellWindow = {};
         UndoInit(nullptr);
         for (std::size_t number = 0; number < 32; ++number) {
             voices.push_back(OddVoice(GetParam(), number));
             ListSetVoice(MainList, ListAdd(MainList), voices.back());
         }
         ListSelect(MainList, 0);
-    }
-    void TearDown() override {
-        UndoEnd();
-        MainList = {};
     }
     const SynthDriver &Row() const { return *DriverOfId(GetParam().id); }
 
@@ -183,18 +177,11 @@ int OutputOf(BuiltinInstrument instrument) {
 class OverMidi : public testing::Test {
 protected:
     void SetUp() override {
-        TheMidi = MakeBuiltinInstruments({});
-        ResetBuiltinInstruments();
         CurrentMidiChannel = 1;
         SysexWait = 1500;
         CreateBackups = 0;
     }
-    void TearDown() override {
-        EXPECT_EQ(OpenBuiltinStreams(), 0);
-        EXPECT_FALSE(BuiltinClockRuns());
-        ResetBuiltinInstruments();
-        TheMidi = {};
-    }
+    BuiltinMidi midi;
 
     // `size` bytes; with 128 numbers, each place takes each of the 128 values once.
     static Bytes SevenBits(std::size_t number, std::size_t size) {

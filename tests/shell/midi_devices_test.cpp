@@ -14,7 +14,6 @@ using Texts = std::vector<std::string>;
 
 class MidiDevicesTest : public testing::Test {
 protected:
-    void TearDown() override { MidiInPort = MidiOutPort = NoMidiDevice; }
     // Two inputs, two outputs, and one device that is both, at index 2.
     void AddDevices() {
         midi.AddInput("Keys");

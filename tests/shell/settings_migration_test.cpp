@@ -2,6 +2,7 @@
 #include "shell/settings_migration.h"
 
 #include "settings_fixture.h"
+#include "support/put_back.h"
 #include "support/scripted_desktop.h"
 
 using namespace tonewright;
@@ -26,6 +27,7 @@ const std::string OldText = ";Tonewright configuration file\n[Tonewright]\n"
 
 // An installation that is found, and what happened to it.
 struct FakeInstallation {
+    PutBack<PreviousInstallation> former{ThePreviousInstallation};
     std::vector<std::string> asked, run;
 
     explicit FakeInstallation(bool exists, bool starts = true) {
@@ -42,7 +44,6 @@ struct FakeInstallation {
                 },
         };
     }
-    ~FakeInstallation() { ThePreviousInstallation = {}; }
 };
 
 } // namespace

@@ -1,5 +1,5 @@
 // The shell's engine without a window: a temporary home, a scripted desktop, a window that records
-// what it is asked for, and the program-wide variables as they are at start.
+// what it is asked for.
 #pragma once
 
 #include "common/folders.h"
@@ -13,6 +13,7 @@
 #include "shell/undo.h"
 #include "support/bank_bytes.h"
 #include "support/driver_rows.h"
+#include "support/put_back.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
@@ -39,48 +40,23 @@ inline const std::string ConfirmSound = "/program/sounds/confirm.wav";
 class ShellTest : public testing::Test {
 protected:
     void SetUp() override {
-        RestoreDriverRows();
         PlatformFolders = {.applicationData = home.path.string(),
                            .documents = home.path.string(),
                            .pictures = home.path.string(),
                            .programs = home.path.string()};
         ApplicationPath = "/program/";
-        CurrentDriverId = NoDriverId;
-        CurrentDocumentPath = "Untitled.Twl";
-        MainList = {};
-        MainItemFonts = {};
-        MidiInPort = MidiOutPort = -1;
-        SynthFirmware = 0;
-        MainListState = {};
-        PendingOpenPath.clear();
         OpenPath = home.Folder();
         OpenExportPath = home.Folder();
         OpenImportPath = "/imports/";
-        RecentDocumentPath.clear();
-        SelectKeyboardName.clear();
         CreateBackups = 0;
-        VerboseRightClickMenu = 1;
         MaxUndoLevel = 3;
-        TheShellWindow = {};
         TheShellWindow.SetTitle = [this](const std::string &title) { titles.push_back(title); };
         TheShellWindow.RepaintList = [this] { ++repaints; };
         TheShellWindow.Raise = [this] { ++raises; };
         TheShellWindow.Close = [this] { ++closes; };
-        ResetCommandState();
         UndoInit(nullptr);
         RefreshCommands();
         RefreshCopy();
-    }
-    void TearDown() override {
-        TheShellWindow = {};
-        MainList = {};
-        UndoEnd();
-        RestoreDriverRows();
-        for (std::string *text : {&OpenPath, &OpenExportPath, &OpenImportPath, &RecentDocumentPath,
-                                  &SelectKeyboardName, &ApplicationPath, &PendingOpenPath}) {
-            text->clear();
-        }
-        CurrentDriverId = NoDriverId;
     }
 
     // Opens a bank of the voices "VOICE 01" to "VOICE 32"; row 0 is selected then. Whatever was
@@ -126,6 +102,7 @@ protected:
         }
     }
 
+    PutBack<ShellWindow> formerWindow{TheShellWindow};
     TempFolder home;
     ScriptedDesktop desktop;
     std::vector<std::string> titles; // given to the window, oldest first

@@ -27,18 +27,12 @@ const std::string SaveQuestion =
 class SynthSelectionTest : public testing::Test {
 protected:
     void SetUp() override {
-        MainListState = {};
-        MainList = {};
         CurrentDriverId = RefaceDxDriverId;
         SelectKeyboardName = RefaceName;
         SelectKeyboardMidiIn = "Keys";
         SelectKeyboardMidiOut = "Module";
         SelectKeyboardAutodetect = 1;
         CurrentMidiChannel = 4;
-    }
-    void TearDown() override {
-        MainList = {};
-        MainListState = {};
     }
     // Two inputs, two outputs, and one device that is both, at index 2.
     void AddDevices() {

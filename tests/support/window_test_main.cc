@@ -1,10 +1,9 @@
 // main() of the window tests: one QApplication for the process, made before the tests run.
-#include <gtest/gtest.h>
+#include "support/run_tests.h"
 
 #include <QApplication>
 
 int main(int argc, char **argv) {
-    testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
@@ -12,5 +11,5 @@ int main(int argc, char **argv) {
     QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return tonewright::RunTests(&argc, argv);
 }

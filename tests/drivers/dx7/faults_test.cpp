@@ -8,6 +8,7 @@
 #include "drivers/dx7/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/bank_bytes.h"
+#include "support/builtin_midi.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -54,14 +55,13 @@ std::string NameIn(const Bytes &editBuffer) {
 // One instrument, a list that holds TestBank and one desktop, for one operation.
 struct Session {
     BuiltinInstrument instrument;
+    BuiltinMidi midi;
     ScriptedDesktop desktop;
     VoiceList list;
     Bytes voice = TestUnpackedVoice();
 
     explicit Session(BuiltinInstrument which, const InstrumentFaults &faults = {})
         : instrument(which) {
-        ResetBuiltinInstruments();
-        TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
         MemoryOf(instrument) = FormerMemory();
         EditBufferOf(instrument) = FormerEdit;
         FaultsOf(instrument) = faults;
@@ -72,7 +72,6 @@ struct Session {
         DecodeDx7Bank(list, bank);
         ListSelect(list, 3);
     }
-    ~Session() { TheMidi = {}; }
 
     int Out() const { return 2 * static_cast<int>(instrument) + 1; }
     int UploadBank() { return Dx7UploadBank(nullptr, list, {Out() - 1, Out()}); }

@@ -7,6 +7,7 @@
 #include "drivers/reface_dx/transfer.h"
 #include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
+#include "support/builtin_midi.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
 
@@ -82,13 +83,12 @@ std::vector<Sources> AllVoices() {
 
 // One instrument, one list of two voices and one desktop, for one operation.
 struct Session {
+    BuiltinMidi midi;
     ScriptedDesktop desktop;
     VoiceList list;
     Bytes memory;
 
     explicit Session(const InstrumentFaults &faults = {}) {
-        ResetBuiltinInstruments();
-        TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
         for (int number = 0; number < Voices; ++number) {
             const Bytes voice = VoiceOf(All(number));
             memory.insert(memory.end(), voice.begin(), voice.end());
@@ -104,7 +104,6 @@ struct Session {
         ListSetVoice(list, ListAdd(list), ObjectOf(VoiceOf(All(GivenVoice + 1))));
         ListSelect(list, 1);
     }
-    ~Session() { TheMidi = {}; }
 
     // Of the simulated clock, since the operation started it.
     static int Milliseconds() { return TheMidi.Pt_Time(); }

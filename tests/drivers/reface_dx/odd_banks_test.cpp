@@ -7,6 +7,7 @@
 #include "drivers/reface_dx/files.h"
 #include "drivers/reface_dx/transfer.h"
 #include "midi/instruments/builtin_instruments.h"
+#include "support/builtin_midi.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -38,20 +39,15 @@ Bytes WithHeader(Bytes bank, std::uint32_t count, std::uint32_t recordSize) {
 
 struct RefaceOddBanks : testing::Test {
     TempFolder folder;
+    BuiltinMidi midi;
     ScriptedDesktop desktop;
     VoiceList list;
 
     RefaceOddBanks() {
-        ResetBuiltinInstruments();
-        TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
         CurrentDriverId = RefaceDxDriverId;
         CreateBackups = 0;
     }
-    ~RefaceOddBanks() override {
-        EXPECT_EQ(OpenBuiltinStreams(), 0);
-        EXPECT_EQ(desktop.busyBoxesOpen, 0);
-        TheMidi = {};
-    }
+    ~RefaceOddBanks() override { EXPECT_EQ(desktop.busyBoxesOpen, 0); }
 
     int Open(const Bytes &file) {
         // A voice of the list before stands for what has to go.

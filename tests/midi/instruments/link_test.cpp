@@ -4,6 +4,7 @@
 
 #include "common/settings.h"
 #include "midi/transport.h"
+#include "support/builtin_midi.h"
 
 #include <array>
 
@@ -15,20 +16,13 @@ constexpr int RefaceInput = 4;
 constexpr int RefaceOutput = 5;
 
 struct Link {
+    BuiltinMidi midi;
     MidiLink link;
     std::array<std::uint8_t, SysexBufferSize> buffer{};
     std::size_t count = 0;
 
-    Link() {
-        TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
-        EXPECT_EQ(MidiLinkOpen(link, true, RefaceInput, RefaceOutput), 1);
-    }
-    ~Link() {
-        MidiLinkClose(link);
-        EXPECT_EQ(OpenBuiltinStreams(), 0);
-        EXPECT_FALSE(BuiltinClockRuns());
-        TheMidi = {};
-    }
+    Link() { EXPECT_EQ(MidiLinkOpen(link, true, RefaceInput, RefaceOutput), 1); }
+    ~Link() { MidiLinkClose(link); }
     Link(const Link &) = delete;
     Link &operator=(const Link &) = delete;
 
@@ -86,7 +80,7 @@ TEST(InstrumentLink, ACutReplyEndsInATimeOut) {
 }
 
 TEST(InstrumentLink, ALinkThatDoesNotOpenLeavesNothingOpen) {
-    TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
+    const BuiltinMidi midi;
     FaultsOf(Reface).outputDoesNotOpen = true;
     MidiLink link;
     EXPECT_EQ(MidiLinkOpen(link, true, RefaceInput, RefaceOutput), 0);
@@ -96,11 +90,10 @@ TEST(InstrumentLink, ALinkThatDoesNotOpenLeavesNothingOpen) {
     EXPECT_EQ(MidiLinkOpen(link, true, RefaceInput, RefaceOutput), 0);
     EXPECT_EQ(OpenBuiltinStreams(), 0);
     EXPECT_FALSE(BuiltinClockRuns());
-    TheMidi = {};
 }
 
 TEST(InstrumentLink, PortsAreFoundByAPartOfTheirNameAndATwinWins) {
-    TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
+    const BuiltinMidi midi;
     MidiPorts ports;
     EXPECT_TRUE(FindPorts({"dx7", "DX7"}, ports));
     EXPECT_EQ(ports.in, 0);
@@ -115,7 +108,6 @@ TEST(InstrumentLink, PortsAreFoundByAPartOfTheirNameAndATwinWins) {
     EXPECT_TRUE(FindPorts({"reface DX", "reface DX"}, ports));
     EXPECT_EQ(ports.in, 6);
     EXPECT_EQ(ports.out, 7);
-    TheMidi = {};
 }
 
 } // namespace

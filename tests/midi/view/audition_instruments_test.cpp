@@ -6,6 +6,7 @@
 #include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/bank_bytes.h"
+#include "support/builtin_midi.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
 
@@ -27,8 +28,6 @@ using Notes = std::vector<int>;
 class AuditionOfInstruments : public testing::Test {
 protected:
     void SetUp() override {
-        TheMidi = MakeBuiltinInstruments({});
-        ResetBuiltinInstruments();
         CurrentMidiChannel = 1;
         AuditionCurrentOctave = 5;
         AuditionCurrentVelocity = 100;
@@ -39,12 +38,7 @@ protected:
             return result;
         };
     }
-    void TearDown() override {
-        EXPECT_EQ(OpenBuiltinStreams(), 0);
-        EXPECT_FALSE(BuiltinClockRuns());
-        ResetBuiltinInstruments();
-        TheMidi = {};
-    }
+    BuiltinMidi midi;
 
     // The device indices of an instrument.
     static int InputOf(BuiltinInstrument instrument) { return 2 * static_cast<int>(instrument); }

@@ -7,6 +7,7 @@
 #include "midi/instruments/builtin_instruments.h"
 #include "shell/command_queue.h"
 #include "shell/view/tool_bar.h"
+#include "support/builtin_midi.h"
 #include "support/reface_bytes.h"
 
 #include <QCheckBox>
@@ -40,21 +41,15 @@ class InstrumentCommands : public WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
-        TheMidi = MakeBuiltinInstruments({});
-        ResetBuiltinInstruments();
         SelectKeyboardName = RefaceName;
         SelectKeyboardAutodetect = 1;
         SysexWait = 1500;
         CurrentMidiChannel = 1;
         DownloadOnOpen = 0;
     }
-    void TearDown() override {
-        EXPECT_EQ(OpenBuiltinStreams(), 0);
-        EXPECT_FALSE(BuiltinClockRuns());
-        EXPECT_EQ(desktop.busyBoxesOpen, 0);
-        ResetBuiltinInstruments();
-        TheMidi = {};
-    }
+    void TearDown() override { EXPECT_EQ(desktop.busyBoxesOpen, 0); }
+
+    BuiltinMidi midi;
 
     // The reface DX found, and nothing recorded of it.
     void FindReface() {

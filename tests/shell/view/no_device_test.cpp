@@ -31,7 +31,6 @@ class NoDevice : public WindowTest, public testing::WithParamInterface<Machine> 
 protected:
     void SetUp() override {
         WindowTest::SetUp();
-        TheMidi = {};
         if (GetParam() == Machine::WithoutDevices) {
             fake.emplace();
         }

@@ -35,8 +35,6 @@ const std::string SaveQuestion =
 class SelectSynthBox : public testing::Test {
 protected:
     void SetUp() override {
-        MainList = {};
-        MainListState = {};
         CurrentDriverId = RefaceDxDriverId;
         SelectKeyboardName = RefaceName;
         SelectKeyboardMidiIn = "Both";
@@ -47,11 +45,6 @@ protected:
         midi.AddOutput("Module");
         midi.AddDevice({.name = "Both", .input = true, .output = true});
     }
-    void TearDown() override {
-        MainList = {};
-        MainListState = {};
-    }
-
     // Opens the box and hands it to `use`, which closes it. The box's result.
     int WithBox(const std::function<void(QDialog &)> &use) {
         int result = 0;

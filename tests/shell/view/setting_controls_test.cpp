@@ -3,6 +3,7 @@
 #include "common/view/up_down.h"
 #include "shell/shell_window.h"
 #include "shell/view/setting_controls.h"
+#include "support/put_back.h"
 
 #include <gtest/gtest.h>
 
@@ -65,7 +66,6 @@ protected:
         BrowseAnswer = "";
         BrowseFolders.clear();
         OpenImportPath = "/imports/";
-        TheShellWindow = {};
         TheShellWindow.SetTitle = [this](const std::string &title) { titles.push_back(title); };
 
         window.resize(400, 500);
@@ -87,10 +87,7 @@ protected:
         browse = Make<QPushButton>(15010);
         fonts = Make<QComboBox>(11);
     }
-    void TearDown() override {
-        TheShellWindow = {};
-        OpenImportPath.clear();
-    }
+    PutBack<ShellWindow> formerWindow{TheShellWindow};
 
     template <typename Widget> Widget *Make(int number) {
         auto *control = new Widget(page);

@@ -1,0 +1,71 @@
+#include "support/reset_program.h"
+
+#include "common/desktop.h"
+#include "common/folders.h"
+#include "common/settings.h"
+#include "common/sound.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "midi/instruments/builtin_instruments.h"
+#include "midi/midi_api.h"
+#include "shell/command_queue.h"
+#include "shell/command_state.h"
+#include "shell/documents.h"
+#include "shell/history.h"
+#include "shell/list_state.h"
+#include "shell/settings_flow.h"
+#include "shell/settings_migration.h"
+#include "shell/shell_window.h"
+#include "shell/undo.h"
+
+#include <QApplication>
+#include <QClipboard>
+
+namespace tonewright {
+namespace {
+
+// Windows that are going, before the variables that they may look at.
+void ResetWindows() {
+    if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        return;
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QApplication::clipboard()->clear();
+    while (QApplication::overrideCursor()) {
+        QApplication::restoreOverrideCursor();
+    }
+    QCoreApplication::sendPostedEvents();
+}
+
+} // namespace
+
+void ResetProgram() {
+    ResetWindows();
+    StopSounds();
+    TheDesktop = {};
+    TheShellWindow = {};
+    TheMidi = {};
+    TheSoundDevice = PlatformSoundDevice();
+    ThePreviousInstallation = {};
+    HistoryMenuChanged = nullptr;
+    PlatformFolders = {};
+    ResetSettings();
+    ResetBuiltinInstruments();
+    CurrentDriverId = NoDriverId;
+    CurrentDocumentPath = "Untitled.Twl";
+    MainList = {};
+    MainItemFonts = {};
+    ForgetVoiceName();
+    MidiInPort = MidiOutPort = -1;
+    SynthFirmware = 0;
+    MainListState = {};
+    PendingOpenPath.clear();
+    ClearPosted();
+    UndoEnd();
+    HistoryEnd();
+    RestartNeeded = false;
+    ResetCommandState();
+    RestoreDriverRows();
+}
+
+} // namespace tonewright
