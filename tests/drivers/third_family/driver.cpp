@@ -23,9 +23,8 @@ namespace {
 using Bytes = std::span<const std::uint8_t>;
 
 constexpr DriverId Id = MakeDriverId("chim");
-constexpr std::size_t NameSize = 4, TunePlace = 4, VoiceSize = 6, MagicSize = 4;
+constexpr std::size_t NameSize = 4, TuneOffset = 4, VoiceSize = 6, MagicSize = 4;
 constexpr int Rows = 8;
-constexpr std::size_t BankSize = MagicSize + Rows * VoiceSize;
 constexpr int HighestTune = 9;
 
 struct Shape {
@@ -51,7 +50,7 @@ VoiceFileReport Judge(Bytes file, const Shape &shape) {
         return RefusedFile("no chimes");
     }
     for (std::size_t index = 0; index < shape.voices; ++index) {
-        if (VoiceAt(file, index)[TunePlace] > HighestTune) {
+        if (VoiceAt(file, index)[TuneOffset] > HighestTune) {
             return {VoiceFileState::Damaged, "a tune that nobody can play"};
         }
     }
@@ -176,7 +175,7 @@ template <const Shape &shape> constexpr VoiceFileFormat MakeFormat(VoiceFileKind
                     static std::string name;
                     const Bytes voice = VoiceAt(file, index);
                     name = MakeVoiceNameText(voice.first(NameSize));
-                    return VoiceLine{name, voice[TunePlace] + 1};
+                    return VoiceLine{name, voice[TuneOffset] + 1};
                 },
             .canBeWritten = IsVoice,
             .canBeSent = IsVoice,

@@ -441,16 +441,13 @@ TEST(Dx7VoiceItem, ANameTooWideForItsBoxEndsInAnEllipsis) {
     EXPECT_TRUE(IsAll(image, QRect(16 + 260, 16, 4, 32), White));
 }
 
-TEST(Dx7VoiceItem, ANameOf260PixelsFitsItsBoxAndOneOf261DoesNot) {
-    ItemFonts fonts = ListFonts();
-    fonts.title.height = 34;
-    const QFont font = FontOfHeight("TIMES NEW ROMAN", 34, 700);
-    const QFontMetrics metrics(font);
-    const auto fits = [&](const std::string &name, int width) {
+// A name in a font of that height that just fits into `width` pixels; empty when none was found.
+std::string NameJustFitting(int height, int width) {
+    const QFontMetrics metrics(FontOfHeight("TIMES NEW ROMAN", height, 700));
+    const auto fits = [&](const std::string &name, int box) {
         const QString text = QString::fromStdString(name);
-        return metrics.elidedText(text, Qt::ElideRight, width) == text;
+        return metrics.elidedText(text, Qt::ElideRight, box) == text;
     };
-    std::array<std::string, 2> names; // which just fit into 260 and 261
     const std::string letters = "WMABCEFLRSabcfgirt";
     for (int wide = 0; wide <= 10; ++wide) {
         for (const char first : letters) {
@@ -458,18 +455,31 @@ TEST(Dx7VoiceItem, ANameOf260PixelsFitsItsBoxAndOneOf261DoesNot) {
                 for (int seconds = 0; seconds <= 10 - wide; ++seconds) {
                     const std::string name = std::string(wide, 'W') + std::string(seconds, second) +
                                              std::string(10 - wide - seconds, first);
-                    const int over = metrics.horizontalAdvance(QString::fromStdString(name)) - 260;
-                    if ((over == 0 || over == 1) && fits(name, 260 + over) &&
-                        !fits(name, 259 + over)) {
-                        names[over] = name;
+                    if (metrics.horizontalAdvance(QString::fromStdString(name)) == width &&
+                        fits(name, width) && !fits(name, width - 1)) {
+                        return name;
                     }
                 }
             }
         }
     }
-    for (const std::string &name : names) {
-        ASSERT_EQ(name.size(), 10u);
-        const QString shown = metrics.elidedText(QString::fromStdString(name), Qt::ElideRight, 260);
+    return {};
+}
+
+// How wide the letters of a height are is the machine's matter; at some height there is a name of
+// each width.
+TEST(Dx7VoiceItem, ANameOf260PixelsFitsItsBoxAndOneOf261DoesNot) {
+    for (const int width : {260, 261}) {
+        ItemFonts fonts = ListFonts();
+        std::string name;
+        for (fonts.title.height = 30; name.empty() && fonts.title.height < 40;) {
+            name = NameJustFitting(++fonts.title.height, width);
+        }
+        ASSERT_EQ(name.size(), 10u) << width;
+        const QFont font = FontOfHeight("TIMES NEW ROMAN", fonts.title.height, 700);
+        const QString shown =
+            QFontMetrics(font).elidedText(QString::fromStdString(name), Qt::ElideRight, 260);
+        EXPECT_EQ(shown == QString::fromStdString(name), width == 260);
         const QImage image = PaintItem(MakeVoice(name, 4), 0, false, Black, White, fonts);
         EXPECT_EQ(image.copy(NameArea), PaintText(font, 16, 16, 44, shown).copy(NameArea)) << name;
     }
