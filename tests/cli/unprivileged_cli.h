@@ -16,18 +16,21 @@ namespace tonewright {
 
 // With these words behind the program's name; expectations of `judge` that fail, fail the test.
 // What runs is a copy, since such a user may be kept out of the folder that the program was built
-// in.
+// in; the same goes for the list of what libraries leak.
 inline void RunCliUnprivileged(std::vector<std::string> arguments,
                                const std::function<void(const ProgramResult &)> &judge) {
     const TempFolder open;
     const std::string program = open.File("tonewright-cli");
+    const std::string leaks = open.File("lsan.supp");
     std::filesystem::copy_file(CliProgram(), program);
-    for (const std::string &path : {open.path.string(), program}) {
+    std::filesystem::copy_file(SourceFile("tests/lsan.supp"), leaks);
+    for (const std::string &path : {open.path.string(), program, leaks}) {
         ASSERT_EQ(chmod(path.c_str(), 0755), 0);
     }
     arguments.insert(arguments.begin(), program);
     RunUnprivileged([&] {
-        unsetenv("LSAN_OPTIONS"); // may name a file in that folder
+        const std::string options = "suppressions=" + leaks + ":print_suppressions=0";
+        setenv("LSAN_OPTIONS", options.c_str(), 1);
         judge(RunProgram(arguments));
     });
 }

@@ -87,6 +87,8 @@ protected:
         browse = Make<QPushButton>(15010);
         fonts = Make<QComboBox>(11);
     }
+    // Given to the main window, oldest first; also while the controls below go.
+    std::vector<std::string> titles;
     PutBack<ShellWindow> formerWindow{TheShellWindow};
 
     template <typename Widget> Widget *Make(int number) {
@@ -115,7 +117,6 @@ protected:
     QLineEdit *channel, *level, *plain, *name, *folder;
     UpDown *channelArrows, *levelArrows;
     QComboBox *byIndex, *byValue, *ownItems, *fonts;
-    std::vector<std::string> titles; // given to the main window, oldest first
 };
 
 TEST_F(SettingControlsTest, ABoolIsACheckBoxBothWays) {
