@@ -4,7 +4,6 @@
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/voice_file.h"
-#include "common/desktop.h"
 #include "common/text.h"
 
 namespace tonewright {
@@ -18,12 +17,6 @@ VoiceFileReport ReadAnyVoiceFile(const char *path, const VoiceFileFormat *format
     return ReadVoiceFile(path, *format, bytes);
 }
 
-// The question that opening the file as a document would ask.
-bool AskForDamaged(const char *path) {
-    return AskYesNo(nullptr, std::string("The data in the document ") + FileNameOfPath(path) +
-                                 " may be damaged.\n\nDo you wish to open it anyway?") == ResultYes;
-}
-
 } // namespace
 
 int CliList(const CliCall &call) {
@@ -34,7 +27,7 @@ int CliList(const CliCall &call) {
         const VoiceFileFormat *format = FormatOfPath(path);
         const VoiceFileReport report = ReadAnyVoiceFile(path, format, bytes);
         if (report.state == VoiceFileState::Refused ||
-            (report.state == VoiceFileState::Damaged && !AskForDamaged(path))) {
+            (report.state == VoiceFileState::Damaged && !AskToOpenDamaged(nullptr, path))) {
             TellError(path, report.reason);
             status = ExitFailed;
             continue;

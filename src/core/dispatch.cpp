@@ -127,7 +127,7 @@ const char *VoiceObjectName(const VoiceObject &voice) {
     if (PayloadOf(voice)) {
         Call(DriverOfId(HeaderOf(voice)->driverId), &SynthDriver::VoiceName, LastVoiceName, voice);
     }
-    return LastVoiceName.empty() ? "Unknown Voice" : LastVoiceName.c_str();
+    return LastVoiceName.empty() ? UnknownVoiceName : LastVoiceName.c_str();
 }
 
 void ForgetVoiceName() {

@@ -36,7 +36,7 @@ int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFo
 
 // The name of a voice (the instrument's bytes, shown as Latin-1) through the row of its own
 // driverId. A block that is none yields the name of the last good voice; before there was one,
-// "Unknown Voice". The text is valid until the next call.
+// UnknownVoiceName. The text is valid until the next call.
 const char *VoiceObjectName(const VoiceObject &voice);
 // Forgets the last good voice, as at start.
 void ForgetVoiceName();

@@ -1,6 +1,7 @@
-// The reports that formats share.
+// The reports and the question that formats share.
 #include "core/voice_file.h"
 
+#include "common/desktop.h"
 #include "common/text.h"
 
 #include <utility>
@@ -14,6 +15,12 @@ VoiceFileReport RefusedFile(std::string reason) {
 VoiceFileReport ShortFile(std::size_t size, std::uint64_t wholeSize) {
     return RefusedFile(
         FormatText("%zu bytes instead of %llu", size, static_cast<unsigned long long>(wholeSize)));
+}
+
+bool AskToOpenDamaged(QWidget *window, const char *path) {
+    return AskYesNo(window, FormatText("The data in the document %s may be damaged.\n\n"
+                                       "Do you wish to open it anyway?",
+                                       FileNameOfPath(path))) == ResultYes;
 }
 
 } // namespace tonewright

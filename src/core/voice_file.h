@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+class QWidget;
+
 namespace tonewright {
 
 enum class VoiceFileKind { Bank, SingleVoice };
@@ -27,6 +29,9 @@ struct VoiceFileReport {
 // A file that is refused, for that reason; and one that is too short.
 VoiceFileReport RefusedFile(std::string reason);
 VoiceFileReport ShortFile(std::size_t size, std::uint64_t wholeSize);
+
+// Asks whether to open a damaged file all the same.
+bool AskToOpenDamaged(QWidget *window, const char *path);
 
 struct VoiceLine {
     std::string_view name; // Latin-1; valid until the next call

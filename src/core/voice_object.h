@@ -77,6 +77,9 @@ std::span<std::uint8_t> MutablePayloadOf(VoiceObject &voice);
 // payloadOffset + payloadSize + extraSize of a block that PayloadOf accepts; 0 for any other.
 std::size_t RecordSizeOf(const VoiceObject &voice);
 
+// What stands for the name of a block that is none.
+constexpr const char *UnknownVoiceName = "Unknown Voice";
+
 // The text of a voice's name, which is a field of at least one byte without a terminator: the bytes
 // without those of 0x20 or below at the end, but for the first, which always stays; a zero byte
 // inside the name ends it.

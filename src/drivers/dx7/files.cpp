@@ -4,9 +4,9 @@
 #include "common/desktop.h"
 #include "common/file_bytes.h"
 #include "common/file_time.h"
-#include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/voice_file.h"
 #include "midi/sysex.h"
 
 #include <algorithm>
@@ -58,12 +58,6 @@ bool IsVoice(std::span<const std::uint8_t> bytes) {
            StartsWith(bytes, VoiceHeader);
 }
 
-bool OpenDamagedFile(QWidget *window, const char *path) {
-    return AskYesNo(window, FormatText("The data in the document %s may be damaged.\n\n"
-                                       "Do you wish to open it anyway?",
-                                       FileNameOfPath(path))) == ResultYes;
-}
-
 // Whether a file may be opened by its verdict; asks when it holds the right message with wrong
 // sums.
 bool IsAccepted(QWidget *window, const char *path, Dx7FileVerdict verdict) {
@@ -77,7 +71,7 @@ bool IsAccepted(QWidget *window, const char *path, Dx7FileVerdict verdict) {
     case Dx7FileVerdict::WrongChecksum:
         break;
     }
-    return OpenDamagedFile(window, path);
+    return AskToOpenDamaged(window, path);
 }
 
 std::size_t BankVoiceOffset(int voice) {

@@ -70,7 +70,7 @@ VoiceLine RefaceLine(std::span<const std::uint8_t> bytes, std::size_t index) {
     const VoiceObject voice{{record.begin(), record.end()}};
     const auto common = RefaceCommonOf(voice);
     if (!common || HeaderOf(voice)->driverId != RefaceDxDriverId) {
-        return {"Unknown Voice", 0};
+        return {UnknownVoiceName, 0};
     }
     return {RefaceNameText(&(*common)[RefaceVoice::name]), (*common)[RefaceVoice::algorithm] + 1};
 }
