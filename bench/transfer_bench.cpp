@@ -31,7 +31,7 @@ bool IsWhole(const VoiceList &list) {
 
 // Both sides of the conversation: 82 messages out, 225 back. Items are voices.
 void DownloadRefaceBank(benchmark::State &state) {
-    UseInstruments(RefaceDxDriverId);
+    UseInstruments(RefaceDriverId);
     VoiceList list;
     for (auto _ : state) {
         if (!RefaceDownloadBank(nullptr, list, {RefaceIn, RefaceOut}) || !IsWhole(list)) {
@@ -45,11 +45,11 @@ BENCHMARK(DownloadRefaceBank)->Unit(benchmark::kMicrosecond);
 
 // 32 waits of 1500 ms, poll by poll.
 void DownloadFromASilentReface(benchmark::State &state) {
-    UseInstruments(RefaceDxDriverId);
+    UseInstruments(RefaceDriverId);
     SysexWait = 1500;
     VoiceList list;
     for (auto _ : state) {
-        FaultsOf(BuiltinInstrument::RefaceDx).silentAfterMessages = 1;
+        FaultsOf(BuiltinInstrument::Reface).silentAfterMessages = 1;
         if (!RefaceDownloadBank(nullptr, list, {RefaceIn, RefaceOut}) || IsWhole(list)) {
             state.SkipWithError("the settings did not arrive, or a voice did");
             break;
@@ -59,7 +59,7 @@ void DownloadFromASilentReface(benchmark::State &state) {
 BENCHMARK(DownloadFromASilentReface)->Unit(benchmark::kMicrosecond);
 
 void UploadRefaceVoice(benchmark::State &state) {
-    UseInstruments(RefaceDxDriverId);
+    UseInstruments(RefaceDriverId);
     VoiceList list;
     RefaceDownloadBank(nullptr, list, {RefaceIn, RefaceOut});
     for (auto _ : state) {

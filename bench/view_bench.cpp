@@ -71,7 +71,7 @@ void RepaintList(benchmark::State &state) {
 BENCHMARK(RepaintList)->Unit(benchmark::kMillisecond);
 
 void RepaintRefaceList(benchmark::State &state) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     ListReset(MainList);
     SelectListFonts(MainList, CurrentDriverId);
     for (int row = 0; row < RefaceVoicesPerBank; ++row) {

@@ -52,7 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return true;
     };
     const std::span<const std::uint8_t> input(data, size);
-    for (const DriverId driver : {Dx7DriverId, RefaceDxDriverId}) {
+    for (const DriverId driver : {Dx7DriverId, RefaceDriverId}) {
         OnTheClipboard.assign(input.begin(), input.end());
         Paste(driver);
 

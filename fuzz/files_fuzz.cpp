@@ -87,11 +87,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         break;
     case 2: {
         const bool decodes = DecodeRefaceBank(decoded, input);
-        OpenAndSave(FuzzFile("input.srx", input), RefaceDxDriverId, decodes, decoded);
+        OpenAndSave(FuzzFile("input.srx", input), RefaceDriverId, decodes, decoded);
         break;
     }
     case 3:
-        ImportAndExport(FuzzFile("input.sr1", input), RefaceDxDriverId, DecodeRefaceVoice(input));
+        ImportAndExport(FuzzFile("input.sr1", input), RefaceDriverId, DecodeRefaceVoice(input));
         break;
     }
     return 0;

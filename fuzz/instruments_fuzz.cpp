@@ -14,7 +14,7 @@ using namespace tonewright;
 namespace {
 
 constexpr std::array<BuiltinInstrument, BuiltinInstrumentCount> All = {
-    BuiltinInstrument::Dx7, BuiltinInstrument::VolcaFm, BuiltinInstrument::RefaceDx};
+    BuiltinInstrument::Dx7, BuiltinInstrument::VolcaFm, BuiltinInstrument::Reface};
 constexpr std::array<std::size_t, BuiltinInstrumentCount> MemorySizes = {4096, 4096, 4800};
 constexpr std::array<std::size_t, BuiltinInstrumentCount> EditBufferSizes = {155, 155, 150};
 

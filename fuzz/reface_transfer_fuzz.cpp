@@ -285,7 +285,7 @@ struct Run {
             return true;
         };
         TheDesktop.CloseBusyBox = [this] { --busyBoxes; };
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         MidiInPort = In;
         MidiOutPort = Out;
         // A voice that the instrument has sent, and a block that is none.
@@ -366,7 +366,7 @@ void Find(Run &run, bool autodetect) {
     const int result = FindCurrentSynth(nullptr);
     run.DemandClosed();
     Demand(MidiInPort == In && MidiOutPort == Out, "the ports are found in any case");
-    Demand(CurrentDriverId == NoDriverId || CurrentDriverId == RefaceDxDriverId, "known or none");
+    Demand(CurrentDriverId == NoDriverId || CurrentDriverId == RefaceDriverId, "known or none");
     if (autodetect) {
         Demand((CurrentDriverId == NoDriverId) || (SynthFirmware >> 16 == 1 && result == 0),
                "an instrument has its version");
@@ -408,7 +408,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const int row : {0, 1}) {
         Run run(arrivals, failingWrite);
         const int result =
-            UploadOneVoice(nullptr, run.list, nullptr, RefaceDxDriverId, {In, Out}, row, 1);
+            UploadOneVoice(nullptr, run.list, nullptr, RefaceDriverId, {In, Out}, row, 1);
         run.WentOn(result, 26, true);
         Demand(run.list.enabled, "the list can be used");
     }

@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     std::vector<std::uint8_t> file(input.begin(), input.end());
     file.resize(std::max(size, RefaceFileHeaderSize));
     std::ranges::copy(std::string_view("TNWRDxrf"), file.begin());
-    WriteLittle32(file, 16, RefaceDxDriverId);
+    WriteLittle32(file, 16, RefaceDriverId);
     DecodeAndEncode(file);
 
     file.insert(file.begin() + RefaceFileHeaderSize, input.begin(), input.end());

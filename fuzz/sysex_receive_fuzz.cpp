@@ -129,8 +129,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     source = {.steps = steps};
     TheMidi = ApiOf(source);
     FoundSynth found;
-    RefaceDxFindSynth(nullptr, found, {}, true);
-    Demand(found.driver == NoDriverId || found.driver == RefaceDxDriverId,
+    RefaceFindSynth(nullptr, found, {}, true);
+    Demand(found.driver == NoDriverId || found.driver == RefaceDriverId,
            "a driver is known or none");
     Demand(found.driver == NoDriverId || found.firmware >= 0x10000,
            "an instrument has its version");

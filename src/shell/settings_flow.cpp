@@ -21,7 +21,7 @@ void CallIfThere(const std::function<void()> &member) {
 bool RestartNeeded = false;
 
 int RunSettings() {
-    CallIfThere(TheShellWindow.ShowSetup);
+    CallIfThere(TheShellWindow.ShowSettings);
     CallIfThere(TheShellWindow.DropBackground);
     RefreshTitle();
     CallIfThere(TheShellWindow.RepaintWindow);

@@ -46,7 +46,7 @@ struct Family {
     std::size_t payload, extra; // bytes
     std::size_t name;           // offset in the payload
 };
-constexpr Family Families[] = {{Dx7DriverId, 156, 0, 145}, {RefaceDxDriverId, 38, 112, 0}};
+constexpr Family Families[] = {{Dx7DriverId, 156, 0, 145}, {RefaceDriverId, 38, 112, 0}};
 
 // Any bytes; over 32 voices each place takes values below, above and far above its range.
 VoiceObject OddVoice(const Family &family, std::size_t number) {
@@ -94,7 +94,7 @@ TEST_P(OddVoices, ComeBackFromVoiceFiles) {
         ASSERT_EQ(Row().ExportVoice(nullptr, MainList, nullptr, path.c_str(), row, 0), 1) << row;
         VoiceObject out;
         ASSERT_EQ(Row().ImportVoice(nullptr, MainList, 0, path.c_str(), &out), 1) << row;
-        const std::size_t header = GetParam().id == RefaceDxDriverId ? 0 : 52; // bytes not kept
+        const std::size_t header = GetParam().id == RefaceDriverId ? 0 : 52; // bytes not kept
         EXPECT_TRUE(std::ranges::equal(std::span(out.bytes).subspan(header),
                                        std::span(voices[row].bytes).subspan(header)))
             << row;
@@ -108,7 +108,7 @@ TEST(OddRefaceDxVoices, ComeBackFromABankFile) {
     // A bank of a DX7 has no room for them.
     const TempFolder folder;
     CreateBackups = 0;
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     VoiceList list;
     Voices voices;
     for (std::size_t number = 0; number < 32; ++number) {
@@ -158,14 +158,14 @@ TEST_P(OddVoices, AreCopiedAndPastedAsTheyAre) {
 
 INSTANTIATE_TEST_SUITE_P(OfBothFamilies, OddVoices, testing::ValuesIn(Families),
                          [](const testing::TestParamInfo<Family> &info) {
-                             return info.param.id == Dx7DriverId ? "Dx7" : "RefaceDx";
+                             return info.param.id == Dx7DriverId ? "Dx7" : "Reface";
                          });
 
 // The instruments. Only bytes of seven bits go over a cable.
 
 constexpr auto Dx7 = BuiltinInstrument::Dx7;
 constexpr auto VolcaFm = BuiltinInstrument::VolcaFm;
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 
 int InputOf(BuiltinInstrument instrument) {
     return 2 * static_cast<int>(instrument);
@@ -193,15 +193,15 @@ protected:
     }
     static VoiceObject RefaceVoice(const Bytes &bytes) {
         const auto all = std::span(bytes);
-        return MakeVoiceObject(RefaceDxDriverId, all.first(38), all.subspan(38));
+        return MakeVoiceObject(RefaceDriverId, all.first(38), all.subspan(38));
     }
     int UploadVoice(BuiltinInstrument instrument, const VoiceObject &voice) {
-        const DriverId driver = instrument == Reface ? RefaceDxDriverId : Dx7DriverId;
+        const DriverId driver = instrument == Reface ? RefaceDriverId : Dx7DriverId;
         return UploadOneVoice(nullptr, list, &voice, driver,
                               {InputOf(instrument), OutputOf(instrument)}, 0, 0);
     }
     int Download() {
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         MidiInPort = InputOf(Reface);
         MidiOutPort = OutputOf(Reface);
         return DownloadCurrent(nullptr, list);
@@ -273,7 +273,7 @@ TEST_F(OverMidi, SettingsThatAreInTheWayOfATransferAreBackBehindIt) {
     EXPECT_EQ(SelectedProgramOf(Reface), 0);
     ASSERT_EQ(UploadVoice(Reface, list.items[9]), 1);
     EXPECT_EQ(SystemSettingsOf(Reface), before);
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     ASSERT_EQ(UploadCurrent(nullptr, list), 1);
     EXPECT_EQ(SystemSettingsOf(Reface), before);
     EXPECT_TRUE(std::ranges::equal(EditBufferOf(Reface), std::span(memory).first(150)))

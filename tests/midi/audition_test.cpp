@@ -223,8 +223,8 @@ TEST_F(Audition, EveryChannelHasItsStatusBytes) {
 TEST_F(Audition, TheUploadGetsListVoicePortsPlaceAndNoPrompts) {
     static std::string received;
     received.clear();
-    RefaceDxRow.UploadVoice = [](QWidget *, VoiceList &list, const VoiceObject *sent,
-                                 MidiPorts ports, int index, std::uint8_t flags) {
+    RefaceRow.UploadVoice = [](QWidget *, VoiceList &list, const VoiceObject *sent, MidiPorts ports,
+                               int index, std::uint8_t flags) {
         received = std::to_string(ListCount(list)) + " rows, " +
                    std::to_string(sent->bytes.size()) + " bytes, " + std::to_string(ports.in) +
                    " to " + std::to_string(ports.out) + ", item " + std::to_string(index) +
@@ -235,13 +235,13 @@ TEST_F(Audition, TheUploadGetsListVoicePortsPlaceAndNoPrompts) {
     ListAdd(list);
     ListAdd(list);
     ListSetVoice(list, 1, voice);
-    auto state = PrepareAudition(&list, nullptr, RefaceDxDriverId, {in, out}, 1);
+    auto state = PrepareAudition(&list, nullptr, RefaceDriverId, {in, out}, 1);
     ASSERT_TRUE(state.has_value());
     EXPECT_TRUE(OpenAudition(*state, nullptr));
     EXPECT_EQ(received, "2 rows, 208 bytes, 0 to 1, item 1, flags 0");
     CloseAudition(*state);
 
-    state = PrepareAudition(nullptr, &voice, RefaceDxDriverId, {in, out}, 0);
+    state = PrepareAudition(nullptr, &voice, RefaceDriverId, {in, out}, 0);
     EXPECT_TRUE(OpenAudition(*state, nullptr));
     EXPECT_EQ(received, "0 rows, 208 bytes, 0 to 1, item 0, flags 0");
     CloseAudition(*state);

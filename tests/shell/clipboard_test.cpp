@@ -185,7 +185,7 @@ TEST_F(Clipboard, AVoiceOfTheOtherDriverReportsAnErrorAndUsesAnUndoLevel) {
     const Bytes reface = Block("xdFR", 38, 112);
     ExpectRefused(reface, "reface DX");
     // The same voice is welcome where it belongs.
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     EXPECT_EQ(ClipboardPaste(nullptr, MainList, 0), 1);
     EXPECT_EQ(ListVoice(MainList, 0)->bytes, reface);
 }

@@ -182,8 +182,8 @@ TEST_F(CommandTest, TheDx7OffersUploadOnlyAsSoonAsTheListHoldsAnItem) {
 }
 
 TEST_F(CommandTest, TheRefaceDxOffersAllButUploadThoughItsRowCanUpload) {
-    RefaceDxRow.UploadBank = [](QWidget *, VoiceList &, MidiPorts) { return 1; };
-    CurrentDriverId = RefaceDxDriverId;
+    RefaceRow.UploadBank = [](QWidget *, VoiceList &, MidiPorts) { return 1; };
+    CurrentDriverId = RefaceDriverId;
     for (int rows = 0; rows < 2; ++rows) {
         RefreshCommands();
         EXPECT_TRUE(CommandAllowed(CommandDownload));
@@ -346,7 +346,7 @@ TEST_F(CommandTest, TheTitleNamesTheProgramAndTheFile) {
 
 TEST_F(CommandTest, TheStatusBarShowsTheInstrument) {
     RefreshStatus();
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     RefreshStatus();
     SynthFirmware = 0x01000203;
     RefreshStatus();
@@ -364,7 +364,7 @@ TEST_F(CommandTest, AChangeByAGestureMarksTheDocument) {
 TEST_F(CommandTest, TheDriverOfTheSettingsBecomesCurrentInAnyCaseOfLetters) {
     SelectKeyboardName = "YAMAHA REFACE dx";
     MainListChanged(1);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(desktop.statusTexts, Strings{"Yamaha reface DX"});
     EXPECT_FALSE(MainListState.dirty);
 }

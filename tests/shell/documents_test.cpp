@@ -205,7 +205,7 @@ TEST_F(OpenTest, ADamagedFileThatIsNotWantedIsReportedAsUnread) {
 }
 
 TEST_F(OpenTest, AFileWithACapitalExtensionOpensWhileTheRefaceDxIsCurrent) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     RefreshCommands();
     EXPECT_TRUE(CommandAllowed(CommandDownload));
     PendingOpenPath = home.Write("BRASS.SYX", TestBank());
@@ -218,7 +218,7 @@ TEST_F(OpenTest, AFileWithACapitalExtensionOpensWhileTheRefaceDxIsCurrent) {
 }
 
 TEST_F(OpenTest, TheDriverFollowsAFileThatCannotBeRead) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     PendingOpenPath = home.WriteText("short.syx", "\xF0\x43");
     desktop.ExpectMessage(ReadError);
     EXPECT_EQ(RunCommand(CommandOpen), 0);
@@ -421,7 +421,7 @@ TEST_F(SaveTest, SaveAsProposesTheNameWithTheDriversExtension) {
         EXPECT_EQ(CurrentDocumentPath, path);
     }
     CurrentDocumentPath = home.File("bank.syx");
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     ExpectSaveDialog(std::nullopt, home.File("bank.srx"));
     EXPECT_EQ(RunCommand(CommandSaveAs), 0);
     CurrentDriverId = NoDriverId;

@@ -542,7 +542,7 @@ TEST_F(History, ThePictureFollowsTheExtension) {
 TEST_F(History, ARowWithoutAPictureIsPassedOver) {
     Dx7Row.documentPicture = 0;
     EXPECT_EQ(DocumentPictureOf("bank.syx"), 8500u);
-    RefaceDxRow.bankExtension = "syx";
+    RefaceRow.bankExtension = "syx";
     EXPECT_EQ(DocumentPictureOf("bank.syx"), 8501u);
 }
 

@@ -12,7 +12,7 @@ protected:
     void SetUp() override {
         ShellTest::SetUp();
         RestartNeeded = false;
-        TheShellWindow.ShowSetup = [this] {
+        TheShellWindow.ShowSettings = [this] {
             EXPECT_TRUE(SomethingIsRunning());
             calls.push_back("sheet");
         };
@@ -51,7 +51,7 @@ TEST_F(SettingsFlowTest, WithoutTheFlagNothingIsToldAndNothingCloses) {
 }
 
 TEST_F(SettingsFlowTest, AChangeOfASettingWithAnAsteriskDoesNotSetTheFlag) {
-    TheShellWindow.ShowSetup = [] { MaxUndoLevel = 12; };
+    TheShellWindow.ShowSettings = [] { MaxUndoLevel = 12; };
     RunCommand(CommandSettings);
     MaxUndoLevel = 3;
     EXPECT_FALSE(RestartNeeded);
@@ -65,7 +65,7 @@ TEST_F(SettingsFlowTest, WithTheFlagMessage142IsShownAndExitIsPosted) {
         .buttons = {"Dismiss"},
         .answer = ResultYes,
         .during = [this](MessageRequest &) { EXPECT_EQ(calls, inOrder); }});
-    TheShellWindow.ShowSetup = [this] {
+    TheShellWindow.ShowSettings = [this] {
         calls.push_back("sheet");
         RestartNeeded = true;
     };

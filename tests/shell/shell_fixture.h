@@ -74,7 +74,7 @@ protected:
     }
 
     static VoiceObject RefaceDxVoice(std::uint8_t mark) {
-        return MakeVoiceObject(RefaceDxDriverId, std::vector<std::uint8_t>(38, mark),
+        return MakeVoiceObject(RefaceDriverId, std::vector<std::uint8_t>(38, mark),
                                std::vector<std::uint8_t>(112, mark));
     }
 

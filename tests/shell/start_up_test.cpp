@@ -101,7 +101,7 @@ TEST_F(FirstWork, TheDriverOfTheSettingsBecomesCurrent) {
     PostFirstCommands();
     EXPECT_EQ(CurrentDriverId, NoDriverId);
     EXPECT_TRUE(RunNextPosted());
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     // Then its instrument is looked for, and is not there.
     EXPECT_TRUE(RunNextPosted());
     EXPECT_EQ(CurrentDriverId, NoDriverId);

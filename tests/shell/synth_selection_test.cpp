@@ -27,7 +27,7 @@ const std::string SaveQuestion =
 class SynthSelectionTest : public testing::Test {
 protected:
     void SetUp() override {
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         SelectKeyboardName = RefaceName;
         SelectKeyboardMidiIn = "Keys";
         SelectKeyboardMidiOut = "Module";
@@ -171,7 +171,7 @@ TEST_F(SynthSelectionTest, UnknownWithOkKeepsTheDriver) {
     SynthSelection selection = Open();
     selection.synths.selected = 0;
     EXPECT_EQ(Accept(selection), 1);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(SelectKeyboardName, "Unknown");
 }
 
@@ -213,7 +213,7 @@ TEST_F(SynthSelectionTest, WhenTheUserWantsToStayNothingIsStored) {
     selection.midiChannel = 9;
     desktop.ExpectYesNoCancel(SaveQuestion, ResultCancel);
     EXPECT_EQ(Accept(selection), 0);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(SelectKeyboardName, RefaceName);
     EXPECT_EQ(SelectKeyboardMidiIn, "Keys");
     EXPECT_EQ(SelectKeyboardAutodetect, 1u);

@@ -278,7 +278,7 @@ Bytes VoicesOf(const Bytes &bank) {
 
 TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileIsDropped) {
     const std::string bank = program.home.Write("bank.srx", TestRefaceBank());
-    const Bytes instrument = MemoryOf(BuiltinInstrument::RefaceDx);
+    const Bytes instrument = MemoryOf(BuiltinInstrument::Reface);
     StartProgram("Yamaha reface DX", {"SelectKeyboardAutodetect = 1"}, {bank});
     ASSERT_NO_FATAL_FAILURE(AwaitDocument("bank.srx"));
     const ScreenPicture rowsBefore = display.Screen(NamesPlace());

@@ -161,16 +161,16 @@ TEST_F(Undo, ALevelComesBackUnderAnotherDriverAsTheVoicesThatItHolds) {
     const auto before = MainList.items;
     UndoPush(nullptr, MainList);
     ListReset(MainList);
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     EXPECT_EQ(UndoPop(nullptr, MainList), 1);
     EXPECT_EQ(MainList.items, before);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_STREQ(VoiceObjectName(*ListVoice(MainList, 4)), "VOICE 05");
 }
 
 TEST_F(Undo, LevelsHoldTheVoicesOfTheOtherFamilyToo) {
     ListReset(MainList);
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     for (int row = 0; row < 32; ++row) {
         ListSetVoice(MainList, ListAdd(MainList), RefaceDxVoice(static_cast<std::uint8_t>(row)));
     }

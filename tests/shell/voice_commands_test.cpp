@@ -455,9 +455,9 @@ TEST_F(Drop, ADamagedVoiceIsAskedAboutAndNoEndsTheDrop) {
 }
 
 TEST_F(Drop, TheVoicesOfTheCurrentDriverAreTakenByTheirExtension) {
-    CurrentDriverId = RefaceDxDriverId;
-    RefaceDxRow.ImportVoice = [](QWidget *, VoiceList &, int index, const char *path,
-                                 VoiceObject *out) {
+    CurrentDriverId = RefaceDriverId;
+    RefaceRow.ImportVoice = [](QWidget *, VoiceList &, int index, const char *path,
+                               VoiceObject *out) {
         Calls.push_back(std::to_string(index) + " " +
                         std::filesystem::path(path).filename().string() + (out ? " out" : ""));
         return 1;
@@ -640,20 +640,20 @@ class FindTest : public VoiceCommand {
 protected:
     void SetUp() override {
         VoiceCommand::SetUp();
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         SelectKeyboardMidiIn = "reface in";
         SelectKeyboardMidiOut = "reface out";
         SelectKeyboardAutodetect = 1;
-        RefaceDxRow.FindSynth = [](QWidget *, FoundSynth &found, const PortNames &names,
-                                   bool autodetect) {
+        RefaceRow.FindSynth = [](QWidget *, FoundSynth &found, const PortNames &names,
+                                 bool autodetect) {
             Calls.push_back(std::string("find ") + names.in + ", " + names.out + ", " +
                             std::to_string(autodetect));
             if (Answer) {
-                found = {RefaceDxDriverId, {7, 8}, 0x01000100};
+                found = {RefaceDriverId, {7, 8}, 0x01000100};
             }
             return Answer;
         };
-        RefaceDxRow.AutoConfigure = [](QWidget *, int midiOut) {
+        RefaceRow.AutoConfigure = [](QWidget *, int midiOut) {
             Calls.push_back("configure " + std::to_string(midiOut));
             return 1;
         };

@@ -7,14 +7,14 @@
 namespace tonewright {
 
 SynthDriver Dx7Row = Dx7Driver;
-SynthDriver RefaceDxRow = RefaceDxDriver;
+SynthDriver RefaceRow = RefaceDriver;
 
-constexpr const SynthDriver *Rows[] = {&Dx7Row, &RefaceDxRow};
+constexpr const SynthDriver *Rows[] = {&Dx7Row, &RefaceRow};
 const std::span<const SynthDriver *const> SynthDrivers = Rows;
 
 void RestoreDriverRows() {
     Dx7Row = Dx7Driver;
-    RefaceDxRow = RefaceDxDriver;
+    RefaceRow = RefaceDriver;
 }
 
 } // namespace tonewright

@@ -9,7 +9,7 @@
 namespace tonewright {
 
 extern SynthDriver Dx7Row;
-extern SynthDriver RefaceDxRow;
+extern SynthDriver RefaceRow;
 
 // Makes both rows equal to the real ones again.
 void RestoreDriverRows();

@@ -12,8 +12,8 @@
 
 namespace tonewright {
 
-constinit const SynthDriver RefaceDxDriver = {
-    .id = RefaceDxDriverId,
+constinit const SynthDriver RefaceDriver = {
+    .id = RefaceDriverId,
     .name = "Yamaha reface DX",
     .bankExtension = "srx",
     .voiceExtension = "sr1",
@@ -30,7 +30,7 @@ constinit const SynthDriver RefaceDxDriver = {
     .bankFormat = &RefaceBankFormat,
     .voiceFormat = &RefaceVoiceFormat,
     .memories = RefaceMemories,
-    .FindSynth = RefaceDxFindSynth,
+    .FindSynth = RefaceFindSynth,
     .OpenBank = RefaceOpenBank,
     .SaveBank = RefaceSaveBank,
     .DrawVoiceItem = VIEW_OPERATION(RefaceDrawVoiceItem),

@@ -5,6 +5,6 @@
 
 namespace tonewright {
 
-extern const SynthDriver RefaceDxDriver;
+extern const SynthDriver RefaceDriver;
 
 } // namespace tonewright

@@ -69,7 +69,7 @@ VoiceLine RefaceLine(std::span<const std::uint8_t> bytes, std::size_t index) {
     const auto record = bytes.subspan(RefaceFileHeaderSize + index * size, size);
     const VoiceObject voice{{record.begin(), record.end()}};
     const auto common = RefaceCommonOf(voice);
-    if (!common || HeaderOf(voice)->driverId != RefaceDxDriverId) {
+    if (!common || HeaderOf(voice)->driverId != RefaceDriverId) {
         return {UnknownVoiceName, 0};
     }
     return {RefaceNameText(&(*common)[RefaceVoice::name]), (*common)[RefaceVoice::algorithm] + 1};
@@ -90,12 +90,12 @@ bool RefaceCameWhole(const VoiceObject *voice) {
 }
 
 bool RefaceCanBeSent(const VoiceObject *voice) {
-    return voice && RefaceVoiceOf(*voice) && HeaderOf(*voice)->driverId == RefaceDxDriverId;
+    return voice && RefaceVoiceOf(*voice) && HeaderOf(*voice)->driverId == RefaceDriverId;
 }
 
 } // namespace
 
-const VoiceFileFormat RefaceBankFormat = {.driver = RefaceDxDriverId,
+const VoiceFileFormat RefaceBankFormat = {.driver = RefaceDriverId,
                                           .kind = VoiceFileKind::Bank,
                                           .size = RefaceBankFileSize,
                                           .wholeSize = RefaceWholeSize<RefaceFileKind::Bank>,
@@ -107,7 +107,7 @@ const VoiceFileFormat RefaceBankFormat = {.driver = RefaceDxDriverId,
                                           .cameWhole = RefaceCameWhole,
                                           .voicesWritten = RefaceVoicesPerBank};
 
-const VoiceFileFormat RefaceVoiceFormat = {.driver = RefaceDxDriverId,
+const VoiceFileFormat RefaceVoiceFormat = {.driver = RefaceDriverId,
                                            .kind = VoiceFileKind::SingleVoice,
                                            .size = RefaceVoiceFileSize,
                                            .wholeSize =

@@ -82,7 +82,7 @@ void AppendHeader(Bytes &file, RefaceFileKind kind, std::size_t voiceCount,
     std::ranges::copy(MagicOf(kind), file.begin());
     WriteLittle32(file, Header::headerSize, RefaceFileHeaderSize);
     WriteLittle32(file, Header::programVersion, VersionNumber);
-    WriteLittle32(file, Header::driverId, RefaceDxDriverId);
+    WriteLittle32(file, Header::driverId, RefaceDriverId);
     WriteLittle32(file, Header::writtenAt, static_cast<std::uint32_t>(std::time(nullptr)));
     WriteLittle32(file, Header::voiceCount, static_cast<std::uint32_t>(voiceCount));
     WriteLittle32(file, Header::recordSize, RefaceVoiceObjectSize);
@@ -111,7 +111,7 @@ bool WriteVoices(const char *path, RefaceFileKind kind, std::span<const VoiceObj
 std::optional<RefaceFileHeader> RefaceHeaderOf(std::span<const std::uint8_t> bytes,
                                                RefaceFileKind kind) {
     if (bytes.size() < RefaceFileHeaderSize ||
-        ReadLittle32(bytes, Header::driverId) != RefaceDxDriverId ||
+        ReadLittle32(bytes, Header::driverId) != RefaceDriverId ||
         !std::ranges::equal(bytes.first(MagicOf(kind).size()), MagicOf(kind),
                             [](std::uint8_t byte, char letter) { return byte == letter; })) {
         return std::nullopt;
@@ -125,7 +125,7 @@ bool DecodeRefaceBank(VoiceList &list, std::span<const std::uint8_t> bytes) {
     if (!header) {
         return false;
     }
-    SelectListFonts(list, RefaceDxDriverId);
+    SelectListFonts(list, RefaceDriverId);
     ListReset(list);
     for (std::uint32_t number = 0; number < header->voiceCount; ++number) {
         auto voice = RecordAt(bytes, *header, number);

@@ -36,7 +36,7 @@ Reply AskIdentity(const MidiLink &link, FoundSynth &found) {
     if (reply[5] == 0x43 && reply[6] == 0x00 && reply[7] == 0x41) {
         found.firmware = FirmwareBase + (std::uint32_t{reply[10]} << 8);
         if (reply[8] == 0x53 && reply[9] == 0x06) {
-            found.driver = RefaceDxDriverId;
+            found.driver = RefaceDriverId;
             return Reply::None;
         }
     }
@@ -78,9 +78,9 @@ Reply RunPass(const char *pattern, FoundSynth &found) {
 
 } // namespace
 
-int RefaceDxFindSynth(QWidget *, FoundSynth &found, const PortNames &names, bool autodetect) {
+int RefaceFindSynth(QWidget *, FoundSynth &found, const PortNames &names, bool autodetect) {
     if (!autodetect) {
-        return FindSynthByName(RefaceDxDriverId, found, names);
+        return FindSynthByName(RefaceDriverId, found, names);
     }
     TheMidi.Pt_Start(MidiClockResolution);
     for (const char *pattern : PortPatterns) {

@@ -10,6 +10,6 @@ namespace tonewright {
 // asked for their identity (universal identity request). The second pass runs also when the first
 // has found the instrument, and may write its own ports; the result is then 0 and the success is in
 // `found`. A reply whose bytes 8 and 9 are 01 00 ends the search with 1, and no driver is written.
-int RefaceDxFindSynth(QWidget *window, FoundSynth &found, const PortNames &names, bool autodetect);
+int RefaceFindSynth(QWidget *window, FoundSynth &found, const PortNames &names, bool autodetect);
 
 } // namespace tonewright

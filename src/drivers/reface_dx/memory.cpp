@@ -9,7 +9,7 @@ namespace {
 using Bytes = std::span<const std::uint8_t>;
 
 VoiceObject RefaceVoiceOfBytes(Bytes bytes) {
-    return MakeVoiceObject(RefaceDxDriverId, bytes.first<RefaceCommonSize>(),
+    return MakeVoiceObject(RefaceDriverId, bytes.first<RefaceCommonSize>(),
                            bytes.subspan<RefaceCommonSize, RefaceOperatorsSize>());
 }
 

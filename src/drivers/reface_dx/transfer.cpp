@@ -216,7 +216,7 @@ int RefaceDownloadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     SetProgress(0, 1);
     for (int index = 0; index < RefaceVoicesPerBank; ++index) {
         DownloadVoice(window, link, list, index);
-        SelectListFonts(list, RefaceDxDriverId);
+        SelectListFonts(list, RefaceDriverId);
         ListSelect(list, 0);
     }
     WriteShort(link.output, ProgramChange, 0, 0);

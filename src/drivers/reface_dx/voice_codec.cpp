@@ -38,7 +38,7 @@ double NumberAtStart(std::string_view text) {
 
 VoiceObject MakeRefaceVoiceObject() {
     constexpr std::array<std::uint8_t, RefaceOperatorsSize> zeros{};
-    return MakeVoiceObject(RefaceDxDriverId, std::span(zeros).first<RefaceCommonSize>(), zeros);
+    return MakeVoiceObject(RefaceDriverId, std::span(zeros).first<RefaceCommonSize>(), zeros);
 }
 
 std::optional<RefaceVoiceParts> RefaceVoiceOf(const VoiceObject &voice) {

@@ -21,8 +21,8 @@
 
 namespace tonewright {
 
-constexpr DriverId RefaceDxDriverId = MakeDriverId("xdFR");
-static_assert(RefaceDxDriverId == 0x52466478);
+constexpr DriverId RefaceDriverId = MakeDriverId("xdFR");
+static_assert(RefaceDriverId == 0x52466478);
 
 constexpr std::size_t RefaceCommonSize = 38;
 constexpr std::size_t RefaceOperatorCount = 4;
@@ -45,11 +45,24 @@ enum : std::size_t {
     portamentoTime,
     pitchBend, // -24 to 24, stored with RefaceTransposeBias
     algorithm, // 0 to 11; shown plus one
-    lfoWave, lfoSpeed, lfoDelay, lfoModDepth,
-    pitchEgRate1, pitchEgRate2, pitchEgRate3, pitchEgRate4,
-    pitchEgLevel1, pitchEgLevel2, pitchEgLevel3, pitchEgLevel4,
-    effect1Type, effect1Param1, effect1Param2,
-    effect2Type, effect2Param1, effect2Param2,
+    lfoWave,
+    lfoSpeed,
+    lfoDelay,
+    lfoModDepth,
+    pitchEgRate1,
+    pitchEgRate2,
+    pitchEgRate3,
+    pitchEgRate4,
+    pitchEgLevel1,
+    pitchEgLevel2,
+    pitchEgLevel3,
+    pitchEgLevel4,
+    effect1Type,
+    effect1Param1,
+    effect1Param2,
+    effect2Type,
+    effect2Param1,
+    effect2Param2,
     reserved2, // three bytes
 };
 static_assert(name + RefaceNameSize == reserved1 && algorithm == 16 && pitchEgRate1 == 21 &&
@@ -60,11 +73,26 @@ static_assert(name + RefaceNameSize == reserved1 && algorithm == 16 && pitchEgRa
 namespace RefaceOperator {
 enum : std::size_t {
     enable = 0,
-    egRate1, egRate2, egRate3, egRate4,
-    egLevel1, egLevel2, egLevel3, egLevel4,
-    kbdRateScaling, kbdLeftDepth, kbdRightDepth, kbdLeftCurve, kbdRightCurve,
-    lfoAmdDepth, lfoPmd, pitchEg,
-    levelVelocitySense, outputLevel, feedbackLevel, feedbackType,
+    egRate1,
+    egRate2,
+    egRate3,
+    egRate4,
+    egLevel1,
+    egLevel2,
+    egLevel3,
+    egLevel4,
+    kbdRateScaling,
+    kbdLeftDepth,
+    kbdRightDepth,
+    kbdLeftCurve,
+    kbdRightCurve,
+    lfoAmdDepth,
+    lfoPmd,
+    pitchEg,
+    levelVelocitySense,
+    outputLevel,
+    feedbackLevel,
+    feedbackType,
     frequencyMode,
     frequencyCoarse, // 0 to 31, whole part
     frequencyFine,   // 0 to 99, hundredths

@@ -10,13 +10,14 @@
 
 namespace tonewright {
 
-enum class BuiltinInstrument { Dx7, VolcaFm, RefaceDx };
+enum class BuiltinInstrument { Dx7, VolcaFm, Reface };
 constexpr int BuiltinInstrumentCount = 3;
 
 // Simulated clock: answers are there at once, Pm_Poll answers for the present millisecond and then
-// moves Pt_Time on by one, and nothing else moves it. Wall clock: bytes take the time of a MIDI line
-// in both directions, a write returns when its last byte is out, and an answer begins 16 ms after
-// the request; so all voices of a reface DX take about three seconds, and a bank for a DX7 one.
+// moves Pt_Time on by one, and nothing else moves it. Wall clock: bytes take the time of a MIDI
+// line in both directions, a write returns when its last byte is out, and an answer begins 16 ms
+// after the request; so all voices of a reface DX take about three seconds, and a bank for a DX7
+// one.
 struct InstrumentsOptions {
     bool simulatedClock = true;
 };

@@ -42,7 +42,7 @@ void FitBlocks(Instrument &instrument) {
 
 const std::array<Instrument, 3> &FactoryInstruments() {
     static const std::array<Instrument, 3> instruments = {
-        MakeInstrument(Dx7Model), MakeInstrument(VolcaFmModel), MakeInstrument(RefaceDxModel)};
+        MakeInstrument(Dx7Model), MakeInstrument(VolcaFmModel), MakeInstrument(RefaceModel)};
     return instruments;
 }
 

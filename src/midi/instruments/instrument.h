@@ -58,7 +58,7 @@ struct InstrumentModel {
 
 extern const InstrumentModel Dx7Model;
 extern const InstrumentModel VolcaFmModel;
-extern const InstrumentModel RefaceDxModel;
+extern const InstrumentModel RefaceModel;
 
 // The DX7, the Volca FM and the reface DX, as they leave the factory.
 const std::array<Instrument, 3> &FactoryInstruments();

@@ -234,7 +234,7 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
 
 } // namespace
 
-const InstrumentModel RefaceDxModel = {
+const InstrumentModel RefaceModel = {
     .portName = "Built-in reface DX",
     .memorySize = VoicesPerInstrument * RefaceVoiceBytes,
     .editBufferSize = RefaceVoiceBytes,

@@ -81,7 +81,7 @@ void FillMenuBar(QMenuBar &bar, std::map<int, QAction *> &actions) {
 
 } // namespace
 
-MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
+MainWindow::MainWindow(WindowSize size, bool readSettings) {
     setObjectName("TonewrightApplication");
     setAttribute(Qt::WA_OpaquePaintEvent);
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
@@ -92,7 +92,7 @@ MainWindow::MainWindow(WindowSize size, bool readConfiguration) {
     backgroundPath = PicturesFile();
     ConnectShell();
     MakeMenus();
-    if (readConfiguration) {
+    if (readSettings) {
         ConfigRead();
     }
     QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
@@ -142,7 +142,7 @@ void MainWindow::ConnectShell() {
     };
     TheShellWindow.Wake = [this] { QTimer::singleShot(0, this, [] { RunNextPosted(); }); };
     TheShellWindow.ShowAboutBox = [this] { ShowAboutBox(this); };
-    TheShellWindow.ShowSetup = [this] { SetupShow(this); };
+    TheShellWindow.ShowSettings = [this] { SetupShow(this); };
     TheShellWindow.DropBackground = [this] { DropBackground(); };
     TheShellWindow.RepaintWindow = [this] { update(); };
     TheShellWindow.RepaintTools = [this] {

@@ -21,9 +21,9 @@ class VoiceListView;
 
 class MainWindow : public QWidget {
 public:
-    // A window of `size` pixels with its frame, centred on the screen, connected to TheShellWindow. Its
-    // creation reads the configuration when `readConfiguration`.
-    MainWindow(WindowSize size, bool readConfiguration);
+    // A window of `size` pixels with its frame, centred on the screen, connected to TheShellWindow.
+    // Its creation reads the settings when `readSettings`.
+    MainWindow(WindowSize size, bool readSettings);
     ~MainWindow() override;
 
     // The two parts that start-up adds once the window stands.
@@ -52,7 +52,7 @@ private:
     void MakeAccelerators();
     void PlaceChildren();
 
-    QMenuBar *menuBar = nullptr;      // children, owned by this widget
+    QMenuBar *menuBar = nullptr; // children, owned by this widget
     ToolBar *toolBar = nullptr;
     QWidget *statusBar = nullptr;
     VoiceListView *list = nullptr;

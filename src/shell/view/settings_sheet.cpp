@@ -67,9 +67,9 @@ QSize PageSize(const PageRow &row, const QFont &font) {
     return page.sizeHint();
 }
 
-class SetupSheet : public QDialog {
+class SettingsSheet : public QDialog {
 public:
-    explicit SetupSheet(QWidget *owner) : QDialog(owner) {
+    explicit SettingsSheet(QWidget *owner) : QDialog(owner) {
         setWindowTitle("Settings");
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
@@ -78,7 +78,7 @@ public:
         const auto first = std::min(SetupPageIndex, LargestPageIndex);
         tabs->setCurrentIndex(static_cast<int>(first)); // there is no page 2: stays on page 0
         ActivatePage(tabs->currentIndex());
-        connect(tabs, &QTabWidget::currentChanged, this, &SetupSheet::ActivatePage);
+        connect(tabs, &QTabWidget::currentChanged, this, &SettingsSheet::ActivatePage);
         FocusFirstControl();
         adjustSize();
         CentreWindow(*this);
@@ -180,7 +180,7 @@ private:
 } // namespace
 
 void SetupShow(QWidget *window) {
-    SetupSheet sheet(window ? window->window() : nullptr);
+    SettingsSheet sheet(window ? window->window() : nullptr);
     sheet.exec();
 }
 

@@ -1,4 +1,4 @@
-// The settings: a sheet of two pages over the keys of the configuration.
+// The settings: a sheet of two pages over the settings.
 #pragma once
 
 #include "shell/view/setting_controls.h"

@@ -408,7 +408,7 @@ TEST_F(Dx7SaveBankTest, PlacesWithoutAVoiceOfThisFamilyBecomeZeroVoices) {
     }
     ListTakeVoice(list, 3);
     const Bytes payload = TestUnpackedVoice();
-    ListSetVoice(list, 5, MakeVoiceObject(RefaceDxDriverId, payload));
+    ListSetVoice(list, 5, MakeVoiceObject(RefaceDriverId, payload));
     VoiceObject wrongMagic = TestVoice();
     wrongMagic.bytes[0] ^= 1;
     ListSetVoice(list, 7, wrongMagic);
@@ -735,7 +735,7 @@ TEST_F(Dx7ExportVoiceTest, AnotherFamilysVoiceOrABrokenBlockLeavesTheFileUntouch
     wrongMagic.bytes[3] ^= 1;
     VoiceObject cut = TestVoice();
     cut.bytes.pop_back();
-    const VoiceObject voices[] = {MakeVoiceObject(RefaceDxDriverId, payload),
+    const VoiceObject voices[] = {MakeVoiceObject(RefaceDriverId, payload),
                                   MakeVoiceObject(NoDriverId, payload),
                                   wrongMagic,
                                   cut,

@@ -169,7 +169,7 @@ TEST_F(Dx7Transfer, BankTellsOfABlockThatIsNoVoiceOfThisFamilyWithoutAName) {
     wrongMagic.bytes[0] = 'x';
     shortPayload.bytes.pop_back(); // runs past its real end
     ListSetVoice(list, 0, wrongMagic);
-    ListSetVoice(list, 1, MakeVoiceObject(RefaceDxDriverId, TestUnpackedVoice()));
+    ListSetVoice(list, 1, MakeVoiceObject(RefaceDriverId, TestUnpackedVoice()));
     ListSetVoice(list, 2, shortPayload);
     ListSetVoice(list, 3, MakeVoiceObject(Dx7DriverId, Bytes(155, 1)));
     EXPECT_EQ(UploadBank(), 1);
@@ -348,7 +348,7 @@ TEST_F(Dx7Transfer, BlockThatIsNoVoiceOfThisFamilyIsSentAsZeros) {
     wrongMagic.bytes[3] = 'x';
     cut.bytes.resize(20);
     const VoiceObject others[] = {wrongMagic, cut,
-                                  MakeVoiceObject(RefaceDxDriverId, TestUnpackedVoice()),
+                                  MakeVoiceObject(RefaceDriverId, TestUnpackedVoice()),
                                   MakeVoiceObject(Dx7DriverId, Bytes(155, 1)), VoiceObject{}};
     for (const VoiceObject &other : others) {
         midi.written.clear();

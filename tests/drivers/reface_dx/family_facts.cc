@@ -3,19 +3,19 @@
 
 namespace tonewright {
 
-extern const FamilyFacts RefaceDxFacts;
-const FamilyFacts RefaceDxFacts = {.id = 0x52466478,
-                                   .name = "Yamaha reface DX",
-                                   .bank = "srx",
-                                   .voice = "sr1",
-                                   .extra = "crg",
-                                   .document = "Untitled.srx",
-                                   .flags = 0x3D,
-                                   .picture = 8501,
-                                   .payloadSize = 38,
-                                   .extraSize = 112,
-                                   .namePlace = 0,
-                                   .instrument = BuiltinInstrument::RefaceDx,
-                                   .port = "Built-in reface DX"};
+extern const FamilyFacts RefaceFacts;
+const FamilyFacts RefaceFacts = {.id = 0x52466478,
+                                 .name = "Yamaha reface DX",
+                                 .bank = "srx",
+                                 .voice = "sr1",
+                                 .extra = "crg",
+                                 .document = "Untitled.srx",
+                                 .flags = 0x3D,
+                                 .picture = 8501,
+                                 .payloadSize = 38,
+                                 .extraSize = 112,
+                                 .namePlace = 0,
+                                 .instrument = BuiltinInstrument::Reface,
+                                 .port = "Built-in reface DX"};
 
 } // namespace tonewright

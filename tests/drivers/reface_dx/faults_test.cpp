@@ -23,7 +23,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 constexpr int In = 4, Out = 5;    // ports of the built-in reface DX
 constexpr int Voices = 32;        // of its memory
 constexpr int Wait = 1500;        // SysexWait
@@ -98,7 +98,7 @@ struct Session {
         SystemSettingsOf(Reface) = UserSettings;
         FaultsOf(Reface) = faults;
         SysexWait = Wait;
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         SynthFirmware = 0x10200;
         ListSetVoice(list, ListAdd(list), ObjectOf(VoiceOf(All(GivenVoice))));
         ListSetVoice(list, ListAdd(list), ObjectOf(VoiceOf(All(GivenVoice + 1))));
@@ -803,8 +803,8 @@ TEST(RefaceFaults, DetectionAgainstEachFault) {
         SCOPED_TRACE(row.name);
         Session session(row.faults);
         FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = 0x77};
-        EXPECT_EQ(RefaceDxFindSynth(nullptr, found, {}, true), 0);
-        EXPECT_EQ(found.driver, row.found ? RefaceDxDriverId : NoDriverId);
+        EXPECT_EQ(RefaceFindSynth(nullptr, found, {}, true), 0);
+        EXPECT_EQ(found.driver, row.found ? RefaceDriverId : NoDriverId);
         EXPECT_EQ(found.ports.in, row.in);
         EXPECT_EQ(found.ports.out, row.out);
         EXPECT_EQ(found.firmware, row.firmware);
@@ -827,7 +827,7 @@ TEST(RefaceFaults, FindingTheCurrentInstrumentAgainstEachFault) {
             // Found by its name an instrument is not asked, so that no fault shows.
             const bool found = row.found || !autodetect;
             EXPECT_EQ(result, autodetect ? 0 : 1);
-            EXPECT_EQ(CurrentDriverId, found ? RefaceDxDriverId : NoDriverId);
+            EXPECT_EQ(CurrentDriverId, found ? RefaceDriverId : NoDriverId);
             EXPECT_EQ(MidiInPort, row.in);
             EXPECT_EQ(MidiOutPort, row.out);
             EXPECT_EQ(SynthFirmware, autodetect ? row.firmware : 0x77u);

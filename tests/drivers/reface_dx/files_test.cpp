@@ -126,7 +126,7 @@ TEST_F(RefaceOpenBankTest, AFileOfTheRightExtensionOpensThroughThisDriver) {
     std::int64_t time = 0;
     const std::string path = folder.Write("BANK.SRX", TestRefaceBank());
     EXPECT_EQ(OpenDocument(nullptr, list, path.c_str(), &driver, &time), 1);
-    EXPECT_EQ(driver, RefaceDxDriverId);
+    EXPECT_EQ(driver, RefaceDriverId);
     EXPECT_STREQ(VoiceObjectName(list.items[31]), "REFACE 32");
 }
 

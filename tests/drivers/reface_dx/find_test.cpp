@@ -20,17 +20,17 @@ using Calls = std::vector<std::string>;
 
 const Bytes IdentityRequest = {0xF0, 0x7E, 0x00, 0x06, 0x01, 0xF7};
 // Version 01.30.
-const Bytes RefaceDxReply = {0xF0, 0x7E, 0x7F, 0x06, 0x02, 0x43, 0x00, 0x41,
-                             0x53, 0x06, 0x03, 0x00, 0x00, 0x7F, 0xF7};
+const Bytes RefaceReply = {0xF0, 0x7E, 0x7F, 0x06, 0x02, 0x43, 0x00, 0x41,
+                           0x53, 0x06, 0x03, 0x00, 0x00, 0x7F, 0xF7};
 
 struct RefaceFind : testing::Test {
     FakeMidi midi;
     FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = 0x11};
     int requests = 0;
 
-    int Detect() { return RefaceDxFindSynth(nullptr, found, {"stored in", "stored out"}, true); }
+    int Detect() { return RefaceFindSynth(nullptr, found, {"stored in", "stored out"}, true); }
     int FindByName(const char *inPattern, const char *outPattern) {
-        return RefaceDxFindSynth(nullptr, found, {inPattern, outPattern}, false);
+        return RefaceFindSynth(nullptr, found, {inPattern, outPattern}, false);
     }
     // Adds an input and an output of one name; the index of the input.
     int AddPair(const std::string &name) {
@@ -62,7 +62,7 @@ struct RefaceFind : testing::Test {
 TEST_F(RefaceFind, ByStoredNamesTakesThePortsAndAsksNothing) {
     AddPair("My reface");
     EXPECT_EQ(FindByName("reface", "REFACE"), 1);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 0);
     EXPECT_EQ(found.ports.out, 1);
     EXPECT_EQ(found.firmware, 0x11u);
@@ -96,9 +96,9 @@ TEST_F(RefaceFind, ByEmptyNamesTakesTheLastPorts) {
 // Detection.
 
 TEST_F(RefaceFind, RecognisesAnInstrumentAndStillAnswersZero) {
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 0);
     EXPECT_EQ(found.ports.out, 1);
     EXPECT_EQ(found.firmware, 0x10300u);
@@ -110,9 +110,9 @@ TEST_F(RefaceFind, RecognisesAnInstrumentAndStillAnswersZero) {
 
 TEST_F(RefaceFind, AsksTheSecondNameWhenThereIsNoFirst) {
     AddPair("Keyboard");
-    AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
+    AnswerAt(AddPair("USB Audio Device"), RefaceReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 2);
     EXPECT_EQ(found.ports.out, 3);
     EXPECT_EQ(found.firmware, 0x10300u);
@@ -120,10 +120,10 @@ TEST_F(RefaceFind, AsksTheSecondNameWhenThereIsNoFirst) {
 }
 
 TEST_F(RefaceFind, EndsWithThePortsOfTheSecondNameAlsoBehindASuccess) {
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     AddPair("USB Audio Device"); // stays silent
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 2);
     EXPECT_EQ(found.ports.out, 3);
     EXPECT_EQ(found.firmware, 0x10300u);
@@ -135,9 +135,9 @@ TEST_F(RefaceFind, EndsWithThePortsOfTheSecondNameAlsoBehindASuccess) {
 }
 
 TEST_F(RefaceFind, TakesTheVersionOfTheLastOneThatAnswers) {
-    Bytes other = RefaceDxReply;
+    Bytes other = RefaceReply;
     other[10] = 0x09;
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     AnswerAt(AddPair("USB Audio Device"), other);
     EXPECT_EQ(Detect(), 0);
     EXPECT_EQ(requests, 2);
@@ -146,7 +146,7 @@ TEST_F(RefaceFind, TakesTheVersionOfTheLastOneThatAnswers) {
 }
 
 TEST_F(RefaceFind, ShowsAByteOfTwoAsVersionOneTwenty) {
-    Bytes reply = RefaceDxReply;
+    Bytes reply = RefaceReply;
     reply[10] = 0x02;
     AnswerAt(AddPair("reface DX"), reply);
     Detect();
@@ -171,10 +171,10 @@ TEST_F(RefaceFind, DetectionLooksPastTheStoredNames) {
 }
 
 TEST_F(RefaceFind, MatchesTheNameAtAnyPlaceAndInAnyCase) {
-    AnswerAt(AddPair("Yamaha REFACE dx MIDI 1"), RefaceDxReply);
+    AnswerAt(AddPair("Yamaha REFACE dx MIDI 1"), RefaceReply);
     AddPair("reface D");
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 0);
 }
 
@@ -197,10 +197,10 @@ TEST_F(RefaceFind, WritesASinglePortButAsksNothing) {
 }
 
 TEST_F(RefaceFind, ASinglePortOfTheSecondNameReplacesItsPartner) {
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     midi.AddOutput("USB Audio Device");
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 0);
     EXPECT_EQ(found.ports.out, 2);
     EXPECT_EQ(requests, 1);
@@ -208,9 +208,9 @@ TEST_F(RefaceFind, ASinglePortOfTheSecondNameReplacesItsPartner) {
 
 TEST_F(RefaceFind, AsksTheLastOfSeveralInstruments) {
     AddPair("reface DX");
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 2);
     EXPECT_EQ(requests, 1);
 }
@@ -218,9 +218,9 @@ TEST_F(RefaceFind, AsksTheLastOfSeveralInstruments) {
 TEST_F(RefaceFind, GoesOnToTheSecondNameWhenTheInputDoesNotOpen) {
     AddPair("reface DX");
     midi.devices[0].opens = false;
-    AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
+    AnswerAt(AddPair("USB Audio Device"), RefaceReply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenInput(0, 512)", "Pm_OpenInput(2, 512)",
                                  "Pm_OpenOutput(3, 0, 0)", "Pm_WriteSysEx(3, 0, F0 7E 00 06 01 F7)",
                                  "Pm_Close(3)", "Pm_Close(2)", "Pt_Stop()"}));
@@ -238,11 +238,11 @@ TEST_F(RefaceFind, ClosesTheInputWhenTheOutputDoesNotOpen) {
 TEST_F(RefaceFind, DoesNotWaitBehindARequestThatFailed) {
     AddPair("reface DX");
     midi.failingWrites = {0};
-    AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
+    AnswerAt(AddPair("USB Audio Device"), RefaceReply);
     midi.recordEverything = true;
     EXPECT_EQ(Detect(), 0);
     EXPECT_EQ(std::ranges::count(midi.calls, "Pm_Poll(0)"), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 2);
 }
 
@@ -260,12 +260,12 @@ TEST_F(RefaceFind, ClosesEverythingWhenEveryRequestFails) {
 }
 
 TEST_F(RefaceFind, JudgesAReplyOfFifteenBytesWithoutAnEnd) {
-    Bytes reply = RefaceDxReply;
+    Bytes reply = RefaceReply;
     reply[14] = 0x00;
     reply.push_back(0x00);
     AnswerAt(AddPair("reface DX"), reply);
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.firmware, 0x10300u);
 }
 
@@ -273,7 +273,7 @@ TEST_F(RefaceFind, DoesNotKnowAReplyBehindANote) {
     const int input = AddPair("reface DX");
     midi.onWrite = [&](const FakeMidi::Message &) {
         midi.SendEventAt(input, 0x00403C90, midi.now);
-        midi.Send(input, RefaceDxReply);
+        midi.Send(input, RefaceReply);
     };
     EXPECT_EQ(Detect(), 0);
     ExpectNothingFound();
@@ -282,13 +282,13 @@ TEST_F(RefaceFind, DoesNotKnowAReplyBehindANote) {
 TEST_F(RefaceFind, DoesNotKnowAReplyBehindANoteThatWasPlayedEarlier) {
     const int input = AddPair("reface DX");
     midi.SendEventAt(input, 0x00403C90, 0);
-    AnswerAt(input, RefaceDxReply);
+    AnswerAt(input, RefaceReply);
     EXPECT_EQ(Detect(), 0);
     ExpectNothingFound();
 }
 
 TEST_F(RefaceFind, KeepsTheVersionOfAnotherInstrumentOfTheMaker) {
-    Bytes reply = RefaceDxReply;
+    Bytes reply = RefaceReply;
     reply[8] = 0x52; // another member of the family
     AnswerAt(AddPair("reface DX"), reply);
     EXPECT_EQ(Detect(), 0);
@@ -298,7 +298,7 @@ TEST_F(RefaceFind, KeepsTheVersionOfAnotherInstrumentOfTheMaker) {
 
 TEST_F(RefaceFind, LooksAtMakerAndFamilyForTheVersion) {
     for (const std::size_t place : {5u, 6u, 7u}) {
-        Bytes reply = RefaceDxReply;
+        Bytes reply = RefaceReply;
         reply[place] = 0x01;
         midi.onWrite = nullptr;
         midi.devices.clear();
@@ -310,7 +310,7 @@ TEST_F(RefaceFind, LooksAtMakerAndFamilyForTheVersion) {
 
 TEST_F(RefaceFind, NeedsBothBytesOfTheMember) {
     for (const std::size_t place : {8u, 9u}) {
-        Bytes reply = RefaceDxReply;
+        Bytes reply = RefaceReply;
         reply[place] = 0x01;
         midi.onWrite = nullptr;
         midi.devices.clear();
@@ -323,7 +323,7 @@ TEST_F(RefaceFind, NeedsBothBytesOfTheMember) {
 TEST_F(RefaceFind, StopsAtTheMemberOneZeroWhateverElseTheReplyHolds) {
     AnswerAt(AddPair("reface DX"), {0xF0, 0x7E, 0x7F, 0x06, 0x02, 0x11, 0x22, 0x33, 0x01, 0x00,
                                     0x05, 0x00, 0x00, 0x00, 0xF7});
-    AnswerAt(AddPair("USB Audio Device"), RefaceDxReply);
+    AnswerAt(AddPair("USB Audio Device"), RefaceReply);
     EXPECT_EQ(Detect(), 1);
     ExpectNothingFound();
     EXPECT_EQ(found.ports.in, 0);
@@ -335,7 +335,7 @@ TEST_F(RefaceFind, StopsAtTheMemberOneZeroWhateverElseTheReplyHolds) {
 }
 
 TEST_F(RefaceFind, StopsAtTheMemberOneZeroOfTheFamilyWithItsVersion) {
-    Bytes reply = RefaceDxReply;
+    Bytes reply = RefaceReply;
     reply[8] = 0x01;
     reply[9] = 0x00;
     AnswerAt(AddPair("USB Audio Device"), reply);
@@ -346,29 +346,29 @@ TEST_F(RefaceFind, StopsAtTheMemberOneZeroOfTheFamilyWithItsVersion) {
 }
 
 TEST_F(RefaceFind, StopsInTheSecondPassAlsoBehindASuccess) {
-    Bytes other = RefaceDxReply;
+    Bytes other = RefaceReply;
     other[5] = 0x00;
     other[8] = 0x01;
     other[9] = 0x00;
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     AnswerAt(AddPair("USB Audio Device"), other);
     EXPECT_EQ(Detect(), 1);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.ports.in, 2);
 }
 
 TEST_F(RefaceFind, DoesNotTakeBytesOfAnEarlierReplyForALaterOne) {
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     AnswerAt(AddPair("USB Audio Device"), {0xF0, 0x7E, 0x7F, 0x06, 0xF7});
     found.firmware = 0;
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
     EXPECT_EQ(found.firmware, 0x10300u);
 }
 
 TEST_F(RefaceFind, IsNotTakenInByAReplyThatIsTooShort) {
     for (std::size_t size = 1; size <= 9; ++size) {
-        Bytes reply(RefaceDxReply.begin(), RefaceDxReply.begin() + static_cast<long>(size));
+        Bytes reply(RefaceReply.begin(), RefaceReply.begin() + static_cast<long>(size));
         reply.back() = 0xF7;
         midi.onWrite = nullptr;
         midi.devices.clear();
@@ -381,15 +381,15 @@ TEST_F(RefaceFind, IsNotTakenInByAReplyThatIsTooShort) {
 TEST_F(RefaceFind, WaitsForTheReplyAsLongAsTheSettingSays) {
     const int input = AddPair("reface DX");
     SysexWait = 1500;
-    midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceDxReply, 1499); };
+    midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceReply, 1499); };
     EXPECT_EQ(Detect(), 0);
-    EXPECT_EQ(found.driver, RefaceDxDriverId);
+    EXPECT_EQ(found.driver, RefaceDriverId);
 }
 
 TEST_F(RefaceFind, DoesNotTakeAReplyAtTheVeryEndOfTheWait) {
     const int input = AddPair("reface DX");
     SysexWait = 1500;
-    midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceDxReply, 1500); };
+    midi.onWrite = [&](const FakeMidi::Message &) { midi.Send(input, RefaceReply, 1500); };
     EXPECT_EQ(Detect(), 0);
     ExpectNothingFound();
 }
@@ -409,7 +409,7 @@ struct FindCurrent : RefaceFind {
 
 TEST_F(FindCurrent, WithoutADriverOnlyForgetsThePorts) {
     CurrentDriverId = NoDriverId;
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     EXPECT_EQ(Find(), 0);
     EXPECT_EQ(CurrentDriverId, NoDriverId);
     EXPECT_EQ(MidiInPort, -1);
@@ -421,7 +421,7 @@ TEST_F(FindCurrent, WithoutADriverOnlyForgetsThePorts) {
 TEST_F(FindCurrent, OfADx7MatchesTheStoredNamesAlsoWithDetectionOn) {
     CurrentDriverId = Dx7DriverId;
     SelectKeyboardAutodetect = 1;
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     AddPair("UM-ONE");
     EXPECT_EQ(Find(), 1);
     EXPECT_EQ(CurrentDriverId, Dx7DriverId);
@@ -433,7 +433,7 @@ TEST_F(FindCurrent, OfADx7MatchesTheStoredNamesAlsoWithDetectionOn) {
 
 TEST_F(FindCurrent, OfADx7ThatIsGoneForgetsDriverAndPorts) {
     CurrentDriverId = Dx7DriverId;
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     EXPECT_EQ(Find(), 0);
     EXPECT_EQ(CurrentDriverId, NoDriverId) << "no other row is tried";
     EXPECT_EQ(MidiInPort, -1);
@@ -441,24 +441,24 @@ TEST_F(FindCurrent, OfADx7ThatIsGoneForgetsDriverAndPorts) {
 }
 
 TEST_F(FindCurrent, OfARefaceAsksWithDetectionOn) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     SelectKeyboardAutodetect = 1;
     AddPair("UM-ONE");
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     EXPECT_EQ(Find(), 0);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(MidiInPort, 2);
     EXPECT_EQ(MidiOutPort, 3);
     EXPECT_EQ(SynthFirmware, 0x10300u);
 }
 
 TEST_F(FindCurrent, OfARefaceTakesTheStoredNamesWithDetectionOff) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     SelectKeyboardAutodetect = 0;
     AddPair("UM-ONE");
-    AnswerAt(AddPair("reface DX"), RefaceDxReply);
+    AnswerAt(AddPair("reface DX"), RefaceReply);
     EXPECT_EQ(Find(), 1);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(MidiInPort, 0);
     EXPECT_EQ(MidiOutPort, 1);
     EXPECT_EQ(SynthFirmware, 0x22u);
@@ -466,7 +466,7 @@ TEST_F(FindCurrent, OfARefaceTakesTheStoredNamesWithDetectionOff) {
 }
 
 TEST_F(FindCurrent, OfARefaceThatIsGoneForgetsTheDriver) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     SelectKeyboardAutodetect = 1;
     EXPECT_EQ(Find(), 0);
     EXPECT_EQ(CurrentDriverId, NoDriverId);

@@ -21,7 +21,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 constexpr int In = 4, Out = 5; // ports of the built-in reface DX
 constexpr std::uint32_t Huge = 0xFFFFFFFF;
 
@@ -44,7 +44,7 @@ struct RefaceOddBanks : testing::Test {
     VoiceList list;
 
     RefaceOddBanks() {
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         CreateBackups = 0;
     }
     ~RefaceOddBanks() override { EXPECT_EQ(desktop.busyBoxesOpen, 0); }

@@ -122,7 +122,7 @@ struct RefaceTransferTest : testing::Test {
     Traffic traffic;
 
     RefaceTransferTest() {
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         SynthFirmware = 0;
         SysexWait = 1500;
         CurrentMidiChannel = 1;

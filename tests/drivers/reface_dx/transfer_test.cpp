@@ -620,7 +620,7 @@ TEST_F(RefaceUploadBankTest, ToASilentInstrumentSaysInvalidSystemCommonAndLeaves
 TEST_F(RefaceTransferTest, VoiceGoesThroughTheRowOfItsDriver) {
     CurrentDriverId = NoDriverId;
     const VoiceObject voice = Crystal();
-    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDxDriverId, {in, out}, 0, 0), 1);
+    EXPECT_EQ(UploadOneVoice(nullptr, list, &voice, RefaceDriverId, {in, out}, 0, 0), 1);
     EXPECT_EQ(traffic, VoiceUpload(CrystalSent));
 }
 

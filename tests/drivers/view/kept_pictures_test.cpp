@@ -35,7 +35,7 @@ TEST(KeptPictures, EachPictureIsPaintedOnce) {
     EXPECT_TRUE(IsPainted(Key));
     EXPECT_FALSE(IsPainted(Key));
     std::vector<PictureKey> others(9, Key);
-    others[0].family = RefaceDxDriverId;
+    others[0].family = RefaceDriverId;
     others[1].algorithm = 4;
     others[2].width = 31;
     others[3].height = 21;

@@ -6,7 +6,7 @@
 namespace tonewright {
 namespace {
 
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 InstrumentFaults &Faults() {
     return FaultsOf(Reface);
 }

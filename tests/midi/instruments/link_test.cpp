@@ -11,7 +11,7 @@
 namespace tonewright {
 namespace {
 
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 constexpr int RefaceInput = 4;
 constexpr int RefaceOutput = 5;
 

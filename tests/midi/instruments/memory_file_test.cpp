@@ -11,7 +11,7 @@ namespace {
 
 constexpr auto Dx7 = BuiltinInstrument::Dx7;
 constexpr auto Volca = BuiltinInstrument::VolcaFm;
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 
 // Name, three instruments of state, memory, edit buffer and settings, check.
 constexpr std::size_t FileSize = 8 + 2 * (3 + 4096 + 155) + (3 + 4800 + 150 + 32) + 4;

@@ -8,7 +8,7 @@ namespace tonewright {
 namespace {
 
 constexpr auto Dx7 = BuiltinInstrument::Dx7;
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 
 // How many bytes of a system-exclusive message an event carries: up to F7, four at most.
 int BytesOf(std::uint32_t word) {

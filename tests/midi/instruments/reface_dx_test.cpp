@@ -8,7 +8,7 @@
 namespace tonewright {
 namespace {
 
-constexpr auto Reface = BuiltinInstrument::RefaceDx;
+constexpr auto Reface = BuiltinInstrument::Reface;
 
 // 38 and 28 bytes that are all different from block to block.
 Bytes TestCommon() {
@@ -29,7 +29,7 @@ Bytes TestVoice() {
     return TestCommon() + TestOperator(0) + TestOperator(1) + TestOperator(2) + TestOperator(3);
 }
 
-TEST(RefaceDxInstrument, SaysWhatItIs) {
+TEST(RefaceInstrument, SaysWhatItIs) {
     Cable cable(Reface);
     EXPECT_EQ(cable.Send(IdentityRequest), 0);
     EXPECT_EQ(cable.Messages(), std::vector<Bytes>{IdentityReply});
@@ -37,7 +37,7 @@ TEST(RefaceDxInstrument, SaysWhatItIs) {
     EXPECT_EQ(cable.Messages(), std::vector<Bytes>{IdentityReply});
 }
 
-TEST(RefaceDxInstrument, PacksASysexMessageFourBytesToAnEventWithF7InTheLast) {
+TEST(RefaceInstrument, PacksASysexMessageFourBytesToAnEventWithF7InTheLast) {
     Cable cable(Reface);
     cable.Send(IdentityRequest);
     EXPECT_EQ(cable.Words(),
@@ -50,7 +50,7 @@ TEST(RefaceDxInstrument, PacksASysexMessageFourBytesToAnEventWithF7InTheLast) {
     EXPECT_EQ(words[4], 0x7F0043F0u); // the next message begins an event of its own
 }
 
-TEST(RefaceDxInstrument, IgnoresIdentityRequestsOfOtherFormsAndDevices) {
+TEST(RefaceInstrument, IgnoresIdentityRequestsOfOtherFormsAndDevices) {
     Cable cable(Reface);
     cable.Send({0xF0, 0x7E, 0x01, 0x06, 0x01, 0xF7});
     cable.Send({0xF0, 0x7E, 0x00, 0x06, 0x02, 0xF7});
@@ -60,7 +60,7 @@ TEST(RefaceDxInstrument, IgnoresIdentityRequestsOfOtherFormsAndDevices) {
     EXPECT_TRUE(cable.Words().empty());
 }
 
-TEST(RefaceDxInstrument, GivesItsSettingsWithCountAndChecksum) {
+TEST(RefaceInstrument, GivesItsSettingsWithCountAndChecksum) {
     Cable cable(Reface);
     cable.Send(SystemRequest);
     const Bytes expected = {
@@ -80,7 +80,7 @@ TEST(RefaceDxInstrument, GivesItsSettingsWithCountAndChecksum) {
     EXPECT_EQ(cable.Messages(), std::vector<Bytes>{expected});
 }
 
-TEST(RefaceDxInstrument, GivesTheVoiceOfItsEditBufferInSevenMessages) {
+TEST(RefaceInstrument, GivesTheVoiceOfItsEditBufferInSevenMessages) {
     Cable cable(Reface);
     EditBufferOf(Reface) = TestVoice();
     cable.Send(VoiceRequest);
@@ -106,7 +106,7 @@ TEST(RefaceDxInstrument, GivesTheVoiceOfItsEditBufferInSevenMessages) {
     EXPECT_EQ(messages[2].size(), 41u);
 }
 
-TEST(RefaceDxInstrument, GivesTheFirstVoiceOfTheFactoryByteForByte) {
+TEST(RefaceInstrument, GivesTheFirstVoiceOfTheFactoryByteForByte) {
     Cable cable(Reface);
     cable.Send(VoiceRequest);
     const Bytes common = {'R', 'o', 's', 'e', ' ', 'T', 'i', 'n', 'e', ' ', 0,   0,   40,
@@ -130,7 +130,7 @@ TEST(RefaceDxInstrument, GivesTheFirstVoiceOfTheFactoryByteForByte) {
                                 }));
 }
 
-TEST(RefaceDxInstrument, HasThirtyTwoFactoryVoicesWithEveryValueInItsRange) {
+TEST(RefaceInstrument, HasThirtyTwoFactoryVoicesWithEveryValueInItsRange) {
     const Bytes &memory = MemoryOf(Reface);
     ASSERT_EQ(memory.size(), 32u * 150);
     std::set<Bytes> names;
@@ -174,7 +174,7 @@ TEST(RefaceDxInstrument, HasThirtyTwoFactoryVoicesWithEveryValueInItsRange) {
     EXPECT_EQ(voices.size(), 32u);
 }
 
-TEST(RefaceDxInstrument, AProgramChangeSelectsTheVoiceThatIsGiven) {
+TEST(RefaceInstrument, AProgramChangeSelectsTheVoiceThatIsGiven) {
     Cable cable(Reface);
     cable.SendShort(0x1FC0); // program 31
     EXPECT_EQ(SelectedProgramOf(Reface), 31);
@@ -188,7 +188,7 @@ TEST(RefaceDxInstrument, AProgramChangeSelectsTheVoiceThatIsGiven) {
     EXPECT_EQ(SelectedProgramOf(Reface), 0);
 }
 
-TEST(RefaceDxInstrument, FollowsProgramChangesOnlyOnItsReceiveChannel) {
+TEST(RefaceInstrument, FollowsProgramChangesOnlyOnItsReceiveChannel) {
     Cable cable(Reface);
     cable.SendShort(0x03C9); // channel 10, while it receives all
     EXPECT_EQ(SelectedProgramOf(Reface), 3);
@@ -199,7 +199,7 @@ TEST(RefaceDxInstrument, FollowsProgramChangesOnlyOnItsReceiveChannel) {
     EXPECT_EQ(SelectedProgramOf(Reface), 4);
 }
 
-TEST(RefaceDxInstrument, FollowsNoProgramChangeWithMidiControlOffButStillSounds) {
+TEST(RefaceInstrument, FollowsNoProgramChangeWithMidiControlOffButStillSounds) {
     Cable cable(Reface);
     cable.Send({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x0E, 0x00, 0xF7});
     cable.SendShort(0x04C0);
@@ -208,7 +208,7 @@ TEST(RefaceDxInstrument, FollowsNoProgramChangeWithMidiControlOffButStillSounds)
     EXPECT_EQ(SoundingNotesOf(Reface), std::vector<int>{0x3C});
 }
 
-TEST(RefaceDxInstrument, SoundsNotesUntilTheyEnd) {
+TEST(RefaceInstrument, SoundsNotesUntilTheyEnd) {
     Cable cable(Reface);
     cable.SendShort(0x644390);
     cable.SendShort(0x643C90);
@@ -221,7 +221,7 @@ TEST(RefaceDxInstrument, SoundsNotesUntilTheyEnd) {
     EXPECT_TRUE(SoundingNotesOf(Reface).empty());
 }
 
-TEST(RefaceDxInstrument, TakesEverySettingAtItsAddress) {
+TEST(RefaceInstrument, TakesEverySettingAtItsAddress) {
     Cable cable(Reface);
     const auto set = [&](std::uint8_t address, const Bytes &data) {
         cable.Send(Bytes{0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, address} + data +
@@ -242,7 +242,7 @@ TEST(RefaceDxInstrument, TakesEverySettingAtItsAddress) {
     EXPECT_EQ(SystemSettingsOf(Reface), expected + Bytes(20, 0));
 }
 
-TEST(RefaceDxInstrument, RefusesSettingsThatARealOneRefuses) {
+TEST(RefaceInstrument, RefusesSettingsThatARealOneRefuses) {
     Cable cable(Reface);
     const Bytes before = SystemSettingsOf(Reface);
     const std::vector<Bytes> refused = {
@@ -269,7 +269,7 @@ TEST(RefaceDxInstrument, RefusesSettingsThatARealOneRefuses) {
     EXPECT_TRUE(cable.Words().empty());
 }
 
-TEST(RefaceDxInstrument, AnswersNoRequestForAnotherDeviceModelOrAddress) {
+TEST(RefaceInstrument, AnswersNoRequestForAnotherDeviceModelOrAddress) {
     Cable cable(Reface);
     cable.Send({0xF0, 0x43, 0x21, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x00, 0xF7});
     cable.Send({0xF0, 0x43, 0x20, 0x7F, 0x1C, 0x04, 0x00, 0x00, 0x00, 0xF7});
@@ -280,7 +280,7 @@ TEST(RefaceDxInstrument, AnswersNoRequestForAnotherDeviceModelOrAddress) {
     EXPECT_TRUE(cable.Words().empty());
 }
 
-TEST(RefaceDxInstrument, TakesAVoiceBetweenHeaderAndFooterIntoItsEditBuffer) {
+TEST(RefaceInstrument, TakesAVoiceBetweenHeaderAndFooterIntoItsEditBuffer) {
     Cable cable(Reface);
     const Bytes memory = MemoryOf(Reface);
     const Bytes before = EditBufferOf(Reface);
@@ -296,7 +296,7 @@ TEST(RefaceDxInstrument, TakesAVoiceBetweenHeaderAndFooterIntoItsEditBuffer) {
     EXPECT_TRUE(cable.Words().empty());
 }
 
-TEST(RefaceDxInstrument, TakesNoBlocksOutsideHeaderAndFooter) {
+TEST(RefaceInstrument, TakesNoBlocksOutsideHeaderAndFooter) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     cable.Send(CommonDump(TestCommon()));
@@ -310,7 +310,7 @@ TEST(RefaceDxInstrument, TakesNoBlocksOutsideHeaderAndFooter) {
     EXPECT_EQ(EditBufferOf(Reface), before);
 }
 
-TEST(RefaceDxInstrument, AFailedBlockLeavesThatPartOfTheVoice) {
+TEST(RefaceInstrument, AFailedBlockLeavesThatPartOfTheVoice) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     Bytes wrongSum = CommonDump(TestCommon());
@@ -330,7 +330,7 @@ TEST(RefaceDxInstrument, AFailedBlockLeavesThatPartOfTheVoice) {
     EXPECT_EQ(EditBufferOf(Reface), Bytes(before.begin(), before.begin() + 122) + TestOperator(3));
 }
 
-TEST(RefaceDxInstrument, RefusesBlocksOfTheWrongLength) {
+TEST(RefaceInstrument, RefusesBlocksOfTheWrongLength) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     Bytes shortCommon = TestCommon();
@@ -352,7 +352,7 @@ Bytes BlockAt(std::uint8_t model, const Bytes &address, const Bytes &data) {
            summed + Bytes{SumByte(summed), 0xF7};
 }
 
-TEST(RefaceDxInstrument, RefusesBlocksOfAnotherModelOrLowAddress) {
+TEST(RefaceInstrument, RefusesBlocksOfAnotherModelOrLowAddress) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     ASSERT_EQ(BlockAt(0x05, {0x31, 0x01, 0x00}, TestOperator(1)), OperatorDump(1, TestOperator(1)));
@@ -367,7 +367,7 @@ TEST(RefaceDxInstrument, RefusesBlocksOfAnotherModelOrLowAddress) {
     EXPECT_EQ(EditBufferOf(Reface), before);
 }
 
-TEST(RefaceDxInstrument, AHeaderWithDataBeginsNoVoice) {
+TEST(RefaceInstrument, AHeaderWithDataBeginsNoVoice) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     cable.Send(BlockAt(0x05, {0x0E, 0x0F, 0x00}, {0x00}));
@@ -376,7 +376,7 @@ TEST(RefaceDxInstrument, AHeaderWithDataBeginsNoVoice) {
     EXPECT_EQ(EditBufferOf(Reface), before);
 }
 
-TEST(RefaceDxInstrument, AFooterWithDataEndsNoVoice) {
+TEST(RefaceInstrument, AFooterWithDataEndsNoVoice) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     cable.Send(VoiceHeader);
@@ -387,7 +387,7 @@ TEST(RefaceDxInstrument, AFooterWithDataEndsNoVoice) {
     EXPECT_EQ(EditBufferOf(Reface), TestCommon() + Bytes(before.begin() + 38, before.end()));
 }
 
-TEST(RefaceDxInstrument, AWrongFooterDoesNotEndAVoice) {
+TEST(RefaceInstrument, AWrongFooterDoesNotEndAVoice) {
     Cable cable(Reface);
     const Bytes before = EditBufferOf(Reface);
     Bytes wrongFooter = VoiceFooter;
@@ -400,7 +400,7 @@ TEST(RefaceDxInstrument, AWrongFooterDoesNotEndAVoice) {
     EXPECT_EQ(Bytes(EditBufferOf(Reface).begin(), EditBufferOf(Reface).begin() + 38), TestCommon());
 }
 
-TEST(RefaceDxInstrument, KeepsBytesThatMeanNothing) {
+TEST(RefaceInstrument, KeepsBytesThatMeanNothing) {
     Cable cable(Reface);
     Bytes common = TestCommon();
     common[10] = 0x55;
@@ -414,13 +414,13 @@ TEST(RefaceDxInstrument, KeepsBytesThatMeanNothing) {
     EXPECT_EQ(messages[1], CommonDump(common));
 }
 
-TEST(RefaceDxInstrument, RealTimeBytesInsideAMessageDoNotDisturbIt) {
+TEST(RefaceInstrument, RealTimeBytesInsideAMessageDoNotDisturbIt) {
     Cable cable(Reface);
     cable.Send({0xF0, 0x7E, 0xF8, 0x00, 0x06, 0xFE, 0x01, 0xF7});
     EXPECT_EQ(cable.Messages(), std::vector<Bytes>{IdentityReply});
 }
 
-TEST(RefaceDxInstrument, AChannelMessageBreaksASysexMessageOff) {
+TEST(RefaceInstrument, AChannelMessageBreaksASysexMessageOff) {
     Cable cable(Reface);
     cable.midi.Pm_Write(cable.output, {0x06007EF0, 0});
     cable.SendShort(0x05C0);
@@ -429,7 +429,7 @@ TEST(RefaceDxInstrument, AChannelMessageBreaksASysexMessageOff) {
     EXPECT_EQ(SelectedProgramOf(Reface), 5);
 }
 
-TEST(RefaceDxInstrument, TakesASysexMessageInWordsOfFourBytes) {
+TEST(RefaceInstrument, TakesASysexMessageInWordsOfFourBytes) {
     Cable cable(Reface);
     cable.midi.Pm_Write(cable.output, {0x06007EF0, 0});
     cable.midi.Pm_Write(cable.output, {0x000000F8, 0}); // a clock tick between
@@ -437,7 +437,7 @@ TEST(RefaceDxInstrument, TakesASysexMessageInWordsOfFourBytes) {
     EXPECT_EQ(cable.Messages(), std::vector<Bytes>{IdentityReply});
 }
 
-TEST(RefaceDxInstrument, ShortMessagesWithDataAboveSevenBitsAreDropped) {
+TEST(RefaceInstrument, ShortMessagesWithDataAboveSevenBitsAreDropped) {
     Cable cable(Reface);
     cable.SendShort(0x81C0);
     cable.SendShort(0x80BC90);
@@ -445,7 +445,7 @@ TEST(RefaceDxInstrument, ShortMessagesWithDataAboveSevenBitsAreDropped) {
     EXPECT_TRUE(SoundingNotesOf(Reface).empty());
 }
 
-TEST(RefaceDxInstrument, AnEndlessMessageIsDroppedAndTheNextOneHeard) {
+TEST(RefaceInstrument, AnEndlessMessageIsDroppedAndTheNextOneHeard) {
     Cable cable(Reface);
     cable.midi.Pm_Write(cable.output, {0x010101F0, 0});
     for (int i = 0; i < 100000; ++i) {

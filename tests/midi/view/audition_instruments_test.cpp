@@ -108,7 +108,7 @@ TEST_F(AuditionOfInstruments, ANoteThatIsHeldAtTheCloseIsSilencedAndTheFirstProg
 }
 
 TEST_F(AuditionOfInstruments, ARefaceDxIsPlayedAndGetsItsSettingsBack) {
-    constexpr auto instrument = BuiltinInstrument::RefaceDx;
+    constexpr auto instrument = BuiltinInstrument::Reface;
     const auto settings = SystemSettingsOf(instrument);
     std::vector<std::uint8_t> received;
     TheMidi.Pm_WriteSysEx = [&, write = TheMidi.Pm_WriteSysEx](auto... arguments) {
@@ -117,7 +117,7 @@ TEST_F(AuditionOfInstruments, ARefaceDxIsPlayedAndGetsItsSettingsBack) {
         return result;
     };
     EXPECT_TRUE(
-        WithBox(instrument, VoiceObject{TestRefaceBlock(3)}, RefaceDxDriverId, [&](QDialog &box) {
+        WithBox(instrument, VoiceObject{TestRefaceBlock(3)}, RefaceDriverId, [&](QDialog &box) {
             EXPECT_EQ(OpenBuiltinStreams(), 1);
             QTest::mousePress(Key(box, 504), Qt::LeftButton);
             EXPECT_EQ(SoundingNotesOf(instrument), Notes{64});
@@ -130,13 +130,13 @@ TEST_F(AuditionOfInstruments, ARefaceDxIsPlayedAndGetsItsSettingsBack) {
 }
 
 TEST_F(AuditionOfInstruments, ASilentRefaceDxIsToldByItsDriverAndThenByTheBoxWhichCloses) {
-    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
     desktop.ExpectMessage("Invalid system common.");
     desktop.ExpectMessage("The selected voice could not be uploaded.");
     const VoiceObject played = {TestRefaceBlock(3)};
-    EXPECT_EQ(AuditionBox(
-                  nullptr, nullptr, &played, RefaceDxDriverId,
-                  {InputOf(BuiltinInstrument::RefaceDx), OutputOf(BuiltinInstrument::RefaceDx)}, 0),
+    EXPECT_EQ(AuditionBox(nullptr, nullptr, &played, RefaceDriverId,
+                          {InputOf(BuiltinInstrument::Reface), OutputOf(BuiltinInstrument::Reface)},
+                          0),
               1);
 }
 

@@ -151,7 +151,7 @@ TEST_F(FileDialog, FiltersAndExtensionAreTheDrivers) {
             EXPECT_TRUE(stood);
         };
         expect(Dx7DriverId, kind.dx7Filters, kind.dx7Extension);
-        expect(RefaceDxDriverId, kind.refaceFilters, kind.refaceExtension);
+        expect(RefaceDriverId, kind.refaceFilters, kind.refaceExtension);
         expect(NoDriverId, {all}, "Twl");
     }
 }

@@ -53,9 +53,9 @@ protected:
 
     // The reface DX found, and nothing recorded of it.
     void FindReface() {
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         RunCommand(CommandFind);
-        ASSERT_EQ(CurrentDriverId, RefaceDxDriverId);
+        ASSERT_EQ(CurrentDriverId, RefaceDriverId);
         ForgetRecords();
     }
     void FindDx7() {
@@ -128,7 +128,7 @@ TEST_F(InstrumentCommands, EachDriverAllowsItsCommandsWithVoicesAndWithout) {
     } rows[] = {
         {NoDriverId, {}, {}},
         {Dx7DriverId, {}, {CommandUpload}},
-        {RefaceDxDriverId,
+        {RefaceDriverId,
          {CommandDownload, CommandFind, CommandConfigure},
          {CommandDownload, CommandFind, CommandConfigure}},
     };
@@ -150,7 +150,7 @@ TEST_F(InstrumentCommands, DownloadFillsAnEmptyListWithTheVoicesOfTheInstrument)
     EXPECT_FALSE(window->MenuAction(CommandSave)->isEnabled());
     Trigger(CommandDownload);
     EXPECT_EQ(ListCount(MainList), 32);
-    EXPECT_EQ(ListedVoices(), MemoryOf(BuiltinInstrument::RefaceDx));
+    EXPECT_EQ(ListedVoices(), MemoryOf(BuiltinInstrument::Reface));
     EXPECT_EQ(Names(0, 2), (Strings{"Rose Tine", "Glass Key", "Soft Reed"}));
     EXPECT_EQ(MainList.selection, 0);
     EXPECT_EQ(MainList.itemHeight, 48);
@@ -184,7 +184,7 @@ TEST_F(InstrumentCommands, DownloadByTheToolBarReplacesTheBankAndUndoBringsItBac
     FindReface();
     ListSelect(MainList, 7);
     ClickTool(CommandDownload);
-    EXPECT_EQ(ListedVoices(), MemoryOf(BuiltinInstrument::RefaceDx));
+    EXPECT_EQ(ListedVoices(), MemoryOf(BuiltinInstrument::Reface));
     EXPECT_EQ(MainList.selection, 0);
     EXPECT_EQ(UndoCount(), 1);
     EXPECT_TRUE(MainListState.dirty);
@@ -244,7 +244,7 @@ TEST_F(InstrumentCommands, UnsavedChangesAreAskedAboutBeforeADownload) {
 TEST_F(InstrumentCommands, ADownloadFromASilentInstrumentKeepsTheListAndCostsALevel) {
     OpenRefaceBank();
     FindReface();
-    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
     desktop.ExpectMessage("Invalid system common.");
     Trigger(CommandDownload);
     desktop.ExpectNothingLeft();
@@ -262,15 +262,15 @@ TEST_F(InstrumentCommands, ADownloadThroughAPortThatDoesNotOpenFailsInSilence) {
     for (const bool input : {true, false}) {
         OpenRefaceBank();
         FindReface();
-        (input ? FaultsOf(BuiltinInstrument::RefaceDx).inputDoesNotOpen
-               : FaultsOf(BuiltinInstrument::RefaceDx).outputDoesNotOpen) = true;
+        (input ? FaultsOf(BuiltinInstrument::Reface).inputDoesNotOpen
+               : FaultsOf(BuiltinInstrument::Reface).outputDoesNotOpen) = true;
         Trigger(CommandDownload);
         EXPECT_EQ(NameAt(0), "REFACE 01");
         EXPECT_FALSE(MainListState.dirty);
         EXPECT_TRUE(desktop.sounds.empty());
         EXPECT_TRUE(desktop.messages.empty());
         EXPECT_TRUE(desktop.busyTexts.empty());
-        FaultsOf(BuiltinInstrument::RefaceDx) = {};
+        FaultsOf(BuiltinInstrument::Reface) = {};
     }
 }
 
@@ -335,7 +335,7 @@ TEST_F(InstrumentCommands, TheContextMenuUploadsTheClickedVoiceToTheRefaceDx) {
     }));
     desktop.ExpectNothingLeft();
     const Bytes block = TestRefaceBlock(3);
-    EXPECT_EQ(EditBufferOf(BuiltinInstrument::RefaceDx), Bytes(block.begin() + 52, block.end()));
+    EXPECT_EQ(EditBufferOf(BuiltinInstrument::Reface), Bytes(block.begin() + 52, block.end()));
     EXPECT_EQ(desktop.busyTexts, Strings{"Uploading REFACE 04"});
     EXPECT_EQ(desktop.sounds.size(), 1u);
     EXPECT_EQ(UndoCount(), 0);
@@ -348,11 +348,11 @@ TEST_F(InstrumentCommands, AFailedUploadToTheRefaceDxIsToldByTheDriverAndByTheCo
     OpenRefaceBank();
     FindReface();
     ListSelect(MainList, 3);
-    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
     desktop.ExpectMessage("Invalid system common.");
     desktop.ExpectMessage("There has been an error uploading REFACE 04");
     EXPECT_EQ(RunUserCommand(CommandUploadVoice), 0);
-    FaultsOf(BuiltinInstrument::RefaceDx) = {.inputDoesNotOpen = true};
+    FaultsOf(BuiltinInstrument::Reface) = {.inputDoesNotOpen = true};
     desktop.ExpectMessage("There has been an error uploading REFACE 04");
     EXPECT_EQ(RunUserCommand(CommandUploadVoice), 0);
     desktop.ExpectNothingLeft();
@@ -387,8 +387,8 @@ TEST_F(InstrumentCommands, UploadOfAVoiceToTheDx7AsksForTheBankFirstAndForTheSav
 }
 
 TEST_F(InstrumentCommands, ASilentRefaceDxIsNotRecognized) {
-    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
-    CurrentDriverId = RefaceDxDriverId;
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
+    CurrentDriverId = RefaceDriverId;
     RunCommand(CommandFind);
     EXPECT_EQ(CurrentDriverId, NoDriverId);
     EXPECT_EQ(desktop.statusTexts.back(), Unrecognized);
@@ -407,7 +407,7 @@ TEST_F(InstrumentCommands, SelectSynthesizerGoesFromTheDx7ToTheRefaceDx) {
                             EXPECT_EQ(synth->currentText().toStdString(), RefaceName);
                             EXPECT_TRUE(box.findChild<QCheckBox *>("control_102")->isChecked());
                         }));
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(MidiInPort, 4);
     EXPECT_EQ(MidiOutPort, 5);
     EXPECT_EQ(ListCount(MainList), 0);
@@ -422,10 +422,10 @@ TEST_F(InstrumentCommands, SelectSynthesizerGoesFromTheDx7ToTheRefaceDx) {
 
 TEST_F(InstrumentCommands, SelectSynthesizerLeavesTheInstrumentsSettingsAlone) {
     FindReface();
-    const Bytes settings = SystemSettingsOf(BuiltinInstrument::RefaceDx);
+    const Bytes settings = SystemSettingsOf(BuiltinInstrument::Reface);
     EXPECT_TRUE(WithBox([&] { Trigger(CommandSelectSynth); }, [](QDialog &) {}));
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
-    EXPECT_EQ(SystemSettingsOf(BuiltinInstrument::RefaceDx), settings);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+    EXPECT_EQ(SystemSettingsOf(BuiltinInstrument::Reface), settings);
 }
 
 class FirstCommands : public InstrumentCommands {
@@ -442,7 +442,7 @@ protected:
 
 TEST_F(FirstCommands, StartDetectsTheRefaceDxAndShowsItsVersion) {
     Start();
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(MidiInPort, 4);
     EXPECT_EQ(MidiOutPort, 5);
     EXPECT_EQ(desktop.statusTexts, (Strings{RefaceName, RefaceTitle}));
@@ -459,7 +459,7 @@ TEST_F(FirstCommands, TheDownloadOfAStartComesBehindTheSearch) {
     EXPECT_EQ(desktop.statusTexts[1], RefaceTitle);
     EXPECT_EQ(desktop.statusTexts[2], "Downloading voice 1 of 32 (Rose Tine)");
     EXPECT_EQ(desktop.statusTexts[35], RefaceTitle);
-    EXPECT_EQ(ListedVoices(), MemoryOf(BuiltinInstrument::RefaceDx));
+    EXPECT_EQ(ListedVoices(), MemoryOf(BuiltinInstrument::Reface));
     EXPECT_TRUE(MainListState.dirty);
     EXPECT_TRUE(window->MenuAction(CommandSave)->isEnabled());
 }
@@ -493,7 +493,7 @@ TEST_F(FirstCommands, TheDownloadOfAStartDoesNothingForAnInstrumentThatCannotBeA
 
 TEST_F(FirstCommands, TheDownloadOfAStartDoesNothingWhenTheInstrumentIsNotThere) {
     DownloadOnOpen = 1;
-    FaultsOf(BuiltinInstrument::RefaceDx).silent = true;
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
     Start();
     EXPECT_EQ(CurrentDriverId, NoDriverId);
     EXPECT_EQ(desktop.statusTexts, (Strings{RefaceName, Unrecognized}));

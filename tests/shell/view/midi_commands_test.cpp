@@ -354,7 +354,7 @@ TEST_F(MidiCommands, WhoAbandonsTheChangesIsAskedAgainByTheBox) {
 }
 
 TEST_F(MidiCommands, ConfigureStaysGreyUntilItIsBuilt) {
-    CurrentDriverId = RefaceDxDriverId;
+    CurrentDriverId = RefaceDriverId;
     RefreshCommands();
     EXPECT_FALSE(window->MenuAction(CommandConfigure)->isEnabled());
     EXPECT_TRUE(window->MenuAction(CommandFind)->isEnabled());

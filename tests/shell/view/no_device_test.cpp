@@ -92,7 +92,7 @@ TEST_P(NoDevice, TheStartEndsWithoutADriverAndWithoutAMessage) {
 }
 
 TEST_P(NoDevice, FindEndsWithoutADriverAndKeepsTheList) {
-    for (const DriverId driver : {Dx7DriverId, RefaceDxDriverId}) {
+    for (const DriverId driver : {Dx7DriverId, RefaceDriverId}) {
         OpenBankOf(driver);
         RunCommand(CommandFind);
         ExpectNoInstrument();
@@ -109,7 +109,7 @@ TEST_P(NoDevice, ABankCanBeOpenedAndWhatIsSentFails) {
     EXPECT_EQ(NameAt(0), "VOICE 01");
     desktop.ExpectMessage("There has been an error uploading VOICE 01");
     RunUserCommand(CommandUploadVoice);
-    OpenBankOf(RefaceDxDriverId);
+    OpenBankOf(RefaceDriverId);
     ASSERT_TRUE(window->MenuAction(CommandDownload)->isEnabled());
     Trigger(CommandDownload); // in silence, too
     EXPECT_EQ(ListCount(MainList), 32);
@@ -140,7 +140,7 @@ TEST_P(NoDevice, WithoutADriverNothingIsSent) {
 }
 
 TEST_P(NoDevice, TheAuditionTellsBothFailuresAndCloses) {
-    for (const DriverId driver : {Dx7DriverId, RefaceDxDriverId}) {
+    for (const DriverId driver : {Dx7DriverId, RefaceDriverId}) {
         OpenBankOf(driver);
         desktop.ExpectMessage("The selected voice could not be uploaded.");
         desktop.ExpectMessage("The MIDI output could not be opened.");

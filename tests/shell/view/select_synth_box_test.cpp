@@ -35,7 +35,7 @@ const std::string SaveQuestion =
 class SelectSynthBox : public testing::Test {
 protected:
     void SetUp() override {
-        CurrentDriverId = RefaceDxDriverId;
+        CurrentDriverId = RefaceDriverId;
         SelectKeyboardName = RefaceName;
         SelectKeyboardMidiIn = "Both";
         SelectKeyboardMidiOut = "Module";
@@ -164,7 +164,7 @@ TEST_F(SelectSynthBox, CancelEscAndTheCloseBoxChangeNothing) {
                   }),
                   0);
     }
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(SelectKeyboardName, RefaceName);
     EXPECT_EQ(SelectKeyboardMidiIn, "Both");
     EXPECT_EQ(CurrentMidiChannel, 4u);
@@ -178,7 +178,7 @@ TEST_F(SelectSynthBox, UnknownWithOkKeepsTheDriver) {
                   Click(box, 1);
               }),
               1);
-    EXPECT_EQ(CurrentDriverId, RefaceDxDriverId);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(SelectKeyboardName, "Unknown");
 }
 

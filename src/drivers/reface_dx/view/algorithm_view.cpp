@@ -119,7 +119,7 @@ static QImage SmoothPicture(const PictureKey &key) {
 
 void DrawRefaceAlgorithmSmooth(QPainter &painter, const Rectangle &rectangle, int algorithm,
                                QColor ink, QColor paper, int lineWeight, bool withNumber) {
-    const PictureKey key = {.family = RefaceDxDriverId,
+    const PictureKey key = {.family = RefaceDriverId,
                             .algorithm = algorithm,
                             .width = rectangle.right - rectangle.left,
                             .height = rectangle.bottom - rectangle.top,
