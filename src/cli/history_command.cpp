@@ -2,7 +2,7 @@
 #include "cli/cli_commands.h"
 #include "cli/text_output.h"
 #include "shell/history.h"
-#include "shell/view/desktop_qt.h"
+#include "shell/view/platform_folders.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,5 +1,6 @@
-// The one command that paints: the main window with a bank open, as a picture. Qt starts here and
-// nowhere else in this program.
+// The one command that paints: the main window with a bank open, as a picture. It is part of
+// tonewright-picture only, since the toolkit's libraries take longer to load than most of what the
+// other commands do.
 #include "cli/cli_commands.h"
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"

@@ -7,7 +7,7 @@
 #include "common/text.h"
 #include "shell/settings_file.h"
 #include "shell/start_up.h"
-#include "shell/view/desktop_qt.h"
+#include "shell/view/platform_folders.h"
 
 #include <algorithm>
 #include <variant>

@@ -12,6 +12,7 @@
 
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -170,6 +171,26 @@ TEST(CliCheckOfManyFiles, NeedsNoMoreMemoryForTenThousandThanForAHundred) {
     const long argumentsInKib =
         static_cast<long>(10'000 * (paths[0].size() + 1 + sizeof(char *)) / 1024);
     EXPECT_LT(many, few + argumentsInKib + 1024);
+}
+
+TEST(CliPictureOnPosix, TakesNamesThatBeginLikeOptionsBehindTwoDashes) {
+    const TempFolder folder;
+    folder.Write("--yes.syx", DamagedBank());
+    const std::string call = "cd '" + folder.path.string() + "' && '" + CliProgram() +
+                             "' picture --yes -- --yes.syx '--a b.png'";
+    const auto result = RunProgram({"/bin/sh", "-c", call});
+    EXPECT_EQ(result.exitStatus, 0) << result.errors;
+    EXPECT_TRUE(folder.Holds("--a b.png"));
+}
+
+TEST(CliPictureOnPosix, SaysWhichProgramIsMissingBesideIt) {
+    const TempFolder folder;
+    const std::string alone = folder.File("tonewright-cli");
+    std::filesystem::copy_file(CliProgram(), alone);
+    const auto result = RunProgram({alone, "picture", "in.syx", folder.File("a.png")});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + folder.File("tonewright-picture") +
+                                 ": could not be started: No such file or directory\n");
 }
 
 TEST(CliOutput, FailsWhenItCannotBeWritten) {

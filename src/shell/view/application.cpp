@@ -23,6 +23,7 @@
 #include "shell/undo.h"
 #include "shell/view/desktop_qt.h"
 #include "shell/view/main_window.h"
+#include "shell/view/platform_folders.h"
 #include "shell/view/refusal_box.h"
 #include "shell/view/startup_window.h"
 #include "shell/view/voice_list_view.h"

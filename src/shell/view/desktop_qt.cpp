@@ -2,7 +2,6 @@
 #include "shell/view/desktop_qt.h"
 
 #include "common/desktop.h"
-#include "common/folders.h"
 #include "common/settings.h"
 #include "common/sound.h"
 #include "common/text.h"
@@ -24,7 +23,6 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include <cstring>
@@ -176,10 +174,6 @@ void SetWaitCursor(bool wait) {
     }
 }
 
-std::string StandardFolder(QStandardPaths::StandardLocation location) {
-    return QStandardPaths::writableLocation(location).toStdString();
-}
-
 } // namespace
 
 void UseQtDesktop() {
@@ -211,15 +205,6 @@ void UseQtDesktop() {
             [] { return QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier); },
         .ControlKeyDown =
             [] { return QApplication::keyboardModifiers().testFlag(Qt::ControlModifier); },
-    };
-}
-
-void UsePlatformFolders() {
-    PlatformFolders = {
-        .applicationData = StandardFolder(QStandardPaths::GenericConfigLocation),
-        .documents = StandardFolder(QStandardPaths::DocumentsLocation),
-        .pictures = StandardFolder(QStandardPaths::PicturesLocation),
-        .programs = StandardFolder(QStandardPaths::ApplicationsLocation),
     };
 }
 

@@ -1,0 +1,15 @@
+// tonewright-picture, the program that paints for the command line and stands beside it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tonewright {
+
+// Runs `program` (a full path) with these arguments in place of the present process where the
+// platform can do that. What it prints is the user's; what the present process has to print has
+// been printed. The exit status of the program; -1, with the reason in errno, when it does not
+// start.
+int RunInPlace(const std::string &program, const std::vector<std::string> &arguments);
+
+} // namespace tonewright

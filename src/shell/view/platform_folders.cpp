@@ -1,0 +1,26 @@
+// Asks the toolkit for the standard paths.
+#include "shell/view/platform_folders.h"
+
+#include "common/folders.h"
+
+#include <QStandardPaths>
+
+namespace tonewright {
+namespace {
+
+std::string StandardFolder(QStandardPaths::StandardLocation location) {
+    return QStandardPaths::writableLocation(location).toStdString();
+}
+
+} // namespace
+
+void UsePlatformFolders() {
+    PlatformFolders = {
+        .applicationData = StandardFolder(QStandardPaths::GenericConfigLocation),
+        .documents = StandardFolder(QStandardPaths::DocumentsLocation),
+        .pictures = StandardFolder(QStandardPaths::PicturesLocation),
+        .programs = StandardFolder(QStandardPaths::ApplicationsLocation),
+    };
+}
+
+} // namespace tonewright
