@@ -115,8 +115,9 @@ bool RenameOver(const char *from, const char *to) {
     return true;
 }
 
-// Without a stream a file costs one call of the system each for opening, looking at it, reading and
-// closing, which is what thousands of small files in one run are measured by.
+// Without a stream a file that reaches its limit costs one call of the system each for opening,
+// looking at it, reading and closing, which is what thousands of small files in one run are
+// measured by.
 bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes) {
     const int descriptor = OpenRegularFile(path, O_RDONLY);
     if (descriptor < 0) {
@@ -124,7 +125,10 @@ bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8
     }
     int reason = 0;
     ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t size) -> std::size_t {
-        const ssize_t got = read(descriptor, place, size);
+        ssize_t got = 0;
+        do {
+            got = read(descriptor, place, size);
+        } while (got < 0 && errno == EINTR);
         if (got < 0) {
             reason = errno;
         }

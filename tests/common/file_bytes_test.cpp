@@ -6,6 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <span>
+#include <vector>
+
 namespace tonewright {
 namespace {
 
@@ -17,6 +22,48 @@ Bytes CountingBytes(std::size_t size) {
         bytes[i] = static_cast<std::uint8_t>(i * 7 + i / 251);
     }
     return bytes;
+}
+
+// A reader of `source` that delivers no more than the next of `sizes` at each call, and then all
+// that it is asked for.
+struct SlowReader {
+    std::span<const std::uint8_t> source;
+    std::vector<std::size_t> sizes;
+    std::vector<std::size_t> asked = {};
+
+    std::size_t operator()(std::uint8_t *place, std::size_t size) {
+        const std::size_t call = asked.size();
+        asked.push_back(size);
+        const std::size_t got =
+            std::min({call < sizes.size() ? sizes[call] : size, size, source.size()});
+        std::copy_n(source.begin(), got, place);
+        source = source.subspan(got);
+        return got;
+    }
+};
+
+TEST(ReadInPieces, GoesOnAfterLessThanItAskedFor) {
+    const Bytes all = CountingBytes(200000);
+    SlowReader reader{all, {1, 7}};
+    Bytes bytes(300000, 0xEE); // what was there before is no part of it
+    ReadInPieces(all.size(), bytes, std::ref(reader));
+    EXPECT_EQ(bytes, all);
+    EXPECT_EQ(reader.asked,
+              (std::vector<std::size_t>{65536, 65535, 65528, 65536, 200000 - 131072}));
+}
+
+TEST(ReadInPieces, EndsWhereNothingMoreComes) {
+    const Bytes all = CountingBytes(70);
+    SlowReader reader{all, {1, 7, 62}};
+    Bytes bytes(300, 0xEE);
+    ReadInPieces(100, bytes, std::ref(reader));
+    EXPECT_EQ(bytes, all);
+    EXPECT_EQ(reader.asked, (std::vector<std::size_t>{100, 99, 92, 30}));
+    SlowReader empty{{}, {}};
+    ReadInPieces(100, bytes, std::ref(empty));
+    EXPECT_EQ(bytes, Bytes());
+    ReadInPieces(0, bytes, std::ref(reader));
+    EXPECT_EQ(reader.asked.size(), 4u);
 }
 
 TEST(ReadBytesOf, GoesOnWhereTheFileStandsAndStopsAtItsEnd) {
