@@ -63,18 +63,25 @@ protected:
     }
     QAction *Item(int item) const { return ActionOf(FileMenu(), item); }
 
-    // Opens it under the pointer: a menu takes for a choice only what the pointer has come to since.
     QMenu &OpenMenu() const {
-        QTest::mouseMove(window.get(), QPoint(0, 0));
         QMenu &menu = FileMenu();
         menu.popup(window->mapToGlobal(QPoint(0, 0)));
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
         return menu;
     }
+    // A menu takes a click for a choice only when the pointer has moved about in it before.
+    static void ComeTo(QMenu &menu, QPoint point) {
+        for (int distance = 10; distance >= 0; --distance) {
+            const QPointF at = point - QPoint(distance, 0);
+            QMouseEvent move(QEvent::MouseMove, at, menu.mapToGlobal(at), Qt::NoButton,
+                             Qt::NoButton, Qt::NoModifier);
+            QApplication::sendEvent(&menu, &move);
+        }
+    }
     void Click(int item, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
         QMenu &menu = OpenMenu();
         const QPoint point = menu.actionGeometry(Item(item)).center();
-        QTest::mouseMove(&menu, point);
+        ComeTo(menu, point);
         QTest::mouseClick(&menu, Qt::LeftButton, modifiers, point);
         QTest::qWait(1);
         EXPECT_FALSE(menu.isVisible());
