@@ -2,6 +2,7 @@
 #include "cli/cli_commands.h"
 #include "cli/midi_session.h"
 #include "cli/text_output.h"
+#include "common/platform.h"
 #include "common/text.h"
 #include "common/version.h"
 
@@ -175,6 +176,7 @@ int Run(std::span<char *> arguments) {
 
 int main(int argc, char **argv) {
     using namespace tonewright;
+    PlatformLetLongWritesFail();
     std::span<char *> arguments(argv, static_cast<std::size_t>(argc));
     int status = Run(arguments.empty() ? arguments : arguments.subspan(1));
     errno = 0;

@@ -29,6 +29,11 @@ struct FileManagerCall {
 };
 FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &file);
 
+// From now on a write beyond the limit that a process has for the size of files fails as any other
+// write does; by default the process ends of a signal, in the middle of the file. Programs call it
+// first of all.
+void PlatformLetLongWritesFail();
+
 // The full path of the running executable, empty when unknown.
 std::string PlatformExecutablePath();
 

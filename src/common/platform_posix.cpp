@@ -1,6 +1,7 @@
 // What is asked of the operating system directly, on Linux and macOS.
 #include "common/platform.h"
 
+#include <csignal>
 #include <fcntl.h>
 #include <limits.h>
 #include <stdlib.h>
@@ -110,6 +111,10 @@ std::string PlatformBrowserProgram(const char *windowsProgram) {
         program.remove_suffix(4);
     }
     return std::string(program);
+}
+
+void PlatformLetLongWritesFail() {
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 std::string PlatformExecutablePath() {

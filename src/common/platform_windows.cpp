@@ -58,6 +58,8 @@ std::string PlatformBrowserProgram(const char *windowsProgram) {
     return windowsProgram;
 }
 
+void PlatformLetLongWritesFail() {} // no such signal here
+
 std::string PlatformExecutablePath() {
     wchar_t path[MAX_PATH + 1] = {};
     const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);

@@ -21,12 +21,14 @@
 namespace tonewright {
 
 // While it lives no file of this process grows beyond `bytes`: a longer write falls short. Print
-// nothing meanwhile, since standard output may be a file.
+// nothing meanwhile, since standard output may be a file. With SIG_DFL as the handler the process
+// ends of a longer write, and so does a program that it starts, unless the program sees to that.
 struct FileSizeLimit {
     rlimit former{};
     void (*formerHandler)(int);
 
-    explicit FileSizeLimit(rlim_t bytes) : formerHandler(std::signal(SIGXFSZ, SIG_IGN)) {
+    explicit FileSizeLimit(rlim_t bytes, void (*handler)(int) = SIG_IGN)
+        : formerHandler(std::signal(SIGXFSZ, handler)) {
         getrlimit(RLIMIT_FSIZE, &former);
         const rlimit limited = {.rlim_cur = bytes, .rlim_max = former.rlim_max};
         EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);

@@ -4,6 +4,7 @@
 #include "support/temp_folder.h"
 
 #include <filesystem>
+#include <iterator>
 
 namespace tonewright {
 namespace {
@@ -24,7 +25,7 @@ TEST(InstrumentMemoryFile, OnAFullDiskTheFormerOneStays) {
     }
     EXPECT_FALSE(saved);
     EXPECT_EQ(ReadTestFile(path), former);
-    EXPECT_FALSE(folder.Holds("studio.new"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1);
 }
 
 TEST(InstrumentMemoryFile, BehindALinkTheFileIsReplacedAndTheLinkStays) {
