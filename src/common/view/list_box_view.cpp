@@ -99,6 +99,7 @@ ListBoxView::ListBoxView(ListBox &shown, ListBoxOwner shownOwner, QWidget *paren
     setFocusPolicy(Qt::StrongFocus);
     setEditTriggers(NoEditTriggers);
     setSelectionMode(SingleSelection);
+    setAttribute(Qt::WA_InputMethodEnabled, false); // letters select rows, nothing is written
     viewport()->setAutoFillBackground(false);
     setModel(new RowModel(box, owner, this));
     edgeTimer.setInterval(EdgeScrollMilliseconds);
@@ -205,8 +206,13 @@ void ListBoxView::FollowSelection() {
 }
 
 void ListBoxView::selectionChanged(const QItemSelection &selected, const QItemSelection &) {
-    // Others than us select a row on the user's behalf.
-    if (!following && !selected.isEmpty()) {
+    if (following) {
+        return;
+    }
+    // Others than us select a row on the user's behalf; none takes the selection away.
+    if (selected.isEmpty()) {
+        FollowSelection();
+    } else {
         SelectByUser(selected.indexes().constFirst().row());
     }
 }

@@ -47,8 +47,16 @@ protected:
                 .clickedAgain = [this] { ++clickedAgain; },
                 .drop = [this](int from, int to) { drops.emplace_back(from, to); },
                 .doubleClick = [this](int row) { doubleClicked = row; },
-                .middlePress = [this](int row) { middlePressed = row; },
-                .menu = [this](int row, QPoint) { menus.push_back(row); },
+                .middlePress =
+                    [this](int row) {
+                        ++middlePresses;
+                        middlePressed = row;
+                    },
+                .menu =
+                    [this](int row, QPoint point) {
+                        menus.push_back(row);
+                        menuPoint = point;
+                    },
             },
             &window);
         window.resize(400, 300);
@@ -58,6 +66,12 @@ protected:
         window.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         view->setFocus();
+        // The toolkit remembers buttons that a test has left pressed.
+        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+            if (QGuiApplication::mouseButtons() & button) {
+                QTest::mouseRelease(Viewport(), button);
+            }
+        }
     }
 
     QWidget *Viewport() const { return view->viewport(); }
@@ -82,7 +96,9 @@ protected:
     std::vector<int> painted, menus;
     std::vector<std::pair<int, int>> drops;
     int touched = 0, clickedAgain = 0, doubleClicked = NoRow, middlePressed = NoRow;
+    int middlePresses = 0;
     bool held = false;
+    QPoint menuPoint;
 };
 
 TEST_F(ListBoxViewTest, ShowsWholeRowsAndPaintsNoOthers) {
@@ -180,6 +196,68 @@ TEST_F(ListBoxViewTest, OtherButtonsSelectNothing) {
     EXPECT_EQ(doubleClicked, 6);
 }
 
+TEST_F(ListBoxViewTest, AMiddlePressBesideTheRowsIsNotTold) {
+    ListBoxFill(box, 3);
+    QTest::mousePress(Viewport(), Qt::MiddleButton, Qt::NoModifier, QPoint(10, 3 * RowHeight + 5));
+    EXPECT_EQ(middlePresses, 0);
+    Press(2, Qt::MiddleButton);
+    EXPECT_EQ(middlePresses, 1);
+    EXPECT_EQ(middlePressed, 2);
+}
+
+TEST_F(ListBoxViewTest, TheMenuKeyOpensTheMenuOnTheSelectedRow) {
+    const auto send = [this](QContextMenuEvent::Reason reason) {
+        QContextMenuEvent event(reason, QPoint(1, 1), view->mapToGlobal(QPoint(1, 1)));
+        QApplication::sendEvent(view.get(), &event);
+    };
+    send(QContextMenuEvent::Keyboard);
+    EXPECT_TRUE(menus.empty()); // no row is selected
+    ListSetTopRow(box, 500);
+    ListSelect(box, 503);
+    send(QContextMenuEvent::Mouse); // its press has opened the menu
+    EXPECT_TRUE(menus.empty());
+    send(QContextMenuEvent::Keyboard);
+    EXPECT_EQ(menus, std::vector{503});
+    const int width = Viewport()->width();
+    EXPECT_EQ(menuPoint,
+              Viewport()->mapToGlobal(QRect(0, 3 * RowHeight, width, RowHeight).center()));
+}
+
+TEST_F(ListBoxViewTest, ADragThatRestsBelowTheRowsScrollsOn) {
+    const auto inWindow = [this](QPoint point) { return Viewport()->mapTo(&window, point); };
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, inWindow(PointOf(3)));
+    ASSERT_TRUE(held);
+    const QPoint below(10, Viewport()->height() + 5);
+    QCursor::setPos(Viewport()->mapToGlobal(below));
+    Move(below);
+    EXPECT_EQ(box.topRow, 1);
+    // Nothing moves but time.
+    EXPECT_TRUE(QTest::qWaitFor([this] { return box.topRow >= 4; }));
+    EXPECT_TRUE(held);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, inWindow(below));
+    EXPECT_FALSE(held);
+    const int top = box.topRow;
+    QTest::qWait(200);
+    EXPECT_EQ(box.topRow, top);
+}
+
+TEST_F(ListBoxViewTest, ADragWhoseReleaseWentElsewhereEnds) {
+    // Sent to the list alone: the toolkit knows of no button that is down.
+    const QPoint point = PointOf(3);
+    QMouseEvent press(QEvent::MouseButtonPress, point, Viewport()->mapToGlobal(point),
+                      Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(Viewport(), &press);
+    Move(QPoint(10, Viewport()->height() + 5));
+    EXPECT_EQ(box.topRow, 1);
+    EXPECT_TRUE(held);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !held; }));
+    EXPECT_EQ(box.topRow, 1);
+    EXPECT_TRUE(drops.empty());
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
+    Move(PointOf(5)); // no drag any more
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
+}
+
 TEST_F(ListBoxViewTest, ARowIsDraggedFarBelowTheView) {
     ListSetTopRow(box, 60000);
     Press(60003);
@@ -274,6 +352,40 @@ TEST_F(ListBoxViewTest, AScreenReaderSelectsARowAsTheUserDoes) {
     EXPECT_EQ(box.topRow, 500 - ShownRows + 1);
     EXPECT_EQ(touched, 1);
     EXPECT_TRUE(list->child(500)->state().selected);
+}
+
+TEST_F(ListBoxViewTest, NobodyDeselectsTheSelectedRow) {
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(view.get());
+    ASSERT_NE(list, nullptr);
+    ListSelect(box, 500);
+    view->selectionModel()->clearSelection();
+    EXPECT_EQ(box.selection, 500);
+    EXPECT_TRUE(list->child(500)->state().selected);
+    view->selectionModel()->select(view->model()->index(500, 0), QItemSelectionModel::Deselect);
+    EXPECT_EQ(box.selection, 500);
+    EXPECT_TRUE(list->child(500)->state().selected);
+    EXPECT_EQ(view->selectionModel()->selectedIndexes().size(), 1);
+    EXPECT_EQ(touched, 0);
+}
+
+TEST_F(ListBoxViewTest, NoInputMethodStandsBetweenTheLettersAndTheRows) {
+    const auto asks = [this] {
+        return view->testAttribute(Qt::WA_InputMethodEnabled) ||
+               Viewport()->testAttribute(Qt::WA_InputMethodEnabled) ||
+               view->inputMethodQuery(Qt::ImEnabled).toBool();
+    };
+    EXPECT_FALSE(asks());
+    Key(Qt::Key_Down);
+    Key(Qt::Key_Down);
+    Press(4);
+    Release(PointOf(4));
+    EXPECT_EQ(box.selection, 4);
+    EXPECT_FALSE(asks());
+    ListBoxFill(box, 20);
+    ListEnable(box, false);
+    ListEnable(box, true);
+    EXPECT_TRUE(view->hasFocus());
+    EXPECT_FALSE(asks());
 }
 
 } // namespace
