@@ -148,7 +148,9 @@ void DrawKeptDx7Algorithm(QPainter &painter, const Rectangle &rectangle, int alg
                             .withNumber = (flags & ShowAlgorithmNumber) != 0};
     const int margin = MarginOf(lineWeight);
     QImage picture;
-    if (CoversWholePixels(painter, {.left = rectangle.left - margin,
+    // The margin need not be whole pixels where the area with it is.
+    if (CoversWholePixels(painter, rectangle) &&
+        CoversWholePixels(painter, {.left = rectangle.left - margin,
                                     .top = rectangle.top - margin,
                                     .right = rectangle.right + margin,
                                     .bottom = rectangle.bottom + margin})) {

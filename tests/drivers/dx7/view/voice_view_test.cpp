@@ -371,6 +371,22 @@ TEST(Dx7AlgorithmView, AKeptPictureIsTheSamePixelByPixel) {
     }
 }
 
+TEST(Dx7AlgorithmView, AMarginThatIsNotWholePixelsIsNotKept) {
+    // With its margin of 4 the area is whole pixels in eighths, without it is not.
+    const Rectangle area = {.left = 20, .top = 12, .right = 316, .bottom = 52};
+    for (const double density : {1.125, 1.375}) {
+        for (int algorithm = 0; algorithm <= 32; ++algorithm) {
+            for (const QPointF place : {QPointF(0, 0), QPointF(8, 16), QPointF(4, 4)}) {
+                const QImage anew = PaintAt(density, place, area, algorithm, 2, false);
+                for (int time = 0; time < 2; ++time) {
+                    ASSERT_EQ(PaintAt(density, place, area, algorithm, 2, true), anew)
+                        << density << " " << algorithm << " " << place.x();
+                }
+            }
+        }
+    }
+}
+
 TEST(Dx7AlgorithmView, APictureThatLeavesItsRectangleIsNotKept) {
     struct Row {
         Rectangle area;
