@@ -33,7 +33,7 @@ namespace tonewright {
 // Capability word.
 constexpr std::uint32_t DriverFlagAutodetect = 0x01; // ports may be detected automatically
 constexpr std::uint32_t DriverFlagUpload = 0x02;
-constexpr std::uint32_t DriverFlagUnused = 0x04; // set in the reface DX row; nothing reads it
+constexpr std::uint32_t DriverFlagUnused = 0x04; // a row may have it; nothing reads it
 constexpr std::uint32_t DriverFlagConfigure = 0x08;
 constexpr std::uint32_t DriverFlagDownload = 0x10;
 constexpr std::uint32_t DriverFlagFind = 0x20;
@@ -66,12 +66,13 @@ struct DatabaseHandle; // database/
 struct DatabaseRecord;
 
 // Selectors of DatabaseInfo.
-constexpr int DatabaseInfoVoicesPerBank = 0;
-constexpr int DatabaseInfoBankExtension = 1;
-constexpr int DatabaseInfoExtension = 2;
-constexpr int DatabaseInfoBackupExtension = 3;
+constexpr int DatabaseInfoVoicesPerBank = 0;   // a number
+constexpr int DatabaseInfoBankExtension = 1;   // a text: of bank documents, without the dot
+constexpr int DatabaseInfoExtension = 2;       // a text: of catalogue files, without the dot
+constexpr int DatabaseInfoBackupExtension = 3; // a text: of their backups, with the dot
 
-// Result of DatabaseInfo: a number, or a text for the selectors 1 to 3; number -1 for any other.
+// Result of DatabaseInfo: the number or the static text that the selector asks for; number -1 and
+// no text for any other selector.
 struct DatabaseInfoResult {
     int number = -1;
     const char *text = nullptr;
@@ -99,8 +100,10 @@ struct SynthDriver {
     std::uint32_t documentPicture =
         0; // picture number in the File menu history; 0: the general one
 
-    int bankRows = UsualBankRows;         // voices of a bank
-    std::size_t nameSize = UsualNameSize; // bytes of a voice's name, at most
+    int bankRows = UsualBankRows; // voices of a bank
+    // Bytes of a voice's name, at most. VoiceName keeps to it, which is what the tests of all rows
+    // measure it by.
+    std::size_t nameSize = UsualNameSize;
 
     // How the family's files are judged and listed without opening them; null where there is none.
     const VoiceFileFormat *bankFormat = nullptr;
@@ -143,8 +146,10 @@ struct SynthDriver {
                        int index, std::uint8_t flags) = nullptr;
     int (*reserved)() = nullptr; // nothing calls it
     // Reads a single-voice file into *out when that is not null, the list then untouched; else into
-    // the item at `index`, whose voice is freed. A row without a voice cannot be filled: 0. Asks
-    // whether to open a damaged file; a failure changes neither.
+    // the item at `index`, whose voice is freed. A row without a voice cannot be filled: 0, and the
+    // file is not opened. With an index outside the list the file is read all the same, its voice
+    // goes nowhere, and the result is that of the reading. Asks whether to open a damaged file; a
+    // failure changes neither.
     int (*ImportVoice)(QWidget *window, VoiceList &list, int index, const char *path,
                        VoiceObject *out) = nullptr;
     // Writes `voice`, or the item at `index` when it is null, as a single-voice file; no backup is
@@ -166,21 +171,40 @@ struct SynthDriver {
     int (*AutoConfigure)(QWidget *window, int midiOut) = nullptr;
     // The block of an undo level for the list, which is the caller's; empty on failure.
     std::vector<std::uint8_t> (*MakeUndoLevel)(QWidget *window, const VoiceList &list) = nullptr;
-    // The catalogue. A handle is the caller's until it is closed, and null when it did not open.
+    // The catalogue: files of records of one family, each of which keeps a voice of a bank with its
+    // name, the document that it comes from and its row there. Record indices count from 0.
+    // Adds the voice to the catalogue at DatabasePath, behind the last record. `name`: null for the
+    // name that the voice has; `index`: its row in the document, from 0. 1 also when the settings
+    // want no duplicates and the voice is there already. 0 when the voice is none, or the file
+    // cannot be opened as a catalogue of the family or not be written; that file is then deleted.
     int (*DatabaseAddVoice)(QWidget *window, const VoiceObject &voice, const char *name,
                             const char *sourceDocument, int index) = nullptr;
+    // `mode`, tested in this order: bits 0 and 1 open for reading and writing a file that is made
+    // if there is none; bit 0 opens for reading; bit 1 makes an empty file in the place of any; bit
+    // 2 opens for reading and appending a file that is made if there is none. Null when it does not
+    // open, is no catalogue of the family, or the mode has none of these bits.
     std::shared_ptr<DatabaseHandle> (*DatabaseOpen)(const char *path, std::uint32_t mode) = nullptr;
+    // Writes the number of records and the present time into the file's header and closes it. 0
+    // when the header was not written; the handle is of no more use in any case.
     int (*DatabaseClose)(std::shared_ptr<DatabaseHandle> database) = nullptr;
+    // Fills the caller's record. 0 when there is no whole record at the index; one behind the
+    // number of records in the header counts if it is there.
     int (*DatabaseReadRecord)(DatabaseHandle &database, std::uint32_t index,
                               DatabaseRecord &record) = nullptr;
+    // Puts the record in the place of the one at the index, or beyond the last one; the number of
+    // records grows up to it, also when the result is 0: for what is no record, and when it cannot
+    // be written whole.
     int (*DatabaseWriteRecord)(DatabaseHandle &database, std::uint32_t index,
                                const DatabaseRecord &record) = nullptr;
-    const char *(*DatabasePath)() = nullptr; // static text
+    // The whole path of the catalogue that the settings name; the text is valid until the next
+    // call.
+    const char *(*DatabasePath)() = nullptr;
+    // Constant facts of the family's catalogue, by the selectors above.
     DatabaseInfoResult (*DatabaseInfo)(int selector) = nullptr;
 };
 
-// The rows, none of them null: 0 serves the DX7, TX7 and Volca FM, 1 the reface DX. Constant data;
-// defined in drivers/synth_driver_table.cpp from the list in drivers/families.inc.
+// The rows, none of them null, in the order of the families in drivers/families.inc. Constant data,
+// defined in drivers/synth_driver_table.cpp.
 extern const std::span<const SynthDriver *const> SynthDrivers;
 
 } // namespace tonewright

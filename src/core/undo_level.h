@@ -3,7 +3,7 @@
 //   offset  0  magic        "DMeM" (0x4D654D44)
 //           4  headerSize   36
 //           8  itemSize     bytes of one item
-//          12  itemCount    rows of a bank: 32
+//          12  itemCount    voices of a bank: the bankRows of the family
 //          16  driverId     of the first voice
 //          20  selectedRow  -1 for none
 //          24  topRow
