@@ -216,16 +216,22 @@ int AutoConfigureCurrent(QWidget *window) {
     return Call(CurrentDriver(), &SynthDriver::AutoConfigure, window, MidiOutPort);
 }
 
-int FindCurrentSynth(QWidget *window) {
+int FindCurrentSynth(QWidget *window, const PortNames &names, bool autodetect) {
+    const SynthDriver *driver = CurrentDriver();
+    CurrentDriverId = NoDriverId;
+    MidiInPort = MidiOutPort = NoMidiDevice;
     FoundSynth found{.driver = NoDriverId, .ports = {}, .firmware = SynthFirmware};
-    const int result = Call(CurrentDriver(), &SynthDriver::FindSynth, window, found,
-                            PortNames{SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
-                            SelectKeyboardAutodetect != 0);
+    const int result = Call(driver, &SynthDriver::FindSynth, window, found, names, autodetect);
     CurrentDriverId = found.driver;
     MidiInPort = found.ports.in;
     MidiOutPort = found.ports.out;
     SynthFirmware = found.firmware;
     return result;
+}
+
+int FindCurrentSynth(QWidget *window) {
+    return FindCurrentSynth(window, {SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
+                            SelectKeyboardAutodetect != 0);
 }
 
 const char *SynthTitle(DriverId id, std::uint32_t version) {

@@ -71,13 +71,16 @@ int EditOneVoice(QWidget *window, VoiceObject &voice, int index);
 int ConfigureCurrent(QWidget *window);
 int AutoConfigureCurrent(QWidget *window);
 
-// Searches the current driver's instrument on the ports that the settings name and makes what it
-// finds current: CurrentDriverId, MidiInPort and MidiOutPort. What it does not find is "????" or -1
-// afterwards; SynthFirmware stays where the instrument tells none. Returns what the row's FindSynth
-// returns, 0 without one; callers judge by CurrentDriverId and the ports instead.
+// Searches the current driver's instrument, by the names of its ports or, with `autodetect`, by
+// rules of its own, and makes what it finds current: CurrentDriverId, MidiInPort and MidiOutPort.
+// They are "????" and -1 as long as the search lasts, and afterwards where it does not find them;
+// SynthFirmware stays where the instrument tells none. Returns what the row's FindSynth returns, 0
+// without one; callers judge by CurrentDriverId and the ports instead.
+int FindCurrentSynth(QWidget *window, const PortNames &names, bool autodetect);
+// The same as the user's settings have it.
 int FindCurrentSynth(QWidget *window);
 
-// "Yamaha reface DX version 01.23", or the bare name for version 0. Static text.
+// Display name and firmware, "NAME version 01.23", or the bare name for version 0. Static text.
 const char *SynthTitle(DriverId id, std::uint32_t version);
 
 // The row's field, or "Twl".

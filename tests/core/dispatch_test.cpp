@@ -513,6 +513,31 @@ TEST_F(Dispatch, ASuccessfulSearchKeepsTheCurrentDriver) {
     EXPECT_EQ(MidiInPort, 4);
 }
 
+TEST_F(Dispatch, NothingIsCurrentAsLongAsTheSearchLasts) {
+    static DriverId driver;
+    static MidiPorts ports;
+    FirstRow.FindSynth = [](QWidget *, FoundSynth &found, const PortNames &, bool) {
+        driver = CurrentDriverId;
+        ports = CurrentMidiPorts();
+        found.driver = FirstDriverId;
+        return 1;
+    };
+    EXPECT_EQ(FindCurrentSynth(nullptr), 1);
+    EXPECT_EQ(driver, NoDriverId);
+    EXPECT_EQ(ports, (MidiPorts{-1, -1}));
+    EXPECT_EQ(CurrentDriverId, FirstDriverId);
+}
+
+TEST_F(Dispatch, ASearchByOtherNamesLeavesThoseOfTheSettings) {
+    SelectKeyboardMidiIn = "in";
+    SelectKeyboardMidiOut = "out";
+    EXPECT_EQ(FindCurrentSynth(nullptr, {"other in", "other out"}, false), 1);
+    EXPECT_EQ(Calls, Strings{"first FindSynth 1 -1 -1 7 other in other out 0"});
+    EXPECT_EQ(SelectKeyboardMidiIn, "in");
+    EXPECT_EQ(SelectKeyboardMidiOut, "out");
+    EXPECT_EQ(SelectKeyboardAutodetect, 1u);
+}
+
 TEST_F(Dispatch, ASearchOfARowThatCannotSearchFindsNothing) {
     FirstRow.FindSynth = nullptr;
     EXPECT_EQ(FindCurrentSynth(nullptr), 0);
