@@ -1,4 +1,4 @@
-// The user's channel, and the way to the first program.
+// The channel in use, and the way to the first program.
 #include "midi/short_messages.h"
 
 #include "common/settings.h"
@@ -12,8 +12,11 @@ constexpr std::uint8_t LastProgram = 31; // in every family
 
 } // namespace
 
+std::uint32_t ChannelOfThisRun = 0;
+
 std::uint8_t OnCurrentChannel(std::uint8_t status) {
-    return static_cast<std::uint8_t>(status | ((CurrentMidiChannel - 1) & 15));
+    const std::uint32_t channel = ChannelOfThisRun != 0 ? ChannelOfThisRun : CurrentMidiChannel;
+    return static_cast<std::uint8_t>(status | ((channel - 1) & 15));
 }
 
 void SelectLastThenFirstProgram(MidiStream output) {

@@ -3,6 +3,7 @@
 
 #include "common/settings.h"
 #include "drivers/dx7/transfer.h"
+#include "midi/short_messages.h"
 #include "support/bank_bytes.h"
 #include "support/driver_rows.h"
 #include "support/fake_midi.h"
@@ -213,6 +214,18 @@ TEST_F(Audition, EveryChannelHasItsStatusBytes) {
     };
     for (const auto &[channel, call] : channels) {
         CurrentMidiChannel = channel;
+        AuditionState state = Opened();
+        PressAuditionKey(state, 0);
+        EXPECT_EQ(midi.calls.back(), call) << channel;
+        CloseAudition(state);
+    }
+}
+
+TEST_F(Audition, TheChannelOfTheRunCountsInsteadOfTheUsers) {
+    CurrentMidiChannel = 4;
+    for (const auto &[channel, call] :
+         {std::pair{16u, "Pm_Write(1, 0, 9F 3C 64)"}, std::pair{0u, "Pm_Write(1, 0, 93 3C 64)"}}) {
+        ChannelOfThisRun = channel;
         AuditionState state = Opened();
         PressAuditionKey(state, 0);
         EXPECT_EQ(midi.calls.back(), call) << channel;
