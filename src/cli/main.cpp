@@ -89,7 +89,7 @@ void PutHelp(TextOutput &output) {
     }
     PutOptions(output, ~0u);
     Put(output, '\n');
-    Put(output, MidiHelp);
+    Put(output, MidiHelp());
     Put(output, "\nPlaces count from 1. Output is tab-separated, one record a line. Exit status: 0 "
                 "success,\n1 a failure told on standard error, 2 a wrong call.\n");
 }
@@ -101,7 +101,7 @@ void PutHelpOf(TextOutput &output, const CliCommand &command) {
     PutOptions(output, command.options | Always);
     if (command.options & MidiOptions) {
         Put(output, '\n');
-        Put(output, MidiHelp);
+        Put(output, MidiHelp());
     }
 }
 

@@ -11,11 +11,13 @@
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_start.h"
 #include "midi/session_api.h"
+#include "midi/short_messages.h"
 #include "midi/tracing_api.h"
 #include "midi/transport.h"
 
 #include <cerrno>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -38,16 +40,44 @@ std::string NamesOfSynths() {
 
 // ---- which ports
 
+// How the ports of this call are found: as its options say, or else as the settings do.
+struct PortChoice {
+    std::string in, out; // parts of their names
+    bool autodetect = false;
+};
+PortChoice Ports;
+
 // True when the family's ports are found without their names.
 bool IsDetected(const SynthDriver &synth) {
-    return SelectKeyboardAutodetect != 0 && (synth.flags & DriverFlagAutodetect) != 0;
+    return Ports.autodetect && (synth.flags & DriverFlagAutodetect) != 0;
+}
+
+constexpr std::string_view HelpOfPorts =
+    "The ports are those of --in and --out, or else of the settings SelectKeyboardMidiIn and\n"
+    "SelectKeyboardMidiOut; a part of a name will do, the last port that matches is taken, and a\n"
+    "name that is missing is that of the other one.\n";
+constexpr std::string_view HelpOfInstruments =
+    "Without --synth the instrument is that of the file; find looks for that of the settings, or\n"
+    "else for every one. TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in instruments.\n";
+
+// Which instruments need no names; empty where all of them do.
+std::string DetectionHelp() {
+    std::string help;
+    for (const SynthDriver *synth : SynthDrivers) {
+        if (synth->flags & DriverFlagAutodetect) {
+            help += FormatText("The %s is detected without names, unless --in or --out is given or "
+                               "the setting\nSelectKeyboardAutodetect is 0.\n",
+                               synth->name);
+        }
+    }
+    return help;
 }
 
 // False for an option that was given an empty name, which every port would match.
 bool TakeName(const CliCall &call, CliOption option, std::string &name) {
     if (call[option]) {
         name = CutText(call[option], SettingTextLimit);
-        SelectKeyboardAutodetect = 0;
+        Ports.autodetect = false;
     }
     return !call[option] || !name.empty();
 }
@@ -56,11 +86,11 @@ bool TakeName(const CliCall &call, CliOption option, std::string &name) {
 std::string MissingPorts() {
     std::string missing;
     if (MidiInPort == NoMidiDevice) {
-        missing = "no MIDI input named " + Quoted(SelectKeyboardMidiIn);
+        missing = "no MIDI input named " + Quoted(Ports.in);
     }
     if (MidiOutPort == NoMidiDevice) {
         missing += (missing.empty() ? "" : " and ") + std::string("no MIDI output named ") +
-                   Quoted(SelectKeyboardMidiOut);
+                   Quoted(Ports.out);
     }
     return missing;
 }
@@ -95,13 +125,9 @@ void PutTraceLine(const std::string &line) {
 
 } // namespace
 
-const char *const MidiHelp =
-    "The ports are those of --in and --out, or else of the settings SelectKeyboardMidiIn and\n"
-    "SelectKeyboardMidiOut; a part of a name will do, the last port that matches is taken, and a\n"
-    "name that is missing is that of the other one. A reface DX is detected without names, unless\n"
-    "--in or --out is given or the setting SelectKeyboardAutodetect is 0. Without --synth the\n"
-    "instrument is that of the file; find looks for that of the settings, or else for every one.\n"
-    "TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in instruments.\n";
+std::string MidiHelp() {
+    return std::string(HelpOfPorts) + DetectionHelp() + std::string(HelpOfInstruments);
+}
 
 int ReadInstrumentMemory(const char *path, bool mayBeNew) {
     errno = 0;
@@ -114,23 +140,24 @@ int ReadInstrumentMemory(const char *path, bool mayBeNew) {
 
 int ReadMidiSettings(const CliCall &call) {
     ReadInstrumentSettings();
-    if (!TakeName(call, CliOption::In, SelectKeyboardMidiIn)) {
+    Ports = {SelectKeyboardMidiIn, SelectKeyboardMidiOut, SelectKeyboardAutodetect != 0};
+    if (!TakeName(call, CliOption::In, Ports.in)) {
         return TellWrongCall("--in", "needs the name of a port");
     }
-    if (!TakeName(call, CliOption::Out, SelectKeyboardMidiOut)) {
+    if (!TakeName(call, CliOption::Out, Ports.out)) {
         return TellWrongCall("--out", "needs the name of a port");
     }
-    if (SelectKeyboardMidiIn.empty()) {
-        SelectKeyboardMidiIn = SelectKeyboardMidiOut;
-    } else if (SelectKeyboardMidiOut.empty()) {
-        SelectKeyboardMidiOut = SelectKeyboardMidiIn;
+    if (Ports.in.empty()) {
+        Ports.in = Ports.out;
+    } else if (Ports.out.empty()) {
+        Ports.out = Ports.in;
     }
     if (const char *text = call[CliOption::Channel]) {
         const auto channel = ReadMidiChannel(text);
         if (!channel) {
             return TellWrongCall(text, "not a MIDI channel: a number from 1 to 16 is");
         }
-        CurrentMidiChannel = static_cast<std::uint32_t>(*channel);
+        ChannelOfThisRun = static_cast<std::uint32_t>(*channel);
     }
     return ExitDone;
 }
@@ -202,11 +229,11 @@ int WithInstrument(const CliCall &call, const SynthDriver &synth,
 
 bool FindInstrument(const SynthDriver &synth) {
     // An empty name would be found in every port.
-    if (!IsDetected(synth) && SelectKeyboardMidiIn.empty()) {
+    if (!IsDetected(synth) && Ports.in.empty()) {
         return false;
     }
     CurrentDriverId = synth.id;
-    FindCurrentSynth(nullptr);
+    FindCurrentSynth(nullptr, {Ports.in.c_str(), Ports.out.c_str()}, Ports.autodetect);
     return CurrentDriverId == synth.id;
 }
 
@@ -217,7 +244,7 @@ int TellNoDevice(const SynthDriver &synth) {
                                            ? "no device: there are ports of its name, and no answer"
                                            : "no device: there are no MIDI ports of its name");
     }
-    if (SelectKeyboardMidiIn.empty()) {
+    if (Ports.in.empty()) {
         return TellFailure(synth.name,
                            "no device: name its MIDI ports by --in and --out, or in the settings "
                            "SelectKeyboardMidiIn and SelectKeyboardMidiOut");

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace tonewright {
 
@@ -16,10 +17,10 @@ constexpr unsigned MidiOptions = OptionBit(CliOption::Synth) | OptionBit(CliOpti
                                  OptionBit(CliOption::Trace) | OptionBit(CliOption::Memory);
 
 // How the ports are chosen, for the help.
-extern const char *const MidiHelp;
+std::string MidiHelp();
 
-// Reads the user's settings of ports, channel and waiting, and --in, --out and --channel on top of
-// them. ExitDone, or ExitWrongCall after telling.
+// Reads the user's settings of ports, channel and waiting; --in, --out and --channel count in their
+// stead for this call. ExitDone, or ExitWrongCall after telling.
 int ReadMidiSettings(const CliCall &call);
 
 // The row that --synth names; `preset` without the option. Nothing after telling that it names
