@@ -16,21 +16,35 @@ struct FileCloser {
 };
 using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 
-// As std::fopen, for regular files only: `mode` is "rb", "r+b", "wb" or "w". Null, with the reason
+// As std::fopen, for regular files only: `mode` is "rb", "r+b" or "wb". Null, with the reason
 // in errno, when there is no such file, it cannot be opened, or a folder, a pipe or a device stands
 // in its place. Never waits for the other end of a pipe.
 FilePointer OpenFile(const char *path, const char *mode);
 
+enum class NewFileUsers {
+    AsModel, // owner, group and permissions are those of the model, or no file is made: EPERM
+    AsModelOrFewer, // as far as they can be given; nobody may do more than with the model
+};
 // Makes a file that does not exist, open for writing, for the users of the file `model` if there is
-// one. Null, with the reason in errno, when it cannot be made, or exists.
-FilePointer CreateFileLike(const char *path, const char *model);
+// one. Null, with the reason in errno, when it cannot be made, or exists; there is none then that
+// was not there before.
+FilePointer CreateFileLike(const char *path, const char *model, NewFileUsers users);
+
+// Whether a new file in the place of this one would lose what belongs to the file and not to its
+// name: its other names, its list of access rights.
+bool IsMoreThanItsName(const char *path);
+
+// Gives a file that is open for writing its size in bytes. False, with the reason in errno, when it
+// keeps the former one.
+bool SetFileSize(std::FILE *file, std::size_t size);
 
 // Brings all that was written to the disk. False, with the reason in errno, when not all of it is
 // there.
 bool FlushToDisk(std::FILE *file);
 
-// Gives a file another name, in the place of the file that has it, in one step that is on the disk
-// when it is done. False, with the reason in errno, when it keeps its name.
+// Gives a file another name, in the place of the file that has it, in one step. The step is on the
+// disk too, unless the folder cannot be waited for: after a power cut the name may then stand for
+// the former file. False, with the reason in errno, when it keeps its name.
 bool RenameOver(const char *from, const char *to);
 
 // Replaces `bytes`, whose room is used again, by up to `limit` bytes from the start of a regular

@@ -8,6 +8,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#ifdef __APPLE__
+#include <sys/acl.h>
+#else
+#include <sys/xattr.h>
+#endif
+
 namespace tonewright {
 namespace {
 
@@ -37,14 +43,40 @@ bool SyncOrCannot(int descriptor) {
     return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP || errno == ENOSYS;
 }
 
-void GiveTo(int descriptor, const struct stat &model) {
+bool HasAccessList(const char *path) {
+#ifdef __APPLE__
+    const acl_t list = acl_get_file(path, ACL_TYPE_EXTENDED);
+    if (!list) {
+        return false;
+    }
+    acl_free(list);
+    return true;
+#else
+    return getxattr(path, "system.posix_acl_access", nullptr, 0) > 0;
+#endif
+}
+
+constexpr mode_t Permissions = 07777;
+constexpr mode_t OfGroup = 070;
+
+// `groupMayBeMore`: what the group may do with the model is not told by its permissions alone.
+void GiveTo(int descriptor, const struct stat &model, bool groupMayBeMore) {
     constexpr uid_t sameOwner = static_cast<uid_t>(-1);
     // Only a privileged user gives files away; a group may be any of one's own.
     const bool given = fchown(descriptor, model.st_uid, model.st_gid) == 0 ||
                        fchown(descriptor, sameOwner, model.st_gid) == 0;
-    const mode_t mode = model.st_mode & 07777;
+    const mode_t mode = model.st_mode & Permissions;
     // What its group could do with the model is not for another group.
-    fchmod(descriptor, given ? mode : mode & ~static_cast<mode_t>(070));
+    if (fchmod(descriptor, given && !groupMayBeMore ? mode : mode & ~OfGroup) != 0) {
+        return; // it keeps the permissions that it was made with, for nobody else
+    }
+}
+
+bool HasUsersOf(int descriptor, const struct stat &model) {
+    struct stat status;
+    return fstat(descriptor, &status) == 0 && status.st_uid == model.st_uid &&
+           status.st_gid == model.st_gid &&
+           (status.st_mode & Permissions) == (model.st_mode & Permissions);
 }
 
 void CloseWithReason(int descriptor, int reason) {
@@ -80,7 +112,7 @@ FilePointer OpenFile(const char *path, const char *mode) {
     return nullptr;
 }
 
-FilePointer CreateFileLike(const char *path, const char *model) {
+FilePointer CreateFileLike(const char *path, const char *model, NewFileUsers users) {
     struct stat status;
     const bool hasModel = stat(model, &status) == 0;
     constexpr mode_t nobodyElse = 0600; // until it is given to the users of the model
@@ -90,9 +122,27 @@ FilePointer CreateFileLike(const char *path, const char *model) {
         return nullptr;
     }
     if (hasModel) {
-        GiveTo(descriptor, status);
+        GiveTo(descriptor, status, HasAccessList(model));
     }
-    return FilePointer(fdopen(descriptor, "wb"));
+    int reason = EPERM;
+    if (!hasModel || users == NewFileUsers::AsModelOrFewer || HasUsersOf(descriptor, status)) {
+        if (std::FILE *file = fdopen(descriptor, "wb")) {
+            return FilePointer(file);
+        }
+        reason = errno;
+    }
+    unlink(path);
+    CloseWithReason(descriptor, reason);
+    return nullptr;
+}
+
+bool IsMoreThanItsName(const char *path) {
+    struct stat status;
+    return stat(path, &status) == 0 && (status.st_nlink > 1 || HasAccessList(path));
+}
+
+bool SetFileSize(std::FILE *file, std::size_t size) {
+    return std::fflush(file) == 0 && ftruncate(fileno(file), static_cast<off_t>(size)) == 0;
 }
 
 bool FlushToDisk(std::FILE *file) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <io.h>
 #include <string>
+#include <system_error>
 #include <windows.h>
 
 namespace tonewright {
@@ -29,8 +30,23 @@ FilePointer OpenFile(const char *path, const char *mode) {
 }
 
 // RenameOver keeps the users of the file that is replaced; a new file has those of its folder.
-FilePointer CreateFileLike(const char *path, const char *) {
+FilePointer CreateFileLike(const char *path, const char *, NewFileUsers) {
     return FilePointer(_wfopen(Wide(path).c_str(), L"wbx"));
+}
+
+bool IsMoreThanItsName(const char *path) {
+    std::error_code error;
+    const auto names = std::filesystem::hard_link_count(Wide(path), error);
+    return !error && names > 1;
+}
+
+bool SetFileSize(std::FILE *file, std::size_t size) {
+    if (std::fflush(file) != 0) {
+        return false;
+    }
+    const errno_t reason = _chsize_s(_fileno(file), static_cast<long long>(size));
+    errno = reason;
+    return reason == 0;
 }
 
 bool FlushToDisk(std::FILE *file) {

@@ -29,6 +29,10 @@ struct FileManagerCall {
 };
 FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &file);
 
+// Lines of text that end in line feeds, with the ends that the platform's own editors write. The
+// settings and the history go to their files this way; whoever reads them takes both ends.
+std::string PlatformLines(std::string text);
+
 // From now on a write beyond the limit that a process has for the size of files fails as any other
 // write does; by default the process ends of a signal, in the middle of the file. Programs call it
 // first of all.

@@ -113,6 +113,10 @@ std::string PlatformBrowserProgram(const char *windowsProgram) {
     return std::string(program);
 }
 
+std::string PlatformLines(std::string text) {
+    return text;
+}
+
 void PlatformLetLongWritesFail() {
     std::signal(SIGXFSZ, SIG_IGN);
 }

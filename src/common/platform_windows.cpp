@@ -58,6 +58,17 @@ std::string PlatformBrowserProgram(const char *windowsProgram) {
     return windowsProgram;
 }
 
+std::string PlatformLines(std::string text) {
+    std::string lines;
+    for (const char character : text) {
+        if (character == '\n') {
+            lines += '\r';
+        }
+        lines += character;
+    }
+    return lines;
+}
+
 void PlatformLetLongWritesFail() {} // no such signal here
 
 std::string PlatformExecutablePath() {

@@ -4,6 +4,7 @@
 #include "common/file_bytes.h"
 #include "common/folders.h"
 #include "common/line_reader.h"
+#include "common/platform.h"
 #include "common/setting_rows.h"
 #include "common/settings.h"
 #include "common/strings.h"
@@ -16,8 +17,9 @@
 #include <array>
 #include <cerrno>
 #include <ctime>
+#include <filesystem>
 #include <string_view>
-#include <utility>
+#include <system_error>
 
 namespace tonewright {
 namespace {
@@ -96,10 +98,41 @@ std::string TextOf(const SettingsList &list) {
     return text;
 }
 
+std::filesystem::path PathOf(const std::string &utf8) {
+    return std::filesystem::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
+}
+
 // `copy` becomes a copy of `path`, if there is such a file. (Paths that were cut at their limit can
 // be the same.)
 bool KeepAs(const std::string &path, const std::string &copy) {
     return !FileExists(path.c_str()) || copy == path || CopyFileWhole(path.c_str(), copy.c_str());
+}
+
+constexpr std::size_t ComparedSize = 64 * 1024 * 1024; // bytes from the start of a file
+
+// True when these are two files that can be read and hold the same.
+bool AreEqual(const std::string &one, const std::string &other) {
+    std::error_code error;
+    if (std::filesystem::equivalent(PathOf(one), PathOf(other), error)) {
+        return false;
+    }
+    const auto bytes = ReadFileBytes(one.c_str(), ComparedSize);
+    return bytes && bytes == ReadFileBytes(other.c_str(), ComparedSize);
+}
+
+// Keeps the two versions before the one that is to be written. A version that could not be kept in
+// the next one's place stays where it is. False, the reason in errno, when not both were kept.
+bool KeepVersions(const SettingsList &list) {
+    const std::string backup = UserFile((std::string("Backup of ") + list.file).c_str());
+    const std::string older = UserFile((std::string("Backup of Backup of ") + list.file).c_str());
+    return KeepAs(backup, older) && KeepAs(SettingsFilePath(list), backup);
+}
+
+// The same before a write that may fail, or that has: what failed once is tried again, and a file
+// that is its own backup already takes no second place.
+bool KeepVersionsOnce(const SettingsList &list) {
+    const std::string backup = UserFile((std::string("Backup of ") + list.file).c_str());
+    return AreEqual(SettingsFilePath(list), backup) || KeepVersions(list);
 }
 
 } // namespace
@@ -143,21 +176,22 @@ void ReadSettingsLines(const SettingsList &list, LineReader &lines,
 
 SettingsWrite WriteSettingsFile(const SettingsList &list) {
     const std::string path = SettingsFilePath(list);
-    const std::string backup = UserFile((std::string("Backup of ") + list.file).c_str());
-    const std::string older = UserFile((std::string("Backup of Backup of ") + list.file).c_str());
     bool kept = true;
     int reason = 0;
-    for (const auto &[version, copy] : {std::pair(backup, older), std::pair(path, backup)}) {
-        if (!KeepAs(version, copy)) {
-            kept = false;
-            reason = errno;
-        }
+    const auto keep = [&](Replacing how) {
+        kept = how == Replacing::AsAWhole ? KeepVersions(list) : KeepVersionsOnce(list);
+        reason = errno;
+    };
+    if (WriteFileWhole(path.c_str(), PlatformLines(TextOf(list)), keep)) {
+        errno = reason;
+        return kept ? SettingsWrite::Done : SettingsWrite::NoBackup;
     }
-    if (!WriteFileWhole(path.c_str(), TextOf(list))) {
-        return SettingsWrite::Failed;
+    reason = errno;
+    if (reason == EACCES || reason == EPERM || reason == EROFS) {
+        KeepVersionsOnce(list);
+        errno = reason;
     }
-    errno = reason;
-    return kept ? SettingsWrite::Done : SettingsWrite::NoBackup;
+    return SettingsWrite::Failed;
 }
 
 SettingsWrite ConfigWrite() {

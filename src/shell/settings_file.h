@@ -41,11 +41,12 @@ void ReadSettingsLines(const SettingsList &list, LineReader &lines,
 enum class SettingsWrite {
     Done,
     NoBackup, // the file is written; a version before it could not be kept
-    Failed,   // the file is as it was
+    Failed,   // the file is as it was, but for what WriteFileWhole says of ENOTRECOVERABLE
 };
 // Writes the file of one list, keeping the two versions before it as "Backup of ..." and "Backup of
-// Backup of ..."; one of them gives way to the next only when that one is whole. Where not all is
-// done, errno tells why.
+// Backup of ...". They move on when the new version is on the disk, and one of them gives way to
+// the next only when that one is whole. A file that may not be written, and one that can be written
+// in place only, becomes its own backup first, once. Where not all is done, errno tells why.
 SettingsWrite WriteSettingsFile(const SettingsList &list);
 // Writes the files of all lists: the worst that happened to one of them. Shows nothing.
 SettingsWrite ConfigWrite();

@@ -6,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <sys/stat.h>
+#include <sys/xattr.h>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -122,6 +126,121 @@ TEST(WriteFileWhole, KeepsPermissionsAndOwner) {
     }
 }
 
+TEST(WriteFileWhole, AFileWithTwoNamesStaysOneFile) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    std::filesystem::create_hard_link(path, folder.File("other"));
+    EXPECT_FALSE(WriteWithin(450, path, Fresh));
+    EXPECT_EQ(errno, EFBIG);
+    EXPECT_EQ(ReadTestText(path), Former);
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
+    EXPECT_EQ(ReadTestText(folder.File("other")), Fresh);
+    EXPECT_EQ(StatusOf(path).st_nlink, 2u);
+    EXPECT_EQ(EntriesOf(folder.path), 2u);
+}
+
+TEST(WriteFileWhole, AFileOfAnotherUserKeepsItsOwnerAndPermissions) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    chmod(path.c_str(), 0666);
+    chmod(folder.path.c_str(), 0777);
+    RunUnprivileged([&] {
+        const auto before = StatusOf(path);
+        EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
+        EXPECT_EQ(ReadTestText(path), Fresh);
+        EXPECT_EQ(StatusOf(path).st_uid, before.st_uid);
+        EXPECT_EQ(StatusOf(path).st_gid, before.st_gid);
+        EXPECT_EQ(StatusOf(path).st_mode, before.st_mode);
+        EXPECT_EQ(EntriesOf(folder.path), 1u);
+    });
+}
+
+TEST(WriteFileWhole, KeepsAListOfAccessRights) {
+    // Version 2; each a kind, rights and a number: the owner, user 1000, the group, what users and
+    // group may at most, everybody else.
+    const unsigned char rights[] = {
+        2,  0, 0, 0,                      //
+        1,  0, 6, 0, 255,  255, 255, 255, //
+        2,  0, 6, 0, 0xE8, 3,   0,   0,   //
+        4,  0, 4, 0, 255,  255, 255, 255, //
+        16, 0, 6, 0, 255,  255, 255, 255, //
+        32, 0, 4, 0, 255,  255, 255, 255,
+    };
+    const char *const name = "system.posix_acl_access";
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    if (setxattr(path.c_str(), name, rights, sizeof rights, 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such list";
+    }
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
+    EXPECT_EQ(ReadTestText(path), Fresh);
+    unsigned char kept[sizeof rights] = {};
+    EXPECT_EQ(getxattr(path.c_str(), name, kept, sizeof kept), static_cast<ssize_t>(sizeof rights));
+    EXPECT_TRUE(std::ranges::equal(kept, rights));
+    // A copy is not for everyone who could be on such a list.
+    EXPECT_TRUE(CopyFileWhole(path.c_str(), folder.File("copy").c_str()));
+    EXPECT_EQ(StatusOf(folder.File("copy")).st_mode & 07777, 0604u);
+}
+
+TEST(WriteFileWhole, WhatIsTooLongToBePutBackIsNotWrittenInPlace) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    constexpr std::uintmax_t size = 64 * 1024 * 1024 + 1;
+    std::filesystem::resize_file(path, size);
+    std::filesystem::create_hard_link(path, folder.File("other"));
+    EXPECT_FALSE(WriteFileWhole(path.c_str(), Fresh));
+    EXPECT_EQ(errno, EFBIG);
+    EXPECT_EQ(std::filesystem::file_size(path), size);
+}
+
+TEST(WriteFileWhole, TheLongestNameLeavesRoomForAFileBesideIt) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText(std::string(255, 'n'), Former);
+    const auto before = StatusOf(path).st_ino;
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
+    EXPECT_EQ(ReadTestText(path), Fresh);
+    EXPECT_NE(StatusOf(path).st_ino, before);
+    EXPECT_EQ(EntriesOf(folder.path), 1u);
+}
+
+TEST(WriteFileWhole, RemovesWhatAProgramThatWasEndedHasLeft) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    const auto now = std::filesystem::file_time_type::clock::now();
+    for (const char *name : {"file.12.new", "file.x1.new", "file..new", "other.12.new"}) {
+        std::filesystem::last_write_time(folder.WriteText(name, ""),
+                                         now - std::chrono::minutes(61));
+    }
+    std::filesystem::last_write_time(folder.WriteText("file.13.new", ""),
+                                     now - std::chrono::minutes(59));
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
+    EXPECT_FALSE(folder.Holds("file.12.new"));
+    for (const char *name : {"file", "file.13.new", "file.x1.new", "file..new", "other.12.new"}) {
+        EXPECT_TRUE(folder.Holds(name)) << name;
+    }
+}
+
+TEST(WriteFileWhole, TellsBeforeTheFileChangesAndNotWhenItWillNot) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    std::vector<Replacing> told;
+    const BeforeReplacing note = [&](Replacing how) {
+        told.push_back(how);
+        EXPECT_EQ(ReadTestText(path), Former);
+        EXPECT_EQ(EntriesOf(folder.path), 2u); // the new one, or the other name
+    };
+    {
+        const FileSizeLimit limit(899);
+        EXPECT_FALSE(WriteFileWhole(path.c_str(), Fresh, note));
+    }
+    EXPECT_TRUE(told.empty());
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh, note));
+    WriteTestText(path, Former);
+    std::filesystem::create_hard_link(path, folder.File("other"));
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh, note));
+    EXPECT_EQ(told, (std::vector<Replacing>{Replacing::AsAWhole, Replacing::InPlace}));
+}
+
 TEST(WriteFileWhole, WritesBehindLinks) {
     const TempFolder folder;
     std::filesystem::create_directory(folder.File("real"));
@@ -169,6 +288,17 @@ TEST(CopyFileWhole, ACopyThatFallsShortLeavesTheFormerOne) {
     EXPECT_TRUE(CopyFileWhole(from.c_str(), to.c_str()));
     EXPECT_EQ(ReadTestText(to), Fresh);
     EXPECT_EQ(StatusOf(to).st_mode & 07777, 0640u);
+}
+
+TEST(CopyFileWhole, CopiesAFileOfManyPieces) {
+    const TempFolder folder;
+    std::vector<std::uint8_t> bytes(200'001);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<std::uint8_t>(i % 251);
+    }
+    const std::string from = folder.Write("from", bytes), to = folder.File("to");
+    EXPECT_TRUE(CopyFileWhole(from.c_str(), to.c_str()));
+    EXPECT_EQ(ReadTestFile(to), bytes);
 }
 
 TEST(CopyFileWhole, ReplacesALinkAndNotWhatItLeadsTo) {

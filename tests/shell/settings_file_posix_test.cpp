@@ -37,9 +37,8 @@ TEST_F(SettingsFileObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
         EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 9\n");
         // The old file has become its own backup.
         EXPECT_EQ(ReadTestText(maker + "Backup of Tonewright 17.ini"), "MaxUndoLevel = 9\n");
-        ConfigWrite(); // and once more, over a backup that may be read-only
-        EXPECT_EQ(ReadTestText(maker + "Backup of Backup of Tonewright 17.ini"),
-                  "MaxUndoLevel = 9\n");
+        ConfigWrite(); // which is enough
+        EXPECT_FALSE(std::filesystem::exists(older));
         EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11"));
         EXPECT_EQ(ReadTestText(path), "MaxUndoLevel = 9\n");
     });
@@ -100,10 +99,43 @@ TEST_F(SettingsFileObstacles, AWriteThatFallsShortIsToldAndLeavesThreeWholeVersi
         EXPECT_EQ(outcome, SettingsWrite::Failed) << limited;
         EXPECT_EQ(reason, EFBIG) << limited;
         EXPECT_EQ(LevelOfWhole(path), "12") << limited;
-        EXPECT_EQ(LevelOfWhole(backup), limited < size ? "11" : "12") << limited;
-        EXPECT_EQ(LevelOfWhole(older), limited < size ? "10" : "11") << limited;
+        EXPECT_EQ(LevelOfWhole(backup), "11") << limited;
+        EXPECT_EQ(LevelOfWhole(older), "10") << limited;
         EXPECT_EQ(FilesOfMaker().size(), 3u) << limited;
     }
+}
+
+TEST_F(SettingsFileObstacles, AFileThatIsWrittenInPlaceIsKeptOnceHoweverOftenThatFails) {
+    WriteThreeVersions();
+    std::filesystem::create_hard_link(path, temp.File("another name"));
+    const rlim_t size = ReadTestText(path).size();
+    ThemeCurrent = "Slate"; // longer than before
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        SettingsWrite outcome = SettingsWrite::Done;
+        {
+            const FileSizeLimit limit(size);
+            outcome = ConfigWrite();
+        }
+        EXPECT_EQ(outcome, SettingsWrite::Failed);
+        EXPECT_EQ(LevelOfWhole(path), "12");
+        EXPECT_EQ(LevelOfWhole(backup), "12");
+        EXPECT_EQ(LevelOfWhole(older), "11");
+    }
+    MaxUndoLevel = 15;
+    EXPECT_EQ(ConfigWrite(), SettingsWrite::Done);
+    EXPECT_EQ(LevelOfWhole(temp.File("another name")), "15");
+    EXPECT_EQ(LevelOfWhole(backup), "12");
+    EXPECT_EQ(LevelOfWhole(older), "11");
+}
+
+TEST_F(SettingsFileObstacles, ABackupThatCannotBeKeptGivesWayToNothing) {
+    WriteThreeVersions();
+    std::filesystem::remove(older);
+    MakePipe(older);
+    MaxUndoLevel = 13;
+    EXPECT_EQ(ConfigWrite(), SettingsWrite::NoBackup);
+    EXPECT_EQ(LevelOfWhole(path), "13");
+    EXPECT_EQ(LevelOfWhole(backup), "11");
 }
 
 TEST_F(SettingsFileObstacles, AFullDiskIsToldAndLeavesThreeWholeVersions) {
