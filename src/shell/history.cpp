@@ -6,14 +6,16 @@
 #include "common/file_bytes.h"
 #include "common/folders.h"
 #include "common/line_reader.h"
+#include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "common/whole_file.h"
 #include "core/synth_driver.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <ctime>
+#include <filesystem>
+#include <system_error>
 
 namespace tonewright {
 namespace {
@@ -25,6 +27,14 @@ constexpr std::uint32_t UnknownDocumentPicture = 8500;
 std::vector<HistoryEntry> Entries;
 std::size_t Capacity = 0; // RememberFileHistoryCount at start
 bool Used = false;        // an entry has been added, though it may be gone again
+
+// False only when it is known that the folder of a file does not exist.
+bool HasFolder(const std::string &path) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    const fs::path file(reinterpret_cast<const char8_t *>(path.c_str()));
+    return fs::status(file.parent_path(), ignored).type() != fs::file_type::not_found;
+}
 
 std::string_view WithoutPin(std::string_view path) {
     return path.ends_with(PinMark) ? path.substr(0, path.size() - PinMark.size()) : path;
@@ -176,7 +186,8 @@ bool HistorySave() {
     for (const HistoryEntry &entry : Entries) {
         text += entry.path + "," + std::to_string(static_cast<std::int32_t>(entry.time)) + "\n";
     }
-    return WriteFileWhole(HistoryFilePath().c_str(), text) || errno == ENOENT;
+    const std::string path = HistoryFilePath();
+    return !HasFolder(path) || WriteFileWhole(path.c_str(), PlatformLines(text));
 }
 
 void HistoryEnd() {

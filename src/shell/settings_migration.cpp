@@ -58,12 +58,19 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) {
     return pattern.substr(in).find_first_not_of('*') == std::string_view::npos;
 }
 
-// Copies a file unless there is one of the new name. False when it could not be copied.
-bool CopyAsNew(const fs::path &from, const fs::path &to) {
+enum class Copying { Done, WasThere, Failed };
+
+// Copies a file unless there is one of the new name; behind a link that leads to none, too.
+Copying CopyAsNew(const fs::path &from, const fs::path &to) {
     std::error_code ignored;
-    return fs::exists(fs::symlink_status(to, ignored)) ||
-           CopyFileWhole(reinterpret_cast<const char *>(from.u8string().c_str()),
-                         reinterpret_cast<const char *>(to.u8string().c_str()));
+    if (fs::exists(to, ignored)) {
+        return Copying::WasThere;
+    }
+    const auto target = BehindLinks(to);
+    const bool copied =
+        target && CopyFileWhole(reinterpret_cast<const char *>(from.u8string().c_str()),
+                                reinterpret_cast<const char *>(target->u8string().c_str()));
+    return copied ? Copying::Done : Copying::Failed;
 }
 
 bool CopyMatchingFiles(const std::string &pattern, const fs::path &from, const fs::path &to) {
@@ -76,7 +83,8 @@ bool CopyMatchingFiles(const std::string &pattern, const fs::path &from, const f
         std::error_code ignored;
         if (!name.starts_with('.') && MatchesPattern(name, pattern) &&
             entry->is_regular_file(ignored)) {
-            copied = CopyAsNew(entry->path(), to / entry->path().filename()) && copied;
+            const Copying outcome = CopyAsNew(entry->path(), to / entry->path().filename());
+            copied = copied && outcome != Copying::Failed;
         }
         entry.increment(error);
     }
@@ -85,8 +93,11 @@ bool CopyMatchingFiles(const std::string &pattern, const fs::path &from, const f
 
 void CopySettings(const Migration &migration, const std::string &newPath,
                   const std::string &oldPath) {
-    bool copied = CopyAsNew(PathOf(oldPath), PathOf(newPath)) &&
-                  WriteSingleText(newPath.c_str(), migration.section, "ApplicationPath", "");
+    const Copying settings = CopyAsNew(PathOf(oldPath), PathOf(newPath));
+    bool copied = settings != Copying::Failed;
+    if (settings == Copying::Done) {
+        copied = WriteSingleText(newPath.c_str(), migration.section, "ApplicationPath", "");
+    }
     const fs::path from = PathOf(UserFile(migration.oldFolder));
     const fs::path to = PathOf(UserFile(migration.newFolder));
     for (const std::string &pattern : SplitList(migration.patterns)) {

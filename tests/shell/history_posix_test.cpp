@@ -62,5 +62,12 @@ TEST_F(HistoryObstacles, AFullDiskIsToldAndLeavesTheFormerHistory) {
     });
 }
 
+TEST_F(HistoryObstacles, ALinkThatLeadsNowhereIsTold) {
+    MakeProgramFolders();
+    std::filesystem::create_symlink(home.File("no/where.txt"), HistoryFilePath());
+    EXPECT_FALSE(HistorySave());
+    EXPECT_EQ(errno, ENOENT);
+}
+
 } // namespace
 } // namespace tonewright

@@ -78,6 +78,17 @@ TEST_F(SettingsMigration, OnYesCopiesTheFileAndEmptiesItsApplicationPath) {
     EXPECT_EQ(MaxUndoLevel, 12u);
 }
 
+TEST_F(SettingsMigration, ALinkThatLeadsNowhereGetsTheCopyBehindIt) {
+    WriteTestText(maker + "Tonewright 16.ini", OldText);
+    std::filesystem::create_symlink(temp.File("elsewhere.ini"), path);
+    ScriptedDesktop desktop;
+    desktop.ExpectYesNo(CopyQuestion, ResultYes);
+    ConfigMigrate();
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+    EXPECT_EQ(LineOf(ReadTestText(temp.File("elsewhere.ini")), "MaxUndoLevel"),
+              "MaxUndoLevel = 12");
+}
+
 TEST_F(SettingsMigration, OnNoCopiesNothing) {
     WriteTestText(maker + "Tonewright 16.ini", OldText);
     std::filesystem::create_directory(maker + "Tonewright 16");
