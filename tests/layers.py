@@ -18,11 +18,11 @@ import sys
 
 # Layer of each folder below src/; a file includes only its own layer and lower ones.
 LAYERS = {"common": 0, "core": 1, "midi": 2, "database": 3, "drivers": 4, "shell": 5, "cli": 6}
+SUFFIXES = (".cpp", ".h", ".inc")
 # What files of a folder do not include, though its layer would allow it: each pair is a folder (or
-# a file) and the folder or header that it is to know nothing of.
+# a file) and the folder or header that it is to know nothing of. The families, each a folder below
+# drivers/, are to know nothing of each other either.
 STRANGERS = [
-    ("drivers/dx7", "drivers/reface_dx"),
-    ("drivers/reface_dx", "drivers/dx7"),
     ("drivers", "midi/instruments"),
     ("midi/instruments", "midi/sysex.h"),
 ]
@@ -37,6 +37,23 @@ def layer_of(path):
 
 def may_use_qt(path):
     return "view" in path.parts or path.parts[0] == "cli" or str(path) == "main.cpp"
+
+
+def family_of(path):
+    """The folder of the family that a file belongs to; None for what all families share."""
+    if len(path.parts) > 2 and path.parts[0] == "drivers" and path.parts[1] != "view":
+        return "/".join(path.parts[:2])
+    return None
+
+
+def strangers_of(path, included):
+    """Pairs of a folder with `path` and one with `included` of which it is to know nothing."""
+    pairs = [(here, stranger) for here, stranger in STRANGERS
+             if path.is_relative_to(here) and included.is_relative_to(stranger)]
+    own, other = family_of(path), family_of(included)
+    if own and other and own != other:
+        pairs.append((own, other))
+    return pairs
 
 
 def check_file(source, path, problems):
@@ -58,9 +75,8 @@ def check_file(source, path, problems):
         upper, own = layer_of(included), layer_of(path)
         if upper is not None and own is not None and upper > own:
             problems.append(f"{where}: {path.parts[0]} includes {header} of a higher layer")
-        for here, stranger in STRANGERS:
-            if path.is_relative_to(here) and included.is_relative_to(stranger):
-                problems.append(f"{where}: {here} is to know nothing of {stranger}")
+        for here, stranger in strangers_of(path, included):
+            problems.append(f"{where}: {here} is to know nothing of {stranger}")
         joins_views = path.parts[0] in ("drivers", "cli") and not is_view
         if "view" in included.parts and not is_view and not may_use_qt(path):
             if not (joins_views and path.name in ("driver.cpp", "synth_driver_table.cpp")):
@@ -76,7 +92,7 @@ def uses_within(folder, source):
     """For each unit of one folder the others of it that it includes."""
     uses = {}
     for file in sorted(folder.iterdir()):
-        if file.suffix not in (".cpp", ".h", ".inc"):
+        if file.suffix not in SUFFIXES:
             continue
         path = pathlib.PurePosixPath(file.relative_to(source))
         used = uses.setdefault(unit_of(path), set())
@@ -120,7 +136,7 @@ def circles(source):
 def check_source(source):
     problems = []
     for file in sorted(source.rglob("*")):
-        if file.suffix in (".cpp", ".h"):
+        if file.suffix in SUFFIXES:
             check_file(source, pathlib.PurePosixPath(file.relative_to(source)), problems)
     return problems + [f"a circle: {circle}" for circle in circles(source)]
 

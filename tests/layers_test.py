@@ -50,8 +50,22 @@ class Layers(unittest.TestCase):
                             "drivers/dx7 is to know nothing of drivers/reface_dx")
         self.assert_problem({"drivers/reface_dx/view/list.cpp": ["drivers/dx7/files.h"]},
                             "drivers/reface_dx is to know nothing of drivers/dx7")
+        self.assert_problem({"drivers/chimes/files.cpp": ["drivers/dx7/files.h"]},
+                            "drivers/chimes is to know nothing of drivers/dx7")
+        self.assert_problem({"drivers/dx7/view/list.h": ["drivers/chimes/view/list.h"]},
+                            "drivers/dx7 is to know nothing of drivers/chimes")
         self.assertEqual(self.problems({"drivers/synth_driver_table.cpp":
                                         ["drivers/dx7/driver.h", "drivers/reface_dx/driver.h"]}), [])
+
+    def test_a_family_knows_itself_and_what_all_share(self):
+        self.assertEqual(self.problems({"drivers/chimes/view/list.cpp":
+                                        ["drivers/chimes/files.h", "drivers/view/voice_cell.h",
+                                         "drivers/find_by_name.h"]}), [])
+
+    def test_lists_that_are_included_are_looked_into(self):
+        self.assert_problem({"drivers/dx7/rows.inc": ["drivers/reface_dx/files.h"]},
+                            "src/drivers/dx7/rows.inc:1", "drivers/dx7 is to know nothing of")
+        self.assert_problem({"common/rows.inc": ["core/voice_list.h"]}, "higher layer")
 
     def test_instruments_and_what_speaks_to_them_do_not_know_each_other(self):
         self.assert_problem({"drivers/dx7/transfer.cpp": ["midi/instruments/dx7.h"]},
