@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 namespace tonewright {
 
@@ -14,11 +15,17 @@ struct FamilyFacts {
     DriverId id;
     const char *name, *bank, *voice, *extra, *document;
     std::uint32_t flags, picture;
-    // Of a voice block.
+    int bankRows;
+    const char *idText; // the characters of the id from its low byte up
+    // The family has all operations of files, list, page and instrument; one that is not whole may
+    // leave any of them out.
+    bool isWhole;
+    // Of a voice block; `filler` is a byte that a voice may hold everywhere but in its name.
     std::size_t payloadSize, extraSize, namePlace;
-    // The built-in instrument that takes its transfers, and the name of its ports.
-    BuiltinInstrument instrument;
-    const char *port;
+    std::uint8_t filler;
+    // The built-in instrument that takes its transfers, and the name of its ports; none otherwise.
+    std::optional<BuiltinInstrument> instrument = {};
+    const char *port = "";
 };
 
 } // namespace tonewright

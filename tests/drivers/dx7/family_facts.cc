@@ -12,9 +12,13 @@ const FamilyFacts Dx7Facts = {.id = 0x44583779,
                               .document = "Untitled.syx",
                               .flags = 0x02,
                               .picture = 8502,
+                              .bankRows = 32,
+                              .idText = "y7XD",
+                              .isWhole = true,
                               .payloadSize = 156,
                               .extraSize = 0,
                               .namePlace = 145,
+                              .filler = ' ',
                               .instrument = BuiltinInstrument::Dx7,
                               .port = "Built-in DX7"};
 

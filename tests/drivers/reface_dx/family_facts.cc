@@ -12,9 +12,13 @@ const FamilyFacts RefaceFacts = {.id = 0x52466478,
                                  .document = "Untitled.srx",
                                  .flags = 0x3D,
                                  .picture = 8501,
+                                 .bankRows = 32,
+                                 .idText = "xdFR",
+                                 .isWhole = true,
                                  .payloadSize = 38,
                                  .extraSize = 112,
                                  .namePlace = 0,
+                                 .filler = ' ',
                                  .instrument = BuiltinInstrument::Reface,
                                  .port = "Built-in reface DX"};
 

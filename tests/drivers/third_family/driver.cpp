@@ -72,6 +72,7 @@ bool IsVoice(const VoiceObject *voice) {
 // The file at `path`; nothing when it is refused, by the user too.
 std::optional<std::vector<std::uint8_t>> Read(QWidget *window, const char *path,
                                               const Shape &shape) {
+    const WaitCursor wait;
     auto file = ReadFileBytes(path, SizeOf(shape));
     const auto state = file ? Judge(*file, shape).state : VoiceFileState::Refused;
     if (state == VoiceFileState::Refused ||
@@ -82,6 +83,7 @@ std::optional<std::vector<std::uint8_t>> Read(QWidget *window, const char *path,
 }
 
 int Write(const char *path, const Shape &shape, std::span<const VoiceObject *const> voices) {
+    const WaitCursor wait;
     std::vector<std::uint8_t> file(shape.magic.begin(), shape.magic.end());
     for (const VoiceObject *voice : voices) {
         const auto bytes = BytesOf(voice);
@@ -191,8 +193,8 @@ extern constinit const SynthDriver ChimesDriver = {
     .name = "Chimes",
     .bankExtension = "chm",
     .voiceExtension = "ch1",
-    .bankFilter = "chm files\0*.chm\0",
-    .voiceFilter = "ch1 files\0*.ch1\0",
+    .bankFilter = "chm files\0*.chm\0All files\0*.*\0",
+    .voiceFilter = "ch1 files\0*.ch1\0All files\0*.*\0",
     .defaultDocumentName = "Untitled.chm",
     .bankRows = Rows,
     .nameSize = NameSize,
