@@ -50,10 +50,15 @@ bool LeadsThrough(fs::path path, const fs::path &entry) {
 
 std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit) {
     std::vector<std::uint8_t> bytes;
-    ReadInPieces(limit, bytes, [file](std::uint8_t *place, std::size_t size) {
-        return std::fread(place, 1, size, file);
-    });
+    ReadOnBehind(bytes, file, limit);
     return bytes;
+}
+
+void ReadOnBehind(std::vector<std::uint8_t> &bytes, std::FILE *file, std::size_t limit) {
+    const auto read = [file](std::uint8_t *place, std::size_t size) {
+        return std::fread(place, 1, size, file);
+    };
+    ReadInPieces(limit, bytes, read, bytes.size());
 }
 
 std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::size_t limit) {

@@ -17,6 +17,8 @@ std::optional<std::vector<std::uint8_t>> ReadFileBytes(const char *path, std::si
 // Up to `limit` bytes of an open file from where it stands. Memory is taken as the file delivers: a
 // limit beyond its end costs nothing.
 std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit);
+// The same behind the `bytes` that are there, up to `limit` of them in all.
+void ReadOnBehind(std::vector<std::uint8_t> &bytes, std::FILE *file, std::size_t limit);
 
 enum class WriteOutcome {
     Done,

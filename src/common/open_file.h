@@ -52,13 +52,14 @@ bool RenameOver(const char *from, const char *to);
 // is taken as the file delivers: a limit beyond its end costs nothing.
 bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes);
 
-// Replaces `bytes` by up to `limit` bytes, for which room is made in pieces each as long as all
-// before it: read(place, size) gives how many bytes it has written there, which may be fewer than
-// `size` anywhere, and 0 at the end.
+// Keeps the first `have` of `bytes` and reads on behind them up to `limit` bytes in all, for which
+// room is made in pieces each as long as all before it: read(place, size) gives how many bytes it
+// has written there, which may be fewer than `size` anywhere, and 0 at the end.
 template <typename Read>
-void ReadInPieces(std::size_t limit, std::vector<std::uint8_t> &bytes, Read read) {
+void ReadInPieces(std::size_t limit, std::vector<std::uint8_t> &bytes, Read read,
+                  std::size_t have = 0) {
     constexpr std::size_t firstPiece = 64 * 1024;
-    std::size_t have = 0, room = 0, got = 1;
+    std::size_t room = have, got = 1;
     while (have < limit && got != 0) {
         if (have == room) {
             room += std::min(limit - have, std::max(have, firstPiece));

@@ -79,6 +79,22 @@ TEST(ReadBytesOf, GoesOnWhereTheFileStandsAndStopsAtItsEnd) {
     EXPECT_EQ(ReadBytesOf(file.get(), 1), Bytes());
 }
 
+TEST(ReadOnBehind, KeepsWhatIsThereAndCountsItToo) {
+    const TempFolder folder;
+    const Bytes all = CountingBytes(200000);
+    const FilePointer file = OpenFile(folder.Write("file", all).c_str(), "rb");
+    ASSERT_TRUE(file);
+    Bytes bytes = ReadBytesOf(file.get(), 160);
+    ReadOnBehind(bytes, file.get(), 160);
+    EXPECT_EQ(bytes, Bytes(all.begin(), all.begin() + 160));
+    ReadOnBehind(bytes, file.get(), 1000);
+    EXPECT_EQ(bytes, Bytes(all.begin(), all.begin() + 1000));
+    ReadOnBehind(bytes, file.get(), 7);
+    EXPECT_EQ(bytes, Bytes(all.begin(), all.begin() + 1000));
+    ReadOnBehind(bytes, file.get(), std::size_t{1} << 40);
+    EXPECT_EQ(bytes, all);
+}
+
 TEST(DeleteWrittenFile, RemovesAFileAndNothingElse) {
     const TempFolder folder;
     std::filesystem::create_directory(folder.path / "folder");

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <limits>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -48,6 +49,9 @@ std::uint32_t RecordsOf(const RefaceFileHeader &header, RefaceFileKind kind) {
     return kind == RefaceFileKind::Bank ? header.voiceCount : 1;
 }
 
+// Of as many bytes as a program can address.
+constexpr std::uint64_t LargestFile = std::numeric_limits<std::size_t>::max();
+
 // The start of a file, as far as its header says that its records go.
 Bytes ReadFile(const char *path, RefaceFileKind kind) {
     const FilePointer file = OpenFile(path, "rb");
@@ -56,9 +60,9 @@ Bytes ReadFile(const char *path, RefaceFileKind kind) {
     }
     Bytes bytes = ReadBytesOf(file.get(), RefaceFileHeaderSize);
     if (const auto header = RefaceHeaderOf(bytes, kind)) {
-        const Bytes records =
-            ReadBytesOf(file.get(), std::size_t{RecordsOf(*header, kind)} * header->recordSize);
-        bytes.insert(bytes.end(), records.begin(), records.end());
+        const std::uint64_t size =
+            RefaceFileHeaderSize + std::uint64_t{RecordsOf(*header, kind)} * header->recordSize;
+        ReadOnBehind(bytes, file.get(), static_cast<std::size_t>(std::min(size, LargestFile)));
     }
     return bytes;
 }
