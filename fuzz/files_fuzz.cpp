@@ -1,33 +1,48 @@
-// Any bytes as a file of each kind: it is opened or imported as its decoder says, and what is saved
-// or exported is opened again. Slow, since every run writes and reads files; the fuzzers of the
-// decoders look at many more inputs.
-#include "common/desktop.h"
+// Any bytes as a file of each kind: it is opened or imported as its format judges it, and what is
+// saved or exported is opened again. Slow, since every run writes and reads files; the fuzzers of
+// the decoders and of the formats look at many more inputs.
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "drivers/dx7/files.h"
-#include "drivers/reface_dx/files.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>
-#include <string_view>
 
 using namespace tonewright;
 
 namespace {
 
-void OpenAndSave(const std::string &path, DriverId family, bool decodes, const VoiceList &decoded) {
+// The voices in a list are those that the format tells of the file.
+void CompareWithLines(const VoiceList &list, const SynthDriver &family,
+                      const VoiceFileFormat &format, std::span<const std::uint8_t> input) {
+    Demand(static_cast<std::size_t>(ListCount(list)) == format.count(input),
+           "every voice that is told of is there");
+    for (int row = 0; row < ListCount(list); ++row) {
+        const VoiceObject &voice = *ListVoice(list, row);
+        std::string name;
+        // A file may hold blocks of another family, whose names it does not tell.
+        if (family.VoiceName(name, voice) > 0 && HeaderOf(voice)->driverId == family.id) {
+            Demand(format.voice(input, static_cast<std::size_t>(row)).name == name,
+                   "with its name");
+        }
+    }
+}
+
+void OpenAndSave(const SynthDriver &family, std::span<const std::uint8_t> input) {
+    const std::string path = FuzzFile("input." + std::string(family.bankExtension), input);
+    const VoiceFileFormat &format = *family.bankFormat;
     VoiceList list;
     DriverId driver = NoDriverId;
     std::int64_t time = 0;
     const bool opened = OpenDocument(nullptr, list, path.c_str(), &driver, &time) == 1;
-    Demand(opened == decodes, "what can be decoded opens, and nothing else");
-    Demand(list.items == decoded.items, "with the voices that were decoded");
+    Demand(opened == (format.judge(input).state != VoiceFileState::Refused),
+           "what is not refused opens, and nothing else");
     if (!opened) {
         return;
     }
-    Demand(driver == family && time != 0, "it belongs to its family");
-    CurrentDriverId = family;
-    const std::string saved = FuzzPath("saved." + std::string(BankExtension(family)));
+    Demand(driver == family.id && time != 0, "it belongs to its family");
+    CompareWithLines(list, family, format, input);
+    CurrentDriverId = family.id;
+    const std::string saved = FuzzPath("saved." + std::string(family.bankExtension));
     if (SaveDocument(nullptr, list, saved.c_str()) != 1) {
         return;
     }
@@ -43,24 +58,27 @@ void OpenAndSave(const std::string &path, DriverId family, bool decodes, const V
            "saving what was saved changes nothing");
 }
 
-void ImportAndExport(const std::string &path, DriverId family,
-                     const std::optional<VoiceObject> &decoded) {
-    CurrentDriverId = family;
+void ImportAndExport(const SynthDriver &family, std::span<const std::uint8_t> input) {
+    const std::string path = FuzzFile("input." + std::string(family.voiceExtension), input);
+    const VoiceFileFormat &format = *family.voiceFormat;
+    CurrentDriverId = family.id;
+    const VoiceObject before{{1, 2, 3}};
     VoiceList list;
-    ListSetVoice(list, ListAdd(list), VoiceObject{{1, 2, 3}});
+    ListSetVoice(list, ListAdd(list), VoiceObject(before));
     const bool imported = ImportOneVoice(nullptr, list, 0, path.c_str(), nullptr) == 1;
-    Demand(imported == decoded.has_value(), "what can be decoded is imported, and nothing else");
-    Demand(ListVoice(list, 0)->bytes ==
-               (imported ? decoded->bytes : std::vector<std::uint8_t>{1, 2, 3}),
-           "a refused file leaves the row alone");
-    const std::string exported = FuzzPath("exported." + std::string(VoiceExtension(family)));
-    const SynthDriver *driver = DriverOfId(family);
-    if (imported &&
-        driver->ExportVoice(nullptr, list, nullptr, exported.c_str(), 0, SynthFirmware) == 1) {
+    Demand(imported == (format.judge(input).state != VoiceFileState::Refused),
+           "what is not refused is imported, and nothing else");
+    if (!imported) {
+        Demand(*ListVoice(list, 0) == before, "a refused file leaves the row alone");
+        return;
+    }
+    CompareWithLines(list, family, format, input);
+    const std::string exported = FuzzPath("exported." + std::string(family.voiceExtension));
+    if (family.ExportVoice(nullptr, list, nullptr, exported.c_str(), 0, SynthFirmware) == 1) {
         VoiceObject again;
         Demand(ImportOneVoice(nullptr, list, 0, exported.c_str(), &again) == 1,
                "what was exported is imported");
-        const auto &whole = decoded->bytes;
+        const auto &whole = ListVoice(list, 0)->bytes;
         Demand(again.bytes.size() <= whole.size() &&
                    std::equal(again.bytes.begin(), again.bytes.end(), whole.begin()),
                "every byte is kept");
@@ -69,30 +87,18 @@ void ImportAndExport(const std::string &path, DriverId family,
 
 } // namespace
 
+// The first byte chooses the family and the kind of the file, the rest is the file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     AnswerYesToEverything();
     if (size == 0) {
         return 0;
     }
     const std::span<const std::uint8_t> input(data + 1, size - 1);
-    VoiceList decoded;
-    switch (data[0] % 4) {
-    case 0: {
-        const bool decodes = DecodeDx7Bank(decoded, input);
-        OpenAndSave(FuzzFile("input.syx", input), Dx7DriverId, decodes, decoded);
-        break;
-    }
-    case 1:
-        ImportAndExport(FuzzFile("input.sy1", input), Dx7DriverId, DecodeDx7Voice(input));
-        break;
-    case 2: {
-        const bool decodes = DecodeRefaceBank(decoded, input);
-        OpenAndSave(FuzzFile("input.srx", input), RefaceDriverId, decodes, decoded);
-        break;
-    }
-    case 3:
-        ImportAndExport(FuzzFile("input.sr1", input), RefaceDriverId, DecodeRefaceVoice(input));
-        break;
+    const SynthDriver &family = *SynthDrivers[data[0] / 2 % SynthDrivers.size()];
+    if (data[0] % 2 == 0 && family.bankFormat) {
+        OpenAndSave(family, input);
+    } else if (data[0] % 2 == 1 && family.voiceFormat) {
+        ImportAndExport(family, input);
     }
     return 0;
 }
