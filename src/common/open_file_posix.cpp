@@ -72,10 +72,11 @@ void GiveTo(int descriptor, const struct stat &model, bool groupMayBeMore) {
     }
 }
 
-bool HasUsersOf(int descriptor, const struct stat &model) {
+// A folder may have given the new file a list of access rights of its own.
+bool HasUsersOf(int descriptor, const char *path, const struct stat &model) {
     struct stat status;
-    return fstat(descriptor, &status) == 0 && status.st_uid == model.st_uid &&
-           status.st_gid == model.st_gid &&
+    return !HasAccessList(path) && fstat(descriptor, &status) == 0 &&
+           status.st_uid == model.st_uid && status.st_gid == model.st_gid &&
            (status.st_mode & Permissions) == (model.st_mode & Permissions);
 }
 
@@ -122,10 +123,11 @@ FilePointer CreateFileLike(const char *path, const char *model, NewFileUsers use
         return nullptr;
     }
     if (hasModel) {
-        GiveTo(descriptor, status, HasAccessList(model));
+        GiveTo(descriptor, status, HasAccessList(model) || HasAccessList(path));
     }
     int reason = EPERM;
-    if (!hasModel || users == NewFileUsers::AsModelOrFewer || HasUsersOf(descriptor, status)) {
+    if (!hasModel || users == NewFileUsers::AsModelOrFewer ||
+        HasUsersOf(descriptor, path, status)) {
         if (std::FILE *file = fdopen(descriptor, "wb")) {
             return FilePointer(file);
         }

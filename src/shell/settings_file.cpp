@@ -120,10 +120,14 @@ bool AreEqual(const std::string &one, const std::string &other) {
     return bytes && bytes == ReadFileBytes(other.c_str(), ComparedSize);
 }
 
+std::string BackupPath(const SettingsList &list) {
+    return UserFile((std::string("Backup of ") + list.file).c_str());
+}
+
 // Keeps the two versions before the one that is to be written. A version that could not be kept in
 // the next one's place stays where it is. False, the reason in errno, when not both were kept.
 bool KeepVersions(const SettingsList &list) {
-    const std::string backup = UserFile((std::string("Backup of ") + list.file).c_str());
+    const std::string backup = BackupPath(list);
     const std::string older = UserFile((std::string("Backup of Backup of ") + list.file).c_str());
     return KeepAs(backup, older) && KeepAs(SettingsFilePath(list), backup);
 }
@@ -131,8 +135,7 @@ bool KeepVersions(const SettingsList &list) {
 // The same before a write that may fail, or that has: what failed once is tried again, and a file
 // that is its own backup already takes no second place.
 bool KeepVersionsOnce(const SettingsList &list) {
-    const std::string backup = UserFile((std::string("Backup of ") + list.file).c_str());
-    return AreEqual(SettingsFilePath(list), backup) || KeepVersions(list);
+    return AreEqual(SettingsFilePath(list), BackupPath(list)) || KeepVersions(list);
 }
 
 } // namespace

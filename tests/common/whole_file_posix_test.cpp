@@ -155,31 +155,54 @@ TEST(WriteFileWhole, AFileOfAnotherUserKeepsItsOwnerAndPermissions) {
     });
 }
 
+// Version 2; each a kind, rights and a number: the owner, user 1000, the group, what users and
+// group may at most, everybody else.
+constexpr unsigned char AccessList[] = {
+    2,  0, 0, 0,                      //
+    1,  0, 6, 0, 255,  255, 255, 255, //
+    2,  0, 6, 0, 0xE8, 3,   0,   0,   //
+    4,  0, 4, 0, 255,  255, 255, 255, //
+    16, 0, 6, 0, 255,  255, 255, 255, //
+    32, 0, 4, 0, 255,  255, 255, 255,
+};
+
+bool GiveAccessList(const std::filesystem::path &path, const char *name) {
+    return setxattr(path.c_str(), name, AccessList, sizeof AccessList, 0) == 0;
+}
+
+constexpr const char *OfFile = "system.posix_acl_access";
+constexpr const char *ForNewFiles = "system.posix_acl_default"; // of a folder
+
 TEST(WriteFileWhole, KeepsAListOfAccessRights) {
-    // Version 2; each a kind, rights and a number: the owner, user 1000, the group, what users and
-    // group may at most, everybody else.
-    const unsigned char rights[] = {
-        2,  0, 0, 0,                      //
-        1,  0, 6, 0, 255,  255, 255, 255, //
-        2,  0, 6, 0, 0xE8, 3,   0,   0,   //
-        4,  0, 4, 0, 255,  255, 255, 255, //
-        16, 0, 6, 0, 255,  255, 255, 255, //
-        32, 0, 4, 0, 255,  255, 255, 255,
-    };
-    const char *const name = "system.posix_acl_access";
     const TempFolder folder;
     const std::string path = folder.WriteText("file", Former);
-    if (setxattr(path.c_str(), name, rights, sizeof rights, 0) != 0) {
+    if (!GiveAccessList(path, OfFile)) {
         GTEST_SKIP() << "this file system keeps no such list";
     }
     EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
     EXPECT_EQ(ReadTestText(path), Fresh);
-    unsigned char kept[sizeof rights] = {};
-    EXPECT_EQ(getxattr(path.c_str(), name, kept, sizeof kept), static_cast<ssize_t>(sizeof rights));
-    EXPECT_TRUE(std::ranges::equal(kept, rights));
+    unsigned char kept[sizeof AccessList] = {};
+    EXPECT_EQ(getxattr(path.c_str(), OfFile, kept, sizeof kept),
+              static_cast<ssize_t>(sizeof AccessList));
+    EXPECT_TRUE(std::ranges::equal(kept, AccessList));
     // A copy is not for everyone who could be on such a list.
     EXPECT_TRUE(CopyFileWhole(path.c_str(), folder.File("copy").c_str()));
     EXPECT_EQ(StatusOf(folder.File("copy")).st_mode & 07777, 0604u);
+}
+
+TEST(WriteFileWhole, AFolderGivesTheFileNoOtherUsers) {
+    const TempFolder folder;
+    const std::string path = folder.WriteText("file", Former);
+    ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+    if (!GiveAccessList(folder.path, ForNewFiles)) {
+        GTEST_SKIP() << "this file system keeps no such list";
+    }
+    EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
+    EXPECT_EQ(ReadTestText(path), Fresh);
+    EXPECT_EQ(StatusOf(path).st_mode & 07777, 0640u);
+    EXPECT_LT(getxattr(path.c_str(), OfFile, nullptr, 0), 0);
+    EXPECT_TRUE(CopyFileWhole(path.c_str(), folder.File("copy").c_str()));
+    EXPECT_EQ(StatusOf(folder.File("copy")).st_mode & 07777, 0600u);
 }
 
 TEST(WriteFileWhole, WhatIsTooLongToBePutBackIsNotWrittenInPlace) {
