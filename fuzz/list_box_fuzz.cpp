@@ -14,8 +14,8 @@ VoiceObject VoiceOf(std::uint8_t mark) {
     return MakeVoiceObject(Dx7DriverId, std::span(&mark, 1));
 }
 
-// The same rows and the same selection, kept without a list box. A selected row is known by its
-// mark's address, so to speak: each row has a number of its own.
+// The same rows and the same selection, kept without a list box. Each row has a number of its own,
+// by which the selected one is known wherever it moves.
 struct Model {
     std::vector<int> rows; // numbers
     std::vector<VoiceObject> voices;

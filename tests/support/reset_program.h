@@ -36,12 +36,17 @@
 //                                                            their windows
 //   (looks of history entries)     shell/view/history_menu.h each rebuild of the menu    without picture
 //   StandardOutput, StandardError  cli/text_output.h         tonewright-cli              open
+//   (where answers come from, the  cli/terminal_desktop.h    UseTerminalDesktop and      no, none
+//     first no, the status line)                             its table
+//   (how ports are chosen)         cli/midi_session.h        ReadMidiSettings            by no name
+//   (a request to end)             cli/interruption.h        the system's signals        none
 // clang-format on
 //
-// PortMidi stays begun, and tests of its beginning are processes of their own; no test program has
-// the variables of cli/. Beside these there are buffers of text that a function returns and
-// overwrites with its next call, tables that are constant once they are made, and sizes of fonts
-// and pictures of algorithms, which are kept once they are known.
+// PortMidi stays begun, and tests of its beginning are processes of their own. The variables of
+// cli/ are not put back: no test program is linked with them, each test runs the program itself.
+// Beside these there are buffers of text that a function returns and overwrites with its next call,
+// tables that are constant once they are made, and sizes of fonts and pictures of algorithms, which
+// are kept once they are known.
 #pragma once
 
 namespace tonewright {
