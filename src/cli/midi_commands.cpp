@@ -161,7 +161,7 @@ constexpr std::chrono::milliseconds NoteLength(500);
 void HoldNote() {
     constexpr std::chrono::milliseconds step(10);
     const auto end = std::chrono::steady_clock::now() + NoteLength;
-    while (std::chrono::steady_clock::now() < end && !TheMidi.TransferCancelled()) {
+    while (std::chrono::steady_clock::now() < end && !TransferCancelled()) {
         std::this_thread::sleep_for(step);
     }
 }
@@ -173,7 +173,7 @@ int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vec
     AuditionVelocity();
     const bool isOpen = SendAudition(*audition, nullptr);
     for (const int note : notes) {
-        if (!isOpen || TheMidi.TransferCancelled()) {
+        if (!isOpen || TransferCancelled()) {
             break;
         }
         PlayAuditionNote(*audition, note);
@@ -320,7 +320,7 @@ int CliDownload(const CliCall &call) {
         if (!DownloadCurrent(nullptr, MainList)) {
             return TellTransferFailed(*file.synth);
         }
-        if (TheMidi.TransferCancelled()) {
+        if (TransferCancelled()) {
             return static_cast<int>(ExitFailed);
         }
         const std::string missing = PlacesNotReceived(*file.format);

@@ -5,6 +5,7 @@
 #include "common/platform.h"
 #include "common/text.h"
 
+#include <algorithm>
 #include <bit>
 #include <filesystem>
 #include <system_error>
@@ -48,14 +49,13 @@ bool IsPlainName(std::string_view name) {
     return !mayBeShort && !colon && !IsBeyondAscii(name);
 }
 
-std::string InSmallLetters(std::string_view name) {
-    std::string small(name);
+void PutInSmallLetters(std::string &small, std::string_view name) {
+    small = name;
     for (char &character : small) {
         if (character >= 'A' && character <= 'Z') {
             character = static_cast<char>(character - 'A' + 'a');
         }
     }
-    return small;
 }
 
 // Lists a folder; one that is not there has no names. A folder that cannot be listed stays as it
@@ -68,13 +68,15 @@ void List(const std::string &path, ExistingFiles::Folder &folder) {
         folder.listed = true;
         return;
     }
-    std::unordered_set<std::string> names;
+    std::vector<std::string> names;
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const std::u8string name = entry->path().filename().u8string();
-        names.insert(InSmallLetters({reinterpret_cast<const char *>(name.data()), name.size()}));
+        PutInSmallLetters(names.emplace_back(),
+                          {reinterpret_cast<const char *>(name.data()), name.size()});
     }
     if (!error) {
         folder.listed = true;
+        std::ranges::sort(names);
         folder.names = std::move(names);
     }
 }
@@ -86,18 +88,21 @@ std::string_view NameOfFolder(std::string_view folder) {
 
 // False when the listings say that neither a file nor a folder has this path.
 bool MayExist(ExistingFiles &files, std::string_view path) {
-    const std::string folder = FolderOfPath(path);
+    const std::string_view folder = FolderPartOf(path);
     if (!files.last || folder != files.lastFolder) {
         const std::string_view name = NameOfFolder(folder);
         if (!name.empty() && !MayExist(files, name)) {
             return false;
         }
-        files.last = &files.folders[folder];
         files.lastFolder = folder;
+        files.last = &files.folders[files.lastFolder];
     }
     const std::string_view name = path.substr(folder.size());
-    return !files.last->listed || !IsPlainName(name) ||
-           files.last->names.contains(InSmallLetters(name));
+    if (!files.last->listed || !IsPlainName(name)) {
+        return true;
+    }
+    PutInSmallLetters(files.small, name);
+    return std::ranges::binary_search(files.last->names, files.small);
 }
 
 // A file that was missed may lack any of the folders on the way to it.

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
+#include <vector>
 
 namespace tonewright {
 
@@ -14,12 +14,13 @@ struct ExistingFiles {
     struct Folder {
         int missed = 0;
         bool listed = false;
-        std::unordered_set<std::string> names; // in small letters
+        std::vector<std::string> names; // in small letters, sorted
     };
     std::unordered_map<std::string, Folder> folders; // by path, with its separator
     std::string lastFolder;                          // asked about
     Folder *last = nullptr;
     std::string missed; // the path that was missed last
+    std::string small;  // the name that was looked up last, in small letters
 };
 
 // As FileExists, as long as nobody makes files meanwhile.

@@ -205,7 +205,11 @@ std::string ExtensionOfPath(std::string_view path) {
 }
 
 std::string FolderOfPath(std::string_view path) {
-    return std::string(path.substr(0, NameStart(path)));
+    return std::string(FolderPartOf(path));
+}
+
+std::string_view FolderPartOf(std::string_view path) {
+    return path.substr(0, NameStart(path));
 }
 
 std::string ReplaceExtension(std::string_view path, std::string_view extension) {

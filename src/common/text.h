@@ -40,6 +40,8 @@ const char *FileNameOfPath(const char *path);
 std::string ExtensionOfPath(std::string_view path);
 // Drive and folder with the trailing separator; empty for a bare name.
 std::string FolderOfPath(std::string_view path);
+// The same as a part of `path`.
+std::string_view FolderPartOf(std::string_view path);
 // The path with everything behind the last dot of its name replaced; a dot is added when missing.
 std::string ReplaceExtension(std::string_view path, std::string_view extension);
 // The path with "Backup of " in front of its name.

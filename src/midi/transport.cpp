@@ -22,7 +22,7 @@ std::int64_t DeadlineFrom(std::int32_t start) {
 // Polls until there is something to read; false at the deadline, or when the user will not wait.
 bool AwaitEvent(MidiStream input) {
     const std::int32_t start = TheMidi.Pt_Time();
-    while (TheMidi.Pt_Time() < DeadlineFrom(start) && !TheMidi.TransferCancelled()) {
+    while (TheMidi.Pt_Time() < DeadlineFrom(start) && !TransferCancelled()) {
         if (TheMidi.Pm_Poll(input) != 0) {
             return true;
         }

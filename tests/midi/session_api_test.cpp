@@ -132,7 +132,7 @@ TEST_F(SessionApi, WithoutAQuestionNothingIsCancelled) {
     EndSession(session);
     session.isCancelled = nullptr;
     TheMidi = MakeSessionApi(session);
-    EXPECT_FALSE(TheMidi.TransferCancelled());
+    EXPECT_FALSE(TransferCancelled());
 }
 
 } // namespace
