@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <exception>
 #include <fcntl.h>
 #include <functional>
 #include <grp.h>
@@ -52,7 +53,13 @@ inline void RunInChild(bool (*prepare)(const std::string &folder), const std::st
         if (!prepare(folder)) {
             _exit(NotPrepared);
         }
-        body();
+        try {
+            body();
+        } catch (const std::exception &error) {
+            // Beyond the fork the test program must not go on with its other tests.
+            std::fprintf(stderr, "the child process ended by an exception: %s\n", error.what());
+            _exit(Failed);
+        }
         std::fflush(nullptr);
         _exit(testing::Test::HasFailure() ? Failed : Passed);
     }
