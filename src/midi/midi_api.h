@@ -90,7 +90,7 @@ struct MidiApi {
     // True when whoever waits for something is to wait no longer, nor for anything that follows:
     // what is under way ends as it does when nothing comes any more. What it has to send at its end
     // is sent all the same. Empty: never; ask through the function below.
-    std::function<bool()> TransferCancelled;
+    std::function<bool()> TransferCancelled = {};
 };
 
 // The table in use; at first one without devices.
