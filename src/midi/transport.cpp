@@ -21,8 +21,8 @@ std::int64_t DeadlineFrom(std::int32_t start) {
 
 // Polls until there is something to read; false at the deadline, or when the user will not wait.
 bool AwaitEvent(MidiStream input) {
-    const std::int32_t start = TheMidi.Pt_Time();
-    while (TheMidi.Pt_Time() < DeadlineFrom(start) && !TransferCancelled()) {
+    const std::int64_t deadline = DeadlineFrom(TheMidi.Pt_Time());
+    while (TheMidi.Pt_Time() < deadline && !TransferCancelled()) {
         if (TheMidi.Pm_Poll(input) != 0) {
             return true;
         }
