@@ -64,10 +64,17 @@ constexpr ConfigKey SettingRow(const char *name, std::string *value, const char 
     return {name, value, kind | parts.flags, parts.control, parts.items, preset};
 }
 
+// When the file of a list is written.
+enum class SettingsWritten {
+    AtEnd,      // with every other one, when the program ends
+    WhenChosen, // when the user has chosen a value, so that a program that is left alone adds no file
+};
+
 // A list of settings and the file that keeps it, in the maker's application-data folder.
 struct SettingsList {
     const char *file; // its name
     const char *section;
+    SettingsWritten written;
     std::span<const ConfigKey> rows; // in the order of the file
 };
 

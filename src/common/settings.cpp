@@ -44,8 +44,8 @@ constexpr const SettingsList *Lists[] = {
 
 } // namespace
 
-#define SETTINGS_LIST(list, file, section)                                                         \
-    constinit const SettingsList list = {file, section, list##Rows};
+#define SETTINGS_LIST(list, file, section, written)                                                \
+    constinit const SettingsList list = {file, section, SettingsWritten::written, list##Rows};
 #include "common/settings_lists.inc"
 
 constinit const std::span<const SettingsList *const> SettingsLists(Lists);

@@ -201,6 +201,9 @@ SettingsWrite ConfigWrite() {
     SettingsWrite worst = SettingsWrite::Done;
     int reason = 0;
     for (const SettingsList *list : SettingsLists) {
+        if (list->written != SettingsWritten::AtEnd) {
+            continue;
+        }
         const SettingsWrite outcome = WriteSettingsFile(*list);
         if (outcome > worst) {
             worst = outcome;

@@ -48,7 +48,7 @@ enum class SettingsWrite {
 // the next only when that one is whole. A file that may not be written, and one that can be written
 // in place only, becomes its own backup first, once. Where not all is done, errno tells why.
 SettingsWrite WriteSettingsFile(const SettingsList &list);
-// Writes the files of all lists: the worst that happened to one of them. Shows nothing.
+// Writes the files of the lists that are written at the end: the worst that happened to one of them. Shows nothing.
 SettingsWrite ConfigWrite();
 
 } // namespace tonewright

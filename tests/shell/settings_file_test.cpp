@@ -478,7 +478,8 @@ const ConfigKey OtherRows[] = {
     SettingRow("Folders", &Folders, 12, SettingInteger, {.flags = SettingWriteOnly}),
     SettingRow("Archive", &Archive, "Voices", SettingText, {}),
 };
-const SettingsList OtherSettings = {.file = "Other.ini", .section = "More", .rows = OtherRows};
+const SettingsList OtherSettings = {
+    .file = "Other.ini", .section = "More", .written = SettingsWritten::AtEnd, .rows = OtherRows};
 
 } // namespace
 
