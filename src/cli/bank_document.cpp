@@ -69,23 +69,6 @@ int ExportVoiceDocument(int row, const char *path) {
     return ExitDone;
 }
 
-std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format) {
-    if (!format) {
-        return UnknownFormatReason();
-    }
-    std::vector<std::uint8_t> bytes;
-    const VoiceFileReport report = ReadVoiceFile(path, *format, bytes);
-    switch (report.state) {
-    case VoiceFileState::Ok:
-        return "could not be opened";
-    case VoiceFileState::Refused:
-        return report.reason;
-    case VoiceFileState::Damaged:
-        break;
-    }
-    return report.reason + ", and the answer was not to open it";
-}
-
 const VoiceFileFormat *BankFormatOfPath(const char *path) {
     const VoiceFileFormat *format = FormatOfPath(path);
     return format && format->kind == VoiceFileKind::Bank ? format : nullptr;

@@ -2,7 +2,7 @@
 // commands, with its questions and backups, and failures explained on standard error.
 #pragma once
 
-#include "cli/voice_file.h"
+#include "core/voice_file_reader.h"
 
 #include <string>
 
@@ -18,9 +18,6 @@ int SaveBankDocument(const char *path);
 
 // The same for a row (from 0) that holds a voice, as a single-voice file.
 int ExportVoiceDocument(int row, const char *path);
-
-// Why a file could not be opened as `format`, in words. nullptr: its extension stands for none.
-std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format);
 
 // The format of a path that is a bank, else nullptr.
 const VoiceFileFormat *BankFormatOfPath(const char *path);

@@ -5,10 +5,10 @@
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
-#include "cli/voice_file.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/voice_file_reader.h"
 
 #include <utility>
 

@@ -5,12 +5,12 @@
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
-#include "cli/voice_file.h"
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/voice_file_reader.h"
 #include "midi/audition.h"
 #include "midi/midi_start.h"
 

@@ -3,8 +3,8 @@
 #include "cli/cli_commands.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
-#include "cli/voice_file.h"
 #include "common/text.h"
+#include "core/voice_file_reader.h"
 
 namespace tonewright {
 namespace {

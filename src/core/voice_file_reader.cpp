@@ -1,5 +1,5 @@
 // Looks into voice files without opening them as a document.
-#include "cli/voice_file.h"
+#include "core/voice_file_reader.h"
 
 #include "common/file_bytes.h"
 #include "common/open_file.h"
@@ -79,6 +79,23 @@ VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
         }
     }
     return format.judge(bytes);
+}
+
+std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format) {
+    if (!format) {
+        return UnknownFormatReason();
+    }
+    std::vector<std::uint8_t> bytes;
+    const VoiceFileReport report = ReadVoiceFile(path, *format, bytes);
+    switch (report.state) {
+    case VoiceFileState::Ok:
+        return "could not be opened";
+    case VoiceFileState::Refused:
+        return report.reason;
+    case VoiceFileState::Damaged:
+        break;
+    }
+    return report.reason + ", and the answer was not to open it";
 }
 
 } // namespace tonewright

@@ -25,4 +25,8 @@ std::string UnknownFormatReason();
 VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
                               std::vector<std::uint8_t> &bytes);
 
+// Why a file could not be opened as `format`, in words. nullptr: its extension stands for none. Of
+// a damaged file it says that the answer was not to open it.
+std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format);
+
 } // namespace tonewright
