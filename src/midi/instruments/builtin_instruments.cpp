@@ -150,10 +150,10 @@ int OpenPort(MidiStream *stream, int device, bool asInput, std::int32_t bufferSi
     return Success;
 }
 
-OpenStream *StreamOf(MidiStream handle, bool asInput) {
-    auto &streams = TheStudio().streams;
-    const auto found = streams.find(handle);
-    return found != streams.end() && found->second.isInput == asInput ? &found->second : nullptr;
+OpenStream *StreamOf(Studio &studio, MidiStream handle, bool asInput) {
+    const auto found = studio.streams.find(handle);
+    const bool isThere = found != studio.streams.end() && found->second.isInput == asInput;
+    return isThere ? &found->second : nullptr;
 }
 
 // Puts events on the line to an input. What its buffer cannot take is lost, as with PortMidi.
@@ -203,16 +203,17 @@ void WaitUntilSent(const Studio &studio, std::size_t bytes) {
 
 // Hands `bytes` that are written to the instrument behind an output, through `read`.
 template <typename Read> int Write(MidiStream handle, std::size_t bytes, Read read) {
-    OpenStream *stream = StreamOf(handle, false);
+    Studio &studio = TheStudio();
+    OpenStream *stream = StreamOf(studio, handle, false);
     if (!stream) {
         return NoSuchStream;
     }
     const std::size_t number = stream->instrument;
-    if (stream->writes++ == TheStudio().faults[number].failWrite) {
+    if (stream->writes++ == studio.faults[number].failWrite) {
         return HostFailure;
     }
-    WaitUntilSent(TheStudio(), bytes);
-    Instrument &instrument = TheStudio().instruments[number];
+    WaitUntilSent(studio, bytes);
+    Instrument &instrument = studio.instruments[number];
     read(instrument.reader, [&](std::span<const std::uint8_t> message) {
         std::vector<Answer> answers;
         TakeInstrumentMessage(instrument, message, answers);
@@ -224,7 +225,7 @@ template <typename Read> int Write(MidiStream handle, std::size_t bytes, Read re
 int WriteSysExBytes(MidiStream stream, std::span<const std::uint8_t> message) {
     const auto end = std::ranges::find(message, 0xF7);
     if (end == message.end()) {
-        return StreamOf(stream, false) ? BadData : NoSuchStream;
+        return StreamOf(TheStudio(), stream, false) ? BadData : NoSuchStream;
     }
     const auto whole = message.first(static_cast<std::size_t>(end - message.begin()) + 1);
     return Write(stream, whole.size(), [&](MessageReader &reader, const TakeMessage &take) {
@@ -244,7 +245,7 @@ bool IsDue(const OpenStream &input, const Studio &studio) {
 
 int Poll(MidiStream handle) {
     Studio &studio = TheStudio();
-    const OpenStream *input = StreamOf(handle, true);
+    const OpenStream *input = StreamOf(studio, handle, true);
     if (!input) {
         return NoSuchStream;
     }
@@ -257,7 +258,7 @@ int Poll(MidiStream handle) {
 
 int Read(MidiStream handle, MidiEvent *event) {
     Studio &studio = TheStudio();
-    OpenStream *input = StreamOf(handle, true);
+    OpenStream *input = StreamOf(studio, handle, true);
     if (!input) {
         return NoSuchStream;
     }
@@ -300,7 +301,10 @@ MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options) {
     MidiApi api;
     api.Pt_Start = [](int) { return StartClock(); };
     api.Pt_Stop = StopClock;
-    api.Pt_Time = [] { return ClockTime(TheStudio(), Now(TheStudio())); };
+    api.Pt_Time = [] {
+        const Studio &studio = TheStudio();
+        return ClockTime(studio, Now(studio));
+    };
     api.Pm_CountDevices = [] { return static_cast<int>(PortsOf(TheStudio()).size()); };
     api.Pm_GetDeviceInfo = DeviceInfo;
     api.Pm_OpenInput = [](MidiStream *stream, int device, std::int32_t bufferSize) {
