@@ -5,7 +5,6 @@
 #include "common/platform.h"
 #include "common/text.h"
 
-#include <algorithm>
 #include <bit>
 #include <filesystem>
 #include <system_error>
@@ -21,7 +20,11 @@ constexpr int MissesBeforeListing = 32;
 bool IsBeyondAscii(std::string_view name) {
     bool beyond = false;
     for (std::size_t at = 0; at < name.size(); ++at) {
-        const int ones = std::countl_one(static_cast<unsigned char>(name[at]));
+        const auto lead = static_cast<unsigned char>(name[at]);
+        if (lead < 0x80) {
+            continue;
+        }
+        const int ones = std::countl_one(lead);
         if (ones == 1 || ones > 4 || name.size() - at < static_cast<std::size_t>(ones)) {
             return false;
         }
@@ -30,7 +33,7 @@ bool IsBeyondAscii(std::string_view name) {
                 return false;
             }
         }
-        beyond = beyond || ones > 1;
+        beyond = true;
     }
     return beyond;
 }
@@ -49,15 +52,6 @@ bool IsPlainName(std::string_view name) {
     return !mayBeShort && !colon && !IsBeyondAscii(name);
 }
 
-void PutInSmallLetters(std::string &small, std::string_view name) {
-    small = name;
-    for (char &character : small) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
-}
-
 // Lists a folder; one that is not there has no names. A folder that cannot be listed stays as it
 // is.
 void List(const std::string &path, ExistingFiles::Folder &folder) {
@@ -68,15 +62,13 @@ void List(const std::string &path, ExistingFiles::Folder &folder) {
         folder.listed = true;
         return;
     }
-    std::vector<std::string> names;
+    decltype(folder.names) names;
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const std::u8string name = entry->path().filename().u8string();
-        PutInSmallLetters(names.emplace_back(),
-                          {reinterpret_cast<const char *>(name.data()), name.size()});
+        names.emplace(reinterpret_cast<const char *>(name.data()), name.size());
     }
     if (!error) {
         folder.listed = true;
-        std::ranges::sort(names);
         folder.names = std::move(names);
     }
 }
@@ -98,11 +90,7 @@ bool MayExist(ExistingFiles &files, std::string_view path) {
         files.last = &files.folders[files.lastFolder];
     }
     const std::string_view name = path.substr(folder.size());
-    if (!files.last->listed || !IsPlainName(name)) {
-        return true;
-    }
-    PutInSmallLetters(files.small, name);
-    return std::ranges::binary_search(files.last->names, files.small);
+    return !files.last->listed || files.last->names.contains(name) || !IsPlainName(name);
 }
 
 // A file that was missed may lack any of the folders on the way to it.
@@ -119,14 +107,27 @@ void CountMiss(ExistingFiles &files, std::string_view path) {
 
 } // namespace
 
-bool FileExists(ExistingFiles &files, const std::string &path) {
+std::size_t ExistingFiles::HashName::operator()(std::string_view name) const {
+    constexpr unsigned char smallLetter = 'a' - 'A'; // the bit that a capital lacks
+    std::size_t hash = 0;
+    for (const char character : name) {
+        hash = hash * 31 + (static_cast<unsigned char>(character) | smallLetter);
+    }
+    return hash;
+}
+
+bool ExistingFiles::EqualName::operator()(std::string_view a, std::string_view b) const {
+    return EqualNoCase(a, b);
+}
+
+bool FileExists(ExistingFiles &files, std::string_view path) {
     if (!path.empty() && path == files.missed) {
         return false;
     }
     if (!MayExist(files, path)) {
         return false;
     }
-    if (FileExists(path.c_str())) {
+    if (FileExists(std::string(path).c_str())) {
         return true;
     }
     files.missed = path;

@@ -88,8 +88,9 @@ bool AddEntry(std::string_view path, std::uint32_t time) {
 
 // The line up to its first zero byte, carriage return or line feed.
 std::string_view CutAtLineEnd(std::string_view line) {
-    constexpr std::string_view ends("\0\r\n", 3);
-    return line.substr(0, line.find_first_of(ends));
+    const auto isEnd = [](char c) { return c == '\0' || c == '\r' || c == '\n'; };
+    const auto end = std::ranges::find_if(line, isEnd);
+    return line.substr(0, static_cast<std::size_t>(end - line.begin()));
 }
 
 } // namespace
@@ -165,10 +166,9 @@ void HistoryRead() {
         return;
     }
     ExistingFiles files;
-    std::string plain;
     bool changed = false;
     ReadHistoryFile(HistoryFilePath().c_str(), [&](const HistoryEntry &entry) {
-        plain = WithoutPin(entry.path);
+        const std::string_view plain = WithoutPin(entry.path);
         if (CanBeKept(plain) && FileExists(files, plain)) {
             changed = AddEntry(entry.path, TimeOrNow(entry.time)) || changed;
         }

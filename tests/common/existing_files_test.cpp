@@ -49,6 +49,16 @@ TEST_F(ExistingFilesTest, TheCaseOfLettersCountsAsTheFileSystemSays) {
     EXPECT_EQ(Exists("BANK"), FileExists(home.File("BANK").c_str()));
 }
 
+// Where the file system does not tell them apart: the system is asked then.
+TEST_F(ExistingFilesTest, ANameInOtherLettersMayBeTheOneThatIsListed) {
+    home.WriteText("Bank [z] \xC3\x84", "");
+    MissMany("");
+    const auto &names = files.folders.at(home.File("")).names;
+    EXPECT_TRUE(names.contains("bANK [Z] \xC3\x84"));
+    EXPECT_FALSE(names.contains("Bank {z} \xC3\x84"));
+    EXPECT_FALSE(names.contains("Bank [z] \xC3\xA4"));
+}
+
 TEST_F(ExistingFilesTest, AFolderIsNoFile) {
     std::filesystem::create_directory(home.path / "folder");
     EXPECT_FALSE(Exists("folder"));
