@@ -37,21 +37,39 @@ constexpr std::size_t MidiControl = 0x0E;
 constexpr std::uint8_t ReceiveAllChannels = 16;
 struct Setting {
     std::uint8_t address;
-    std::size_t size;
+    std::size_t size;    // bytes
+    int lowest, highest; // that it takes
+    int bits = 7;        // of its number in each byte, the highest first
+    int alsoTaken = -1;  // a value that stands for itself; -1 for none
 };
 constexpr std::array<Setting, 11> Settings = {{
-    {0x00, 1}, // transmit channel
-    {0x01, 1}, // receive channel
-    {0x02, 4}, // master tune
-    {0x06, 1}, // local control
-    {0x07, 1}, // transpose
-    {0x08, 2}, // tempo
-    {0x0A, 1}, // contrast of the display
-    {0x0B, 1}, // sustain pedal
-    {0x0C, 1}, // auto power off
-    {0x0D, 1}, // speaker
-    {0x0E, 1}, // MIDI control
+    {.address = 0x00, .size = 1, .lowest = 0, .highest = 15, .alsoTaken = 127}, // transmit channel
+    {.address = 0x01, .size = 1, .lowest = 0, .highest = ReceiveAllChannels},   // receive channel
+    {.address = 0x02, .size = 4, .lowest = 0, .highest = 0xFFFF, .bits = 4},    // master tune
+    {.address = 0x06, .size = 1, .lowest = 0, .highest = 1},                    // local control
+    {.address = 0x07, .size = 1, .lowest = 64 - 12, .highest = 64 + 12},        // transpose
+    {.address = 0x08, .size = 2, .lowest = 30, .highest = 300},                 // tempo
+    {.address = 0x0A, .size = 1, .lowest = 0, .highest = 63}, // contrast of the display
+    {.address = 0x0B, .size = 1, .lowest = 0, .highest = 1},  // sustain pedal
+    {.address = 0x0C, .size = 1, .lowest = 0, .highest = 1},  // auto power off
+    {.address = 0x0D, .size = 1, .lowest = 0, .highest = 1},  // speaker
+    {.address = 0x0E, .size = 1, .lowest = 0, .highest = 1},  // MIDI control
 }};
+
+// True when the data are a value that the setting takes.
+bool Takes(const Setting &setting, std::span<const std::uint8_t> data) {
+    if (setting.size != data.size()) {
+        return false;
+    }
+    int value = 0;
+    for (const std::uint8_t byte : data) {
+        if (byte >> setting.bits != 0) {
+            return false;
+        }
+        value = value << setting.bits | byte;
+    }
+    return (value >= setting.lowest && value <= setting.highest) || value == setting.alsoTaken;
+}
 
 constexpr std::array<std::uint8_t, SystemSize> FactorySettings = {
     0x00,                   // transmits on channel 1
@@ -136,7 +154,7 @@ void TakeDumpRequest(const Instrument &instrument, const Address &address,
 void TakeSetting(Instrument &instrument, const Address &address,
                  std::span<const std::uint8_t> data) {
     const auto isMeant = [&](const Setting &setting) {
-        return setting.address == address[2] && setting.size == data.size();
+        return setting.address == address[2] && Takes(setting, data);
     };
     if (address[0] == 0 && address[1] == 0 && std::ranges::any_of(Settings, isMeant)) {
         std::ranges::copy(data, instrument.system.begin() + address[2]);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <set>
+#include <span>
 
 namespace tonewright {
 namespace {
@@ -240,6 +241,50 @@ TEST(RefaceInstrument, TakesEverySettingAtItsAddress) {
     set(0x0E, {0x00});
     const Bytes expected = {0x7F, 0x05, 0x01, 0x02, 0x03, 0x04, 0x00, 0x44, 0x01, 0x48, 0x3F, 0x01};
     EXPECT_EQ(SystemSettingsOf(Reface), expected + Bytes(20, 0));
+}
+
+TEST(RefaceInstrument, TakesTheEndsOfTheRangeOfASettingAndNothingBeyond) {
+    Cable cable(Reface);
+    const auto set = [&](std::uint8_t address, const Bytes &data) {
+        cable.Send(Bytes{0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, address} + data +
+                   Bytes{0xF7});
+        const Bytes settings = SystemSettingsOf(Reface);
+        return std::ranges::equal(data, std::span(settings).subspan(address, data.size()));
+    };
+    struct Range {
+        std::uint8_t address;
+        std::vector<Bytes> taken, refused;
+    };
+    const std::vector<Bytes> yesOrNo = {{0x00}, {0x01}}, neither = {{0x02}, {0x55}, {0x7F}};
+    const Range ranges[] = {
+        {0x00, {{0x00}, {0x0F}, {0x7F}}, {{0x10}, {0x7E}}}, // transmit channel, 7F: off
+        {0x01, {{0x00}, {0x0F}, {0x10}}, {{0x11}, {0x7F}}}, // receive channel, 10: all
+        {0x02,
+         {{0x00, 0x00, 0x00, 0x00}, {0x00, 0x07, 0x0F, 0x0F}, {0x0F, 0x0F, 0x0F, 0x0F}},
+         {{0x10, 0x00, 0x00, 0x00}, {0x00, 0x04, 0x00, 0x10}, {0x00, 0x7F, 0x00, 0x00}}},
+        {0x06, yesOrNo, neither},
+        {0x07, {{0x34}, {0x40}, {0x4C}}, {{0x33}, {0x4D}, {0x00}, {0x7F}}}, // -12 to 12
+        {0x08,
+         {{0x00, 0x1E}, {0x01, 0x00}, {0x02, 0x2C}}, // 30, 128, 300
+         {{0x00, 0x1D}, {0x02, 0x2D}, {0x00, 0x00}, {0x7F, 0x7F}}},
+        {0x0A, {{0x00}, {0x3F}}, {{0x40}, {0x7F}}},
+        {0x0B, yesOrNo, neither},
+        {0x0C, yesOrNo, neither},
+        {0x0D, yesOrNo, neither},
+        {0x0E, yesOrNo, neither},
+    };
+    for (const Range &range : ranges) {
+        for (const Bytes &data : range.taken) {
+            EXPECT_TRUE(set(range.address, data))
+                << int{range.address} << ' ' << testing::PrintToString(data);
+        }
+        const Bytes before = SystemSettingsOf(Reface);
+        for (const Bytes &data : range.refused) {
+            EXPECT_FALSE(set(range.address, data))
+                << int{range.address} << ' ' << testing::PrintToString(data);
+            EXPECT_EQ(SystemSettingsOf(Reface), before);
+        }
+    }
 }
 
 TEST(RefaceInstrument, RefusesSettingsThatARealOneRefuses) {
