@@ -309,7 +309,8 @@ std::string FileNameOfVoice(std::string_view latin1Name) {
     for (const char character : latin1Name) {
         const auto byte = static_cast<unsigned char>(character);
         const bool control = byte < 0x20 || (byte >= 0x7F && byte <= 0x9F);
-        if (control || Forbidden.find(character) != std::string_view::npos) {
+        const bool hides = character == '.' && name.empty();
+        if (control || hides || Forbidden.find(character) != std::string_view::npos) {
             name += '_';
         } else {
             AppendUtf8(name, byte);

@@ -71,8 +71,8 @@ int ClampedInteger(const char *text, const SpinRange &range);
 
 // The instrument's bytes as UTF-8, taking them as Latin-1.
 std::string Latin1ToUtf8(std::string_view bytes);
-// A voice's name as part of a file name: UTF-8, with / \ : * ? " < > | and control characters
-// replaced by an underscore.
+// A voice's name as the beginning of a file name: UTF-8, with / \ : * ? " < > |, control characters
+// and a dot in front, which would hide the file, replaced by an underscore.
 std::string FileNameOfVoice(std::string_view latin1Name);
 
 } // namespace tonewright

@@ -254,6 +254,13 @@ TEST(FileNameOfVoice, ReplacesWhatAFileNameCannotHold) {
     EXPECT_EQ(FileNameOfVoice("\x9F\xA5"), "_\xC2\xA5");
 }
 
+TEST(FileNameOfVoice, ADotInFrontDoesNotHideTheFile) {
+    EXPECT_EQ(FileNameOfVoice(".BASS"), "_BASS");
+    EXPECT_EQ(FileNameOfVoice("."), "_");
+    EXPECT_EQ(FileNameOfVoice("...A.B."), "_..A.B.");
+    EXPECT_EQ(FileNameOfVoice(" .A"), " .A");
+}
+
 TEST(ScanText, ReadsFieldsAndTellsTheirNumber) {
     char path[20] = "";
     int time = 0;
