@@ -4,16 +4,16 @@
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
 #include "common/folders.h"
-#include "common/line_reader.h"
+#include "common/platform.h"
 #include "common/setting_rows.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "shell/setting_line.h"
 #include "shell/settings_file.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <optional>
 
 namespace tonewright {
@@ -63,8 +63,7 @@ std::string ReasonAgainst(const ConfigKey &key, std::string_view text) {
     if (text.starts_with(' ') || text.starts_with('=')) {
         return "the value begins with a blank or an equal sign";
     }
-    // "Key = value" and the line feed are one line.
-    const std::size_t limit = LineLimit - std::strlen(key.name) - std::strlen(" = \n");
+    const std::size_t limit = ValueLimit(key.name, PlatformLines("\n"));
     if (text.size() > limit) {
         return FormatText("the value has %zu bytes, and %zu is the limit", text.size(), limit);
     }

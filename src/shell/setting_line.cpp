@@ -1,10 +1,15 @@
 // Taking a line of settings apart, and making one.
 #include "shell/setting_line.h"
 
+#include "common/line_reader.h"
+#include "common/text.h"
+
 #include <algorithm>
 
 namespace tonewright {
 namespace {
+
+constexpr std::string_view Between = " = "; // name and value
 
 bool IsControl(char character) {
     return static_cast<unsigned char>(character) < 0x20;
@@ -26,8 +31,17 @@ SettingLine SplitSettingLine(std::string_view line) {
     return {line.substr(0, nameEnd), rest};
 }
 
-std::string LineOfSetting(const char *name, std::string_view value) {
-    return std::string(name) + " = " + std::string(CutAtControl(value));
+std::size_t ValueLimit(std::string_view name, std::string_view lineEnd) {
+    const std::size_t taken = name.size() + Between.size() + lineEnd.size();
+    return LineLimit - std::min(taken, LineLimit);
+}
+
+std::string LineOfSetting(std::string_view name, std::string_view value, std::string_view lineEnd) {
+    std::string line(name);
+    line += Between;
+    line += CutText(CutAtControl(value), ValueLimit(name, lineEnd));
+    line += lineEnd;
+    return line;
 }
 
 } // namespace tonewright

@@ -16,8 +16,13 @@ struct SettingLine {
 };
 SettingLine SplitSettingLine(std::string_view line);
 
-// The line of a text, without its line end. The text is cut at its first control character, so
-// that it makes no line of its own.
-std::string LineOfSetting(const char *name, std::string_view value);
+// How many bytes of a value have room in the line of a setting, which is read as one line with its
+// line end.
+std::size_t ValueLimit(std::string_view name, std::string_view lineEnd);
+
+// The line of a text with its line end. The text is cut at its first control character, so that it
+// makes no line of its own, and in front of the UTF-8 character that goes beyond its limit, so that
+// no rest of it is read as the next line.
+std::string LineOfSetting(std::string_view name, std::string_view value, std::string_view lineEnd);
 
 } // namespace tonewright

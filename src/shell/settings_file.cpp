@@ -78,22 +78,24 @@ void SetValue(const ConfigKey &row, std::string_view text) {
     }
 }
 
-std::string LineOfRow(const ConfigKey &row) {
-    if (std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value)) {
-        return LineOfSetting(row.name, std::to_string(**number));
-    }
-    return LineOfSetting(row.name, CutText(*std::get<std::string *>(row.value), SettingTextLimit));
+std::string LineOfRow(const ConfigKey &row, const std::string &lineEnd) {
+    const std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value);
+    return LineOfSetting(
+        row.name, number ? std::to_string(**number) : *std::get<std::string *>(row.value), lineEnd);
 }
 
+// The whole file, in the platform's lines.
 std::string TextOf(const SettingsList &list) {
     const std::time_t now = std::time(nullptr);
     const char *time = std::ctime(&now);
-    std::string text = ";Tonewright configuration file\n;Edit this at your own risk\n";
-    text +=
+    std::string heading = ";Tonewright configuration file\n;Edit this at your own risk\n";
+    heading +=
         FormatText(";%s %s revision %d\n", LoadProgramString(109), ProgramVersion, ProgramRevision);
-    text += FormatText(";Last updated %24.24s\n;\n[%s]\n", time ? time : "", list.section);
+    heading += FormatText(";Last updated %24.24s\n;\n[%s]\n", time ? time : "", list.section);
+    std::string text = PlatformLines(heading);
+    const std::string lineEnd = PlatformLines("\n");
     for (const ConfigKey &row : list.rows) {
-        text += LineOfRow(row) + "\n";
+        text += LineOfRow(row, lineEnd);
     }
     return text;
 }
@@ -185,7 +187,7 @@ SettingsWrite WriteSettingsFile(const SettingsList &list) {
         kept = how == Replacing::AsAWhole ? KeepVersions(list) : KeepVersionsOnce(list);
         reason = errno;
     };
-    if (WriteFileWhole(path.c_str(), PlatformLines(TextOf(list)), keep)) {
+    if (WriteFileWhole(path.c_str(), TextOf(list), keep)) {
         errno = reason;
         return kept ? SettingsWrite::Done : SettingsWrite::NoBackup;
     }

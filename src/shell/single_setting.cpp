@@ -145,7 +145,7 @@ bool WriteSingleText(const char *path, const char *section, const char *name,
     if (!place.hasSection) {
         lines = "[" + std::string(section) + "]" + lineEnd;
     }
-    lines += LineOfSetting(name, value) + lineEnd;
+    lines += LineOfSetting(name, value, lineEnd);
     text.replace(place.start, place.size, lines);
     return WriteFileWhole(path, text);
 }

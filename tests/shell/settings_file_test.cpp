@@ -351,13 +351,32 @@ TEST_F(SettingsFile, ATextOfAMegabyteKeepsWhatALineHolds) {
     EXPECT_EQ(MaxUndoLevel, 6u);
 }
 
-TEST_F(SettingsFile, ATextThatIsTooLongIsWrittenWithItsFirst260Bytes) {
+TEST_F(SettingsFile, ATextIsWrittenCutSoThatItsLineHasAtMost258Bytes) {
     ThemeCurrent = std::string(1 << 20, 'x');
-    SelectKeyboardName = std::string(259, 'y') + "\xC3\xA9";
+    SelectKeyboardName = std::string(236, 'y') + "\xC3\xA9";
+    SelectKeyboardMidiIn = std::string(234, 'z') + "\xC3\xA9" + "more";
     ConfigWrite();
     const std::string text = ReadTestText(path);
-    EXPECT_EQ(LineOf(text, "ThemeCurrent"), "ThemeCurrent = " + std::string(260, 'x'));
-    EXPECT_EQ(LineOf(text, "SelectKeyboardName"), "SelectKeyboardName = " + std::string(259, 'y'));
+    EXPECT_EQ(LineOf(text, "ThemeCurrent"), "ThemeCurrent = " + std::string(243, 'x'));
+    // Not inside a character.
+    EXPECT_EQ(LineOf(text, "SelectKeyboardName"), "SelectKeyboardName = " + std::string(236, 'y'));
+    EXPECT_EQ(LineOf(text, "SelectKeyboardMidiIn"),
+              "SelectKeyboardMidiIn = " + std::string(234, 'z'));
+}
+
+TEST_F(SettingsFile, ALongPathChangesNoOtherSettingAtTheNextStart) {
+    AuditionCurrentOctave = 7;
+    for (std::string *value : {&RecentDocumentPath, &OpenPath, &OpenExportPath, &ThemeCurrent}) {
+        for (const std::size_t size :
+             {237u, 238u, 239u, 240u, 243u, 244u, 245u, 247u, 248u, 260u}) {
+            *value = std::string(size, 'p');
+            ConfigWrite();
+            ConfigRead();
+            EXPECT_EQ(AuditionCurrentOctave, 7u) << size;
+            EXPECT_EQ(*value, std::string(value->size(), 'p'));
+            AuditionCurrentOctave = 7;
+        }
+    }
 }
 
 TEST_F(SettingsFile, ATextWithALineEndMakesNoLineOfItsOwn) {

@@ -86,6 +86,19 @@ TEST_F(SingleSetting, ALineThatIsWrittenEndsAsTheFilesLinesDo) {
     EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 4\n");
 }
 
+TEST_F(SingleSetting, ALineThatIsWrittenIsReadAsOneLineWithItsEnd) {
+    for (const std::string end : {"\n", "\r\n"}) {
+        WriteTestText(path, "[Tonewright]" + end + "ThemeCurrent = 1" + end);
+        EXPECT_TRUE(WriteSingle("Tonewright", "ThemeCurrent", std::string(300, 'x')));
+        const std::size_t size = 259 - end.size() - std::string("ThemeCurrent = ").size();
+        EXPECT_EQ(ReadTestText(path),
+                  "[Tonewright]" + end + "ThemeCurrent = " + std::string(size, 'x') + end);
+        AuditionCurrentOctave = 7;
+        ConfigRead();
+        EXPECT_EQ(AuditionCurrentOctave, 7u);
+    }
+}
+
 TEST_F(SingleSetting, ASectionThatIsMissingIsAddedToTheEndOfTheFile) {
     WriteTestText(path, "A = 1\n[More]\nB = 2");
     EXPECT_TRUE(WriteSingle("Tonewright", "ShowWelcomeWizard", "0"));
