@@ -17,7 +17,7 @@ constexpr unsigned Answers = OptionBit(CliOption::Yes) | OptionBit(CliOption::No
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
 
 constexpr CliCommand Commands[] = {
-    {"list", "FILE...", "print place, name and algorithm of each voice", 1, AnyNumber, Answers,
+    {"list", "FILE...", "print place, name and algorithm of each voice, as the file has it", 1, AnyNumber, Answers,
      CliList},
     {"check", "FILE...", "say of each file whether it is ok, refused or damaged, and why", 1,
      AnyNumber, 0, CliCheck},

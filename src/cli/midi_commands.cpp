@@ -125,6 +125,24 @@ bool OpenVoices(const char *path, const VoiceFileFormat &format) {
     return true;
 }
 
+// Tells which of the rows `first` to `last` hold bytes that no message can carry: sent all the
+// same, the message would be broken off there and arrive nowhere. True when there is none.
+bool AllFitMessages(const char *path, const VoiceFileFormat &format, int first, int last) {
+    std::string places;
+    for (int row = first; row <= last; ++row) {
+        if (const VoiceObject *voice = ListVoice(MainList, row);
+            voice && format.fitsAMessage && !format.fitsAMessage(voice)) {
+            places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
+        }
+    }
+    if (!places.empty()) {
+        TellError(path, "not sent, since a message cannot carry bytes above 7F, which are in the "
+                        "voices at these places: " +
+                            places);
+    }
+    return places.empty();
+}
+
 // Opens the file and looks for the voice at `place` in it; nullptr after telling why not.
 const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, int place) {
     if (!OpenVoices(path, format)) {
@@ -139,7 +157,7 @@ const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, 
         TellError(path, FormatText("place %d holds no whole voice", place));
         return nullptr;
     }
-    return voice;
+    return AllFitMessages(path, format, place - 1, place - 1) ? voice : nullptr;
 }
 
 // What a command that sends one voice needs of its file, which is opened. The exit status; a
@@ -265,7 +283,8 @@ int CliUpload(const CliCall &call) {
                                               file.synth->name));
     }
     UseTerminalDesktop(call);
-    if (!OpenVoices(path, *file.format)) {
+    if (!OpenVoices(path, *file.format) ||
+        !AllFitMessages(path, *file.format, 0, ListCount(MainList) - 1)) {
         return ExitFailed;
     }
     return WithInstrument(call, *file.synth, [&] {

@@ -10,11 +10,26 @@ namespace tonewright {
 namespace {
 
 VoiceFileReport ReadAnyVoiceFile(const char *path, const VoiceFileFormat *format,
-                                 std::vector<std::uint8_t> &bytes) {
+                                 std::vector<std::uint8_t> &bytes,
+                                 std::uint64_t *unread = nullptr) {
     if (!format) {
         return {VoiceFileState::Refused, UnknownFormatReason()};
     }
-    return ReadVoiceFile(path, *format, bytes);
+    return ReadVoiceFile(path, *format, bytes, unread);
+}
+
+// What else is to be known of a file that can be opened, each behind a tab.
+void PutRemarks(const VoiceFileFormat &format, std::span<const std::uint8_t> bytes,
+                std::uint64_t unread) {
+    if (unread > 0) {
+        Put(StandardOutput,
+            FormatText("\t%llu more byte%s not read", static_cast<unsigned long long>(unread),
+                       unread == 1 ? "" : "s"));
+    }
+    if (const std::size_t misfits = format.misfits ? format.misfits(bytes) : 0) {
+        Put(StandardOutput, FormatText("\t%zu voice%s bytes above 7F", misfits,
+                                       misfits == 1 ? " holds" : "s hold"));
+    }
 }
 
 } // namespace
@@ -53,7 +68,8 @@ int CliCheck(const CliCall &call) {
     std::vector<std::uint8_t> bytes;
     for (const char *path : call.words) {
         const VoiceFileFormat *format = FormatOfPath(path);
-        const VoiceFileReport report = ReadAnyVoiceFile(path, format, bytes);
+        std::uint64_t unread = 0;
+        const VoiceFileReport report = ReadAnyVoiceFile(path, format, bytes, &unread);
         Put(StandardOutput, FieldText(path));
         if (report.state == VoiceFileState::Ok) {
             Put(StandardOutput, "\tok\t");
@@ -64,6 +80,9 @@ int CliCheck(const CliCall &call) {
             Put(StandardOutput, report.reason);
             TellError(path, FormatText("%s: ", state) + report.reason);
             status = ExitFailed;
+        }
+        if (report.state != VoiceFileState::Refused) {
+            PutRemarks(*format, bytes, unread);
         }
         Put(StandardOutput, '\n');
     }

@@ -49,8 +49,10 @@ bool RenameOver(const char *from, const char *to);
 
 // Replaces `bytes`, whose room is used again, by up to `limit` bytes from the start of a regular
 // file. False, with the reason in errno, when it cannot be opened, as above, or not be read. Memory
-// is taken as the file delivers: a limit beyond its end costs nothing.
-bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes);
+// is taken as the file delivers: a limit beyond its end costs nothing. `size` becomes the size of
+// the whole file in bytes.
+bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes,
+                     std::uint64_t *size = nullptr);
 
 // Keeps the first `have` of `bytes` and reads on behind them up to `limit` bytes in all, for which
 // room is made in pieces each as long as all before it: read(place, size) gives how many bytes it

@@ -25,8 +25,7 @@ int FlagsOf(const char *mode) {
 }
 
 // 0 for a regular file, else the reason why a descriptor is none.
-int ReasonAgainst(int descriptor) {
-    struct stat status;
+int ReasonAgainst(int descriptor, struct stat &status) {
     if (fstat(descriptor, &status) != 0) {
         return errno;
     }
@@ -86,15 +85,19 @@ void CloseWithReason(int descriptor, int reason) {
 }
 
 // A descriptor of a regular file; -1 with the reason in errno.
-int OpenRegularFile(const char *path, int flags) {
+int OpenRegularFile(const char *path, int flags, std::uint64_t *size = nullptr) {
     // Without O_NONBLOCK a pipe would hold the program up before it can be told from a file.
     const int descriptor = open(path, flags | O_NONBLOCK | O_NOCTTY, Everybody);
     if (descriptor < 0) {
         return -1;
     }
-    if (const int reason = ReasonAgainst(descriptor)) {
+    struct stat status;
+    if (const int reason = ReasonAgainst(descriptor, status)) {
         CloseWithReason(descriptor, reason);
         return -1;
+    }
+    if (size) {
+        *size = static_cast<std::uint64_t>(status.st_size);
     }
     return descriptor;
 }
@@ -170,8 +173,9 @@ bool RenameOver(const char *from, const char *to) {
 // Without a stream a file that reaches its limit costs one call of the system each for opening,
 // looking at it, reading and closing, which is what thousands of small files in one run are
 // measured by.
-bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes) {
-    const int descriptor = OpenRegularFile(path, O_RDONLY);
+bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes,
+                     std::uint64_t *size) {
+    const int descriptor = OpenRegularFile(path, O_RDONLY, size);
     if (descriptor < 0) {
         return false;
     }

@@ -65,10 +65,14 @@ bool RenameOver(const char *from, const char *to) {
     return false;
 }
 
-bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes) {
+bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes,
+                     std::uint64_t *size) {
     const FilePointer file = OpenFile(path, "rb");
     if (!file) {
         return false;
+    }
+    if (size) {
+        *size = static_cast<std::uint64_t>(_filelengthi64(_fileno(file.get())));
     }
     ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t size) {
         return std::fread(place, 1, size, file.get());

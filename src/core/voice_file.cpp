@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tonewright {
@@ -15,6 +16,10 @@ VoiceFileReport RefusedFile(std::string reason) {
 VoiceFileReport ShortFile(std::size_t size, std::uint64_t wholeSize) {
     return RefusedFile(
         FormatText("%zu bytes instead of %llu", size, static_cast<unsigned long long>(wholeSize)));
+}
+
+bool FitAMessage(std::span<const std::uint8_t> bytes) {
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte < 0x80; });
 }
 
 bool AskToOpenDamaged(QWidget *window, const char *path) {

@@ -30,6 +30,9 @@ struct VoiceFileReport {
 VoiceFileReport RefusedFile(std::string reason);
 VoiceFileReport ShortFile(std::size_t size, std::uint64_t wholeSize);
 
+// Whether a message can carry these bytes: one above 7F would break it off.
+bool FitAMessage(std::span<const std::uint8_t> bytes);
+
 // Asks whether to open a damaged file all the same.
 bool AskToOpenDamaged(QWidget *window, const char *path);
 
@@ -53,6 +56,13 @@ struct VoiceFileFormat {
     bool (*canBeWritten)(const VoiceObject *voice);
     // Whether a row holds a voice that can be sent to the instrument.
     bool (*canBeSent)(const VoiceObject *voice);
+    // Whether a message can carry the bytes of such a voice; nullptr where nothing is sent.
+    bool (*fitsAMessage)(const VoiceObject *voice) = nullptr;
+    // How many voices of a file that was not refused have bytes that no message can carry.
+    std::size_t (*misfits)(std::span<const std::uint8_t> bytes) = nullptr;
+    // What a file holds that was refused as what its extension says, when that is of this kind in
+    // any form: words behind "but", with an article; else empty. `bytes`: the file from its start.
+    std::string (*recognise)(std::span<const std::uint8_t> bytes) = nullptr;
     // Whether a row of a download arrived whole; nullptr where nothing is downloaded.
     bool (*cameWhole)(const VoiceObject *voice) = nullptr;
     int voicesWritten; // by each file

@@ -30,6 +30,22 @@ RowFormat FormatOfRow(const SynthDriver &driver, VoiceFileKind kind) {
     return {driver.ImportVoice ? driver.voiceFormat : nullptr, driver.voiceExtension};
 }
 
+// What a file that was refused is instead, as far as a family knows it; empty for nothing.
+std::string Recognise(const char *path) {
+    constexpr std::size_t Limit = 1024 * 1024; // bytes that are looked through
+    const auto bytes = ReadFileBytes(path, Limit);
+    for (const SynthDriver *driver : SynthDrivers) {
+        for (const VoiceFileKind kind : Kinds) {
+            const VoiceFileFormat *format = FormatOfRow(*driver, kind).format;
+            const bool knows = bytes && format && format->recognise;
+            if (std::string what = knows ? format->recognise(*bytes) : ""; !what.empty()) {
+                return what;
+            }
+        }
+    }
+    return "";
+}
+
 } // namespace
 
 const VoiceFileFormat *FormatOfDriver(DriverId driver, VoiceFileKind kind) {
@@ -63,9 +79,10 @@ std::string UnknownFormatReason() {
 }
 
 VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
-                              std::vector<std::uint8_t> &bytes) {
+                              std::vector<std::uint8_t> &bytes, std::uint64_t *unread) {
     errno = 0;
-    if (!ReadStartOfFile(path, format.size, bytes)) {
+    std::uint64_t size = 0;
+    if (!ReadStartOfFile(path, format.size, bytes, &size)) {
         bytes.clear();
         return RefusedFile(std::string("not readable: ") + std::strerror(errno));
     }
@@ -78,7 +95,16 @@ VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
             bytes = std::move(*whole);
         }
     }
-    return format.judge(bytes);
+    if (unread) {
+        *unread = size > wholeSize ? size - wholeSize : 0;
+    }
+    VoiceFileReport report = format.judge(bytes);
+    if (report.state == VoiceFileState::Refused) {
+        if (const std::string what = Recognise(path); !what.empty()) {
+            report.reason += ", but " + what;
+        }
+    }
+    return report;
 }
 
 std::string ReasonNotOpened(const char *path, const VoiceFileFormat *format) {

@@ -21,9 +21,10 @@ const VoiceFileFormat *FormatOfPath(std::string_view path);
 std::string UnknownFormatReason();
 
 // Reads the file's start and judges it. A file that cannot be read counts as refused; `bytes` is
-// then empty.
+// then empty. The reason of one that is refused says what else it is, if a family knows it.
+// `unread` becomes the number of bytes behind those of the format.
 VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
-                              std::vector<std::uint8_t> &bytes);
+                              std::vector<std::uint8_t> &bytes, std::uint64_t *unread = nullptr);
 
 // Why a file could not be opened as `format`, in words. nullptr: its extension stands for none. Of
 // a damaged file it says that the answer was not to open it.

@@ -242,6 +242,48 @@ TEST_F(CliUpload, ADamagedBankIsSentOnlyWithYes) {
     EXPECT_EQ(ReadTestFile(back), TestBank());
 }
 
+// What a command says that sends nothing, since no message can carry what it should send.
+std::string CannotBeCarried(const std::string &path, const std::string &places) {
+    return path +
+           ": not sent, since a message cannot carry bytes above 7F, which are in the voices at "
+           "these places: " +
+           places;
+}
+
+TEST_F(CliUpload, ABankThatNoMessageCanCarryIsToldOfAndNothingIsSent) {
+    Bytes bytes = TestBank();
+    bytes[TestBankVoiceOffset(1) + 110] = 0x80;  // an algorithm
+    bytes[TestBankVoiceOffset(31) + 127] = 0xFF; // the last letter of a name
+    FixTestChecksum(bytes);
+    const std::string bank = folder.Write("high.syx", bytes);
+    ExpectFailure({"upload", bank, "--out", "dx7"}, CannotBeCarried(bank, "2, 32"));
+    const auto result = Cli({"upload", bank, "--out", "dx7", "--trace"});
+    EXPECT_FALSE(Contains(result.errors, "\tout\t")) << result.errors;
+    bytes[TestBankVoiceOffset(1) + 110] = 0x7F;
+    bytes[TestBankVoiceOffset(31) + 127] = 0x7F;
+    FixTestChecksum(bytes);
+    ExpectDone({"upload", folder.Write("low.syx", bytes), "--out", "dx7"});
+}
+
+TEST_F(CliUpload, OneVoiceThatNoMessageCanCarryIsToldOfAndTheOthersCanBeSent) {
+    Bytes bytes = TestBank();
+    bytes[TestBankVoiceOffset(1)] = 0x80;
+    FixTestChecksum(bytes);
+    const std::string bank = folder.Write("high.syx", bytes);
+    ExpectFailure({"upload-voice", bank, "2", "--out", "dx7"}, CannotBeCarried(bank, "2"));
+    ExpectFailure({"play", bank, "2", "C3", "--out", "dx7"}, CannotBeCarried(bank, "2"));
+    ExpectDone({"upload-voice", bank, "1", "--out", "dx7"});
+    bytes = TestRefaceBank();
+    bytes[160 + 202 + 201] = 0x80; // the last byte of the second voice
+    const std::string reface = folder.Write("high.srx", bytes);
+    ExpectFailure({"upload-voice", reface, "2"}, CannotBeCarried(reface, "2"));
+    ExpectDone({"upload-voice", reface, "1"});
+    bytes[160 + 202 + 201] = 0;
+    bytes[160 + 202 + 52] = 0xFF; // its first
+    ExpectFailure({"upload-voice", folder.Write("high.srx", bytes), "2"},
+                  CannotBeCarried(reface, "2"));
+}
+
 TEST_F(CliUpload, AFileThatCannotBeReadIsToldOf) {
     const std::string missing = folder.File("missing.syx");
     ExpectFailure({"upload", missing, "--out", "dx7"},

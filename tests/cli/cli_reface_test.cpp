@@ -85,8 +85,9 @@ TEST(CliRefaceCheck, SaysOkAndTheNumberOfVoices) {
     const std::string voice = folder.Write("d.sr1", Resized(TestRefaceVoiceFile(0), 400));
     const auto result = Cli({"check", bank, three, longer, voice});
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.output, bank + "\tok\t32\n" + three + "\tok\t3\n" + longer + "\tok\t40\n" +
-                                 voice + "\tok\t1\n");
+    EXPECT_EQ(result.output, bank + "\tok\t32\n" + three + "\tok\t3\n" + longer +
+                                 "\tok\t40\t760 more bytes not read\n" + voice +
+                                 "\tok\t1\t38 more bytes not read\n");
     EXPECT_EQ(result.errors, "");
 }
 
@@ -108,11 +109,14 @@ const CheckCase CheckCases[] = {
      "159 bytes, and its header alone should have 160"},
     {"AVoiceShorterThanItsHeader", "a.sr1", Resized(TestRefaceVoiceFile(0), 100),
      "100 bytes, and its header alone should have 160"},
-    {"AnotherFormat", "a.srx", TestBank(), "not a reface DX bank"},
+    {"AnotherFormat", "a.srx", TestBank(), "not a reface DX bank, but a DX7 bank"},
     {"AnotherDriver", "a.srx", Changed(TestRefaceBank(), 16, 'X'), "not a reface DX bank"},
-    {"AnotherFormatAsVoice", "a.sr1", TestVoiceFile(), "not a reface DX single-voice file"},
-    {"AVoiceAsBank", "a.srx", TestRefaceVoiceFile(0), "a reface DX single-voice file, not a bank"},
-    {"ABankAsVoice", "a.sr1", TestRefaceBank(), "a reface DX bank, not a single-voice file"},
+    {"AnotherFormatAsVoice", "a.sr1", TestVoiceFile(),
+     "not a reface DX single-voice file, but a DX7 single-voice file"},
+    {"AVoiceAsBank", "a.srx", TestRefaceVoiceFile(0),
+     "not a reface DX bank, but a reface DX single-voice file"},
+    {"ABankAsVoice", "a.sr1", TestRefaceBank(),
+     "not a reface DX single-voice file, but a reface DX bank"},
     {"ABankOneByteShort", "a.srx", Resized(TestRefaceBank(), 6623),
      "cut off: 31 of 32 voices are there"},
     {"ABankOfAHeaderOnly", "a.srx", Resized(TestRefaceBank(), 160),
@@ -256,11 +260,13 @@ TEST(CliRefaceImport, SaysWhyAVoiceCannotBeRead) {
     const std::string dx7 = folder.Write("voice.sy1", TestVoiceFile());
     auto result = Cli({"import", in, "1", in, out});
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.errors,
-              "tonewright-cli: " + in + ": a reface DX bank, not a single-voice file\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + in +
+                                 ": not a reface DX single-voice file, but a reface DX bank\n");
     result = Cli({"import", in, "1", dx7, out});
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.errors, "tonewright-cli: " + dx7 + ": not a reface DX single-voice file\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + dx7 +
+                  ": not a reface DX single-voice file, but a DX7 single-voice file\n");
     EXPECT_FALSE(folder.Holds("out.srx"));
 }
 

@@ -159,6 +159,17 @@ TEST(CliList, GoesOnBehindAFileThatItCannotList) {
                   ": the extension is none of those that can be read (syx, sy1, srx, sr1)\n");
 }
 
+TEST(CliList, PrintsAnAlgorithmThatNoInstrumentKnowsAsTheFileHasIt) {
+    const TempFolder folder;
+    Bytes bank = TestBank();
+    bank[TestBankVoiceOffset(0) + 110] = 32;
+    bank[TestBankVoiceOffset(1) + 110] = 0x7F;
+    FixTestChecksum(bank);
+    const auto result = Cli({"list", folder.Write("a.syx", bank)});
+    EXPECT_TRUE(result.output.starts_with("1\tVOICE 01\t33\n2\tVOICE 02\t128\n3\tVOICE 03\t3\n"))
+        << result.output;
+}
+
 // ---- check
 
 TEST(CliCheck, SaysOkAndTheNumberOfVoices) {
@@ -201,7 +212,9 @@ const CheckCase CheckCases[] = {
      "refused\tnot a DX7 single-voice file"},
     {"AWrongChecksum", "a.syx", DamagedBank(), "damaged\twrong checksum"},
     {"AWrongByteCountWithARightChecksum", "a.syx", BankWithWrongCount(),
-     "damaged\twrong byte count"},
+     "damaged\twrong byte count, right checksum"},
+    {"AWrongByteCountWithAWrongChecksum", "a.syx", Changed(BankWithWrongCount(), 4102, 0x7F),
+     "damaged\twrong byte count and wrong checksum"},
     {"AWrongChecksumOfAVoice", "a.sy1", Changed(TestVoiceFile(), 20, 1), "damaged\twrong checksum"},
     {"AnUnknownExtension", "a.bin", TestBank(),
      "refused\tthe extension is none of those that can be read (syx, sy1, srx, sr1)"},
@@ -223,13 +236,125 @@ TEST_P(CliCheckOf, SaysWhatIsWrongAndFails) {
 INSTANTIATE_TEST_SUITE_P(Files, CliCheckOf, testing::ValuesIn(CheckCases),
                          [](const auto &info) { return std::string(info.param.name); });
 
-TEST(CliCheck, IgnoresWhatFollowsTheFormat) {
+TEST(CliCheck, SaysHowMuchFollowsTheFormatAndIsNotRead) {
     const TempFolder folder;
-    const std::string path = folder.Write("a.syx", Resized(TestBank(), 4200));
-    const auto result = Cli({"check", path});
-    EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.output, path + "\tok\t32\n");
+    const std::string one = folder.Write("a.syx", Resized(TestBank(), 4105));
+    const std::string many = folder.Write("b.syx", Resized(TestBank(), 131328));
+    const std::string voice = folder.Write("c.sy1", Resized(TestVoiceFile(), 170));
+    const std::string damaged = folder.Write("d.syx", Resized(DamagedBank(), 4200));
+    const auto result = Cli({"check", one, many, voice, damaged});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, one + "\tok\t32\t1 more byte not read\n" + many +
+                                 "\tok\t32\t127224 more bytes not read\n" + voice +
+                                 "\tok\t1\t6 more bytes not read\n" + damaged +
+                                 "\tdamaged\twrong checksum\t96 more bytes not read\n");
 }
+
+TEST(CliCheck, CountsTheVoicesThatHoldBytesAbove7F) {
+    const TempFolder folder;
+    Bytes bank = TestBank();
+    bank[TestBankVoiceOffset(0)] = 0x80;        // first byte of the first voice
+    bank[TestBankVoiceOffset(31) + 127] = 0xFF; // last byte of the last
+    bank[TestBankVoiceOffset(31) + 126] = 0x80;
+    const std::string two = folder.Write("a.syx", bank);
+    Bytes voiceFile = TestVoiceFile();
+    voiceFile[6 + 154] = 0x80; // last letter of the name
+    FixTestChecksum(voiceFile);
+    const std::string voice = folder.Write("b.sy1", voiceFile);
+    voiceFile[6 + 154] = 'x';
+    voiceFile[6 + 155] = 0xFF; // the operators that are switched on: not sent
+    FixTestChecksum(voiceFile);
+    const std::string operators = folder.Write("c.sy1", voiceFile);
+    const std::string longer = folder.Write("d.syx", Resized(bank, 4110));
+    const auto result = Cli({"check", two, voice, operators, longer});
+    EXPECT_EQ(result.output, two + "\tdamaged\twrong checksum\t2 voices hold bytes above 7F\n" +
+                                 voice + "\tok\t1\t1 voice holds bytes above 7F\n" + operators +
+                                 "\tok\t1\n" + longer +
+                                 "\tdamaged\twrong checksum\t6 more bytes not read"
+                                 "\t2 voices hold bytes above 7F\n");
+}
+
+// A file that is no document, but something that another program or an instrument writes.
+struct OtherThing {
+    const char *name;
+    const char *file;
+    Bytes bytes;
+    const char *what;
+};
+
+Bytes Behind(Bytes front, const Bytes &back) {
+    front.insert(front.end(), back.begin(), back.end());
+    return front;
+}
+
+// The 163 bytes that an instrument sends: without the byte that a file keeps of its own.
+Bytes TestVoiceDump() {
+    Bytes dump = TestVoiceFile();
+    dump.erase(dump.begin() + 6 + 155);
+    FixTestChecksum(dump);
+    return dump;
+}
+
+Bytes WithoutHeader() {
+    const Bytes bank = TestBank();
+    return {bank.begin() + 6, bank.end() - 2};
+}
+
+const OtherThing OtherThings[] = {
+    {"ABankForChannel5", "a.syx", Changed(TestBank(), 2, 4),
+     "not a DX7 32-voice dump, but a DX7 bank for channel 5"},
+    {"ABankForChannel16AsAVoice", "a.sy1", Changed(TestBank(), 2, 15),
+     "not a DX7 single-voice file, but a DX7 bank for channel 16"},
+    {"ABankAsAVoice", "a.sy1", TestBank(), "not a DX7 single-voice file, but a DX7 bank"},
+    {"AVoiceOfTheInstrument", "a.sy1", TestVoiceDump(),
+     "163 bytes instead of 164, but a DX7 voice of 163 bytes, as the instrument sends it"},
+    {"AVoiceOfTheInstrumentAsABank", "a.syx", TestVoiceDump(),
+     "163 bytes instead of 4104, but a DX7 voice of 163 bytes, as the instrument sends it"},
+    {"AVoiceFileAsABank", "a.syx", TestVoiceFile(),
+     "164 bytes instead of 4104, but a DX7 single-voice file"},
+    {"ARefaceDxVoiceOfTheInstrument",
+     "a.syx",
+     {0xF0, 0x43, 0x00, 0x7F, 0x1C, 0x00, 0x04, 0x05, 0x0E, 0x0F, 0x00, 0x5E, 0xF7},
+     "13 bytes instead of 4104, but a reface DX voice as the instrument sends it"},
+    {"ACommonBlockOfARefaceDxVoiceForDevice3",
+     "a.syx",
+     {0xF0, 0x43, 0x02, 0x7F, 0x1C, 0x00, 0x2A, 0x05, 0x30, 0x00, 0x00},
+     "11 bytes instead of 4104, but a reface DX voice as the instrument sends it"},
+    {"SettingsOfARefaceDx",
+     "a.syx",
+     {0xF0, 0x43, 0x00, 0x7F, 0x1C, 0x00, 0x24, 0x05, 0x00, 0x00, 0x00},
+     "11 bytes instead of 4104"},
+    {"ABankBehindAnotherMessage", "a.syx",
+     Behind({0xF0, 0x7E, 0x00, 0x06, 0x01, 0xF7}, Changed(TestBank(), 2, 3)),
+     "not a DX7 32-voice dump, but a DX7 bank behind 6 bytes of something else"},
+    {"ABankBehindAnotherMessageWithoutItsEnd", "a.syx",
+     Behind({0xF0, 0x7E, 0x00, 0x06, 0x01, 0xF7}, Resized(TestBank(), 4103)),
+     "not a DX7 32-voice dump"},
+    {"ABankWithoutItsHeader", "a.syx", WithoutHeader(),
+     "4096 bytes instead of 4104, but a DX7 bank of 32 voices without its header"},
+    {"ABankWithoutItsHeaderAndALargeLevel", "a.syx", Changed(WithoutHeader(), 31 * 128 + 92, 100),
+     "4096 bytes instead of 4104"},
+    {"ABankWithoutItsHeaderAndAName", "a.syx", Changed(WithoutHeader(), 127, 0x1F),
+     "4096 bytes instead of 4104"},
+    {"ABankWithoutItsHeaderAndAHighByte", "a.syx", Changed(WithoutHeader(), 112, 0x80),
+     "4096 bytes instead of 4104"},
+};
+
+class CliOtherThing : public testing::TestWithParam<OtherThing> {};
+
+TEST_P(CliOtherThing, IsRefusedByTheNameOfWhatItIs) {
+    const TempFolder folder;
+    const std::string path = folder.Write(GetParam().file, GetParam().bytes);
+    const auto result = Cli({"check", path});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, path + "\trefused\t" + GetParam().what + "\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": refused: " + GetParam().what + "\n");
+    EXPECT_EQ(Cli({"list", path}).errors,
+              "tonewright-cli: " + path + ": " + GetParam().what + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, CliOtherThing, testing::ValuesIn(OtherThings),
+                         [](const auto &info) { return std::string(info.param.name); });
 
 TEST(CliCheck, RefusesAFolderAndAMissingFile) {
     const TempFolder folder;
@@ -579,7 +704,8 @@ TEST(CliImport, RefusesWhatIsNoVoice) {
               "tonewright-cli: " + missing + ": not readable: No such file or directory\n");
     result = Cli({"import", in, "1", in, out});
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.errors, "tonewright-cli: " + in + ": not a DX7 single-voice file\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + in + ": not a DX7 single-voice file, but a DX7 bank\n");
     result = Cli({"import", in, "33", small, out});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(Cli({"import", in, "one", small, out}).exitStatus, 2);

@@ -20,7 +20,8 @@ TEST(CliSettingsObstacles, ASetThatFindsNoRoomFailsInWordsAndLeavesTheFile) {
     const std::string before = ReadTestText(path);
     for (const rlim_t size : {rlim_t{0}, rlim_t{1024}, rlim_t{before.size()}}) {
         const auto result = [size] {
-            const FileSizeLimit limit(size, SIG_DFL); // as from a shell; the new text is one byte longer
+            const FileSizeLimit limit(size,
+                                      SIG_DFL); // as from a shell; the new text is one byte longer
             return Cli({"settings", "set", "MaxUndoLevel", "12"});
         }();
         EXPECT_EQ(result.exitStatus, 1) << size;

@@ -174,7 +174,8 @@ TEST_F(CliSettings, AFileThatCannotBeWrittenIsToldOf) {
     std::filesystem::create_directories(IniPath()); // a folder in its place
     const auto result = Cli({"settings", "set", "MaxUndoLevel", "7"});
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.errors, "tonewright-cli: " + IniPath() + ": could not be written: Is a directory\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + IniPath() + ": could not be written: Is a directory\n");
 }
 
 // ---- history

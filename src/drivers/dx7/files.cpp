@@ -17,10 +17,6 @@ namespace tonewright {
 
 namespace {
 
-constexpr std::array<std::uint8_t, Dx7FileHeaderSize> BankHeader = {0xF0, 0x43, 0x00,
-                                                                    0x09, 0x20, 0x00};
-constexpr std::array<std::uint8_t, Dx7FileHeaderSize> VoiceHeader = {0xF0, 0x43, 0x00,
-                                                                     0x00, 0x01, 0x1B};
 constexpr std::size_t BankCountOffset = 4; // the header's bytes from here on are the byte count
 constexpr std::size_t BankDataSize = Dx7VoicesPerBank * Dx7PackedVoiceSize;
 
@@ -30,12 +26,6 @@ static_assert(Dx7VoiceFileSize == Dx7FileHeaderSize + Dx7VoiceSize + 2);
 
 bool StartsWith(std::span<const std::uint8_t> bytes, std::span<const std::uint8_t> start) {
     return std::ranges::equal(bytes.first(start.size()), start);
-}
-
-// `file`: the whole message; its data lie between the header and the checksum.
-bool ChecksumIsRight(std::span<const std::uint8_t> file) {
-    const std::size_t end = file.size() - 2;
-    return SysexChecksum(file.subspan(Dx7FileHeaderSize, end - Dx7FileHeaderSize)) == file[end];
 }
 
 // Header, checksum and end byte around the data that `file` already holds.
@@ -49,13 +39,13 @@ void CloseMessage(std::span<std::uint8_t> file, std::span<const std::uint8_t> he
 // Whether the bytes have the length and the frame of a bank; its sums are not looked at.
 bool IsBank(std::span<const std::uint8_t> bytes) {
     return bytes.size() >= Dx7BankFileSize && bytes[Dx7BankFileSize - 1] == EndOfSysex &&
-           StartsWith(bytes, std::span(BankHeader).first<BankCountOffset>());
+           StartsWith(bytes, std::span(Dx7BankHeader).first<BankCountOffset>());
 }
 
 // The same of a single-voice file.
 bool IsVoice(std::span<const std::uint8_t> bytes) {
     return bytes.size() >= Dx7VoiceFileSize && bytes[Dx7VoiceFileSize - 1] == EndOfSysex &&
-           StartsWith(bytes, VoiceHeader);
+           StartsWith(bytes, Dx7VoiceHeader);
 }
 
 // Whether a file may be opened by its verdict; asks when it holds the right message with wrong
@@ -80,6 +70,11 @@ std::size_t BankVoiceOffset(int voice) {
 
 } // namespace
 
+bool Dx7ChecksumHolds(std::span<const std::uint8_t> file) {
+    const std::size_t end = file.size() - 2; // of the data, where the checksum stands
+    return SysexChecksum(file.subspan(Dx7FileHeaderSize, end - Dx7FileHeaderSize)) == file[end];
+}
+
 Dx7FileVerdict JudgeDx7Bank(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < Dx7BankFileSize) {
         return Dx7FileVerdict::TooShort;
@@ -88,10 +83,10 @@ Dx7FileVerdict JudgeDx7Bank(std::span<const std::uint8_t> bytes) {
         return Dx7FileVerdict::WrongHeader;
     }
     const auto file = bytes.first<Dx7BankFileSize>();
-    if (!StartsWith(file, BankHeader)) {
+    if (!StartsWith(file, Dx7BankHeader)) {
         return Dx7FileVerdict::WrongCount;
     }
-    return ChecksumIsRight(file) ? Dx7FileVerdict::Ok : Dx7FileVerdict::WrongChecksum;
+    return Dx7ChecksumHolds(file) ? Dx7FileVerdict::Ok : Dx7FileVerdict::WrongChecksum;
 }
 
 Dx7FileVerdict JudgeDx7Voice(std::span<const std::uint8_t> bytes) {
@@ -101,8 +96,8 @@ Dx7FileVerdict JudgeDx7Voice(std::span<const std::uint8_t> bytes) {
     if (!IsVoice(bytes)) {
         return Dx7FileVerdict::WrongHeader;
     }
-    return ChecksumIsRight(bytes.first<Dx7VoiceFileSize>()) ? Dx7FileVerdict::Ok
-                                                            : Dx7FileVerdict::WrongChecksum;
+    return Dx7ChecksumHolds(bytes.first<Dx7VoiceFileSize>()) ? Dx7FileVerdict::Ok
+                                                             : Dx7FileVerdict::WrongChecksum;
 }
 
 bool DecodeDx7Bank(VoiceList &list, std::span<const std::uint8_t> bytes) {
@@ -135,7 +130,7 @@ std::optional<VoiceObject> DecodeDx7Voice(std::span<const std::uint8_t> bytes) {
 std::array<std::uint8_t, Dx7VoiceFileSize> EncodeDx7Voice(Dx7UnpackedConst voice) {
     std::array<std::uint8_t, Dx7VoiceFileSize> image;
     std::ranges::copy(voice, image.begin() + Dx7FileHeaderSize);
-    CloseMessage(image, VoiceHeader);
+    CloseMessage(image, Dx7VoiceHeader);
     return image;
 }
 
@@ -146,7 +141,7 @@ void EncodeDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSiz
             PackDx7Voice(Dx7Packed(&image[BankVoiceOffset(row)], Dx7PackedVoiceSize), *voice);
         }
     }
-    CloseMessage(image, BankHeader);
+    CloseMessage(image, Dx7BankHeader);
 }
 
 int Dx7OpenBank(QWidget *window, VoiceList &list, const char *path, std::int64_t *time) {

@@ -22,6 +22,10 @@ namespace tonewright {
 constexpr std::size_t Dx7BankFileSize = 4104;
 constexpr std::size_t Dx7VoiceFileSize = 164;
 constexpr std::size_t Dx7FileHeaderSize = 6;
+constexpr std::array<std::uint8_t, Dx7FileHeaderSize> Dx7BankHeader = {0xF0, 0x43, 0x00,
+                                                                       0x09, 0x20, 0x00};
+constexpr std::array<std::uint8_t, Dx7FileHeaderSize> Dx7VoiceHeader = {0xF0, 0x43, 0x00,
+                                                                        0x00, 0x01, 0x1B};
 
 // What the first bytes of a file are, judged without any question.
 enum class Dx7FileVerdict {
@@ -34,6 +38,8 @@ enum class Dx7FileVerdict {
 // `bytes`: the file from its start; anything behind the format's size is ignored.
 Dx7FileVerdict JudgeDx7Bank(std::span<const std::uint8_t> bytes);
 Dx7FileVerdict JudgeDx7Voice(std::span<const std::uint8_t> bytes);
+// Whether the checksum of a message fits its data. `file`: the whole message, nothing behind it.
+bool Dx7ChecksumHolds(std::span<const std::uint8_t> file);
 
 // Replaces the list's contents by the voices of a bank, whatever its sums, with the first one
 // selected. False, and the list untouched, for bytes that JudgeDx7Bank calls TooShort or

@@ -19,8 +19,7 @@ namespace tonewright {
 namespace {
 
 constexpr std::size_t DumpDataSize = 155;
-constexpr std::array<std::uint8_t, 6> VoiceDumpHeader = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
-static_assert(VoiceDumpHeader.size() + DumpDataSize + 2 == Dx7VoiceDumpSize);
+static_assert(Dx7VoiceHeader.size() + DumpDataSize + 2 == Dx7VoiceDumpSize);
 
 void SendController(const MidiLink &link, std::uint8_t controller) {
     WriteShort(link.output, OnCurrentChannel(ControlChange), controller, 0);
@@ -35,8 +34,8 @@ std::string NameOf(const std::optional<Dx7UnpackedConst> &voice) {
 std::array<std::uint8_t, Dx7VoiceDumpSize>
 MakeVoiceDump(const std::optional<Dx7UnpackedConst> &voice) {
     std::array<std::uint8_t, Dx7VoiceDumpSize> dump = {};
-    const auto data = std::span(dump).subspan<VoiceDumpHeader.size(), DumpDataSize>();
-    std::ranges::copy(VoiceDumpHeader, dump.begin());
+    const auto data = std::span(dump).subspan<Dx7VoiceHeader.size(), DumpDataSize>();
+    std::ranges::copy(Dx7VoiceHeader, dump.begin());
     if (voice) {
         std::ranges::copy(voice->first<DumpDataSize>(), data.begin());
     }

@@ -7,6 +7,7 @@
 #include "drivers/reface_dx/voice_codec.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 namespace tonewright {
@@ -42,11 +43,6 @@ VoiceFileReport JudgeRefaceFile(std::span<const std::uint8_t> bytes) {
     }
     const auto header = RefaceHeader<Kind>(bytes);
     if (!header) {
-        constexpr auto Other = IsBank ? RefaceFileKind::SingleVoice : RefaceFileKind::Bank;
-        if (RefaceHeaderOf(bytes, Other)) {
-            return RefusedFile(IsBank ? "a reface DX single-voice file, not a bank"
-                                      : "a reface DX bank, not a single-voice file");
-        }
         return RefusedFile(IsBank ? "not a reface DX bank" : "not a reface DX single-voice file");
     }
     if (header->voiceCount > 0 && header->recordSize == 0) {
@@ -64,10 +60,15 @@ VoiceFileReport JudgeRefaceFile(std::span<const std::uint8_t> bytes) {
 }
 
 template <RefaceFileKind Kind>
-VoiceLine RefaceLine(std::span<const std::uint8_t> bytes, std::size_t index) {
+VoiceObject RefaceRecord(std::span<const std::uint8_t> bytes, std::size_t index) {
     const std::size_t size = RefaceHeader<Kind>(bytes)->recordSize;
     const auto record = bytes.subspan(RefaceFileHeaderSize + index * size, size);
-    const VoiceObject voice{{record.begin(), record.end()}};
+    return {{record.begin(), record.end()}};
+}
+
+template <RefaceFileKind Kind>
+VoiceLine RefaceLine(std::span<const std::uint8_t> bytes, std::size_t index) {
+    const VoiceObject voice = RefaceRecord<Kind>(bytes, index);
     const auto common = RefaceCommonOf(voice);
     if (!common || HeaderOf(voice)->driverId != RefaceDriverId) {
         return {UnknownVoiceName, 0};
@@ -93,6 +94,48 @@ bool RefaceCanBeSent(const VoiceObject *voice) {
     return voice && RefaceVoiceOf(*voice) && HeaderOf(*voice)->driverId == RefaceDriverId;
 }
 
+bool RefaceFitsAMessage(const VoiceObject *voice) {
+    const auto parts = voice ? RefaceVoiceOf(*voice) : std::nullopt;
+    return !parts || (FitAMessage(parts->common) && FitAMessage(parts->operators));
+}
+
+template <RefaceFileKind Kind> std::size_t RefaceMisfits(std::span<const std::uint8_t> bytes) {
+    const std::size_t count = RefaceCount<Kind>(bytes);
+    std::size_t misfits = 0;
+    for (std::size_t index = 0; index < count; ++index) {
+        const VoiceObject voice = RefaceRecord<Kind>(bytes, index);
+        misfits += RefaceCanBeSent(&voice) && !RefaceFitsAMessage(&voice);
+    }
+    return misfits;
+}
+
+// Whether the first message is one of those that a voice is sent in: the frame around its blocks,
+// or its common block.
+bool IsRefaceDump(std::span<const std::uint8_t> bytes) {
+    constexpr std::array<int, 9> Frame = {0xF0, 0x43, -1,   0x7F, 0x1C,
+                                          0x00, -1,   0x05, -1}; // -1: any
+    constexpr std::uint8_t FrameOfBlocks = 0x0E, CommonBlock = 0x30;
+    const auto fits = [](std::uint8_t byte, int wanted) { return wanted < 0 || byte == wanted; };
+    return bytes.size() >= Frame.size() &&
+           std::ranges::equal(bytes.first<Frame.size()>(), Frame, fits) && bytes[2] < 0x10 &&
+           (bytes[8] == FrameOfBlocks || bytes[8] == CommonBlock);
+}
+
+template <RefaceFileKind Kind> bool IsWhole(std::span<const std::uint8_t> bytes) {
+    return JudgeRefaceFile<Kind>(bytes).state == VoiceFileState::Ok;
+}
+
+std::string RecogniseRefaceBank(std::span<const std::uint8_t> bytes) {
+    return IsWhole<RefaceFileKind::Bank>(bytes) ? "a reface DX bank" : "";
+}
+
+std::string RecogniseRefaceVoice(std::span<const std::uint8_t> bytes) {
+    if (IsRefaceDump(bytes)) {
+        return "a reface DX voice as the instrument sends it";
+    }
+    return IsWhole<RefaceFileKind::SingleVoice>(bytes) ? "a reface DX single-voice file" : "";
+}
+
 } // namespace
 
 const VoiceFileFormat RefaceBankFormat = {.driver = RefaceDriverId,
@@ -104,6 +147,9 @@ const VoiceFileFormat RefaceBankFormat = {.driver = RefaceDriverId,
                                           .voice = RefaceLine<RefaceFileKind::Bank>,
                                           .canBeWritten = RefaceVoiceCanBeWritten,
                                           .canBeSent = RefaceCanBeSent,
+                                          .fitsAMessage = RefaceFitsAMessage,
+                                          .misfits = RefaceMisfits<RefaceFileKind::Bank>,
+                                          .recognise = RecogniseRefaceBank,
                                           .cameWhole = RefaceCameWhole,
                                           .voicesWritten = RefaceVoicesPerBank};
 
@@ -117,6 +163,9 @@ const VoiceFileFormat RefaceVoiceFormat = {.driver = RefaceDriverId,
                                            .voice = RefaceLine<RefaceFileKind::SingleVoice>,
                                            .canBeWritten = RefaceVoiceCanBeWritten,
                                            .canBeSent = RefaceCanBeSent,
+                                           .fitsAMessage = RefaceFitsAMessage,
+                                           .misfits = RefaceMisfits<RefaceFileKind::SingleVoice>,
+                                           .recognise = RecogniseRefaceVoice,
                                            .cameWhole = RefaceCameWhole,
                                            .voicesWritten = 1};
 
