@@ -2,7 +2,6 @@
 #include "cli/cli_commands.h"
 #include "cli/text_output.h"
 #include "shell/history.h"
-#include "shell/view/platform_folders.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,7 +11,6 @@
 namespace tonewright {
 
 int CliHistory(const CliCall &call) {
-    UsePlatformFolders();
     const char *named = call[CliOption::File];
     const std::string path = named ? named : HistoryFilePath();
     std::vector<HistoryEntry> entries;

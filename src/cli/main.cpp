@@ -2,6 +2,7 @@
 #include "cli/cli_commands.h"
 #include "cli/midi_session.h"
 #include "cli/text_output.h"
+#include "cli/user_settings.h"
 #include "common/platform.h"
 #include "common/text.h"
 #include "common/version.h"
@@ -168,6 +169,7 @@ int Run(std::span<char *> arguments) {
     if (call.words.size() > command->maximumWords) {
         return WrongCall(FormatText("%s has too many arguments", command->name), command);
     }
+    ReadExtras();
     return command->run(call);
 }
 

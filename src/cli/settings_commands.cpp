@@ -28,17 +28,34 @@ void PutValue(const ConfigKey &key) {
     Put(StandardOutput, '\n');
 }
 
-void PutAllSettings() {
-    for (const ConfigKey &key : ProgramSettings.rows) {
+void PutSettings(const SettingsList &list) {
+    for (const ConfigKey &key : list.rows) {
+        Put(StandardOutput, list.prefix);
         Put(StandardOutput, key.name);
         Put(StandardOutput, '\t');
         PutValue(key);
     }
 }
 
-const ConfigKey *KeyOfName(std::string_view name) {
-    const auto key = std::ranges::find(ProgramSettings.rows, name, &ConfigKey::name);
-    return key == ProgramSettings.rows.end() ? nullptr : &*key;
+// A setting by its name on the command line.
+struct NamedSetting {
+    const SettingsList *list;
+    const ConfigKey *key;
+};
+
+std::optional<NamedSetting> SettingOfName(std::string_view name) {
+    for (const SettingsList *list : SettingsLists) {
+        const std::string_view prefix(list->prefix);
+        if (!name.starts_with(prefix)) {
+            continue;
+        }
+        const std::string_view rest = name.substr(prefix.size());
+        const auto key = std::ranges::find(list->rows, rest, &ConfigKey::name);
+        if (key != list->rows.end()) {
+            return NamedSetting{list, &*key};
+        }
+    }
+    return std::nullopt;
 }
 
 // A whole number from 0 to `largest`, without blanks or anything behind it.
@@ -92,25 +109,25 @@ std::string SetSetting(const ConfigKey &key, const char *value) {
     return "";
 }
 
-int SetAndWrite(const ConfigKey &key, const char *value) {
-    if (const std::string reason = SetSetting(key, value); !reason.empty()) {
-        return TellWrongCall(key.name, reason);
+int SetAndWrite(const NamedSetting &setting, const char *value) {
+    const auto &[list, key] = setting;
+    if (const std::string reason = SetSetting(*key, value); !reason.empty()) {
+        return TellWrongCall(std::string(list->prefix) + key->name, reason);
     }
     MakeProgramFolders();
     errno = 0;
-    switch (ConfigWrite()) {
+    switch (WriteChosenSetting(*list, *key)) {
     case SettingsWrite::Done:
         return ExitDone;
     case SettingsWrite::NoBackup:
-        return TellFailure(SettingsFilePath(ProgramSettings),
+        return TellFailure(SettingsFilePath(*list),
                            WithSystemReason("written, but a version before it could not be kept as "
                                             "its backup",
                                             errno));
     case SettingsWrite::Failed:
         break;
     }
-    return TellFailure(SettingsFilePath(ProgramSettings),
-                       WithSystemReason("could not be written", errno));
+    return TellFailure(SettingsFilePath(*list), WithSystemReason("could not be written", errno));
 }
 
 } // namespace
@@ -122,7 +139,7 @@ int CliConfig(const CliCall &call) {
     if (!ReadSettingsFile(ProgramSettings, path)) {
         return TellFailure(path, WithSystemReason("not readable", errno));
     }
-    PutAllSettings();
+    PutSettings(ProgramSettings);
     return ExitDone;
 }
 
@@ -137,18 +154,18 @@ int CliSettings(const CliCall &call) {
                              FormatText("%s %s arguments", call.words[0],
                                         call.words.size() < words ? "lacks" : "has too many"));
     }
-    const ConfigKey *key = words > 1 ? KeyOfName(call.words[1]) : nullptr;
-    if (words > 1 && !key) {
+    const auto setting = words > 1 ? SettingOfName(call.words[1]) : std::nullopt;
+    if (words > 1 && !setting) {
         return TellWrongCall(call.words[1], "no such key; settings list shows all");
     }
     ReadUserSettings();
     if (action == "set") {
-        return SetAndWrite(*key, call.words[2]);
+        return SetAndWrite(*setting, call.words[2]);
     }
     if (action == "get") {
-        PutValue(*key);
+        PutValue(*setting->key);
     } else {
-        PutAllSettings();
+        std::ranges::for_each(SettingsLists, [](const SettingsList *list) { PutSettings(*list); });
     }
     return ExitDone;
 }

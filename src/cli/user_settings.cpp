@@ -30,15 +30,19 @@ bool IsForInstruments(const ConfigKey &row) {
 
 } // namespace
 
-void PrepareSettings() {
+void ReadExtras() {
     UsePlatformFolders();
+    ConfigRead(SettingsWritten::WhenChosen);
+}
+
+void PrepareSettings() {
     ApplicationPath = FolderOfPath(PlatformExecutablePath());
     FillDefaultFolders();
 }
 
 void ReadUserSettings() {
     PrepareSettings();
-    ConfigRead();
+    ConfigRead(SettingsWritten::AtEnd);
 }
 
 void ReadInstrumentSettings() {

@@ -3,6 +3,10 @@
 
 namespace tonewright {
 
+// Finds the folders of the platform and reads the settings of the extras, which every command goes
+// by as the window does. First of all.
+void ReadExtras();
+
 // Fills in what the program's start has filled in by the time it reads the file of settings.
 void PrepareSettings();
 

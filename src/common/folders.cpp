@@ -104,6 +104,19 @@ std::string MakerUserFolder() {
     return path;
 }
 
+std::vector<std::string> SystemFiles(const char *name) {
+    std::vector<std::string> files;
+    for (const std::string &folder : PlatformFolders.systemConfiguration) {
+        PathBuffer path;
+        if (StartPath(path, folder)) {
+            AppendFolder(path, MakerFolder);
+            AppendBounded(path, name, PathLimit);
+            files.emplace_back(path);
+        }
+    }
+    return files;
+}
+
 std::string DefaultDocumentsFolder() {
     PathBuffer path;
     if (StartPath(path, PlatformFolders.documents)) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tonewright {
 
@@ -13,6 +14,8 @@ struct SpecialFolders {
     std::string documents;
     std::string pictures;
     std::string programs;
+    // Settings for all users of the machine, the folder that counts most first.
+    std::vector<std::string> systemConfiguration = {};
 };
 extern SpecialFolders PlatformFolders;
 
@@ -28,6 +31,9 @@ const char *DocumentsFile(const char *name);
 const char *PicturesFile();
 // application data + "Quillbrook/"
 std::string MakerUserFolder();
+
+// each folder of the system's configuration + "Quillbrook/" + name, in their order
+std::vector<std::string> SystemFiles(const char *name);
 
 // documents + "My Tonewright 17 Documents/"
 std::string DefaultDocumentsFolder();

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace tonewright {
 
@@ -40,5 +41,8 @@ void PlatformLetLongWritesFail();
 
 // The full path of the running executable, empty when unknown.
 std::string PlatformExecutablePath();
+
+// The folders in which settings for all users of the machine stand, the one that counts most first.
+std::vector<std::string> PlatformSystemConfigurationFolders();
 
 } // namespace tonewright

@@ -1,7 +1,9 @@
 // What is asked of the operating system directly, on Linux and macOS.
 #include "common/platform.h"
 
+#include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <limits.h>
 #include <stdlib.h>
@@ -134,6 +136,20 @@ std::string PlatformExecutablePath() {
     const ssize_t length = readlink("/proc/self/exe", path, PATH_MAX);
     return length > 0 ? std::string(path, static_cast<std::size_t>(length)) : std::string();
 #endif
+}
+
+std::vector<std::string> PlatformSystemConfigurationFolders() {
+    const char *variable = std::getenv("XDG_CONFIG_DIRS");
+    std::string_view rest = variable && *variable ? variable : "/etc/xdg";
+    std::vector<std::string> folders;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(':'), rest.size());
+        if (rest.starts_with('/')) { // a relative one would depend on the current folder
+            folders.emplace_back(rest.substr(0, end));
+        }
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return folders;
 }
 
 FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &) {

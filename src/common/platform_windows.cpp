@@ -79,6 +79,15 @@ std::string PlatformExecutablePath() {
     return {utf8.begin(), utf8.end()};
 }
 
+std::vector<std::string> PlatformSystemConfigurationFolders() {
+    const std::string program = PlatformExecutablePath();
+    const std::size_t separator = program.rfind(PathSeparator);
+    if (separator == std::string::npos) {
+        return {};
+    }
+    return {program.substr(0, separator)};
+}
+
 FileManagerCall PlatformFileManagerCall(const std::string &folder, const std::string &file) {
     const std::string quoted =
         file.empty() ? "\"" + folder + "\"" : "/select,\"" + folder + "\\" + file + "\"";

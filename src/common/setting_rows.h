@@ -66,19 +66,25 @@ constexpr ConfigKey SettingRow(const char *name, std::string *value, const char 
 
 // When the file of a list is written.
 enum class SettingsWritten {
-    AtEnd,      // with every other one, when the program ends
-    WhenChosen, // when the user has chosen a value, so that a program that is left alone adds no file
+    // With every other one, when the program ends: all rows.
+    AtEnd,
+    // When the user chooses a value: the rows that the user has chosen, so that a program that is
+    // left alone adds no file. The others follow the files of the system (SystemFiles), one for all
+    // users of the machine, which count where the user has no value.
+    WhenChosen,
 };
 
-// A list of settings and the file that keeps it, in the maker's application-data folder.
+// A list of settings and the file that keeps it.
 struct SettingsList {
-    const char *file; // its name
+    const char *(*folder)(const char *name); // UserFile or ProductUserFile
+    const char *file;                        // its name there
     const char *section;
+    const char *prefix; // of its names on the command line
     SettingsWritten written;
     std::span<const ConfigKey> rows; // in the order of the file
 };
 
-// Each list by its name, as ProgramSettings.
+// Each list by its name: ProgramSettings, ExtrasSettings.
 #define SETTINGS_LIST(list, ...) extern const SettingsList list;
 #include "common/settings_lists.inc"
 

@@ -1,6 +1,7 @@
 // The variables of the settings, and the tables of their rows.
 #include "common/settings.h"
 
+#include "common/folders.h"
 #include "common/setting_rows.h"
 
 #include <array>
@@ -44,8 +45,9 @@ constexpr const SettingsList *Lists[] = {
 
 } // namespace
 
-#define SETTINGS_LIST(list, file, section, written)                                                \
-    constinit const SettingsList list = {file, section, SettingsWritten::written, list##Rows};
+#define SETTINGS_LIST(list, folder, file, section, prefix, written)                                \
+    constinit const SettingsList list = {                                                          \
+        folder, file, section, prefix, SettingsWritten::written, list##Rows};
 #include "common/settings_lists.inc"
 
 constinit const std::span<const SettingsList *const> SettingsLists(Lists);

@@ -20,14 +20,10 @@ void Tell(const std::string &path, const char *failure, int reason) {
 } // namespace
 
 void SaveSettings() {
-    const SettingsWrite outcome = ConfigWrite();
-    if (outcome != SettingsWrite::Done) {
-        Tell(SettingsFilePath(ProgramSettings),
-             outcome == SettingsWrite::Failed
-                 ? "the settings could not be written"
-                 : "a version of the settings could not be kept as a backup",
-             errno);
-    }
+    ConfigWrite([](const SettingsList &list, SettingsWrite outcome) {
+        const int reason = errno;
+        Tell(SettingsFilePath(list), WordsOfOutcome(outcome), reason);
+    });
 }
 
 void SaveHistory() {

@@ -18,8 +18,11 @@
 #include <cerrno>
 #include <ctime>
 #include <filesystem>
+#include <functional>
+#include <optional>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -78,26 +81,74 @@ void SetValue(const ConfigKey &row, std::string_view text) {
     }
 }
 
-std::string LineOfRow(const ConfigKey &row, const std::string &lineEnd) {
-    const std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value);
-    return LineOfSetting(
-        row.name, number ? std::to_string(**number) : *std::get<std::string *>(row.value), lineEnd);
+std::string LineOfValue(const ConfigKey &row, std::string_view value) {
+    return LineOfSetting(row.name, value, PlatformLines("\n"));
 }
 
-// The whole file, in the platform's lines.
-std::string TextOf(const SettingsList &list) {
+std::string LineOfRow(const ConfigKey &row) {
+    const std::uint32_t *const *number = std::get_if<std::uint32_t *>(&row.value);
+    return LineOfValue(row,
+                       number ? std::to_string(**number) : *std::get<std::string *>(row.value));
+}
+
+// The lines of all rows.
+std::string LinesOfAll(const SettingsList &list) {
+    std::string lines;
+    for (const ConfigKey &row : list.rows) {
+        lines += LineOfRow(row);
+    }
+    return lines;
+}
+
+// What is done with a row that a line names, and with the value in that line.
+using TakeLine = std::function<void(const ConfigKey &row, std::string_view value)>;
+
+void ReadEachLine(const SettingsList &list, LineReader &lines, const TakeLine &take) {
+    const RowFinder finder = FinderOf(list.rows);
+    std::string_view line;
+    while (NextLine(lines, line)) {
+        if (line == "\n") {
+            SkipEmptyLines(lines); // each would set the same row to the same value
+        } else if (line.starts_with(';') || BeginsNoRow(finder, line[0])) {
+            continue;
+        }
+        const auto [name, value] = SplitSettingLine(line);
+        if (const ConfigKey *row = FindRow(finder, name)) {
+            take(*row, value);
+        }
+    }
+}
+
+// The lines of the rows that the user has chosen, `chosen` being the last of them. Nothing, the
+// reason in errno, when the file with the others cannot be read.
+std::optional<std::string> LinesOfChosen(const SettingsList &list, const ConfigKey &chosen) {
+    std::vector<std::string> lines(list.rows.size());
+    const auto place = [&](const ConfigKey &row) -> std::string & {
+        return lines[static_cast<std::size_t>(&row - list.rows.data())];
+    };
+    if (auto reader = OpenLines(SettingsFilePath(list).c_str())) {
+        ReadEachLine(list, *reader, [&](const ConfigKey &row, std::string_view value) {
+            place(row) = LineOfValue(row, value);
+        });
+    } else if (errno != ENOENT) {
+        return std::nullopt;
+    }
+    place(chosen) = LineOfRow(chosen);
+    std::string text;
+    for (const std::string &line : lines) {
+        text += line;
+    }
+    return text;
+}
+
+std::string HeadOf(const SettingsList &list) {
     const std::time_t now = std::time(nullptr);
     const char *time = std::ctime(&now);
     std::string heading = ";Tonewright configuration file\n;Edit this at your own risk\n";
     heading +=
         FormatText(";%s %s revision %d\n", LoadProgramString(109), ProgramVersion, ProgramRevision);
     heading += FormatText(";Last updated %24.24s\n;\n[%s]\n", time ? time : "", list.section);
-    std::string text = PlatformLines(heading);
-    const std::string lineEnd = PlatformLines("\n");
-    for (const ConfigKey &row : list.rows) {
-        text += LineOfRow(row, lineEnd);
-    }
-    return text;
+    return PlatformLines(heading);
 }
 
 std::filesystem::path PathOf(const std::string &utf8) {
@@ -123,14 +174,15 @@ bool AreEqual(const std::string &one, const std::string &other) {
 }
 
 std::string BackupPath(const SettingsList &list) {
-    return UserFile((std::string("Backup of ") + list.file).c_str());
+    return list.folder((std::string("Backup of ") + list.file).c_str());
 }
 
 // Keeps the two versions before the one that is to be written. A version that could not be kept in
 // the next one's place stays where it is. False, the reason in errno, when not both were kept.
 bool KeepVersions(const SettingsList &list) {
     const std::string backup = BackupPath(list);
-    const std::string older = UserFile((std::string("Backup of Backup of ") + list.file).c_str());
+    const std::string older =
+        list.folder((std::string("Backup of Backup of ") + list.file).c_str());
     return KeepAs(backup, older) && KeepAs(SettingsFilePath(list), backup);
 }
 
@@ -140,15 +192,52 @@ bool KeepVersionsOnce(const SettingsList &list) {
     return AreEqual(SettingsFilePath(list), BackupPath(list)) || KeepVersions(list);
 }
 
+SettingsWrite WriteLines(const SettingsList &list, const std::string &lines) {
+    const std::string path = SettingsFilePath(list);
+    bool kept = true;
+    int reason = 0;
+    const auto keep = [&](Replacing how) {
+        kept = how == Replacing::AsAWhole ? KeepVersions(list) : KeepVersionsOnce(list);
+        reason = errno;
+    };
+    if (WriteFileWhole(path.c_str(), HeadOf(list) + lines, keep)) {
+        errno = reason;
+        return kept ? SettingsWrite::Done : SettingsWrite::NoBackup;
+    }
+    reason = errno;
+    if (reason == EACCES || reason == EPERM || reason == EROFS) {
+        KeepVersionsOnce(list);
+        errno = reason;
+    }
+    return SettingsWrite::Failed;
+}
+
+void ReadFilesOf(const SettingsList &list) {
+    if (list.written == SettingsWritten::WhenChosen) {
+        const std::vector<std::string> files = SystemFiles(list.file);
+        std::for_each(files.rbegin(), files.rend(),
+                      [&list](const std::string &file) { ReadSettingsFile(list, file.c_str()); });
+    }
+    ReadSettingsFile(list, SettingsFilePath(list).c_str());
+}
+
 } // namespace
 
 std::string SettingsFilePath(const SettingsList &list) {
-    return UserFile(list.file);
+    return list.folder(list.file);
+}
+
+void ConfigRead(SettingsWritten written) {
+    for (const SettingsList *list : SettingsLists) {
+        if (list->written == written) {
+            ReadFilesOf(*list);
+        }
+    }
 }
 
 void ConfigRead() {
     for (const SettingsList *list : SettingsLists) {
-        ReadSettingsFile(*list, SettingsFilePath(*list).c_str());
+        ReadFilesOf(*list);
     }
 }
 
@@ -164,42 +253,26 @@ int ReadSettingsFile(const SettingsList &list, const char *path,
 
 void ReadSettingsLines(const SettingsList &list, LineReader &lines,
                        bool (*takes)(const ConfigKey &row)) {
-    const RowFinder finder = FinderOf(list.rows);
-    std::string_view line;
-    while (NextLine(lines, line)) {
-        if (line == "\n") {
-            SkipEmptyLines(lines); // each would set the same row to the same value
-        } else if (line.starts_with(';') || BeginsNoRow(finder, line[0])) {
-            continue;
+    ReadEachLine(list, lines, [takes](const ConfigKey &row, std::string_view value) {
+        if (!takes || takes(row)) {
+            SetValue(row, value);
         }
-        const auto [name, value] = SplitSettingLine(line);
-        if (const ConfigKey *row = FindRow(finder, name); row && (!takes || takes(*row))) {
-            SetValue(*row, value);
-        }
-    }
+    });
 }
 
 SettingsWrite WriteSettingsFile(const SettingsList &list) {
-    const std::string path = SettingsFilePath(list);
-    bool kept = true;
-    int reason = 0;
-    const auto keep = [&](Replacing how) {
-        kept = how == Replacing::AsAWhole ? KeepVersions(list) : KeepVersionsOnce(list);
-        reason = errno;
-    };
-    if (WriteFileWhole(path.c_str(), TextOf(list), keep)) {
-        errno = reason;
-        return kept ? SettingsWrite::Done : SettingsWrite::NoBackup;
-    }
-    reason = errno;
-    if (reason == EACCES || reason == EPERM || reason == EROFS) {
-        KeepVersionsOnce(list);
-        errno = reason;
-    }
-    return SettingsWrite::Failed;
+    return WriteLines(list, LinesOfAll(list));
 }
 
-SettingsWrite ConfigWrite() {
+SettingsWrite WriteChosenSetting(const SettingsList &list, const ConfigKey &chosen) {
+    if (list.written == SettingsWritten::AtEnd) {
+        return WriteSettingsFile(list);
+    }
+    const auto lines = LinesOfChosen(list, chosen);
+    return lines ? WriteLines(list, *lines) : SettingsWrite::Failed;
+}
+
+SettingsWrite ConfigWrite(void (*tell)(const SettingsList &list, SettingsWrite outcome)) {
     SettingsWrite worst = SettingsWrite::Done;
     int reason = 0;
     for (const SettingsList *list : SettingsLists) {
@@ -207,13 +280,26 @@ SettingsWrite ConfigWrite() {
             continue;
         }
         const SettingsWrite outcome = WriteSettingsFile(*list);
+        if (outcome == SettingsWrite::Done) {
+            continue;
+        }
+        const int here = errno;
+        if (tell) {
+            tell(*list, outcome);
+        }
         if (outcome > worst) {
             worst = outcome;
-            reason = errno;
+            reason = here;
         }
     }
     errno = reason;
     return worst;
+}
+
+const char *WordsOfOutcome(SettingsWrite outcome) {
+    return outcome == SettingsWrite::Failed ? "the settings could not be written"
+                                            : "a version of the settings could not be kept as a "
+                                              "backup";
 }
 
 } // namespace tonewright

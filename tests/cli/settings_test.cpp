@@ -43,6 +43,17 @@ protected:
     TempFolder home;
 };
 
+// A variable of the environment has another value as long as this lives.
+struct PutEnvironmentBack {
+    PutEnvironmentBack(const char *variable, const std::string &value)
+        : name(variable), before(std::getenv(variable)) {
+        setenv(name, value.c_str(), 1);
+    }
+    ~PutEnvironmentBack() { setenv(name, before.c_str(), 1); }
+    const char *name;
+    std::string before;
+};
+
 bool Contains(const std::string &text, const std::string &part) {
     return text.find(part) != std::string::npos;
 }
@@ -72,12 +83,54 @@ TEST_F(CliSettings, ListPrintsEveryKeyInTheOrderOfTheTable) {
     WriteUserFile("Tonewright 17.ini", "MaxUndoLevel = 9\n");
     const auto result = Cli({"settings", "list"});
     EXPECT_EQ(result.exitStatus, 0);
-    const auto count = static_cast<std::ptrdiff_t>(ProgramSettings.rows.size());
+    const auto count =
+        static_cast<std::ptrdiff_t>(ProgramSettings.rows.size() + ExtrasSettings.rows.size());
     EXPECT_EQ(std::ranges::count(result.output, '\n'), count);
     EXPECT_EQ(std::ranges::count(result.output, '\t'), count);
     EXPECT_TRUE(result.output.starts_with("ApplicationPath\t"));
     EXPECT_TRUE(Contains(result.output, "\nMaxUndoLevel\t9\nMiddleButtonAudition\t1\n"));
-    EXPECT_TRUE(result.output.ends_with("\nShowWelcomeWizard\t1\n"));
+    EXPECT_TRUE(result.output.ends_with(
+        "\nShowWelcomeWizard\t1\nextras.CarefulMode\t0\nextras.WholeDetune\t0\n"
+        "extras.AuditionKeepsVoice\t0\n"));
+}
+
+TEST_F(CliSettings, AnExtraIsReadFromTheFilesOfSystemAndUser) {
+    std::filesystem::create_directories(home.path / "system/Quillbrook");
+    WriteTestText(home.File("system/Quillbrook/Extras.ini"), "CarefulMode = 1\nWholeDetune = 1\n");
+    const PutEnvironmentBack back("XDG_CONFIG_DIRS", home.File("system"));
+    ExpectOutput({"settings", "get", "extras.CarefulMode"}, "1\n");
+    EXPECT_FALSE(home.Holds(".config/Quillbrook"));
+    WriteUserFile("Tonewright 17/Extras.ini", "CarefulMode = 0\n");
+    ExpectOutput({"settings", "get", "extras.CarefulMode"}, "0\n");
+    ExpectOutput({"settings", "get", "extras.WholeDetune"}, "1\n");
+    ExpectOutput({"settings", "get", "extras.AuditionKeepsVoice"}, "0\n");
+}
+
+TEST_F(CliSettings, SettingAnExtraWritesItsFileAndItsRowAlone) {
+    ExpectOutput({"settings", "set", "extras.WholeDetune", "1"}, "");
+    const std::string text = ReadTestText(home.File(".config/Quillbrook/Tonewright 17/Extras.ini"));
+    EXPECT_TRUE(text.starts_with(";Tonewright configuration file\n"));
+    EXPECT_TRUE(text.ends_with("\n;\n[Extras]\nWholeDetune = 1\n"));
+    EXPECT_FALSE(std::filesystem::exists(IniPath()));
+    ExpectOutput({"settings", "get", "extras.WholeDetune"}, "1\n");
+}
+
+TEST_F(CliSettings, ANameOfOneListIsNoneOfTheOther) {
+    const std::string reason = "no such key; settings list shows all";
+    ExpectRefused({"settings", "get", "CarefulMode"}, "CarefulMode: " + reason);
+    ExpectRefused({"settings", "get", "extras.MaxUndoLevel"}, "extras.MaxUndoLevel: " + reason);
+    ExpectRefused({"settings", "get", "extras."}, "extras.: " + reason);
+    ExpectRefused({"settings", "set", "extras.CarefulMode", "2"},
+                  "extras.CarefulMode: 2 is neither 0 nor 1");
+}
+
+TEST_F(CliSettings, AnExtraThatCannotBeWrittenIsToldOf) {
+    const std::string path = home.File(".config/Quillbrook/Tonewright 17/Extras.ini");
+    std::filesystem::create_directories(path); // a folder in its place
+    const auto result = Cli({"settings", "set", "extras.CarefulMode", "1"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + path + ": could not be written: Is a directory\n");
 }
 
 TEST_F(CliSettings, SetOnAnEmptyHomeMakesTheFileWithAllKeys) {

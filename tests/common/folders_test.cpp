@@ -92,6 +92,13 @@ TEST(Folders, ALaterCallOfOneFunctionOverwritesItsLastResultOnly) {
     EXPECT_EQ(product, "app" + S + "Quillbrook" + S + "Tonewright 17" + S + "other");
 }
 
+TEST(Folders, TheFilesOfTheSystemStandInTheOrderOfItsFolders) {
+    EXPECT_TRUE(SystemFiles("x").empty());
+    PlatformFolders.systemConfiguration = {"first", "", "second" + S};
+    EXPECT_EQ(SystemFiles("x"), (std::vector<std::string>{"first" + S + "Quillbrook" + S + "x",
+                                                          "second" + S + "Quillbrook" + S + "x"}));
+}
+
 TEST(Folders, AreMadeAtStartAndByNoOtherFunction) {
     const TempFolder temp;
     PlatformFolders = {.applicationData = temp.File("app"),

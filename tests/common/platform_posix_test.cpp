@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 using namespace tonewright;
@@ -28,6 +29,23 @@ TEST(Platform, TheExecutableIsThisTestProgram) {
     EXPECT_TRUE(path.is_absolute());
     EXPECT_TRUE(std::filesystem::is_regular_file(path));
     EXPECT_EQ(path.filename(), "common_tests");
+}
+
+TEST(Platform, TheSystemsFoldersOfSettingsAreThoseOfTheEnvironment) {
+    using Folders = std::vector<std::string>;
+    const std::string before = std::getenv("XDG_CONFIG_DIRS");
+    const auto with = [](const char *value) {
+        setenv("XDG_CONFIG_DIRS", value, 1);
+        return PlatformSystemConfigurationFolders();
+    };
+    EXPECT_EQ(with("/one:/two and/three:/four/"), (Folders{"/one", "/two and/three", "/four/"}));
+    EXPECT_EQ(with("::/one:"), Folders{"/one"});
+    EXPECT_EQ(with("one:./two:/three"), Folders{"/three"}); // relative ones count for nothing
+    EXPECT_EQ(with("one"), Folders{});
+    EXPECT_EQ(with(""), Folders{"/etc/xdg"});
+    unsetenv("XDG_CONFIG_DIRS");
+    EXPECT_EQ(PlatformSystemConfigurationFolders(), Folders{"/etc/xdg"});
+    setenv("XDG_CONFIG_DIRS", before.c_str(), 1);
 }
 
 TEST(ShowInExplorer, CallsWhateverOpensFoldersWithoutTheTrailingSeparator) {

@@ -237,3 +237,29 @@ TEST_F(SettingsFileObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
     EXPECT_TRUE(std::filesystem::is_fifo(backup));
     EXPECT_TRUE(ReadTestText(path).starts_with(";Tonewright configuration file\n"));
 }
+
+TEST_F(SettingsFileObstacles, ExtrasThatCannotBeReadAreNotWrittenOver) {
+    WriteTestText(extras, "WholeDetune = 1\n");
+    ASSERT_EQ(chmod((maker + "Tonewright 17").c_str(), 0777), 0);
+    ASSERT_EQ(chmod(extras.c_str(), 0222), 0);
+    RunUnprivileged([this] {
+        CarefulMode = 1;
+        EXPECT_EQ(WriteChosenSetting(ExtrasSettings, ExtrasSettings.rows[0]),
+                  SettingsWrite::Failed);
+        EXPECT_EQ(errno, EACCES);
+    });
+    EXPECT_EQ(ReadTestText(extras), "WholeDetune = 1\n");
+}
+
+TEST_F(SettingsFileObstacles, ASystemsFileThatMayNotBeReadOrIsAPipeDoesNoHarm) {
+    WriteSystemExtras("CarefulMode = 1\n");
+    WriteSystemExtras("WholeDetune = 1\n");
+    std::filesystem::remove(temp.File("system1/Quillbrook/Extras.ini"));
+    MakePipe(temp.File("system1/Quillbrook/Extras.ini"));
+    ASSERT_EQ(chmod(temp.File("system0/Quillbrook/Extras.ini").c_str(), 0000), 0);
+    RunUnprivileged([] {
+        ConfigRead();
+        EXPECT_EQ(CarefulMode, 0u);
+        EXPECT_EQ(WholeDetune, 0u);
+    });
+}

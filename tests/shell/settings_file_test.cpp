@@ -7,6 +7,7 @@
 #include "shell/undo.h"
 #include "support/scripted_desktop.h"
 
+#include <cerrno>
 #include <chrono>
 #include <ctime>
 #include <random>
@@ -497,8 +498,12 @@ const ConfigKey OtherRows[] = {
     SettingRow("Folders", &Folders, 12, SettingInteger, {.flags = SettingWriteOnly}),
     SettingRow("Archive", &Archive, "Voices", SettingText, {}),
 };
-const SettingsList OtherSettings = {
-    .file = "Other.ini", .section = "More", .written = SettingsWritten::AtEnd, .rows = OtherRows};
+const SettingsList OtherSettings = {.folder = UserFile,
+                                    .file = "Other.ini",
+                                    .section = "More",
+                                    .prefix = "other.",
+                                    .written = SettingsWritten::AtEnd,
+                                    .rows = OtherRows};
 
 } // namespace
 
@@ -543,4 +548,149 @@ TEST_F(SettingsFile, OnlyTheRowsThatAreAskedForAreFilled) {
     EXPECT_EQ(TipFont01Size, 16u);
     EXPECT_EQ(TipOfTheDay, 0u); // "Tip" is short for the row in front of it all the same
     EXPECT_EQ(ThemeCurrent, "Slate");
+}
+
+// ---- what goes beyond the program's plain ways
+
+namespace {
+
+using ExtrasFile = SettingsHome;
+
+const ConfigKey &ExtraOf(const char *name) {
+    const auto row =
+        std::ranges::find(ExtrasSettings.rows, std::string_view(name),
+                          [](const ConfigKey &key) { return std::string_view(key.name); });
+    EXPECT_NE(row, ExtrasSettings.rows.end()) << name;
+    return *row;
+}
+
+// The user gives a row its value.
+SettingsWrite Choose(const char *name, std::uint32_t value) {
+    const ConfigKey &row = ExtraOf(name);
+    *std::get<std::uint32_t *>(row.value) = value;
+    return WriteChosenSetting(ExtrasSettings, row);
+}
+
+// A file behind its head.
+std::string LinesBehindHead(const std::string &path) {
+    const std::string text = ReadTestText(path);
+    EXPECT_TRUE(text.starts_with(Header)) << text;
+    return text.substr(std::min(text.size(), Header.size() + 24));
+}
+
+} // namespace
+
+TEST_F(ExtrasFile, EveryExtraIsOffUntilAFileSwitchesItOn) {
+    for (const ConfigKey &row : ExtrasSettings.rows) {
+        EXPECT_EQ(row.flags, SettingBool) << row.name;
+        EXPECT_EQ(std::get<std::uint32_t>(row.preset), 0u) << row.name;
+    }
+    ConfigRead();
+    EXPECT_EQ(CarefulMode, 0u);
+    EXPECT_EQ(WholeDetune, 0u);
+    EXPECT_EQ(AuditionKeepsVoice, 0u);
+    ConfigWrite();
+    EXPECT_FALSE(std::filesystem::exists(extras));
+}
+
+TEST_F(ExtrasFile, TheSystemsFileCountsWhereTheUserHasNoValue) {
+    WriteSystemExtras("[Extras]\nCarefulMode = 1\nWholeDetune = 1\n");
+    WriteTestText(extras, "[Extras]\nWholeDetune = 0\nAuditionKeepsVoice = 1\n");
+    ConfigRead();
+    EXPECT_EQ(CarefulMode, 1u);
+    EXPECT_EQ(WholeDetune, 0u);
+    EXPECT_EQ(AuditionKeepsVoice, 1u);
+}
+
+TEST_F(ExtrasFile, OfTheSystemsFilesTheFirstCountsMost) {
+    WriteSystemExtras("CarefulMode = 1\n");
+    PlatformFolders.systemConfiguration.push_back(temp.File("nowhere"));
+    WriteSystemExtras("CarefulMode = 0\nWholeDetune = 1\n");
+    ConfigRead();
+    EXPECT_EQ(CarefulMode, 1u);
+    EXPECT_EQ(WholeDetune, 1u);
+}
+
+TEST_F(ExtrasFile, TheSystemHasNoFileOfTheProgramsOwnSettings) {
+    WriteSystemExtras("");
+    WriteTestText(temp.File("system0/Quillbrook/Tonewright 17.ini"), "MaxUndoLevel = 9\n");
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 3u);
+}
+
+TEST_F(ExtrasFile, ASystemsFileThatIsDamagedOrNoFileDoesNoHarm) {
+    WriteSystemExtras(std::string("\xFF\0CarefulMode\x01 = 1\nWholeDetune = 1\n", 37) +
+                      std::string(1 << 20, 'x'));
+    std::filesystem::create_directories(temp.File("folder/Quillbrook/Extras.ini"));
+    PlatformFolders.systemConfiguration.insert(PlatformFolders.systemConfiguration.begin(),
+                                               temp.File("folder"));
+    ConfigRead();
+    EXPECT_EQ(CarefulMode, 0u);
+    EXPECT_EQ(WholeDetune, 1u);
+    EXPECT_EQ(MaxUndoLevel, 3u);
+}
+
+TEST_F(ExtrasFile, ChoosingAValueWritesItsRowAlone) {
+    EXPECT_EQ(Choose("WholeDetune", 1), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(extras), "\n;\n[Extras]\nWholeDetune = 1\n");
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(ExtrasFile, ARowThatWasNeverChosenFollowsTheSystemsFileAsItChanges) {
+    WriteSystemExtras("CarefulMode = 1\nWholeDetune = 1\n");
+    ConfigRead();
+    EXPECT_EQ(Choose("CarefulMode", 0), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(extras), "\n;\n[Extras]\nCarefulMode = 0\n");
+    WriteTestText(temp.File("system0/Quillbrook/Extras.ini"),
+                  "CarefulMode = 1\nWholeDetune = 0\nAuditionKeepsVoice = 1\n");
+    ResetSettings();
+    ConfigRead();
+    EXPECT_EQ(CarefulMode, 0u);
+    EXPECT_EQ(WholeDetune, 0u);
+    EXPECT_EQ(AuditionKeepsVoice, 1u);
+}
+
+TEST_F(ExtrasFile, ChoosingAValueKeepsTheOtherRowsOfTheFileAsTheyStandThere) {
+    WriteTestText(extras, "Whole==1\n;AuditionKeepsVoice = 1\nCarefulMode = 2\nCarefulMode = 1\n");
+    WholeDetune = 0; // for this start only, as by an option
+    EXPECT_EQ(Choose("AuditionKeepsVoice", 0), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(extras),
+              "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1\nAuditionKeepsVoice = 0\n");
+}
+
+TEST_F(ExtrasFile, TwoVersionsAreKeptAsBackups) {
+    WriteTestText(extras, "CarefulMode = 1\n");
+    EXPECT_EQ(Choose("WholeDetune", 1), SettingsWrite::Done);
+    EXPECT_EQ(Choose("WholeDetune", 0), SettingsWrite::Done);
+    const std::string folder = maker + "Tonewright 17/";
+    EXPECT_EQ(LinesBehindHead(extras), "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 0\n");
+    EXPECT_EQ(LinesBehindHead(folder + "Backup of Extras.ini"),
+              "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1\n");
+    EXPECT_EQ(ReadTestText(folder + "Backup of Backup of Extras.ini"), "CarefulMode = 1\n");
+}
+
+TEST_F(ExtrasFile, ASettingOfTheListThatIsWrittenAtTheEndIsWrittenWithAllOthers) {
+    MaxUndoLevel = 7;
+    EXPECT_EQ(WriteChosenSetting(ProgramSettings, ProgramSettings.rows[0]), SettingsWrite::Done);
+    EXPECT_EQ(LineOf(ReadTestText(path), "MaxUndoLevel"), "MaxUndoLevel = 7");
+    EXPECT_FALSE(std::filesystem::exists(extras));
+}
+
+TEST_F(ExtrasFile, AFolderInItsPlaceIsAFailureWithAReason) {
+    std::filesystem::create_directory(extras);
+    EXPECT_EQ(Choose("CarefulMode", 1), SettingsWrite::Failed);
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_EQ(CarefulMode, 1u); // it counts all the same
+}
+
+TEST_F(ExtrasFile, OneKindOfListIsReadWithoutTheOther) {
+    WriteTestText(path, "MaxUndoLevel = 9\n");
+    WriteTestText(extras, "CarefulMode = 1\n");
+    ConfigRead(SettingsWritten::WhenChosen);
+    EXPECT_EQ(MaxUndoLevel, 3u);
+    EXPECT_EQ(CarefulMode, 1u);
+    CarefulMode = 0;
+    ConfigRead(SettingsWritten::AtEnd);
+    EXPECT_EQ(MaxUndoLevel, 9u);
+    EXPECT_EQ(CarefulMode, 0u);
 }

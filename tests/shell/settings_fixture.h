@@ -22,12 +22,22 @@ struct SettingsHome : testing::Test {
     std::string path = maker + "Tonewright 17.ini";
     std::string backup = maker + "Backup of Tonewright 17.ini";
     std::string older = maker + "Backup of Backup of Tonewright 17.ini";
+    std::string extras = maker + "Tonewright 17/Extras.ini";
 
     SettingsHome() {
         ResetSettings();
         PlatformFolders.applicationData = temp.File("app");
         MakeProgramFolders();
     }
+    // Writes Extras.ini for all users of the machine, as the file that counts least.
+    void WriteSystemExtras(const std::string &text) {
+        const std::string folder =
+            temp.File("system" + std::to_string(PlatformFolders.systemConfiguration.size()));
+        PlatformFolders.systemConfiguration.push_back(folder);
+        std::filesystem::create_directories(folder + "/Quillbrook");
+        WriteTestText(folder + "/Quillbrook/Extras.ini", text);
+    }
+
     ~SettingsHome() override { ResetSettings(); }
 
     void Read(const std::string &text) {

@@ -2,6 +2,8 @@
 
 #include "support/reset_program.h"
 
+#include <QByteArray>
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -109,6 +111,7 @@ int RunTests(int *argc, char **argv) {
     if (!std::getenv("GTEST_SHUFFLE")) {
         testing::GTEST_FLAG(shuffle) = true;
     }
+    qputenv("XDG_CONFIG_DIRS", "/dev/null");
     testing::InitGoogleTest(argc, argv);
     ResetProgram();
     testing::UnitTest::GetInstance()->listeners().Append(new Between);

@@ -1,7 +1,8 @@
-// Asks the toolkit for the standard paths.
+// Asks the toolkit and the platform for the standard paths.
 #include "shell/view/platform_folders.h"
 
 #include "common/folders.h"
+#include "common/platform.h"
 
 #include <QStandardPaths>
 
@@ -20,6 +21,7 @@ void UsePlatformFolders() {
         .documents = StandardFolder(QStandardPaths::DocumentsLocation),
         .pictures = StandardFolder(QStandardPaths::PicturesLocation),
         .programs = StandardFolder(QStandardPaths::ApplicationsLocation),
+        .systemConfiguration = PlatformSystemConfigurationFolders(),
     };
 }
 
