@@ -11,15 +11,15 @@ message (without its time), every file that was written and every pixel that was
 0 when all of it is the same, else with 1 after naming what differs; --keep leaves both folders
 there to look at.
 """
-import argparse
 import os
 import pathlib
 import random
 import re
-import shutil
 import subprocess
 import sys
-import tempfile
+
+sys.dont_write_bytecode = True
+from two_builds import compare_two_builds  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 EXAMPLES = ROOT / "examples"
@@ -81,7 +81,7 @@ class Session:
     """The work of one build, in a folder of its own."""
 
     def __init__(self, build, folder):
-        self.cli = (pathlib.Path(build) / "tonewright-cli").resolve()
+        self.cli = build / "tonewright-cli"
         self.folder = folder
         self.record = []
         folder.mkdir(parents=True)
@@ -261,27 +261,15 @@ def differences(before, after):
             yield f"{name}: differs"
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("before")
-    parser.add_argument("after")
-    parser.add_argument("--keep", metavar="FOLDER")
-    arguments = parser.parse_args()
-    folder = pathlib.Path(arguments.keep or tempfile.mkdtemp()).resolve()
-    try:
-        before = do_the_work(arguments.before, folder / "old")
-        after = do_the_work(arguments.after, folder / "new")
-        found = list(differences(before, after))
-        files = sum(1 for file in after.folder.rglob("*") if file.is_file())
-    finally:
-        if not arguments.keep:
-            shutil.rmtree(folder, ignore_errors=True)
-    print("\n".join(found))
-    succeeded = sum(1 for _, status, _, _ in after.record if status == 0)
-    print(f"{len(after.record)} calls ({succeeded} successful), {files} files, "
-          f"{len(found)} differences")
-    return 1 if found else 0
+def compare(before, after, folder):
+    old = do_the_work(before, folder / "old")
+    new = do_the_work(after, folder / "new")
+    found = list(differences(old, new))
+    succeeded = sum(1 for _, status, _, _ in new.record if status == 0)
+    files = sum(1 for file in new.folder.rglob("*") if file.is_file())
+    return found, (f"{len(new.record)} calls ({succeeded} successful), {files} files, "
+                   f"{len(found)} differences")
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(compare_two_builds(__doc__.splitlines()[0], compare))

@@ -9,14 +9,15 @@ and commands, and photographed after each step. Ends with 0 when every picture i
 1 after naming those that differ; --keep leaves the pictures there to look at. Needs the packages
 xvfb, xdotool, jwm and imagemagick.
 """
-import argparse
 import os
 import pathlib
 import shutil
 import subprocess
 import sys
-import tempfile
 import time
+
+sys.dont_write_bytecode = True
+from two_builds import compare_two_builds  # noqa: E402
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SCREEN = "1280x1024x24"
@@ -87,7 +88,7 @@ def photograph(build, folder):
         time.sleep(2)
         start("jwm", "-f", "jwmrc")
         time.sleep(2)
-        start(str(pathlib.Path(build).resolve() / "tonewright"), str(bank))
+        start(str(build / "tonewright"), str(bank))
         time.sleep(4)
         pictures = {}
         for name, action in STEPS:
@@ -105,25 +106,12 @@ def photograph(build, folder):
         shutil.rmtree(home, ignore_errors=True)
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("before")
-    parser.add_argument("after")
-    parser.add_argument("--keep", metavar="FOLDER")
-    arguments = parser.parse_args()
-    folder = pathlib.Path(arguments.keep or tempfile.mkdtemp()).resolve()
-    try:
-        before = photograph(arguments.before, folder / "before")
-        after = photograph(arguments.after, folder / "after")
-    finally:
-        if not arguments.keep:
-            shutil.rmtree(folder, ignore_errors=True)
-    different = [name for name, _ in STEPS if before[name] != after[name]]
-    for name in different:
-        print(f"{name}: differs")
-    print(f"{len(STEPS)} pictures, {len(different)} differ")
-    return 1 if different else 0
+def compare(before, after, folder):
+    old = photograph(before, folder / "before")
+    new = photograph(after, folder / "after")
+    found = [f"{name}: differs" for name, _ in STEPS if old[name] != new[name]]
+    return found, f"{len(STEPS)} pictures, {len(found)} differ"
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(compare_two_builds(__doc__.splitlines()[0], compare))
