@@ -1,6 +1,8 @@
 // Files where paths are bytes.
 #include "common/open_file.h"
 
+#include "common/text.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -159,10 +161,9 @@ bool RenameOver(const char *from, const char *to) {
         return false;
     }
     // The name is in the folder. One that may be written to and not read cannot be waited for.
-    const std::string path(to);
-    const std::size_t slash = path.rfind('/');
-    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const std::string folder = FolderOfPath(to);
+    const int descriptor =
+        open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor >= 0) {
         SyncOrCannot(descriptor);
         close(descriptor);

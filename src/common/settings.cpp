@@ -5,6 +5,7 @@
 #include "common/setting_rows.h"
 
 #include <array>
+#include <string_view>
 
 namespace tonewright {
 namespace {
@@ -37,6 +38,24 @@ namespace {
 #define END_SETTINGS_LIST };
 #include "common/settings_lists.inc"
 // clang-format on
+
+// A line of a file goes to the first row whose name begins as the line's does, so a name must not
+// be the beginning of an earlier one (nor the same again). What is never read stands in nobody's
+// way.
+template <std::size_t count> constexpr bool EveryRowIsReached(const ConfigKey (&rows)[count]) {
+    for (std::size_t row = 0; row < count; ++row) {
+        for (std::size_t earlier = 0; earlier < row; ++earlier) {
+            if ((rows[earlier].flags & SettingWriteOnly) == 0 &&
+                std::string_view(rows[earlier].name).starts_with(rows[row].name)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+#define SETTINGS_LIST(list, ...) static_assert(EveryRowIsReached(list##Rows));
+#include "common/settings_lists.inc"
 
 constexpr const SettingsList *Lists[] = {
 #define SETTINGS_LIST(list, ...) &list,

@@ -160,7 +160,9 @@ struct SynthDriver {
     // `voice` as it was, when not.
     int (*EditVoice)(QWidget *window, VoiceObject &voice, MidiPorts ports, int index) = nullptr;
     // Writes the name, in the instrument's bytes and without trailing blanks, and returns its
-    // length in bytes, at most nameSize. 0, and `name` as it was, for no voice of the family.
+    // length in bytes, at most nameSize. 0, and `name` as it was, for a block without a payload
+    // that can hold a voice of the family. The block's driver id is not looked at: by it the caller
+    // has chosen the row.
     int (*VoiceName)(std::string &name, const VoiceObject &voice) = nullptr;
     // Paints the voice into its cell of a page; nothing for no whole voice of the family. 1 in any
     // case.

@@ -236,6 +236,20 @@ TEST(DriverTable, EveryRowSaysWhatItsFilesAndBanksHold) {
     }
 }
 
+TEST(DriverTable, AVoicesNameIsReadWhateverItsDriverIdAndNotOutOfAPayloadThatIsTooShort) {
+    for (const SynthDriver *driver : DriversWith(&SynthDriver::VoiceName)) {
+        const FamilyFacts &facts = FactsOf(*driver);
+        std::vector<std::uint8_t> payload(facts.payloadSize, facts.filler);
+        payload[facts.namePlace] = 'N';
+        std::string name;
+        EXPECT_EQ(driver->VoiceName(name, MakeVoiceObject(NoDriverId, payload)), 1) << driver->name;
+        EXPECT_EQ(name, "N") << driver->name;
+        payload.pop_back();
+        EXPECT_EQ(driver->VoiceName(name, MakeVoiceObject(driver->id, payload)), 0) << driver->name;
+        EXPECT_EQ(name, "N") << driver->name;
+    }
+}
+
 TEST(DriverTable, EveryRowHasTheTransfersThatItsCapabilitiesPromise) {
     for (int index = 0; DriverIdAt(index) != NoDriverId; ++index) {
         const SynthDriver &driver = *SynthDrivers[index];

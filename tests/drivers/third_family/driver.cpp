@@ -144,18 +144,18 @@ int ExportVoice(QWidget *, VoiceList &list, const VoiceObject *voice, const char
 }
 
 int VoiceName(std::string &name, const VoiceObject &voice) {
-    const auto bytes = BytesOf(&voice);
-    if (!bytes) {
+    const auto parts = PayloadOf(voice);
+    if (!parts || parts->payload.size() < VoiceSize) {
         return 0;
     }
-    name = MakeVoiceNameText(bytes->first(NameSize));
+    name = MakeVoiceNameText(parts->payload.first(NameSize));
     return static_cast<int>(name.size());
 }
 
 // A red square is the picture of a tune.
 int DrawVoiceItem(const DrawItem &item, const ItemFonts &fonts, const VoiceObject &voice, int) {
     std::string name;
-    if (VoiceName(name, voice)) {
+    if (IsVoice(&voice) && VoiceName(name, voice)) {
         const ItemPicture picture =
             PaintItemTexts(item, fonts,
                            {.place = QStringLiteral("Chime %1").arg(item.itemIndex + 1),
