@@ -55,7 +55,7 @@ class Layers(unittest.TestCase):
         self.assert_problem({"drivers/dx7/view/list.h": ["drivers/chimes/view/list.h"]},
                             "drivers/dx7 is to know nothing of drivers/chimes")
         self.assertEqual(self.problems({"drivers/synth_driver_table.cpp":
-                                        ["drivers/dx7/driver.h", "drivers/reface_dx/driver.h"]}), [])
+                                        ["drivers/dx7/find.h", "drivers/reface_dx/find.h"]}), [])
 
     def test_a_family_knows_itself_and_what_all_share(self):
         self.assertEqual(self.problems({"drivers/chimes/view/list.cpp":

@@ -126,13 +126,13 @@ TEST_F(CliFind, TheSettingsChooseTheInstrument) {
     WriteSettings("SelectKeyboardName = Yamaha DX7, TX7, Korg Volca FM\n"
                   "SelectKeyboardMidiIn = Built-in DX7\nSelectKeyboardMidiOut = Built-in DX7\n");
     ExpectOutput({"find"}, Dx7Found);
-    ExpectOutput({"find", "--synth", "Yamaha reface DX"}, RefaceFound);
+    ExpectOutput({"find", "--synth", RefaceName}, RefaceFound);
     WriteSettings("SelectKeyboardName = Yamaha reface DX\n");
     ExpectOutput({"find"}, RefaceFound);
 }
 
 TEST_F(CliFind, AnInstrumentIsNamedInAnyCaseOrByAPart) {
-    for (const char *name : {"Yamaha reface DX", "YAMAHA REFACE dx", "reface"}) {
+    for (const char *name : {RefaceName, "YAMAHA REFACE dx", "reface"}) {
         ExpectOutput({"find", "--synth", name}, RefaceFound);
     }
     for (const char *name : {"yamaha dx7, tx7, korg volca fm", "volca", "DX7"}) {

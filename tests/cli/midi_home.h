@@ -4,6 +4,7 @@
 #include "run_cli.h"
 
 #include "support/bank_bytes.h"
+#include "support/family_names.h"
 #include "support/reface_bytes.h"
 #include "support/temp_folder.h"
 
@@ -19,9 +20,6 @@
 namespace tonewright {
 
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr const char *Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
-constexpr const char *RefaceName = "Yamaha reface DX";
 
 // Where the parts of the file stand in which the instruments keep their memory: eight bytes of
 // name, then for each instrument program, channel, Omni, memory, edit buffer and settings.

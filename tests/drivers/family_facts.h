@@ -11,7 +11,8 @@
 namespace tonewright {
 
 struct FamilyFacts {
-    // As in the row.
+    // As in the row; by hand, so that the row is held against something. Names that other tests
+    // expect too stand in support/family_names.h.
     DriverId id;
     const char *name, *bank, *voice, *extra, *document;
     std::uint32_t flags, picture;

@@ -3,6 +3,8 @@
 
 #include "common/settings.h"
 #include "drivers/dx7/transfer.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/short_messages.h"
 #include "support/bank_bytes.h"
 #include "support/driver_rows.h"

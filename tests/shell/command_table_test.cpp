@@ -2,6 +2,7 @@
 #include "shell_fixture.h"
 
 #include "shell/command_queue.h"
+#include "support/family_names.h"
 
 #include <algorithm>
 
@@ -350,8 +351,8 @@ TEST_F(CommandTest, TheStatusBarShowsTheInstrument) {
     RefreshStatus();
     SynthFirmware = 0x01000203;
     RefreshStatus();
-    EXPECT_EQ(desktop.statusTexts, (Strings{"Unknown or unrecognized synthesizer",
-                                            "Yamaha reface DX", "Yamaha reface DX version 10.23"}));
+    EXPECT_EQ(desktop.statusTexts, (Strings{"Unknown or unrecognized synthesizer", RefaceName,
+                                            "Yamaha reface DX version 10.23"}));
 }
 
 TEST_F(CommandTest, AChangeByAGestureMarksTheDocument) {
@@ -365,7 +366,7 @@ TEST_F(CommandTest, TheDriverOfTheSettingsBecomesCurrentInAnyCaseOfLetters) {
     SelectKeyboardName = "YAMAHA REFACE dx";
     MainListChanged(1);
     EXPECT_EQ(CurrentDriverId, RefaceDriverId);
-    EXPECT_EQ(desktop.statusTexts, Strings{"Yamaha reface DX"});
+    EXPECT_EQ(desktop.statusTexts, Strings{RefaceName});
     EXPECT_FALSE(MainListState.dirty);
 }
 
@@ -375,8 +376,7 @@ TEST_F(CommandTest, AnEmptyOrUnknownNameInTheSettingsKeepsTheDriver) {
     SelectKeyboardName = "Yamaha";
     MainListChanged(1);
     EXPECT_EQ(CurrentDriverId, Dx7DriverId);
-    EXPECT_EQ(desktop.statusTexts,
-              (Strings{"Yamaha DX7, TX7, Korg Volca FM", "Yamaha DX7, TX7, Korg Volca FM"}));
+    EXPECT_EQ(desktop.statusTexts, (Strings{Dx7Name, Dx7Name}));
 }
 
 // The texts of the context menu, "-" for a separator.

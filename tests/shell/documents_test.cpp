@@ -1,6 +1,8 @@
 // Open, Save, Save as and the ways out: what is asked, and what has changed afterwards.
 #include "shell_fixture.h"
 
+#include "support/family_names.h"
+
 #include <filesystem>
 
 namespace tonewright {
@@ -53,7 +55,7 @@ TEST_F(OpenTest, AFileOfTheDialogBecomesTheDocument) {
     EXPECT_EQ(MainList.itemHeight, 48);
     EXPECT_EQ(MainItemFonts.title.family, "TIMES NEW ROMAN");
     EXPECT_EQ(titles, Strings{TitleOf("new.syx")});
-    EXPECT_EQ(desktop.statusTexts, Strings{"Yamaha DX7, TX7, Korg Volca FM"});
+    EXPECT_EQ(desktop.statusTexts, Strings{Dx7Name});
     EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
     EXPECT_GE(repaints, 1);
     EXPECT_FALSE(MainListState.dirty);
@@ -214,7 +216,7 @@ TEST_F(OpenTest, AFileWithACapitalExtensionOpensWhileTheRefaceDxIsCurrent) {
     EXPECT_EQ(ListCount(MainList), 32);
     EXPECT_FALSE(CommandAllowed(CommandDownload));
     EXPECT_TRUE(CommandAllowed(CommandUpload));
-    EXPECT_EQ(desktop.statusTexts, Strings{"Yamaha DX7, TX7, Korg Volca FM"});
+    EXPECT_EQ(desktop.statusTexts, Strings{Dx7Name});
 }
 
 TEST_F(OpenTest, TheDriverFollowsAFileThatCannotBeRead) {

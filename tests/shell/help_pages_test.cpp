@@ -1,5 +1,6 @@
 // The help pages have an entry for every topic that a window of the program asks for.
 #include "common/setting_rows.h"
+#include "support/family_names.h"
 #include "support/paths.h"
 
 #include <gtest/gtest.h>
@@ -145,9 +146,9 @@ TEST(HelpPages, TheTopicsOfTheInstrumentNameWhatTheUserSees) {
     const std::string page = ReadPage("referenc.html");
     for (const Named &named : {
              Named{"SELECT",
-                   {"Edit, Select synthesizer", "Synthesizer", "Unknown",
-                    "Yamaha DX7, TX7, Korg Volca FM", "Yamaha reface DX",
-                    "Detect MIDI ports automatically", "MIDI in", "MIDI out", "MIDI channel"}},
+                   {"Edit, Select synthesizer", "Synthesizer", "Unknown", tonewright::Dx7Name,
+                    tonewright::RefaceName, "Detect MIDI ports automatically", "MIDI in",
+                    "MIDI out", "MIDI channel"}},
              Named{"COMMUNICATING",
                    {"Edit, MIDI devices", "Edit, Find synthesizer", "Edit, Download current voices",
                     "Edit, Upload current voices", "Upload to synthesizer",

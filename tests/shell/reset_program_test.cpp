@@ -7,6 +7,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "drivers/dx7/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "shell/command_queue.h"

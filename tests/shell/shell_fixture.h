@@ -6,6 +6,8 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_table.h"
 #include "shell/documents.h"
 #include "shell/list_state.h"

@@ -9,6 +9,7 @@
 #include "shell/command_state.h"
 #include "shell/list_state.h"
 #include "support/fake_midi.h"
+#include "support/family_names.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -18,8 +19,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-const std::string Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
-const std::string RefaceName = "Yamaha reface DX";
 const std::string SaveQuestion =
     "Your current document has not been saved. Do you wish to save it?\n\nClick on Yes to save it, "
     "or click on No to abandon it.\n\nClick on Cancel to return to the main window of Tonewright.";

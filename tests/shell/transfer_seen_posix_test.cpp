@@ -3,6 +3,7 @@
 // there is all the time in the world to look and to press keys that must do nothing.
 #include "midi/instruments/builtin_instruments.h"
 #include "support/bank_bytes.h"
+#include "support/family_names.h"
 #include "support/reface_bytes.h"
 #include "support/x_display.h"
 
@@ -279,7 +280,7 @@ Bytes VoicesOf(const Bytes &bank) {
 TEST_F(SeenTransfer, BoxTextAndMeterStandWhileItRunsAndWhatTheUserDoesMeanwhileIsDropped) {
     const std::string bank = program.home.Write("bank.srx", TestRefaceBank());
     const Bytes instrument = MemoryOf(BuiltinInstrument::Reface);
-    StartProgram("Yamaha reface DX", {"SelectKeyboardAutodetect = 1"}, {bank});
+    StartProgram(RefaceName, {"SelectKeyboardAutodetect = 1"}, {bank});
     ASSERT_NO_FATAL_FAILURE(AwaitDocument("bank.srx"));
     const ScreenPicture rowsBefore = display.Screen(NamesPlace());
 
@@ -354,8 +355,7 @@ TEST_F(SeenTransfer, TheDownloadOfAStartIsSeenInAWindowThatIsPaintedAlready) {
         if (!Becomes([&] { return display.FindWindow("Tonewright").empty(); }, 5s)) {
             return false;
         }
-        StartProgram("Yamaha reface DX", {"SelectKeyboardAutodetect = 1", "DownloadOnOpen = 1"},
-                     {});
+        StartProgram(RefaceName, {"SelectKeyboardAutodetect = 1", "DownloadOnOpen = 1"}, {});
         if (!program.Stands("Untitled.Twl") || !Becomes([&] { return FindPanes(); }, 10s)) {
             return false;
         }
@@ -374,8 +374,7 @@ TEST_F(SeenTransfer, AnUploadIsSeenAsLongAsTheBankIsOnItsWay) {
     constexpr int uploadTool = 136; // its middle, from the left
     constexpr int toolBar = 50;     // its middle, from above
     const std::string bank = program.home.Write("bank.syx", TestBank());
-    StartProgram("Yamaha DX7, TX7, Korg Volca FM",
-                 {"SelectKeyboardMidiIn = DX7", "SelectKeyboardMidiOut = DX7"}, {bank});
+    StartProgram(Dx7Name, {"SelectKeyboardMidiIn = DX7", "SelectKeyboardMidiOut = DX7"}, {bank});
     ASSERT_NO_FATAL_FAILURE(AwaitDocument("bank.syx"));
     const ScreenPicture rows = RowsAtRest();
     ASSERT_TRUE(HaltInTransferOf([&] { return Click(uploadTool, toolBar); }));

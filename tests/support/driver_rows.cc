@@ -1,20 +1,25 @@
 // Stands in for drivers/synth_driver_table.cpp in the test programs that name this file.
 #include "support/driver_rows.h"
 
-#include "drivers/dx7/driver.h"
-#include "drivers/reface_dx/driver.h"
-
 namespace tonewright {
 
-SynthDriver Dx7Row = Dx7Driver;
-SynthDriver RefaceRow = RefaceDriver;
+#define FAMILY(name)                                                                               \
+    extern const SynthDriver name##Driver;                                                         \
+    SynthDriver name##Row = name##Driver;
+#include "drivers/families.inc"
+#undef FAMILY
 
-constexpr const SynthDriver *Rows[] = {&Dx7Row, &RefaceRow};
+constexpr const SynthDriver *Rows[] = {
+#define FAMILY(name) &name##Row,
+#include "drivers/families.inc"
+#undef FAMILY
+};
 const std::span<const SynthDriver *const> SynthDrivers = Rows;
 
 void RestoreDriverRows() {
-    Dx7Row = Dx7Driver;
-    RefaceRow = RefaceDriver;
+#define FAMILY(name) name##Row = name##Driver;
+#include "drivers/families.inc"
+#undef FAMILY
 }
 
 } // namespace tonewright

@@ -1,17 +1,17 @@
-// A driver table for tests: changeable copies of the two real rows, so that a test can put an
-// operation of its own into one of them. The rest of the program sees them as the table.
+// A driver table for tests: changeable copies of the real rows, so that a test can put an operation
+// of its own into one of them. The rest of the program sees them as the table.
 #pragma once
 
 #include "core/synth_driver.h"
-#include "drivers/dx7/voice_codec.h"
-#include "drivers/reface_dx/voice_codec.h"
 
 namespace tonewright {
 
-extern SynthDriver Dx7Row;
-extern SynthDriver RefaceRow;
+// Of each family, NAMERow.
+#define FAMILY(name) extern SynthDriver name##Row;
+#include "drivers/families.inc"
+#undef FAMILY
 
-// Makes both rows equal to the real ones again.
+// Makes all rows equal to the real ones again.
 void RestoreDriverRows();
 
 } // namespace tonewright

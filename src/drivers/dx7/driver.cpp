@@ -1,6 +1,4 @@
 // The row of the DX7, TX7 and Volca FM family in the driver table.
-#include "drivers/dx7/driver.h"
-
 #include "core/undo_level.h"
 #include "drivers/dx7/file_formats.h"
 #include "drivers/dx7/files.h"
@@ -12,7 +10,7 @@
 
 namespace tonewright {
 
-constinit const SynthDriver Dx7Driver = {
+extern constinit const SynthDriver Dx7Driver = {
     .id = Dx7DriverId,
     .name = "Yamaha DX7, TX7, Korg Volca FM",
     .bankExtension = "syx",

@@ -1,6 +1,4 @@
 // The row of the reface DX in the driver table.
-#include "drivers/reface_dx/driver.h"
-
 #include "core/undo_level.h"
 #include "drivers/reface_dx/file_formats.h"
 #include "drivers/reface_dx/files.h"
@@ -12,7 +10,7 @@
 
 namespace tonewright {
 
-constinit const SynthDriver RefaceDriver = {
+extern constinit const SynthDriver RefaceDriver = {
     .id = RefaceDriverId,
     .name = "Yamaha reface DX",
     .bankExtension = "srx",

@@ -1,11 +1,12 @@
 // What the conformance test needs to know of the DX7 family.
 #include "drivers/family_facts.h"
+#include "support/family_names.h"
 
 namespace tonewright {
 
 extern const FamilyFacts Dx7Facts;
 const FamilyFacts Dx7Facts = {.id = 0x44583779,
-                              .name = "Yamaha DX7, TX7, Korg Volca FM",
+                              .name = Dx7Name,
                               .bank = "syx",
                               .voice = "sy1",
                               .extra = "TwcDx7",

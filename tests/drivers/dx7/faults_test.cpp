@@ -9,6 +9,7 @@
 #include "midi/instruments/builtin_instruments.h"
 #include "support/bank_bytes.h"
 #include "support/builtin_midi.h"
+#include "support/family_names.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -106,7 +107,7 @@ struct Session {
     }
     void ExpectTitle() {
         ASSERT_FALSE(desktop.statusTexts.empty());
-        EXPECT_EQ(desktop.statusTexts.back(), "Yamaha DX7, TX7, Korg Volca FM");
+        EXPECT_EQ(desktop.statusTexts.back(), Dx7Name);
     }
     void ExpectBankEnded() {
         ExpectClosed();

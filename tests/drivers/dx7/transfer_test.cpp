@@ -9,6 +9,7 @@
 #include "drivers/reface_dx/voice_codec.h"
 #include "support/bank_bytes.h"
 #include "support/fake_midi.h"
+#include "support/family_names.h"
 #include "support/scripted_desktop.h"
 #include "support/transfer_calls.h"
 
@@ -23,7 +24,6 @@ namespace {
 using Bytes = FakeMidi::Bytes;
 using Calls = std::vector<std::string>;
 
-constexpr const char *Title = "Yamaha DX7, TX7, Korg Volca FM";
 constexpr const char *BeforePrompt =
     "E.PIANO 1x is about to be uploaded to your synthesizer.\n\nPlease select the voice bank in "
     "which you'd like it to be stored. (Turn the black Program knob on the Korg Volca FM.)";
@@ -113,11 +113,11 @@ TEST_F(Dx7Transfer, BankUploadFollowsItsOrder) {
         expected.push_back("SetProgress(" + std::to_string(row) + ", 32)");
         expected.push_back(Status(row + 1));
     }
-    for (const char *call :
-         {"Pm_WriteSysEx(0, 0, 4104 bytes)", "Pm_WriteShort(0, 0, C0 1F 00)",
-          "Pm_WriteShort(0, 0, C0 00 00)", "Pm_WriteShort(0, 0, B0 7C 00)", "SetProgress(0, 1)",
-          "SetStatusText()", "SetStatusText(Yamaha DX7, TX7, Korg Volca FM)", "enable",
-          "CloseBusyBox()", "Pt_Stop()", "Pm_Close(0)"}) {
+    for (const std::string &call : std::initializer_list<std::string>{
+             "Pm_WriteSysEx(0, 0, 4104 bytes)", "Pm_WriteShort(0, 0, C0 1F 00)",
+             "Pm_WriteShort(0, 0, C0 00 00)", "Pm_WriteShort(0, 0, B0 7C 00)", "SetProgress(0, 1)",
+             "SetStatusText()", std::string("SetStatusText(") + Dx7Name + ")", "enable",
+             "CloseBusyBox()", "Pt_Stop()", "Pm_Close(0)"}) {
         expected.emplace_back(call);
     }
     EXPECT_EQ(midi.calls, expected);
@@ -311,7 +311,7 @@ TEST_F(Dx7Transfer, VoiceUploadFollowsItsOrder) {
         midi.calls,
         (Calls{"Pt_Start(1)", "Pm_OpenOutput(0, 0, 0)", "disable", "Pm_WriteShort(0, 0, B0 7D 00)",
                "message", "Pm_WriteSysEx(0, 0, 163 bytes)", "message",
-               "Pm_WriteShort(0, 0, B0 7C 00)", std::string("SetStatusText(") + Title + ")",
+               "Pm_WriteShort(0, 0, B0 7C 00)", std::string("SetStatusText(") + Dx7Name + ")",
                "redraw", "enable", "Pt_Stop()", "Pm_Close(0)"}));
 }
 

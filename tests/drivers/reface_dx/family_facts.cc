@@ -1,11 +1,12 @@
 // What the conformance test needs to know of the reface DX.
 #include "drivers/family_facts.h"
+#include "support/family_names.h"
 
 namespace tonewright {
 
 extern const FamilyFacts RefaceFacts;
 const FamilyFacts RefaceFacts = {.id = 0x52466478,
-                                 .name = "Yamaha reface DX",
+                                 .name = RefaceName,
                                  .bank = "srx",
                                  .voice = "sr1",
                                  .extra = "crg",

@@ -1,5 +1,6 @@
 // How all voices of a reface DX come into the list.
 #include "core/dispatch.h"
+#include "support/family_names.h"
 #include "transfer_fixture.h"
 
 namespace tonewright {
@@ -389,7 +390,7 @@ TEST_F(RefaceDownloadTest, FromAnInstrumentThatFallsSilentTakes32TimesTheWaitAnd
     EXPECT_EQ(list.itemHeight, 48);
     EXPECT_TRUE(list.enabled);
     EXPECT_TRUE(list.redraw);
-    EXPECT_EQ(desktop.statusTexts, (Calls{"", "Yamaha reface DX", "", "Yamaha reface DX"}));
+    EXPECT_EQ(desktop.statusTexts, (Calls{"", RefaceName, "", RefaceName}));
     EXPECT_EQ(desktop.progress, (std::vector<std::pair<int, int>>{{0, 1}, {0, 1}, {0, 1}, {0, 1}}));
     EXPECT_TRUE(desktop.messages.empty());
     const Traffic end(traffic.end() - 12, traffic.end());

@@ -8,6 +8,7 @@
 #include "shell/command_queue.h"
 #include "shell/view/tool_bar.h"
 #include "support/builtin_midi.h"
+#include "support/family_names.h"
 #include "support/reface_bytes.h"
 
 #include <QCheckBox>
@@ -19,8 +20,6 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Strings = std::vector<std::string>;
 
-const std::string Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
-const std::string RefaceName = "Yamaha reface DX";
 const std::string RefaceTitle = "Yamaha reface DX version 01.20";
 const std::string Unrecognized = "Unknown or unrecognized synthesizer";
 const std::string SaveQuestion =
@@ -479,7 +478,7 @@ TEST_F(FirstCommands, TheDocumentOfAStartComesBehindTheDownloadAndAsksAboutIt) {
 TEST_F(FirstCommands, TheDownloadOfAStartDoesNothingForAnInstrumentThatCannotBeAsked) {
     DownloadOnOpen = 1;
     SelectKeyboardMidiIn = SelectKeyboardMidiOut = "DX7";
-    for (const std::string &name : {Dx7Name, std::string("Unknown"), std::string()}) {
+    for (const std::string &name : Strings{Dx7Name, "Unknown", ""}) {
         SelectKeyboardName = name;
         Start();
         EXPECT_EQ(ListCount(MainList), 0) << name;

@@ -7,6 +7,7 @@
 #include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_queue.h"
 #include "support/fake_midi.h"
+#include "support/family_names.h"
 
 #include <QComboBox>
 #include <QListWidget>
@@ -28,7 +29,7 @@ protected:
         WindowTest::SetUp();
         in = midi.AddInput("Yamaha DX7");
         out = midi.AddOutput("Yamaha DX7");
-        SelectKeyboardName = "Yamaha DX7, TX7, Korg Volca FM";
+        SelectKeyboardName = Dx7Name;
         SelectKeyboardMidiIn = SelectKeyboardMidiOut = "Yamaha DX7";
         CurrentMidiChannel = 1;
         AuditionCurrentOctave = 5;
@@ -235,7 +236,7 @@ TEST_F(MidiCommands, FindLooksAtThePortsAnewAndShowsTheInstrument) {
     EXPECT_EQ(CurrentDriverId, Dx7DriverId);
     EXPECT_EQ(MidiInPort, in);
     EXPECT_EQ(MidiOutPort, out);
-    EXPECT_EQ(desktop.statusTexts.back(), "Yamaha DX7, TX7, Korg Volca FM");
+    EXPECT_EQ(desktop.statusTexts.back(), Dx7Name);
 }
 
 TEST_F(MidiCommands, AnInstrumentThatIsPluggedInLaterIsFoundByTheNextFind) {
@@ -295,7 +296,7 @@ TEST_F(MidiCommands, SelectSynthesizerEmptiesTheListAndFindsTheInstrument) {
     EXPECT_EQ(CurrentDriverId, Dx7DriverId);
     EXPECT_EQ(MidiInPort, in);
     EXPECT_EQ(MidiOutPort, out);
-    EXPECT_EQ(desktop.statusTexts, std::vector<std::string>{"Yamaha DX7, TX7, Korg Volca FM"});
+    EXPECT_EQ(desktop.statusTexts, std::vector<std::string>{Dx7Name});
     EXPECT_FALSE(CommandAllowed(CommandCopy));
     EXPECT_FALSE(window->MenuAction(CommandUpload)->isEnabled());
 }

@@ -6,6 +6,7 @@
 #include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_queue.h"
 #include "support/fake_midi.h"
+#include "support/family_names.h"
 #include "support/reface_bytes.h"
 
 #include <QCheckBox>
@@ -17,8 +18,6 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-const std::string Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
-const std::string RefaceName = "Yamaha reface DX";
 const std::string Unrecognized = "Unknown or unrecognized synthesizer";
 
 // The MIDI table of a program that has found no device, and of one that has no MIDI at all.
@@ -76,7 +75,7 @@ protected:
 };
 
 TEST_P(NoDevice, TheStartEndsWithoutADriverAndWithoutAMessage) {
-    for (const std::string &name : {Dx7Name, RefaceName, std::string("Unknown"), std::string()}) {
+    for (const std::string &name : Strings{Dx7Name, RefaceName, "Unknown", ""}) {
         for (const std::uint32_t download : {0u, 1u}) {
             SelectKeyboardName = name;
             DownloadOnOpen = download;

@@ -7,6 +7,7 @@
 #include "drivers/reface_dx/voice_codec.h"
 #include "shell/list_state.h"
 #include "support/fake_midi.h"
+#include "support/family_names.h"
 #include "support/modal_box.h"
 #include "support/scripted_desktop.h"
 
@@ -26,8 +27,6 @@
 namespace tonewright {
 namespace {
 
-const std::string Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
-const std::string RefaceName = "Yamaha reface DX";
 const std::string SaveQuestion =
     "Your current document has not been saved. Do you wish to save it?\n\nClick on Yes to save it, "
     "or click on No to abandon it.\n\nClick on Cancel to return to the main window of Tonewright.";
@@ -95,7 +94,7 @@ TEST_F(SelectSynthBox, ShowsTheStoredValuesWithTheFocusOnOk) {
     EXPECT_EQ(WithBox([](QDialog &box) {
                   EXPECT_EQ(box.windowTitle(), "Select Synthesizer");
                   EXPECT_EQ(Items(*Control<QComboBox>(box, 101)),
-                            (QStringList{"Unknown", Dx7Name.c_str(), RefaceName.c_str()}));
+                            (QStringList{"Unknown", Dx7Name, RefaceName}));
                   EXPECT_EQ(Control<QComboBox>(box, 101)->currentText().toStdString(), RefaceName);
                   EXPECT_EQ(Items(*Control<QComboBox>(box, 104)), (QStringList{"Keys", "Both"}));
                   EXPECT_EQ(Control<QComboBox>(box, 104)->currentText(), "Both");
