@@ -193,6 +193,10 @@ const char *StripQuotes(const char *text) {
     return stripped.c_str();
 }
 
+bool IsPath(std::string_view path) {
+    return path.size() <= PathLimit;
+}
+
 const char *FileNameOfPath(const char *path) {
     static char name[PathLimit + 1];
     CopyBounded(name, path + NameStart(path), PathLimit);

@@ -34,6 +34,9 @@ const char *FormatThousands(std::uint32_t number);
 // The text without its double-quote characters. Shared static buffer.
 const char *StripQuotes(const char *text);
 
+// False for a path of more than PathLimit bytes. One that the user has chosen is refused then,
+// never cut: what is left of it could be the path of another file.
+bool IsPath(std::string_view path);
 // Name and extension of a path. Shared static buffer.
 const char *FileNameOfPath(const char *path);
 // The extension without its dot, empty when the name has none.

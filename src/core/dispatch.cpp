@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "core/current.h"
 
+#include <cerrno>
 #include <string>
 #include <utility>
 
@@ -54,6 +55,15 @@ std::string KeptFolder(std::string_view path) {
         folder += PathSeparator;
     }
     return std::string(CutText(folder, SettingTextLimit));
+}
+
+// False, the reason in errno, for a path that is too long to be written to.
+bool CanBeWritten(const char *path) {
+    if (IsPath(path)) {
+        return true;
+    }
+    errno = ENAMETOOLONG;
+    return false;
 }
 
 } // namespace
@@ -147,6 +157,9 @@ int OpenDocument(QWidget *window, VoiceList &list, const char *path, DriverId *d
 }
 
 int SaveDocument(QWidget *window, VoiceList &list, const char *path) {
+    if (!CanBeWritten(path)) {
+        return 0;
+    }
     return Call(CurrentDriver(), &SynthDriver::SaveBank, window, list, path);
 }
 
@@ -172,18 +185,21 @@ int ImportVoiceFrom(QWidget *window, VoiceList &list, int index, const char *pat
 int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path,
                    VoiceObject *out) {
     if (path) {
-        return ImportVoiceFrom(window, list, index, path, out);
+        return IsPath(path) ? ImportVoiceFrom(window, list, index, path, out) : 0;
     }
     const auto chosen = ChooseImportFile(window, OpenExportPath, CurrentDriverId);
     if (!chosen) {
         return 1;
+    }
+    if (!IsPath(*chosen)) {
+        return 0;
     }
     OpenExportPath = KeptFolder(*chosen);
     return ImportVoiceFrom(window, list, index, chosen->c_str(), out);
 }
 
 int ExportVoiceTo(QWidget *window, VoiceList &list, int index, const char *path) {
-    if (!MakeBackupOf(window, path)) {
+    if (!CanBeWritten(path) || !MakeBackupOf(window, path)) {
         return 0;
     }
     return Call(CurrentDriver(), &SynthDriver::ExportVoice, window, list,
@@ -199,6 +215,9 @@ int ExportOneVoice(QWidget *window, VoiceList &list, int index) {
     const auto chosen = ChooseExportFile(window, proposal, CurrentDriverId);
     if (!chosen) {
         return 1;
+    }
+    if (!IsPath(*chosen)) {
+        return 0;
     }
     OpenExportPath = KeptFolder(*chosen);
     return ExportVoiceTo(window, list, index, chosen->c_str());

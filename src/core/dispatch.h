@@ -1,6 +1,7 @@
 // Thin functions that find a driver row and call one of its operations. Where the row's operation
 // is empty, or the DriverId stands in no row, they return 0 without a message; the message, if any,
-// is the caller's. Paths are UTF-8.
+// is the caller's. Paths are UTF-8. A path of more than 260 bytes is refused: nothing is written to
+// it, nor imported from it into the list.
 #pragma once
 
 #include "core/synth_driver.h"

@@ -62,7 +62,11 @@ int RunOpen() {
             RefreshCopy();
             return 0;
         }
-        path = CutText(*chosen, PathLimit);
+        if (!IsPath(*chosen)) {
+            ShowMessage(Window(), LoadProgramString(110));
+            return 0;
+        }
+        path = *chosen;
     } else {
         path = CutText(StripQuotes(PendingOpenPath.c_str()), PathLimit);
     }
@@ -112,9 +116,12 @@ int RunSaveAs() {
     if (!chosen) {
         return 0;
     }
-    const std::string path(CutText(*chosen, PathLimit));
-    SetOpenFolder(path.c_str());
-    CurrentDocumentPath = path;
+    if (!IsPath(*chosen)) {
+        ShowMessage(Window(), LoadProgramString(108));
+        return 0;
+    }
+    SetOpenFolder(chosen->c_str());
+    CurrentDocumentPath = *chosen;
     RefreshTitle();
     return SaveToCurrentPath();
 }

@@ -443,6 +443,27 @@ TEST(CliSave, TakesPathsAgainstTheCurrentFolder) {
     EXPECT_EQ(ReadTestFile(folder.File("sub/out.syx")), TestBank());
 }
 
+TEST(CliSave, WritesToNoPathThatIsLongerThan260Bytes) {
+    const TempFolder folder;
+    const std::string in = folder.Write("in.syx", TestBank());
+    const std::string longest = folder.FileOfSize(260, "out.syx");
+    for (const std::string &path : {longest, longest + ".syx"}) {
+        WriteTestText(path, "former");
+    }
+    auto result = Cli({"save", in, longest + ".syx"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + longest + ".syx: could not be written: File name too long\n");
+    EXPECT_EQ(ReadTestText(longest + ".syx"), "former");
+    EXPECT_EQ(ReadTestText(longest), "former");
+    result = Cli({"export", in, "1", folder.FileOfSize(261, "out.sy1")});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_TRUE(Contains(result.errors, "could not be written: File name too long\n"));
+    EXPECT_FALSE(std::filesystem::exists(folder.FileOfSize(261, "out.sy1")));
+    EXPECT_EQ(Cli({"save", in, longest}).exitStatus, 0);
+    EXPECT_EQ(ReadTestFile(longest), TestBank());
+}
+
 TEST(CliSave, RefusesADamagedBankWithNo) {
     const TempFolder folder;
     const std::string in = folder.Write("in.syx", DamagedBank());

@@ -8,6 +8,7 @@
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -246,6 +247,24 @@ TEST_F(Dispatch, TheFolderOfAFailedImportIsKeptToo) {
                                       .answer = folder.File("voices/lead.sy1")});
     EXPECT_EQ(ImportOneVoice(nullptr, list, 3, nullptr, nullptr), 0);
     EXPECT_EQ(OpenExportPath, (folder.path / "voices" / "").string());
+}
+
+TEST_F(Dispatch, APathOfMoreThan260BytesReachesNoOperationThatWritesOrImports) {
+    const std::string longest = "/" + std::string(129, 'a') + "/" + std::string(129, 'b');
+    const std::string longer = longest + "c";
+    ListSetVoice(list, ListAdd(list), VoiceOf(FirstDriverId, "LEAD"));
+    for (const std::string &path : {longest, longer}) {
+        Calls.clear();
+        const int taken = path == longest;
+        errno = 0;
+        EXPECT_EQ(SaveDocument(nullptr, list, path.c_str()), taken);
+        EXPECT_EQ(errno == ENAMETOOLONG, !taken);
+        errno = 0;
+        EXPECT_EQ(ExportVoiceTo(nullptr, list, 0, path.c_str()), taken);
+        EXPECT_EQ(errno == ENAMETOOLONG, !taken);
+        EXPECT_EQ(ImportOneVoice(nullptr, list, 0, path.c_str(), nullptr), taken);
+        EXPECT_EQ(Calls.size(), taken ? 3u : 0u);
+    }
 }
 
 TEST_F(Dispatch, ACancelledImportIsASuccessThatChangesNothing) {

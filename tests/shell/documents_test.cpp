@@ -4,6 +4,7 @@
 #include "support/family_names.h"
 
 #include <filesystem>
+#include <iterator>
 
 namespace tonewright {
 namespace {
@@ -251,13 +252,28 @@ TEST_F(OpenTest, APendingPathIsTakenOnceWithoutItsQuotes) {
     EXPECT_EQ(RunCommand(CommandOpen), 0);
 }
 
-TEST_F(OpenTest, APathIsCutAt260Bytes) {
-    const std::string path = "/" + std::string(258, 'a') + "/bank.syx";
-    PendingOpenPath = path;
+TEST_F(OpenTest, APathOfTheDialogThatIsLongerThan260BytesIsRefused) {
+    OpenBank();
+    const std::string document = CurrentDocumentPath, folder = OpenPath;
+    const std::string longest = home.FileOfSize(260, "bank.syx");
+    WriteTestFile(longest, TestBank());
+    WriteTestFile(longest + ".syx", TestBank());
+    ExpectOpenDialog(longest + ".syx");
     desktop.ExpectMessage(ReadError);
     EXPECT_EQ(RunCommand(CommandOpen), 0);
-    EXPECT_EQ(CurrentDocumentPath, path.substr(0, 260));
-    ExpectOpenDialog(path);
+    EXPECT_EQ(CurrentDocumentPath, document);
+    EXPECT_EQ(RecentDocumentPath, document);
+    EXPECT_EQ(OpenPath, folder);
+    EXPECT_TRUE(titles.empty());
+    EXPECT_TRUE(desktop.sounds.empty());
+    ExpectOpenDialog(longest);
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    EXPECT_EQ(CurrentDocumentPath, longest);
+}
+
+TEST_F(OpenTest, APendingPathIsCutAt260Bytes) {
+    const std::string path = "/" + std::string(258, 'a') + "/bank.syx";
+    PendingOpenPath = path;
     desktop.ExpectMessage(ReadError);
     EXPECT_EQ(RunCommand(CommandOpen), 0);
     EXPECT_EQ(CurrentDocumentPath, path.substr(0, 260));
@@ -461,6 +477,29 @@ TEST_F(SaveTest, SaveAsKeepsTheNewNameAfterAFailedWrite) {
     EXPECT_EQ(titles, Strings{TitleOf("new.syx")});
     EXPECT_TRUE(MainListState.dirty);
     EXPECT_TRUE(desktop.sounds.empty());
+}
+
+TEST_F(SaveTest, SaveAsRefusesAPathThatIsLongerThan260Bytes) {
+    CreateBackups = 1;
+    const std::string document = CurrentDocumentPath, folder = OpenPath;
+    const std::string longest = home.FileOfSize(260, "bank.syx");
+    WriteTestText(longest, "what a cut path would lead to");
+    ExpectSaveDialog(longest + ".old", home.File("bank.syx"));
+    desktop.ExpectMessage(WriteError);
+    EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+    EXPECT_EQ(ReadTestText(longest), "what a cut path would lead to");
+    const std::filesystem::directory_iterator files(std::filesystem::path(longest).parent_path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+    EXPECT_EQ(CurrentDocumentPath, document);
+    EXPECT_EQ(OpenPath, folder);
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_TRUE(titles.empty());
+    EXPECT_TRUE(desktop.sounds.empty());
+    CreateBackups = 0;
+    ExpectSaveDialog(longest, home.File("bank.syx"));
+    EXPECT_EQ(RunCommand(CommandSaveAs), 1);
+    EXPECT_EQ(ReadTestFile(longest).size(), 4104u);
+    EXPECT_EQ(CurrentDocumentPath, longest);
 }
 
 TEST_F(SaveTest, SaveAsOverAFileKeepsABackupOfThatFile) {

@@ -142,6 +142,22 @@ TEST_F(ExportTest, WritesTheClickedVoiceAndPlaysTheSound) {
     EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
 }
 
+TEST_F(ExportTest, APathThatIsLongerThan260BytesIsRefused) {
+    CreateBackups = 1;
+    const std::string longest = home.FileOfSize(260, "seven.sy1");
+    WriteTestText(longest + "1", "former");
+    ExpectDialog(longest + "1", "VOICE 01.sy1");
+    desktop.ExpectMessage("There has been an error exporting VOICE 01");
+    EXPECT_EQ(RunCommand(CommandExport), 0);
+    EXPECT_EQ(ReadTestText(longest + "1"), "former");
+    EXPECT_FALSE(std::filesystem::exists(longest));
+    EXPECT_EQ(OpenExportPath, home.Folder());
+    CreateBackups = 0;
+    ExpectDialog(longest, "VOICE 01.sy1");
+    EXPECT_EQ(RunCommand(CommandExport), 1);
+    EXPECT_EQ(ReadTestFile(longest).size(), 164u);
+}
+
 TEST_F(ExportTest, TakesTheSelectionWithoutAClickedRow) {
     ListSelect(MainList, 2);
     ExpectDialog(home.File("three.sy1"), "VOICE 03.sy1");
@@ -271,6 +287,22 @@ TEST_F(ImportTest, WithoutARowItOnlyCostsALevel) {
     EXPECT_TRUE(desktop.sounds.empty());
 }
 
+TEST_F(ImportTest, APathThatIsLongerThan260BytesIsRefused) {
+    const std::string longest = home.FileOfSize(260, "seven.sy1");
+    for (const std::string &path : {longest, longest + ".sy1"}) {
+        WriteTestFile(path, TestVoiceFile());
+    }
+    ExpectDialog(longest + ".sy1");
+    desktop.ExpectMessage("There has been an error importing VOICE 01");
+    EXPECT_EQ(RunCommand(CommandImport), 0);
+    EXPECT_EQ(NameAt(0), "VOICE 01");
+    EXPECT_EQ(OpenExportPath, home.Folder());
+    EXPECT_FALSE(MainListState.dirty);
+    ExpectDialog(longest);
+    EXPECT_EQ(RunCommand(CommandImport), 1);
+    EXPECT_EQ(NameAt(0), "E.PIANO 1x");
+}
+
 TEST_F(ImportTest, ACancelledDialogCountsAsASuccess) {
     const auto before = MainList.items;
     ExpectDialog(std::nullopt);
@@ -343,6 +375,16 @@ TEST_F(Drop, FillsTheRowsDownwardFromTheSelection) {
     EXPECT_EQ(OpenExportPath, home.Folder());
     EXPECT_EQ(RunCommand(CommandUndo), 1);
     EXPECT_EQ(Names(3, 4), (Strings{"VOICE 04", "VOICE 05"}));
+}
+
+TEST_F(Drop, APathThatIsLongerThan260BytesEndsTheDropLikeAnyFailure) {
+    const std::string longest = home.FileOfSize(260, "seven.sy1");
+    for (const std::string &path : {longest, longest + ".sy1"}) {
+        WriteTestFile(path, TestVoiceFile());
+    }
+    desktop.ExpectMessage("Import error");
+    DropFiles({longest, longest + ".sy1", Voice("c.sy1", 'C')});
+    EXPECT_EQ(Names(0, 1), (Strings{"E.PIANO 1x", "VOICE 02"}));
 }
 
 TEST_F(Drop, FilesOfOtherKindsAreSkipped) {

@@ -62,6 +62,12 @@ struct TempFolder {
 
     // The full path of a name in the folder; nothing is created.
     std::string File(const std::string &name) const { return (path / name).string(); }
+    // The full path, of so many bytes, of a name in a folder in it, which is created.
+    std::string FileOfSize(std::size_t bytes, const std::string &name) const {
+        const std::size_t rest = bytes - Folder().size() - 1 - name.size();
+        std::filesystem::create_directory(path / std::string(rest, 'f'));
+        return (path / std::string(rest, 'f') / name).string();
+    }
     // The folder itself with a trailing separator, as the settings keep folders.
     std::string Folder() const { return (path / "").string(); }
     // Writes a file into the folder and returns its full path.
