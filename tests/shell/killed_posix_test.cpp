@@ -1,78 +1,21 @@
 // What is on the disk after the program was killed at some moment of saving.
+#include "shell/history.h"
 #include "shell/settings_file.h"
+#include "shell/single_setting.h"
 #include "shell_fixture.h"
+#include "support/killed_child.h"
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <csignal>
-#include <functional>
-#include <new>
 #include <random>
-#include <sys/mman.h>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-using Clock = std::chrono::steady_clock;
 
 constexpr int Kills = 100;
-constexpr int GreatestRound = 100'000'000; // of a child, in case nobody kills it
-
-// The number of the round that a child process is in, seen by its parent.
-struct SharedRound {
-    std::atomic<int> *number;
-
-    SharedRound()
-        : number(new (mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
-                           MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<int>(0)) {}
-    ~SharedRound() { munmap(number, sizeof *number); }
-    SharedRound(const SharedRound &) = delete;
-    SharedRound &operator=(const SharedRound &) = delete;
-};
-
 class Killed : public ShellTest {
 protected:
-    // Starts a child that does `round` with ascending numbers, kills it at a random moment some
-    // rounds later and returns the number of the round that was cut short. The first two rounds
-    // are always whole.
-    int KillDuring(const std::function<void(int number)> &round) {
-        SharedRound shared;
-        const pid_t child = fork();
-        if (child == 0) {
-            for (int number = 0; number < GreatestRound; ++number) {
-                shared.number->store(number);
-                round(number);
-            }
-            _exit(1);
-        }
-        EXPECT_GT(child, 0);
-        const auto deadline = Clock::now() + std::chrono::seconds(20);
-        const auto wait = [&](int number) {
-            while (*shared.number < number && Clock::now() < deadline) {
-                std::this_thread::yield();
-            }
-            EXPECT_GE(*shared.number, number) << "the child has got stuck";
-            return Clock::now();
-        };
-        // A moment somewhere in the two rounds that follow, by the length of one.
-        const auto start = wait(2);
-        const auto length = wait(3) - start;
-        const auto moment =
-            Clock::now() + length * std::uniform_int_distribution<>(0, 2000)(random) / 1000;
-        while (Clock::now() < moment) {
-        }
-        kill(child, SIGKILL);
-        int status = 0;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-        return *shared.number;
-    }
-
     std::mt19937 random{20260222};
 };
 
@@ -97,7 +40,7 @@ TEST_F(Killed, TheDocumentOrItsBackupIsAWholeBankWheneverASaveIsKilled) {
     int brokenDocuments = 0;
     int brokenBackups = 0;
     for (int count = 0; count < Kills; ++count) {
-        const int cut = KillDuring([&](int number) {
+        const int cut = KillDuring(random, [&](int number) {
             const Bytes whole = BankOfRound("P ", number);
             std::filesystem::rename(home.Write("new", whole), path);
             const Bytes saved = BankOfRound("S ", number);
@@ -149,7 +92,7 @@ TEST_F(Killed, TheSettingsOrTheirBackupAreWholeWheneverWritingThemIsKilled) {
     int brokenFiles = 0;
     int brokenBackups = 0;
     for (int count = 0; count < Kills; ++count) {
-        const int cut = KillDuring([](int number) {
+        const int cut = KillDuring(random, [](int number) {
             SysexWait = static_cast<std::uint32_t>(number);
             ConfigWrite();
         });
@@ -168,6 +111,73 @@ TEST_F(Killed, TheSettingsOrTheirBackupAreWholeWheneverWritingThemIsKilled) {
     }
     RecordProperty("brokenFiles", brokenFiles);
     RecordProperty("brokenBackups", brokenBackups);
+}
+
+// The number of the round in which a file was written, of which `textOf` gives the text; -1 when it
+// is neither of the two that a kill in round `cut` may leave.
+int RoundOf(const std::string &path, int cut, const std::function<std::string(int)> &textOf) {
+    const std::string text = ReadTestText(path);
+    for (const int round : {cut - 1, cut}) {
+        if (text == textOf(round)) {
+            return round;
+        }
+    }
+    return -1;
+}
+
+TEST_F(Killed, ASingleSettingLeavesAWholeFileWheneverWritingItIsKilled) {
+    const auto textOf = [](int number) {
+        return "[Other]\nSysexWait = 1\n[Tonewright]\nSysexWait = " + std::to_string(number) +
+               "\nOpenPath = " + std::string(300, 'x') + "\n";
+    };
+    const std::string path = home.WriteText("single.ini", textOf(0));
+    int cutShort = 0;
+    for (int count = 0; count < Kills; ++count) {
+        const int cut = KillDuring(random, [&path](int number) {
+            WriteSingleText(path.c_str(), "Tonewright", "SysexWait", std::to_string(number));
+        });
+        const int found = RoundOf(path, cut, textOf);
+        EXPECT_NE(found, -1) << "kill " << count << " in round " << cut;
+        cutShort += found == cut - 1 ? 1 : 0;
+    }
+    EXPECT_GT(cutShort, 0) << "no kill came before the end of its round";
+}
+
+// Of the first entry that a round leaves.
+int TimeOf(int round) {
+    return 1000 + round;
+}
+
+TEST_F(Killed, TheHistoryIsWholeWheneverWritingItIsKilled) {
+    MakeProgramFolders();
+    RememberFileHistoryCount = 20;
+    std::vector<std::string> documents;
+    for (const char last : std::string("abcdefghijklmnopqrst")) {
+        documents.push_back(home.Write(std::string(100, 'n') + last, {}));
+    }
+    const auto textOf = [&documents](int number) {
+        std::string text;
+        int time = TimeOf(number);
+        for (const std::string &document : documents) { // the latest first
+            text += document + "," + std::to_string(time--) + "\n";
+        }
+        return text;
+    };
+    int cutShort = 0;
+    for (int count = 0; count < Kills; ++count) {
+        const int cut = KillDuring(random, [&](int number) {
+            HistoryInit();
+            int time = TimeOf(number);
+            for (const std::string &document : documents) {
+                HistoryAdd(nullptr, document, time--);
+            }
+            HistorySave();
+        });
+        const int found = RoundOf(HistoryFilePath(), cut, textOf);
+        EXPECT_NE(found, -1) << "kill " << count << " in round " << cut;
+        cutShort += found == cut - 1 ? 1 : 0;
+    }
+    EXPECT_GT(cutShort, 0) << "no kill came before the end of its round";
 }
 
 } // namespace
