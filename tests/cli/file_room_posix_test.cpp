@@ -1,0 +1,77 @@
+// The files that the command-line program writes by itself, where there is no room for them.
+#include "midi_home.h"
+
+#include "support/posix_limits.h"
+
+namespace tonewright {
+namespace {
+
+class CliWithoutRoom : public CliMidi {
+protected:
+    // Runs the program while no file may grow beyond `size` bytes, and expects it to fail for that
+    // in these words and to leave nothing but the `entries` of the folder that are there already.
+    void ExpectNoRoom(rlim_t size, const std::vector<std::string> &arguments,
+                      const std::string &reason) const {
+        const auto entries = Entries();
+        const ProgramResult result = [&] {
+            const FileSizeLimit limit(size, SIG_DFL); // as from a shell
+            return Cli(arguments);
+        }();
+        EXPECT_EQ(result.exitStatus, 1) << size;
+        if (size > 0) { // else the words have no room either: what is told comes by a file
+            EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n") << size;
+        }
+        EXPECT_EQ(Entries(), entries) << size;
+    }
+    std::vector<std::string> Entries() const {
+        std::vector<std::string> names;
+        for (const auto &entry : std::filesystem::directory_iterator(folder.path)) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::ranges::sort(names);
+        return names;
+    }
+    // Nothing, half a file, and all of it but a byte.
+    static std::vector<rlim_t> TooSmallFor(std::size_t size) { return {0, size / 2, size - 1}; }
+};
+
+TEST_F(CliWithoutRoom, TheMemoryOfTheInstrumentsStaysAsItWas) {
+    const std::string bank = Bank();
+    const std::vector<std::string> upload = {"upload", bank, "--out", "dx7", "--memory", Memory()};
+    for (const rlim_t size : TooSmallFor(InstrumentFileSize)) { // one that is not there yet
+        ExpectNoRoom(size, upload, Memory() + ": could not be written: File too large");
+    }
+    ExpectDone({"upload-voice", bank, "1", "--out", "volca", "--memory", Memory()});
+    const Bytes former = ReadTestFile(Memory());
+    for (const rlim_t size : TooSmallFor(InstrumentFileSize)) {
+        ExpectNoRoom(size, upload, Memory() + ": could not be written: File too large");
+        EXPECT_EQ(ReadTestFile(Memory()), former) << size;
+    }
+    const FileSizeLimit limit(InstrumentFileSize, SIG_DFL);
+    ExpectDone(upload);
+    EXPECT_NE(ReadTestFile(Memory()), former);
+}
+
+TEST_F(CliWithoutRoom, APictureOfTheWindowStaysAsItWas) {
+    const std::string bank = Bank(), picture = folder.File("window.png");
+    const std::vector<std::string> paint = {"picture", bank, picture, "--screen", "640x480"};
+    ExpectDone(paint);
+    const std::size_t size = ReadTestFile(picture).size();
+    std::filesystem::remove(picture);
+    for (const rlim_t limited : TooSmallFor(size)) {
+        ExpectNoRoom(limited, paint, picture + ": cannot be written");
+    }
+    folder.WriteText("window.png", "former");
+    for (const rlim_t limited : TooSmallFor(size)) {
+        ExpectNoRoom(limited, paint, picture + ": cannot be written");
+        EXPECT_EQ(ReadTestText(picture), "former") << limited;
+    }
+    {
+        const FileSizeLimit limit(size, SIG_DFL);
+        ExpectDone(paint);
+    }
+    EXPECT_EQ(ReadTestFile(picture).size(), size);
+}
+
+} // namespace
+} // namespace tonewright
