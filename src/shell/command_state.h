@@ -40,6 +40,10 @@ enum CommandId : int {
     CommandHelp = 998,
     CommandAbout = 999,
     CommandWizard = 2907,
+    // What goes beyond the program's plain ways has numbers of its own.
+    CommandCarefulMode = 40101,
+    CommandWholeDetune = 40102,
+    CommandAuditionKeepsVoice = 40103,
 };
 
 // When a command is enabled. Always and Never stand; the others are applied from time to time, and

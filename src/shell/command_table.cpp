@@ -165,6 +165,26 @@ constexpr CommandRow CommandTable[] = {
      .menuGap = true,
      .run = RunSelectSynth},
 
+    // Extras: what goes beyond the program's plain ways, each switched on by the user.
+    {.id = CommandCarefulMode,
+     .menu = Menu::Extras,
+     .label = "&Careful mode",
+     .hint = "Loses no bank without a question",
+     .topic = "EXTRAS_CAREFULMODE",
+     .toggles = &CarefulMode},
+    {.id = CommandWholeDetune,
+     .menu = Menu::Extras,
+     .label = "&Keep all detune steps",
+     .hint = "Reads all 15 steps of a packed voice's detune",
+     .topic = "EXTRAS_WHOLEDETUNE",
+     .toggles = &WholeDetune},
+    {.id = CommandAuditionKeepsVoice,
+     .menu = Menu::Extras,
+     .label = "&Audition plays the voice that was sent",
+     .hint = "Sends no Program Change with an audition",
+     .topic = "EXTRAS_AUDITIONKEEPSVOICE",
+     .toggles = &AuditionKeepsVoice},
+
     // Help.
     {.id = CommandHelp, .menu = Menu::Help, .label = "&Help", .run = RunHelp},
     {.id = CommandManual, .menu = Menu::Help, .label = "&Manual", .run = RunManual},
@@ -203,10 +223,12 @@ constexpr bool EntriesHaveLabels(const CommandRow &row) {
 }
 static_assert(std::ranges::all_of(CommandTable, EntriesHaveLabels));
 
-// A separator needs its entry, a text for the key its key, and a key the menu that shows it.
+// A separator needs its entry, a text for the key its key, and what an entry shows the menu that
+// shows it. A command that toggles a setting does nothing else.
 constexpr bool PartsHaveTheirEntry(const CommandRow &row) {
-    return (row.label || (!row.menuGap && !row.key)) && (row.key || !row.shownKey) &&
-           (row.contextLabel || !row.contextGap);
+    return (row.label || (!row.menuGap && !row.key && !row.hint && !row.topic && !row.toggles)) &&
+           (row.key || !row.shownKey) && (row.contextLabel || !row.contextGap) &&
+           (!row.toggles || !row.run);
 }
 static_assert(std::ranges::all_of(CommandTable, PartsHaveTheirEntry));
 
@@ -299,6 +321,7 @@ std::string MenuText(const CommandRow &row) {
 std::vector<MenuRow> MenuBar() {
     return {{.label = "&File", .atTheRight = false, .items = ItemsOf(Menu::File)},
             {.label = "&Edit", .atTheRight = false, .items = ItemsOf(Menu::Edit)},
+            {.label = "E&xtras", .atTheRight = false, .items = ItemsOf(Menu::Extras)},
             {.label = "&Help", .atTheRight = true, .items = ItemsOf(Menu::Help)}};
 }
 
@@ -358,6 +381,8 @@ int RunCommand(int id) {
         result = RunHistoryItem(id);
     } else if (row && row->built && row->run) {
         result = row->run();
+    } else if (row && row->toggles) {
+        result = ToggleSetting(*row->toggles);
     }
     if (!row || row->refreshes) {
         RefreshCommands();

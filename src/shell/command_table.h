@@ -4,6 +4,7 @@
 // shell/show_document.h.
 #pragma once
 
+#include "common/settings.h"
 #include "shell/command_state.h"
 
 #include <span>
@@ -12,7 +13,7 @@
 
 namespace tonewright {
 
-enum class Menu { None, File, Edit, Help };
+enum class Menu { None, File, Edit, Extras, Help };
 
 // The order of the rows is the order of the entries in each menu.
 struct CommandRow {
@@ -23,6 +24,10 @@ struct CommandRow {
     bool menuGap = false;           // a separator stands above it
     const char *key = nullptr;      // "Ctrl+S"
     const char *shownKey = nullptr; // what the menu shows when that is not the key
+    const char *hint = nullptr;     // in the status bar while the entry is highlighted
+    const char *topic = nullptr;    // of the reference page: F1 on the highlighted entry opens it
+    // The entry has a check mark, which is there while the setting is not 0.
+    BoolSettingValue *toggles = nullptr;
     // Context menu; null: not there.
     const char *contextLabel = nullptr;
     const char *contextNamedLabel = nullptr; // with "%s" for the voice's name
@@ -30,7 +35,7 @@ struct CommandRow {
     // What it does.
     CommandRule allowed = CommandRule::Always;
     bool built = true;      // false: grey and without effect until its feature stands
-    int (*run)() = nullptr; // null: the command only refreshes
+    int (*run)() = nullptr; // null: the command toggles its setting, or only refreshes
     bool refreshes = true;  // RefreshCommands follows
 };
 

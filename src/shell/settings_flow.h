@@ -1,5 +1,8 @@
-// The Settings command: what follows when the sheet of settings has been closed.
+// The Settings command, what follows when the sheet of settings has been closed, and the settings
+// that are entries of a menu.
 #pragma once
+
+#include "common/settings.h"
 
 namespace tonewright {
 
@@ -10,5 +13,9 @@ extern bool RestartNeeded;
 // Shows the settings, then brings background, title, window and tool bar up to date; ends the
 // program, with message 142, when RestartNeeded. 1.
 int RunSettings();
+
+// Turns a setting on or off, at once and for the coming starts; a message when the latter failed.
+// 1.
+int ToggleSetting(BoolSettingValue &setting);
 
 } // namespace tonewright

@@ -12,7 +12,7 @@ namespace tonewright {
 struct ShellWindow {
     QWidget *window = nullptr; // owner of all dialogs
     std::function<void(const std::string &title)> SetTitle;
-    std::function<void()> CommandStatesChanged; // ask anew which commands are enabled
+    std::function<void()> CommandStatesChanged; // ask anew which commands are enabled, or checked
     std::function<void()> RepaintList;
     std::function<void()> Raise; // to the top, without staying there
     std::function<void()> Close; // as the system's close message: settings are written

@@ -75,6 +75,19 @@ constexpr ExpectedCommand ExpectedCommands[] = {
     {2907, Rule::Always, nullptr, Later, "Welcome wi&zard", nullptr, nullptr, nullptr},
 };
 
+// What goes beyond these, each with the setting that it toggles.
+struct ExpectedExtra {
+    int id;
+    const char *label;
+    BoolSettingValue *setting;
+};
+
+constexpr ExpectedExtra ExpectedExtras[] = {
+    {40101, "&Careful mode", &CarefulMode},
+    {40102, "&Keep all detune steps", &WholeDetune},
+    {40103, "&Audition plays the voice that was sent", &AuditionKeepsVoice},
+};
+
 TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
     for (const ExpectedCommand &expected : ExpectedCommands) {
         const CommandRow *row = CommandOf(expected.id);
@@ -89,7 +102,7 @@ TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
         EXPECT_EQ(TextOf(row->key), TextOf(expected.key)) << expected.id;
     }
     // The one further row is the click on the selected voice.
-    EXPECT_EQ(Commands().size(), std::size(ExpectedCommands) + 1);
+    EXPECT_EQ(Commands().size(), std::size(ExpectedCommands) + std::size(ExpectedExtras) + 1);
     EXPECT_EQ(CommandOf(10)->allowed, Rule::Always);
     EXPECT_EQ(CommandOf(10)->run, nullptr);
     EXPECT_TRUE(CommandOf(10)->built);
@@ -98,22 +111,99 @@ TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
     }
 }
 
-TEST_F(CommandTest, TheMenuBarHasThreeMenusAndHelpStandsAtTheRight) {
+TEST_F(CommandTest, AnExtraIsAnEntryOfItsMenuAloneWithACheckMarkAHintAndATopic) {
+    for (const ExpectedExtra &expected : ExpectedExtras) {
+        const CommandRow *row = CommandOf(expected.id);
+        ASSERT_NE(row, nullptr) << expected.id;
+        EXPECT_EQ(MenuText(*row), expected.label);
+        EXPECT_EQ(row->menu, Menu::Extras) << expected.id;
+        EXPECT_EQ(row->toggles, expected.setting) << expected.id;
+        EXPECT_EQ(row->contextLabel, nullptr) << expected.id;
+        EXPECT_TRUE(CommandEnabled(expected.id)) << expected.id;
+    }
+    for (const CommandRow &row : Commands()) {
+        const bool extra = row.menu == Menu::Extras;
+        EXPECT_EQ(row.hint != nullptr, extra) << row.id;
+        EXPECT_EQ(row.topic != nullptr, extra) << row.id;
+        EXPECT_EQ(row.id > 40000, extra) << row.id;
+    }
+}
+
+TEST_F(CommandTest, NoTwoEntriesOfTheExtrasMenuHaveOneLetter) {
     const auto bar = MenuBar();
-    ASSERT_EQ(bar.size(), 3u);
+    std::string letters;
+    for (const int id : bar[2].items) {
+        const std::string label = id == 0 ? "" : CommandOf(id)->label;
+        const std::size_t mark = label.find('&');
+        ASSERT_LT(mark, label.size());
+        EXPECT_EQ(letters.find(label[mark + 1]), std::string::npos) << label;
+        letters += label[mark + 1];
+    }
+    EXPECT_EQ(letters, "CKA");
+}
+
+TEST_F(CommandTest, AnEntryWithACheckMarkTogglesItsSettingAtOnceAndForTheNextStart) {
+    MakeProgramFolders();
+    int heard = 0;
+    TheShellWindow.CommandStatesChanged = [&] { ++heard; };
+    const std::string file = home.File("Quillbrook/Tonewright 17/Extras.ini");
+    for (const ExpectedExtra &extra : ExpectedExtras) {
+        heard = 0;
+        EXPECT_EQ(RunUserCommand(extra.id), 1);
+        EXPECT_EQ(*extra.setting, 1u) << extra.id;
+        EXPECT_EQ(heard, 1);
+    }
+    EXPECT_TRUE(ReadTestText(file).ends_with(
+        "[Extras]\nCarefulMode = 1\nWholeDetune = 1\nAuditionKeepsVoice = 1\n"));
+    EXPECT_EQ(RunUserCommand(40102), 1);
+    EXPECT_EQ(WholeDetune, 0u);
+    EXPECT_TRUE(ReadTestText(file).ends_with(
+        "[Extras]\nCarefulMode = 1\nWholeDetune = 0\nAuditionKeepsVoice = 1\n"));
+    CarefulMode = 7; // any number but 0 is on
+    EXPECT_EQ(RunUserCommand(40101), 1);
+    EXPECT_EQ(CarefulMode, 0u);
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_TRUE(desktop.sounds.empty());
+}
+
+TEST_F(CommandTest, AnExtraThatCannotBeKeptCountsAllTheSameAndAMessageSaysSo) {
+    const std::string file = home.File("Quillbrook/Tonewright 17/Extras.ini");
+    desktop.ExpectMessage("This choice counts until Tonewright ends. It could not be kept for the "
+                          "next start:\n\n" +
+                          file + ": No such file or directory");
+    EXPECT_EQ(RunUserCommand(40101), 1); // there are no folders
+    EXPECT_EQ(CarefulMode, 1u);
+
+    MakeProgramFolders();
+    WriteTestText(file, "CarefulMode = 1\n");
+    std::filesystem::create_directory(home.File("Quillbrook/Tonewright 17/Backup of Extras.ini"));
+    desktop.ExpectMessage("This choice is kept. The version of its file before it could not be "
+                          "kept as a backup:\n\n" +
+                          file + ": File exists");
+    EXPECT_EQ(RunUserCommand(40101), 1);
+    EXPECT_EQ(CarefulMode, 0u);
+    EXPECT_TRUE(ReadTestText(file).ends_with("[Extras]\nCarefulMode = 0\n"));
+}
+
+TEST_F(CommandTest, TheMenuBarHasFourMenusAndHelpStandsAtTheRight) {
+    const auto bar = MenuBar();
+    ASSERT_EQ(bar.size(), 4u);
     const auto items = [&](int menu) {
         const auto &row = bar[static_cast<std::size_t>(menu)];
         return std::vector<int>(row.items.begin(), row.items.end());
     };
     EXPECT_STREQ(bar[0].label, "&File");
     EXPECT_STREQ(bar[1].label, "&Edit");
-    EXPECT_STREQ(bar[2].label, "&Help");
+    EXPECT_STREQ(bar[2].label, "E&xtras");
+    EXPECT_STREQ(bar[3].label, "&Help");
     EXPECT_FALSE(bar[0].atTheRight);
     EXPECT_FALSE(bar[1].atTheRight);
-    EXPECT_TRUE(bar[2].atTheRight);
+    EXPECT_FALSE(bar[2].atTheRight);
+    EXPECT_TRUE(bar[3].atTheRight);
     EXPECT_EQ(items(0), (std::vector{101, 50, 51, 104, 57, 0, 55, 56}));
     EXPECT_EQ(items(1), (std::vector{60, 0, 202, 203, 204, 0, 205, 209, 58, 59, 210, 0, 216}));
-    EXPECT_EQ(items(2), (std::vector{998, 54, 997, 131, 0, 999, 0, 2907}));
+    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103}));
+    EXPECT_EQ(items(3), (std::vector{998, 54, 997, 131, 0, 999, 0, 2907}));
 }
 
 TEST_F(CommandTest, TheToolBarHasEightButtonsAndAGapBehindUndo) {

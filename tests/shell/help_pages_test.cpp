@@ -1,5 +1,6 @@
 // The help pages have an entry for every topic that a window of the program asks for.
 #include "common/setting_rows.h"
+#include "shell/command_table.h"
 #include "support/family_names.h"
 #include "support/paths.h"
 
@@ -32,6 +33,17 @@ std::vector<std::string> SettingTopics() {
             topics.push_back(std::string("SETUP_") + row.name);
             std::ranges::transform(topics.back(), topics.back().begin(),
                                    [](unsigned char c) { return std::toupper(c); });
+        }
+    }
+    return topics;
+}
+
+// The topics of the entries of a menu, and that of the menu with such entries.
+std::vector<std::string> MenuTopics() {
+    std::vector<std::string> topics = {"EXTRAS"};
+    for (const tonewright::CommandRow &row : tonewright::Commands()) {
+        if (row.topic) {
+            topics.push_back(row.topic);
         }
     }
     return topics;
@@ -117,6 +129,22 @@ TEST(HelpPages, EverySettingWithAControlHasAParagraph) {
     const std::string page = ReadPage("referenc.html");
     for (const std::string &topic : SettingTopics()) {
         EXPECT_GE(FirstParagraph(page, topic).size(), ShortestUsefulParagraph) << topic;
+    }
+}
+
+TEST(HelpPages, EveryEntryOfAMenuWithATopicHasAParagraphThatNamesIt) {
+    const std::string page = ReadPage("referenc.html");
+    const auto topics = MenuTopics();
+    EXPECT_EQ(topics.size(), 4u);
+    for (const std::string &topic : topics) {
+        EXPECT_GE(FirstParagraph(page, topic).size(), ShortestUsefulParagraph) << topic;
+    }
+    for (const tonewright::CommandRow &row : tonewright::Commands()) {
+        if (row.toggles) {
+            std::string label = row.label;
+            std::erase(label, '&');
+            EXPECT_NE(Words(page, row.topic).find(label), std::string::npos) << label;
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 // Builds and lays out the main window and hands its events on to the shell's engine.
 #include "shell/view/main_window.h"
 
+#include "common/desktop.h"
 #include "common/folders.h"
 #include "common/settings.h"
 #include "common/view/centre_window.h"
@@ -18,6 +19,7 @@
 #include "shell/save_at_end.h"
 #include "shell/settings_file.h"
 #include "shell/shell_window.h"
+#include "shell/show_document.h"
 #include "shell/view/about_box.h"
 #include "shell/view/history_menu.h"
 #include "shell/view/midi_devices_box.h"
@@ -26,17 +28,22 @@
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QShortcut>
+#include <QStatusTipEvent>
 #include <QTimer>
 #include <QWheelEvent>
+
+#include <algorithm>
 
 namespace tonewright {
 namespace {
@@ -57,28 +64,6 @@ public:
     }
 };
 
-// The menus, each made of its row.
-void FillMenuBar(QMenuBar &bar, std::map<int, QAction *> &actions) {
-    for (const MenuRow &row : MenuBar()) {
-        if (row.atTheRight) {
-            bar.addSeparator();
-        }
-        QMenu *menu = bar.addMenu(row.label);
-        menu->setObjectName(row.label);
-        for (const int id : row.items) {
-            if (id == 0) {
-                menu->addSeparator();
-                continue;
-            }
-            QAction *action = menu->addAction(QString::fromStdString(MenuText(*CommandOf(id))));
-            action->setMenuRole(QAction::NoRole);
-            action->setEnabled(CommandEnabled(id));
-            QObject::connect(action, &QAction::triggered, [id] { RunUserCommand(id); });
-            actions[id] = action;
-        }
-    }
-}
-
 } // namespace
 
 MainWindow::MainWindow(WindowSize size, bool readSettings) {
@@ -94,6 +79,7 @@ MainWindow::MainWindow(WindowSize size, bool readSettings) {
     MakeMenus();
     if (readSettings) {
         ConfigRead();
+        FollowCommands(); // what is checked is a setting
     }
     QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
                      ClipboardChanged);
@@ -119,14 +105,7 @@ void MainWindow::ConnectShell() {
     TheShellWindow.SetTitle = [this](const std::string &title) {
         setWindowTitle(QString::fromStdString(title));
     };
-    TheShellWindow.CommandStatesChanged = [this] {
-        for (const auto &[id, action] : actions) {
-            action->setEnabled(CommandEnabled(id));
-        }
-        if (toolBar) {
-            toolBar->FollowCommands();
-        }
-    };
+    TheShellWindow.CommandStatesChanged = [this] { FollowCommands(); };
     TheShellWindow.RepaintList = [this] {
         if (list) {
             list->viewport()->update();
@@ -164,10 +143,51 @@ void MainWindow::MakeMenus() {
     auto *style = new RightMenuStyle;
     style->setParent(menuBar);
     menuBar->setStyle(style);
-    FillMenuBar(*menuBar, actions);
+    for (const MenuRow &row : MenuBar()) {
+        if (row.atTheRight) {
+            menuBar->addSeparator();
+        }
+        AddMenu(row);
+    }
     QMenu *fileMenu = menuBar->actions().constFirst()->menu();
     PrepareHistoryMenu(fileMenu);
     HistoryMenuChanged = [fileMenu] { RebuildHistoryMenu(fileMenu); };
+}
+
+void MainWindow::AddMenu(const MenuRow &row) {
+    QMenu *menu = menuBar->addMenu(row.label);
+    menu->setObjectName(row.label);
+    menu->installEventFilter(this);
+    for (const int id : row.items) {
+        if (id == 0) {
+            menu->addSeparator();
+            continue;
+        }
+        const CommandRow &command = *CommandOf(id);
+        QAction *action = menu->addAction(QString::fromStdString(MenuText(command)));
+        action->setMenuRole(QAction::NoRole);
+        action->setEnabled(CommandEnabled(id));
+        action->setCheckable(command.toggles != nullptr);
+        action->setStatusTip(command.hint);
+        QObject::connect(action, &QAction::triggered, [id] { RunUserCommand(id); });
+        if (command.toggles) {
+            // The toolkit toggles the check mark by itself, whatever the command does.
+            QObject::connect(action, &QAction::triggered, this, &MainWindow::FollowCommands);
+        }
+        actions[id] = action;
+    }
+}
+
+void MainWindow::FollowCommands() {
+    for (const auto &[id, action] : actions) {
+        action->setEnabled(CommandEnabled(id));
+        if (const BoolSettingValue *setting = CommandOf(id)->toggles) {
+            action->setChecked(*setting != 0);
+        }
+    }
+    if (toolBar) {
+        toolBar->FollowCommands();
+    }
 }
 
 void MainWindow::MakeAccelerators() {
@@ -251,6 +271,40 @@ void MainWindow::resizeEvent(QResizeEvent *) {
 
 void MainWindow::wheelEvent(QWheelEvent *event) {
     ListScrollByWheel(MainList, event->angleDelta().y());
+}
+
+bool MainWindow::event(QEvent *event) {
+    if (event->type() != QEvent::StatusTip) {
+        return QWidget::event(event);
+    }
+    // An empty one takes the last one away.
+    const QString hint = static_cast<QStatusTipEvent *>(event)->tip();
+    if (!hint.isEmpty()) {
+        SetStatusText(this, hint.toStdString());
+    } else if (hintShown) {
+        RefreshStatus();
+    }
+    hintShown = !hint.isEmpty();
+    return true;
+}
+
+// F1 on an entry of a menu.
+bool MainWindow::eventFilter(QObject *object, QEvent *event) {
+    auto *menu = qobject_cast<QMenu *>(object);
+    if (!menu || event->type() != QEvent::KeyPress ||
+        static_cast<QKeyEvent *>(event)->key() != Qt::Key_F1) {
+        return false;
+    }
+    const auto chosen = std::ranges::find_if(
+        actions, [menu](const auto &entry) { return entry.second == menu->activeAction(); });
+    if (chosen == actions.end() || !CommandOf(chosen->first)->topic) {
+        return false;
+    }
+    while (QWidget *popup = QApplication::activePopupWidget()) {
+        popup->close();
+    }
+    ShowHelpTopic(this, CommandOf(chosen->first)->topic);
+    return true;
 }
 
 void MainWindow::closeEvent(QCloseEvent *event) {

@@ -18,6 +18,7 @@ namespace tonewright {
 
 class ToolBar;
 class VoiceListView;
+struct MenuRow;
 
 class MainWindow : public QWidget {
 public:
@@ -41,6 +42,8 @@ public:
     void DropBackground();
 
 protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *object, QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
@@ -49,6 +52,8 @@ protected:
 private:
     void ConnectShell();
     void MakeMenus();
+    void AddMenu(const MenuRow &row);
+    void FollowCommands(); // which are enabled, and which checked
     void MakeAccelerators();
     void PlaceChildren();
 
@@ -61,7 +66,8 @@ private:
     enum class Background { NotLoaded, Loaded, Missing };
     Background backgroundState = Background::NotLoaded;
     QPixmap background;
-    bool closing = false; // the close message has been sent
+    bool hintShown = false; // the status bar tells of an entry of a menu
+    bool closing = false;   // the close message has been sent
 };
 
 } // namespace tonewright

@@ -63,12 +63,13 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
             titles.push_back(action);
         }
     }
-    ASSERT_EQ(titles.size(), 3);
+    ASSERT_EQ(titles.size(), 4);
     EXPECT_EQ(titles[0]->text(), "&File");
     EXPECT_EQ(titles[1]->text(), "&Edit");
-    EXPECT_EQ(titles[2]->text(), "&Help");
-    EXPECT_GT(bars[0]->actionGeometry(titles[2]).right(), bars[0]->width() - 12);
-    EXPECT_LT(bars[0]->actionGeometry(titles[1]).right(), bars[0]->width() / 4);
+    EXPECT_EQ(titles[2]->text(), "E&xtras");
+    EXPECT_EQ(titles[3]->text(), "&Help");
+    EXPECT_GT(bars[0]->actionGeometry(titles[3]).right(), bars[0]->width() - 12);
+    EXPECT_LT(bars[0]->actionGeometry(titles[2]).right(), bars[0]->width() / 4);
     EXPECT_EQ(TextsOf(*titles[0]->menu()),
               (std::vector<std::string>{"&New\tCtrl+N", "&Open\tCtrl+0", "&Save\tCtrl+S",
                                         "Save &as...", "&Print", "-", "Set&tings", "E&xit"}));
@@ -78,6 +79,9 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
                   "&Find synthesizer", "Con&figure &synthesizer", "&Download current voices",
                   "&Upload current voices", "&MIDI devices", "-", "Select &synthesizer"}));
     EXPECT_EQ(TextsOf(*titles[2]->menu()),
+              (std::vector<std::string>{"&Careful mode", "&Keep all detune steps",
+                                        "&Audition plays the voice that was sent"}));
+    EXPECT_EQ(TextsOf(*titles[3]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
                                         "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
 }
