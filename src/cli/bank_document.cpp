@@ -69,11 +69,6 @@ int ExportVoiceDocument(int row, const char *path) {
     return ExitDone;
 }
 
-const VoiceFileFormat *BankFormatOfPath(const char *path) {
-    const VoiceFileFormat *format = FormatOfPath(path);
-    return format && format->kind == VoiceFileKind::Bank ? format : nullptr;
-}
-
 std::string NoSuchPlace(int place) {
     return FormatText("there is no place %d among its %d voices", place, ListCount(MainList));
 }

@@ -19,9 +19,6 @@ int SaveBankDocument(const char *path);
 // The same for a row (from 0) that holds a voice, as a single-voice file.
 int ExportVoiceDocument(int row, const char *path);
 
-// The format of a path that is a bank, else nullptr.
-const VoiceFileFormat *BankFormatOfPath(const char *path);
-
 // That a place (from 1) is not among the voices of MainList, in words.
 std::string NoSuchPlace(int place);
 constexpr const char *NotAPlace = "not a place: a number from 1 is";

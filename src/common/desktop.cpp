@@ -8,6 +8,7 @@
 #include "common/text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <string_view>
 
 namespace tonewright {
@@ -75,19 +76,22 @@ void ShowMessage(QWidget *owner, const std::string &text) {
     RunMessage(request);
 }
 
-int AskYesNo(QWidget *owner, const std::string &text) {
-    MessageRequest request = UsualRequest(owner, text, MessageFlagButton2);
-    request.button1 = "Yes";
-    request.button2 = "No";
+int AskWithButtons(QWidget *owner, const std::string &text, const char *yes, const char *no,
+                   const char *cancel) {
+    MessageRequest request = UsualRequest(
+        owner, text, (no ? MessageFlagButton2 : 0) | (cancel ? MessageFlagButton3 : 0));
+    request.button1 = yes;
+    request.button2 = no ? no : "";
+    request.button3 = cancel ? cancel : "";
     return RunMessage(request);
 }
 
+int AskYesNo(QWidget *owner, const std::string &text) {
+    return AskWithButtons(owner, text, "Yes", "No", nullptr);
+}
+
 int AskYesNoCancel(QWidget *owner, const std::string &text) {
-    MessageRequest request = UsualRequest(owner, text, MessageFlagButton2 | MessageFlagButton3);
-    request.button1 = "Yes";
-    request.button2 = "No";
-    request.button3 = "Cancel";
-    return RunMessage(request);
+    return AskWithButtons(owner, text, "Yes", "No", "Cancel");
 }
 
 int AskOnce(QWidget *owner, const std::string &text, std::uint32_t &flag) {
@@ -180,9 +184,11 @@ WaitCursor::WaitCursor() {
 }
 
 WaitCursor::~WaitCursor() {
+    const int reason = errno; // of what failed meanwhile; the desktop has errors of its own
     if (TheDesktop.WaitCursor) {
         TheDesktop.WaitCursor(false);
     }
+    errno = reason;
 }
 
 int PlayEventSound(const char *name) {

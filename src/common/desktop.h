@@ -131,6 +131,10 @@ extern Desktop TheDesktop;
 void ShowMessage(QWidget *owner, const std::string &text);   // "Dismiss"
 int AskYesNo(QWidget *owner, const std::string &text);       // 6 or 7
 int AskYesNoCancel(QWidget *owner, const std::string &text); // 6, 7 or 2
+// A question with buttons of its own: `yes` is answered by 6, `no` (null: there is none) by 7,
+// `cancel` (the same) by 2.
+int AskWithButtons(QWidget *owner, const std::string &text, const char *yes, const char *no,
+                   const char *cancel);
 // A question that the user can switch off: "Yes" and "No", with the check box "Show me this
 // message again next time."; its state goes into `flag`.
 int AskOnce(QWidget *owner, const std::string &text, std::uint32_t &flag);
@@ -165,7 +169,7 @@ bool ControlKeyDown();
 // that. 0, or -4 when the file manager could not be called.
 int ShowInExplorer(const std::string &folder, const char *file);
 
-// Shows the wait cursor as long as it lives, on every way out.
+// Shows the wait cursor as long as it lives, on every way out. Its end keeps errno.
 struct WaitCursor {
     WaitCursor();
     ~WaitCursor();

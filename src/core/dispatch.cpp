@@ -48,6 +48,14 @@ int Call(const SynthDriver *driver, Function SynthDriver::*operation, Arguments 
     return (driver->*operation)(std::forward<Arguments>(arguments)...);
 }
 
+// What is current after a search that may have found nothing. In careful mode the voices of the
+// list keep their family, without which they could not be saved.
+DriverId DriverAfterSearch(DriverId former) {
+    const bool isKept =
+        CarefulMode != 0 && CurrentDriverId == NoDriverId && ListCount(MainList) > 0;
+    return isKept ? former : CurrentDriverId;
+}
+
 // The folder of `path` as the settings keep it: with a trailing separator unless it is empty.
 std::string KeptFolder(std::string_view path) {
     std::string folder = FolderOfPath(path);
@@ -64,6 +72,19 @@ bool CanBeWritten(const char *path) {
     }
     errno = ENAMETOOLONG;
     return false;
+}
+
+// Takes what remains of the choice of a single-voice file. False, the reason in errno, for a path
+// that is too long, of which the folder is not kept.
+bool TakeChosenPath(const std::string &chosen, std::string *chosenPath) {
+    if (chosenPath) {
+        *chosenPath = chosen;
+    }
+    if (!CanBeWritten(chosen.c_str())) {
+        return false;
+    }
+    OpenExportPath = KeptFolder(chosen);
+    return true;
 }
 
 } // namespace
@@ -182,8 +203,8 @@ int ImportVoiceFrom(QWidget *window, VoiceList &list, int index, const char *pat
     return Call(CurrentDriver(), &SynthDriver::ImportVoice, window, list, index, path, out);
 }
 
-int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path,
-                   VoiceObject *out) {
+int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path, VoiceObject *out,
+                   std::string *chosenPath) {
     if (path) {
         return IsPath(path) ? ImportVoiceFrom(window, list, index, path, out) : 0;
     }
@@ -191,10 +212,9 @@ int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path
     if (!chosen) {
         return 1;
     }
-    if (!IsPath(*chosen)) {
+    if (!TakeChosenPath(*chosen, chosenPath)) {
         return 0;
     }
-    OpenExportPath = KeptFolder(*chosen);
     return ImportVoiceFrom(window, list, index, chosen->c_str(), out);
 }
 
@@ -206,7 +226,7 @@ int ExportVoiceTo(QWidget *window, VoiceList &list, int index, const char *path)
                 static_cast<const VoiceObject *>(nullptr), path, index, SynthFirmware);
 }
 
-int ExportOneVoice(QWidget *window, VoiceList &list, int index) {
+int ExportOneVoice(QWidget *window, VoiceList &list, int index, std::string *chosenPath) {
     const VoiceObject *voice = ListVoice(list, index);
     const std::string name = FileNameOfVoice(VoiceObjectName(voice ? *voice : VoiceObject{}));
     std::string proposal;
@@ -216,10 +236,9 @@ int ExportOneVoice(QWidget *window, VoiceList &list, int index) {
     if (!chosen) {
         return 1;
     }
-    if (!IsPath(*chosen)) {
+    if (!TakeChosenPath(*chosen, chosenPath)) {
         return 0;
     }
-    OpenExportPath = KeptFolder(*chosen);
     return ExportVoiceTo(window, list, index, chosen->c_str());
 }
 
@@ -249,8 +268,12 @@ int FindCurrentSynth(QWidget *window, const PortNames &names, bool autodetect) {
 }
 
 int FindCurrentSynth(QWidget *window) {
-    return FindCurrentSynth(window, {SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
-                            SelectKeyboardAutodetect != 0);
+    const DriverId former = CurrentDriverId;
+    const int result =
+        FindCurrentSynth(window, {SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
+                         SelectKeyboardAutodetect != 0);
+    CurrentDriverId = DriverAfterSearch(former);
+    return result;
 }
 
 const char *SynthTitle(DriverId id, std::uint32_t version) {
@@ -302,9 +325,13 @@ bool MakeBackupOf(QWidget *window, const char *path) {
     if (CopyFileTo(path, BackupPathOf(path).c_str())) {
         return true;
     }
-    return AskYesNo(window,
-                    "Warning: there has been an error creating a backup for your file.\r\n"
-                    "\r\nClick on Yes to proceed, or click on No to abort this save.") == ResultYes;
+    if (AskYesNo(window,
+                 "Warning: there has been an error creating a backup for your file.\r\n"
+                 "\r\nClick on Yes to proceed, or click on No to abort this save.") == ResultYes) {
+        return true;
+    }
+    errno = ECANCELED;
+    return false;
 }
 
 } // namespace tonewright

@@ -47,6 +47,7 @@ void ForgetVoiceName();
 // the list then untouched.
 int OpenDocument(QWidget *window, VoiceList &list, const char *path, DriverId *driver,
                  std::int64_t *time);
+// Where a file could not be written, errno tells why.
 int SaveDocument(QWidget *window, VoiceList &list, const char *path);
 
 int DownloadCurrent(QWidget *window, VoiceList &list);
@@ -58,15 +59,18 @@ int UploadOneVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, D
 int ImportVoiceFrom(QWidget *window, VoiceList &list, int index, const char *path,
                     VoiceObject *out);
 // The same. With a null path the import dialog asks for it, starting in OpenExportPath, which then
-// receives the chosen folder; cancelling is a success that changes nothing.
-int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path, VoiceObject *out);
+// receives the chosen folder, and `chosenPath` (may be null) the chosen path; cancelling is a
+// success that changes nothing.
+int ImportOneVoice(QWidget *window, VoiceList &list, int index, const char *path, VoiceObject *out,
+                   std::string *chosenPath = nullptr);
 
 // Writes the item to a single-voice file with the current driver. An existing file is first copied
 // to "Backup of ..." if CreateBackups.
 int ExportVoiceTo(QWidget *window, VoiceList &list, int index, const char *path);
 // The same to a file that it asks for, proposing the voice's name in OpenExportPath, which then
-// receives the chosen folder. Cancelling is a success.
-int ExportOneVoice(QWidget *window, VoiceList &list, int index);
+// receives the chosen folder, and `chosenPath` (may be null) the chosen path. Cancelling is a
+// success. Where the file could not be written, errno tells why.
+int ExportOneVoice(QWidget *window, VoiceList &list, int index, std::string *chosenPath = nullptr);
 
 int EditOneVoice(QWidget *window, VoiceObject &voice, int index);
 int ConfigureCurrent(QWidget *window);
@@ -78,7 +82,8 @@ int AutoConfigureCurrent(QWidget *window);
 // SynthFirmware stays where the instrument tells none. Returns what the row's FindSynth returns, 0
 // without one; callers judge by CurrentDriverId and the ports instead.
 int FindCurrentSynth(QWidget *window, const PortNames &names, bool autodetect);
-// The same as the user's settings have it.
+// The same as the user's settings have it. In careful mode a list with voices keeps its family
+// current when nothing is found.
 int FindCurrentSynth(QWidget *window);
 
 // Display name and firmware, "NAME version 01.23", or the bare name for version 0. Static text.
@@ -96,7 +101,8 @@ int GetOpenFolder(std::string &folder);
 int SetOpenFolder(const char *path);
 
 // Copies an existing file to "Backup of NAME" beside it when CreateBackups is set, replacing an
-// earlier backup. When the copy fails, asks whether to go on. False: the user stops here.
+// earlier backup. When the copy fails, asks whether to go on. False: the user stops here, and errno
+// is ECANCELED.
 bool MakeBackupOf(QWidget *window, const char *path);
 
 } // namespace tonewright

@@ -66,6 +66,11 @@ const VoiceFileFormat *FormatOfPath(std::string_view path) {
     return nullptr;
 }
 
+const VoiceFileFormat *BankFormatOfPath(std::string_view path) {
+    const VoiceFileFormat *format = FormatOfPath(path);
+    return format && format->kind == VoiceFileKind::Bank ? format : nullptr;
+}
+
 std::string UnknownFormatReason() {
     std::string extensions;
     for (const SynthDriver *driver : SynthDrivers) {

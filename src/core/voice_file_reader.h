@@ -16,6 +16,8 @@ const VoiceFileFormat *FormatOfDriver(DriverId driver, VoiceFileKind kind);
 
 // The format that a path's extension, in any case of letters, stands for; nullptr for none.
 const VoiceFileFormat *FormatOfPath(std::string_view path);
+// The same where it is that of a bank, else nullptr.
+const VoiceFileFormat *BankFormatOfPath(std::string_view path);
 
 // Why FormatOfPath knows no format for a path.
 std::string UnknownFormatReason();

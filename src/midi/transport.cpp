@@ -65,6 +65,25 @@ void MidiLinkClose(MidiLink &link) {
     link = {};
 }
 
+LinkFault TryMidiLink(MidiPorts ports) {
+    MidiLink link;
+    if (ports.out == NoMidiDevice) {
+        return LinkFault::NoOutput;
+    }
+    if (!MidiLinkOpen(link, false, NoMidiDevice, ports.out)) {
+        return LinkFault::OutputNotOpened;
+    }
+    MidiLinkClose(link);
+    if (ports.in == NoMidiDevice) {
+        return LinkFault::NoInput;
+    }
+    if (!MidiLinkOpen(link, true, ports.in, ports.out)) {
+        return LinkFault::InputNotOpened;
+    }
+    MidiLinkClose(link);
+    return LinkFault::None;
+}
+
 int SysexReceive(MidiStream input, std::span<std::uint8_t> buffer, std::size_t *count) {
     *count = 0;
     std::uint8_t last = 0;

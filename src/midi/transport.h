@@ -24,6 +24,11 @@ int MidiLinkOpen(MidiLink &link, bool withInput, int inputDevice, int outputDevi
 // Stops the clock, then closes the output and the input, as far as they are open.
 void MidiLinkClose(MidiLink &link);
 
+enum class LinkFault { None, NoOutput, NoInput, OutputNotOpened, InputNotOpened };
+// Opens a link with both ports as an operation does, and closes it again: what kept an operation
+// from beginning, as far as it is still there.
+LinkFault TryMidiLink(MidiPorts ports);
+
 // Receives one message, events of four bytes each: 1 when a byte F7 has come or `buffer` is full, 0
 // when SysexWait milliseconds have passed since the last event, or the transfer has been cancelled.
 // `*count` becomes the number of bytes stored, the F7 included; the rest of `buffer` is left as it

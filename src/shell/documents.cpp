@@ -7,13 +7,17 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "shell/careful.h"
 #include "shell/command_state.h"
 #include "shell/history.h"
+#include "shell/list_origin.h"
 #include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 
+#include <cerrno>
 #include <cstdint>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -24,14 +28,45 @@ QWidget *Window() {
 
 // The end that Save and Save as have in common.
 int SaveToCurrentPath() {
+    errno = 0;
     if (!SaveDocument(Window(), MainList, CurrentDocumentPath.c_str())) {
-        ShowMessage(Window(), LoadProgramString(108));
+        const int reason = errno;
+        ShowMessage(Window(),
+                    CarefulWriteFailure(LoadProgramString(108), CurrentDocumentPath, reason));
         return 0;
     }
+    TheDocumentFile = LookAtDocumentFile(CurrentDocumentPath);
     HistoryAdd(Window(), CurrentDocumentPath, -1);
     PlayEventSound(DefaultEventSound);
     MainListState.dirty = false;
     return 1;
+}
+
+// Save as, once it is settled that the list can be saved.
+int SaveUnderNewName() {
+    const std::string proposal =
+        ReplaceExtension(CurrentDocumentPath, BankExtension(CurrentDriverId));
+    const auto chosen = ChooseSaveFile(Window(), proposal, CurrentDriverId);
+    if (!chosen) {
+        return 0;
+    }
+    if (!IsPath(*chosen)) {
+        ShowMessage(Window(), CarefulWriteFailure(LoadProgramString(108), *chosen, ENAMETOOLONG));
+        return 0;
+    }
+    switch (CarefulSaveAsWay(Window(), *chosen)) {
+    case SaveWay::Replace:
+        break;
+    case SaveWay::SaveAs:
+        return SaveUnderNewName();
+    case SaveWay::Stay:
+        return 0;
+    }
+    SetOpenFolder(chosen->c_str());
+    CurrentDocumentPath = *chosen;
+    TheDocumentFile = LookAtDocumentFile(*chosen);
+    RefreshTitle();
+    return SaveToCurrentPath();
 }
 
 } // namespace
@@ -39,14 +74,14 @@ int SaveToCurrentPath() {
 std::string PendingOpenPath;
 
 bool AskToSave() {
-    if (!MainListState.dirty) {
+    if (!MainListState.dirty || CarefulHasNothingToSave()) {
         return true;
     }
     const int answer = AskYesNoCancel(Window(), LoadProgramString(111));
     if (answer == ResultYes) {
-        RunSave();
+        return RunSave() || CarefulGoesOnUnsaved();
     }
-    return answer == ResultYes || answer == ResultNo;
+    return answer == ResultNo;
 }
 
 int RunOpen() {
@@ -63,7 +98,7 @@ int RunOpen() {
             return 0;
         }
         if (!IsPath(*chosen)) {
-            ShowMessage(Window(), LoadProgramString(110));
+            ShowMessage(Window(), CarefulReadFailure(LoadProgramString(110), *chosen));
             return 0;
         }
         path = *chosen;
@@ -77,11 +112,15 @@ int RunOpen() {
     RecentDocumentPath = path;
     CurrentDocumentPath = path;
     RefreshTitle();
+    BeginListOrigin();
+    DocumentFile file = LookAtDocumentFile(path);
+    TheDocumentFile = {};
     std::int64_t time = 0;
     if (!OpenDocument(Window(), MainList, path.c_str(), &CurrentDriverId, &time)) {
-        ShowMessage(Window(), LoadProgramString(110));
+        ShowMessage(Window(), CarefulReadFailure(LoadProgramString(110), path));
         return 0;
     }
+    TheDocumentFile = std::move(file);
     HistoryAdd(Window(), path, -1);
     RefreshStatus();
     RefreshCopy();
@@ -101,29 +140,27 @@ int RunHistoryItem(int item) {
 }
 
 int RunSave() {
+    if (CarefulRefusesToSave(Window())) {
+        return 0;
+    }
     // Every driver has a default name, and only that is asked about. "Untitled.Twl", which stands
     // in for it where there is no driver, is a name like any other.
     if (CurrentDriver() && EqualNoCase(CurrentDocumentPath, DefaultDocumentName())) {
-        return RunSaveAs();
+        return SaveUnderNewName();
     }
-    return SaveToCurrentPath();
+    switch (CarefulSaveWay(Window())) {
+    case SaveWay::Replace:
+        return SaveToCurrentPath();
+    case SaveWay::SaveAs:
+        return SaveUnderNewName();
+    case SaveWay::Stay:
+        break;
+    }
+    return 0;
 }
 
 int RunSaveAs() {
-    const std::string proposal =
-        ReplaceExtension(CurrentDocumentPath, BankExtension(CurrentDriverId));
-    const auto chosen = ChooseSaveFile(Window(), proposal, CurrentDriverId);
-    if (!chosen) {
-        return 0;
-    }
-    if (!IsPath(*chosen)) {
-        ShowMessage(Window(), LoadProgramString(108));
-        return 0;
-    }
-    SetOpenFolder(chosen->c_str());
-    CurrentDocumentPath = *chosen;
-    RefreshTitle();
-    return SaveToCurrentPath();
+    return CarefulRefusesToSave(Window()) ? 0 : SaveUnderNewName();
 }
 
 int RunClear() {
@@ -133,6 +170,7 @@ int RunClear() {
     FreeListBlocks(MainList);
     MainItemFonts = {};
     ListReset(MainList);
+    BeginListOrigin();
     return 1;
 }
 

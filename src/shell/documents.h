@@ -10,7 +10,7 @@ namespace tonewright {
 extern std::string PendingOpenPath;
 
 // If the document is dirty, asks whether to save it; "yes" saves and goes on whether or not that
-// worked. False: the user wants to stay.
+// worked, in careful mode when it worked. False: the user wants to stay.
 bool AskToSave();
 
 int RunOpen();

@@ -6,6 +6,7 @@
 #include "core/dispatch.h"
 #include "core/undo_level.h"
 #include "shell/command_state.h"
+#include "shell/list_origin.h"
 
 #include <cstdint>
 #include <vector>
@@ -15,9 +16,14 @@ namespace {
 
 constexpr std::uint32_t MaxStoreSize = 65536;
 
+struct UndoLevel {
+    std::vector<std::uint8_t> block;
+    int origin = 0; // MainListOrigin
+};
+
 struct UndoStore {
     std::size_t capacity = 0; // levels; 0: there is no store
-    std::vector<std::vector<std::uint8_t>> levels;
+    std::vector<UndoLevel> levels;
 };
 UndoStore Store;
 
@@ -66,7 +72,7 @@ int UndoPush(QWidget *window, const VoiceList &list) {
         ShowMessage(window, "There has been an error building this undo level.");
         return 0;
     }
-    Store.levels.push_back(std::move(level));
+    Store.levels.push_back({.block = std::move(level), .origin = MainListOrigin});
     FollowUndo();
     return 1;
 }
@@ -76,7 +82,8 @@ int UndoPop(QWidget *window, VoiceList &list) {
         ShowMessage(window, "No undo level is available.");
         return 0;
     }
-    RestoreUndoLevel(list, Store.levels.back());
+    RestoreUndoLevel(list, Store.levels.back().block);
+    MainListOrigin = Store.levels.back().origin;
     Store.levels.pop_back();
     FollowUndo();
     return 1;

@@ -8,13 +8,16 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "midi/midi_api.h"
+#include "shell/careful.h"
 #include "shell/command_state.h"
 #include "shell/documents.h"
+#include "shell/list_origin.h"
 #include "shell/list_state.h"
 #include "shell/midi_devices.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 
+#include <cerrno>
 #include <utility>
 
 namespace tonewright {
@@ -68,6 +71,7 @@ int RunDownload() {
     UndoPush(Window(), MainList);
     const int result = DownloadCurrent(Window(), MainList);
     if (result) {
+        BeginListOrigin();
         PlayEventSound(DefaultEventSound);
         MainListState.dirty = true;
     }
@@ -76,9 +80,14 @@ int RunDownload() {
 }
 
 int RunUpload() {
+    if (CarefulRefusesToUpload(Window(), NoRow) || !CarefulMayReplaceMemory(Window())) {
+        return 0;
+    }
     const int result = UploadCurrent(Window(), MainList);
     if (result) {
         PlayEventSound(DefaultEventSound);
+    } else if (const std::string failure = CarefulUploadFailure(""); !failure.empty()) {
+        ShowMessage(Window(), failure);
     }
     return result;
 }
@@ -112,6 +121,7 @@ int RunSelectSynth() {
         return 0;
     }
     ListReset(MainList);
+    BeginListOrigin();
     FindCurrentSynth(Window());
     RefreshCopy();
     RefreshStatus();
@@ -137,7 +147,7 @@ int RunEdit() {
 
 int RunUploadVoice() {
     const int row = ListIndexForCommand();
-    if (row == NoRow) {
+    if (row == NoRow || CarefulRefusesToUpload(Window(), row)) {
         return 0;
     }
     const int result = UploadOneVoice(Window(), MainList, ListVoice(MainList, row), CurrentDriverId,
@@ -145,7 +155,8 @@ int RunUploadVoice() {
     if (result) {
         PlayEventSound(DefaultEventSound);
     } else {
-        ShowMessage(Window(), "There has been an error uploading " + NameOfRow(row));
+        ShowMessage(Window(),
+                    CarefulUploadFailure("There has been an error uploading " + NameOfRow(row)));
     }
     return result;
 }
@@ -169,12 +180,17 @@ int RunMoveDown() {
 
 int RunExport() {
     const int row = ListIndexForCommand();
-    if (row == NoRow) {
+    if (row == NoRow || CarefulRefusesToExport(Window(), row)) {
         return 0;
     }
-    const int result = ExportOneVoice(Window(), MainList, row);
+    std::string path;
+    errno = 0;
+    const int result = ExportOneVoice(Window(), MainList, row, &path);
     if (!result) {
-        ShowMessage(Window(), "There has been an error exporting " + NameOfRow(row));
+        const int reason = errno;
+        ShowMessage(Window(),
+                    CarefulWriteFailure("There has been an error exporting " + NameOfRow(row), path,
+                                        reason));
     }
     PlayEventSound(DefaultEventSound);
     return result;
@@ -186,10 +202,14 @@ int RunImport() {
     if (row == NoRow) {
         return 0;
     }
-    const int result = ImportOneVoice(Window(), MainList, row, nullptr, nullptr);
-    if (!result) {
-        ShowMessage(Window(), "There has been an error importing " + NameOfRow(row));
+    std::string path;
+    if (!ImportOneVoice(Window(), MainList, row, nullptr, nullptr, &path)) {
+        ShowMessage(Window(), CarefulImportFailure(
+                                  "There has been an error importing " + NameOfRow(row), path));
         return 0;
+    }
+    if (path.empty() && !CarefulMarksCancelledImport()) {
+        return 1;
     }
     // A cancelled dialog is a success too, and marks the document all the same.
     RepaintList();
@@ -215,7 +235,7 @@ void DropFiles(const std::vector<std::string> &paths) {
                 continue;
             }
             if (!ImportOneVoice(Window(), MainList, row, path.c_str(), nullptr)) {
-                ShowMessage(Window(), "Import error");
+                ShowMessage(Window(), CarefulImportFailure("Import error", path));
                 break;
             }
             ++row;

@@ -12,6 +12,7 @@
 #include "shell/command_state.h"
 #include "shell/documents.h"
 #include "shell/history.h"
+#include "shell/list_origin.h"
 #include "shell/list_state.h"
 #include "shell/settings_flow.h"
 #include "shell/settings_migration.h"
@@ -59,6 +60,8 @@ void ResetProgram() {
     MidiInPort = MidiOutPort = -1;
     SynthFirmware = 0;
     MainListState = {};
+    MainListOrigin = 0;
+    TheDocumentFile = {};
     PendingOpenPath.clear();
     ClearPosted();
     UndoEnd();

@@ -24,6 +24,8 @@
 //   (the built-in instruments)     midi/instruments/         what is sent to them        the factory's
 //   (outcomes of rules)            shell/command_state.h     undo, clipboard, Refresh... see there
 //   MainListState                  shell/list_state.h        commands, gestures          clean
+//   MainListOrigin,                shell/list_origin.h       commands that fill the      0, no file
+//     TheDocumentFile                                        list, open, save, undo
 //   PendingOpenPath                shell/documents.h         whoever posts an Open       empty
 //   (posted commands)              shell/command_queue.h     Post and its like           none
 //   (levels of undo)               shell/undo.h              its calls                   no store
@@ -45,7 +47,7 @@
 // PortMidi stays begun, and tests of its beginning are processes of their own. The variables of
 // cli/ are not put back: no test program is linked with them, each test runs the program itself.
 // Beside these there are buffers of text that a function returns and overwrites with its next call,
-// tables that are constant once they are made, and sizes of fonts and pictures of algorithms, which
+// tables that are constant once they are made, the last number given to a list, and sizes of fonts and pictures of algorithms, which
 // are kept once they are known.
 #pragma once
 

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 namespace tonewright {
@@ -169,7 +170,9 @@ int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path) {
     case WriteOutcome::Short:
         // The file is gone and the list is all that is left of it: it stays disabled, so that
         // nothing but opening or saving another document follows.
+        const int reason = errno;
         ListEnable(list, false);
+        errno = reason;
         return 0;
     }
     return 0;

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "shell/careful.h"
 #include "shell/command_table.h"
 #include "shell/list_state.h"
 #include "shell/reorder.h"
@@ -38,6 +39,11 @@ void PaintVoice(const ListRowPainting &painting) {
                     *voice, MainItemFonts);
 }
 
+void ListTouched() {
+    RefreshCopy();
+    CarefulForgetClickedRow();
+}
+
 void AuditionRow(int row) {
     if (MiddleButtonAudition != 0) {
         MainListState.clickedIndex = row;
@@ -51,7 +57,7 @@ VoiceListView::VoiceListView(QWidget *parent)
     : ListBoxView(MainList,
                   {.name = NameOfRow,
                    .paint = PaintVoice,
-                   .touched = RefreshCopy,
+                   .touched = ListTouched,
                    .hold =
                        [this](bool held) {
                            pressMark.reset();
@@ -92,6 +98,8 @@ void VoiceListView::ShowContextMenu(int row, QPoint globalPosition) {
     }
     if (chosen) {
         RunCommand(chosen->data().toInt());
+    } else {
+        CarefulForgetClickedRow();
     }
 }
 

@@ -1,0 +1,29 @@
+// Holds the voices of a list against a family.
+#include "core/voice_fault.h"
+
+namespace tonewright {
+
+VoiceFault VoiceFaultOf(const VoiceObject *voice, const SynthDriver &family) {
+    if (!voice) {
+        return VoiceFault::Missing;
+    }
+    const auto header = HeaderOf(*voice);
+    if (!header || header->magic != VoiceObjectMagic || header->driverId != family.id) {
+        return VoiceFault::OtherFamily;
+    }
+    const bool isWhole =
+        PayloadOf(*voice) && (!family.bankFormat || family.bankFormat->canBeSent(voice));
+    return isWhole ? VoiceFault::None : VoiceFault::Incomplete;
+}
+
+BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family) {
+    for (int row = 0; row < family.bankRows; ++row) {
+        if (const VoiceFault fault = VoiceFaultOf(ListVoice(list, row), family);
+            fault != VoiceFault::None) {
+            return {fault, row};
+        }
+    }
+    return {};
+}
+
+} // namespace tonewright

@@ -1,0 +1,23 @@
+// Whether the rows of a list hold whole voices of a family, as its banks and instruments want them.
+#pragma once
+
+#include "core/synth_driver.h"
+
+namespace tonewright {
+
+enum class VoiceFault {
+    None,
+    Missing,     // there is no voice
+    OtherFamily, // or one of no family
+    Incomplete,  // of the family, but not all of it is there
+};
+VoiceFault VoiceFaultOf(const VoiceObject *voice, const SynthDriver &family);
+
+struct BankFault {
+    VoiceFault fault = VoiceFault::None;
+    int row = NoRow; // the first one with a fault, from 0
+};
+// Of the rows that a bank of the family has; what stands behind them does not count.
+BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family);
+
+} // namespace tonewright

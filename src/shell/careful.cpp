@@ -1,0 +1,356 @@
+// The decisions of careful mode, and their words.
+#include "shell/careful.h"
+
+#include "common/desktop.h"
+#include "common/file_bytes.h"
+#include "common/settings.h"
+#include "common/strings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "core/voice_fault.h"
+#include "core/voice_file_reader.h"
+#include "midi/transport.h"
+#include "shell/command_state.h"
+#include "shell/list_origin.h"
+#include "shell/list_state.h"
+#include "shell/shell_window.h"
+
+#include <cerrno>
+#include <cstring>
+#include <initializer_list>
+#include <optional>
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+// The texts, in the string table.
+enum Text : unsigned {
+    NoVoices = 20001,
+    FewerVoices = 20002,
+    VoicesOfOtherFamily = 20003,
+    IncompleteVoice = 20004,
+    NothingSaved = 20005,
+    NothingSent = 20006,
+    SelectFamilyInstead = 20007,
+    NoFamily = 20008,
+    NotOneOfItsVoices = 20009,
+    CouldNotBeRead = 20010,
+    OtherList = 20011,
+    OtherExtension = 20012,
+    HoldsMore = 20013,
+    WasChanged = 20014,
+    SaveAsOrReplace = 20018,
+    SaveAsOrCancel = 20019,
+    ReplaceMemory = 20020,
+    UploadError = 20021,
+    OutputNotFound = 20022,
+    InputNotFound = 20023,
+    PortNotOpened = 20024,
+    NoAnswer = 20025,
+    NoBackupWanted = 20026,
+    SingleVoiceFile = 20027,
+    NoBankByName = 20028,
+};
+
+bool IsOn() {
+    return CarefulMode != 0;
+}
+
+std::string TextOf(Text number) {
+    return LoadProgramString(number);
+}
+
+// The text with what stands for its "%s", in this order.
+std::string TextOf(Text number, std::initializer_list<std::string> parts) {
+    std::string text = TextOf(number);
+    std::size_t from = 0;
+    for (const std::string &part : parts) {
+        const std::size_t at = text.find("%s", from);
+        if (at == std::string::npos) {
+            break;
+        }
+        text.replace(at, 2, part);
+        from = at + part.size();
+    }
+    return text;
+}
+
+std::string Paragraphs(std::string first, const std::string &second) {
+    return std::move(first) + "\n\n" + second;
+}
+
+// ---- voices that are none of the current family
+
+const SynthDriver *FamilyOf(const VoiceObject *voice) {
+    const auto header = voice ? HeaderOf(*voice) : std::nullopt;
+    return header ? DriverOfId(header->driverId) : nullptr;
+}
+
+std::string FaultOfList(const BankFault &bank, const SynthDriver &family) {
+    switch (bank.fault) {
+    case VoiceFault::None:
+        break;
+    case VoiceFault::Missing:
+        return ListCount(MainList) == 0
+                   ? TextOf(NoVoices)
+                   : TextOf(FewerVoices, {family.name, std::to_string(family.bankRows),
+                                          std::to_string(bank.row + 1)});
+    case VoiceFault::OtherFamily:
+        if (const SynthDriver *other = FamilyOf(ListVoice(MainList, bank.row))) {
+            return TextOf(VoicesOfOtherFamily, {other->name, family.name});
+        }
+        return TextOf(NotOneOfItsVoices, {std::to_string(bank.row + 1), family.name});
+    case VoiceFault::Incomplete:
+        return TextOf(IncompleteVoice, {std::to_string(bank.row + 1)});
+    }
+    return "";
+}
+
+// Why what is wanted of the list, or of one of its rows, cannot be had; empty when it can.
+std::string FaultForCurrentFamily(int row) {
+    const SynthDriver *family = CurrentDriver();
+    if (!family) {
+        return TextOf(NoFamily);
+    }
+    const BankFault bank = row == NoRow
+                               ? BankFaultOf(MainList, *family)
+                               : BankFault{VoiceFaultOf(ListVoice(MainList, row), *family), row};
+    return FaultOfList(bank, *family);
+}
+
+// The family whose whole bank the list is; nullptr for none.
+const SynthDriver *FamilyOfList() {
+    const SynthDriver *family = FamilyOf(ListVoice(MainList, 0));
+    return family && BankFaultOf(MainList, *family).fault == VoiceFault::None ? family : nullptr;
+}
+
+// Its instrument has not been looked for.
+void SelectFamily(const SynthDriver &family) {
+    CurrentDriverId = family.id;
+    MidiInPort = MidiOutPort = NoMidiDevice;
+    SynthFirmware = 0;
+    RefreshStatus();
+    RefreshCommands();
+}
+
+// ---- files whose bank a save would replace
+
+// The family that banks of that extension are of, when it is not the current one.
+const SynthDriver *OtherFamilyOfPath(const std::string &path) {
+    const VoiceFileFormat *format = BankFormatOfPath(path);
+    const bool isOther = format && format->driver != CurrentDriverId && CurrentDriver();
+    return isOther ? DriverOfId(format->driver) : nullptr;
+}
+
+SaveWay AskAboutOtherFamily(QWidget *window, const std::string &path, const SynthDriver &other) {
+    const std::string text =
+        TextOf(OtherExtension, {FileNameOfPath(path.c_str()), other.name, CurrentDriver()->name});
+    return AskWithButtons(window, Paragraphs(text, TextOf(SaveAsOrCancel)), "Save as", nullptr,
+                          "Cancel") == ResultYes
+               ? SaveWay::SaveAs
+               : SaveWay::Stay;
+}
+
+// A name that no file was given, by any family.
+bool WasNeverNamed(const std::string &path) {
+    if (EqualNoCase(path, "Untitled.Twl")) {
+        return true;
+    }
+    for (const SynthDriver *driver : SynthDrivers) {
+        if (EqualNoCase(path, driver->defaultDocumentName)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Why what the document's file holds would be lost; nothing when the list is what it held.
+std::optional<Text> LossOfFile(const std::string &path) {
+    if (TheDocumentFile.path != path) {
+        return CouldNotBeRead;
+    }
+    if (TheDocumentFile.origin != MainListOrigin) {
+        return OtherList;
+    }
+    if (!FileExists(path.c_str())) {
+        return std::nullopt;
+    }
+    const DocumentFile now = LookAtDocumentFile(path);
+    if (now.holdsMore) {
+        return HoldsMore;
+    }
+    return now.start != TheDocumentFile.start ? std::optional(WasChanged) : std::nullopt;
+}
+
+// ---- messages
+
+std::string ReasonOfReading(const std::string &path, const VoiceFileFormat *format) {
+    return IsPath(path) ? ReasonNotOpened(path.c_str(), format) : std::strerror(ENAMETOOLONG);
+}
+
+std::string ReasonOfOpening(const std::string &path) {
+    if (const VoiceFileFormat *format = BankFormatOfPath(path)) {
+        return ReasonOfReading(path, format);
+    }
+    return TextOf(FormatOfPath(path) ? SingleVoiceFile : NoBankByName);
+}
+
+std::string WithReason(std::string told, const std::string &path, const std::string &reason) {
+    return Paragraphs(std::move(told), path + ": " + reason + ".");
+}
+
+std::string NameOfPort(int port) {
+    const MidiDeviceInfo *info = TheMidi.Pm_GetDeviceInfo(port);
+    return info ? info->name : "";
+}
+
+std::string ReasonOfTransfer() {
+    const SynthDriver *family = CurrentDriver();
+    if (!family) {
+        return TextOf(NoFamily);
+    }
+    switch (TryMidiLink(CurrentMidiPorts())) {
+    case LinkFault::NoOutput:
+        return TextOf(OutputNotFound, {family->name});
+    case LinkFault::NoInput:
+        return TextOf(InputNotFound, {family->name});
+    case LinkFault::OutputNotOpened:
+        return TextOf(PortNotOpened, {NameOfPort(MidiOutPort)});
+    case LinkFault::InputNotOpened:
+        return TextOf(PortNotOpened, {NameOfPort(MidiInPort)});
+    case LinkFault::None:
+        break;
+    }
+    return TextOf(NoAnswer, {family->name});
+}
+
+} // namespace
+
+bool CarefulRefusesToSave(QWidget *window) {
+    const std::string fault = IsOn() ? FaultForCurrentFamily(NoRow) : "";
+    if (fault.empty()) {
+        return false;
+    }
+    if (const SynthDriver *family = FamilyOfList()) {
+        if (AskYesNo(window, Paragraphs(fault, TextOf(SelectFamilyInstead, {family->name}))) ==
+            ResultYes) {
+            SelectFamily(*family);
+            return false;
+        }
+        return true;
+    }
+    ShowMessage(window, Paragraphs(fault, TextOf(NothingSaved)));
+    return true;
+}
+
+bool CarefulRefusesToUpload(QWidget *window, int row) {
+    const std::string fault = IsOn() ? FaultForCurrentFamily(row) : "";
+    if (fault.empty()) {
+        return false;
+    }
+    ShowMessage(window, Paragraphs(fault, TextOf(NothingSent)));
+    return true;
+}
+
+bool CarefulRefusesToExport(QWidget *window, int row) {
+    const std::string fault = IsOn() ? FaultForCurrentFamily(row) : "";
+    if (fault.empty()) {
+        return false;
+    }
+    ShowMessage(window, Paragraphs(fault, TextOf(NothingSaved)));
+    return true;
+}
+
+SaveWay CarefulSaveWay(QWidget *window) {
+    if (!IsOn()) {
+        return SaveWay::Replace;
+    }
+    const std::string &path = CurrentDocumentPath;
+    if (WasNeverNamed(path)) {
+        return SaveWay::SaveAs;
+    }
+    if (const SynthDriver *other = OtherFamilyOfPath(path)) {
+        return AskAboutOtherFamily(window, path, *other);
+    }
+    const auto loss = LossOfFile(path);
+    if (!loss) {
+        return SaveWay::Replace;
+    }
+    if (!FileExists(path.c_str())) {
+        return SaveWay::SaveAs; // nothing is lost, but the list was never of that name
+    }
+    const std::string text = TextOf(*loss, {FileNameOfPath(path.c_str())});
+    switch (AskWithButtons(window, Paragraphs(text, TextOf(SaveAsOrReplace)), "Save as", "Replace",
+                           "Cancel")) {
+    case ResultYes:
+        return SaveWay::SaveAs;
+    case ResultNo:
+        return SaveWay::Replace;
+    default:
+        return SaveWay::Stay;
+    }
+}
+
+SaveWay CarefulSaveAsWay(QWidget *window, const std::string &path) {
+    const SynthDriver *other = IsOn() ? OtherFamilyOfPath(path) : nullptr;
+    return other ? AskAboutOtherFamily(window, path, *other) : SaveWay::Replace;
+}
+
+bool CarefulGoesOnUnsaved() {
+    return !IsOn();
+}
+
+bool CarefulHasNothingToSave() {
+    return IsOn() && ListCount(MainList) == 0;
+}
+
+bool CarefulMayReplaceMemory(QWidget *window) {
+    const SynthDriver *family = CurrentDriver();
+    return !IsOn() || !family ||
+           AskYesNo(window, TextOf(ReplaceMemory,
+                                   {std::to_string(family->bankRows), family->name})) == ResultYes;
+}
+
+void CarefulForgetClickedRow() {
+    if (IsOn()) {
+        MainListState.clickedIndex = NoRow;
+    }
+}
+
+bool CarefulMarksCancelledImport() {
+    return !IsOn();
+}
+
+std::string CarefulReadFailure(std::string told, const std::string &path) {
+    return IsOn() ? WithReason(std::move(told), path, ReasonOfOpening(path)) : told;
+}
+
+std::string CarefulImportFailure(std::string told, const std::string &path) {
+    if (!IsOn()) {
+        return told;
+    }
+    const VoiceFileFormat *format = FormatOfDriver(CurrentDriverId, VoiceFileKind::SingleVoice);
+    return WithReason(std::move(told), path, ReasonOfReading(path, format));
+}
+
+std::string CarefulWriteFailure(std::string told, const std::string &path, int reason) {
+    if (!IsOn()) {
+        return told;
+    }
+    if (reason == 0) {
+        return Paragraphs(std::move(told), path);
+    }
+    return WithReason(std::move(told), path,
+                      reason == ECANCELED ? TextOf(NoBackupWanted) : std::strerror(reason));
+}
+
+std::string CarefulUploadFailure(std::string told) {
+    if (!IsOn()) {
+        return told;
+    }
+    return Paragraphs(told.empty() ? TextOf(UploadError) : std::move(told), ReasonOfTransfer());
+}
+
+} // namespace tonewright

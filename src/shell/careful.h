@@ -1,0 +1,57 @@
+// What careful mode (the setting CarefulMode) decides within the commands, so that no bank is lost
+// without words. Each decision is one function, which a command asks at one place; while the mode
+// is off it answers that the command goes its plain way. What the mode decides below the shell
+// stands in one function of that layer each; ARCHITECTURE.md lists them all.
+#pragma once
+
+#include <string>
+
+class QWidget;
+
+namespace tonewright {
+
+// Save and Save as: true, after saying why, when the list does not hold a whole bank of the current
+// family. With the voices of another family it asks whether to select that one for them instead.
+bool CarefulRefusesToSave(QWidget *window);
+// Upload: the same, without a question; `row`: the voice that is to be sent, NoRow for all.
+bool CarefulRefusesToUpload(QWidget *window, int row);
+// Export: the same of the one voice that is to be written.
+bool CarefulRefusesToExport(QWidget *window, int row);
+
+enum class SaveWay {
+    Replace, // write to the document's path, as ever
+    SaveAs,  // ask for a name
+    Stay,    // the user has thought better of it
+};
+// Save: asks when the document's path stands for other voices than those that the list came from.
+SaveWay CarefulSaveWay(QWidget *window);
+// Save as: the same when a chosen path has the extension of another family's banks.
+SaveWay CarefulSaveAsWay(QWidget *window, const std::string &path);
+
+// The question about unsaved changes: whether the command goes on when the save before it failed.
+bool CarefulGoesOnUnsaved();
+// The same question is not worth asking of a list without voices.
+bool CarefulHasNothingToSave();
+
+// Upload: false when the user wants to keep what is in the memory of the instrument.
+bool CarefulMayReplaceMemory(QWidget *window);
+
+// The row that was clicked is to be forgotten: the context menu was closed without a choice, or the
+// left button pressed in the list.
+void CarefulForgetClickedRow();
+
+// Import: whether a cancelled dialog marks the document as changed.
+bool CarefulMarksCancelledImport();
+
+// ---- messages of failure: `told`, with file and reason behind it in careful mode
+
+std::string CarefulReadFailure(std::string told, const std::string &path);
+// Of a single-voice file.
+std::string CarefulImportFailure(std::string told, const std::string &path);
+// `reason`: errno as the writing left it.
+std::string CarefulWriteFailure(std::string told, const std::string &path, int reason);
+// With the reason why a transfer with the current instrument did not begin. Nothing was told of the
+// upload of a whole bank, of which `told` is empty: then there is no message without careful mode.
+std::string CarefulUploadFailure(std::string told);
+
+} // namespace tonewright

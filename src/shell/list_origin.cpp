@@ -1,0 +1,41 @@
+// Numbers the lists, and looks at the files of documents.
+#include "shell/list_origin.h"
+
+#include "common/open_file.h"
+#include "core/current.h"
+#include "core/voice_file_reader.h"
+
+namespace tonewright {
+namespace {
+
+constexpr std::size_t SizeWithoutFormat = 64 * 1024;
+
+std::size_t BankSizeOf(const std::string &path) {
+    const VoiceFileFormat *format = BankFormatOfPath(path);
+    if (!format) {
+        format = FormatOfDriver(CurrentDriverId, VoiceFileKind::Bank);
+    }
+    return format ? format->size : SizeWithoutFormat;
+}
+
+} // namespace
+
+int MainListOrigin = 0;
+DocumentFile TheDocumentFile;
+
+void BeginListOrigin() {
+    static int lastNumber = 0;
+    MainListOrigin = ++lastNumber;
+}
+
+DocumentFile LookAtDocumentFile(const std::string &path) {
+    DocumentFile file{.path = path, .origin = MainListOrigin, .start = {}, .holdsMore = false};
+    const std::size_t size = BankSizeOf(path);
+    if (!ReadStartOfFile(path.c_str(), size + 1, file.start)) {
+        file.start.clear();
+    }
+    file.holdsMore = file.start.size() > size;
+    return file;
+}
+
+} // namespace tonewright

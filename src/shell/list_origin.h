@@ -1,0 +1,29 @@
+// Where the voices of the list came from, and what the document's file was like when it was last
+// read or written here: what a save must know to tell whose voices it would replace.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tonewright {
+
+// A number that the list keeps while its voices are edited, and that each level of undo keeps with
+// it. Voices that come from elsewhere in the place of all of them have a new one.
+extern int MainListOrigin;
+void BeginListOrigin();
+
+// The document's file as it was known last.
+struct DocumentFile {
+    std::string path;                // empty: none
+    int origin = 0;                  // MainListOrigin of the list that was read from it, or written
+    std::vector<std::uint8_t> start; // as many bytes as a bank of the family has
+    bool holdsMore = false;          // more than these
+};
+extern DocumentFile TheDocumentFile;
+
+// The file at `path` as it is now, as one of the present list; of no file, no bytes. What a bank is
+// follows from the extension, or from the current family.
+DocumentFile LookAtDocumentFile(const std::string &path);
+
+} // namespace tonewright

@@ -1,0 +1,817 @@
+// The decisions of careful mode: each with the mode off, where the plain outcome stays, and with it
+// on, where nothing is lost without words.
+#include "shell/careful.h"
+
+#include "shell_fixture.h"
+
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
+#include "shell/list_origin.h"
+#include "shell/voice_commands.h"
+#include "support/builtin_midi.h"
+#include "support/reface_bytes.h"
+
+#include <filesystem>
+
+namespace tonewright {
+namespace {
+
+namespace fs = std::filesystem;
+using Strings = std::vector<std::string>;
+
+const std::string Dx7Name = "Yamaha DX7, TX7, Korg Volca FM";
+const std::string RefaceName = "Yamaha reface DX";
+const std::string SaveAsOrReplace =
+    "\n\nClick on Save as to save the voices under another name, or click on Replace to replace "
+    "the file.\n\nClick on Cancel to return to the main window of Tonewright.";
+const std::string NothingSaved = "\n\nNothing has been saved.";
+
+class Careful : public ShellTest {
+protected:
+    void SetUp() override {
+        ShellTest::SetUp();
+        formerFolder = fs::current_path();
+        fs::current_path(home.path);
+        MidiInPort = MidiOutPort = NoMidiDevice;
+    }
+    void TearDown() override {
+        fs::current_path(formerFolder);
+        ShellTest::TearDown();
+    }
+    void SwitchOn() { CarefulMode = 1; }
+
+    void Change() {
+        UndoPush(nullptr, MainList);
+        SetNameAt(0, "CHANGED   ");
+        MainListChanged(0);
+        Forget();
+    }
+    // A file that is no bank, by a name that is one's; the voices of the list stay.
+    void FailToOpen(const std::string &name, const std::string &message) {
+        PendingOpenPath = home.WriteText(name, "no bank");
+        desktop.ExpectMessage(message);
+        EXPECT_EQ(RunCommand(CommandOpen), 0);
+        Forget();
+    }
+    void ExpectSaveDialog(std::optional<std::string> answer, const std::string &proposal) {
+        desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Save,
+                                          .answer = std::move(answer),
+                                          .start = proposal,
+                                          .driverId = CurrentDriverId});
+    }
+    void ExpectReplaceQuestion(const std::string &text, int answer) {
+        desktop.Expect(ExpectedMessage{.text = text + SaveAsOrReplace,
+                                       .buttons = {"Save as", "Replace", "Cancel"},
+                                       .answer = answer});
+    }
+    std::string NameIn(const std::string &file, int voice = 0) const {
+        return ReadTestText(home.File(file))
+            .substr(6 + 128 * static_cast<std::size_t>(voice) + 118, 10);
+    }
+    // The list of a reface DX comes from its instrument.
+    void Download() {
+        RunCommand(CommandFind);
+        ASSERT_EQ(CurrentDriverId, RefaceDriverId);
+        EXPECT_EQ(RunCommand(CommandDownload), 1);
+    }
+
+    std::filesystem::path formerFolder;
+};
+
+// ---- voices of another family are not saved and not sent
+
+class VoicesOfAnotherFamily : public Careful {
+protected:
+    // The voices of a DX7 while the reface DX is current.
+    void Prepare(const std::string &reason) {
+        OpenBank();
+        former = home.Write("other.srx", TestRefaceBank());
+        WriteTestText(former, "no bank");
+        PendingOpenPath = former;
+        desktop.ExpectMessage(ReadError + reason);
+        EXPECT_EQ(RunCommand(CommandOpen), 0);
+        EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+        Forget();
+    }
+    std::string Question() const {
+        return "The list holds voices for the " + Dx7Name +
+               ", but your current synthesizer is the " + RefaceName + ".\n\nNothing has been " +
+               "saved. Do you wish to make the " + Dx7Name +
+               " your current synthesizer again, so that the voices can be saved?";
+    }
+    std::string former;
+};
+
+TEST_F(VoicesOfAnotherFamily, AreSavedAsVoicesThatNobodyCanReadWithTheModeOff) {
+    Prepare("");
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+    EXPECT_EQ(ReadTestFile(former).size(), 160u + 32 * 202);
+}
+
+TEST_F(VoicesOfAnotherFamily, AreRefusedInCarefulMode) {
+    SwitchOn();
+    Prepare("\n\n" + home.File("other.srx") + ": 7 bytes, and its header alone should have 160.");
+    for (const int command : {CommandSave, CommandSaveAs}) {
+        desktop.ExpectYesNo(Question(), ResultNo);
+        EXPECT_EQ(RunCommand(command), 0);
+    }
+    EXPECT_EQ(ReadTestText(former), "no bank");
+    EXPECT_TRUE(desktop.sounds.empty());
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+}
+
+TEST_F(VoicesOfAnotherFamily, CanBeSavedUnderANameOfTheirOwn) {
+    SwitchOn();
+    Prepare("\n\n" + home.File("other.srx") + ": 7 bytes, and its header alone should have 160.");
+    MidiInPort = MidiOutPort = 5;
+    desktop.ExpectYesNo(Question(), ResultYes);
+    desktop.Expect(ExpectedMessage{
+        .text = "The name other.srx stands for a bank for the " + RefaceName +
+                ", but the voices in the list are for the " + Dx7Name +
+                ".\n\nClick on Save as to save the voices under another name.\n\nClick on Cancel "
+                "to return to the main window of Tonewright.",
+        .buttons = {"Save as", "Cancel"},
+        .answer = ResultYes});
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Save,
+                                      .answer = home.File("mine.syx"),
+                                      .start = home.File("other.syx"),
+                                      .driverId = Dx7DriverId});
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("mine.syx")), TestBank());
+    EXPECT_EQ(ReadTestText(former), "no bank");
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(MidiInPort, NoMidiDevice); // those of the other instrument
+    EXPECT_EQ(MidiOutPort, NoMidiDevice);
+    EXPECT_TRUE(CommandAllowed(CommandUpload));
+}
+
+TEST_F(VoicesOfAnotherFamily, OfUndoBecomeEmptyOnesWithTheModeOff) {
+    OpenBank();
+    ListSetVoice(MainList, 3, RefaceDxVoice(9));
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+    EXPECT_EQ(NameIn("bank.syx", 3), std::string(10, '\0'));
+}
+
+TEST_F(VoicesOfAnotherFamily, AmongOthersAreRefusedInCarefulMode) {
+    SwitchOn();
+    OpenBank();
+    ListSetVoice(MainList, 3, RefaceDxVoice(9));
+    desktop.ExpectMessage("The list holds voices for the " + RefaceName +
+                          ", but your current synthesizer is the " + Dx7Name + "." + NothingSaved);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    VoiceObject stranger = RefaceDxVoice(9);
+    stranger.bytes[16] = 'z';
+    ListSetVoice(MainList, 3, stranger);
+    desktop.ExpectMessage("Voice 4 of the list is not a voice for the " + Dx7Name +
+                          ", which is your current synthesizer." + NothingSaved);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+}
+
+TEST_F(VoicesOfAnotherFamily, AFileThatIsNotFullIsRemovedByASaveWithTheModeOff) {
+    PendingOpenPath = home.Write("ten.srx", TestRefaceBank(10));
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    desktop.ExpectMessage(WriteError);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_FALSE(home.Holds("ten.srx"));
+}
+
+TEST_F(VoicesOfAnotherFamily, AFileThatIsNotFullStaysInCarefulMode) {
+    SwitchOn();
+    PendingOpenPath = home.Write("ten.srx", TestRefaceBank(10));
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    desktop.ExpectMessage("A bank for the " + RefaceName +
+                          " has 32 voices, and voice 11 of the list is missing." + NothingSaved);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("ten.srx")), TestRefaceBank(10));
+}
+
+TEST_F(VoicesOfAnotherFamily, ACutVoiceIsRefused) {
+    SwitchOn();
+    OpenBank();
+    ListWriteVoice(MainList, 8, [](VoiceObject &voice) { voice.bytes.resize(100); });
+    desktop.ExpectMessage("Voice 9 of the list is incomplete." + NothingSaved);
+    EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+}
+
+TEST_F(VoicesOfAnotherFamily, NoInstrumentSavesNothing) {
+    OpenBank();
+    CurrentDriverId = NoDriverId;
+    desktop.ExpectMessage(WriteError);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    SwitchOn();
+    ListTakeVoice(MainList, 0);
+    desktop.ExpectMessage("There is no current synthesizer. Please choose one with Select "
+                          "synthesizer in the Edit menu." +
+                          NothingSaved);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+}
+
+TEST_F(VoicesOfAnotherFamily, AreNotUploadedInCarefulMode) {
+    BuiltinMidi midi;
+    OpenBank();
+    SelectKeyboardMidiIn = SelectKeyboardMidiOut = "DX7";
+    ASSERT_EQ(RunCommand(CommandFind), 1);
+    const auto memory = MemoryOf(BuiltinInstrument::Dx7);
+    ListSetVoice(MainList, 3, RefaceDxVoice(9));
+    Forget();
+    SwitchOn();
+    const std::string refusal = "The list holds voices for the " + RefaceName +
+                                ", but your current synthesizer is the " + Dx7Name +
+                                ".\n\nNothing has been sent to your synthesizer.";
+    desktop.ExpectMessage(refusal);
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+    MainListState.clickedIndex = 3;
+    desktop.ExpectMessage(refusal);
+    EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
+    EXPECT_EQ(MemoryOf(BuiltinInstrument::Dx7), memory);
+    EXPECT_TRUE(desktop.sounds.empty());
+    CarefulMode = 0;
+    EXPECT_EQ(RunCommand(CommandUpload), 1);
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+    EXPECT_NE(MemoryOf(BuiltinInstrument::Dx7), memory);
+}
+
+TEST_F(VoicesOfAnotherFamily, AreExportedIntoNoFile) {
+    OpenBank();
+    CurrentDriverId = RefaceDriverId;
+    const std::string path = home.WriteText("voice.sr1", "former");
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Export, .answer = path});
+    EXPECT_EQ(RunCommand(CommandExport), 1); // bytes that nobody can read
+    EXPECT_EQ(ReadTestFile(path).size(), 160u + 202);
+    SwitchOn();
+    desktop.ExpectMessage("The list holds voices for the " + Dx7Name +
+                          ", but your current synthesizer is the " + RefaceName + "." +
+                          NothingSaved);
+    EXPECT_EQ(RunCommand(CommandExport), 0);
+}
+
+// ---- the file that a save would replace
+
+class WhatASaveReplaces : public Careful {};
+
+TEST_F(WhatASaveReplaces, AFileThatCouldNotBeReadGoesWithTheModeOff) {
+    OpenBank();
+    FailToOpen("broken.syx", ReadError);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("broken.syx")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, AFileThatCouldNotBeReadIsAskedAbout) {
+    SwitchOn();
+    OpenBank();
+    FailToOpen("broken.syx",
+               ReadError + "\n\n" + home.File("broken.syx") + ": 7 bytes instead of 4104.");
+    const std::string question =
+        "The file broken.syx could not be read when you opened it. The voices in the list are "
+        "other ones, and they would replace what it holds.";
+    ExpectReplaceQuestion(question, ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    ExpectReplaceQuestion(question, ResultYes);
+    ExpectSaveDialog(std::nullopt, home.File("broken.syx"));
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestText(home.File("broken.syx")), "no bank");
+    ExpectReplaceQuestion(question, ResultYes);
+    ExpectSaveDialog(home.File("mine.syx"), home.File("broken.syx"));
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestText(home.File("broken.syx")), "no bank");
+    EXPECT_EQ(RunCommand(CommandSave), 1); // it has a name now
+    EXPECT_EQ(ReadTestFile(home.File("mine.syx")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, AnAnswerToReplaceItIsTaken) {
+    SwitchOn();
+    OpenBank();
+    FailToOpen("broken.syx",
+               ReadError + "\n\n" + home.File("broken.syx") + ": 7 bytes instead of 4104.");
+    ExpectReplaceQuestion("The file broken.syx could not be read when you opened it. The voices in "
+                          "the list are other ones, and they would replace what it holds.",
+                          ResultNo);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("broken.syx")), TestBank());
+    EXPECT_EQ(RunCommand(CommandSave), 1); // and not asked again
+}
+
+TEST_F(WhatASaveReplaces, AFileThatIsNotThereAsksForAName) {
+    SwitchOn();
+    OpenBank();
+    PendingOpenPath = home.File("missing.syx");
+    desktop.ExpectMessage(ReadError + "\n\n" + home.File("missing.syx") +
+                          ": not readable: No such file or directory.");
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+    ExpectSaveDialog(std::nullopt, home.File("missing.syx"));
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_FALSE(home.Holds("missing.syx"));
+}
+
+TEST_F(WhatASaveReplaces, ADownloadReplacesTheDocumentsFileWithTheModeOff) {
+    BuiltinMidi midi;
+    PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
+    ASSERT_EQ(RunCommand(CommandOpen), 1);
+    Download();
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_NE(ReadTestFile(home.File("mine.srx")), TestRefaceBank());
+}
+
+TEST_F(WhatASaveReplaces, ADownloadIsAskedAboutAndUndoBringsTheFormerListBack) {
+    SwitchOn();
+    BuiltinMidi midi;
+    PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
+    ASSERT_EQ(RunCommand(CommandOpen), 1);
+    Download();
+    const std::string question = "The voices in the list did not come from the file mine.srx, and "
+                                 "they would replace those that it holds.";
+    ExpectReplaceQuestion(question, ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("mine.srx")), TestRefaceBank());
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(RunCommand(CommandSave), 1); // these are its own
+    EXPECT_EQ(ReadTestText(home.File("mine.srx")).substr(160),
+              std::string(reinterpret_cast<const char *>(TestRefaceBank().data()) + 160, 32 * 202));
+}
+
+TEST_F(WhatASaveReplaces, TheListBeforeADownloadIsNotThatOfTheFileThatTheDownloadWasSavedIn) {
+    SwitchOn();
+    BuiltinMidi midi;
+    PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
+    ASSERT_EQ(RunCommand(CommandOpen), 1);
+    Download();
+    ExpectSaveDialog(home.File("downloaded.srx"), home.File("mine.srx"));
+    ASSERT_EQ(RunCommand(CommandSaveAs), 1);
+    const auto downloaded = ReadTestFile(home.File("downloaded.srx"));
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    ExpectReplaceQuestion("The voices in the list did not come from the file downloaded.srx, and "
+                          "they would replace those that it holds.",
+                          ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("downloaded.srx")), downloaded);
+}
+
+TEST_F(WhatASaveReplaces, EditsAndTheirUndoAreSavedWithoutAQuestion) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("bank.syx"), "CHANGED   ");
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("bank.syx"), "VOICE 01  ");
+}
+
+TEST_F(WhatASaveReplaces, BytesBehindABankAreCutOffWithTheModeOff) {
+    auto two = TestBank();
+    two.resize(2 * two.size());
+    PendingOpenPath = home.Write("two.syx", two);
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("two.syx")).size(), 4104u);
+}
+
+TEST_F(WhatASaveReplaces, BytesBehindABankAreAskedAbout) {
+    SwitchOn();
+    auto longer = TestBank();
+    longer.push_back(0);
+    PendingOpenPath = home.Write("longer.syx", longer);
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    ExpectReplaceQuestion("The file longer.syx holds more than the voices in the list. Only these "
+                          "would remain of it.",
+                          ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("longer.syx")), longer);
+
+    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    ExpectReplaceQuestion("The file many.srx holds more than the voices in the list. Only these "
+                          "would remain of it.",
+                          ResultNo);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("many.srx")).size(), 160u + 32 * 202);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+}
+
+TEST_F(WhatASaveReplaces, WhatAnotherProgramWroteGoesWithTheModeOff) {
+    OpenBank();
+    home.WriteText("bank.syx", "the work of another program");
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, WhatAnotherProgramWroteIsAskedAbout) {
+    SwitchOn();
+    OpenBank();
+    auto others = TestBank();
+    others[124] = 'X';
+    const std::string question = "The file bank.syx has been changed by another program since you "
+                                 "opened it. What it holds now would be lost.";
+    for (const auto &bytes : {others, std::vector<std::uint8_t>()}) {
+        home.Write("bank.syx", bytes);
+        ExpectReplaceQuestion(question, ResultCancel);
+        EXPECT_EQ(RunCommand(CommandSave), 0);
+        EXPECT_EQ(ReadTestFile(home.File("bank.syx")), bytes);
+    }
+    home.Write("bank.syx", TestBank()); // the same again
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    fs::remove(home.path / "bank.syx"); // nothing is lost by a save
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, ADocumentThatWasNeverNamedAsksForANameWithTheRightExtension) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    for (const char *name : {"Untitled.Twl", "untitled.SRX", "Untitled.syx"}) {
+        home.WriteText(name, "former");
+        CurrentDocumentPath = name;
+        ExpectSaveDialog(std::nullopt, std::string(name).substr(0, 8) + ".syx");
+        EXPECT_EQ(RunCommand(CommandSave), 0) << name;
+        EXPECT_EQ(ReadTestText(home.File(name)), "former");
+        EXPECT_TRUE(MainListState.dirty);
+    }
+    ExpectSaveDialog(home.File("named.syx"), "Untitled.syx");
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("named.syx"), "CHANGED   ");
+    EXPECT_FALSE(MainListState.dirty);
+}
+
+TEST_F(WhatASaveReplaces, AnEmptyListOfAnotherInstrumentEmptiesTheBankWithTheModeOff) {
+    OpenBank();
+    Change();
+    BuiltinMidi midi;
+    TheShellWindow.ShowSelectSynthBox = [] { return 1; };
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_EQ(RunCommand(CommandSelectSynth), 1);
+    CurrentDriverId = Dx7DriverId;
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+    EXPECT_EQ(RunCommand(CommandExit), 1);
+    EXPECT_EQ(NameIn("bank.syx"), std::string(10, '\0'));
+}
+
+TEST_F(WhatASaveReplaces, AnEmptyListOfAnotherInstrumentIsNotSaved) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    BuiltinMidi midi;
+    TheShellWindow.ShowSelectSynthBox = [] { return 1; };
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_EQ(RunCommand(CommandSelectSynth), 1);
+    CurrentDriverId = Dx7DriverId;
+    desktop.ExpectMessage("There are no voices in the list." + NothingSaved);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(RunCommand(CommandExit), 1); // there is nothing that could be saved
+    EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, VoicesThatUndoBringsBackBehindAnotherInstrumentAreTheFilesOwn) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    BuiltinMidi midi;
+    TheShellWindow.ShowSelectSynthBox = [] { return 1; };
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_EQ(RunCommand(CommandSelectSynth), 1);
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    CurrentDriverId = Dx7DriverId;
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, ANameOfAnotherFamilyIsNotTakenFromTheDialog) {
+    OpenBank();
+    ExpectSaveDialog(home.File("a.srx"), home.File("bank.syx"));
+    EXPECT_EQ(RunCommand(CommandSaveAs), 1); // a file that can never be opened
+    SwitchOn();
+    PendingOpenPath = home.File("bank.syx");
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    const std::string question =
+        "The name b.srx stands for a bank for the " + RefaceName +
+        ", but the voices in the list are for the " + Dx7Name +
+        ".\n\nClick on Save as to save the voices under another name.\n\nClick on Cancel to return "
+        "to the main window of Tonewright.";
+    ExpectSaveDialog(home.File("b.srx"), home.File("bank.syx"));
+    desktop.Expect(
+        ExpectedMessage{.text = question, .buttons = {"Save as", "Cancel"}, .answer = ResultYes});
+    ExpectSaveDialog(home.File("b.srx"), home.File("bank.syx"));
+    desktop.Expect(ExpectedMessage{
+        .text = question, .buttons = {"Save as", "Cancel"}, .answer = ResultCancel});
+    EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+    EXPECT_FALSE(home.Holds("b.srx"));
+    EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+}
+
+TEST_F(WhatASaveReplaces, ASaveThatFailedUnderANewNameCanBeTriedAgain) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    const std::string path = home.File("folder/mine.syx");
+    ExpectSaveDialog(path, home.File("bank.syx"));
+    desktop.ExpectMessage(WriteError + "\n\n" + path + ": No such file or directory.");
+    EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+    fs::create_directory(home.path / "folder");
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("folder/mine.syx"), "CHANGED   ");
+    EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+}
+
+// ---- a command that was to follow a save
+
+class BehindAFailedSave : public Careful {
+protected:
+    void SetUp() override {
+        Careful::SetUp();
+        OpenBank();
+        Change();
+        CurrentDocumentPath = home.File("gone/bank.syx");
+        TheDocumentFile.path = CurrentDocumentPath;
+        TheShellWindow.ShowSelectSynthBox = [this] {
+            ++boxes;
+            return 0;
+        };
+    }
+    void ExpectFailedSave() {
+        desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+        desktop.ExpectMessage(CarefulMode != 0 ? WriteError + "\n\n" + CurrentDocumentPath +
+                                                     ": No such file or directory."
+                                               : WriteError);
+    }
+    int boxes = 0;
+};
+
+TEST_F(BehindAFailedSave, TheCommandGoesOnWithTheModeOff) {
+    ExpectFailedSave();
+    EXPECT_EQ(RunCommand(CommandExit), 1);
+    EXPECT_EQ(closes, 1);
+    ExpectFailedSave();
+    RunCommand(CommandSelectSynth);
+    EXPECT_EQ(boxes, 1);
+    ExpectFailedSave();
+    EXPECT_EQ(RunCommand(CommandClear), 1);
+    EXPECT_EQ(ListCount(MainList), 0);
+}
+
+TEST_F(BehindAFailedSave, EveryCommandThatAsksStaysInCarefulMode) {
+    SwitchOn();
+    PendingOpenPath = home.Write("other.syx", TestBank());
+    for (const int command :
+         {CommandExit, CommandOpen, CommandClear, CommandSelectSynth, CommandDownload}) {
+        ExpectFailedSave();
+        EXPECT_EQ(RunCommand(command), 0) << command;
+        EXPECT_EQ(NameAt(0), "CHANGED") << command;
+        EXPECT_TRUE(MainListState.dirty);
+    }
+    EXPECT_EQ(closes, 0);
+    EXPECT_EQ(boxes, 0);
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_EQ(RunCommand(CommandExit), 1);
+}
+
+TEST_F(BehindAFailedSave, ACancelledDialogOfTheSaveStaysToo) {
+    CurrentDocumentPath = "Untitled.syx";
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+    ExpectSaveDialog(std::nullopt, "Untitled.syx");
+    EXPECT_EQ(RunCommand(CommandExit), 1);
+    SwitchOn();
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+    ExpectSaveDialog(std::nullopt, "Untitled.syx");
+    EXPECT_EQ(RunCommand(CommandExit), 0);
+    EXPECT_EQ(closes, 1);
+}
+
+// ---- a search that finds nothing
+
+TEST_F(Careful, AFailedFindLeavesNoInstrumentWithTheModeOff) {
+    BuiltinMidi midi;
+    OpenBank();
+    SelectKeyboardMidiIn = SelectKeyboardMidiOut = "no such port";
+    RunCommand(CommandFind);
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+}
+
+TEST_F(Careful, AFailedFindKeepsTheInstrumentOfTheVoices) {
+    SwitchOn();
+    BuiltinMidi midi;
+    OpenBank();
+    Change();
+    SelectKeyboardMidiIn = SelectKeyboardMidiOut = "no such port";
+    RunCommand(CommandFind);
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(MidiOutPort, NoMidiDevice);
+    EXPECT_EQ(desktop.statusTexts, Strings{Dx7Name});
+    EXPECT_TRUE(CommandAllowed(CommandUpload));
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("bank.syx"), "CHANGED   ");
+}
+
+TEST_F(Careful, AFailedFindForAnEmptyListLeavesNoInstrument) {
+    SwitchOn();
+    BuiltinMidi midi;
+    CurrentDriverId = Dx7DriverId;
+    SelectKeyboardMidiIn = SelectKeyboardMidiOut = "no such port";
+    RunCommand(CommandFind);
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+}
+
+// ---- the clicked row
+
+TEST_F(Careful, TheClickedRowIsForgottenInCarefulModeAlone) {
+    MainListState.clickedIndex = 7;
+    CarefulForgetClickedRow();
+    EXPECT_EQ(MainListState.clickedIndex, 7);
+    SwitchOn();
+    CarefulForgetClickedRow();
+    EXPECT_EQ(MainListState.clickedIndex, -1);
+}
+
+// ---- uploads
+
+class CarefulUpload : public Careful {
+protected:
+    void SetUp() override {
+        Careful::SetUp();
+        OpenBank();
+        SelectKeyboardMidiIn = SelectKeyboardMidiOut = "DX7";
+        ASSERT_EQ(RunCommand(CommandFind), 1);
+        memory = MemoryOf(BuiltinInstrument::Dx7);
+        Forget();
+    }
+    void ExpectQuestion(int answer) {
+        desktop.ExpectYesNo("The 32 voices in the memory of your " + Dx7Name +
+                                " are about to be replaced by those in the list. The present ones "
+                                "will be lost, unless you have saved them.\n\nDo you wish to "
+                                "replace them?",
+                            answer);
+    }
+    BuiltinMidi midi;
+    std::vector<std::uint8_t> memory;
+};
+
+TEST_F(CarefulUpload, AsksNothingWithTheModeOff) {
+    EXPECT_EQ(RunCommand(CommandUpload), 1);
+    EXPECT_NE(MemoryOf(BuiltinInstrument::Dx7), memory);
+}
+
+TEST_F(CarefulUpload, IsAskedAboutInCarefulMode) {
+    SwitchOn();
+    ExpectQuestion(ResultNo);
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+    EXPECT_EQ(MemoryOf(BuiltinInstrument::Dx7), memory);
+    EXPECT_TRUE(desktop.sounds.empty());
+    ExpectQuestion(ResultYes);
+    EXPECT_EQ(RunCommand(CommandUpload), 1);
+    EXPECT_NE(MemoryOf(BuiltinInstrument::Dx7), memory);
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+}
+
+TEST_F(CarefulUpload, ThatCannotBeginIsSilentWithTheModeOff) {
+    FaultsOf(BuiltinInstrument::Dx7).outputDoesNotOpen = true;
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+    MainListState.clickedIndex = 4;
+    desktop.ExpectMessage("There has been an error uploading VOICE 05");
+    EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
+}
+
+TEST_F(CarefulUpload, ThatCannotBeginSaysWhy) {
+    SwitchOn();
+    FaultsOf(BuiltinInstrument::Dx7).outputDoesNotOpen = true;
+    const std::string port = TheMidi.Pm_GetDeviceInfo(MidiOutPort)->name;
+    const std::string reason =
+        "\n\nThe MIDI port " + port + " could not be opened. Another program may be using it.";
+    ExpectQuestion(ResultYes);
+    desktop.ExpectMessage("There has been an error uploading the voices." + reason);
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+    MainListState.clickedIndex = 4;
+    desktop.ExpectMessage("There has been an error uploading VOICE 05" + reason);
+    EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
+    MidiOutPort = NoMidiDevice;
+    ExpectQuestion(ResultYes);
+    desktop.ExpectMessage(
+        "There has been an error uploading the voices.\n\nThe MIDI output to the " + Dx7Name +
+        " has not been found. Please check that your synthesizer is connected "
+        "and switched on, and click on Find synthesizer in the Edit menu.");
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+}
+
+TEST_F(CarefulUpload, OfAVoiceThatIsNotAnsweredSaysSo) {
+    SwitchOn();
+    SelectKeyboardAutodetect = 1;
+    CurrentDriverId = RefaceDriverId;
+    ListSetVoice(MainList, 0, RefaceDxVoice(9));
+    RunCommand(CommandFind);
+    ASSERT_NE(MidiOutPort, NoMidiDevice);
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
+    MainListState.clickedIndex = 0;
+    const auto expect = [&](const std::string &reason) {
+        desktop.ExpectMessage("There has been an error uploading " +
+                              std::string(VoiceObjectName(*ListVoice(MainList, 0))) + "\n\n" +
+                              reason);
+        EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
+    };
+    desktop.ExpectMessage("Invalid system common.");
+    expect("The " + RefaceName + " did not answer.");
+    FaultsOf(BuiltinInstrument::Reface).inputDoesNotOpen = true;
+    MainListState.clickedIndex = 0;
+    expect("The MIDI port " + std::string(TheMidi.Pm_GetDeviceInfo(MidiInPort)->name) +
+           " could not be opened. Another program may be using it.");
+    MidiInPort = NoMidiDevice;
+    MainListState.clickedIndex = 0;
+    expect("The MIDI input from the " + RefaceName +
+           " has not been found. Please check that your synthesizer is connected and switched on, "
+           "and click on Find synthesizer in the Edit menu.");
+}
+
+// ---- messages of failure
+
+TEST_F(Careful, AFailedOpenSaysWhy) {
+    const auto open = [this](const std::string &name, const std::string &reason) {
+        PendingOpenPath = home.File(name);
+        desktop.ExpectMessage(ReadError + "\n\n" + home.File(name) + ": " + reason + ".");
+        EXPECT_EQ(RunCommand(CommandOpen), 0) << name;
+    };
+    SwitchOn();
+    open("missing.syx", "not readable: No such file or directory");
+    home.WriteText("song.mid", "no bank");
+    open("song.mid", "its name does not end as that of a bank");
+    home.Write("one.sy1", TestVoiceFile());
+    open("one.sy1", "it holds a single voice, for Import in the menu of a voice, and no bank");
+    auto bank = TestBank();
+    bank[4102] ^= 1;
+    home.Write("sum.syx", bank);
+    desktop.ExpectYesNo(
+        "The data in the document sum.syx may be damaged.\n\nDo you wish to open it "
+        "anyway?",
+        ResultNo);
+    open("sum.syx", "wrong checksum, and the answer was not to open it");
+}
+
+TEST_F(Careful, AFailedSaveSaysWhy) {
+    SwitchOn();
+    OpenBank();
+    CreateBackups = 1;
+    fs::create_directory("Backup of bank.syx");
+    desktop.ExpectYesNo(BackupQuestion, ResultNo);
+    desktop.ExpectMessage(WriteError + "\n\n" + home.File("bank.syx") +
+                          ": the answer was not to go on without a backup.");
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+}
+
+TEST_F(Careful, APathThatIsTooLongIsToldInFull) {
+    SwitchOn();
+    OpenBank();
+    const std::string path = "/" + std::string(300, 'a') + ".syx";
+    const std::string reason = "\n\n" + path + ": File name too long.";
+    ExpectSaveDialog(path, home.File("bank.syx"));
+    desktop.ExpectMessage(WriteError + reason);
+    EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Open, .answer = path});
+    desktop.ExpectMessage(ReadError + reason);
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import, .answer = path});
+    desktop.ExpectMessage("There has been an error importing VOICE 01" + reason);
+    EXPECT_EQ(RunCommand(CommandImport), 0);
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Export, .answer = path});
+    desktop.ExpectMessage("There has been an error exporting VOICE 01" + reason);
+    EXPECT_EQ(RunCommand(CommandExport), 0);
+}
+
+TEST_F(Careful, FailuresOfSingleVoicesSayWhy) {
+    SwitchOn();
+    OpenBank();
+    const std::string path = home.File("none/a.sy1");
+    MainListState.clickedIndex = 2;
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Export, .answer = path});
+    desktop.ExpectMessage("There has been an error exporting VOICE 03\n\n" + path +
+                          ": No such file or directory.");
+    EXPECT_EQ(RunCommand(CommandExport), 0);
+    MainListState.clickedIndex = 2;
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import, .answer = path});
+    desktop.ExpectMessage("There has been an error importing VOICE 03\n\n" + path +
+                          ": not readable: No such file or directory.");
+    EXPECT_EQ(RunCommand(CommandImport), 0);
+    desktop.ExpectMessage("Import error\n\n" + path + ": not readable: No such file or directory.");
+    DropFiles({path});
+}
+
+// ---- a cancelled import
+
+TEST_F(Careful, ACancelledImportMarksNothing) {
+    SwitchOn();
+    OpenBank();
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import, .answer = std::nullopt});
+    EXPECT_EQ(RunCommand(CommandImport), 1);
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_TRUE(desktop.sounds.empty());
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import,
+                                      .answer = home.Write("piano.sy1", TestVoiceFile())});
+    EXPECT_EQ(RunCommand(CommandImport), 1);
+    EXPECT_TRUE(MainListState.dirty);
+    CarefulMode = 0;
+    MainListState.dirty = false;
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import, .answer = std::nullopt});
+    EXPECT_EQ(RunCommand(CommandImport), 1);
+    EXPECT_TRUE(MainListState.dirty);
+}
+
+} // namespace
+} // namespace tonewright
