@@ -210,7 +210,7 @@ int ListRowOfLetter(const ListBox &box, std::string &typed, std::string_view let
 }
 
 void ListDragPress(const ListBox &box, ListDrag &drag, int row) {
-    drag = {.row = row, .onSelected = row == box.selection, .begun = false};
+    drag = {.row = row, .onSelected = row == box.selection};
 }
 
 void ListDragMove(const ListBox &box, ListDrag &drag, PicturePoint point, int width) {
@@ -218,16 +218,17 @@ void ListDragMove(const ListBox &box, ListDrag &drag, PicturePoint point, int wi
     const bool inside =
         point.x >= row.left && point.x < row.right && point.y >= row.top && point.y < row.bottom;
     drag.begun = drag.begun || !inside;
+    drag.cursor = point;
 }
 
-bool ListDragScroll(ListBox &box, const ListDrag &drag, int y, int height) {
-    const bool above = y < 0;
-    const bool below = y >= height;
-    if (drag.row == NoRow || (!above && !below)) {
-        return false;
+bool ListDragAtEdge(const ListDrag &drag, int height) {
+    return drag.row != NoRow && (drag.cursor.y < 0 || drag.cursor.y >= height);
+}
+
+void ListDragScroll(ListBox &box, const ListDrag &drag, int height) {
+    if (ListDragAtEdge(drag, height)) {
+        ListSetTopRow(box, box.topRow + (drag.cursor.y < 0 ? -1 : 1));
     }
-    ListSetTopRow(box, box.topRow + (above ? -1 : 1));
-    return true;
 }
 
 } // namespace tonewright

@@ -97,15 +97,19 @@ int ListRowOfLetter(const ListBox &box, std::string &typed, std::string_view let
 
 // The left button held on a row, to drag it to another place.
 struct ListDrag {
-    int row = NoRow;         // where the button went down; NoRow while it is not held
-    bool onSelected = false; // that row was selected already
-    bool begun = false;      // the cursor has left the row; for good, also when it comes back
+    int row = NoRow;          // where the button went down; NoRow while it is not held
+    bool onSelected = false;  // that row was selected already
+    bool begun = false;       // the cursor has left the row; for good, also when it comes back
+    PicturePoint cursor = {}; // in the view, where it was last
 };
 void ListDragPress(const ListBox &box, ListDrag &drag, int row);
 // Follows the cursor within a view of that width.
 void ListDragMove(const ListBox &box, ListDrag &drag, PicturePoint point, int width);
-// Scrolls by one row when the cursor, at `y`, stands above or below a view of that height. True
-// while it does and the button is held: the view calls again after a while.
-bool ListDragScroll(ListBox &box, const ListDrag &drag, int y, int height);
+// True while the cursor of a held row rests above or below a view of that height: the list scrolls
+// towards it by a row each so many milliseconds, however often the mouse moves.
+bool ListDragAtEdge(const ListDrag &drag, int height);
+constexpr int ListEdgeScrollMilliseconds = 80;
+// Scrolls by that row.
+void ListDragScroll(ListBox &box, const ListDrag &drag, int height);
 
 } // namespace tonewright

@@ -221,19 +221,28 @@ TEST(ListBox, ADragBeginsWhenTheCursorLeavesTheRowAndNeverEndsByComingBack) {
 TEST(ListBox, AHeldRowScrollsTheListAboveAndBelowTheView) {
     ListBox box = BoxOf(10, 5);
     ListDrag drag;
-    EXPECT_FALSE(ListDragScroll(box, drag, 100, 100)) << "nothing is held";
+    const auto scrolls = [&](int y) {
+        ListDragMove(box, drag, {10, y}, 300);
+        const int top = box.topRow;
+        const bool atEdge = ListDragAtEdge(drag, 100);
+        EXPECT_EQ(box.topRow, top) << "a move scrolls nothing";
+        ListDragScroll(box, drag, 100);
+        return atEdge;
+    };
+    EXPECT_FALSE(scrolls(100)) << "nothing is held";
     EXPECT_EQ(box.topRow, 0);
     ListDragPress(box, drag, 1);
-    EXPECT_TRUE(ListDragScroll(box, drag, 100, 100));
+    EXPECT_FALSE(ListDragAtEdge(drag, 100));
+    EXPECT_TRUE(scrolls(100));
     EXPECT_EQ(box.topRow, 1);
-    EXPECT_FALSE(ListDragScroll(box, drag, 99, 100));
-    EXPECT_FALSE(ListDragScroll(box, drag, 0, 100));
+    EXPECT_FALSE(scrolls(99));
+    EXPECT_FALSE(scrolls(0));
     EXPECT_EQ(box.topRow, 1);
     ListSetTopRow(box, 3);
-    EXPECT_TRUE(ListDragScroll(box, drag, -1, 100));
+    EXPECT_TRUE(scrolls(-1));
     EXPECT_EQ(box.topRow, 2);
     ListSetTopRow(box, 0);
-    EXPECT_TRUE(ListDragScroll(box, drag, -1, 100)) << "it may go on in vain";
+    EXPECT_TRUE(scrolls(-1)) << "it may go on in vain";
     EXPECT_EQ(box.topRow, 0);
 }
 

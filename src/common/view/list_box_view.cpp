@@ -19,7 +19,6 @@
 namespace tonewright {
 namespace {
 
-constexpr int EdgeScrollMilliseconds = 80;
 constexpr int DragCursorNumber = 9001;
 constexpr int DragCursorSize = 32;
 
@@ -102,10 +101,11 @@ ListBoxView::ListBoxView(ListBox &shown, ListBoxOwner shownOwner, QWidget *paren
     setAttribute(Qt::WA_InputMethodEnabled, false); // letters select rows, nothing is written
     viewport()->setAutoFillBackground(false);
     setModel(new RowModel(box, owner, this));
-    edgeTimer.setInterval(EdgeScrollMilliseconds);
+    edgeTimer.setTimerType(Qt::PreciseTimer);
+    edgeTimer.setInterval(ListEdgeScrollMilliseconds);
     QObject::connect(&edgeTimer, &QTimer::timeout, this, [this] {
         if (QGuiApplication::mouseButtons() & Qt::LeftButton) {
-            ScrollAtEdges(viewport()->mapFromGlobal(QCursor::pos()));
+            ListDragScroll(box, drag, viewport()->height());
         } else {
             EndPress();
         }
@@ -289,8 +289,12 @@ void ListBoxView::mouseMoveEvent(QMouseEvent *event) {
         return;
     }
     const QPoint point = event->position().toPoint();
-    ScrollAtEdges(point);
     ListDragMove(box, drag, {.x = point.x(), .y = point.y()}, viewport()->width());
+    if (!ListDragAtEdge(drag, viewport()->height())) {
+        edgeTimer.stop();
+    } else if (!edgeTimer.isActive()) {
+        edgeTimer.start();
+    }
     if (drag.begun) {
         viewport()->setCursor(viewport()->rect().contains(point) ? DragCursor()
                                                                  : QCursor(Qt::ForbiddenCursor));
@@ -336,14 +340,6 @@ void ListBoxView::contextMenuEvent(QContextMenuEvent *event) {
 void ListBoxView::wheelEvent(QWheelEvent *event) {
     ListScrollByWheel(box, event->angleDelta().y());
     event->accept();
-}
-
-void ListBoxView::ScrollAtEdges(QPoint point) {
-    if (!ListDragScroll(box, drag, point.y(), viewport()->height())) {
-        edgeTimer.stop();
-    } else if (!edgeTimer.isActive()) {
-        edgeTimer.start();
-    }
 }
 
 void ListBoxView::EndPress() {

@@ -87,7 +87,6 @@ private:
     void FollowScrolling();
     void FollowSelection();
     void SelectByUser(int row);
-    void ScrollAtEdges(QPoint point);
     void EndPress();
 
     ListBox &box;
@@ -97,7 +96,7 @@ private:
     std::string typed;        // letters of a name, in quick succession
     qint64 lastLetter = 0;    // when the last of them came, in milliseconds
     ListDrag drag;
-    QTimer edgeTimer; // scrolls on while a drag rests above or below the rows
+    QTimer edgeTimer; // scrolls while a drag rests above or below the rows
 };
 
 } // namespace tonewright

@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
@@ -230,7 +231,7 @@ TEST_F(ListBoxViewTest, ADragThatRestsBelowTheRowsScrollsOn) {
     const QPoint below(10, Viewport()->height() + 5);
     QCursor::setPos(Viewport()->mapToGlobal(below));
     Move(below);
-    EXPECT_EQ(box.topRow, 1);
+    EXPECT_EQ(box.topRow, 0);
     // Nothing moves but time.
     EXPECT_TRUE(QTest::qWaitFor([this] { return box.topRow >= 4; }));
     EXPECT_TRUE(held);
@@ -241,6 +242,32 @@ TEST_F(ListBoxViewTest, ADragThatRestsBelowTheRowsScrollsOn) {
     EXPECT_EQ(box.topRow, top);
 }
 
+TEST_F(ListBoxViewTest, ADragScrollsARowEach80MillisecondsHoweverOftenTheMouseMoves) {
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      Viewport()->mapTo(&window, PointOf(3)));
+    QElapsedTimer timer;
+    timer.start();
+    std::vector<qint64> times; // of each row, in milliseconds
+    for (int move = 0; box.topRow < 6 && timer.elapsed() < 3000; ++move) {
+        Move(QPoint(10 + move % 50, Viewport()->height() + move % 7));
+        QCoreApplication::processEvents();
+        ASSERT_LE(box.topRow, static_cast<int>(times.size()) + 1);
+        if (box.topRow > static_cast<int>(times.size())) {
+            times.push_back(timer.elapsed());
+        }
+    }
+    ASSERT_EQ(times.size(), 6u) << "it is too slow";
+    for (std::size_t row = 0; row < times.size(); ++row) {
+        EXPECT_GE(times[row], 80 * (static_cast<qint64>(row) + 1) - 1) << row;
+    }
+    // Back among the rows it stands still.
+    Move(PointOf(box.topRow + 2));
+    const int top = box.topRow;
+    QTest::qWait(200);
+    EXPECT_EQ(box.topRow, top);
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton);
+}
+
 TEST_F(ListBoxViewTest, ADragWhoseReleaseWentElsewhereEnds) {
     // Sent to the list alone: the toolkit knows of no button that is down.
     const QPoint point = PointOf(3);
@@ -248,10 +275,9 @@ TEST_F(ListBoxViewTest, ADragWhoseReleaseWentElsewhereEnds) {
                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(Viewport(), &press);
     Move(QPoint(10, Viewport()->height() + 5));
-    EXPECT_EQ(box.topRow, 1);
     EXPECT_TRUE(held);
     EXPECT_TRUE(QTest::qWaitFor([this] { return !held; }));
-    EXPECT_EQ(box.topRow, 1);
+    EXPECT_EQ(box.topRow, 0);
     EXPECT_TRUE(drops.empty());
     EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
     Move(PointOf(5)); // no drag any more
@@ -260,15 +286,14 @@ TEST_F(ListBoxViewTest, ADragWhoseReleaseWentElsewhereEnds) {
 
 TEST_F(ListBoxViewTest, ARowIsDraggedFarBelowTheView) {
     ListSetTopRow(box, 60000);
-    Press(60003);
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      Viewport()->mapTo(&window, PointOf(60003)));
     Move(PointOf(60004));
-    const QPoint below(10, Viewport()->height() + 5);
-    Move(below);
-    Move(below);
-    EXPECT_EQ(box.topRow, 60002);
-    Move(PointOf(60008));
-    Release(PointOf(60008));
-    EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{60003, 60008}}));
+    Move(QPoint(10, Viewport()->height() + 5));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return box.topRow >= 60002; }));
+    Move(PointOf(60011));
+    Release(PointOf(60011));
+    EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{60003, 60011}}));
     EXPECT_FALSE(held);
 }
 

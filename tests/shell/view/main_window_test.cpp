@@ -185,12 +185,13 @@ TEST_F(MainWindowTest, ADragOutOfTheListShowsTheForbiddenCursorAndDropsNothing) 
 
 TEST_F(MainWindowTest, ADragBelowTheListScrollsIt) {
     OpenBank();
-    QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(3));
-    SendMove(QPoint(50, Viewport()->height() + 5));
-    SendMove(QPoint(50, Viewport()->height() + 6));
-    EXPECT_EQ(MainList.topRow, 2);
-    QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier,
-                        QPoint(50, Viewport()->height() + 6));
+    const auto inWindow = [&](QPoint point) { return Viewport()->mapTo(window.get(), point); };
+    const QPoint below(50, Viewport()->height() + 5);
+    QTest::mousePress(window->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      inWindow(RowPoint(3)));
+    SendMove(below);
+    EXPECT_TRUE(QTest::qWaitFor([] { return MainList.topRow == 2; }));
+    QTest::mouseRelease(window->windowHandle(), Qt::LeftButton, Qt::NoModifier, inWindow(below));
     EXPECT_EQ(UndoCount(), 0);
 }
 
