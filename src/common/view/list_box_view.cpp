@@ -232,17 +232,20 @@ void ListBoxView::paintEvent(QPaintEvent *event) {
         if (!area.intersects(event->rect())) {
             continue;
         }
-        const bool selected = row == box.selection && box.enabled;
+        // While the list is disabled the selected row has the ground and the text of any other, but
+        // its owner still paints it as selected.
+        const bool selected = row == box.selection;
+        const bool highlighted = selected && box.enabled;
         const QPalette &colours = palette();
         painter.save();
         painter.setClipRect(area);
-        if (selected) {
+        if (highlighted) {
             painter.fillRect(area, colours.color(QPalette::Active, QPalette::Highlight));
         }
-        painter.setPen(!box.enabled
-                           ? colours.color(QPalette::Disabled, QPalette::Text)
-                           : (selected ? colours.color(QPalette::Active, QPalette::HighlightedText)
-                                       : QColor(Qt::black)));
+        painter.setPen(
+            !box.enabled ? colours.color(QPalette::Disabled, QPalette::Text)
+                         : (highlighted ? colours.color(QPalette::Active, QPalette::HighlightedText)
+                                        : QColor(Qt::black)));
         Tell(owner.paint,
              ListRowPainting{.painter = painter, .area = area, .row = row, .selected = selected});
         painter.restore();

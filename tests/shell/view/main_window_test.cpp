@@ -407,11 +407,26 @@ TEST_F(MainWindowTest, ADisabledListIsGreyOnWhite) {
         }
     }
     EXPECT_TRUE(greyFound);
-    // The picture of the algorithm stands on white as well.
+    ListEnable(MainList, true);
+}
+
+TEST_F(MainWindowTest, TheSelectedRowOfADisabledListShowsItsPictureInTheHighlightColours) {
+    OpenBank();
+    ListSelect(MainList, 2);
     const QColor highlight = window->palette().color(QPalette::Active, QPalette::Highlight);
+    const QImage enabled = Viewport()->grab(list->RowRectangle(2)).toImage();
+    ListEnable(MainList, false);
+    const QImage image = Viewport()->grab(list->RowRectangle(2)).toImage();
+    const QImage other = Viewport()->grab(list->RowRectangle(3)).toImage();
+    // The picture's rectangle: from 280 to 24 before the right edge, 4 from top and bottom.
+    const QRect picture(QPoint(280, 4), QPoint(image.width() - 25, image.height() - 5));
+    EXPECT_EQ(image.copy(picture), enabled.copy(picture));
     for (int x = 0; x < image.width(); ++x) {
         for (int y = 0; y < image.height(); ++y) {
-            ASSERT_NE(image.pixelColor(x, y), highlight) << x << ' ' << y;
+            if (!picture.contains(x, y)) {
+                ASSERT_NE(image.pixelColor(x, y), highlight) << x << ' ' << y;
+            }
+            ASSERT_NE(other.pixelColor(x, y), highlight) << x << ' ' << y;
         }
     }
     ListEnable(MainList, true);
