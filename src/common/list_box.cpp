@@ -214,11 +214,19 @@ void ListDragPress(const ListBox &box, ListDrag &drag, int row) {
 }
 
 void ListDragMove(const ListBox &box, ListDrag &drag, PicturePoint point, int width) {
+    if (drag.row == NoRow) {
+        return;
+    }
     const Rectangle row = ListRowRectangle(box, drag.row, width);
     const bool inside =
         point.x >= row.left && point.x < row.right && point.y >= row.top && point.y < row.bottom;
     drag.begun = drag.begun || !inside;
     drag.cursor = point;
+}
+
+int ListDragTarget(const ListBox &box, const ListDrag &drag, int width, int height) {
+    const int row = ListRowAt(box, drag.cursor, width, height);
+    return drag.begun && row != drag.row ? row : NoRow;
 }
 
 bool ListDragAtEdge(const ListDrag &drag, int height) {

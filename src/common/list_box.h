@@ -103,8 +103,10 @@ struct ListDrag {
     PicturePoint cursor = {}; // in the view, where it was last
 };
 void ListDragPress(const ListBox &box, ListDrag &drag, int row);
-// Follows the cursor within a view of that width.
+// Follows the cursor within a view of that width, while a row is held.
 void ListDragMove(const ListBox &box, ListDrag &drag, PicturePoint point, int width);
+// The row above which the held row will land when it is let go now; NoRow where nothing will move.
+int ListDragTarget(const ListBox &box, const ListDrag &drag, int width, int height);
 // True while the cursor of a held row rests above or below a view of that height: the list scrolls
 // towards it by a row each so many milliseconds, however often the mouse moves.
 bool ListDragAtEdge(const ListDrag &drag, int height);

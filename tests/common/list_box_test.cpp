@@ -218,6 +218,32 @@ TEST(ListBox, ADragBeginsWhenTheCursorLeavesTheRowAndNeverEndsByComingBack) {
     EXPECT_FALSE(drag.begun);
 }
 
+TEST(ListBox, ADraggedRowLandsAboveTheRowUnderTheCursor) {
+    ListBox box = BoxOf(10, 5, 2);
+    ListSetItemHeight(box, 20);
+    ListSetTopRow(box, 2); // rows 2 to 6 are shown
+    ListDrag drag;
+    const auto target = [&](int x, int y) {
+        ListDragMove(box, drag, {x, y}, 300);
+        return ListDragTarget(box, drag, 300, 100);
+    };
+    EXPECT_EQ(target(10, 50), NoRow) << "nothing is held";
+    ListDragPress(box, drag, 4);
+    EXPECT_EQ(ListDragTarget(box, drag, 300, 100), NoRow) << "not moved yet";
+    EXPECT_EQ(target(10, 41), NoRow) << "not begun";
+    EXPECT_EQ(target(10, 39), 3);
+    EXPECT_EQ(target(10, 0), 2);
+    EXPECT_EQ(target(10, 45), NoRow) << "on itself";
+    EXPECT_EQ(target(10, 60), 5);
+    EXPECT_EQ(target(299, 99), 6);
+    EXPECT_EQ(target(300, 99), NoRow) << "beside the rows";
+    EXPECT_EQ(target(10, 100), NoRow) << "below the view";
+    EXPECT_EQ(target(10, -1), NoRow) << "above the view";
+    EXPECT_EQ(target(10, 99), 6);
+    ListSetTopRow(box, 3);
+    EXPECT_EQ(ListDragTarget(box, drag, 300, 100), 7) << "the list moves under the cursor";
+}
+
 TEST(ListBox, AHeldRowScrollsTheListAboveAndBelowTheView) {
     ListBox box = BoxOf(10, 5);
     ListDrag drag;

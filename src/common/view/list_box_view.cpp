@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -78,6 +79,27 @@ std::optional<ListKey> ListKeyOf(int key) {
     default:
         return std::nullopt;
     }
+}
+
+// A line across the view with an arrow head at either end, white around black, so that it shows on
+// any row; `y`: the edge between two rows, which it covers half and half, but it stays in the view.
+void DrawDropLine(QPainter &painter, const QRect &view, int y) {
+    constexpr int Weight = 2, Halo = 1, Head = 7;
+    const int middle = std::clamp(y, Weight / 2, view.height() - Weight / 2);
+    QPainterPath line;
+    line.addRect(0, middle - Weight / 2, view.width(), Weight);
+    QPainterPath heads;
+    for (const int side : {1, -1}) {
+        const int left = side > 0 ? 0 : view.width();
+        heads.addPolygon(
+            QPolygonF({QPointF(left, middle - Head), QPointF(left + side * Head, middle),
+                       QPointF(left, middle + Head)}));
+        heads.closeSubpath();
+    }
+    const QPainterPath shape = line.united(heads);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.strokePath(shape, QPen(Qt::white, 2 * Halo));
+    painter.fillPath(shape, Qt::black);
 }
 
 template <typename Function, typename... Arguments>
@@ -250,6 +272,15 @@ void ListBoxView::paintEvent(QPaintEvent *event) {
              ListRowPainting{.painter = painter, .area = area, .row = row, .selected = selected});
         painter.restore();
     }
+    const int target = DragTarget();
+    if (target != NoRow) {
+        DrawDropLine(painter, viewport()->rect(), RowRectangle(target).top());
+    }
+}
+
+int ListBoxView::DragTarget() const {
+    return owner.drop ? ListDragTarget(box, drag, viewport()->width(), viewport()->height())
+                      : NoRow;
 }
 
 void ListBoxView::resizeEvent(QResizeEvent *) {
@@ -288,11 +319,12 @@ void ListBoxView::mousePressEvent(QMouseEvent *event) {
 }
 
 void ListBoxView::mouseMoveEvent(QMouseEvent *event) {
-    if (drag.row == NoRow) {
-        return;
-    }
     const QPoint point = event->position().toPoint();
+    const int formerTarget = DragTarget();
     ListDragMove(box, drag, {.x = point.x(), .y = point.y()}, viewport()->width());
+    if (DragTarget() != formerTarget) {
+        viewport()->update();
+    }
     if (!ListDragAtEdge(drag, viewport()->height())) {
         edgeTimer.stop();
     } else if (!edgeTimer.isActive()) {
@@ -347,7 +379,9 @@ void ListBoxView::wheelEvent(QWheelEvent *event) {
 
 void ListBoxView::EndPress() {
     Tell(owner.hold, false);
-    drag = {};
+    if (std::exchange(drag, {}).begun) {
+        viewport()->update();
+    }
     edgeTimer.stop();
     viewport()->unsetCursor();
 }
@@ -384,6 +418,13 @@ void ListBoxView::focusOutEvent(QFocusEvent *event) {
 }
 
 void ListBoxView::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Escape) {
+        if (drag.row == NoRow) {
+            event->ignore();
+        }
+        EndPress();
+        return;
+    }
     if (ListCount(box) == 0) {
         event->ignore();
         return;

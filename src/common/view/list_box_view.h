@@ -87,6 +87,7 @@ private:
     void FollowScrolling();
     void FollowSelection();
     void SelectByUser(int row);
+    int DragTarget() const;
     void EndPress();
 
     ListBox &box;

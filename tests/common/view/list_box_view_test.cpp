@@ -297,6 +297,70 @@ TEST_F(ListBoxViewTest, ARowIsDraggedFarBelowTheView) {
     EXPECT_FALSE(held);
 }
 
+TEST_F(ListBoxViewTest, ALineShowsAboveWhichRowADraggedOneWillLand) {
+    const int width = Viewport()->width();
+    // The rows of the view that have a line across their upper edge.
+    const auto lines = [&] {
+        const QImage image = Viewport()->grab().toImage();
+        std::vector<int> rows;
+        for (int row = 0; row < ShownRows; ++row) {
+            const int y = row * RowHeight;
+            int black = 0;
+            for (int x = 0; x < width; ++x) {
+                black += image.pixelColor(x, y) == QColor(Qt::black);
+            }
+            if (black > width * 3 / 4) {
+                rows.push_back(box.topRow + row);
+            }
+        }
+        return rows;
+    };
+    ListSetTopRow(box, 100);
+    Press(105);
+    EXPECT_TRUE(lines().empty());
+    Move(PointOf(105) + QPoint(20, 0));
+    EXPECT_TRUE(lines().empty()) << "no drag yet";
+    Move(PointOf(107));
+    EXPECT_EQ(lines(), std::vector{107});
+    Move(PointOf(109) + QPoint(0, RowHeight / 2 - 1));
+    EXPECT_EQ(lines(), std::vector{109});
+    Move(PointOf(100));
+    EXPECT_EQ(lines(), std::vector{100});
+    Move(PointOf(105));
+    EXPECT_TRUE(lines().empty()) << "nothing would move";
+    Move({-20, 10});
+    EXPECT_TRUE(lines().empty()) << "nothing would move";
+    Move(PointOf(103));
+    EXPECT_EQ(lines(), std::vector{103});
+    ListScrollByWheel(box, -120); // other rows under the cursor
+    EXPECT_EQ(lines(), std::vector{104});
+    Release(PointOf(104));
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{105, 104}}));
+}
+
+TEST_F(ListBoxViewTest, EscEndsADragWithNothingMoved) {
+    Press(3);
+    Move(PointOf(6));
+    const QImage dragged = Viewport()->grab().toImage();
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(held);
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
+    EXPECT_NE(Viewport()->grab().toImage(), dragged) << "the line is gone";
+    Move(PointOf(7));
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
+    Release(PointOf(7));
+    EXPECT_TRUE(drops.empty());
+    EXPECT_EQ(clickedAgain, 0);
+    EXPECT_EQ(box.selection, 3);
+}
+
+TEST_F(ListBoxViewTest, EscWithoutADragIsLeftToOthers) {
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, "\x1b");
+    QApplication::sendEvent(view.get(), &escape);
+    EXPECT_FALSE(escape.isAccepted());
+}
+
 TEST_F(ListBoxViewTest, ADragThatLeavesTheListDropsBesideTheRows) {
     Press(2);
     Move({-20, 10});
