@@ -51,6 +51,16 @@ void AuditionRow(int row) {
     }
 }
 
+// The answer is never Move, though the source may propose it: the source would delete its files.
+void AcceptFiles(QDropEvent &event) {
+    if (event.mimeData()->hasUrls()) {
+        // A source that offers no copy is told of no action.
+        event.setDropAction(event.possibleActions() & Qt::CopyAction ? Qt::CopyAction
+                                                                     : Qt::IgnoreAction);
+        event.accept();
+    }
+}
+
 } // namespace
 
 VoiceListView::VoiceListView(QWidget *parent)
@@ -104,15 +114,11 @@ void VoiceListView::ShowContextMenu(int row, QPoint globalPosition) {
 }
 
 void VoiceListView::dragEnterEvent(QDragEnterEvent *event) {
-    if (event->mimeData()->hasUrls()) {
-        event->acceptProposedAction();
-    }
+    AcceptFiles(*event);
 }
 
 void VoiceListView::dragMoveEvent(QDragMoveEvent *event) {
-    if (event->mimeData()->hasUrls()) {
-        event->acceptProposedAction();
-    }
+    AcceptFiles(*event);
 }
 
 void VoiceListView::dropEvent(QDropEvent *event) {
@@ -122,7 +128,7 @@ void VoiceListView::dropEvent(QDropEvent *event) {
             paths.push_back(url.toLocalFile().toStdString());
         }
     }
-    event->acceptProposedAction();
+    AcceptFiles(*event);
     // Queued, so that the file manager does not wait while a question stands.
     Post([paths = std::move(paths)] { DropFiles(paths); });
 }

@@ -552,6 +552,20 @@ TEST_F(MainWindowTest, DroppedVoicesFillTheRowsDownwardFromTheSelection) {
     EXPECT_EQ(desktop.sounds.size(), 1u);
 }
 
+TEST_F(MainWindowTest, ADropNeverAnswersMove) {
+    OpenBank();
+    ClickRow(3);
+    const QStringList paths = {QString::fromStdString(home.Write("a.sy1", TestVoiceFile()))};
+    EXPECT_EQ(DropPaths(paths, Qt::CopyAction), Qt::CopyAction);
+    EXPECT_EQ(DropPaths(paths, Qt::CopyAction | Qt::MoveAction), Qt::CopyAction);
+    // Shift proposes a move.
+    EXPECT_EQ(DropPaths(paths, Qt::CopyAction | Qt::MoveAction, Qt::ShiftModifier), Qt::CopyAction);
+    EXPECT_EQ(DropPaths(paths, Qt::MoveAction), Qt::IgnoreAction); // the only one that it offers
+    RunPosted();
+    EXPECT_EQ(NameAt(3), "E.PIANO 1x");
+    EXPECT_EQ(UndoCount(), 3); // of four drops, as many levels as are kept
+}
+
 TEST_F(MainWindowTest, ADroppedBankFileChangesNothingButCostsALevel) {
     OpenBank();
     const auto before = MainList.items;

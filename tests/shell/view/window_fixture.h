@@ -161,7 +161,10 @@ protected:
         window->MenuAction(command)->trigger();
     }
 
-    void DropPaths(const QStringList &paths) {
+    // Drops files of a source that offers `actions` and proposes what its keys ask for, and returns
+    // what it is answered.
+    Qt::DropAction DropPaths(const QStringList &paths, Qt::DropActions actions = Qt::CopyAction,
+                             Qt::KeyboardModifiers keys = Qt::NoModifier) {
         QMimeData data;
         QList<QUrl> urls;
         for (const QString &path : paths) {
@@ -169,12 +172,18 @@ protected:
         }
         data.setUrls(urls);
         const QPointF point = RowPoint(0);
-        QDragEnterEvent enter(point.toPoint(), Qt::CopyAction, &data, Qt::LeftButton,
-                              Qt::NoModifier);
+        QDragEnterEvent enter(point.toPoint(), actions, &data, Qt::LeftButton, keys);
         QApplication::sendEvent(Viewport(), &enter);
-        ASSERT_TRUE(enter.isAccepted());
-        QDropEvent drop(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        EXPECT_TRUE(enter.isAccepted());
+        EXPECT_NE(enter.dropAction(), Qt::MoveAction);
+        QDragMoveEvent move(point.toPoint(), actions, &data, Qt::LeftButton, keys);
+        QApplication::sendEvent(Viewport(), &move);
+        EXPECT_TRUE(move.isAccepted());
+        EXPECT_NE(move.dropAction(), Qt::MoveAction);
+        QDropEvent drop(point, actions, &data, Qt::LeftButton, keys);
         QApplication::sendEvent(Viewport(), &drop);
+        EXPECT_TRUE(drop.isAccepted());
+        return drop.dropAction();
     }
 
     TempFolder home;
