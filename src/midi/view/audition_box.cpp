@@ -7,6 +7,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
+#include "common/view/window_title.h"
 #include "core/dispatch.h"
 #include "midi/audition.h"
 #include "ui_AuditionBox.h"
@@ -177,8 +178,8 @@ protected:
 private:
     void MakeControls() {
         SetUpBoxControls(*this, HelpTopic);
-        setWindowTitle(
-            QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice))));
+        setWindowTitle(WindowTitleOf(
+            QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice)))));
         for (const KeyPart &part : AuditionKeyParts(KeyboardUnitsWide, KeyboardUnitsHigh)) {
             keys.push_back(new KeyButton(part, state, ui.keyboard)); // a child of the keyboard
         }

@@ -9,6 +9,7 @@
 #include "common/view/status_bar.h"
 #include "common/view/system_colours.h"
 #include "common/view/theme.h"
+#include "common/view/window_title.h"
 #include "core/current.h"
 #include "midi/view/audition_box.h"
 #include "shell/clipboard.h"
@@ -103,7 +104,7 @@ MainWindow::~MainWindow() {
 void MainWindow::ConnectShell() {
     TheShellWindow.window = this;
     TheShellWindow.SetTitle = [this](const std::string &title) {
-        setWindowTitle(QString::fromStdString(title));
+        setWindowTitle(WindowTitleOf(QString::fromStdString(title)));
     };
     TheShellWindow.CommandStatesChanged = [this] { FollowCommands(); };
     TheShellWindow.RepaintList = [this] {

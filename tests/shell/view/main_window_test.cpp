@@ -12,6 +12,7 @@
 #include <QClipboard>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QWindow>
 
 namespace tonewright {
 namespace {
@@ -29,6 +30,14 @@ TEST_F(MainWindowTest, TheTitleNamesTheDocument) {
     EXPECT_EQ(window->windowTitle(), "Tonewright [ Untitled.Twl ]");
     OpenBank();
     EXPECT_EQ(window->windowTitle(), "Tonewright [ bank.syx ]");
+}
+
+TEST_F(MainWindowTest, TheTitleShowsPlaceholdersOfTheToolkitInAFilesName) {
+    for (const std::string name : {"a[*].syx", "[*][*]b.syx", "[*", "[*[*]]"}) {
+        CurrentDocumentPath = home.File(name);
+        RefreshTitle();
+        EXPECT_EQ(window->windowHandle()->title().toStdString(), "Tonewright [ " + name + " ]");
+    }
 }
 
 TEST_F(MainWindowTest, AFileThatCannotBeReadShowsInTheTitleAndTheWindowStaysUp) {
