@@ -211,7 +211,10 @@ void MainWindow::AddBars() {
 
 void MainWindow::AddList() {
     list = new VoiceListView(this);
-    setFont(DialogFont());
+    // Not the window itself: the menu bar has the desktop's font, as its menus have.
+    for (QWidget *child : std::initializer_list<QWidget *>{toolBar, statusBar, list}) {
+        child->setFont(DialogFont());
+    }
     PlaceChildren();
     list->setFocus();
 }
@@ -268,6 +271,13 @@ void MainWindow::paintEvent(QPaintEvent *) {
 
 void MainWindow::resizeEvent(QResizeEvent *) {
     PlaceChildren();
+}
+
+void MainWindow::changeEvent(QEvent *event) {
+    if (event->type() == QEvent::FontChange) {
+        PlaceChildren(); // the menu bar has another height
+    }
+    QWidget::changeEvent(event);
 }
 
 void MainWindow::wheelEvent(QWheelEvent *event) {

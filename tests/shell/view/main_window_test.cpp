@@ -1,6 +1,7 @@
 // The main window as a user meets it.
 #include "window_fixture.h"
 
+#include "common/view/fonts.h"
 #include "common/view/status_bar.h"
 #include "drivers/dx7/voice_codec.h"
 #include "shell/command_queue.h"
@@ -93,6 +94,35 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
     EXPECT_EQ(TextsOf(*titles[3]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
                                         "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
+}
+
+TEST_F(MainWindowTest, MenuBarAndMenusAreInTheDesktopsFont) {
+    QFont desktops = QApplication::font();
+    const QFont former = desktops;
+    desktops.setPointSize(18);
+    QApplication::setFont(desktops);
+    MakeWindow();
+    OpenBank();
+    const auto *bar = window->findChild<QMenuBar *>();
+    const auto looksLike = [](const QFont &font, const QFont &other) {
+        return font.family() == other.family() && font.pointSize() == other.pointSize() &&
+               font.pixelSize() == other.pixelSize() && font.weight() == other.weight();
+    };
+    EXPECT_TRUE(looksLike(bar->font(), desktops)) << bar->font().toString().toStdString();
+    for (const QAction *title : bar->actions()) {
+        if (title->menu()) {
+            EXPECT_TRUE(looksLike(title->menu()->font(), desktops));
+        }
+    }
+    EXPECT_TRUE(WithContextMenu(
+        RowPoint(2), [&](const QMenu &menu) { EXPECT_TRUE(looksLike(menu.font(), desktops)); }));
+    EXPECT_GE(bar->height(), QFontMetrics(desktops).height());
+    // The window's own controls have the font of the dialogs.
+    EXPECT_TRUE(looksLike(list->font(), DialogFont()));
+    QApplication::setFont(former);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(looksLike(bar->font(), former)) << "it follows";
+    EXPECT_EQ(bar->height(), bar->sizeHint().height());
 }
 
 TEST_F(MainWindowTest, NewUndoAndCutAreGreyFromTheStart) {
