@@ -15,8 +15,10 @@
 #include <QDialog>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace tonewright {
 namespace {
@@ -124,6 +126,35 @@ ScrollAction ActionOf(int sliderAction) {
     }
 }
 
+// Turns each notch of the wheel over a scroll bar into one step, upwards to add; parts of a notch
+// add up. The toolkit's own step is as many lines as the desktop scrolls in a text.
+class WheelSteps : public QObject {
+public:
+    explicit WheelSteps(QScrollBar *bar) : QObject(bar), bar(bar) {}
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() != QEvent::Wheel) {
+            return false;
+        }
+        const QPoint turned = static_cast<QWheelEvent *>(event)->angleDelta();
+        const int delta = turned.y() != 0 ? turned.y() : turned.x();
+        if ((delta > 0) != (rest > 0)) {
+            rest = 0; // it has turned round
+        }
+        rest += delta;
+        for (; std::abs(rest) >= Notch; rest -= rest > 0 ? Notch : -Notch) {
+            bar->triggerAction(rest > 0 ? QScrollBar::SliderSingleStepAdd
+                                        : QScrollBar::SliderSingleStepSub);
+        }
+        return true;
+    }
+
+private:
+    static constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
+    QScrollBar *bar;
+    int rest = 0; // turned since the last step
+};
+
 void SetUpBar(const BarRow &row, int position) {
     QScrollBar *bar = row.bar;
     bar->setRange(row.lowest, row.highest);
@@ -143,6 +174,7 @@ void SetUpBar(const BarRow &row, int position) {
     });
     QObject::connect(bar, &QScrollBar::valueChanged, bar,
                      [row, show](int value) { show(row.store(value)); });
+    bar->installEventFilter(new WheelSteps(bar));
 }
 
 class AuditionDialog : public QDialog {

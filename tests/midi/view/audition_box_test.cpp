@@ -18,6 +18,8 @@
 #include <QStyleOptionSlider>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
+#include <QWindow>
 
 #include <functional>
 
@@ -112,7 +114,7 @@ protected:
     FakeMidi midi;
     const int in = midi.AddInput("DX7");
     const int out = midi.AddOutput("DX7");
-    const VoiceObject voice = MakeVoiceObject(Dx7DriverId, TestUnpackedVoice());
+    VoiceObject voice = MakeVoiceObject(Dx7DriverId, TestUnpackedVoice());
 };
 
 TEST_F(AuditionBoxTest, OpensPlaysANoteAndCloses) {
@@ -131,6 +133,44 @@ TEST_F(AuditionBoxTest, OpensPlaysANoteAndCloses) {
 TEST_F(AuditionBoxTest, OnClosingWithNoKeyDownTheCloseSequenceGoesOutAllTheSame) {
     EXPECT_EQ(WithBox([](QDialog &) {}), 1);
     EXPECT_EQ(midi.calls, Joined({Upload, Opening, Closing}));
+}
+
+TEST_F(AuditionBoxTest, TheTitleShowsAPlaceholderOfTheToolkitInAName) {
+    std::ranges::copy(std::string("A[*] B    "), voice.bytes.begin() + VoiceObjectHeaderSize + 145);
+    WithBox([](QDialog &box) { EXPECT_EQ(box.windowHandle()->title(), "Audition A[*] B"); });
+}
+
+TEST_F(AuditionBoxTest, ANotchOfTheWheelIsOneStepOfABar) {
+    WithBox([](QDialog &box) {
+        const auto turn = [](QScrollBar &bar, QPoint delta) {
+            const QPointF point(bar.rect().center());
+            QWheelEvent event(point, bar.mapToGlobal(point), {}, delta, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(&bar, &event);
+        };
+        QScrollBar &octave = Bar(box, 102);
+        QScrollBar &velocity = Bar(box, 101);
+        turn(octave, {0, 120});
+        EXPECT_EQ(AuditionCurrentOctave, 6);
+        turn(octave, {0, -120});
+        turn(octave, {0, -120});
+        EXPECT_EQ(AuditionCurrentOctave, 4);
+        EXPECT_EQ(TextOf(box, 12102), "5");
+        turn(velocity, {0, 360});
+        EXPECT_EQ(AuditionCurrentVelocity, 103);
+        // A wheel may turn in smaller parts, or be another one that turns sideways.
+        for (int part = 0; part < 8; ++part) {
+            turn(velocity, {0, 15});
+            EXPECT_EQ(AuditionCurrentVelocity, part < 7 ? 103 : 104) << part;
+        }
+        turn(velocity, {0, 60});
+        turn(velocity, {0, -60});
+        EXPECT_EQ(AuditionCurrentVelocity, 104);
+        turn(velocity, {0, -60});
+        EXPECT_EQ(AuditionCurrentVelocity, 103);
+        turn(velocity, {120, 0});
+        EXPECT_EQ(AuditionCurrentVelocity, 104);
+    });
 }
 
 TEST_F(AuditionBoxTest, EveryKeyPlaysItsNoteOnBothOfItsParts) {
