@@ -230,15 +230,24 @@ TEST(WriteFileWhole, RemovesWhatAProgramThatWasEndedHasLeft) {
     const TempFolder folder;
     const std::string path = folder.WriteText("file", Former);
     const auto now = std::filesystem::file_time_type::clock::now();
-    for (const char *name : {"file.12.new", "file.x1.new", "file..new", "other.12.new"}) {
+    // Names that are almost those of such files.
+    const char *others[] = {"file.x1.new", "file.1x.new",   "file.:1.new",
+                            "file..new",   "file.10981098", "other1098.new"};
+    for (const char *name : others) {
         std::filesystem::last_write_time(folder.WriteText(name, ""),
                                          now - std::chrono::minutes(61));
     }
+    std::filesystem::last_write_time(folder.WriteText("file.1098.new", ""),
+                                     now - std::chrono::minutes(61));
     std::filesystem::last_write_time(folder.WriteText("file.13.new", ""),
                                      now - std::chrono::minutes(59));
+    std::filesystem::create_directory(folder.File("file.14.new"));
+    std::filesystem::last_write_time(folder.File("file.14.new"), now - std::chrono::minutes(61));
     EXPECT_TRUE(WriteFileWhole(path.c_str(), Fresh));
-    EXPECT_FALSE(folder.Holds("file.12.new"));
-    for (const char *name : {"file", "file.13.new", "file.x1.new", "file..new", "other.12.new"}) {
+    EXPECT_FALSE(folder.Holds("file.1098.new"));
+    EXPECT_TRUE(folder.Holds("file.13.new"));
+    EXPECT_TRUE(folder.Holds("file.14.new"));
+    for (const char *name : others) {
         EXPECT_TRUE(folder.Holds(name)) << name;
     }
 }

@@ -323,17 +323,27 @@ TEST_F(History, AnEntryThatCannotBeOpenedIsReportedAndStaysUntilTheNextStart) {
     EXPECT_TRUE(HistoryEntries().empty());
 }
 
-TEST_F(History, OpenSaveAndSaveAsAddTheDocument) {
+TEST_F(History, OpenSaveAndSaveAsAddTheDocumentWithThePresentTime) {
+    const std::uint32_t before = Now();
+    const auto expectTimes = [&](std::size_t entries) {
+        EXPECT_EQ(Times().size(), entries);
+        for (const std::uint32_t time : Times()) {
+            EXPECT_GE(time, before);
+            EXPECT_LE(time, Now());
+        }
+    };
     OpenBank();
     EXPECT_EQ(Entries(), Strings{"bank.syx"});
+    expectTimes(1);
     desktop.Expect(
         ExpectedFileDialog{.kind = FileDialogKind::Save, .answer = home.File("copy.syx")});
     EXPECT_EQ(RunCommand(CommandSaveAs), 1);
-    EXPECT_EQ(HistoryEntries().size(), 2u);
+    expectTimes(2);
     ShiftClick(0);
     ShiftClick(0);
     EXPECT_EQ(RunCommand(CommandSave), 1);
     EXPECT_EQ(Entries(), Strings{"copy.syx"});
+    expectTimes(1);
 }
 
 TEST_F(History, AFailedOpenAddsNothing) {
