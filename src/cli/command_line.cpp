@@ -4,6 +4,7 @@
 #include "common/text.h"
 
 #include <charconv>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -22,6 +23,17 @@ const CliOptionRow *OptionOfName(std::string_view name) {
     }
     return nullptr;
 }
+
+const CliOptionRow &RowOf(CliOption option) {
+    return CliOptions[static_cast<std::size_t>(option)];
+}
+
+// Options that exclude each other.
+constexpr std::pair<CliOption, CliOption> Opposites[] = {
+    {CliOption::Yes, CliOption::No},
+    {CliOption::Careful, CliOption::NoCareful},
+    {CliOption::WholeDetune, CliOption::NoWholeDetune},
+};
 
 std::optional<int> ReadNumber(std::string_view text, int smallest, int largest) {
     int number = 0;
@@ -46,6 +58,10 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::Channel, "--channel", "N", "the MIDI channel, 1 to 16"},
     {CliOption::Trace, "--trace", nullptr, "print every MIDI message on standard error"},
     {CliOption::Memory, "--memory", "FILE", "keep the memory of the built-in instruments there"},
+    {CliOption::Careful, "--careful", nullptr, "careful mode, whatever Extras.ini says"},
+    {CliOption::NoCareful, "--no-careful", nullptr, "no careful mode, whatever Extras.ini says"},
+    {CliOption::WholeDetune, "--whole-detune", nullptr, "keep all steps of a packed detune"},
+    {CliOption::NoWholeDetune, "--no-whole-detune", nullptr, "read three bits of a packed detune"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};
@@ -85,8 +101,11 @@ std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall 
         call.options[static_cast<std::size_t>(row->option)] = value;
     }
     call.words = arguments.first(words);
-    if (call[CliOption::Yes] && call[CliOption::No]) {
-        return "--yes and --no exclude each other";
+    for (const auto &[one, other] : Opposites) {
+        if (call[one] && call[other]) {
+            return std::string(RowOf(one).name) + " and " + std::string(RowOf(other).name) +
+                   " exclude each other";
+        }
     }
     return std::nullopt;
 }

@@ -16,9 +16,10 @@ constexpr int ExitFailed = 1;    // explained on standard error
 constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
 enum class CliOption : std::size_t {
-    Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Help, Version,
+    Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Careful, NoCareful, WholeDetune,
+    NoWholeDetune, Help, Version,
 };
-constexpr std::size_t CliOptionCount = 12;
+constexpr std::size_t CliOptionCount = 16;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);
@@ -54,7 +55,7 @@ constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
 
 // Sorts the arguments (without the program's name) in place: `call.words` are those that are no
 // options, in their order. The reason in words when an option is not known, or lacks its value or
-// has one that it does not take. "--" ends the options; "-" alone is a word.
+// has one that it does not take, or excludes another one. "--" ends the options; "-" alone is a word.
 std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall &call);
 
 // A whole number in decimal digits, from 1 to 999,999.

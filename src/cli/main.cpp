@@ -15,22 +15,25 @@ namespace tonewright {
 namespace {
 
 constexpr unsigned Answers = OptionBit(CliOption::Yes) | OptionBit(CliOption::No);
+// Of whatever opens voices or writes them.
+constexpr unsigned Extras = OptionBit(CliOption::Careful) | OptionBit(CliOption::NoCareful) |
+                            OptionBit(CliOption::WholeDetune) | OptionBit(CliOption::NoWholeDetune);
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
 
 constexpr CliCommand Commands[] = {
-    {"list", "FILE...", "print place, name and algorithm of each voice, as the file has it", 1, AnyNumber, Answers,
-     CliList},
+    {"list", "FILE...", "print place, name and algorithm of each voice, as the file has it", 1,
+     AnyNumber, Answers | Extras, CliList},
     {"check", "FILE...", "say of each file whether it is ok, refused or damaged, and why", 1,
      AnyNumber, 0, CliCheck},
-    {"save", "IN OUT", "open a bank and write it again", 2, 2, Answers, CliSave},
+    {"save", "IN OUT", "open a bank and write it again", 2, 2, Answers | Extras, CliSave},
     {"move", "IN FROM TO OUT", "write a bank with the voice at FROM moved to stand at TO", 4, 4,
-     Answers, CliMove},
-    {"export", "IN PLACE OUT", "write the voice at PLACE into a file of its own", 3, 3, Answers,
-     CliExport},
+     Answers | Extras, CliMove},
+    {"export", "IN PLACE OUT", "write the voice at PLACE into a file of its own", 3, 3,
+     Answers | Extras, CliExport},
     {"import", "IN PLACE VOICE OUT", "write a bank with the voice of the file VOICE at PLACE", 4, 4,
-     Answers, CliImport},
+     Answers | Extras, CliImport},
     {"picture", "FILE OUT.png", "paint the main window with a bank open", 2, 2,
-     Answers | OptionBit(CliOption::Screen), CliPicture},
+     Answers | Extras | OptionBit(CliOption::Screen), CliPicture},
     {"config", "FILE", "print every setting as the program would read it from FILE", 1, 1, 0,
      CliConfig},
     {"settings", "WHAT [KEY [VALUE]]", "list, get or set the user's settings", 1, 3, 0,
@@ -41,15 +44,16 @@ constexpr CliCommand Commands[] = {
      CliPorts},
     {"find", "", "look for the instrument; print its name, firmware and ports", 0, 0, MidiOptions,
      CliFind},
-    {"upload", "FILE", "send the bank to the instrument", 1, 1, Answers | MidiOptions, CliUpload},
+    {"upload", "FILE", "send the bank to the instrument", 1, 1, Answers | Extras | MidiOptions,
+     CliUpload},
     {"upload-voice", "FILE PLACE", "send the voice at PLACE to the instrument's edit buffer", 2, 2,
-     Answers | MidiOptions, CliUploadVoice},
-    {"download", "OUT", "write the voices of the instrument as a bank", 1, 1, Answers | MidiOptions,
-     CliDownload},
+     Answers | Extras | MidiOptions, CliUploadVoice},
+    {"download", "OUT", "write the voices of the instrument as a bank", 1, 1,
+     Answers | Extras | MidiOptions, CliDownload},
     {"play", "FILE PLACE NOTE...", "send the voice at PLACE and play it: 0 to 127, or C-2 to G8", 3,
-     AnyNumber, Answers | MidiOptions, CliPlay},
+     AnyNumber, Answers | Extras | MidiOptions, CliPlay},
     {"memory", "MEMORY NAME OUT", "write what a built-in instrument holds as a bank or voice", 3, 3,
-     Answers, CliMemory},
+     Answers | Extras, CliMemory},
 };
 
 void PutColumns(TextOutput &output, std::string_view left, std::string_view right) {
@@ -169,7 +173,7 @@ int Run(std::span<char *> arguments) {
     if (call.words.size() > command->maximumWords) {
         return WrongCall(FormatText("%s has too many arguments", command->name), command);
     }
-    ReadExtras();
+    ReadExtras(call);
     return command->run(call);
 }
 

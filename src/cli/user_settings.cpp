@@ -28,11 +28,26 @@ bool IsForInstruments(const ConfigKey &row) {
     return std::ranges::find(Values, row.value) != std::end(Values);
 }
 
+// The options that go before what the files say of a setting.
+struct ExtraOptions {
+    BoolSettingValue *setting;
+    CliOption on, off;
+};
+constexpr ExtraOptions OptionsOfExtras[] = {
+    {&CarefulMode, CliOption::Careful, CliOption::NoCareful},
+    {&WholeDetune, CliOption::WholeDetune, CliOption::NoWholeDetune},
+};
+
 } // namespace
 
-void ReadExtras() {
+void ReadExtras(const CliCall &call) {
     UsePlatformFolders();
     ConfigRead(SettingsWritten::WhenChosen);
+    for (const ExtraOptions &extra : OptionsOfExtras) {
+        if (call[extra.on] || call[extra.off]) {
+            *extra.setting = call[extra.on] ? 1 : 0;
+        }
+    }
 }
 
 void PrepareSettings() {

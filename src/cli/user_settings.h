@@ -1,11 +1,13 @@
 // The settings of the user who calls the command-line program.
 #pragma once
 
+#include "cli/command_line.h"
+
 namespace tonewright {
 
 // Finds the folders of the platform and reads the settings of the extras, which every command goes
-// by as the window does. First of all.
-void ReadExtras();
+// by as the window does, but for those that an option of the call turns on or off. First of all.
+void ReadExtras(const CliCall &call);
 
 // Fills in what the program's start has filled in by the time it reads the file of settings.
 void PrepareSettings();

@@ -29,8 +29,10 @@ void Write(const AuditionState &state, std::uint8_t status, int data1, std::uint
     TheMidi.Pm_Write(state.outputStream, {.message = message, .timestamp = TheMidi.Pt_Time()});
 }
 
+// An instrument that takes up its first program plays the voice that it has there, and no longer
+// the one that was sent: with AuditionKeepsVoice nothing is selected.
 void SelectFirstProgram(const AuditionState &state) {
-    if (state.outputStream != NoMidiStream) {
+    if (AuditionKeepsVoice == 0 && state.outputStream != NoMidiStream) {
         SelectLastThenFirstProgram(state.outputStream);
     }
 }

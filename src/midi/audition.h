@@ -63,8 +63,8 @@ int SetAuditionVelocity(int position);
 // Uploads the voice and opens the output. A failure is told by a message, after which the rest is
 // done all the same; false then.
 bool SendAudition(AuditionState &state, QWidget *window);
-// The same for the box, which then selects the last and the first program. False when the box is to
-// close again.
+// The same for the box, which then selects the last and the first program, unless
+// AuditionKeepsVoice. False when the box is to close again.
 bool OpenAudition(AuditionState &state, QWidget *window);
 // Plays the note of key `key`, 0 to 23 from the left, in the octave of the setting; a negative
 // number plays nothing.
@@ -75,7 +75,8 @@ void PlayAuditionNote(AuditionState &state, int note);
 void ReleaseAuditionKey(AuditionState &state);
 // Ends the note and silences everything.
 void SilenceAudition(AuditionState &state);
-// The same for the box, which then selects the last and the first program.
+// The same for the box, which then selects the last and the first program, unless
+// AuditionKeepsVoice.
 void EndAudition(AuditionState &state);
 // Closes the output.
 void CloseAudition(AuditionState &state);

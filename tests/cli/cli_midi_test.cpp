@@ -424,6 +424,24 @@ TEST_F(CliUploadVoice, ARecordThatHoldsNoVoiceIsNotSent) {
     }
 }
 
+TEST_F(CliMidi, WholeDetuneReachesTheInstrumentAndComesBackFromItsMemory) {
+    Bytes bank = TestBank();
+    bank[6 + 12] = 0x73; // detune 14, rate scaling 3
+    FixTestChecksum(bank);
+    const std::string in = folder.Write("detuned.syx", bank);
+    const std::string back = folder.File("back.syx");
+    ExpectDone({"upload", in, "--out", "dx7", "--memory", Memory(), "--whole-detune"});
+    EXPECT_EQ(Part(ReadTestFile(Memory()), Dx7MemoryOffset, 4096), Part(bank, 6, 4096));
+    ExpectDone({"memory", Memory(), "dx7", back, "--whole-detune"});
+    EXPECT_EQ(ReadTestFile(back), bank);
+    ExpectDone({"memory", Memory(), "dx7", back, "--no-whole-detune"});
+    EXPECT_EQ(ReadTestFile(back)[6 + 12], 0x33);
+    ExpectDone({"upload-voice", in, "1", "--out", "dx7", "--memory", Memory(), "--whole-detune"});
+    EXPECT_EQ(ReadTestFile(Memory())[Dx7EditOffset + 20], 14);
+    ExpectDone({"upload", in, "--out", "dx7", "--memory", Memory()});
+    EXPECT_EQ(ReadTestFile(Memory())[Dx7MemoryOffset + 12], 0x33);
+}
+
 // ---- play
 
 using CliPlay = CliMidi;

@@ -432,6 +432,76 @@ TEST(CliSave, WritesTheSameBytesTheSecondTime) {
     EXPECT_EQ(ReadTestFile(twice), ReadTestFile(once));
 }
 
+// A detune above 0 in every voice, as most banks have them.
+Bytes BankWithHighDetunes() {
+    Bytes bank = TestBank();
+    for (int number = 0; number < 32; ++number) {
+        bank[TestBankVoiceOffset(number) + 17 + 12] = 0x72; // detune 14, rate scaling 2
+    }
+    FixTestChecksum(bank);
+    return bank;
+}
+
+TEST(CliWholeDetune, IsWhatTheOptionSaysOrElseExtras) {
+    const TempFolder folder;
+    setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1);
+    const Bytes bank = BankWithHighDetunes();
+    const std::string in = folder.Write("in.syx", bank);
+    const auto saved = [&](std::vector<std::string> options) {
+        const std::string out = folder.File("out.syx");
+        std::vector<std::string> call = {"save", in, out};
+        call.insert(call.end(), options.begin(), options.end());
+        const auto result = Cli(call);
+        EXPECT_EQ(result.exitStatus, 0) << result.errors;
+        return ReadTestFile(out);
+    };
+    Bytes plain = bank;
+    for (int number = 0; number < 32; ++number) {
+        plain[TestBankVoiceOffset(number) + 17 + 12] = 0x32; // detune 6
+    }
+    FixTestChecksum(plain);
+    EXPECT_EQ(saved({}), plain);
+    EXPECT_EQ(saved({"--whole-detune"}), bank);
+    EXPECT_FALSE(folder.Holds("config"));
+    ASSERT_EQ(Cli({"settings", "set", "extras.WholeDetune", "1"}).exitStatus, 0);
+    EXPECT_EQ(saved({}), bank);
+    EXPECT_EQ(saved({"--no-whole-detune"}), plain);
+    EXPECT_EQ(Cli({"settings", "get", "extras.WholeDetune"}).output, "1\n");
+}
+
+TEST(CliWholeDetune, EveryCommandThatReadsABankFollowsIt) {
+    const TempFolder folder;
+    const Bytes bank = BankWithHighDetunes();
+    const std::string in = folder.Write("in.syx", bank);
+    const auto run = [](std::vector<std::string> call) {
+        call.push_back("--whole-detune");
+        const auto result = Cli(call);
+        EXPECT_EQ(result.exitStatus, 0) << result.errors;
+    };
+    run({"move", in, "32", "31", folder.File("moved.syx")});
+    EXPECT_EQ(ReadTestFile(folder.File("moved.syx"))[6 + 17 + 12], 0x72);
+    run({"export", in, "3", folder.File("voice.sy1")});
+    EXPECT_EQ(ReadTestFile(folder.File("voice.sy1"))[6 + 21 + 20], 14);
+    run({"import", in, "1", folder.File("voice.sy1"), folder.File("imported.syx")});
+    EXPECT_EQ(ReadTestFile(folder.File("imported.syx"))[6 + 17 + 12], 0x72);
+    EXPECT_EQ(ReadTestFile(folder.File("imported.syx"))[6 + 128 + 17 + 12], 0x72);
+    run({"list", in});
+}
+
+TEST(CliExtras, OptionsThatContradictEachOtherOrBelongToNoSuchCommandAreWrongCalls) {
+    auto result = Cli({"save", "a.syx", "b.syx", "--careful", "--no-careful"});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_TRUE(result.errors.starts_with(
+        "tonewright-cli: --careful and --no-careful exclude each other\n"));
+    result = Cli({"save", "a.syx", "b.syx", "--no-whole-detune", "--whole-detune"});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_TRUE(result.errors.starts_with(
+        "tonewright-cli: --whole-detune and --no-whole-detune exclude each other\n"));
+    result = Cli({"history", "--careful"});
+    EXPECT_EQ(result.exitStatus, 2);
+    EXPECT_TRUE(result.errors.starts_with("tonewright-cli: history takes no --careful\n"));
+}
+
 TEST(CliSave, TakesPathsAgainstTheCurrentFolder) {
     const TempFolder folder;
     folder.Write("in.syx", TestBank());

@@ -92,6 +92,29 @@ TEST_F(Audition, TheWholeLifeOfABox) {
     EXPECT_EQ(midi.written[1].bytes, dump);
 }
 
+TEST_F(Audition, OneThatKeepsItsVoiceSelectsNoProgramAndSendsAllElse) {
+    AuditionKeepsVoice = 1;
+    AuditionState state = Prepared();
+    ASSERT_TRUE(OpenAudition(state, nullptr));
+    PressAuditionKey(state, 0);
+    EndAudition(state);
+    CloseAudition(state);
+    EXPECT_EQ(midi.calls, (Calls{
+                              "Pt_Start(1)",
+                              "Pm_OpenOutput(1, 0, 0)",
+                              "Pm_WriteShort(1, 0, B2 7D 00)",
+                              "Pm_WriteSysEx(1, 0, 163 bytes)",
+                              "Pm_WriteShort(1, 0, B2 7C 00)",
+                              "Pt_Stop()",
+                              "Pm_Close(1)",
+                              "Pm_OpenOutput(1, 0, 0)",
+                              "Pm_Write(1, 0, 92 3C 64)",
+                              "Pm_Write(1, 0, 82 3C 64)",
+                              "Pm_Write(1, 0, B2 78 00)",
+                              "Pm_Close(1)",
+                          }));
+}
+
 TEST_F(Audition, OnClosingWithNoKeyDownTheCloseSequenceGoesOutAllTheSame) {
     AuditionState state = Opened();
     EndAudition(state);

@@ -1,6 +1,8 @@
 // Converts DX7 voices between the packed form of the banks and the unpacked form of the editor.
 #include "drivers/dx7/voice_codec.h"
 
+#include "common/settings.h"
+
 #include <cstring>
 
 namespace tonewright {
@@ -44,6 +46,12 @@ std::uint8_t OperatorBit(std::size_t block) {
     return static_cast<std::uint8_t>(0x20 >> block);
 }
 
+// The bits of a packed detune that are read. It is written four bits wide, and the plain way reads
+// three of them, on purpose: 8 to 14 become 0 to 6.
+unsigned DetuneMask() {
+    return WholeDetune != 0 ? 15 : 7;
+}
+
 std::uint8_t Bits(unsigned value) {
     return static_cast<std::uint8_t>(value);
 }
@@ -51,6 +59,7 @@ std::uint8_t Bits(unsigned value) {
 } // namespace
 
 void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source) {
+    const unsigned detuneMask = DetuneMask();
     std::uint8_t enabled = 0;
     for (std::size_t block = 0; block < Dx7OperatorCount; ++block) {
         const std::uint8_t *from = source.data() + block * Dx7PackedOperatorSize;
@@ -59,10 +68,9 @@ void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source) {
         const std::uint8_t curves = from[PackedOperator::scaleCurves];
         to[Dx7Operator::scaleLeftCurve] = curves & 3;
         to[Dx7Operator::scaleRightCurve] = curves >> 2 & 3;
-        // Detune is written four bits wide and read three bits wide: 8 to 14 become 0 to 6.
         const std::uint8_t rateAndDetune = from[PackedOperator::rateScalingDetune];
         to[Dx7Operator::rateScaling] = rateAndDetune & 7;
-        to[Dx7Operator::detune] = rateAndDetune >> 3 & 7;
+        to[Dx7Operator::detune] = Bits(rateAndDetune >> 3 & detuneMask);
         const std::uint8_t sensitivities = from[PackedOperator::sensitivities];
         to[Dx7Operator::ampModSensitivity] = sensitivities & 3;
         to[Dx7Operator::velocitySensitivity] = sensitivities >> 2 & 7;

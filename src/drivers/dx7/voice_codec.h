@@ -61,7 +61,8 @@ using Dx7UnpackedConst = std::span<const std::uint8_t, Dx7VoiceSize>;
 
 // Every byte of the destination is written. Nothing is checked: an out-of-range byte in a copied
 // field is passed on, a bit field is cut to its width. Of the packed detune only three of the four
-// bits are read, so 8 to 14 come out as 0 to 6. An operator is enabled when its level is not 0.
+// bits are read, so 8 to 14 come out as 0 to 6; with WholeDetune all four. An operator is enabled
+// when its level is not 0.
 void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source);
 // An operator that is not enabled is packed with level 0.
 void PackDx7Voice(Dx7Packed destination, Dx7UnpackedConst source);

@@ -14,6 +14,7 @@
 #include <array>
 #include <chrono>
 #include <ctime>
+#include <random>
 
 namespace tonewright {
 namespace {
@@ -376,6 +377,104 @@ TEST_F(Dx7SaveBankTest, ADetuneAboveSevenIsSavedWholeAndReadWithoutItsHighestBit
     ASSERT_EQ(Open(again, path), 1);
     EXPECT_EQ(VoiceAt(list, 4)[20], 14);
     EXPECT_EQ(VoiceAt(again, 4)[20], 6);
+}
+
+// 128 packed bytes whose fields have any value of their range, the detunes of the operators all of
+// theirs in turn.
+Bytes AnyPackedVoice(int number, std::mt19937 &random) {
+    const auto upTo = [&random](unsigned largest) {
+        return static_cast<std::uint8_t>(random() % (largest + 1));
+    };
+    Bytes voice;
+    for (int block = 0; block < 6; ++block) {
+        for (int rateOrLevel = 0; rateOrLevel < 11; ++rateOrLevel) {
+            voice.push_back(upTo(99));
+        }
+        voice.push_back(upTo(15)); // two curves
+        const int detune = (6 * number + block) % 15;
+        voice.push_back(static_cast<std::uint8_t>(detune << 3 | upTo(7)));
+        voice.push_back(upTo(31)); // two sensitivities
+        voice.push_back(upTo(99)); // output level
+        voice.push_back(upTo(63)); // mode and coarse frequency
+        voice.push_back(upTo(99)); // fine frequency
+    }
+    for (int rateOrLevel = 0; rateOrLevel < 8; ++rateOrLevel) {
+        voice.push_back(upTo(99));
+    }
+    voice.push_back(upTo(31)); // algorithm
+    voice.push_back(upTo(15)); // feedback and key sync
+    for (int lfo = 0; lfo < 4; ++lfo) {
+        voice.push_back(upTo(99));
+    }
+    voice.push_back(static_cast<std::uint8_t>(upTo(7) << 4 | upTo(5) << 1 | upTo(1)));
+    voice.push_back(upTo(48)); // transpose
+    for (int letter = 0; letter < 10; ++letter) {
+        voice.push_back(static_cast<std::uint8_t>(' ' + upTo(94)));
+    }
+    return voice;
+}
+
+Bytes AnyBank(std::mt19937 &random) {
+    Bytes bank = TestBank();
+    for (int number = 0; number < 32; ++number) {
+        std::ranges::copy(AnyPackedVoice(number, random),
+                          bank.begin() + static_cast<std::ptrdiff_t>(TestBankVoiceOffset(number)));
+    }
+    FixTestChecksum(bank);
+    return bank;
+}
+
+TEST_F(Dx7SaveBankTest, WithWholeDetuneABankThatIsOpenedAndSavedIsTheSame) {
+    std::mt19937 random(9);
+    const std::string saved = folder.File("saved.syx");
+    CreateBackups = 0;
+    for (int run = 0; run < 20; ++run) {
+        const Bytes bank = AnyBank(random);
+        const std::string path = folder.Write("any.syx", bank);
+        for (const std::uint32_t whole : {0u, 1u}) {
+            WholeDetune = whole;
+            VoiceList list;
+            ASSERT_EQ(Open(list, path), 1);
+            ASSERT_EQ(Dx7SaveBank(nullptr, list, saved.c_str()), 1);
+            Bytes expected = bank;
+            for (int number = 0; whole == 0 && number < 32; ++number) {
+                for (std::size_t block = 0; block < 6; ++block) {
+                    expected[TestBankVoiceOffset(number) + 17 * block + 12] &= 0x3F;
+                }
+            }
+            FixTestChecksum(expected);
+            EXPECT_EQ(ReadTestFile(saved), expected) << run << " " << whole;
+        }
+    }
+}
+
+// The bits of a packed voice that belong to nothing are not kept: of each operator the upper four
+// of its curves, the highest of rate scaling and detune, three of the sensitivities, two of mode
+// and frequency; of the voice the upper four of feedback and key sync, and the highest of the LFO's
+// wave.
+TEST_F(Dx7SaveBankTest, WithWholeDetuneTheBitsOfNoFieldAreAllThatIsLost) {
+    std::mt19937 random(10);
+    WholeDetune = 1;
+    CreateBackups = 0;
+    const Bytes bank = AnyBank(random);
+    Bytes marked = bank;
+    for (int number = 0; number < 32; ++number) {
+        std::uint8_t *voice = marked.data() + TestBankVoiceOffset(number);
+        for (std::size_t block = 0; block < 6; ++block) {
+            voice[17 * block + 11] |= 0xF0;
+            voice[17 * block + 12] |= 0x80;
+            voice[17 * block + 13] |= 0xE0;
+            voice[17 * block + 15] |= 0xC0;
+        }
+        voice[111] |= 0xF0;
+        voice[116] |= 0x80;
+    }
+    FixTestChecksum(marked);
+    VoiceList list;
+    ASSERT_EQ(Open(list, folder.Write("marked.syx", marked)), 1);
+    const std::string saved = folder.File("saved.syx");
+    ASSERT_EQ(Dx7SaveBank(nullptr, list, saved.c_str()), 1);
+    EXPECT_EQ(ReadTestFile(saved), bank);
 }
 
 TEST_F(Dx7SaveBankTest, ALongerFileIsCutToTheBank) {

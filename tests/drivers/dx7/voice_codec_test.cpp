@@ -1,6 +1,7 @@
 // The two byte forms of a DX7 voice and its name.
 #include "drivers/dx7/voice_codec.h"
 
+#include "common/settings.h"
 #include "support/bank_bytes.h"
 
 #include <gtest/gtest.h>
@@ -88,6 +89,20 @@ TEST(Dx7VoiceCodec, ADetuneOfFourteenUnpacksToSix) {
     Bytes packed = TestPackedVoice(0);
     packed[12] = 14 << 3;
     EXPECT_EQ(Unpack(packed)[20], 6);
+}
+
+TEST(Dx7VoiceCodec, WithWholeDetuneAllFourBitsAreRead) {
+    WholeDetune = 1;
+    for (std::size_t block = 0; block < 6; ++block) {
+        for (unsigned detune = 0; detune < 16; ++detune) {
+            Bytes packed = TestPackedVoice(0);
+            packed[17 * block + 12] = static_cast<std::uint8_t>(0x80 | detune << 3 | 5);
+            const Bytes voice = Unpack(packed);
+            EXPECT_EQ(voice[21 * block + 20], detune) << block;
+            EXPECT_EQ(voice[21 * block + 13], 5) << block << " " << detune;
+            EXPECT_EQ(Pack(voice)[17 * block + 12], detune << 3 | 5) << block;
+        }
+    }
 }
 
 TEST(Dx7VoiceCodec, DetuneIsPackedFourBitsWide) {

@@ -107,6 +107,35 @@ TEST_F(AuditionOfInstruments, ANoteThatIsHeldAtTheCloseIsSilencedAndTheFirstProg
     EXPECT_EQ(SelectedProgramOf(BuiltinInstrument::Dx7), 0);
 }
 
+// What an instrument of the family sounds while a key of the box is held.
+TEST_F(AuditionOfInstruments, TheNoteSoundsTheFirstVoiceOrWithTheSwitchTheOneThatWasSent) {
+    const auto bytes = TestUnpackedVoice();
+    const std::vector<std::uint8_t> sent(bytes.begin(), bytes.begin() + 155);
+    const auto block = TestRefaceBlock(3);
+    const std::vector<std::uint8_t> refaceSent(block.begin() + 52, block.end());
+    const auto sounding = [&](BuiltinInstrument instrument, std::uint32_t keeps) {
+        AuditionKeepsVoice = keeps;
+        const bool reface = instrument == BuiltinInstrument::Reface;
+        std::vector<std::uint8_t> heard;
+        EXPECT_TRUE(WithBox(instrument, reface ? VoiceObject{block} : voice,
+                            reface ? RefaceDriverId : Dx7DriverId, [&](QDialog &box) {
+                                QTest::mousePress(Key(box, 504), Qt::LeftButton);
+                                EXPECT_EQ(SoundingNotesOf(instrument), Notes{64});
+                                heard = EditBufferOf(instrument);
+                            }));
+        EXPECT_EQ(SoundingNotesOf(instrument), Notes{});
+        return heard;
+    };
+    for (const auto instrument : {BuiltinInstrument::Dx7, BuiltinInstrument::VolcaFm}) {
+        EXPECT_NE(sounding(instrument, 0), sent);
+        EXPECT_EQ(sounding(instrument, 1), sent);
+        EXPECT_EQ(EditBufferOf(instrument), sent); // after the box, too
+    }
+    EXPECT_NE(sounding(BuiltinInstrument::Reface, 0), refaceSent);
+    EXPECT_EQ(sounding(BuiltinInstrument::Reface, 1), refaceSent);
+    EXPECT_EQ(EditBufferOf(BuiltinInstrument::Reface), refaceSent);
+}
+
 TEST_F(AuditionOfInstruments, ARefaceDxIsPlayedAndGetsItsSettingsBack) {
     constexpr auto instrument = BuiltinInstrument::Reface;
     const auto settings = SystemSettingsOf(instrument);

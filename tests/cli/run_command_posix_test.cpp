@@ -1,0 +1,79 @@
+// ./run without a display, on a copy of what it uses: the programs are those of this build.
+#include "run_cli.h"
+
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace tonewright {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RunCommand : public testing::Test {
+protected:
+    void SetUp() override {
+        fs::copy_file(SourceFile("run"), home.path / "run");
+        fs::copy(SourceFile("packaging"), home.path / "packaging", fs::copy_options::recursive);
+        fs::copy(SourceFile("examples"), home.path / "examples", fs::copy_options::recursive);
+        fs::create_directories(home.path / "build/release");
+        home.WriteText("build/release/build.ninja", "");
+        // Nothing is installed or built.
+        WriteProgram("bin/dpkg-query", "echo ok installed");
+        WriteProgram("bin/ninja", "exit 0");
+        WriteProgram("build/release/tonewright-cli", "echo \"$XDG_CONFIG_DIRS\" >>\"" +
+                                                         home.File("dirs") + "\"\nexec \"" +
+                                                         CliProgram() + "\" \"$@\"");
+    }
+    void WriteProgram(const std::string &name, const std::string &script) const {
+        fs::create_directories((home.path / name).parent_path());
+        home.WriteText(name, "#!/bin/sh\n" + script + "\n");
+        fs::permissions(home.path / name, fs::perms::all);
+    }
+    ProgramResult Run() const {
+        return RunProgram({"/usr/bin/env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY",
+                           "PATH=" + home.File("bin") + ":/usr/bin:/bin", "HOME=" + home.Folder(),
+                           "XDG_CONFIG_HOME=" + home.File("config"), home.File("run")});
+    }
+
+    TempFolder home;
+};
+
+TEST_F(RunCommand, TwiceDoesTheSameAndNeitherAsksNorFails) {
+    const auto bank = ReadTestFile(ExampleFile("tonewright.syx"));
+    std::string first;
+    for (int time = 0; time < 2; ++time) {
+        const auto result = Run();
+        EXPECT_EQ(result.exitStatus, 0) << result.errors;
+        EXPECT_EQ(result.errors, "");
+        EXPECT_EQ(ReadTestFile(home.File("run-output/saved.syx")), bank);
+        EXPECT_EQ(ReadTestFile(home.File("run-output/dx7-memory.syx")), bank);
+        EXPECT_TRUE(home.Holds("run-output/main-window.png"));
+        if (time == 0) {
+            first = result.output;
+            EXPECT_NE(first.find("painted the main window"), std::string::npos);
+        } else {
+            EXPECT_EQ(result.output, first);
+        }
+    }
+    EXPECT_EQ(ReadTestFile(home.File("examples/tonewright.syx")), bank);
+    EXPECT_FALSE(home.Holds("config"));
+}
+
+TEST_F(RunCommand, ItsProgramFindsTheExtrasOfAPackageOn) {
+    ASSERT_EQ(Run().exitStatus, 0);
+    const std::string dirs = ReadTestText(home.File("dirs"));
+    EXPECT_TRUE(dirs.starts_with(home.File("packaging/xdg") + ":")) << dirs;
+    const auto result = RunProgram({"/usr/bin/env", "XDG_CONFIG_HOME=" + home.File("config"),
+                                    "XDG_CONFIG_DIRS=" + dirs.substr(0, dirs.find('\n')),
+                                    CliProgram(), "settings", "list"});
+    EXPECT_TRUE(result.output.ends_with("\nextras.CarefulMode\t1\nextras.WholeDetune\t1\n"
+                                        "extras.AuditionKeepsVoice\t1\n"))
+        << result.output;
+}
+
+} // namespace
+} // namespace tonewright
