@@ -584,6 +584,7 @@ TEST_F(ExtrasFile, EveryExtraIsOffUntilAFileSwitchesItOn) {
     for (const ConfigKey &row : ExtrasSettings.rows) {
         EXPECT_EQ(row.flags, SettingBool) << row.name;
         EXPECT_EQ(std::get<std::uint32_t>(row.preset), 0u) << row.name;
+        EXPECT_EQ(row.control, 0u) << row.name; // they are entries of a menu
     }
     ConfigRead();
     EXPECT_EQ(CarefulMode, 0u);
