@@ -308,6 +308,20 @@ const char *DefaultDocumentName() {
                                                            : FallbackDocumentName;
 }
 
+std::string WithProgramExtension(const std::string &path, const std::string &extension) {
+    const std::string present = ExtensionOfPath(path);
+    const auto isPresent = [&](const char *own) {
+        return !IsEmpty(own) && EqualNoCase(present, own);
+    };
+    for (const SynthDriver *driver : SynthDrivers) {
+        if (isPresent(driver->bankExtension) || isPresent(driver->voiceExtension) ||
+            isPresent(driver->extraExtension)) {
+            return path;
+        }
+    }
+    return path + (path.ends_with('.') ? "" : ".") + extension;
+}
+
 int GetOpenFolder(std::string &folder) {
     folder = CutText(OpenPath, PathLimit);
     return 1;

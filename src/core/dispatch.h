@@ -95,6 +95,10 @@ const char *VoiceExtension(DriverId id);
 // The current row's default document name, or "Untitled.Twl".
 const char *DefaultDocumentName();
 
+// The path with a dot and `extension` behind it, unless its name ends in an extension of the files of
+// some driver (case does not count) and so belongs to a file that a dialog shows.
+std::string WithProgramExtension(const std::string &path, const std::string &extension);
+
 // OpenPath into `folder`, at most 260 bytes. Returns 1.
 int GetOpenFolder(std::string &folder);
 // Keeps drive and folder of `path` in OpenPath, with a trailing separator unless empty. Returns 1.

@@ -580,6 +580,22 @@ TEST_F(Dispatch, AnUnknownInstrumentHasATitleOfItsOwn) {
     EXPECT_STREQ(SynthTitle(FirstDriverId, 0), "Unknown or unrecognized synthesizer");
 }
 
+TEST_F(Dispatch, ANameGetsTheExtensionUnlessItEndsInOneOfSomeDriver) {
+    for (const char *path : {"/a/bank.syx", "/a/BANK.SyX", "/a/x.sy1", "/a/x.SR1", "/a/x.srx",
+                             "/a/x.v1.2.syx", "/a/x.y.crg", "/a/.syx"}) {
+        EXPECT_EQ(WithProgramExtension(path, "syx"), path);
+    }
+    EXPECT_EQ(WithProgramExtension("/a/My Bank v1.2", "syx"), "/a/My Bank v1.2.syx");
+    EXPECT_EQ(WithProgramExtension("/a/bank", "srx"), "/a/bank.srx");
+    EXPECT_EQ(WithProgramExtension("/a/bank.", "syx"), "/a/bank.syx");
+    EXPECT_EQ(WithProgramExtension("/a/bank.syx.old", "syx"), "/a/bank.syx.old.syx");
+    EXPECT_EQ(WithProgramExtension("/a.syx/bank", "syx"), "/a.syx/bank.syx");
+    EXPECT_EQ(WithProgramExtension("/a/.hidden", "syx"), "/a/.hidden.syx");
+    FirstRow.extraExtension = nullptr;
+    SecondRow.extraExtension = "";
+    EXPECT_EQ(WithProgramExtension("/a/x.crg", "syx"), "/a/x.crg.syx");
+}
+
 TEST_F(Dispatch, ATitleHoldsAtMost260Bytes) {
     const std::string name(300, 'n');
     FirstRow.name = name.c_str();

@@ -16,9 +16,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QProcess>
 #include <QPushButton>
@@ -26,6 +28,7 @@
 #include <QUrl>
 
 #include <cstring>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -69,6 +72,61 @@ FileTypeMembers MembersOf(FileDialogKind kind) {
     return {};
 }
 
+// The driver's part in a dialog; without its own filter every name is taken as it is typed.
+struct FileTypes {
+    QStringList filters;
+    std::string extension;
+    bool hasOwnFilter;
+};
+FileTypes FileTypesOf(const FileTypeMembers &members, const SynthDriver *driver) {
+    const char *filter = driver ? driver->*members.filter : nullptr;
+    const char *extension = driver ? driver->*members.extension : nullptr;
+    const bool hasOwnFilter = filter && *filter;
+    return {.filters = FiltersOf(hasOwnFilter ? filter : AllFilesFilter),
+            .extension = extension && *extension ? extension : "Twl",
+            .hasOwnFilter = hasOwnFilter};
+}
+
+// A dialog that adds the extension, while the driver's own filter is chosen, to every name that has
+// none of the program's: a file of another name is shown by no such dialog. (The toolkit adds one
+// to names without a dot.)
+class FileDialog : public QFileDialog {
+public:
+    FileDialog(QWidget *window, const char *title, FileTypes fileTypes)
+        : QFileDialog(window, title), types(std::move(fileTypes)) {
+        setNameFilters(types.filters);
+        setDefaultSuffix(QString::fromStdString(types.extension));
+    }
+
+    // The path that stands for a chosen one. A file to open is looked for under both names.
+    QString PathOf(const QString &chosen) const {
+        if (chosen.isEmpty() || QFileInfo(chosen).isDir() || !types.hasOwnFilter ||
+            selectedNameFilter() != types.filters.constFirst()) {
+            return chosen;
+        }
+        const QString named =
+            QString::fromStdString(WithProgramExtension(chosen.toStdString(), types.extension));
+        const bool isToBeOpened = acceptMode() == AcceptOpen;
+        return isToBeOpened && (QFileInfo::exists(chosen) || !QFileInfo::exists(named)) ? chosen
+                                                                                        : named;
+    }
+
+protected:
+    // Before the toolkit's own checks, so that its question is about the file that is written.
+    void accept() override {
+        const QString chosen = selectedFiles().value(0), named = PathOf(chosen);
+        auto *edit = findChild<QLineEdit *>("fileNameEdit"); // a platform's dialog has none
+        if (edit && named != chosen) {
+            const QFileInfo file(named);
+            edit->setText(file.dir() == directory() ? file.fileName() : named);
+        }
+        QFileDialog::accept();
+    }
+
+private:
+    FileTypes types;
+};
+
 // The size of the last file dialog, as far as the screen has room for it; always in the middle.
 void PlaceDialog(QFileDialog &dialog) {
     constexpr std::uint32_t smallest = 127; // a remembered size counts above this
@@ -95,14 +153,9 @@ void DrawButtons(QFileDialog &dialog) {
 std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
                                          const std::string &path, DriverId driverId) {
     const FileTypeMembers members = MembersOf(kind);
-    const SynthDriver *driver = DriverOfId(driverId);
-    const char *filter = driver ? driver->*members.filter : nullptr;
-    const char *extension = driver ? driver->*members.extension : nullptr;
     const QString start = QString::fromStdString(path);
 
-    QFileDialog dialog(window, members.title);
-    dialog.setNameFilters(FiltersOf(filter && *filter ? filter : AllFilesFilter));
-    dialog.setDefaultSuffix(extension && *extension ? extension : "Twl");
+    FileDialog dialog(window, members.title, FileTypesOf(members, DriverOfId(driverId)));
     dialog.setDirectory(QFileInfo(start).absolutePath());
     if (members.saves) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -118,7 +171,15 @@ std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
     if (!accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }
-    return dialog.selectedFiles().front().toStdString();
+    const QString chosen = dialog.selectedFiles().front(), taken = dialog.PathOf(chosen);
+    // A platform's dialog has asked about the name without the extension.
+    const bool isAsked = members.saves && taken != chosen && QFileInfo::exists(taken);
+    if (isAsked &&
+        AskYesNo(window, QFileInfo(taken).fileName().toStdString() +
+                             " already exists.\nDo you want to replace it?") != ResultYes) {
+        return std::nullopt;
+    }
+    return taken.toStdString();
 }
 
 template <FileDialogKind kind>
@@ -191,8 +252,7 @@ void UseQtDesktop() {
         .ChooseSaveFile = ChooseFile<FileDialogKind::Save>,
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .OpenAddress = OpenAddress,
-        .ShowHelp = [](QWidget *owner,
-                       const std::string &topic) { ShowHelpTopic(owner, topic); },
+        .ShowHelp = [](QWidget *owner, const std::string &topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash =
             [](const std::string &path) {
                 return QFile::moveToTrash(QString::fromStdString(path));

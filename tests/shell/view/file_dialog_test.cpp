@@ -175,8 +175,56 @@ TEST_F(FileDialog, ANameTypedWithoutAnExtensionGetsTheDriversOne) {
     EXPECT_EQ(Open([](QFileDialog &dialog) { TypeName(dialog, "bank"); }), path);
     EXPECT_EQ(Save(home.File("old.syx"), [](QFileDialog &dialog) { TypeName(dialog, "new"); }),
               home.File("new.syx"));
-    EXPECT_EQ(Save(home.File("old.syx"), [](QFileDialog &dialog) { TypeName(dialog, "new.bin"); }),
+}
+
+TEST_F(FileDialog, ANameWithADotGetsTheDriversExtensionUnlessItHasOneOfTheProgram) {
+    const auto saved = [this](const char *name) {
+        return Save(home.File("old.syx"), [=](QFileDialog &dialog) { TypeName(dialog, name); });
+    };
+    EXPECT_EQ(saved("My Bank v1.2"), home.File("My Bank v1.2.syx"));
+    EXPECT_EQ(saved("bank.syx.old"), home.File("bank.syx.old.syx"));
+    EXPECT_EQ(saved("bank."), home.File("bank.syx"));
+    EXPECT_EQ(saved("\"My Bank v1.3\""), home.File("My Bank v1.3.syx"));
+    std::filesystem::create_directory(home.path / "v1.0");
+    EXPECT_EQ(saved("v1.0/Bank v1.2"), home.File("v1.0/Bank v1.2.syx"));
+    for (const char *name : {"a.syx", "b.SYX", "c.sy1", "d.srx"}) {
+        EXPECT_EQ(saved(name), home.File(name));
+    }
+}
+
+TEST_F(FileDialog, WithTheFilterForAllFilesANameWithADotIsTakenAsItIsTyped) {
+    const auto allFiles = [](QFileDialog &dialog) {
+        auto *filters = dialog.findChild<QComboBox *>("fileTypeCombo");
+        filters->setCurrentIndex(1);
+        Q_EMIT filters->activated(1);
+    };
+    EXPECT_EQ(Save(home.File("old.syx"),
+                   [&](QFileDialog &dialog) {
+                       allFiles(dialog);
+                       TypeName(dialog, "new.bin");
+                   }),
               home.File("new.bin"));
+    WhenItStands([](QFileDialog &dialog) { TypeName(dialog, "new.bin"); });
+    EXPECT_EQ(ChooseSaveFile(window.get(), home.File("old.syx"), NoDriverId), home.File("new.bin"));
+}
+
+TEST_F(FileDialog, AFolderThatIsTypedIsEnteredUnderItsOwnName) {
+    std::filesystem::create_directory(home.path / "v1.0");
+    EXPECT_EQ(Save(home.File("old.syx"),
+                   [this](QFileDialog &dialog) {
+                       TypeName(dialog, "v1.0");
+                       EXPECT_TRUE(dialog.isVisible());
+                       EXPECT_EQ(dialog.directory().absolutePath().toStdString(),
+                                 home.File("v1.0"));
+                   }),
+              std::nullopt);
+}
+
+TEST_F(FileDialog, AFileToOpenIsLookedForAsTypedAndThenWithTheExtension) {
+    const std::string bank = home.Write("My Bank v1.2.syx", TestBank());
+    EXPECT_EQ(Open([](QFileDialog &dialog) { TypeName(dialog, "My Bank v1.2"); }), bank);
+    const std::string other = home.WriteText("My Bank v1.2", "other");
+    EXPECT_EQ(Open([](QFileDialog &dialog) { TypeName(dialog, "My Bank v1.2"); }), other);
 }
 
 TEST_F(FileDialog, AFileThatDoesNotExistCannotBeOpened) {
@@ -222,6 +270,20 @@ TEST_F(FileDialog, TheExtensionIsAddedBeforeTheQuestion) {
                    }),
               path);
     EXPECT_NE(boxText.find("bank.syx"), std::string::npos);
+}
+
+TEST_F(FileDialog, TheQuestionIsAboutTheNameWithTheExtensionAlsoBehindADot) {
+    home.Write("My Bank v1.2.syx", TestBank());
+    home.WriteText("My Bank v1.2", "not in question");
+    EXPECT_EQ(Save(home.File("x.syx"),
+                   [&](QFileDialog &dialog) {
+                       WhenABoxStands(QMessageBox::No);
+                       TypeName(dialog, "My Bank v1.2");
+                       EXPECT_TRUE(dialog.isVisible());
+                       EXPECT_EQ(NameEdit(dialog).text(), "My Bank v1.2.syx");
+                   }),
+              std::nullopt);
+    EXPECT_NE(boxText.find("My Bank v1.2.syx"), std::string::npos);
 }
 
 TEST_F(FileDialog, TheCurrentFolderIsUntouched) {
