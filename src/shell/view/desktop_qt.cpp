@@ -25,6 +25,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QUrl>
 
 #include <cstring>
@@ -196,6 +197,15 @@ bool OpenAddress(const std::string &program, const std::string &address, bool) {
     return QProcess::startDetached(QString::fromStdString(program), {target});
 }
 
+// The trash of a home whose data folder is missing would be made in the current folder, and so it
+// would from a path against that folder.
+bool MoveToTrash(const std::string &path) {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QFileInfo file(QFileInfo(QString::fromStdString(path)).absoluteFilePath());
+    return QDir::isAbsolutePath(data) && QDir().mkpath(data) &&
+           QFile::moveToTrash(file.filePath()) && !QFileInfo::exists(file.filePath());
+}
+
 // The program's own mark for a voice block on the clipboard.
 const QString VoiceMimeType = QStringLiteral("application/x-tonewright-voice");
 
@@ -253,10 +263,7 @@ void UseQtDesktop() {
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .OpenAddress = OpenAddress,
         .ShowHelp = [](QWidget *owner, const std::string &topic) { ShowHelpTopic(owner, topic); },
-        .MoveToTrash =
-            [](const std::string &path) {
-                return QFile::moveToTrash(QString::fromStdString(path));
-            },
+        .MoveToTrash = MoveToTrash,
         .PutClipboard = PutClipboard,
         .ClipboardHasVoice = ClipboardHasVoice,
         .TakeClipboard = TakeClipboard,

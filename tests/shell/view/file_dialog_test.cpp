@@ -359,6 +359,51 @@ TEST_F(FileDialog, ItsButtonsAreDrawnByTheProgramUnlessTheSettingIsOff) {
     }
 }
 
+// ---- the trash
+
+class Trash : public FileDialog {
+protected:
+    void SetUp() override {
+        FileDialog::SetUp();
+        qputenv("HOME", home.path.string().c_str());
+        qunsetenv("XDG_DATA_HOME");
+        std::filesystem::create_directory(home.path / "here");
+        std::filesystem::current_path(home.path / "here");
+        UseQtDesktop();
+    }
+    void TearDown() override {
+        std::filesystem::current_path(formerFolder);
+        qputenv("HOME", formerHome);
+        if (!formerData.isNull()) {
+            qputenv("XDG_DATA_HOME", formerData);
+        }
+        FileDialog::TearDown();
+    }
+
+    std::filesystem::path formerFolder = std::filesystem::current_path();
+    QByteArray formerHome = qgetenv("HOME"), formerData = qgetenv("XDG_DATA_HOME");
+};
+
+TEST_F(Trash, TakesAFileInAHomeWithoutADataFolder) {
+    for (const std::string &path : {home.File("here/a.syx_db"), std::string("b.syx_db")}) {
+        WriteTestText(path, "voices");
+        EXPECT_TRUE(TheDesktop.MoveToTrash(path));
+        EXPECT_FALSE(std::filesystem::exists(path));
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(home.path / "here"));
+    EXPECT_EQ(ReadTestText(home.File(".local/share/Trash/files/a.syx_db")), "voices");
+    EXPECT_EQ(ReadTestText(home.File(".local/share/Trash/files/b.syx_db")), "voices");
+}
+
+TEST_F(Trash, WithoutAPlaceForItTheFileStaysAndTheCallFails) {
+    home.WriteText(".local", "no folder");
+    WriteTestText("a.syx_db", "voices");
+    EXPECT_FALSE(TheDesktop.MoveToTrash("a.syx_db"));
+    EXPECT_EQ(ReadTestText("a.syx_db"), "voices");
+    EXPECT_FALSE(std::filesystem::exists("files"));
+    EXPECT_FALSE(TheDesktop.MoveToTrash("missing.syx_db"));
+}
+
 // ---- the commands over the real dialogs
 
 TEST_F(FileDialog, CtrlOOpensTheChosenBank) {
