@@ -1,8 +1,14 @@
 // Tonewright, the window program.
 #include "common/platform.h"
+#include "shell/start_up.h"
 #include "shell/view/application.h"
+
+#include <cstdio>
 
 int main(int argc, char **argv) {
     tonewright::PlatformLetLongWritesFail();
+    if (const auto text = tonewright::TextInsteadOfStart(argc, argv)) {
+        return std::fputs(text->c_str(), stdout) < 0 || std::fflush(stdout) != 0 ? 1 : 0;
+    }
     return tonewright::RunApplication(argc, argv);
 }

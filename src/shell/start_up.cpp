@@ -4,6 +4,7 @@
 #include "common/folders.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/version.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/documents.h"
@@ -11,9 +12,21 @@
 
 #include <ctime>
 #include <filesystem>
+#include <string_view>
 
 namespace tonewright {
 namespace {
+
+constexpr const char *HelpText =
+    "usage: tonewright [FILE]\n"
+    "\n"
+    "Opens the window of the voice librarian, with the bank FILE in it if one is named. All\n"
+    "arguments together are one path.\n"
+    "\n"
+    "  --help                print this text\n"
+    "  --version             print the version\n"
+    "\n"
+    "Either counts as the only argument. tonewright-cli is the program without a window.\n";
 
 constexpr int SmallestScreenWidth = 800;
 
@@ -75,6 +88,17 @@ std::string CommandLinePath(int argumentCount, char **arguments) {
         line += arguments[i];
     }
     return StripQuotes(line.c_str());
+}
+
+std::optional<std::string> TextInsteadOfStart(int argumentCount, char **arguments) {
+    const std::string_view argument = argumentCount == 2 ? arguments[1] : "";
+    if (argument == "--version") {
+        return FormatText("tonewright %s revision %d\n", ProgramVersion, ProgramRevision);
+    }
+    if (argument == "--help") {
+        return HelpText;
+    }
+    return std::nullopt;
 }
 
 void PostFirstCommands() {

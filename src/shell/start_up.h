@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace tonewright {
@@ -24,6 +25,10 @@ void FillDefaultFolders();
 
 // All arguments joined by one blank, without double quotes: one path. Empty without arguments.
 std::string CommandLinePath(int argumentCount, char **arguments);
+
+// What a command line of one argument, "--help" or "--version", asks to have printed instead of
+// starting. Nothing for any other command line.
+std::optional<std::string> TextInsteadOfStart(int argumentCount, char **arguments);
 
 // Posts the first work of the window: the driver of the settings, the search for its instrument, a
 // download if DownloadOnOpen.

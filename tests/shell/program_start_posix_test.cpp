@@ -37,6 +37,20 @@ TEST_F(ProgramStart, OnAnEmptyHomeItMakesItsFoldersAndKeepsItsSettings) {
     EXPECT_NE(Settings().find("\nShowWelcomeWizard = 1\n"), std::string::npos);
 }
 
+TEST_F(ProgramStart, HelpAndVersionArePrintedWithoutADisplay) {
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    unsetenv("DISPLAY");
+    auto result = RunProgram({WindowProgram(), "--version"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.output, "tonewright 17.0a revision 1\n");
+    EXPECT_EQ(result.errors, "");
+    result = RunProgram({WindowProgram(), "--help"});
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.output.substr(0, 25), "usage: tonewright [FILE]\n");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_TRUE(std::filesystem::is_empty(home.path));
+}
+
 TEST_F(ProgramStart, ASettingOfTheFileLivesThroughARun) {
     RunProgram({WindowProgram()});
     std::string settings = Settings();

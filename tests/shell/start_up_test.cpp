@@ -52,6 +52,24 @@ TEST(StartUp, EmptyFoldersGetTheDefaultAndOthersStay) {
     EXPECT_EQ(OpenExportPath, "/elsewhere/");
 }
 
+std::optional<std::string> TextFor(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "tonewright");
+    std::vector<char *> pointers;
+    for (std::string &argument : arguments) {
+        pointers.push_back(argument.data());
+    }
+    return TextInsteadOfStart(static_cast<int>(pointers.size()), pointers.data());
+}
+
+TEST(StartUp, HelpAndVersionCountAsTheOnlyArgument) {
+    EXPECT_EQ(TextFor({"--version"}), "tonewright 17.0a revision 1\n");
+    EXPECT_TRUE(TextFor({"--help"}).value_or("").starts_with("usage: tonewright [FILE]\n"));
+    for (const std::vector<std::string> &paths : std::vector<std::vector<std::string>>{
+             {}, {""}, {"--Help"}, {"-h"}, {"--help "}, {"--help", "--version"}, {"a", "--help"}}) {
+        EXPECT_EQ(TextFor(paths), std::nullopt);
+    }
+}
+
 std::string LineOf(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "tonewright");
     std::vector<char *> pointers;
