@@ -5,6 +5,7 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "common/version.h"
+#include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/documents.h"
@@ -118,6 +119,10 @@ void PostFirstDocument(const std::string &commandLinePath) {
         PendingOpenPath = RecentDocumentPath;
         PostCommand(CommandOpen);
     }
+}
+
+void PostFirstLookAtClipboard() {
+    Post(ClipboardChanged);
 }
 
 bool StartupWindowWanted() {

@@ -37,6 +37,10 @@ void PostFirstCommands();
 // OpenRecentDocument. The path is made absolute against the current folder.
 void PostFirstDocument(const std::string &commandLinePath);
 
+// Posts the look at the clipboard from which Paste takes its first state. An owner that does not
+// answer holds it up for seconds, so that it is the only one and comes when all else is shown.
+void PostFirstLookAtClipboard();
+
 // True when the startup window is to be shown.
 bool StartupWindowWanted();
 

@@ -9,6 +9,7 @@
 #include "shell/command_table.h"
 #include "shell/documents.h"
 #include "shell/shell_window.h"
+#include "support/scripted_desktop.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -68,6 +69,24 @@ TEST(StartUp, HelpAndVersionCountAsTheOnlyArgument) {
              {}, {""}, {"--Help"}, {"-h"}, {"--help "}, {"--help", "--version"}, {"a", "--help"}}) {
         EXPECT_EQ(TextFor(paths), std::nullopt);
     }
+}
+
+TEST(StartUp, TheClipboardIsLookedAtOnceAndBehindTheFirstDocument) {
+    ScriptedDesktop desktop;
+    int looks = 0;
+    TheDesktop.ClipboardHasVoice = [&] {
+        ++looks;
+        return true;
+    };
+    PostFirstDocument("/banks/missing.syx");
+    PostFirstLookAtClipboard();
+    desktop.ExpectMessage("There has been an error reading this file. It might be corrupted.");
+    EXPECT_TRUE(RunNextPosted());
+    EXPECT_EQ(CurrentDocumentPath, "/banks/missing.syx");
+    EXPECT_EQ(looks, 0);
+    EXPECT_TRUE(RunNextPosted());
+    EXPECT_EQ(looks, 1);
+    EXPECT_FALSE(RunNextPosted());
 }
 
 std::string LineOf(std::vector<std::string> arguments) {

@@ -111,5 +111,22 @@ TEST(TwoPrograms, AVoiceGoesFromEachToTheOtherAndIsGoneWithItsProgram) {
               first.bank + ",");
 }
 
+// The toolkit waits five seconds for an owner of the clipboard that does not answer, at each look.
+TEST(TwoPrograms, AnOwnerOfTheClipboardThatDoesNotAnswerHoldsUpNoDocument) {
+    XDisplay display;
+    ASSERT_TRUE(display.Start()) << "no X server";
+    RunningProgram first(display, "first.syx", TestBank());
+    ASSERT_TRUE(first.Stands());
+    EXPECT_TRUE(Carry(first, 0, first, 3, WithVoice(TestBank(), 3, TestBank(), 0)));
+    first.program.process->Halt();
+    const auto start = TestClock::now();
+    RunningProgram second(display, "second.syx", OtherBank());
+    ASSERT_TRUE(second.Stands());
+    EXPECT_LT(TestClock::now() - start, 5s);
+    // When the owner answers after all, the voice is pasted.
+    first.program.process->GoOn();
+    EXPECT_TRUE(Carry(first, 2, second, 5, WithVoice(OtherBank(), 5, TestBank(), 2)));
+}
+
 } // namespace
 } // namespace tonewright

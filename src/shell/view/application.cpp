@@ -11,7 +11,6 @@
 #include "common/view/show_at_once.h"
 #include "core/current.h"
 #include "midi/midi_start.h"
-#include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/history.h"
@@ -66,14 +65,13 @@ int RunLoop(const std::string &commandLinePath) {
     }
     window.List()->setFocus();
     RefreshTitle();
-    ClipboardChanged();
     if (!DisplayIsSuitable(colourDepth, screenSize.width())) {
         const RunningMark running; // the first commands do not start behind the box
         ShowScreenDriverMessage();
         return 0;
     }
     PostFirstDocument(commandLinePath);
-    ClipboardChanged();
+    PostFirstLookAtClipboard();
     std::unique_ptr<QWidget> startupWindow;
     if (StartupWindowWanted()) {
         startupWindow = ShowStartupWindowBox(PostMainStartupDone);
