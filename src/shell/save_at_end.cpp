@@ -32,4 +32,11 @@ void SaveHistory() {
     }
 }
 
+void SaveWhatChanged() {
+    if (!ConfigIsWritten()) {
+        SaveSettings();
+    }
+    SaveHistory();
+}
+
 } // namespace tonewright

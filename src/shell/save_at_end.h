@@ -6,5 +6,8 @@ namespace tonewright {
 
 void SaveSettings();
 void SaveHistory();
+// Both, but for settings that stand in their file already: whoever asks again and again leaves the
+// versions before them as they are.
+void SaveWhatChanged();
 
 } // namespace tonewright

@@ -141,14 +141,18 @@ std::optional<std::string> LinesOfChosen(const SettingsList &list, const ConfigK
     return text;
 }
 
+std::string SectionLineOf(const SettingsList &list) {
+    return PlatformLines(FormatText("[%s]\n", list.section));
+}
+
 std::string HeadOf(const SettingsList &list) {
     const std::time_t now = std::time(nullptr);
     const char *time = std::ctime(&now);
     std::string heading = ";Tonewright configuration file\n;Edit this at your own risk\n";
     heading +=
         FormatText(";%s %s revision %d\n", LoadProgramString(109), ProgramVersion, ProgramRevision);
-    heading += FormatText(";Last updated %24.24s\n;\n[%s]\n", time ? time : "", list.section);
-    return PlatformLines(heading);
+    heading += FormatText(";Last updated %24.24s\n;\n", time ? time : "");
+    return PlatformLines(heading) + SectionLineOf(list);
 }
 
 std::filesystem::path PathOf(const std::string &utf8) {
@@ -294,6 +298,18 @@ SettingsWrite ConfigWrite(void (*tell)(const SettingsList &list, SettingsWrite o
     }
     errno = reason;
     return worst;
+}
+
+bool ConfigIsWritten() {
+    return std::ranges::all_of(SettingsLists, [](const SettingsList *list) {
+        if (list->written != SettingsWritten::AtEnd) {
+            return true;
+        }
+        const auto bytes = ReadFileBytes(SettingsFilePath(*list).c_str(), ComparedSize);
+        return bytes &&
+               std::string_view(reinterpret_cast<const char *>(bytes->data()), bytes->size())
+                   .ends_with(SectionLineOf(*list) + LinesOfAll(*list));
+    });
 }
 
 const char *WordsOfOutcome(SettingsWrite outcome) {

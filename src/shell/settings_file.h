@@ -59,6 +59,8 @@ SettingsWrite WriteChosenSetting(const SettingsList &list, const ConfigKey &chos
 // Writes the files of the lists that are written at the end: the worst that happened to one of
 // them, after `tell` has heard, with the reason in errno, of each that is not Done. Shows nothing.
 SettingsWrite ConfigWrite(void (*tell)(const SettingsList &list, SettingsWrite outcome) = nullptr);
+// True when the files of these lists hold every row as it stands.
+bool ConfigIsWritten();
 
 // What is wrong with a file of settings after an outcome that is not Done, in words that follow its
 // path.

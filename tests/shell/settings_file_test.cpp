@@ -380,6 +380,21 @@ TEST_F(SettingsFile, ALongPathChangesNoOtherSettingAtTheNextStart) {
     }
 }
 
+TEST_F(SettingsFile, WhatStandsInTheFileIsNotToBeWrittenAgain) {
+    EXPECT_FALSE(ConfigIsWritten()); // there is none
+    ConfigWrite();
+    EXPECT_TRUE(ConfigIsWritten());
+    MaxUndoLevel = 6;
+    EXPECT_FALSE(ConfigIsWritten());
+    MaxUndoLevel = 3;
+    EXPECT_TRUE(ConfigIsWritten());
+    std::string text = ReadTestText(path);
+    WriteTestText(path, "; another heading\n" + text.substr(text.find("[Tonewright]")));
+    EXPECT_TRUE(ConfigIsWritten());
+    WriteTestText(path, text + "MaxUndoLevel = 3\n");
+    EXPECT_FALSE(ConfigIsWritten());
+}
+
 TEST_F(SettingsFile, ATextWithALineEndMakesNoLineOfItsOwn) {
     RecentDocumentPath = "/banks/a\nMaxUndoLevel = 99";
     ConfigWrite();

@@ -14,7 +14,6 @@
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/history.h"
-#include "shell/save_at_end.h"
 #include "shell/settings_migration.h"
 #include "shell/shell_window.h"
 #include "shell/single_setting.h"
@@ -24,6 +23,7 @@
 #include "shell/view/main_window.h"
 #include "shell/view/platform_folders.h"
 #include "shell/view/refusal_box.h"
+#include "shell/view/session_end.h"
 #include "shell/view/startup_window.h"
 #include "shell/view/voice_list_view.h"
 
@@ -36,6 +36,24 @@
 namespace tonewright {
 namespace {
 
+// The toolkit's application, but that its end, which the session asks for after all that it was
+// told to save, is not another question to the user.
+class Application : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    MainWindow *window = nullptr; // while it stands
+
+protected:
+    bool event(QEvent *event) override {
+        if (event->type() == QEvent::Quit && window) {
+            window->EndAtOnce();
+            return true;
+        }
+        return QApplication::event(event);
+    }
+};
+
 void SeedRandomNumbers() {
     std::srand(static_cast<unsigned>(std::time(nullptr)));
 }
@@ -45,7 +63,7 @@ void ReadEarlySettings() {
     ThemeCurrent = ReadSingleText(ProgramSettings, "ThemeCurrent", ThemeCurrent);
 }
 
-int RunLoop(const std::string &commandLinePath) {
+int RunLoop(Application &application, const std::string &commandLinePath) {
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QSize screenSize = screen ? screen->size() : QSize();
     const int colourDepth = ColourDepthOf(screen ? screen->depth() : 0);
@@ -70,6 +88,7 @@ int RunLoop(const std::string &commandLinePath) {
         ShowScreenDriverMessage();
         return 0;
     }
+    FollowSessionEnd(window);
     PostFirstDocument(commandLinePath);
     PostFirstLookAtClipboard();
     std::unique_ptr<QWidget> startupWindow;
@@ -83,8 +102,9 @@ int RunLoop(const std::string &commandLinePath) {
         PostCommand(CommandCloseAtOnce); // for measuring and testing the start
     }
     // A window that was closed before the loop runs has left nothing to wait for.
+    application.window = &window;
     const int exitCode = window.isVisible() ? QApplication::exec() : 0;
-    SaveHistory();
+    application.window = nullptr;
     HistoryEnd();
     return exitCode;
 }
@@ -94,7 +114,7 @@ int RunLoop(const std::string &commandLinePath) {
 int RunApplication(int argc, char **argv) {
     QApplication::setApplicationName("Tonewright");
     QApplication::setDesktopFileName("tonewright");
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
     UseQtDesktop();
     UsePlatformFolders();
@@ -107,7 +127,7 @@ int RunApplication(int argc, char **argv) {
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
-    const int exitCode = RunLoop(CommandLinePath(argc, argv));
+    const int exitCode = RunLoop(application, CommandLinePath(argc, argv));
     UndoEnd();
     StopSounds();
     EndMidi();

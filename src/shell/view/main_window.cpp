@@ -327,10 +327,29 @@ void MainWindow::closeEvent(QCloseEvent *event) {
         event->ignore();
         return;
     }
-    ClearPosted();
-    SaveSettings();
+    Finish([] {
+        SaveSettings();
+        SaveHistory();
+    });
     event->accept();
     QCoreApplication::quit();
+}
+
+void MainWindow::Finish(void (*save)()) {
+    if (!finished) {
+        finished = true;
+        ClearPosted();
+        save();
+    }
+}
+
+void MainWindow::EndAtOnce() {
+    closing = true;
+    Finish(SaveWhatChanged); // the session may have had it saved before it ended the program
+    hide();
+    // Out of every loop of events, that of the program and those of dialogs, which then count as
+    // cancelled; a dialog that a command goes on to show is cancelled at once.
+    QCoreApplication::exit();
 }
 
 } // namespace tonewright

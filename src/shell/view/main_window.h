@@ -36,6 +36,9 @@ public:
     // The action of a command in the menu bar, or nullptr.
     QAction *MenuAction(int commandId) const;
 
+    // Ends the program as a close does, out of whatever dialog stands and without a question.
+    void EndAtOnce();
+
     // Path of the picture in the lower right corner of the background.
     std::string backgroundPath;
     // Has the picture loaded anew at the next painting.
@@ -57,6 +60,7 @@ private:
     void FollowCommands(); // which are enabled, and which checked
     void MakeAccelerators();
     void PlaceChildren();
+    void Finish(void (*save)());
 
     QMenuBar *menuBar = nullptr; // children, owned by this widget
     ToolBar *toolBar = nullptr;
@@ -69,6 +73,7 @@ private:
     QPixmap background;
     bool hintShown = false; // the status bar tells of an entry of a menu
     bool closing = false;   // the close message has been sent
+    bool finished = false;  // what a close writes has been written
 };
 
 } // namespace tonewright
