@@ -4,6 +4,8 @@
 #include "core/dispatch.h"
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -57,12 +59,12 @@ bool RestoreUndoLevel(VoiceList &list, std::span<const std::uint8_t> level) {
     if (itemSize == 0 || offset + itemSize * itemCount > level.size()) {
         return false;
     }
-    ListReset(list);
+    std::vector<VoiceObject> voices;
     for (std::uint64_t item = 0; item < itemCount; ++item) {
         const auto bytes = level.subspan(offset + item * itemSize, itemSize);
-        const int row = ListAdd(list);
-        ListSetVoice(list, row, VoiceObject{.bytes = {bytes.begin(), bytes.end()}});
+        voices.push_back({.bytes = {bytes.begin(), bytes.end()}});
     }
+    ListFill(list, std::move(voices));
     // Selecting scrolls the row into view, so the scroll position comes last.
     ListSelect(list, static_cast<int>(ReadLittle32(level, 20)));
     ListSetTopRow(list, static_cast<int>(ReadLittle32(level, 24)));

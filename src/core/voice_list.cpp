@@ -49,8 +49,12 @@ bool ListDelete(VoiceList &list, int row) {
 }
 
 void ListReset(VoiceList &list) {
-    list.items.clear();
-    ListBoxFill(list, 0);
+    ListFill(list, {});
+}
+
+void ListFill(VoiceList &list, std::vector<VoiceObject> voices) {
+    list.items = std::move(voices);
+    ListBoxFill(list, static_cast<int>(list.items.size()));
     assert(!VoiceListFault(list));
 }
 

@@ -37,6 +37,9 @@ bool ListDelete(VoiceList &list, int row);
 // Removes all rows, the selection and the scroll position.
 void ListReset(VoiceList &list);
 
+// The same, and a row for each of these voices instead.
+void ListFill(VoiceList &list, std::vector<VoiceObject> voices);
+
 // The voice of a row, or nullptr for a row that does not exist or holds none.
 const VoiceObject *ListVoice(const VoiceList &list, int row);
 

@@ -98,6 +98,21 @@ TEST(VoiceList, FreeingTheBlocksKeepsTheRows) {
     EXPECT_EQ(ListVoice(list, 0), nullptr);
 }
 
+TEST(VoiceList, FillingIsOneChangeThatLeavesNeitherSelectionNorScrolling) {
+    VoiceList list = ListOf(9);
+    ListSetVisibleRows(list, 2);
+    ListSelect(list, 8);
+    std::vector<ListChange> heard;
+    list.observer = [&](ListChange change) { heard.push_back(change); };
+    ListFill(list, {VoiceOf(21), VoiceObject(), VoiceOf(23), VoiceOf(24)});
+    EXPECT_EQ(heard, std::vector{ListChange::Items});
+    EXPECT_EQ(list.items,
+              (std::vector<VoiceObject>{VoiceOf(21), VoiceObject(), VoiceOf(23), VoiceOf(24)}));
+    EXPECT_EQ(ListCount(list), 4);
+    EXPECT_EQ(list.selection, NoRow);
+    EXPECT_EQ(list.topRow, 0);
+}
+
 TEST(VoiceList, AVoiceThatIsWrittenToIsChangedInPlaceAndToldOf) {
     VoiceList list = ListOf(3);
     int heard = 0;

@@ -13,6 +13,7 @@
 #include <array>
 #include <cerrno>
 #include <utility>
+#include <vector>
 
 namespace tonewright {
 
@@ -105,15 +106,15 @@ bool DecodeDx7Bank(VoiceList &list, std::span<const std::uint8_t> bytes) {
     if (!IsBank(bytes)) {
         return false;
     }
-    ListReset(list);
-    ListEnable(list, false);
-    ListSetRedraw(list, false);
+    std::vector<VoiceObject> voices;
+    voices.reserve(Dx7VoicesPerBank);
     for (int voice = 0; voice < Dx7VoicesPerBank; ++voice) {
         std::array<std::uint8_t, Dx7VoiceSize> unpacked;
         UnpackDx7Voice(unpacked,
                        Dx7PackedConst(&bytes[BankVoiceOffset(voice)], Dx7PackedVoiceSize));
-        ListSetVoice(list, ListAdd(list), MakeDx7VoiceObject(unpacked));
+        voices.push_back(MakeDx7VoiceObject(unpacked));
     }
+    ListFill(list, std::move(voices));
     SelectListFonts(list, Dx7DriverId);
     ListSetRedraw(list, true);
     ListEnable(list, true);

@@ -129,17 +129,21 @@ bool DecodeRefaceBank(VoiceList &list, std::span<const std::uint8_t> bytes) {
     if (!header) {
         return false;
     }
-    SelectListFonts(list, RefaceDriverId);
-    ListReset(list);
-    for (std::uint32_t number = 0; number < header->voiceCount; ++number) {
-        auto voice = RecordAt(bytes, *header, number);
+    std::vector<VoiceObject> voices;
+    while (voices.size() < header->voiceCount) {
+        auto voice = RecordAt(bytes, *header, static_cast<std::uint32_t>(voices.size()));
         if (!voice) {
-            return false;
+            break;
         }
-        ListSetVoice(list, ListAdd(list), std::move(*voice));
+        voices.push_back(std::move(*voice));
     }
-    ListSelect(list, 0);
-    return true;
+    const bool isWhole = voices.size() == header->voiceCount;
+    SelectListFonts(list, RefaceDriverId);
+    ListFill(list, std::move(voices));
+    if (isWhole) {
+        ListSelect(list, 0);
+    }
+    return isWhole;
 }
 
 std::optional<VoiceObject> DecodeRefaceVoice(std::span<const std::uint8_t> bytes) {
