@@ -88,17 +88,29 @@ struct Port {
     std::size_t instrument = 0;
     bool isInput = false;
 };
-std::vector<Port> PortsOf(const Studio &studio) {
-    std::vector<Port> ports;
-    ports.reserve(4 * studio.instruments.size());
-    for (std::size_t i = 0; i < studio.instruments.size(); ++i) {
-        ports.push_back({i, true});
-        ports.push_back({i, false});
+struct Ports {
+    std::array<Port, 4 * BuiltinInstrumentCount> all;
+    std::size_t count = 0;
+
+    void AddPair(std::size_t instrument) {
+        all[count++] = {instrument, true};
+        all[count++] = {instrument, false};
     }
-    for (std::size_t i = 0; i < studio.instruments.size(); ++i) {
+    // nullptr for a number without a port.
+    const Port *At(int device) const {
+        return device >= 0 && static_cast<std::size_t>(device) < count
+                   ? &all[static_cast<std::size_t>(device)]
+                   : nullptr;
+    }
+};
+Ports PortsOf(const Studio &studio) {
+    Ports ports;
+    for (std::size_t i = 0; i < BuiltinInstrumentCount; ++i) {
+        ports.AddPair(i);
+    }
+    for (std::size_t i = 0; i < BuiltinInstrumentCount; ++i) {
         if (studio.faults[i].twin) {
-            ports.push_back({i, true});
-            ports.push_back({i, false});
+            ports.AddPair(i);
         }
     }
     return ports;
@@ -114,39 +126,35 @@ const MidiDeviceInfo *DeviceInfo(int device) {
         }
         return table;
     }();
-    const auto ports = PortsOf(TheStudio());
-    if (device < 0 || static_cast<std::size_t>(device) >= ports.size()) {
-        return nullptr;
-    }
-    const Port port = ports[static_cast<std::size_t>(device)];
-    return &infos[port.instrument][port.isInput ? 1 : 0];
+    const Ports ports = PortsOf(TheStudio());
+    const Port *port = ports.At(device);
+    return port ? &infos[port->instrument][port->isInput ? 1 : 0] : nullptr;
 }
 
 // As with PortMidi, a device is open once at a time.
 int OpenPort(MidiStream *stream, int device, bool asInput, std::int32_t bufferSize) {
     Studio &studio = TheStudio();
     *stream = NoMidiStream;
-    const auto ports = PortsOf(studio);
-    if (device < 0 || static_cast<std::size_t>(device) >= ports.size()) {
+    const Ports ports = PortsOf(studio);
+    const Port *port = ports.At(device);
+    if (!port) {
         return NoSuchDevice;
     }
-    const Port port = ports[static_cast<std::size_t>(device)];
     const bool isOpen = std::ranges::any_of(
         studio.streams, [&](const auto &entry) { return entry.second.device == device; });
-    if (port.isInput != asInput || isOpen) {
+    if (port->isInput != asInput || isOpen) {
         return NoSuchDevice;
     }
-    const InstrumentFaults &faults = studio.faults[port.instrument];
+    const InstrumentFaults &faults = studio.faults[port->instrument];
     if (asInput ? faults.inputDoesNotOpen : faults.outputDoesNotOpen) {
         return HostFailure;
     }
-    OpenStream opened;
-    opened.instrument = port.instrument;
+    *stream = ++studio.lastStream;
+    OpenStream &opened = studio.streams[*stream];
+    opened.instrument = port->instrument;
     opened.device = device;
     opened.isInput = asInput;
     opened.bufferSize = static_cast<std::size_t>(bufferSize > 0 ? bufferSize : DefaultInputBuffer);
-    *stream = ++studio.lastStream;
-    studio.streams.emplace(*stream, std::move(opened));
     return Success;
 }
 
@@ -305,7 +313,7 @@ MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options) {
         const Studio &studio = TheStudio();
         return ClockTime(studio, Now(studio));
     };
-    api.Pm_CountDevices = [] { return static_cast<int>(PortsOf(TheStudio()).size()); };
+    api.Pm_CountDevices = [] { return static_cast<int>(PortsOf(TheStudio()).count); };
     api.Pm_GetDeviceInfo = DeviceInfo;
     api.Pm_OpenInput = [](MidiStream *stream, int device, std::int32_t bufferSize) {
         return OpenPort(stream, device, true, bufferSize);

@@ -67,6 +67,7 @@ void SpoilBytes(const InstrumentFaults &faults, Answer &answer) {
 // Four bytes an event, lowest first; the last event is filled with zeros.
 std::vector<AnswerEvent> Pack(std::span<const std::uint8_t> bytes) {
     std::vector<AnswerEvent> events;
+    events.reserve(bytes.size() / 4 + 1);
     for (std::size_t place = 0; place < bytes.size(); place += 4) {
         AnswerEvent event;
         for (const std::uint8_t byte :

@@ -49,12 +49,10 @@ void ReadByte(MessageReader &reader, std::uint8_t byte, const TakeMessage &take)
         reader.tooLong = true;
     }
     if (byte == EndOfSysex) {
-        const bool isWhole = !reader.tooLong;
-        const std::vector<std::uint8_t> message = std::move(reader.sysex);
-        BreakOff(reader);
-        if (isWhole) {
-            take(message);
+        if (!reader.tooLong) {
+            take(reader.sysex);
         }
+        BreakOff(reader);
     }
 }
 
