@@ -5,7 +5,6 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
-#include "drivers/reface_dx/voice_codec.h"
 #include "midi/short_messages.h"
 #include "midi/sysex.h"
 
@@ -58,8 +57,6 @@ constexpr std::uint8_t OperatorCount = AddressSize + RefaceOperatorSize; // 20
 static_assert(SystemCount == 0x24 && CommonCount == 0x2A && OperatorCount == 0x20);
 constexpr std::uint8_t CommonAddress = 0x30;
 constexpr std::uint8_t OperatorAddress = 0x31;
-
-using Buffer = std::array<std::uint8_t, SysexBufferSize>;
 
 Message MakeParameterChange(std::uint8_t address, std::span<const std::uint8_t> data) {
     Message message = {0xF0, 0x43, 0x10, 0x7F, 0x1C, Model, 0x00, 0x00, address};
@@ -121,40 +118,23 @@ void PrepareInstrument(const MidiLink &link, bool setTransmitChannel) {
 
 // The blocks of one voice that have arrived: the operators by number, then the common block.
 using ReceivedBlocks = std::bitset<RefaceOperatorCount + 1>;
-constexpr std::size_t CommonReceived = RefaceOperatorCount;
 
-// Takes one message into the voice of a row. Only its byte count and the operator's number are
-// looked at.
-void TakeBlock(QWidget *window, const Buffer &message, int index, VoiceList &list, int row,
+// Takes one message into the voice of a row.
+void TakeBlock(QWidget *window, const RefaceMessage &message, int index, VoiceList &list, int row,
                ReceivedBlocks &received) {
-    if (message[CountHighPlace] != 0) {
+    const auto block = RefaceBlockOf(message);
+    if (!block) {
         return;
     }
-    const auto data = std::span(message).subspan(DataPlace);
-    if (message[CountLowPlace] == CommonCount) {
+    if (block->number == RefaceCommonBlock) {
         const std::string text =
             FormatText("Downloading voice %d of %d (%s)", index + 1, RefaceVoicesPerBank,
-                       Latin1ToUtf8(RefaceNameText(data.data())).c_str());
+                       Latin1ToUtf8(RefaceNameText(block->data.data())).c_str());
         SetProgress(index, RefaceVoicesPerBank);
         SetStatusText(window, text);
-        ListWriteVoice(list, row, [data](VoiceObject &voice) {
-            if (const auto parts = MutableRefaceVoiceOf(voice)) {
-                std::ranges::copy(data.first(RefaceCommonSize), parts->common.begin());
-            }
-        });
-        received.set(CommonReceived);
-    } else if (message[CountLowPlace] == OperatorCount) {
-        const std::size_t n =
-            std::min<std::size_t>(message[OperatorPlace], RefaceOperatorCount - 1);
-        ListWriteVoice(list, row, [data, n](VoiceObject &voice) {
-            if (const auto parts = MutableRefaceVoiceOf(voice)) {
-                std::ranges::copy(data.first(RefaceOperatorSize),
-                                  parts->operators.begin() +
-                                      static_cast<std::ptrdiff_t>(n * RefaceOperatorSize));
-            }
-        });
-        received.set(n);
     }
+    ListWriteVoice(list, row, [&block](VoiceObject &voice) { StoreRefaceBlock(voice, *block); });
+    received.set(block->number);
 }
 
 // Asks for the voice of a program and waits until all of it has come, or nothing more comes.
@@ -167,7 +147,7 @@ void DownloadVoice(QWidget *window, const MidiLink &link, VoiceList &list, int i
     }
     ReceivedBlocks received;
     while (!received.all()) {
-        Buffer message = {}; // what a message does not fill is zero
+        RefaceMessage message = {};
         std::size_t count = 0;
         if (!SysexReceive(link.input, message, &count)) {
             return;
@@ -178,18 +158,55 @@ void DownloadVoice(QWidget *window, const MidiLink &link, VoiceList &list, int i
 
 } // namespace
 
+std::optional<RefaceSystemConst> RefaceSystemOf(const RefaceMessage &message) {
+    if (message[0] != StartOfSysex || message[1] != 0x43 || message[CountHighPlace] != 0 ||
+        message[CountLowPlace] != SystemCount || message[ModelPlace] != Model) {
+        return std::nullopt;
+    }
+    return std::span(message).subspan<DataPlace, RefaceSystemSize>();
+}
+
+std::optional<RefaceBlock> RefaceBlockOf(const RefaceMessage &message) {
+    if (message[CountHighPlace] != 0) {
+        return std::nullopt;
+    }
+    const auto data = std::span(message).subspan(DataPlace);
+    switch (message[CountLowPlace]) {
+    case CommonCount:
+        return RefaceBlock{.number = RefaceCommonBlock, .data = data.first(RefaceCommonSize)};
+    case OperatorCount:
+        return RefaceBlock{
+            .number = std::min<std::size_t>(message[OperatorPlace], RefaceOperatorCount - 1),
+            .data = data.first(RefaceOperatorSize)};
+    default:
+        return std::nullopt;
+    }
+}
+
+void StoreRefaceBlock(VoiceObject &voice, const RefaceBlock &block) {
+    const auto parts = MutableRefaceVoiceOf(voice);
+    if (!parts) {
+        return;
+    }
+    const std::span<std::uint8_t> place =
+        block.number == RefaceCommonBlock
+            ? std::span<std::uint8_t>(parts->common)
+            : parts->operators.subspan(block.number * RefaceOperatorSize, RefaceOperatorSize);
+    std::ranges::copy(block.data, place.begin());
+}
+
 int ReadSystemCommon(const MidiLink &link, RefaceSystem destination) {
     WriteSysex(link.output, SystemDumpRequest);
-    Buffer message = {};
+    RefaceMessage message = {};
     std::size_t count = 0;
     if (!SysexReceive(link.input, message, &count)) {
         return 0;
     }
-    if (message[0] != StartOfSysex || message[1] != 0x43 || message[CountHighPlace] != 0 ||
-        message[CountLowPlace] != SystemCount || message[ModelPlace] != Model) {
+    const auto system = RefaceSystemOf(message);
+    if (!system) {
         return 0;
     }
-    std::copy_n(message.begin() + DataPlace, RefaceSystemSize, destination.begin());
+    std::ranges::copy(*system, destination.begin());
     return 1;
 }
 

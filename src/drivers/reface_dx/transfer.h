@@ -14,9 +14,12 @@
 #pragma once
 
 #include "core/voice_list.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/transport.h"
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 class QWidget;
@@ -26,6 +29,25 @@ namespace tonewright {
 constexpr std::size_t RefaceSystemSize = 32;
 using RefaceSystem = std::span<std::uint8_t, RefaceSystemSize>;
 using RefaceSystemConst = std::span<const std::uint8_t, RefaceSystemSize>;
+
+// A received message; what it does not fill is zero.
+using RefaceMessage = std::array<std::uint8_t, SysexBufferSize>;
+
+// The settings in a message that is their dump; nothing in any other. Start, maker, count and model
+// are looked at, the checksum is not.
+std::optional<RefaceSystemConst> RefaceSystemOf(const RefaceMessage &message);
+
+// A block of a voice, in the message that brought it.
+constexpr std::size_t RefaceCommonBlock = RefaceOperatorCount; // its number, behind the operators'
+struct RefaceBlock {
+    std::size_t number = 0;
+    std::span<const std::uint8_t> data;
+};
+// Nothing in a message without one. Only its byte count and the operator's number are looked at; a
+// number above 3 counts as 3.
+std::optional<RefaceBlock> RefaceBlockOf(const RefaceMessage &message);
+// Puts a block into its place in a voice; a voice without that place stays as it is.
+void StoreRefaceBlock(VoiceObject &voice, const RefaceBlock &block);
 
 // Asks for the system settings. 1 when the next message that arrives is their dump (its checksum is
 // not tested), else 0, the destination then untouched.
