@@ -1,5 +1,6 @@
 // Any bytes as a file of settings: every setting stays within its size, what was read is written
-// and read again, and a single key can be written into any file.
+// and read again, and a single key can be written into any file. Slow, since every run writes and
+// reads files; the fuzzer of settings in memory looks at many more inputs.
 #include "common/folders.h"
 #include "common/settings.h"
 #include "shell/settings_file.h"

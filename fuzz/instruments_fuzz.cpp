@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 using namespace tonewright;
 
@@ -64,10 +65,10 @@ void SetFaults(InstrumentFaults &faults, Steps &steps) {
     faults.lateEvent = static_cast<std::int8_t>(steps.Byte());
     faults.lateByMilliseconds = static_cast<std::int8_t>(steps.Byte());
     faults.failWrite = static_cast<std::int8_t>(steps.Byte());
-    faults.blockOrder.clear();
-    for (const std::uint8_t block : steps.Piece(steps.Byte() % 8)) {
-        faults.blockOrder.push_back(static_cast<std::int8_t>(block));
-    }
+    const auto order = steps.Piece(steps.Byte() % 8);
+    faults.blockOrder.resize(order.size());
+    std::ranges::transform(order, faults.blockOrder.begin(),
+                           [](std::uint8_t block) { return static_cast<std::int8_t>(block); });
 }
 
 // Reads all that comes, until nothing has come for as long as the instrument may be late. It is
@@ -90,16 +91,19 @@ bool IsData(std::uint8_t byte) {
     return byte < 0x80;
 }
 
-// Cuts or fills the data of a message, which begin at `start`, and puts their sum and the end
-// behind them.
-void CloseMessage(std::vector<std::uint8_t> &message, std::size_t start, std::size_t size) {
-    message.resize(start + size);
-    unsigned sum = 0;
-    for (const std::uint8_t byte : std::span(message).subspan(start)) {
-        sum += byte;
-    }
-    message.push_back(static_cast<std::uint8_t>((128 - sum % 128) % 128));
-    message.push_back(0xF7);
+// A message: its start, the piece as `size` bytes of data, cut or filled with zeros, the sum of
+// these and of the last `summed` bytes of the start, and the end. Nothing is kept free behind it,
+// so that a read past its end is seen.
+std::vector<std::uint8_t> MessageOf(std::span<const std::uint8_t> start, std::size_t summed,
+                                    std::span<const std::uint8_t> piece, std::size_t size) {
+    std::vector<std::uint8_t> message(start.size() + size + 2);
+    const auto data = std::ranges::copy(start, message.begin()).out;
+    std::ranges::copy(piece.first(std::min(piece.size(), size)), data);
+    const auto end = message.end() - 2;
+    const unsigned sum = std::accumulate(data - static_cast<std::ptrdiff_t>(summed), end, 0u);
+    end[0] = static_cast<std::uint8_t>((128 - sum % 128) % 128);
+    end[1] = 0xF7;
+    return message;
 }
 
 void CheckInstruments() {
@@ -120,8 +124,8 @@ void CheckInstruments() {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+    static const MidiApi midi = MakeBuiltinInstruments({.simulatedClock = true});
     ResetBuiltinInstruments();
-    const MidiApi midi = MakeBuiltinInstruments({.simulatedClock = true});
     std::array<MidiStream, BuiltinInstrumentCount> inputs{};
     std::array<MidiStream, BuiltinInstrumentCount> outputs{};
     midi.Pt_Start(1);
@@ -145,23 +149,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             midi.Pm_Write(outputs[target], {steps.Word(), 0});
             break;
         case 2: { // a frame around any bytes
-            std::vector<std::uint8_t> message = {0xF0};
             const auto piece = steps.Piece(steps.Byte());
-            message.insert(message.end(), piece.begin(), piece.end());
-            message.push_back(0xF7);
+            std::vector<std::uint8_t> message(piece.size() + 2);
+            message.front() = 0xF0;
+            std::ranges::copy(piece, message.begin() + 1);
+            message.back() = 0xF7;
             midi.Pm_WriteSysEx(outputs[target], 0, message);
             break;
         }
         case 3: { // a voice or a bank for a DX7 with the right sum
+            constexpr std::uint8_t voice[] = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
+            constexpr std::uint8_t bank[] = {0xF0, 0x43, 0x00, 0x09, 0x20, 0x00};
             const bool isBank = (step & 8) != 0;
-            std::vector<std::uint8_t> message = {0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B};
-            if (isBank) {
-                message = {0xF0, 0x43, 0x00, 0x09, 0x20, 0x00};
-            }
             const auto piece = steps.Piece(steps.Byte());
-            message.insert(message.end(), piece.begin(), piece.end());
-            CloseMessage(message, 6, isBank ? 4096 : 155);
-            midi.Pm_WriteSysEx(outputs[target], 0, message);
+            midi.Pm_WriteSysEx(outputs[target], 0,
+                               isBank ? MessageOf(bank, 0, piece, 4096)
+                                      : MessageOf(voice, 0, piece, 155));
             break;
         }
         case 4:
@@ -172,12 +175,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             break;
         case 6: { // a block for a reface DX with the right count and sum
             const auto piece = steps.Piece(steps.Byte() % 64);
-            std::vector<std::uint8_t> message = {0xF0, 0x43, 0x00, 0x7F, 0x1C, 0x00};
-            message.push_back(static_cast<std::uint8_t>(piece.size() + 1));
-            message.push_back(0x05);
-            message.insert(message.end(), piece.begin(), piece.end());
-            CloseMessage(message, 7, piece.size() + 1);
-            midi.Pm_WriteSysEx(outputs[target], 0, message);
+            const auto count = static_cast<std::uint8_t>(piece.size() + 1);
+            const std::uint8_t start[] = {0xF0, 0x43, 0x00, 0x7F, 0x1C, 0x00, count, 0x05};
+            midi.Pm_WriteSysEx(outputs[target], 0, MessageOf(start, 1, piece, piece.size()));
             break;
         }
         case 7:

@@ -1,5 +1,5 @@
 // Any bytes as a reface DX bank: what is decoded holds the records of the file as they stand, what
-// is not leaves the whole ones in front of its end, and what can be written comes back unchanged.
+// is not leaves the whole ones in front of its end, and what can be written is such a bank again.
 #include "core/dispatch.h"
 #include "drivers/reface_dx/files.h"
 #include "support/fuzz_support.h"
@@ -21,7 +21,8 @@ void LookAt(const VoiceObject &voice) {
     Demand(VoiceObjectName(voice)[0] != 0, "everything can be named");
 }
 
-void EncodeAndDecodeAgain(const VoiceList &list) {
+// That such a bank is decoded to what it holds is seen with every input that is one.
+void Encode(const VoiceList &list) {
     std::array<const VoiceObject *, RefaceVoicesPerBank> voices;
     for (int row = 0; row < RefaceVoicesPerBank; ++row) {
         voices[row] = ListVoice(list, row);
@@ -31,12 +32,14 @@ void EncodeAndDecodeAgain(const VoiceList &list) {
     }
     const auto file = EncodeRefaceFile(RefaceFileKind::Bank, voices, 0x01020304);
     Demand(file.size() == RefaceBankFileSize, "an encoded bank has its size");
-    VoiceList again;
-    Demand(DecodeRefaceBank(again, file), "an encoded bank is decoded");
-    Demand(ListCount(again) == RefaceVoicesPerBank, "an encoded bank has 32 voices");
-    for (int row = 0; row < RefaceVoicesPerBank; ++row) {
-        const auto before = std::span(list.items[row].bytes).first<RefaceVoiceObjectSize>();
-        Demand(std::ranges::equal(again.items[row].bytes, before), "every byte is kept");
+    const auto header = RefaceHeaderOf(file, RefaceFileKind::Bank);
+    Demand(header && header->voiceCount == RefaceVoicesPerBank &&
+               header->recordSize == RefaceVoiceObjectSize,
+           "its header says what it holds");
+    for (std::size_t row = 0; row < RefaceVoicesPerBank; ++row) {
+        const std::uint8_t *record = &file[RefaceFileHeaderSize + row * RefaceVoiceObjectSize];
+        Demand(std::equal(record, record + RefaceVoiceObjectSize, list.items[row].bytes.data()),
+               "every byte is kept");
     }
 }
 
@@ -59,7 +62,7 @@ void DecodeAndEncode(std::span<const std::uint8_t> input) {
         Demand(std::ranges::equal(list.items[row].bytes, record), "a record is kept as it stands");
         LookAt(list.items[row]);
     }
-    EncodeAndDecodeAgain(list);
+    Encode(list);
 }
 
 } // namespace

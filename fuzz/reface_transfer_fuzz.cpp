@@ -1,5 +1,7 @@
 // Any run of events as what a reface DX answers: settings are read or refused, each voice of a
 // download is what the messages say that were read for it, and everything is closed at the end.
+// Slow, since every run goes through six conversations; the fuzzers of what is received and of the
+// messages of a reface DX look at many more inputs.
 //
 // The input begins with the wait in milliseconds, the number of the write that fails, and what the
 // answers are to. Then come steps: a byte that says what arrives and how, and the bytes it needs.
