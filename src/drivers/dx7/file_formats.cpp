@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <string>
 
 namespace tonewright {
@@ -105,11 +104,13 @@ bool HasMessage(std::span<const std::uint8_t> bytes, std::size_t at,
     if (bytes.size() < size || at > bytes.size() - size || bytes[at + size - 1] != EndOfSysex) {
         return false;
     }
-    const auto isAsInHeader = [&](std::size_t place) {
+    for (std::size_t place = 0; place < header.size(); ++place) {
         const std::uint8_t byte = bytes[at + place];
-        return (place == 2 ? byte & ~AnyChannel : byte) == header[place];
-    };
-    return std::ranges::all_of(std::views::iota(std::size_t{0}, header.size()), isAsInHeader);
+        if ((place == 2 ? byte & ~AnyChannel : byte) != header[place]) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // 4096 bytes are taken for voices when they look like some: bytes, names and envelopes in range.
