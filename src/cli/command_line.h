@@ -55,7 +55,8 @@ constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
 
 // Sorts the arguments (without the program's name) in place: `call.words` are those that are no
 // options, in their order. The reason in words when an option is not known, or lacks its value or
-// has one that it does not take, or excludes another one. "--" ends the options; "-" alone is a word.
+// has one that it does not take, or excludes another one. "--" ends the options; "-" alone is a
+// word.
 std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall &call);
 
 // A whole number in decimal digits, from 1 to 999,999.

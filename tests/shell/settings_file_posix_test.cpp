@@ -239,10 +239,10 @@ TEST_F(SettingsFileObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
 }
 
 TEST_F(SettingsFileObstacles, ExtrasThatCannotBeReadAreNotWrittenOver) {
-    WriteTestText(extras, "WholeDetune = 1\n");
     ASSERT_EQ(chmod((maker + "Tonewright 17").c_str(), 0777), 0);
-    ASSERT_EQ(chmod(extras.c_str(), 0222), 0);
     RunUnprivileged([this] {
+        WriteTestText(extras, "WholeDetune = 1\n");
+        EXPECT_EQ(chmod(extras.c_str(), 0200), 0); // its own, and so it could be replaced
         CarefulMode = 1;
         EXPECT_EQ(WriteChosenSetting(ExtrasSettings, ExtrasSettings.rows[0]),
                   SettingsWrite::Failed);
