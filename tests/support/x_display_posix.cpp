@@ -142,7 +142,7 @@ std::uint32_t ScreenPicture::At(int x, int y) const {
                      static_cast<std::size_t>(x));
 }
 
-bool XDisplay::Start() {
+bool XDisplay::Start(const std::string &screen) {
     int ends[2];
     if (pipe(ends) != 0) {
         return false;
@@ -150,9 +150,8 @@ bool XDisplay::Start() {
     fcntl(ends[0], F_SETFD, FD_CLOEXEC);
     // It writes its number there as soon as it is ready, and turns nobody away while a last client
     // leaves.
-    server.emplace(Strings{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0",
-                           "1280x1024x24", "-fbdir", folder.path.string(), "-nolisten", "tcp",
-                           "-noreset"},
+    server.emplace(Strings{"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", screen,
+                           "-fbdir", folder.path.string(), "-nolisten", "tcp", "-noreset"},
                    Strings{});
     close(ends[1]);
     std::string number;
