@@ -42,6 +42,35 @@ TEST(ListBox, NoRowIsInsertedBeyondTheEndNorDeletedThatIsNotThere) {
     EXPECT_EQ(ListCount(box), 3);
 }
 
+TEST(ListBox, TheSelectionStaysOnItsRowWhereRowsComeAndGo) {
+    ListBox box = BoxOf(10, 4, 5);
+    int heard = 0;
+    box.observer = [&](ListChange change) { heard += change == ListChange::Items ? 1 : 100; };
+    EXPECT_TRUE(ListBoxInsert(box, 6));
+    EXPECT_EQ(box.selection, 5);
+    EXPECT_TRUE(ListBoxInsert(box, 5));
+    EXPECT_EQ(box.selection, 6);
+    EXPECT_TRUE(ListBoxInsert(box, 0));
+    EXPECT_EQ(box.selection, 7);
+    EXPECT_TRUE(ListBoxDelete(box, 8));
+    EXPECT_EQ(box.selection, 7);
+    EXPECT_TRUE(ListBoxDelete(box, 0));
+    EXPECT_EQ(box.selection, 6);
+    EXPECT_TRUE(ListBoxDelete(box, 6));
+    EXPECT_EQ(box.selection, NoRow);
+    EXPECT_EQ(heard, 6);
+    EXPECT_EQ(ListCount(box), 10);
+}
+
+TEST(ListBox, WhereTheLastRowsGoTheListLeavesNoGapBelow) {
+    ListBox box = BoxOf(10, 4, 9);
+    EXPECT_EQ(box.topRow, 6);
+    EXPECT_TRUE(ListBoxDelete(box, 9));
+    EXPECT_EQ(box.topRow, 5);
+    ListSetVisibleRows(box, 6);
+    EXPECT_EQ(box.topRow, 3);
+}
+
 TEST(ListBox, ANegativeCountOfRowsIsNone) {
     ListBox box = BoxOf(3);
     ListBoxFill(box, -1);
