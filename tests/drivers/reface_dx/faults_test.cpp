@@ -369,9 +369,14 @@ TEST(RefaceFaults, WhatStandsAmongTheDataOfTheSettingsIsPutBackWithThem) {
     EXPECT_EQ(session.UploadBank(), 1);
     Bytes left = UserSettings;
     left[1] = 0x00; // the message that puts FE back has lost it on the way: channel of the transfer
-    std::ranges::copy(
-        Bytes{0x00, 0x00, 0x00, 0x03, 0x00, 0x03, 0x0F, 0x05, 0x00, 0x45, 0x01, 0x10, 0x2A},
-        left.begin() + 2);
+    std::ranges::copy(Bytes{0x00, 0x00, 0x00, 0x03, 0x00}, left.begin() + 2);
+    // The instrument refuses 03 for its transpose, 0F 05 for its tempo and 45 for its pedal, which
+    // stay as they were, and 10 for its speaker and 2A for its MIDI control, which stay as the
+    // transfer had them.
+    left[10] = 0x00;
+    left[12] = 0x01;
+    left[13] = 0x00;
+    left[14] = 0x01;
     EXPECT_EQ(SystemSettingsOf(Reface), left);
     EXPECT_EQ(OpenBuiltinStreams(), 0);
 }
