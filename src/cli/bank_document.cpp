@@ -4,9 +4,11 @@
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
+#include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/voice_fault.h"
 
 #include <cerrno>
 
@@ -20,10 +22,23 @@ int TellNotWritten(const char *path, int systemError) {
                                  : WithSystemReason("could not be written", systemError));
 }
 
+// In careful mode a file of a family takes no voices of another one, of which nobody could read
+// them again.
+bool CarefulRefusesToWrite(const VoiceObject *voice) {
+    const SynthDriver *family = CurrentDriver();
+    return CarefulMode != 0 && family && VoiceFaultOf(voice, *family) == VoiceFault::OtherFamily;
+}
+
 // Whether the row can be written into a file of the current family; else says why `path` is not
 // written, which is then left as it was.
 bool RowCanBeWritten(const VoiceFileFormat *format, int row, const char *path) {
-    if (!format || format->canBeWritten(ListVoice(MainList, row))) {
+    const VoiceObject *voice = ListVoice(MainList, row);
+    if (CarefulRefusesToWrite(voice)) {
+        TellError(path, FormatText("not written: place %d holds no voice of the %s", row + 1,
+                                   CurrentDriver()->name));
+        return false;
+    }
+    if (!format || format->canBeWritten(voice)) {
         return true;
     }
     TellError(path, FormatText("not written: place %d holds no whole voice", row + 1));

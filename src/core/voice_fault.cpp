@@ -8,7 +8,7 @@ VoiceFault VoiceFaultOf(const VoiceObject *voice, const SynthDriver &family) {
         return VoiceFault::Missing;
     }
     const auto header = HeaderOf(*voice);
-    if (!header || header->magic != VoiceObjectMagic || header->driverId != family.id) {
+    if (header && header->driverId != family.id) {
         return VoiceFault::OtherFamily;
     }
     const bool isWhole =

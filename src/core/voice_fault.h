@@ -9,7 +9,7 @@ enum class VoiceFault {
     None,
     Missing,     // there is no voice
     OtherFamily, // or one of no family
-    Incomplete,  // of the family, but not all of it is there
+    Incomplete,  // not all of it is there
 };
 VoiceFault VoiceFaultOf(const VoiceObject *voice, const SynthDriver &family);
 

@@ -41,6 +41,8 @@ enum Text : unsigned {
     OtherExtension = 20012,
     HoldsMore = 20013,
     WasChanged = 20014,
+    ListHoldsMore = 20015,
+    NotForMidi = 20016,
     SaveAsOrReplace = 20018,
     SaveAsOrCancel = 20019,
     ReplaceMemory = 20020,
@@ -120,6 +122,22 @@ std::string FaultForCurrentFamily(int row) {
     return FaultOfList(bank, *family);
 }
 
+// The same of what is to be sent, which a message must be able to carry.
+std::string FaultForUpload(int row) {
+    const SynthDriver *family = CurrentDriver();
+    std::string fault = FaultForCurrentFamily(row);
+    if (!fault.empty() || !family->bankFormat || !family->bankFormat->fitsAMessage) {
+        return fault;
+    }
+    const int last = row == NoRow ? family->bankRows - 1 : row;
+    for (int sent = row == NoRow ? 0 : row; sent <= last; ++sent) {
+        if (!family->bankFormat->fitsAMessage(ListVoice(MainList, sent))) {
+            return TextOf(NotForMidi, {std::to_string(sent + 1)});
+        }
+    }
+    return "";
+}
+
 // The family whose whole bank the list is; nullptr for none.
 const SynthDriver *FamilyOfList() {
     const SynthDriver *family = FamilyOf(ListVoice(MainList, 0));
@@ -136,6 +154,11 @@ void SelectFamily(const SynthDriver &family) {
 }
 
 // ---- files whose bank a save would replace
+
+std::string RowsOfBank() {
+    const SynthDriver *family = CurrentDriver();
+    return family ? std::to_string(family->bankRows) : "";
+}
 
 // The family that banks of that extension are of, when it is not the current one.
 const SynthDriver *OtherFamilyOfPath(const std::string &path) {
@@ -207,15 +230,14 @@ std::string NameOfPort(int port) {
 }
 
 std::string ReasonOfTransfer() {
-    const SynthDriver *family = CurrentDriver();
-    if (!family) {
+    if (!CurrentDriver()) {
         return TextOf(NoFamily);
     }
     switch (TryMidiLink(CurrentMidiPorts())) {
     case LinkFault::NoOutput:
-        return TextOf(OutputNotFound, {family->name});
+        return TextOf(OutputNotFound);
     case LinkFault::NoInput:
-        return TextOf(InputNotFound, {family->name});
+        return TextOf(InputNotFound);
     case LinkFault::OutputNotOpened:
         return TextOf(PortNotOpened, {NameOfPort(MidiOutPort)});
     case LinkFault::InputNotOpened:
@@ -223,7 +245,7 @@ std::string ReasonOfTransfer() {
     case LinkFault::None:
         break;
     }
-    return TextOf(NoAnswer, {family->name});
+    return TextOf(NoAnswer);
 }
 
 } // namespace
@@ -246,7 +268,7 @@ bool CarefulRefusesToSave(QWidget *window) {
 }
 
 bool CarefulRefusesToUpload(QWidget *window, int row) {
-    const std::string fault = IsOn() ? FaultForCurrentFamily(row) : "";
+    const std::string fault = IsOn() ? FaultForUpload(row) : "";
     if (fault.empty()) {
         return false;
     }
@@ -281,7 +303,7 @@ SaveWay CarefulSaveWay(QWidget *window) {
     if (!FileExists(path.c_str())) {
         return SaveWay::SaveAs; // nothing is lost, but the list was never of that name
     }
-    const std::string text = TextOf(*loss, {FileNameOfPath(path.c_str())});
+    const std::string text = TextOf(*loss, {FileNameOfPath(path.c_str()), RowsOfBank()});
     switch (AskWithButtons(window, Paragraphs(text, TextOf(SaveAsOrReplace)), "Save as", "Replace",
                            "Cancel")) {
     case ResultYes:
@@ -294,8 +316,18 @@ SaveWay CarefulSaveWay(QWidget *window) {
 }
 
 SaveWay CarefulSaveAsWay(QWidget *window, const std::string &path) {
-    const SynthDriver *other = IsOn() ? OtherFamilyOfPath(path) : nullptr;
-    return other ? AskAboutOtherFamily(window, path, *other) : SaveWay::Replace;
+    const SynthDriver *family = CurrentDriver();
+    if (!IsOn() || !family) {
+        return SaveWay::Replace;
+    }
+    if (const SynthDriver *other = OtherFamilyOfPath(path)) {
+        return AskAboutOtherFamily(window, path, *other);
+    }
+    const bool isWhole =
+        ListCount(MainList) <= family->bankRows ||
+        AskYesNo(window, TextOf(ListHoldsMore, {std::to_string(ListCount(MainList)), family->name,
+                                                RowsOfBank()})) == ResultYes;
+    return isWhole ? SaveWay::Replace : SaveWay::Stay;
 }
 
 bool CarefulGoesOnUnsaved() {
@@ -307,10 +339,7 @@ bool CarefulHasNothingToSave() {
 }
 
 bool CarefulMayReplaceMemory(QWidget *window) {
-    const SynthDriver *family = CurrentDriver();
-    return !IsOn() || !family ||
-           AskYesNo(window, TextOf(ReplaceMemory,
-                                   {std::to_string(family->bankRows), family->name})) == ResultYes;
+    return !IsOn() || AskYesNo(window, TextOf(ReplaceMemory, {RowsOfBank()})) == ResultYes;
 }
 
 void CarefulForgetClickedRow() {

@@ -13,7 +13,8 @@ namespace tonewright {
 // Save and Save as: true, after saying why, when the list does not hold a whole bank of the current
 // family. With the voices of another family it asks whether to select that one for them instead.
 bool CarefulRefusesToSave(QWidget *window);
-// Upload: the same, without a question; `row`: the voice that is to be sent, NoRow for all.
+// Upload: the same, without a question, and of voices with bytes that no message can carry; `row`:
+// the voice that is to be sent, NoRow for all.
 bool CarefulRefusesToUpload(QWidget *window, int row);
 // Export: the same of the one voice that is to be written.
 bool CarefulRefusesToExport(QWidget *window, int row);
@@ -25,7 +26,8 @@ enum class SaveWay {
 };
 // Save: asks when the document's path stands for other voices than those that the list came from.
 SaveWay CarefulSaveWay(QWidget *window);
-// Save as: the same when a chosen path has the extension of another family's banks.
+// Save as: the same when a chosen path has the extension of another family's banks, or the list
+// more voices than a bank.
 SaveWay CarefulSaveAsWay(QWidget *window, const std::string &path);
 
 // The question about unsaved changes: whether the command goes on when the save before it failed.

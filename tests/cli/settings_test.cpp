@@ -2,6 +2,7 @@
 #include "run_cli.h"
 
 #include "common/setting_rows.h"
+#include "support/reface_bytes.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -229,6 +230,29 @@ TEST_F(CliSettings, AFileThatCannotBeWrittenIsToldOf) {
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.errors,
               "tonewright-cli: " + IniPath() + ": could not be written: Is a directory\n");
+}
+
+// ---- what the extras change
+
+TEST_F(CliHome, CarefulModeWritesNoVoicesOfAnotherFamily) {
+    auto bank = TestRefaceBank();
+    bank[160 + 6 * 202 + 16] = 'y'; // the family of voice 7
+    const std::string in = home.Write("in.srx", bank), out = home.WriteText("out.srx", "former");
+    const std::string voice = home.WriteText("voice.sr1", "former");
+    const std::string reason = ": not written: place 7 holds no voice of the Yamaha reface DX\n";
+    WriteUserFile("Tonewright 17/Extras.ini", "CarefulMode = 1\n");
+    auto result = Cli({"save", in, out});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + out + reason);
+    EXPECT_EQ(ReadTestText(out), "former");
+    result = Cli({"export", in, "7", voice});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + voice + reason);
+    EXPECT_EQ(ReadTestText(voice), "former");
+    EXPECT_EQ(Cli({"export", in, "8", voice}).exitStatus, 0);
+    WriteUserFile("Tonewright 17/Extras.ini", "CarefulMode = 0\n");
+    EXPECT_EQ(Cli({"save", in, out}).exitStatus, 0);
+    EXPECT_EQ(Cli({"export", in, "7", voice}).exitStatus, 0);
 }
 
 // ---- history

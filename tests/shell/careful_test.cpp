@@ -375,16 +375,16 @@ TEST_F(WhatASaveReplaces, BytesBehindABankAreAskedAbout) {
     longer.push_back(0);
     PendingOpenPath = home.Write("longer.syx", longer);
     EXPECT_EQ(RunCommand(CommandOpen), 1);
-    ExpectReplaceQuestion("The file longer.syx holds more than the voices in the list. Only these "
-                          "would remain of it.",
+    ExpectReplaceQuestion("The file longer.syx holds more than the 32 voices of a bank. Only "
+                          "these would remain of it.",
                           ResultCancel);
     EXPECT_EQ(RunCommand(CommandSave), 0);
     EXPECT_EQ(ReadTestFile(home.File("longer.syx")), longer);
 
     PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
     EXPECT_EQ(RunCommand(CommandOpen), 1);
-    ExpectReplaceQuestion("The file many.srx holds more than the voices in the list. Only these "
-                          "would remain of it.",
+    ExpectReplaceQuestion("The file many.srx holds more than the 32 voices of a bank. Only "
+                          "these would remain of it.",
                           ResultNo);
     EXPECT_EQ(RunCommand(CommandSave), 1);
     EXPECT_EQ(ReadTestFile(home.File("many.srx")).size(), 160u + 32 * 202);
@@ -499,6 +499,23 @@ TEST_F(WhatASaveReplaces, ANameOfAnotherFamilyIsNotTakenFromTheDialog) {
     EXPECT_EQ(RunCommand(CommandSaveAs), 0);
     EXPECT_FALSE(home.Holds("b.srx"));
     EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+}
+
+TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfBeforeTheyAreLeftOut) {
+    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    ExpectSaveDialog(home.File("plain.srx"), home.File("many.srx"));
+    EXPECT_EQ(RunCommand(CommandSaveAs), 1);
+    SwitchOn();
+    for (const int answer : {ResultNo, ResultYes}) {
+        ExpectSaveDialog(home.File("mine.srx"), home.File("plain.srx"));
+        desktop.ExpectYesNo("The list holds 33 voices, and a bank for the " + RefaceName +
+                                " has 32. The voices behind these will not be saved.\n\nDo you "
+                                "wish to save the others?",
+                            answer);
+        EXPECT_EQ(RunCommand(CommandSaveAs), answer == ResultYes);
+        EXPECT_EQ(home.Holds("mine.srx"), answer == ResultYes);
+    }
 }
 
 TEST_F(WhatASaveReplaces, ASaveThatFailedUnderANewNameCanBeTriedAgain) {
@@ -637,10 +654,10 @@ protected:
         Forget();
     }
     void ExpectQuestion(int answer) {
-        desktop.ExpectYesNo("The 32 voices in the memory of your " + Dx7Name +
-                                " are about to be replaced by those in the list. The present ones "
-                                "will be lost, unless you have saved them.\n\nDo you wish to "
-                                "replace them?",
+        desktop.ExpectYesNo("The 32 voices in the memory of your synthesizer are about to be "
+                            "replaced by those in the list. The present ones "
+                            "will be lost, unless you have saved them.\n\nDo you wish to "
+                            "replace them?",
                             answer);
     }
     BuiltinMidi midi;
@@ -662,6 +679,21 @@ TEST_F(CarefulUpload, IsAskedAboutInCarefulMode) {
     EXPECT_EQ(RunCommand(CommandUpload), 1);
     EXPECT_NE(MemoryOf(BuiltinInstrument::Dx7), memory);
     EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+}
+
+TEST_F(CarefulUpload, OfBytesThatNoMessageCarriesIsRefused) {
+    SetNameAt(4, "B\x80TTER    ");
+    EXPECT_EQ(RunCommand(CommandUpload), 1); // which the instrument does not hear
+    EXPECT_EQ(MemoryOf(BuiltinInstrument::Dx7), memory);
+    SwitchOn();
+    const std::string refusal = "Voice 5 of the list has values that MIDI cannot carry, and your "
+                                "synthesizer would receive nothing.\n\nNothing has been sent to "
+                                "your synthesizer.";
+    desktop.ExpectMessage(refusal);
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+    MainListState.clickedIndex = 4;
+    desktop.ExpectMessage(refusal);
+    EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
 }
 
 TEST_F(CarefulUpload, ThatCannotBeginIsSilentWithTheModeOff) {
@@ -686,10 +718,9 @@ TEST_F(CarefulUpload, ThatCannotBeginSaysWhy) {
     EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
     MidiOutPort = NoMidiDevice;
     ExpectQuestion(ResultYes);
-    desktop.ExpectMessage(
-        "There has been an error uploading the voices.\n\nThe MIDI output to the " + Dx7Name +
-        " has not been found. Please check that your synthesizer is connected "
-        "and switched on, and click on Find synthesizer in the Edit menu.");
+    desktop.ExpectMessage("There has been an error uploading the voices.\n\nThe MIDI output to "
+                          "your synthesizer has not been found. Please check that it is connected "
+                          "and switched on, and click on Find synthesizer in the Edit menu.");
     EXPECT_EQ(RunCommand(CommandUpload), 0);
 }
 
@@ -709,15 +740,15 @@ TEST_F(CarefulUpload, OfAVoiceThatIsNotAnsweredSaysSo) {
         EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
     };
     desktop.ExpectMessage("Invalid system common.");
-    expect("The " + RefaceName + " did not answer.");
+    expect("Your synthesizer did not answer.");
     FaultsOf(BuiltinInstrument::Reface).inputDoesNotOpen = true;
     MainListState.clickedIndex = 0;
     expect("The MIDI port " + std::string(TheMidi.Pm_GetDeviceInfo(MidiInPort)->name) +
            " could not be opened. Another program may be using it.");
     MidiInPort = NoMidiDevice;
     MainListState.clickedIndex = 0;
-    expect("The MIDI input from the " + RefaceName +
-           " has not been found. Please check that your synthesizer is connected and switched on, "
+    expect("The MIDI input from your synthesizer has not been found. Please check that it is "
+           "connected and switched on, "
            "and click on Find synthesizer in the Edit menu.");
 }
 
