@@ -43,6 +43,23 @@ TEST_F(ExtrasMenu, ACheckMarkFollowsTheValue) {
     EXPECT_TRUE(IsChecked(CommandCarefulMode));
 }
 
+TEST_F(ExtrasMenu, AToggleCountsForTheNextBankThatIsOpened) {
+    std::vector<std::uint8_t> bank = TestBank();
+    bank[6 + 12] = 14 << 3;
+    FixTestChecksum(bank);
+    const std::string path = home.Write("detuned.syx", bank);
+    const auto detune = [&] {
+        PendingOpenPath = path;
+        EXPECT_EQ(RunCommand(CommandOpen), 1);
+        return PayloadOf(*ListVoice(MainList, 0))->payload[20];
+    };
+    EXPECT_EQ(detune(), 6);
+    Trigger(CommandWholeDetune);
+    EXPECT_EQ(detune(), 14);
+    Trigger(CommandWholeDetune);
+    EXPECT_EQ(detune(), 6);
+}
+
 TEST_F(ExtrasMenu, WhatTheFilesSayIsCheckedFromTheStart) {
     WriteTestText(home.File("Quillbrook/Tonewright 17/Extras.ini"), "AuditionKeepsVoice = 1\n");
     MakeWindow();
