@@ -110,7 +110,9 @@ static QImage SmoothPicture(const PictureKey &key) {
         QPainter painter(&image);
         DrawRefaceAlgorithm(painter, {.left = 0, .top = 0, .right = width, .bottom = height},
                             key.algorithm, QColor::fromRgba(key.ink), QColor::fromRgba(key.paper),
-                            large(key.lineWeight), key.withNumber);
+                            // Rounded once, when it is large: a quarter of a pixel counts.
+                            static_cast<int>(std::lround(key.lineWeight * key.density * Reduction)),
+                            key.withNumber);
     }
     QImage reduced = ReducedImage(image);
     reduced.setDevicePixelRatio(key.density);

@@ -268,6 +268,26 @@ TEST(RefaceAlgorithmSmooth, OnADenseScreenIsAsFineAsTheScreen) {
     EXPECT_EQ(image, expected);
 }
 
+TEST(RefaceAlgorithmSmooth, LinesAreAsWideAsTheScreenIsDense) {
+    for (const double density : {1.0, 1.25, 1.5, 1.75, 2.0}) {
+        for (const int weight : {1, 2, 3}) {
+            // The line below, from operator 1 to operator 4, crossed in the middle of the picture.
+            QImage image =
+                EmptyImage(static_cast<int>(400 * density), static_cast<int>(100 * density), White);
+            image.setDevicePixelRatio(density);
+            QPainter painter(&image);
+            DrawRefaceAlgorithmSmooth(painter, {0, 0, 400, 100}, 11, Qt::black, Qt::white, weight,
+                                      false);
+            painter.end();
+            double ink = 0;
+            for (int y = image.height() * 80 / 100; y < image.height(); ++y) {
+                ink += (255 - qRed(image.pixel(image.width() / 2, y))) / 255.0;
+            }
+            EXPECT_NEAR(ink, weight * density, 0.02) << weight << " at " << density;
+        }
+    }
+}
+
 TEST(RefaceAlgorithmSmooth, APictureTooLargeToSmoothIsDrawnDirectly) {
     EXPECT_EQ(Paint(DrawRefaceAlgorithmSmooth, 8, 4000, 1000, 12, true),
               Paint(DrawRefaceAlgorithm, 8, 4000, 1000, 12, true));
