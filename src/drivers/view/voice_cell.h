@@ -38,8 +38,8 @@ struct PrintedCell {
 };
 // `textShare`: the width of the texts in thousandths of the cell's.
 PrintedCell MeasurePrintedCell(const PrintCell &cell, int textShare);
-// Paints the frame of a cell and its two lines of text, after the picture, whose paper reaches into
-// the corners of the frame.
+// Paints the frame of a cell and its two lines of text. The picture follows, and its paper covers
+// what of the frame's corners it reaches.
 void PaintPrintedTexts(QPainter &painter, const PrintCell &cell, const PrintedCell &printed,
                        const VoiceTexts &texts);
 

@@ -42,6 +42,7 @@ int Dx7PrintVoice(QPainter &painter, const VoiceObject &voice, const PrintCell &
         return 1;
     }
     const PrintedCell printed = MeasurePrintedCell(cell, 550);
+    PaintPrintedTexts(painter, cell, printed, face->texts);
     const int weight = PerMilleAtLeastOne(printed.columnWidth, 5);
     DrawDx7Algorithm(painter,
                      {.left = printed.textRight,
@@ -49,7 +50,6 @@ int Dx7PrintVoice(QPainter &painter, const VoiceObject &voice, const PrintCell &
                       .right = printed.area.right - printed.margin,
                       .bottom = printed.area.bottom - 3 * weight},
                      face->algorithm, Qt::black, Qt::white, weight - 2, ShowAlgorithmNumber);
-    PaintPrintedTexts(painter, cell, printed, face->texts);
     return 1;
 }
 

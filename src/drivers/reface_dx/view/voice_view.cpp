@@ -42,13 +42,13 @@ int RefacePrintVoice(QPainter &painter, const VoiceObject &voice, const PrintCel
         return 1;
     }
     const PrintedCell printed = MeasurePrintedCell(cell, 600);
+    PaintPrintedTexts(painter, cell, printed, face->texts);
     DrawRefaceAlgorithmSmooth(painter,
                               {.left = printed.textRight,
                                .top = printed.area.top + 3 * printed.margin,
                                .right = printed.area.right - printed.margin,
                                .bottom = printed.area.bottom - 3 * printed.margin},
                               face->algorithm, Qt::black, Qt::white, printed.margin, true);
-    PaintPrintedTexts(painter, cell, printed, face->texts);
     return 1;
 }
 

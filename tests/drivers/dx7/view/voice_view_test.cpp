@@ -670,6 +670,21 @@ TEST(Dx7PrintedVoice, TheCornersOfTheFrameAreRound) {
     EXPECT_EQ(RunOfRow(page, 9, 50), std::make_pair(9, 10));
 }
 
+TEST(Dx7PrintedVoice, ThePictureLiesOverTheFrame) {
+    const QImage page = PrintPage(0);
+    QImage expected = EmptyImage(1000, 1600, White);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Qt::black, 2));
+    painter.drawRoundedRect(QRectF(10, 10, 480, 80), 10, 10);
+    // Its paper covers what of the round corners lies within its rectangle.
+    EXPECT_NE(expected.pixel(488, 16), White);
+    painter.fillRect(284, 16, 489 - 284, 84 - 16, Qt::white);
+    painter.end();
+    const QRect rightEnd(470, 0, 30, 100);
+    EXPECT_EQ(page.copy(rightEnd), expected.copy(rightEnd));
+}
+
 TEST(Dx7PrintedVoice, NameAndPlaceStandInTheLeftPartOfTheCell) {
     const QImage page = PrintPage(2, 32, MakeVoice("E.PIANO 1", 32));
     // m is 1, so the text runs from 10 + 10 to 20 + 264; the name from 155 to 187, the place from

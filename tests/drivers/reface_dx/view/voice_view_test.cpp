@@ -550,17 +550,19 @@ TEST(RefacePrintedVoice, ACellStartsAtTheCornerOfThePrintableArea) {
     EXPECT_EQ(FrameOf(image), QRect(QPoint(559, 179), QPoint(1040, 260)));
 }
 
-TEST(RefacePrintedVoice, TheRoundCornersOfTheFrameAreWhole) {
+TEST(RefacePrintedVoice, ThePictureLiesOverTheFrame) {
     const QImage page = PrintPage(0);
     for (const QPoint corner : {QPoint(9, 9), QPoint(490, 9), QPoint(9, 90), QPoint(490, 90)}) {
         EXPECT_EQ(page.pixel(corner), White);
     }
-    // The picture's paper lies below them.
     QImage expected = EmptyImage(1000, 1600, White);
     QPainter painter(&expected);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(Qt::black, 2));
     painter.drawRoundedRect(QRectF(10, 10, 480, 80), 10, 10);
+    // Its paper covers what of the round corners lies within its rectangle.
+    EXPECT_NE(expected.pixel(487, 13), White);
+    painter.fillRect(308, 13, 489 - 308, 87 - 13, Qt::white);
     painter.end();
     const QRect rightEnd(470, 0, 30, 100);
     EXPECT_EQ(page.copy(rightEnd), expected.copy(rightEnd));
