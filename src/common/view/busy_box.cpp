@@ -93,6 +93,10 @@ protected:
         if (event->type() == QEvent::MouseButtonRelease) {
             return DropsRelease(target, *static_cast<QMouseEvent *>(event));
         }
+        if (event->type() == QEvent::MouseMove &&
+            static_cast<QMouseEvent *>(event)->buttons() == Qt::NoButton) {
+            return false; // does nothing, but what the mouse leaves must not stay lit
+        }
         const bool dropped = std::find(std::begin(UserEvents), std::end(UserEvents),
                                        event->type()) != std::end(UserEvents);
         if (dropped && (event->type() == QEvent::MouseButtonPress ||

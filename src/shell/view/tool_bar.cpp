@@ -4,6 +4,8 @@
 #include "common/view/theme.h"
 #include "shell/command_table.h"
 
+#include <QApplication>
+#include <QCursor>
 #include <QPainter>
 
 namespace tonewright {
@@ -24,6 +26,16 @@ void ToolButton::paintEvent(QPaintEvent *) {
     ThemeDrawButton(painter, rect(), state,
                     PictureOf(static_cast<std::uint32_t>(commandId),
                               {ToolPictureSize, ToolPictureSize}, devicePixelRatioF()));
+}
+
+bool ToolButton::event(QEvent *event) {
+    // The toolkit does not tell of a mouse that leaves while a dialog keeps it from the window.
+    if (event->type() == QEvent::WindowUnblocked && underMouse() &&
+        QApplication::widgetAt(QCursor::pos()) != this) {
+        setAttribute(Qt::WA_UnderMouse, false);
+        update();
+    }
+    return QAbstractButton::event(event);
 }
 
 ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {

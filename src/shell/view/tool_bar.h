@@ -13,6 +13,7 @@ public:
     ToolButton(int commandId, const QString &tip, QWidget *parent);
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

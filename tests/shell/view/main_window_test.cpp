@@ -1,6 +1,7 @@
 // The main window as a user meets it.
 #include "window_fixture.h"
 
+#include "common/view/busy_box.h"
 #include "common/view/fonts.h"
 #include "common/view/status_bar.h"
 #include "drivers/dx7/voice_codec.h"
@@ -665,6 +666,36 @@ TEST_F(MainWindowTest, AToolForwardsItsCommandByPosting) {
     RunPosted();
     EXPECT_EQ(NameAt(1), "VOICE 02");
     EXPECT_FALSE(undo->isEnabled());
+}
+
+TEST_F(MainWindowTest, AToolIsLitOnlyWhileTheMouseIsOverItAfterABox) {
+    OpenBank();
+    const auto *tool = window->Tools()->findChild<QWidget *>("control_55");
+    const auto moveTo = [&](const QWidget *widget) {
+        const QPoint point = widget->mapTo(window.get(), widget->rect().center());
+        QCursor::setPos(window->mapToGlobal(point));
+        QTest::mouseMove(window->windowHandle(), point);
+        RunPosted();
+    };
+    const auto picture = [&] { return window->Tools()->grab(tool->geometry()).toImage(); };
+    window->move(0, 0);
+    moveTo(Viewport());
+    const QImage unlit = picture();
+    moveTo(tool);
+    const QImage lit = picture();
+    EXPECT_NE(lit, unlit);
+
+    // A box that keeps what the user does from the window.
+    ShowBusyBoxWindow(window.get(), "Working");
+    moveTo(Viewport());
+    CloseBusyBoxWindow();
+    EXPECT_EQ(picture(), unlit);
+
+    moveTo(tool);
+    EXPECT_EQ(picture(), lit);
+    EXPECT_TRUE(
+        WithBox([&] { PostCommand(CommandSettings); }, [&](QDialog &) { moveTo(Viewport()); }));
+    EXPECT_EQ(picture(), unlit);
 }
 
 TEST_F(MainWindowTest, TheToolsStandInTheirOrderWithTheirTips) {

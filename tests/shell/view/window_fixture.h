@@ -41,6 +41,12 @@ protected:
                            .programs = home.path.string()};
         FillDefaultFolders();
         MakeWindow();
+        // The toolkit remembers buttons that a test has left pressed.
+        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+            if (QGuiApplication::mouseButtons() & button) {
+                QTest::mouseRelease(Viewport(), button);
+            }
+        }
     }
 
     void MakeWindow() {
