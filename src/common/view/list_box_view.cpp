@@ -312,7 +312,7 @@ void ListBoxView::mousePressEvent(QMouseEvent *event) {
             SelectByUser(row);
         }
     } else if (event->button() == Qt::RightButton) {
-        Tell(owner.menu, row, event->globalPosition().toPoint());
+        Tell(owner.menu, row, QRect(event->globalPosition().toPoint(), QSize(0, 0)));
     } else if (event->button() == Qt::MiddleButton && row != NoRow) {
         Tell(owner.middlePress, row);
     }
@@ -365,11 +365,19 @@ void ListBoxView::mouseDoubleClickEvent(QMouseEvent *event) {
 }
 
 void ListBoxView::contextMenuEvent(QContextMenuEvent *event) {
-    // The mouse opens the menu at the press of its button; this is the keyboard's way.
-    if (event->reason() == QContextMenuEvent::Keyboard && box.selection != NoRow) {
-        Tell(owner.menu, box.selection,
-             viewport()->mapToGlobal(RowRectangle(box.selection).center()));
+    // The mouse opens the menu at the press of its button; this is the menu key.
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        TellMenuOfSelection();
     }
+}
+
+void ListBoxView::TellMenuOfSelection() {
+    if (box.selection == NoRow) {
+        return;
+    }
+    ListShowRow(box, box.selection);
+    const QRect area = RowRectangle(box.selection);
+    Tell(owner.menu, box.selection, QRect(viewport()->mapToGlobal(area.topLeft()), area.size()));
 }
 
 void ListBoxView::wheelEvent(QWheelEvent *event) {
@@ -429,7 +437,9 @@ void ListBoxView::keyPressEvent(QKeyEvent *event) {
         event->ignore();
         return;
     }
-    if (const auto key = ListKeyOf(event->key())) {
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        TellMenuOfSelection(); // not every platform takes it for the menu key
+    } else if (const auto key = ListKeyOf(event->key())) {
         SelectByUser(ListRowOfKey(box, *key));
     } else if (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
         event->ignore();

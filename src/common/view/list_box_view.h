@@ -36,8 +36,10 @@ struct ListBoxOwner {
     std::function<void(int from, int to)> drop = {};
     std::function<void(int row)> doubleClick = {};
     std::function<void(int row)> middlePress = {};
-    // The right button was pressed, on a row or beside them, or the menu key.
-    std::function<void(int row, QPoint globalPosition)> menu = {};
+    // The right button was pressed, on a row or beside them, or the keyboard asks for the menu of
+    // the selected row, which is then in sight. The menu stands below `beside`, in global
+    // coordinates, or above it: the row, or the place of the mouse as an empty rectangle.
+    std::function<void(int row, QRect beside)> menu = {};
 };
 
 class ListBoxView : public QListView {
@@ -89,6 +91,7 @@ private:
     void SelectByUser(int row);
     int DragTarget() const;
     void EndPress();
+    void TellMenuOfSelection();
 
     ListBox &box;
     const ListBoxOwner owner;

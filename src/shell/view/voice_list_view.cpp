@@ -11,8 +11,10 @@
 #include "shell/voice_commands.h"
 
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
+#include <QScreen>
 #include <QUrl>
 
 #include <utility>
@@ -61,6 +63,16 @@ void AcceptFiles(QDropEvent &event) {
     }
 }
 
+// Where a menu of that size stands: at the mouse; or below a row, else above it, from the row's
+// middle on, so that the names of all rows stay in sight.
+QPoint PlaceOfMenu(QSize size, const QRect &beside) {
+    const QScreen *screen = QGuiApplication::screenAt(beside.topLeft());
+    const bool fits = !screen || beside.isEmpty() ||
+                      beside.bottom() + size.height() <= screen->availableGeometry().bottom();
+    return {beside.left() + beside.width() / 2,
+            fits ? beside.top() + beside.height() : beside.top() - size.height()};
+}
+
 } // namespace
 
 VoiceListView::VoiceListView(QWidget *parent)
@@ -79,14 +91,14 @@ VoiceListView::VoiceListView(QWidget *parent)
                    .drop = DropVoiceAt,
                    .doubleClick = [](int) { RunUserCommand(CommandEdit); },
                    .middlePress = AuditionRow,
-                   .menu = [this](int row, QPoint position) { ShowContextMenu(row, position); }},
+                   .menu = [this](int row, QRect beside) { ShowContextMenu(row, beside); }},
                   parent) {
     setObjectName("control_170");
     setAccessibleName("Voices");
     setAcceptDrops(true);
 }
 
-void VoiceListView::ShowContextMenu(int row, QPoint globalPosition) {
+void VoiceListView::ShowContextMenu(int row, QRect beside) {
     if (ListCount(MainList) == 0) {
         return;
     }
@@ -104,7 +116,7 @@ void VoiceListView::ShowContextMenu(int row, QPoint globalPosition) {
     const QAction *chosen = nullptr;
     {
         const RunningMark running; // posted work does not start under an open menu
-        chosen = menu.exec(globalPosition);
+        chosen = menu.exec(PlaceOfMenu(menu.sizeHint(), beside));
     }
     if (chosen) {
         RunCommand(chosen->data().toInt());

@@ -18,7 +18,7 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    void ShowContextMenu(int row, QPoint globalPosition);
+    void ShowContextMenu(int row, QRect beside);
 
     // Keys and posted commands wait while the left button is held on a row.
     std::optional<RunningMark> pressMark;

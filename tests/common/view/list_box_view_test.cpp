@@ -54,9 +54,9 @@ protected:
                         middlePressed = row;
                     },
                 .menu =
-                    [this](int row, QPoint point) {
+                    [this](int row, QRect beside) {
                         menus.push_back(row);
-                        menuPoint = point;
+                        menuPlace = beside;
                     },
             },
             &window);
@@ -99,7 +99,7 @@ protected:
     int touched = 0, clickedAgain = 0, doubleClicked = NoRow, middlePressed = NoRow;
     int middlePresses = 0;
     bool held = false;
-    QPoint menuPoint;
+    QRect menuPlace;
 };
 
 TEST_F(ListBoxViewTest, ShowsWholeRowsAndPaintsNoOthers) {
@@ -190,6 +190,8 @@ TEST_F(ListBoxViewTest, AClickSelectsAndASecondOneIsTold) {
 TEST_F(ListBoxViewTest, OtherButtonsSelectNothing) {
     Press(3, Qt::RightButton);
     EXPECT_EQ(menus, std::vector{3});
+    EXPECT_EQ(menuPlace.topLeft(), Viewport()->mapToGlobal(PointOf(3)));
+    EXPECT_TRUE(menuPlace.isEmpty());
     Press(5, Qt::MiddleButton);
     EXPECT_EQ(middlePressed, 5);
     EXPECT_EQ(box.selection, NoRow);
@@ -219,9 +221,24 @@ TEST_F(ListBoxViewTest, TheMenuKeyOpensTheMenuOnTheSelectedRow) {
     EXPECT_TRUE(menus.empty());
     send(QContextMenuEvent::Keyboard);
     EXPECT_EQ(menus, std::vector{503});
-    const int width = Viewport()->width();
-    EXPECT_EQ(menuPoint,
-              Viewport()->mapToGlobal(QRect(0, 3 * RowHeight, width, RowHeight).center()));
+    const QSize size(Viewport()->width(), RowHeight);
+    EXPECT_EQ(menuPlace, QRect(Viewport()->mapToGlobal(QPoint(0, 3 * RowHeight)), size));
+    ListSetTopRow(box, 90000); // the row is out of sight
+    send(QContextMenuEvent::Keyboard);
+    EXPECT_EQ(box.topRow, 503);
+    EXPECT_EQ(menuPlace, QRect(Viewport()->mapToGlobal(QPoint(0, 0)), size));
+}
+
+TEST_F(ListBoxViewTest, ShiftF10OpensTheMenuOfTheSelectedRow) {
+    QTest::keyClick(view.get(), Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(menus.empty()); // no row is selected
+    ListSelect(box, 5);
+    QTest::keyClick(view.get(), Qt::Key_F10);
+    EXPECT_TRUE(menus.empty());
+    QTest::keyClick(view.get(), Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(menus, std::vector{5});
+    EXPECT_EQ(menuPlace, QRect(Viewport()->mapToGlobal(QPoint(0, 5 * RowHeight)),
+                               QSize(Viewport()->width(), RowHeight)));
 }
 
 TEST_F(ListBoxViewTest, ADragThatRestsBelowTheRowsScrollsOn) {

@@ -14,6 +14,7 @@
 #include <QClipboard>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScreen>
 #include <QWindow>
 
 namespace tonewright {
@@ -573,6 +574,47 @@ TEST_F(MainWindowTest, ARightClickOutsideAnyRowLetsTheCommandsActOnTheSelection)
         QTest::keyClick(&menu, Qt::Key_Return);
     }));
     EXPECT_EQ(ReadTestText(path).substr(6 + 145, 8), "VOICE 02");
+}
+
+TEST_F(MainWindowTest, ShiftF10OpensTheMenuOfTheSelectedRowBesideIt) {
+    OpenBank();
+    const QRect screen = window->screen()->availableGeometry();
+    const auto press = [&] { QTest::keyClick(list, Qt::Key_F10, Qt::ShiftModifier); };
+    const auto area = [&](int row) {
+        const QRect shown = list->RowRectangle(row);
+        return QRect(Viewport()->mapToGlobal(shown.topLeft()), shown.size());
+    };
+    window->move(0, 0);
+    ListSelect(MainList, 1);
+    EXPECT_TRUE(WithContextMenuOf(press, [&](const QMenu &menu) {
+        EXPECT_EQ(MainListState.clickedIndex, 1);
+        EXPECT_EQ(menu.geometry().top(), area(1).bottom() + 1);
+        EXPECT_EQ(menu.actions().constFirst()->text(), "Edit VOICE 02");
+    }));
+    // Above the row where there is no room below it.
+    int row = 1;
+    while (area(row + 1).bottom() < screen.bottom()) {
+        ++row;
+    }
+    ListSelect(MainList, row);
+    EXPECT_TRUE(WithContextMenuOf(press, [&](const QMenu &menu) {
+        EXPECT_EQ(MainListState.clickedIndex, row);
+        EXPECT_EQ(menu.geometry().bottom(), area(row).top() - 1);
+        EXPECT_GE(menu.geometry().left(), area(row).center().x());
+    }));
+}
+
+TEST_F(MainWindowTest, AChoiceInTheMenuOfTheKeyboardActsOnTheSelectedRow) {
+    OpenBank();
+    ListSelect(MainList, 4);
+    MainListState.clickedIndex = 9; // from a menu that was closed without a choice
+    EXPECT_TRUE(WithContextMenuOf([&] { QTest::keyClick(list, Qt::Key_F10, Qt::ShiftModifier); },
+                                  [](QMenu &menu) {
+                                      menu.setActiveAction(ActionOf(menu, CommandMoveUp));
+                                      QTest::keyClick(&menu, Qt::Key_Return);
+                                  }));
+    EXPECT_EQ(NameAt(3), "VOICE 05");
+    EXPECT_EQ(MainListState.clickedIndex, -1);
 }
 
 TEST_F(MainWindowTest, DroppedVoicesFillTheRowsDownwardFromTheSelection) {

@@ -104,9 +104,10 @@ protected:
         QApplication::sendEvent(Viewport(), &move);
     }
 
-    // Presses the right button at a point and hands the menu that opens to `look`; the menu is
-    // closed afterwards. False when none opened.
-    bool WithContextMenu(QPoint point, const std::function<void(QMenu &)> &look) {
+    // Does what opens the context menu, and hands the menu to `look`; it is closed afterwards.
+    // False when none opened.
+    bool WithContextMenuOf(const std::function<void()> &open,
+                           const std::function<void(QMenu &)> &look) {
         bool opened = false;
         QTimer::singleShot(0, [&] {
             if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
@@ -115,9 +116,14 @@ protected:
                 menu->close();
             }
         });
-        QTest::mousePress(Viewport(), Qt::RightButton, Qt::NoModifier, point);
+        open();
         QTest::qWait(1);
         return opened;
+    }
+    // At a press of the right button.
+    bool WithContextMenu(QPoint point, const std::function<void(QMenu &)> &look) {
+        return WithContextMenuOf(
+            [&] { QTest::mousePress(Viewport(), Qt::RightButton, Qt::NoModifier, point); }, look);
     }
     static std::vector<std::string> TextsOf(const QMenu &menu) {
         std::vector<std::string> texts;
