@@ -35,7 +35,8 @@ QString Caption() {
 class StartupWindow : public QWidget {
 public:
     explicit StartupWindow(std::function<void()> whenClosed)
-        : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+        : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                               Qt::WindowDoesNotAcceptFocus),
           closed(std::move(whenClosed)) {
         setObjectName("TonewrightStartupScreen");
         setAttribute(Qt::WA_OpaquePaintEvent);

@@ -23,6 +23,7 @@ TEST(StartupWindow, ItIsAsLargeAsItsPictureWithItsBorders) {
     EXPECT_EQ(window->objectName(), "TonewrightStartupScreen");
     EXPECT_TRUE(window->windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_TRUE(window->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus));
     EXPECT_EQ(window->cursor().shape(), Qt::WaitCursor);
     const QPoint distance = window->geometry().center() -
                             QGuiApplication::primaryScreen()->availableGeometry().center();
@@ -60,6 +61,30 @@ TEST(StartupWindow, AMessageIsNotCoveredAndTheWindowComesBackAfterIt) {
     message.exec();
     EXPECT_FALSE(covered);
     EXPECT_TRUE(window->isVisible());
+}
+
+TEST(StartupWindow, ItsTimePassesWhileAMessageStands) {
+    int calls = 0;
+    QElapsedTimer timer;
+    timer.start();
+    const auto window = ShowStartupWindowBox([&] { ++calls; });
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    QDialog message;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &message, [&] {
+        EXPECT_FALSE(window->isVisible());
+        if (calls > 0 || timer.elapsed() > 15000) {
+            message.reject();
+        }
+    });
+    look.start(100);
+    message.exec();
+    EXPECT_EQ(calls, 1);
+    EXPECT_GE(timer.elapsed(), 7900);
+    EXPECT_FALSE(window->isVisible()) << "it does not come back";
+    QTest::qWait(20);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(calls, 1);
 }
 
 TEST(StartupWindow, TheReleaseOfAnyMouseButtonClosesIt) {
