@@ -62,8 +62,10 @@ struct XDisplay {
     Strings environment; // for programs that are to run on it
     std::optional<Process> server, manager;
 
-    // False when there is no X server to be had. `screen`: width, height and bits of a pixel.
-    bool Start(const std::string &screen = "1280x1024x24");
+    // `screen`: width, height and bits of a pixel; `focus`: how the window manager gives the
+    // keyboard away, by a "click" or to the window below the mouse ("sloppy"). False when there is
+    // no X server to be had.
+    bool Start(const std::string &screen = "1280x1024x24", const std::string &focus = "click");
 
     // What a call of xdotool prints; nothing when it fails or takes too long.
     std::optional<std::string> Tool(Strings words) const;

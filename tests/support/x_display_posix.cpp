@@ -142,7 +142,7 @@ std::uint32_t ScreenPicture::At(int x, int y) const {
                      static_cast<std::size_t>(x));
 }
 
-bool XDisplay::Start(const std::string &screen) {
+bool XDisplay::Start(const std::string &screen, const std::string &focus) {
     int ends[2];
     if (pipe(ends) != 0) {
         return false;
@@ -164,7 +164,7 @@ bool XDisplay::Start(const std::string &screen) {
     }
     environment = {"DISPLAY=:" + number, "HOME=" + folder.path.string()};
     const std::string settings = folder.WriteText(
-        "jwmrc", "<?xml version=\"1.0\"?><JWM><FocusModel>click</FocusModel></JWM>");
+        "jwmrc", "<?xml version=\"1.0\"?><JWM><FocusModel>" + focus + "</FocusModel></JWM>");
     manager.emplace(Strings{"jwm", "-f", settings}, environment);
     return true;
 }
