@@ -281,6 +281,18 @@ TEST_F(WhatASaveReplaces, AFileThatCouldNotBeReadIsAskedAbout) {
     EXPECT_EQ(ReadTestFile(home.File("mine.syx")), TestBank());
 }
 
+TEST_F(WhatASaveReplaces, TheDocumentItselfIsSuchAFileWhenItCannotBeReadAgain) {
+    SwitchOn();
+    OpenBank("broken.syx");
+    FailToOpen("broken.syx",
+               ReadError + "\n\n" + home.File("broken.syx") + ": 7 bytes instead of 4104.");
+    ExpectReplaceQuestion("The file broken.syx could not be read when you opened it. The voices in "
+                          "the list are other ones, and they would replace what it holds.",
+                          ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestText(home.File("broken.syx")), "no bank");
+}
+
 TEST_F(WhatASaveReplaces, AnAnswerToReplaceItIsTaken) {
     SwitchOn();
     OpenBank();
