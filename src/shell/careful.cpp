@@ -153,6 +153,15 @@ void SelectFamily(const SynthDriver &family) {
     RefreshCommands();
 }
 
+// Says why, and what has not been done. False without a fault.
+bool Refuses(QWidget *window, const std::string &fault, Text nothingDone) {
+    if (fault.empty()) {
+        return false;
+    }
+    ShowMessage(window, Paragraphs(fault, TextOf(nothingDone)));
+    return true;
+}
+
 // ---- files whose bank a save would replace
 
 std::string RowsOfBank() {
@@ -263,26 +272,15 @@ bool CarefulRefusesToSave(QWidget *window) {
         }
         return true;
     }
-    ShowMessage(window, Paragraphs(fault, TextOf(NothingSaved)));
-    return true;
+    return Refuses(window, fault, NothingSaved);
 }
 
 bool CarefulRefusesToUpload(QWidget *window, int row) {
-    const std::string fault = IsOn() ? FaultForUpload(row) : "";
-    if (fault.empty()) {
-        return false;
-    }
-    ShowMessage(window, Paragraphs(fault, TextOf(NothingSent)));
-    return true;
+    return IsOn() && Refuses(window, FaultForUpload(row), NothingSent);
 }
 
 bool CarefulRefusesToExport(QWidget *window, int row) {
-    const std::string fault = IsOn() ? FaultForCurrentFamily(row) : "";
-    if (fault.empty()) {
-        return false;
-    }
-    ShowMessage(window, Paragraphs(fault, TextOf(NothingSaved)));
-    return true;
+    return IsOn() && Refuses(window, FaultForCurrentFamily(row), NothingSaved);
 }
 
 SaveWay CarefulSaveWay(QWidget *window) {
