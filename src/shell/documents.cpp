@@ -64,7 +64,7 @@ int SaveUnderNewName() {
     }
     SetOpenFolder(chosen->c_str());
     CurrentDocumentPath = *chosen;
-    TheDocumentFile = LookAtDocumentFile(*chosen);
+    TheDocumentFile = DocumentFileBeforeSave(*chosen);
     RefreshTitle();
     return SaveToCurrentPath();
 }

@@ -1,6 +1,7 @@
 // Numbers the lists, and looks at the files of documents.
 #include "shell/list_origin.h"
 
+#include "common/file_bytes.h"
 #include "common/open_file.h"
 #include "core/current.h"
 #include "core/voice_file_reader.h"
@@ -20,7 +21,7 @@ std::size_t BankSizeOf(const std::string &path) {
 
 } // namespace
 
-int MainListOrigin = 0;
+int MainListOrigin = NoListOrigin;
 DocumentFile TheDocumentFile;
 
 void BeginListOrigin() {
@@ -35,6 +36,17 @@ DocumentFile LookAtDocumentFile(const std::string &path) {
         file.start.clear();
     }
     file.holdsMore = file.start.size() > size;
+    return file;
+}
+
+DocumentFile DocumentFileBeforeSave(const std::string &path) {
+    if (path == TheDocumentFile.path) {
+        return TheDocumentFile;
+    }
+    DocumentFile file = LookAtDocumentFile(path);
+    if (FileExists(path.c_str())) {
+        file.origin = NoListOrigin;
+    }
     return file;
 }
 

@@ -10,13 +10,14 @@ namespace tonewright {
 
 // A number that the list keeps while its voices are edited, and that each level of undo keeps with
 // it. Voices that come from elsewhere in the place of all of them have a new one.
+constexpr int NoListOrigin = 0; // which no list that was filled has
 extern int MainListOrigin;
 void BeginListOrigin();
 
 // The document's file as it was known last.
 struct DocumentFile {
     std::string path;                // empty: none
-    int origin = 0;                  // MainListOrigin of the list that was read from it, or written
+    int origin = NoListOrigin;       // MainListOrigin of the list that was read from it, or written
     std::vector<std::uint8_t> start; // as many bytes as a bank of the family has
     bool holdsMore = false;          // more than these
 };
@@ -25,5 +26,10 @@ extern DocumentFile TheDocumentFile;
 // The file at `path` as it is now, as one of the present list; of no file, no bytes. What a bank is
 // follows from the extension, or from the current family.
 DocumentFile LookAtDocumentFile(const std::string &path);
+
+// What a save under that name leaves known when it fails: of another file that is there, that the
+// list did not come from it; of none, that the save can be tried again; of the document's own file,
+// what is known of it.
+DocumentFile DocumentFileBeforeSave(const std::string &path);
 
 } // namespace tonewright

@@ -544,6 +544,73 @@ TEST_F(WhatASaveReplaces, ASaveThatFailedUnderANewNameCanBeTriedAgain) {
     EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
 }
 
+// Save as onto another bank, whose backup cannot be made and is not gone without.
+class ASaveThatFailedOverAnotherBank : public Careful {
+protected:
+    void SetUp() override {
+        Careful::SetUp();
+        CreateBackups = 1;
+        former = TestBank();
+        former[124] = 'X';
+        FixTestChecksum(former);
+        home.Write("other.syx", former);
+        fs::create_directory("Backup of other.syx");
+        OpenBank();
+        Change();
+    }
+    void FailToSave() {
+        ExpectSaveDialog(home.File("other.syx"), home.File("bank.syx"));
+        desktop.ExpectYesNo(BackupQuestion, ResultNo);
+        desktop.ExpectMessage(CarefulMode != 0
+                                  ? WriteError + "\n\n" + home.File("other.syx") +
+                                        ": the answer was not to go on without a backup."
+                                  : WriteError);
+        EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+        EXPECT_EQ(ReadTestFile(home.File("other.syx")), former);
+        CreateBackups = 0;
+    }
+    std::vector<std::uint8_t> former;
+};
+
+TEST_F(ASaveThatFailedOverAnotherBank, IsTriedAgainWithTheModeOff) {
+    FailToSave();
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("other.syx"), "CHANGED   ");
+}
+
+TEST_F(ASaveThatFailedOverAnotherBank, DoesNotMakeThatBankTheListsOwn) {
+    SwitchOn();
+    FailToSave();
+    const std::string question = "The voices in the list did not come from the file other.syx, and "
+                                 "they would replace those that it holds.";
+    ExpectReplaceQuestion(question, ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
+    ExpectReplaceQuestion(question, ResultCancel);
+    EXPECT_EQ(RunCommand(CommandExit), 0);
+    EXPECT_EQ(ReadTestFile(home.File("other.syx")), former);
+    ExpectReplaceQuestion(question, ResultNo);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("other.syx"), "CHANGED   ");
+    EXPECT_EQ(RunCommand(CommandSave), 1); // it is now
+}
+
+TEST_F(WhatASaveReplaces, ASaveThatFailedOverTheDocumentItselfIsTriedAgain) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    CreateBackups = 1;
+    fs::create_directory("Backup of bank.syx");
+    ExpectSaveDialog(home.File("bank.syx"), home.File("bank.syx"));
+    desktop.ExpectYesNo(BackupQuestion, ResultNo);
+    desktop.ExpectMessage(WriteError + "\n\n" + home.File("bank.syx") +
+                          ": the answer was not to go on without a backup.");
+    EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+    CreateBackups = 0;
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(NameIn("bank.syx"), "CHANGED   ");
+}
+
 // ---- a command that was to follow a save
 
 class BehindAFailedSave : public Careful {
