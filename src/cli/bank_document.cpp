@@ -22,23 +22,13 @@ int TellNotWritten(const char *path, int systemError) {
                                  : WithSystemReason("could not be written", systemError));
 }
 
-// In careful mode a file of a family takes no voices of another one, of which nobody could read
-// them again.
-bool CarefulRefusesToWrite(const VoiceObject *voice) {
-    const SynthDriver *family = CurrentDriver();
-    return CarefulMode != 0 && family && VoiceFaultOf(voice, *family) == VoiceFault::OtherFamily;
-}
-
 // Whether the row can be written into a file of the current family; else says why `path` is not
 // written, which is then left as it was.
 bool RowCanBeWritten(const VoiceFileFormat *format, int row, const char *path) {
-    const VoiceObject *voice = ListVoice(MainList, row);
-    if (CarefulRefusesToWrite(voice)) {
-        TellError(path, FormatText("not written: place %d holds no voice of the %s", row + 1,
-                                   CurrentDriver()->name));
+    if (CarefulRefusesVoice(row, path, "not written")) {
         return false;
     }
-    if (!format || format->canBeWritten(voice)) {
+    if (!format || format->canBeWritten(ListVoice(MainList, row))) {
         return true;
     }
     TellError(path, FormatText("not written: place %d holds no whole voice", row + 1));
@@ -82,6 +72,17 @@ int ExportVoiceDocument(int row, const char *path) {
         return TellNotWritten(path, errno);
     }
     return ExitDone;
+}
+
+bool CarefulRefusesVoice(int row, const char *path, const char *notDone) {
+    const SynthDriver *family = CurrentDriver();
+    if (CarefulMode == 0 || !family ||
+        VoiceFaultOf(ListVoice(MainList, row), *family) != VoiceFault::OtherFamily) {
+        return false;
+    }
+    TellError(path,
+              FormatText("%s: place %d holds no voice of the %s", notDone, row + 1, family->name));
+    return true;
 }
 
 std::string NoSuchPlace(int place) {

@@ -19,6 +19,10 @@ int SaveBankDocument(const char *path);
 // The same for a row (from 0) that holds a voice, as a single-voice file.
 int ExportVoiceDocument(int row, const char *path);
 
+// In careful mode a file or an instrument of a family takes no voices of another one, of which
+// nobody could read or hear them again: true after telling what is not done with `path`.
+bool CarefulRefusesVoice(int row, const char *path, const char *notDone);
+
 // That a place (from 1) is not among the voices of MainList, in words.
 std::string NoSuchPlace(int place);
 constexpr const char *NotAPlace = "not a place: a number from 1 is";

@@ -15,14 +15,16 @@ namespace tonewright {
 namespace {
 
 constexpr unsigned Answers = OptionBit(CliOption::Yes) | OptionBit(CliOption::No);
-// Of whatever opens voices or writes them.
-constexpr unsigned Extras = OptionBit(CliOption::Careful) | OptionBit(CliOption::NoCareful) |
-                            OptionBit(CliOption::WholeDetune) | OptionBit(CliOption::NoWholeDetune);
+// Of whatever writes voices into a file or sends them.
+constexpr unsigned Careful = OptionBit(CliOption::Careful) | OptionBit(CliOption::NoCareful);
+// Of what unpacks a bank for that, too.
+constexpr unsigned Extras =
+    Careful | OptionBit(CliOption::WholeDetune) | OptionBit(CliOption::NoWholeDetune);
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
 
 constexpr CliCommand Commands[] = {
     {"list", "FILE...", "print place, name and algorithm of each voice, as the file has it", 1,
-     AnyNumber, Answers | Extras, CliList},
+     AnyNumber, Answers, CliList},
     {"check", "FILE...", "say of each file whether it is ok, refused or damaged, and why", 1,
      AnyNumber, 0, CliCheck},
     {"save", "IN OUT", "open a bank and write it again", 2, 2, Answers | Extras, CliSave},
@@ -33,7 +35,7 @@ constexpr CliCommand Commands[] = {
     {"import", "IN PLACE VOICE OUT", "write a bank with the voice of the file VOICE at PLACE", 4, 4,
      Answers | Extras, CliImport},
     {"picture", "FILE OUT.png", "paint the main window with a bank open", 2, 2,
-     Answers | Extras | OptionBit(CliOption::Screen), CliPicture},
+     Answers | OptionBit(CliOption::Screen), CliPicture},
     {"config", "FILE", "print every setting as the program would read it from FILE", 1, 1, 0,
      CliConfig},
     {"settings", "WHAT [KEY [VALUE]]", "list, get or set the user's settings", 1, 3, 0,
@@ -49,7 +51,7 @@ constexpr CliCommand Commands[] = {
     {"upload-voice", "FILE PLACE", "send the voice at PLACE to the instrument's edit buffer", 2, 2,
      Answers | Extras | MidiOptions, CliUploadVoice},
     {"download", "OUT", "write the voices of the instrument as a bank", 1, 1,
-     Answers | Extras | MidiOptions, CliDownload},
+     Answers | Careful | MidiOptions, CliDownload},
     {"play", "FILE PLACE NOTE...", "send the voice at PLACE and play it: 0 to 127, or C-2 to G8", 3,
      AnyNumber, Answers | Extras | MidiOptions, CliPlay},
     {"memory", "MEMORY NAME OUT", "write what a built-in instrument holds as a bank or voice", 3, 3,

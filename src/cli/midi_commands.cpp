@@ -125,13 +125,20 @@ bool OpenVoices(const char *path, const VoiceFileFormat &format) {
     return true;
 }
 
-// Tells which of the rows `first` to `last` hold bytes that no message can carry: sent all the
-// same, the message would be broken off there and arrive nowhere. True when there is none.
-bool AllFitMessages(const char *path, const VoiceFileFormat &format, int first, int last) {
+// Whether the rows `first` to `last` can be sent; else tells why not. A message with bytes that
+// none can carry would be broken off there and arrive nowhere.
+bool CanBeSent(const char *path, const VoiceFileFormat &format, int first, int last) {
     std::string places;
     for (int row = first; row <= last; ++row) {
-        if (const VoiceObject *voice = ListVoice(MainList, row);
-            voice && format.fitsAMessage && !format.fitsAMessage(voice)) {
+        const VoiceObject *voice = ListVoice(MainList, row);
+        if (CarefulRefusesVoice(row, path, "not sent")) {
+            return false;
+        }
+        if (!format.canBeSent(voice)) {
+            TellError(path, FormatText("place %d holds no whole voice", row + 1));
+            return false;
+        }
+        if (format.fitsAMessage && !format.fitsAMessage(voice)) {
             places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
         }
     }
@@ -153,11 +160,7 @@ const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, 
         TellError(path, NoSuchPlace(place));
         return nullptr;
     }
-    if (!format.canBeSent(voice)) {
-        TellError(path, FormatText("place %d holds no whole voice", place));
-        return nullptr;
-    }
-    return AllFitMessages(path, format, place - 1, place - 1) ? voice : nullptr;
+    return CanBeSent(path, format, place - 1, place - 1) ? voice : nullptr;
 }
 
 // What a command that sends one voice needs of its file, which is opened. The exit status; a
@@ -284,7 +287,7 @@ int CliUpload(const CliCall &call) {
     }
     UseTerminalDesktop(call);
     if (!OpenVoices(path, *file.format) ||
-        !AllFitMessages(path, *file.format, 0, ListCount(MainList) - 1)) {
+        !CanBeSent(path, *file.format, 0, ListCount(MainList) - 1)) {
         return ExitFailed;
     }
     return WithInstrument(call, *file.synth, [&] {

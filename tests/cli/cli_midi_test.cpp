@@ -442,6 +442,21 @@ TEST_F(CliMidi, WholeDetuneReachesTheInstrumentAndComesBackFromItsMemory) {
     EXPECT_EQ(ReadTestFile(Memory())[Dx7MemoryOffset + 12], 0x33);
 }
 
+TEST_F(CliMidi, WholeDetuneOfExtrasHoldsForExportAndPlay) {
+    Bytes bank = TestBank();
+    bank[6 + 12] = 0x73; // detune 14, rate scaling 3
+    FixTestChecksum(bank);
+    const std::string in = folder.Write("detuned.syx", bank), out = folder.File("voice.sy1");
+    for (const char *value : {"0", "1"}) {
+        const int detune = *value == '1' ? 14 : 6;
+        ExpectDone({"settings", "set", "extras.WholeDetune", value});
+        ExpectDone({"export", in, "1", out});
+        EXPECT_EQ(ReadTestFile(out)[6 + 20], detune);
+        ExpectDone({"play", in, "1", "60", "--out", "dx7", "--memory", Memory()});
+        EXPECT_EQ(ReadTestFile(Memory())[Dx7EditOffset + 20], detune);
+    }
+}
+
 // ---- play
 
 using CliPlay = CliMidi;

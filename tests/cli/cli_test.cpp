@@ -485,7 +485,32 @@ TEST(CliWholeDetune, EveryCommandThatReadsABankFollowsIt) {
     run({"import", in, "1", folder.File("voice.sy1"), folder.File("imported.syx")});
     EXPECT_EQ(ReadTestFile(folder.File("imported.syx"))[6 + 17 + 12], 0x72);
     EXPECT_EQ(ReadTestFile(folder.File("imported.syx"))[6 + 128 + 17 + 12], 0x72);
-    run({"list", in});
+}
+
+TEST(CliExtras, ACommandThatTheyCannotChangeDoesNotTakeTheirOptions) {
+    const TempFolder folder;
+    const std::string in = folder.Write("in.syx", TestBank()), out = folder.File("out.png");
+    const auto expect = [](std::vector<std::string> call, const std::string &option) {
+        const std::string command = call.front();
+        call.push_back(option);
+        const auto result = Cli(call);
+        EXPECT_EQ(result.exitStatus, 2) << command;
+        EXPECT_TRUE(
+            result.errors.starts_with("tonewright-cli: " + command + " takes no " + option + "\n"))
+            << result.errors;
+        const std::string help = Cli({command, "--help"}).output;
+        EXPECT_TRUE(Contains(help, "--help") && !Contains(help, "  " + option)) << command;
+    };
+    for (const char *option : {"--whole-detune", "--no-whole-detune"}) {
+        expect({"list", in}, option);
+        expect({"picture", in, out}, option);
+        expect({"download", folder.File("out.srx")}, option);
+    }
+    for (const char *option : {"--careful", "--no-careful"}) {
+        expect({"list", in}, option);
+        expect({"picture", in, out}, option);
+    }
+    EXPECT_FALSE(folder.Holds("out.png"));
 }
 
 TEST(CliExtras, OptionsThatContradictEachOtherOrBelongToNoSuchCommandAreWrongCalls) {

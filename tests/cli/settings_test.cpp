@@ -234,25 +234,82 @@ TEST_F(CliSettings, AFileThatCannotBeWrittenIsToldOf) {
 
 // ---- what the extras change
 
-TEST_F(CliHome, CarefulModeWritesNoVoicesOfAnotherFamily) {
-    auto bank = TestRefaceBank();
-    bank[160 + 6 * 202 + 16] = 'y'; // the family of voice 7
-    const std::string in = home.Write("in.srx", bank), out = home.WriteText("out.srx", "former");
-    const std::string voice = home.WriteText("voice.sr1", "former");
-    const std::string reason = ": not written: place 7 holds no voice of the Yamaha reface DX\n";
-    WriteUserFile("Tonewright 17/Extras.ini", "CarefulMode = 1\n");
-    auto result = Cli({"save", in, out});
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.errors, "tonewright-cli: " + out + reason);
-    EXPECT_EQ(ReadTestText(out), "former");
-    result = Cli({"export", in, "7", voice});
-    EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.errors, "tonewright-cli: " + voice + reason);
+class CliCareful : public CliHome {
+protected:
+    void SetUp() override {
+        CliHome::SetUp();
+        setenv("TONEWRIGHT_INSTRUMENTS", "1", 1);
+        auto bank = TestRefaceBank();
+        bank[160 + 6 * 202 + 16] = 'y'; // the family of voice 7
+        in = home.Write("in.srx", bank);
+        out = home.WriteText("out.srx", "former");
+        voice = home.WriteText("voice.sr1", "former");
+        good = home.Write("good.sr1", TestRefaceVoiceFile(0));
+    }
+    void SwitchOn(bool on) {
+        WriteUserFile("Tonewright 17/Extras.ini", on ? "CarefulMode = 1\n" : "CarefulMode = 0\n");
+    }
+    // A call that ends with that status and with what `reason` says of `path`; empty: nothing.
+    static void Expect(const std::vector<std::string> &call, int status, const std::string &path,
+                       const std::string &reason) {
+        const auto result = Cli(call);
+        EXPECT_EQ(result.exitStatus, status) << call.front();
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors,
+                  reason.empty() ? "" : "tonewright-cli: " + path + ": " + reason + "\n")
+            << call.front();
+    }
+    const std::string noVoice = "place 7 holds no voice of the Yamaha reface DX";
+    std::string in, out, voice, good;
+};
+
+TEST_F(CliCareful, WritesNoVoicesOfAnotherFamily) {
+    SwitchOn(true);
+    for (const std::vector<std::string> &call : std::vector<std::vector<std::string>>{
+             {"save", in, out}, {"move", in, "1", "2", out}, {"import", in, "1", good, out}}) {
+        Expect(call, 1, out, "not written: " + noVoice);
+        EXPECT_EQ(ReadTestText(out), "former");
+        EXPECT_FALSE(home.Holds("Backup of out.srx"));
+    }
+    Expect({"export", in, "7", voice}, 1, voice, "not written: " + noVoice);
     EXPECT_EQ(ReadTestText(voice), "former");
-    EXPECT_EQ(Cli({"export", in, "8", voice}).exitStatus, 0);
-    WriteUserFile("Tonewright 17/Extras.ini", "CarefulMode = 0\n");
-    EXPECT_EQ(Cli({"save", in, out}).exitStatus, 0);
-    EXPECT_EQ(Cli({"export", in, "7", voice}).exitStatus, 0);
+    Expect({"export", in, "8", voice}, 0, "", "");
+    Expect({"import", in, "7", good, out}, 0, "", ""); // it takes the stranger's place
+}
+
+TEST_F(CliCareful, WritesThemWithTheModeOff) {
+    SwitchOn(false);
+    for (const std::vector<std::string> &call : std::vector<std::vector<std::string>>{
+             {"save", in, out}, {"move", in, "1", "2", out}, {"import", in, "1", good, out}}) {
+        WriteTestText(out, "former");
+        Expect(call, 0, "", "");
+        EXPECT_EQ(ReadTestFile(out).size(), 160u + 32 * 202);
+    }
+    Expect({"export", in, "7", voice}, 0, "", "");
+    EXPECT_EQ(ReadTestFile(voice).size(), 160u + 202);
+}
+
+TEST_F(CliCareful, OptionsGoBeforeTheFile) {
+    SwitchOn(false);
+    Expect({"save", in, out, "--careful"}, 1, out, "not written: " + noVoice);
+    EXPECT_EQ(ReadTestText(out), "former");
+    SwitchOn(true);
+    Expect({"save", in, out, "--no-careful"}, 0, "", "");
+}
+
+TEST_F(CliCareful, SaysThatAVoiceOfAnotherFamilyIsNotSent) {
+    const std::string memory = home.File("studio");
+    for (const std::vector<std::string> &call :
+         std::vector<std::vector<std::string>>{{"upload-voice", in, "7", "--memory", memory},
+                                               {"play", in, "7", "60", "--memory", memory}}) {
+        SwitchOn(false);
+        Expect(call, 1, in, "place 7 holds no whole voice");
+        SwitchOn(true);
+        Expect(call, 1, in, "not sent: " + noVoice);
+        EXPECT_FALSE(home.Holds("studio"));
+    }
+    Expect({"upload-voice", in, "8", "--memory", memory}, 0, "", "");
+    EXPECT_TRUE(home.Holds("studio"));
 }
 
 // ---- history
