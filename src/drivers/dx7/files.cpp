@@ -114,6 +114,8 @@ bool DecodeDx7Bank(VoiceList &list, std::span<const std::uint8_t> bytes) {
                        Dx7PackedConst(&bytes[BankVoiceOffset(voice)], Dx7PackedVoiceSize));
         voices.push_back(MakeDx7VoiceObject(unpacked));
     }
+    ListEnable(list, false);
+    ListSetRedraw(list, false);
     ListFill(list, std::move(voices));
     SelectListFonts(list, Dx7DriverId);
     ListSetRedraw(list, true);
