@@ -70,7 +70,8 @@ enum class SettingsWritten {
     AtEnd,
     // When the user chooses a value: the rows that the user has chosen, so that a program that is
     // left alone adds no file. The others follow the files of the system (SystemFiles), one for all
-    // users of the machine, which count where the user has no value.
+    // users of the machine, which count where the user has no value. These are written by hand: a
+    // line counts by its row's whole name alone.
     WhenChosen,
 };
 

@@ -38,10 +38,15 @@ struct RowFinder {
     // of rows where there is none.
     std::array<std::size_t, 256> firstRows;
     const ConfigKey *firstRead; // of all rows; null for none
+    bool wholeNames;            // beginnings find nothing
 };
 
-RowFinder FinderOf(std::span<const ConfigKey> rows) {
-    RowFinder finder{.rows = rows, .firstRows = {}, .firstRead = nullptr};
+RowFinder FinderOf(const SettingsList &list) {
+    const auto rows = list.rows;
+    RowFinder finder{.rows = rows,
+                     .firstRows = {},
+                     .firstRead = nullptr,
+                     .wholeNames = list.written == SettingsWritten::WhenChosen};
     finder.firstRows.fill(rows.size());
     for (std::size_t row = rows.size(); row-- > 0;) {
         if (IsRead(rows[row])) {
@@ -52,15 +57,18 @@ RowFinder FinderOf(std::span<const ConfigKey> rows) {
     return finder;
 }
 
-// The first row of those that are read whose name begins with `beginning`; null for none.
+// The first row of those that are read whose name begins with `beginning`, or, of whole names, is
+// it; null for none.
 const ConfigKey *FindRow(const RowFinder &finder, std::string_view beginning) {
     if (beginning.empty()) {
-        return finder.firstRead;
+        return finder.wholeNames ? nullptr : finder.firstRead;
     }
     for (std::size_t row = finder.firstRows[static_cast<unsigned char>(beginning[0])];
          row < finder.rows.size(); ++row) {
         const ConfigKey &candidate = finder.rows[row];
-        if (IsRead(candidate) && std::string_view(candidate.name).starts_with(beginning)) {
+        const std::string_view name = candidate.name;
+        if (IsRead(candidate) && name.starts_with(beginning) &&
+            (!finder.wholeNames || name == beginning)) {
             return &candidate;
         }
     }
@@ -104,7 +112,7 @@ std::string LinesOfAll(const SettingsList &list) {
 using TakeLine = std::function<void(const ConfigKey &row, std::string_view value)>;
 
 void ReadEachLine(const SettingsList &list, LineReader &lines, const TakeLine &take) {
-    const RowFinder finder = FinderOf(list.rows);
+    const RowFinder finder = FinderOf(list);
     std::string_view line;
     while (NextLine(lines, line)) {
         if (line == "\n") {

@@ -375,6 +375,7 @@ TEST_F(SettingsFile, ALongPathChangesNoOtherSettingAtTheNextStart) {
             ConfigRead();
             EXPECT_EQ(AuditionCurrentOctave, 7u) << size;
             EXPECT_EQ(*value, std::string(value->size(), 'p'));
+            EXPECT_GE(value->size(), 236u);
             AuditionCurrentOctave = 7;
         }
     }
@@ -635,7 +636,8 @@ TEST_F(ExtrasFile, TheSystemHasNoFileOfTheProgramsOwnSettings) {
 }
 
 TEST_F(ExtrasFile, ASystemsFileThatIsDamagedOrNoFileDoesNoHarm) {
-    WriteSystemExtras(std::string("\xFF\0CarefulMode\x01 = 1\nWholeDetune = 1\n", 37) +
+    const std::string zero(1, '\0');
+    WriteSystemExtras("\xFF" + zero + "CarefulMode\x01 = 1\nWholeDetune = 1\n" +
                       std::string(1 << 20, 'x'));
     std::filesystem::create_directories(temp.File("folder/Quillbrook/Extras.ini"));
     PlatformFolders.systemConfiguration.insert(PlatformFolders.systemConfiguration.begin(),
@@ -644,6 +646,20 @@ TEST_F(ExtrasFile, ASystemsFileThatIsDamagedOrNoFileDoesNoHarm) {
     EXPECT_EQ(CarefulMode, 0u);
     EXPECT_EQ(WholeDetune, 1u);
     EXPECT_EQ(MaxUndoLevel, 3u);
+}
+
+// A name is short for nothing, so that an empty line, or one that begins with a blank, switches no
+// protection off.
+TEST_F(ExtrasFile, ALineCountsByTheWholeNameAlone) {
+    WriteSystemExtras("CarefulMode = 1\n\n  \nCareful = 0\nC = 0\n= 0\nCarefulModes = 0\n"
+                      "   WholeDetune = 1\nWholeDetun = 1\n;" +
+                      std::string(258, 'x') + " = 0\n");
+    ConfigRead();
+    EXPECT_EQ(CarefulMode, 1u);
+    EXPECT_EQ(WholeDetune, 0u);
+    EXPECT_EQ(Choose("AuditionKeepsVoice", 1), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(SettingsFilePath(ExtrasSettings)),
+              "\n;\n[Extras]\nAuditionKeepsVoice = 1\n");
 }
 
 TEST_F(ExtrasFile, ChoosingAValueWritesItsRowAlone) {
@@ -667,7 +683,8 @@ TEST_F(ExtrasFile, ARowThatWasNeverChosenFollowsTheSystemsFileAsItChanges) {
 }
 
 TEST_F(ExtrasFile, ChoosingAValueKeepsTheOtherRowsOfTheFileAsTheyStandThere) {
-    WriteTestText(extras, "Whole==1\n;AuditionKeepsVoice = 1\nCarefulMode = 2\nCarefulMode = 1\n");
+    WriteTestText(extras,
+                  "WholeDetune==1\n;AuditionKeepsVoice = 1\nCarefulMode = 2\nCarefulMode = 1\n");
     WholeDetune = 0; // for this start only, as by an option
     EXPECT_EQ(Choose("AuditionKeepsVoice", 0), SettingsWrite::Done);
     EXPECT_EQ(LinesBehindHead(extras),
