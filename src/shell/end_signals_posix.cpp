@@ -19,7 +19,8 @@ void Note(int) {
     errno = error;
 }
 
-// Gives every request that is not ignored, as nohup leaves it, another handler.
+// Gives every request that is not ignored, as nohup leaves it, another handler; once that has run,
+// the next such request ends the program, whatever it is waiting for by then.
 void Handle(void (*handler)(int)) {
     for (const int request : Requests) {
         struct sigaction present = {};
@@ -29,7 +30,7 @@ void Handle(void (*handler)(int)) {
         }
         struct sigaction action = {};
         action.sa_handler = handler;
-        action.sa_flags = SA_RESTART;
+        action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
         sigaction(request, &action, nullptr);
     }
 }

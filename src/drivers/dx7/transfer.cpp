@@ -75,8 +75,10 @@ int Dx7UploadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     std::array<std::uint8_t, Dx7BankFileSize> image;
     EncodeDx7Bank(list, image);
     TellOfEncoding(window, list);
-    WriteSysex(link.output, image);
-    SelectLastThenFirstProgram(link.output);
+    if (!TransferCancelled()) {
+        WriteSysex(link.output, image);
+        SelectLastThenFirstProgram(link.output);
+    }
     SendController(link, OmniOff);
     SetProgress(0, 1);
     SetStatusText(window, "");
@@ -106,8 +108,11 @@ int Dx7UploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice, M
                                    "select the voice bank in which you'd like it to be stored. "
                                    "(Turn the black Program knob on the Korg Volca FM.)");
     }
-    WriteSysex(link.output, dump);
-    if (prompts) {
+    const bool isCancelled = TransferCancelled(); // at the prompt
+    if (!isCancelled) {
+        WriteSysex(link.output, dump);
+    }
+    if (prompts && !isCancelled) {
         ShowMessage(window, name + " has been uploaded to your synthesizer.\n\nPress the Save "
                                    "button twice to store it.");
     }

@@ -13,6 +13,7 @@
 #include "midi/midi_start.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
+#include "shell/end_signals.h"
 #include "shell/history.h"
 #include "shell/settings_migration.h"
 #include "shell/shell_window.h"
@@ -105,6 +106,7 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
     application.window = &window;
     const int exitCode = window.isVisible() ? QApplication::exec() : 0;
     application.window = nullptr;
+    ReleaseEndSignals(); // nobody looks for requests any more
     HistoryEnd();
     return exitCode;
 }

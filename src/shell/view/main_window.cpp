@@ -11,6 +11,7 @@
 #include "common/view/theme.h"
 #include "common/view/window_title.h"
 #include "core/current.h"
+#include "midi/midi_api.h"
 #include "midi/view/audition_box.h"
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
@@ -345,6 +346,7 @@ void MainWindow::Finish(void (*save)()) {
 
 void MainWindow::EndAtOnce() {
     closing = true;
+    TheMidi.TransferCancelled = [] { return true; }; // nothing is sent behind a prompt that goes
     Finish(SaveWhatChanged); // the session may have had it saved before it ended the program
     hide();
     // Out of every loop of events, that of the program and those of dialogs, which then count as

@@ -382,6 +382,26 @@ TEST_F(Dx7Transfer, VoiceThatGoesAwayDuringThePromptIsSentNevertheless) {
     EXPECT_EQ(midi.WrittenBytes()[1], PianoDump());
 }
 
+// The end of the session takes the prompt away, before the user has chosen a place.
+TEST_F(Dx7Transfer, VoiceIsNotSentWhenItIsCancelledAtThePrompt) {
+    const VoiceObject voice = PianoVoice();
+    desktop.Expect(ExpectedMessage{
+        .text = BeforePrompt, .buttons = {"Dismiss"}, .during = [](MessageRequest &) {
+            TheMidi.TransferCancelled = [] { return true; };
+        }});
+    EXPECT_EQ(UploadVoice(&voice, 0, 1), 1);
+    EXPECT_EQ(std::ranges::count(midi.WrittenBytes(), PianoDump()), 0);
+    EXPECT_TRUE(list.enabled);
+}
+
+TEST_F(Dx7Transfer, BankIsNotSentWhenItIsCancelledBeforehand) {
+    TheMidi.TransferCancelled = [] { return true; };
+    EXPECT_EQ(Dx7UploadBank(nullptr, list, {NoMidiDevice, 0}), 1);
+    for (const Bytes &message : midi.WrittenBytes()) {
+        EXPECT_LE(message.size(), 3u);
+    }
+}
+
 TEST_F(Dx7Transfer, VoiceNameIsShownAsLatin1) {
     Bytes bytes = TestUnpackedVoice();
     std::ranges::copy(Bytes{0xC9, 't', 0xE9, ' ', ' ', ' ', ' ', ' ', ' ', ' '},
