@@ -10,13 +10,10 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace tonewright {
-namespace {
-
-constexpr int WheelNotch = QWheelEvent::DefaultDeltasPerStep;
-
-} // namespace
+namespace {} // namespace
 
 UpDown::UpDown(QWidget *parent) : QWidget(parent) {
     auto *column = new QVBoxLayout(this);
@@ -71,12 +68,9 @@ bool UpDown::eventFilter(QObject *, QEvent *event) {
 }
 
 void UpDown::wheelEvent(QWheelEvent *event) {
-    wheelRest += event->angleDelta().y();
-    for (; wheelRest >= WheelNotch; wheelRest -= WheelNotch) {
-        Step(1);
-    }
-    for (; wheelRest <= -WheelNotch; wheelRest += WheelNotch) {
-        Step(-1);
+    const int steps = notches.Take(*event);
+    for (int step = 0; step < std::abs(steps); ++step) {
+        Step(steps > 0 ? 1 : -1);
     }
     event->accept();
 }

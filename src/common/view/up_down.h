@@ -3,6 +3,7 @@
 #pragma once
 
 #include "common/text.h"
+#include "common/view/wheel_notches.h"
 
 #include <QWidget>
 
@@ -39,7 +40,7 @@ private:
     QToolButton *MakeArrow(Qt::ArrowType arrow, int step);
     void Step(int step);
 
-    int wheelRest = 0; // of a turn that is not yet a whole notch, in eighths of a degree
+    WheelNotches notches;
 };
 
 // The range that the arrows of edit `number` of a page tell; nothing without arrows, or when they

@@ -7,6 +7,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
+#include "common/view/wheel_notches.h"
 #include "common/view/window_title.h"
 #include "core/dispatch.h"
 #include "midi/audition.h"
@@ -126,8 +127,8 @@ ScrollAction ActionOf(int sliderAction) {
     }
 }
 
-// Turns each notch of the wheel over a scroll bar into one step, upwards to add; parts of a notch
-// add up. The toolkit's own step is as many lines as the desktop scrolls in a text.
+// Turns each notch of the wheel over a scroll bar into one step, upwards to add. The toolkit's own
+// step is as many lines as the desktop scrolls in a text.
 class WheelSteps : public QObject {
 public:
     explicit WheelSteps(QScrollBar *bar) : QObject(bar), bar(bar) {}
@@ -136,23 +137,17 @@ public:
         if (event->type() != QEvent::Wheel) {
             return false;
         }
-        const QPoint turned = static_cast<QWheelEvent *>(event)->angleDelta();
-        const int delta = turned.y() != 0 ? turned.y() : turned.x();
-        if ((delta > 0) != (rest > 0)) {
-            rest = 0; // it has turned round
-        }
-        rest += delta;
-        for (; std::abs(rest) >= Notch; rest -= rest > 0 ? Notch : -Notch) {
-            bar->triggerAction(rest > 0 ? QScrollBar::SliderSingleStepAdd
-                                        : QScrollBar::SliderSingleStepSub);
+        const int steps = notches.Take(*static_cast<QWheelEvent *>(event));
+        for (int step = 0; step < std::abs(steps); ++step) {
+            bar->triggerAction(steps > 0 ? QScrollBar::SliderSingleStepAdd
+                                         : QScrollBar::SliderSingleStepSub);
         }
         return true;
     }
 
 private:
-    static constexpr int Notch = QWheelEvent::DefaultDeltasPerStep;
     QScrollBar *bar;
-    int rest = 0; // turned since the last step
+    WheelNotches notches;
 };
 
 void SetUpBar(const BarRow &row, int position) {

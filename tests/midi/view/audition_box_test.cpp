@@ -168,7 +168,16 @@ TEST_F(AuditionBoxTest, ANotchOfTheWheelIsOneStepOfABar) {
         EXPECT_EQ(AuditionCurrentVelocity, 104);
         turn(velocity, {0, -60});
         EXPECT_EQ(AuditionCurrentVelocity, 103);
-        turn(velocity, {120, 0});
+        turn(velocity, {-120, 0}); // to the right
+        EXPECT_EQ(AuditionCurrentVelocity, 104);
+        // The end of a turn, which is no turn of its own, forgets nothing.
+        for (const int part : {60, 0, 60}) {
+            turn(velocity, {0, part});
+        }
+        EXPECT_EQ(AuditionCurrentVelocity, 105);
+        for (const int part : {-60, 0, -60}) {
+            turn(velocity, {0, part});
+        }
         EXPECT_EQ(AuditionCurrentVelocity, 104);
     });
 }
