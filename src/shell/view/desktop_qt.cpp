@@ -202,8 +202,11 @@ bool OpenAddress(const std::string &program, const std::string &address, bool) {
 bool MoveToTrash(const std::string &path) {
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     const QFileInfo file(QFileInfo(QString::fromStdString(path)).absoluteFilePath());
-    return QDir::isAbsolutePath(data) && QDir().mkpath(data) &&
-           QFile::moveToTrash(file.filePath()) && !QFileInfo::exists(file.filePath());
+    const auto isThere = [&file] {
+        return QFileInfo::exists(file.filePath()) || QFileInfo(file.filePath()).isSymLink();
+    };
+    return isThere() && QDir::isAbsolutePath(data) && QDir().mkpath(data) &&
+           QFile::moveToTrash(file.filePath()) && !isThere();
 }
 
 // The program's own mark for a voice block on the clipboard.
