@@ -23,7 +23,7 @@ constexpr unsigned Extras =
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
 
 constexpr CliCommand Commands[] = {
-    {"list", "FILE...", "print place, name and algorithm of each voice, as the file has it", 1,
+    {"list", "FILE...", "print place, name and algorithm (also one above 32) of each voice", 1,
      AnyNumber, Answers, CliList},
     {"check", "FILE...", "say of each file whether it is ok, refused or damaged, and why", 1,
      AnyNumber, 0, CliCheck},

@@ -13,7 +13,7 @@ VoiceFileReport ReadAnyVoiceFile(const char *path, const VoiceFileFormat *format
                                  std::vector<std::uint8_t> &bytes,
                                  std::uint64_t *unread = nullptr) {
     if (!format) {
-        return {VoiceFileState::Refused, UnknownFormatReason()};
+        return {VoiceFileState::Refused, UnknownFormatReason(path)};
     }
     return ReadVoiceFile(path, *format, bytes, unread);
 }

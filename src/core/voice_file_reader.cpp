@@ -30,7 +30,8 @@ RowFormat FormatOfRow(const SynthDriver &driver, VoiceFileKind kind) {
     return {driver.ImportVoice ? driver.voiceFormat : nullptr, driver.voiceExtension};
 }
 
-// What a file that was refused is instead, as far as a family knows it; empty for nothing.
+// What a file that was refused is instead, as far as a family knows it: ", but ..." behind the
+// reason, or nothing.
 std::string Recognise(const char *path) {
     constexpr std::size_t Limit = 1024 * 1024; // bytes that are looked through
     const auto bytes = ReadFileBytes(path, Limit);
@@ -39,7 +40,7 @@ std::string Recognise(const char *path) {
             const VoiceFileFormat *format = FormatOfRow(*driver, kind).format;
             const bool knows = bytes && format && format->recognise;
             if (std::string what = knows ? format->recognise(*bytes) : ""; !what.empty()) {
-                return what;
+                return ", but " + what;
             }
         }
     }
@@ -83,6 +84,10 @@ std::string UnknownFormatReason() {
     return "the extension is none of those that can be read (" + extensions + ")";
 }
 
+std::string UnknownFormatReason(const char *path) {
+    return UnknownFormatReason() + Recognise(path);
+}
+
 VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
                               std::vector<std::uint8_t> &bytes, std::uint64_t *unread) {
     errno = 0;
@@ -105,9 +110,7 @@ VoiceFileReport ReadVoiceFile(const char *path, const VoiceFileFormat &format,
     }
     VoiceFileReport report = format.judge(bytes);
     if (report.state == VoiceFileState::Refused) {
-        if (const std::string what = Recognise(path); !what.empty()) {
-            report.reason += ", but " + what;
-        }
+        report.reason += Recognise(path);
     }
     return report;
 }

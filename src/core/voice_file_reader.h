@@ -21,6 +21,8 @@ const VoiceFileFormat *BankFormatOfPath(std::string_view path);
 
 // Why FormatOfPath knows no format for a path.
 std::string UnknownFormatReason();
+// The same, and what the file is all the same, if a family knows it.
+std::string UnknownFormatReason(const char *path);
 
 // Reads the file's start and judges it. A file that cannot be read counts as refused; `bytes` is
 // then empty. The reason of one that is refused says what else it is, if a family knows it.

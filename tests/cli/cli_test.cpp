@@ -153,10 +153,11 @@ TEST(CliList, GoesOnBehindAFileThatItCannotList) {
     const auto result = Cli({"list", missing, unknown, bank});
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.output, TestBankLines(bank + "\t"));
-    EXPECT_EQ(result.errors,
-              "tonewright-cli: " + missing + ": not readable: No such file or directory\n" +
-                  "tonewright-cli: " + unknown +
-                  ": the extension is none of those that can be read (syx, sy1, srx, sr1)\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + missing +
+                                 ": not readable: No such file or directory\n" +
+                                 "tonewright-cli: " + unknown +
+                                 ": the extension is none of those that can be read (syx, sy1, "
+                                 "srx, sr1), but a DX7 bank\n");
 }
 
 TEST(CliList, PrintsAnAlgorithmThatNoInstrumentKnowsAsTheFileHasIt) {
@@ -217,8 +218,9 @@ const CheckCase CheckCases[] = {
      "damaged\twrong byte count and wrong checksum"},
     {"AWrongChecksumOfAVoice", "a.sy1", Changed(TestVoiceFile(), 20, 1), "damaged\twrong checksum"},
     {"AnUnknownExtension", "a.bin", TestBank(),
-     "refused\tthe extension is none of those that can be read (syx, sy1, srx, sr1)"},
-    {"NoExtension", "syx", TestBank(),
+     "refused\tthe extension is none of those that can be read (syx, sy1, srx, sr1), but a DX7 "
+     "bank"},
+    {"NoExtension", "syx", Resized(TestBank(), 4000),
      "refused\tthe extension is none of those that can be read (syx, sy1, srx, sr1)"},
 };
 
