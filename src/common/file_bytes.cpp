@@ -27,25 +27,6 @@ fs::path EntryOf(const fs::path &path) {
     return error ? fs::path() : real / path.filename();
 }
 
-// Whether `path` stands for the entry, or is a link that leads to it or through it: without the
-// entry there would be no file behind `path`.
-bool LeadsThrough(fs::path path, const fs::path &entry) {
-    constexpr int linkLimit = 40; // as many as the system follows
-    std::error_code error;
-    for (int link = 0; link < linkLimit; ++link) {
-        path = EntryOf(path);
-        if (path == entry) {
-            return true;
-        }
-        const fs::path next = fs::read_symlink(path, error);
-        if (error) {
-            return false;
-        }
-        path = path.parent_path() / next;
-    }
-    return false;
-}
-
 } // namespace
 
 std::vector<std::uint8_t> ReadBytesOf(std::FILE *file, std::size_t limit) {
@@ -97,10 +78,29 @@ void DeleteWrittenFile(const char *path) {
     errno = reason;
 }
 
+bool LeadsThrough(const char *path, const char *entry) {
+    constexpr int linkLimit = 40; // as many as the system follows
+    const fs::path wanted = EntryOf(PathOf(entry));
+    fs::path followed = PathOf(path);
+    std::error_code error;
+    for (int link = 0; link < linkLimit; ++link) {
+        followed = EntryOf(followed);
+        if (followed == wanted) {
+            return true;
+        }
+        const fs::path next = fs::read_symlink(followed, error);
+        if (error) {
+            return false;
+        }
+        followed = followed.parent_path() / next;
+    }
+    return false;
+}
+
 bool CopyFileTo(const char *from, const char *to) {
     const fs::path source = PathOf(from);
     const fs::path target = PathOf(to);
-    if (LeadsThrough(source, EntryOf(target))) {
+    if (LeadsThrough(from, to)) {
         return false;
     }
     std::error_code error;

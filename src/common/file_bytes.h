@@ -34,6 +34,10 @@ WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> byte
 // no file of ours and stays. Keeps errno, which tells why the writing failed.
 void DeleteWrittenFile(const char *path);
 
+// Whether `path` stands for that entry of a folder, or is a link that leads to it or through it:
+// without the entry there would be no file behind `path`.
+bool LeadsThrough(const char *path, const char *entry);
+
 // Copies a file, replacing `to`; when `to` is a link to some file, or another name of it, that file
 // stays as it is. False when not all of it could be copied, or when both paths lead to the same
 // entry of a folder, of which there is but one.

@@ -2,11 +2,11 @@
 #include "core/dispatch.h"
 
 #include "common/desktop.h"
-#include "common/file_bytes.h"
 #include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
+#include "core/document_file.h"
 
 #include <cerrno>
 #include <string>
@@ -330,22 +330,6 @@ int GetOpenFolder(std::string &folder) {
 int SetOpenFolder(const char *path) {
     OpenPath = KeptFolder(path);
     return 1;
-}
-
-bool MakeBackupOf(QWidget *window, const char *path) {
-    if (CreateBackups == 0 || !FileExists(path)) {
-        return true;
-    }
-    if (CopyFileTo(path, BackupPathOf(path).c_str())) {
-        return true;
-    }
-    if (AskYesNo(window,
-                 "Warning: there has been an error creating a backup for your file.\r\n"
-                 "\r\nClick on Yes to proceed, or click on No to abort this save.") == ResultYes) {
-        return true;
-    }
-    errno = ECANCELED;
-    return false;
 }
 
 } // namespace tonewright

@@ -104,9 +104,4 @@ int GetOpenFolder(std::string &folder);
 // Keeps drive and folder of `path` in OpenPath, with a trailing separator unless empty. Returns 1.
 int SetOpenFolder(const char *path);
 
-// Copies an existing file to "Backup of NAME" beside it when CreateBackups is set, replacing an
-// earlier backup. When the copy fails, asks whether to go on. False: the user stops here, and errno
-// is ECANCELED.
-bool MakeBackupOf(QWidget *window, const char *path);
-
 } // namespace tonewright

@@ -6,6 +6,7 @@
 #include "common/file_time.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/document_file.h"
 #include "core/voice_file.h"
 #include "midi/sysex.h"
 
@@ -164,15 +165,15 @@ int Dx7SaveBank(QWidget *window, VoiceList &list, const char *path) {
     }
     std::array<std::uint8_t, Dx7BankFileSize> image;
     EncodeDx7Bank(list, image);
-    switch (WriteFileBytes(path, image)) {
+    switch (WriteDocumentFile(path, image)) {
     case WriteOutcome::Done:
         ListEnable(list, true);
         return 1;
     case WriteOutcome::NotOpened:
         return 0;
     case WriteOutcome::Short:
-        // The file is gone and the list is all that is left of it: it stays disabled, so that
-        // nothing but opening or saving another document follows.
+        // The file is gone, or in pieces, and the list is all that is left of it: it stays
+        // disabled, so that nothing but opening or saving another document follows.
         const int reason = errno;
         ListEnable(list, false);
         errno = reason;
@@ -213,7 +214,7 @@ int Dx7ExportVoice(QWidget *, VoiceList &list, const VoiceObject *voice, const c
     if (!bytes) {
         return 0;
     }
-    return WriteFileBytes(path, EncodeDx7Voice(*bytes)) == WriteOutcome::Done;
+    return WriteDocumentFile(path, EncodeDx7Voice(*bytes)) == WriteOutcome::Done;
 }
 
 } // namespace tonewright

@@ -8,9 +8,11 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/document_file.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <ctime>
 #include <limits>
 #include <string_view>
@@ -94,14 +96,18 @@ void AppendHeader(Bytes &file, RefaceFileKind kind, std::size_t voiceCount,
 }
 
 // Writes a file of all the voices. It is opened before they are looked at: with one that cannot be
-// written no file is left, not even the former one.
+// written no file is left, not even the former one, unless documents keep those.
 bool WriteVoices(const char *path, RefaceFileKind kind, std::span<const VoiceObject *const> voices,
                  std::uint32_t firmware) {
     const bool complete = std::ranges::all_of(voices, RefaceVoiceCanBeWritten);
+    if (!complete && KeepsFormerDocuments()) {
+        errno = EINVAL;
+        return false;
+    }
     if (!complete) {
         voices = {};
     }
-    if (WriteFileBytes(path, EncodeRefaceFile(kind, voices, firmware)) != WriteOutcome::Done) {
+    if (WriteDocumentFile(path, EncodeRefaceFile(kind, voices, firmware)) != WriteOutcome::Done) {
         return false;
     }
     if (!complete) {

@@ -7,6 +7,7 @@
 #include "common/file_time.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/document_file.h"
 #include "core/undo_level.h"
 #include "drivers/view/voice_cell.h"
 
@@ -92,7 +93,7 @@ int Write(const char *path, const Shape &shape, std::span<const VoiceObject *con
         }
         file.insert(file.end(), bytes->begin(), bytes->end());
     }
-    return WriteFileBytes(path, file) == WriteOutcome::Done;
+    return WriteDocumentFile(path, file) == WriteOutcome::Done;
 }
 
 int OpenBank(QWidget *window, VoiceList &list, const char *path, std::int64_t *time) {
