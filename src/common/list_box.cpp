@@ -98,7 +98,8 @@ void ListBoxFill(ListBox &box, int count) {
     Tell(box, ListChange::Items);
 }
 
-void ListBoxTellItem(const ListBox &box) {
+void ListBoxTellItem(ListBox &box, int row) {
+    box.toldRow = row;
     Tell(box, ListChange::Item);
 }
 

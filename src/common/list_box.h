@@ -36,6 +36,7 @@ struct ListBox {
     bool enabled = true;
     bool redraw = true;  // off while the list is filled
     int itemHeight = 48; // pixels
+    int toldRow = NoRow; // the row of the last ListChange::Item
     std::function<void(ListChange)> observer;
 };
 
@@ -56,7 +57,7 @@ bool ListBoxDelete(ListBox &box, int row);
 // All rows are others now; selection and scroll position are gone.
 void ListBoxFill(ListBox &box, int count);
 // What a row holds has changed.
-void ListBoxTellItem(const ListBox &box);
+void ListBoxTellItem(ListBox &box, int row);
 
 // Selects a row and scrolls it into view; a row outside the list clears the selection.
 void ListSelect(ListBox &box, int row);

@@ -48,6 +48,24 @@ int Call(const SynthDriver *driver, Function SynthDriver::*operation, Arguments 
     return (driver->*operation)(std::forward<Arguments>(arguments)...);
 }
 
+// The words of a name, with one blank between two of them; control characters are blanks too.
+std::string WithSingleBlanks(std::string_view latin1) {
+    std::string words;
+    bool blank = false;
+    for (const char character : latin1) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte <= 0x20 || (byte >= 0x7F && byte <= 0xA0)) {
+            blank = !words.empty();
+            continue;
+        }
+        if (std::exchange(blank, false)) {
+            words += ' ';
+        }
+        words += character;
+    }
+    return words;
+}
+
 // What is current after a search that may have found nothing. In careful mode the voices of the
 // list keep their family, without which they could not be saved.
 DriverId DriverAfterSearch(DriverId former) {
@@ -159,6 +177,22 @@ const char *VoiceObjectName(const VoiceObject &voice) {
         Call(DriverOfId(HeaderOf(voice)->driverId), &SynthDriver::VoiceName, LastVoiceName, voice);
     }
     return LastVoiceName.empty() ? UnknownVoiceName : LastVoiceName.c_str();
+}
+
+std::string VoiceInWords(const VoiceObject *voice, int row) {
+    std::string words = "Voice " + std::to_string(row + 1);
+    if (!voice || !PayloadOf(*voice)) {
+        return words + ", empty";
+    }
+    const SynthDriver *driver = DriverOfId(HeaderOf(*voice)->driverId);
+    std::string name;
+    Call(driver, &SynthDriver::VoiceName, name, *voice);
+    const std::string spoken = Latin1ToUtf8(WithSingleBlanks(name));
+    words += ", " + (spoken.empty() ? "no name" : spoken);
+    if (const int algorithm = Call(driver, &SynthDriver::VoiceAlgorithm, *voice)) {
+        words += ", algorithm " + std::to_string(algorithm);
+    }
+    return words;
 }
 
 void ForgetVoiceName() {

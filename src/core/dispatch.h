@@ -39,6 +39,10 @@ int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFo
 // driverId. A block that is none yields the name of the last good voice; before there was one,
 // UnknownVoiceName. The text is valid until the next call.
 const char *VoiceObjectName(const VoiceObject &voice);
+// What is said of a voice, or of a row without one, to those who hear the list: its place, counted
+// from 1, its name with single blanks between the words, and its algorithm, "Voice 3, BRASS 1,
+// algorithm 22", each as far as there is one. UTF-8. The name of the last good voice stays.
+std::string VoiceInWords(const VoiceObject *voice, int row);
 // Forgets the last good voice, as at start.
 void ForgetVoiceName();
 

@@ -164,6 +164,10 @@ struct SynthDriver {
     // that can hold a voice of the family. The block's driver id is not looked at: by it the caller
     // has chosen the row.
     int (*VoiceName)(std::string &name, const VoiceObject &voice) = nullptr;
+    // The number of the voice's algorithm, from 1, as the voice has it. 0 for a block without a
+    // payload that can hold a voice of the family; as with VoiceName, its driver id is not looked
+    // at.
+    int (*VoiceAlgorithm)(const VoiceObject &voice) = nullptr;
     // Paints the voice into its cell of a page; nothing for no whole voice of the family. 1 in any
     // case.
     int (*PrintVoice)(QPainter &painter, const VoiceObject &voice, const PrintCell &cell) = nullptr;

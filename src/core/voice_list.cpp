@@ -12,7 +12,7 @@ namespace {
 void PutVoice(VoiceList &list, int row, const std::function<void(VoiceObject &)> &put) {
     put(list.items[row]);
     assert(!VoiceListFault(list));
-    ListBoxTellItem(list);
+    ListBoxTellItem(list, row);
 }
 
 } // namespace

@@ -52,6 +52,14 @@ constexpr int UpperPartUnits = 56; // height; black keys too
 constexpr int OctaveUnits = WhiteKeysInAnOctave * WhiteKeyUnits;
 static_assert(2 * OctaveUnits == KeyboardUnitsWide);
 
+constexpr int LowestNoteOctave = -2; // of the names of notes
+
+int NoteOfKey(int key) {
+    // Unsigned: the setting may hold anything where no box has limited it.
+    return static_cast<int>((static_cast<unsigned>(key) + OctaveKeys * AuditionCurrentOctave) &
+                            255);
+}
+
 // Where a key begins within its octave, from C to B: white keys by their lower part. The black keys
 // leave upper parts of almost the same width: 13, 14 and 13 units for C to E, 12 for F to B.
 struct KeyEdges {
@@ -130,9 +138,16 @@ void PressAuditionKey(AuditionState &state, int key) {
     if (key < 0) {
         return;
     }
-    // Unsigned: the setting may hold anything where no box has limited it.
-    PlayAuditionNote(
-        state, static_cast<int>((static_cast<unsigned>(key) + 12 * AuditionCurrentOctave) & 255));
+    PlayAuditionNote(state, NoteOfKey(key));
+}
+
+std::string AuditionKeyName(int key) {
+    constexpr std::array letters = {"C", "C sharp ", "D", "D sharp ", "E", "F", "F sharp ",
+                                    "G", "G sharp ", "A", "A sharp ", "B"};
+    static_assert(letters.size() == OctaveKeys);
+    const int note = NoteOfKey(key);
+    return letters[static_cast<std::size_t>(note % OctaveKeys)] +
+           std::to_string(note / OctaveKeys + LowestNoteOctave);
 }
 
 void PlayAuditionNote(AuditionState &state, int note) {

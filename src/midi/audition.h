@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 class QWidget;
 
@@ -69,6 +70,9 @@ bool OpenAudition(AuditionState &state, QWidget *window);
 // Plays the note of key `key`, 0 to 23 from the left, in the octave of the setting; a negative
 // number plays nothing.
 void PressAuditionKey(AuditionState &state, int key);
+// The name of the note that a key plays in the octave of the setting, as it is read aloud, with the
+// maker's octaves: "C3" is note 60, and the key behind it "C sharp 3".
+std::string AuditionKeyName(int key);
 // Plays a note, 0 to 255, of which the low seven bits are sent.
 void PlayAuditionNote(AuditionState &state, int note);
 // Ends the note that was played last.

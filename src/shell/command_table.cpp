@@ -318,6 +318,13 @@ std::string MenuText(const CommandRow &row) {
     return text;
 }
 
+std::string CommandName(const CommandRow &row) {
+    std::string name = row.label;
+    std::erase(name, '&');
+    const std::string_view dots = "...";
+    return name.ends_with(dots) ? name.substr(0, name.size() - dots.size()) : name;
+}
+
 std::vector<MenuRow> MenuBar() {
     return {{.label = "&File", .atTheRight = false, .items = ItemsOf(Menu::File)},
             {.label = "&Edit", .atTheRight = false, .items = ItemsOf(Menu::Edit)},

@@ -44,6 +44,8 @@ const CommandRow *CommandOf(int id); // null for a number that is none
 
 // The text in the menu bar: label and key, "&Save\tCtrl+S".
 std::string MenuText(const CommandRow &row);
+// The command's name, "Save as": its label without the marks of a menu.
+std::string CommandName(const CommandRow &row);
 
 // The menu bar: pop-ups of command numbers, 0 for a separator.
 struct MenuRow {

@@ -447,6 +447,39 @@ TEST_F(Dispatch, AVoiceOfTheOtherFamilyIsNamedByItsOwnRow) {
     EXPECT_STREQ(VoiceObjectName(VoiceOf(FirstDriverId, "LEAD")), "first:LEAD");
 }
 
+TEST_F(Dispatch, AVoiceIsSaidInWordsByItsPlaceNameAndAlgorithm) {
+    const auto words = [](const std::string &name, int row) {
+        const VoiceObject voice = VoiceOf(FirstDriverId, name);
+        return VoiceInWords(&voice, row);
+    };
+    EXPECT_EQ(words("LEAD", 0), "Voice 1, first:LEAD");
+    FirstRow.VoiceAlgorithm = [](const VoiceObject &) { return 22; };
+    EXPECT_EQ(words("LEAD", 31), "Voice 32, first:LEAD, algorithm 22");
+    FirstRow.VoiceName = [](std::string &name, const VoiceObject &voice) {
+        const auto payload = PayloadOf(voice)->payload;
+        name.assign(payload.begin(), payload.end());
+        return static_cast<int>(name.size());
+    };
+    EXPECT_EQ(words("  BRASS \x01\x7F\x80  1 ", 2), "Voice 3, BRASS 1, algorithm 22");
+    EXPECT_EQ(words("B&\xC4", 2), "Voice 3, B&\xC3\x84, algorithm 22");
+    EXPECT_EQ(words(" ", 2), "Voice 3, no name, algorithm 22");
+    EXPECT_EQ(words("", 2), "Voice 3, no name, algorithm 22");
+    FirstRow.VoiceAlgorithm = [](const VoiceObject &) { return 0; };
+    EXPECT_EQ(words("LEAD", 2), "Voice 3, LEAD");
+}
+
+TEST_F(Dispatch, ARowWithoutAVoiceIsSaidToBeEmptyAndNoNameIsKept) {
+    EXPECT_STREQ(VoiceObjectName(VoiceOf(FirstDriverId, "PAD")), "first:PAD");
+    EXPECT_EQ(VoiceInWords(nullptr, 4), "Voice 5, empty");
+    const VoiceObject none = WithWrongMagic(VoiceOf(FirstDriverId, "ORGAN"));
+    EXPECT_EQ(VoiceInWords(&none, 4), "Voice 5, empty");
+    const VoiceObject foreign = VoiceOf(MakeDriverId("none"), "ORGAN");
+    EXPECT_EQ(VoiceInWords(&foreign, 4), "Voice 5, no name");
+    const VoiceObject other = VoiceOf(FirstDriverId, "LEAD");
+    VoiceInWords(&other, 4);
+    EXPECT_STREQ(VoiceObjectName(none), "first:PAD");
+}
+
 TEST_F(Dispatch, AWrongMagicAfterAGoodVoiceGivesTheGoodVoicesName) {
     const char *name = VoiceObjectName(VoiceOf(FirstDriverId, "LEAD"));
     EXPECT_STREQ(VoiceObjectName(WithWrongMagic(VoiceOf(FirstDriverId, "PAD"))), "first:LEAD");

@@ -201,6 +201,7 @@ TEST(DriverTable, AWholeFamilyHasTheOperationsOfFilesListAndInstrument) {
         EXPECT_NE(driver->ImportVoice, nullptr) << driver->name;
         EXPECT_NE(driver->ExportVoice, nullptr) << driver->name;
         EXPECT_NE(driver->VoiceName, nullptr) << driver->name;
+        EXPECT_NE(driver->VoiceAlgorithm, nullptr) << driver->name;
         EXPECT_NE(driver->PrintVoice, nullptr) << driver->name;
     }
 }
@@ -439,6 +440,24 @@ TEST_F(DriverFiles, ANameOfBlanksIsOneBlank) {
         EXPECT_EQ(length, 1) << driver->name;
         EXPECT_EQ(name, " ") << driver->name;
         EXPECT_STREQ(VoiceObjectName(list.items[0]), " ");
+    }
+}
+
+TEST_F(DriverFiles, TheAlgorithmOfAVoiceIsThatOfItsFile) {
+    for (const SynthDriver *driver : DriversWith(&SynthDriver::OpenBank, &SynthDriver::SaveBank,
+                                                 &SynthDriver::VoiceAlgorithm)) {
+        FillList(*driver);
+        const std::string path = folder.File(std::string("bank.") + driver->bankExtension);
+        ASSERT_EQ(driver->SaveBank(nullptr, list, path.c_str()), 1) << driver->name;
+        const auto bytes = ReadTestFile(path);
+        EXPECT_EQ(driver->VoiceAlgorithm(list.items[0]),
+                  driver->bankFormat->voice(bytes, 0).algorithm)
+            << driver->name;
+        EXPECT_GT(driver->VoiceAlgorithm(list.items[0]), 0) << driver->name;
+        VoiceObject cut = MakeVoiceObject(driver->id, std::vector<std::uint8_t>(3));
+        EXPECT_EQ(driver->VoiceAlgorithm(cut), 0) << driver->name;
+        cut.bytes.clear();
+        EXPECT_EQ(driver->VoiceAlgorithm(cut), 0) << driver->name;
     }
 }
 

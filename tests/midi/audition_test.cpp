@@ -174,6 +174,19 @@ TEST_F(Audition, ANoteIsPlayedWhateverTheOctave) {
               (Calls{"Pm_Write(1, 0, 92 3C 64)", "Pm_Write(1, 0, 82 3C 64)", "Pm_Close(1)"}));
 }
 
+TEST_F(Audition, AKeyIsNamedByItsNoteWithTheMakersOctaves) {
+    AuditionCurrentOctave = 5;
+    EXPECT_EQ(AuditionKeyName(0), "C3"); // note 60
+    EXPECT_EQ(AuditionKeyName(1), "C sharp 3");
+    EXPECT_EQ(AuditionKeyName(11), "B3");
+    EXPECT_EQ(AuditionKeyName(22), "A sharp 4");
+    AuditionCurrentOctave = 0;
+    EXPECT_EQ(AuditionKeyName(0), "C-2"); // note 0
+    EXPECT_EQ(AuditionKeyName(12), "C-1");
+    AuditionCurrentOctave = 7;
+    EXPECT_EQ(AuditionKeyName(23), "B6"); // note 107
+}
+
 TEST_F(Audition, TheNoteOffNamesTheNoteOfTheLastPress) {
     AuditionState state = Opened();
     PressAuditionKey(state, 0);

@@ -111,6 +111,12 @@ TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
     }
 }
 
+TEST_F(CommandTest, TheNameOfACommandIsItsLabelWithoutTheMarksOfAMenu) {
+    EXPECT_EQ(CommandName(*CommandOf(CommandSaveAs)), "Save as");
+    EXPECT_EQ(CommandName(*CommandOf(CommandConfigure)), "Configure synthesizer");
+    EXPECT_EQ(CommandName(*CommandOf(CommandExit)), "Exit");
+}
+
 TEST_F(CommandTest, AnExtraIsAnEntryOfItsMenuAloneWithACheckMarkAHintAndATopic) {
     for (const ExpectedExtra &expected : ExpectedExtras) {
         const CommandRow *row = CommandOf(expected.id);

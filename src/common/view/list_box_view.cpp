@@ -4,7 +4,6 @@
 #include "common/view/theme.h"
 
 #include <QAbstractListModel>
-#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QElapsedTimer>
@@ -37,9 +36,9 @@ public:
 
     int rowCount(const QModelIndex &parent) const override { return parent.isValid() ? 0 : rows; }
     QVariant data(const QModelIndex &index, int role) const override {
-        const bool isName = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
-        return isName && owner.name && ListHasRow(box, index.row()) ? owner.name(index.row())
-                                                                    : QVariant();
+        const bool isAsked = role == Qt::DisplayRole || role == Qt::AccessibleTextRole;
+        return isAsked && owner.words && ListHasRow(box, index.row()) ? owner.words(index.row())
+                                                                      : QVariant();
     }
     void Follow() {
         beginResetModel();
@@ -176,6 +175,9 @@ int ListBoxView::verticalOffset() const {
 void ListBoxView::Follow(ListChange change) {
     switch (change) {
     case ListChange::Item:
+        if (box.redraw) { // while the list is filled, nobody asks for what it was
+            TellOfRow(QAccessible::NameChanged, box.toldRow);
+        }
         return;
     case ListChange::State:
         // A widget that is disabled loses the keyboard; it comes back with the list.
@@ -213,17 +215,29 @@ void ListBoxView::FollowScrolling() {
 
 void ListBoxView::FollowSelection() {
     following = true;
+    const int former = currentIndex().row();
     const QModelIndex index = model()->index(box.selection, 0); // not a valid one for NoRow
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     following = false;
-    if (index.isValid() && QAccessible::isActive()) {
-        for (const QAccessible::Event kind : {QAccessible::Selection, QAccessible::Focus}) {
-            if (kind == QAccessible::Selection || hasFocus()) {
-                QAccessibleEvent event(this, kind);
-                event.setChild(index.row());
-                QAccessible::updateAccessibility(&event);
-            }
-        }
+    if (former != box.selection) {
+        TellOfRow(QAccessible::SelectionRemove, former);
+    }
+    TellOfRow(QAccessible::Selection, box.selection);
+    TellOfFocus();
+}
+
+// To screen readers.
+void ListBoxView::TellOfRow(QAccessible::Event kind, int row) {
+    if (QAccessible::isActive() && ListHasRow(box, row)) {
+        QAccessibleEvent event(this, kind);
+        event.setChild(row);
+        QAccessible::updateAccessibility(&event);
+    }
+}
+
+void ListBoxView::TellOfFocus() {
+    if (hasFocus()) {
+        TellOfRow(QAccessible::Focus, box.selection);
     }
 }
 
@@ -419,6 +433,9 @@ bool ListBoxView::eventFilter(QObject *watched, QEvent *event) {
 // The toolkit's own would make a row current, and repaint, because the keyboard comes or goes.
 void ListBoxView::focusInEvent(QFocusEvent *event) {
     QAbstractScrollArea::focusInEvent(event);
+    // Behind the toolkit's own word, that the list as a whole has the keyboard.
+    QMetaObject::invokeMethod(
+        this, [this] { TellOfFocus(); }, Qt::QueuedConnection);
 }
 
 void ListBoxView::focusOutEvent(QFocusEvent *event) {

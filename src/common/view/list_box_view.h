@@ -6,6 +6,7 @@
 
 #include "common/list_box.h"
 
+#include <QAccessible>
 #include <QListView>
 #include <QTimer>
 
@@ -25,8 +26,8 @@ struct ListRowPainting {
 
 // What a list box shows, and whom it tells. What is empty is not called.
 struct ListBoxOwner {
-    std::function<QString(int row)> name =
-        {}; // what letters typed look for and screen readers read
+    std::function<QString(int row)> name = {};  // what letters typed look for
+    std::function<QString(int row)> words = {}; // what screen readers say
     std::function<void(const ListRowPainting &)> paint = {};
     // After a press or release of the left button, and each time the user selects a row.
     std::function<void()> touched = {};
@@ -88,6 +89,8 @@ private:
     void Follow(ListChange change);
     void FollowScrolling();
     void FollowSelection();
+    void TellOfRow(QAccessible::Event kind, int row);
+    void TellOfFocus();
     void SelectByUser(int row);
     int DragTarget() const;
     void EndPress();

@@ -2,6 +2,7 @@
 // pane can be painted alone and at any time.
 #include "common/view/status_bar.h"
 
+#include "common/view/accessible_role.h"
 #include "common/view/fonts.h"
 #include "common/view/system_colours.h"
 #include "common/view/text_line.h"
@@ -50,6 +51,7 @@ class StatusBar : public QWidget {
 public:
     explicit StatusBar(QWidget *parent) : QWidget(parent) {
         setObjectName("StatusBar");
+        SetAccessibleRole(*this, QAccessible::StatusBar);
         setAttribute(Qt::WA_OpaquePaintEvent);
         state.gap = (SizingFrameWidth + 1) / 2;
         state.font = FontOfHeight("Arial", -(PixelsPerInch * FontPoints / PointsPerInch));
@@ -234,6 +236,7 @@ bool SetStatusBarText(QWidget *owner, const std::string &text) {
         return false;
     }
     bar->state.panes[0].text = QString::fromStdString(text);
+    bar->setAccessibleName(bar->state.panes[0].text);
     bar->RepaintPane(0);
     return true;
 }

@@ -37,6 +37,7 @@ extern constinit const SynthDriver Dx7Driver = {
     .ImportVoice = Dx7ImportVoice,
     .ExportVoice = Dx7ExportVoice,
     .VoiceName = Dx7VoiceName,
+    .VoiceAlgorithm = Dx7VoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(Dx7PrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
 };

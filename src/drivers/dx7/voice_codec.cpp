@@ -161,4 +161,10 @@ int Dx7VoiceName(std::string &name, const VoiceObject &voice) {
     return static_cast<int>(name.size());
 }
 
+int Dx7VoiceAlgorithm(const VoiceObject &voice) {
+    const auto parts = PayloadOf(voice);
+    return parts && parts->payload.size() >= Dx7VoiceSize ? parts->payload[Dx7Voice::algorithm] + 1
+                                                          : 0;
+}
+
 } // namespace tonewright

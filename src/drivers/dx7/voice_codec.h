@@ -81,4 +81,7 @@ const char *Dx7NameText(const std::uint8_t *tenBytes);
 // payload is too short.
 int Dx7VoiceName(std::string &name, const VoiceObject &voice);
 
+// VoiceAlgorithm operation of the DX7 row.
+int Dx7VoiceAlgorithm(const VoiceObject &voice);
+
 } // namespace tonewright

@@ -39,6 +39,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .ImportVoice = RefaceImportVoice,
     .ExportVoice = RefaceExportVoice,
     .VoiceName = RefaceVoiceName,
+    .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
 };

@@ -104,6 +104,11 @@ int RefaceVoiceName(std::string &name, const VoiceObject &voice) {
     return static_cast<int>(name.size());
 }
 
+int RefaceVoiceAlgorithm(const VoiceObject &voice) {
+    const auto common = RefaceCommonOf(voice);
+    return common ? (*common)[RefaceVoice::algorithm] + 1 : 0;
+}
+
 std::string RefaceFrequencyText(RefaceFrequency frequency) {
     const int hundredths = frequency.coarse * HundredthsOfOne + frequency.fine;
     return FormatText("%d.%02d", hundredths / HundredthsOfOne, hundredths % HundredthsOfOne);

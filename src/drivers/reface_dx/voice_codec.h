@@ -163,6 +163,9 @@ constexpr const char *RefaceNameForNone = "Untitled";
 // untouched, for a block without a whole common block.
 int RefaceVoiceName(std::string &name, const VoiceObject &voice);
 
+// VoiceAlgorithm operation of the reface DX row.
+int RefaceVoiceAlgorithm(const VoiceObject &voice);
+
 // The frequency of an operator, in Hz or as a ratio: "1.05" for coarse 1 and fine 5.
 struct RefaceFrequency {
     std::uint8_t coarse = 0, fine = 0;

@@ -13,46 +13,81 @@
 #include "midi/audition.h"
 #include "ui_AuditionBox.h"
 
+#include <QAccessibleWidget>
 #include <QDialog>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace tonewright {
 namespace {
 
 constexpr int ThumbLength = 2; // of a scroll bar, in steps
+constexpr int HeldKeyMilliseconds = 1000;
 constexpr const char *HelpTopic = "AUDITION";
 
 QColor ColourOf(KeyColour colour) {
     return QColor(colour.red, colour.green, colour.blue);
 }
 
+class KeyButton;
+
+// The key that was pressed without a mouse, until its time is over.
+struct HeldKey {
+    KeyButton *key = nullptr;
+    QTimer end;
+};
+
 // A part of a key: sounds at the press of the left button and ends the note at its release,
 // wherever the mouse is by then.
 class KeyButton : public QWidget {
 public:
-    KeyButton(const KeyPart &part, AuditionState &state, QWidget *keyboard)
-        : QWidget(keyboard), part(part), state(state) {
+    KeyButton(const KeyPart &part, AuditionState &state, HeldKey &held, QWidget *keyboard)
+        : QWidget(keyboard), part(part), state(state), held(held) {
         setObjectName(ControlName(part.control));
         setWindowTitle(QString::number(part.key));
         setAttribute(Qt::WA_OpaquePaintEvent);
     }
 
+    const KeyPart part;
+
+    // The part that a finger would touch, of which the key's state is seen.
+    KeyButton &Foot() const {
+        return *ControlOf<KeyButton>(parentWidget(), LowerPartControl + part.key);
+    }
+    bool IsDown() const { return Foot().marked; }
+    // Plays the note for a while, for those who press without holding. A key that the mouse holds
+    // down plays on instead.
+    void PlayForAWhile() {
+        EndHeldKey(held);
+        if (state.sustainedNote == NoNote) {
+            Press();
+            held.key = this;
+            held.end.start(HeldKeyMilliseconds);
+        }
+    }
+    static void EndHeldKey(HeldKey &held) {
+        held.end.stop();
+        if (KeyButton *key = std::exchange(held.key, nullptr)) {
+            key->Release();
+        }
+    }
+
 protected:
     void mousePressEvent(QMouseEvent *event) override {
         if (event->button() == Qt::LeftButton) {
-            PressAuditionKey(state, part.key);
-            MarkKey(true);
+            EndHeldKey(held);
+            Press();
         }
     }
     void mouseReleaseEvent(QMouseEvent *event) override {
         if (event->button() == Qt::LeftButton) {
-            ReleaseAuditionKey(state);
-            MarkKey(false);
+            Release();
         }
     }
 
@@ -75,11 +110,23 @@ protected:
     }
 
 private:
-    // The mark of a key that is down stands on the part that a finger would touch.
+    void Press() {
+        PressAuditionKey(state, part.key);
+        MarkKey(true);
+    }
+    void Release() {
+        ReleaseAuditionKey(state);
+        MarkKey(false);
+    }
+
     void MarkKey(bool down) {
-        auto *foot = ControlOf<KeyButton>(parentWidget(), LowerPartControl + part.key);
-        foot->marked = down;
-        foot->update();
+        KeyButton &foot = Foot();
+        foot.marked = down;
+        foot.update();
+        QAccessible::State change;
+        change.pressed = true;
+        QAccessibleStateChangeEvent event(&foot, change);
+        QAccessible::updateAccessibility(&event);
     }
 
     // A dot in the colour of the other keys.
@@ -94,10 +141,75 @@ private:
         painter.restore();
     }
 
-    const KeyPart part;
     AuditionState &state;
+    HeldKey &held;
     bool marked = false;
 };
+
+// A key as a screen reader finds it: one button, named by its note.
+class AccessibleKey : public QAccessibleWidget {
+public:
+    explicit AccessibleKey(KeyButton &key)
+        : QAccessibleWidget(&key, QAccessible::Button), key(key) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? QString::fromStdString(AuditionKeyName(key.part.key))
+                                         : QAccessibleWidget::text(kind);
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.pressed = key.IsDown();
+        return state;
+    }
+    // Both parts of a white key.
+    QRect rect() const override {
+        const auto *upper =
+            ControlOf<KeyButton>(key.parentWidget(), UpperPartControl + key.part.key);
+        const QRect area = QAccessibleWidget::rect();
+        return upper ? area.united({upper->mapToGlobal(QPoint()), upper->size()}) : area;
+    }
+    QStringList actionNames() const override { return {pressAction()}; }
+    void doAction(const QString &name) override {
+        if (name == pressAction()) {
+            key.PlayForAWhile();
+        }
+    }
+
+private:
+    KeyButton &key;
+};
+
+// The keys from left to right, each once.
+class AccessibleKeyboard : public QAccessibleWidget {
+public:
+    explicit AccessibleKeyboard(QWidget *keyboard)
+        : QAccessibleWidget(keyboard, QAccessible::Grouping) {}
+
+    int childCount() const override { return AuditionKeyCount; }
+    QAccessibleInterface *child(int index) const override {
+        return QAccessible::queryAccessibleInterface(
+            ControlOf<KeyButton>(widget(), LowerPartControl + index));
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override {
+        const auto *key = dynamic_cast<KeyButton *>(child->object());
+        return key ? key->part.key : -1;
+    }
+    QAccessibleInterface *childAt(int x, int y) const override {
+        const auto *key =
+            dynamic_cast<KeyButton *>(widget()->childAt(widget()->mapFromGlobal(QPoint(x, y))));
+        return key ? child(key->part.key) : nullptr;
+    }
+};
+
+QAccessibleInterface *MakeAccessible(const QString & /*className*/, QObject *object) {
+    if (auto *key = dynamic_cast<KeyButton *>(object)) {
+        return new AccessibleKey(*key);
+    }
+    auto *widget = qobject_cast<QWidget *>(object);
+    const bool holdsKeys = widget && !widget->children().isEmpty() &&
+                           dynamic_cast<KeyButton *>(widget->children().constFirst());
+    return holdsKeys ? new AccessibleKeyboard(widget) : nullptr;
+}
 
 // A scroll bar with its value beside it. `store` limits a position, keeps it and returns it.
 struct BarRow {
@@ -208,13 +320,25 @@ private:
         setWindowTitle(WindowTitleOf(
             QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice)))));
         for (const KeyPart &part : AuditionKeyParts(KeyboardUnitsWide, KeyboardUnitsHigh)) {
-            keys.push_back(new KeyButton(part, state, ui.keyboard)); // a child of the keyboard
+            // A child of the keyboard.
+            keys.push_back(new KeyButton(part, state, heldKey, ui.keyboard));
         }
+        heldKey.end.setSingleShot(true);
+        QObject::connect(&heldKey.end, &QTimer::timeout, this,
+                         [this] { KeyButton::EndHeldKey(heldKey); });
+        QAccessible::installFactory(MakeAccessible); // once, however often it is called
+        ui.keyboard->setAccessibleName("Keyboard");
         SetUpBar({ui.control_102, ui.control_12102, 0, HighestAuditionOctave, 1, SetAuditionOctave},
                  AuditionOctave());
         SetUpBar({ui.control_101, ui.control_12101, LowestAuditionVelocity, HighestAuditionVelocity,
                   0, SetAuditionVelocity},
                  AuditionVelocity());
+        QObject::connect(ui.control_102, &QScrollBar::valueChanged, this, [this] {
+            for (KeyButton *key : keys) {
+                QAccessibleEvent event(key, QAccessible::NameChanged);
+                QAccessible::updateAccessibility(&event);
+            }
+        });
     }
 
     // The keyboard takes the whole width of the box and grows with the font.
@@ -242,6 +366,7 @@ private:
 
     Ui::AuditionBox ui;
     AuditionState &state;
+    HeldKey heldKey;
     std::vector<KeyButton *> keys; // children, in the order of their parts
 };
 

@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/folders.h"
 #include "common/settings.h"
+#include "common/view/accessible_role.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
 #include "common/view/status_bar.h"
@@ -66,10 +67,20 @@ public:
     }
 };
 
+// The toolkit takes the first mark of a text for its key, and leaves a second one in what it says
+// of the entry to those who do not see it.
+QString WithOneMnemonic(const std::string &text) {
+    QString marked = QString::fromStdString(text);
+    const auto first = marked.indexOf('&');
+    marked.remove('&');
+    return first < 0 ? marked : marked.insert(first, '&');
+}
+
 } // namespace
 
 MainWindow::MainWindow(WindowSize size, bool readSettings) {
     setObjectName("TonewrightApplication");
+    SetAccessibleRole(*this, QAccessible::Window);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
@@ -166,7 +177,7 @@ void MainWindow::AddMenu(const MenuRow &row) {
             continue;
         }
         const CommandRow &command = *CommandOf(id);
-        QAction *action = menu->addAction(QString::fromStdString(MenuText(command)));
+        QAction *action = menu->addAction(WithOneMnemonic(MenuText(command)));
         action->setMenuRole(QAction::NoRole);
         action->setEnabled(CommandEnabled(id));
         action->setCheckable(command.toggles != nullptr);

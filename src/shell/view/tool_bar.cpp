@@ -1,6 +1,7 @@
 // The tool bar and its buttons, painted by the theme.
 #include "shell/view/tool_bar.h"
 
+#include "common/view/accessible_role.h"
 #include "common/view/theme.h"
 #include "shell/command_table.h"
 
@@ -10,11 +11,11 @@
 
 namespace tonewright {
 
-ToolButton::ToolButton(int commandId, const QString &tip, QWidget *parent)
+ToolButton::ToolButton(int commandId, const QString &name, const QString &tip, QWidget *parent)
     : QAbstractButton(parent), commandId(commandId) {
     setObjectName(QString("control_%1").arg(commandId));
     setToolTip(tip);
-    setAccessibleName(tip);
+    setAccessibleName(name);
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
 }
@@ -40,10 +41,14 @@ bool ToolButton::event(QEvent *event) {
 
 ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {
     setObjectName("TonewrightBar");
+    SetAccessibleRole(*this, QAccessible::ToolBar);
+    setAccessibleName("Tool bar");
     setFixedHeight(ThemeGetMetric(MetricToolBarHeight));
     int left = ThemeGetMetric(MetricToolLeft);
     for (const ToolRow &tool : ReadToolBar(ToolBarList)) {
-        auto *button = new ToolButton(tool.id, QString::fromStdString(tool.tip), this);
+        auto *button =
+            new ToolButton(tool.id, QString::fromStdString(CommandName(*CommandOf(tool.id))),
+                           QString::fromStdString(tool.tip), this);
         button->setGeometry(left, ThemeGetMetric(MetricToolTop), ThemeGetMetric(MetricToolWidth),
                             ThemeGetMetric(MetricToolHeight));
         button->setEnabled(CommandEnabled(tool.id));

@@ -10,7 +10,8 @@ namespace tonewright {
 
 class ToolButton : public QAbstractButton {
 public:
-    ToolButton(int commandId, const QString &tip, QWidget *parent);
+    // `name` is for those who do not see the picture.
+    ToolButton(int commandId, const QString &name, const QString &tip, QWidget *parent);
 
 protected:
     bool event(QEvent *event) override;

@@ -27,6 +27,10 @@ QString NameOfRow(int row) {
     return voice ? QString::fromLatin1(VoiceObjectName(*voice)) : QString();
 }
 
+QString WordsOfRow(int row) {
+    return QString::fromStdString(VoiceInWords(ListVoice(MainList, row), row));
+}
+
 void PaintVoice(const ListRowPainting &painting) {
     const VoiceObject *voice = ListVoice(MainList, painting.row);
     if (!voice) {
@@ -78,6 +82,7 @@ QPoint PlaceOfMenu(QSize size, const QRect &beside) {
 VoiceListView::VoiceListView(QWidget *parent)
     : ListBoxView(MainList,
                   {.name = NameOfRow,
+                   .words = WordsOfRow,
                    .paint = PaintVoice,
                    .touched = ListTouched,
                    .hold =

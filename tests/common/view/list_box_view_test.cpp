@@ -30,6 +30,10 @@ QString NameOf(int row) {
     return name;
 }
 
+QString WordsOf(int row) {
+    return QString("Row %1").arg(row + 1);
+}
+
 class ListBoxViewTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -38,6 +42,7 @@ protected:
             box,
             ListBoxOwner{
                 .name = NameOf,
+                .words = WordsOf,
                 .paint =
                     [this](const ListRowPainting &painting) {
                         painted.push_back(painting.row);
@@ -407,7 +412,7 @@ TEST_F(ListBoxViewTest, TheWheelMovesOneRowAMessage) {
 TEST_F(ListBoxViewTest, WhatARowHoldsIsRepaintedOnlyWhenToldTo) {
     Viewport()->repaint();
     painted.clear();
-    ListBoxTellItem(box);
+    ListBoxTellItem(box, 2);
     QTest::qWait(20);
     EXPECT_TRUE(painted.empty());
     ListSelect(box, 1);
@@ -434,7 +439,7 @@ TEST_F(ListBoxViewTest, AScreenReaderFindsEachRowWithItsNameAndState) {
     QAccessibleInterface *row = list->child(70001);
     ASSERT_NE(row, nullptr);
     EXPECT_EQ(row->role(), QAccessible::ListItem);
-    EXPECT_EQ(row->text(QAccessible::Name), NameOf(70001));
+    EXPECT_EQ(row->text(QAccessible::Name), WordsOf(70001));
     EXPECT_TRUE(row->state().selected);
     EXPECT_FALSE(row->state().invisible);
     EXPECT_FALSE(list->child(70002)->state().selected);
@@ -458,6 +463,16 @@ TEST_F(ListBoxViewTest, AScreenReaderSelectsARowAsTheUserDoes) {
     EXPECT_EQ(box.topRow, 500 - ShownRows + 1);
     EXPECT_EQ(touched, 1);
     EXPECT_TRUE(list->child(500)->state().selected);
+}
+
+TEST_F(ListBoxViewTest, AScreenReaderFindsADisabledListWithItsSelection) {
+    ListSelect(box, 3);
+    ListEnable(box, false);
+    QAccessibleInterface *list = QAccessible::queryAccessibleInterface(view.get());
+    EXPECT_TRUE(list->state().disabled);
+    EXPECT_TRUE(list->child(3)->state().selected);
+    ListEnable(box, true);
+    EXPECT_FALSE(list->state().disabled);
 }
 
 TEST_F(ListBoxViewTest, NobodyDeselectsTheSelectedRow) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QImage>
@@ -58,6 +59,15 @@ protected:
     QWidget window;
     QWidget *bar = nullptr;
 };
+
+TEST_F(StatusBarTest, AScreenReaderFindsItsText) {
+    QAccessibleInterface *found = QAccessible::queryAccessibleInterface(bar);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->role(), QAccessible::StatusBar);
+    EXPECT_EQ(found->text(QAccessible::Name), "");
+    SetStatusBarText(&window, "Yamaha DX7");
+    EXPECT_EQ(found->text(QAccessible::Name), "Yamaha DX7");
+}
 
 TEST_F(StatusBarTest, MeasuresComeFromTheFrameWidthAndTheFont) {
     const StatusBarState *state = StatusBarStateOf(&window);

@@ -153,6 +153,11 @@ int VoiceName(std::string &name, const VoiceObject &voice) {
     return static_cast<int>(name.size());
 }
 
+int VoiceAlgorithm(const VoiceObject &voice) {
+    const auto parts = PayloadOf(voice);
+    return parts && parts->payload.size() >= VoiceSize ? parts->payload[TuneOffset] + 1 : 0;
+}
+
 // A red square is the picture of a tune.
 int DrawVoiceItem(const DrawItem &item, const ItemFonts &fonts, const VoiceObject &voice, int) {
     std::string name;
@@ -208,6 +213,7 @@ extern constinit const SynthDriver ChimesDriver = {
     .ImportVoice = ImportVoice,
     .ExportVoice = ExportVoice,
     .VoiceName = VoiceName,
+    .VoiceAlgorithm = VoiceAlgorithm,
     .MakeUndoLevel = MakeUndoLevel,
 };
 

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
@@ -493,6 +494,100 @@ TEST_F(AuditionBoxTest, AKeyThatIsDownKeepsItsColoursAndCarriesAMark) {
             EXPECT_EQ(Key(box, control).grab().toImage(), before) << control;
         }
     });
+}
+
+// The keyboard as a screen reader finds it.
+QAccessibleInterface &KeyboardOf(QDialog &box) {
+    return *QAccessible::queryAccessibleInterface(box.findChild<QWidget *>("keyboard"));
+}
+void PressAction(QAccessibleInterface *key) {
+    key->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+}
+
+TEST_F(AuditionBoxTest, AScreenReaderFindsTheKeysAsButtonsNamedByTheirNotes) {
+    WithBox([](QDialog &box) {
+        QAccessibleInterface &keyboard = KeyboardOf(box);
+        EXPECT_EQ(keyboard.text(QAccessible::Name), "Keyboard");
+        EXPECT_EQ(keyboard.role(), QAccessible::Grouping);
+        ASSERT_EQ(keyboard.childCount(), 24);
+        for (int number = 0; number < 24; ++number) {
+            QAccessibleInterface *key = keyboard.child(number);
+            ASSERT_NE(key, nullptr) << number;
+            EXPECT_EQ(key->role(), QAccessible::Button) << number;
+            EXPECT_EQ(keyboard.indexOfChild(key), number);
+            ASSERT_NE(key->parent(), nullptr);
+            EXPECT_EQ(key->parent()->object(), keyboard.object());
+            EXPECT_FALSE(key->state().pressed) << number;
+        }
+        EXPECT_EQ(keyboard.child(0)->text(QAccessible::Name), "C3");
+        EXPECT_EQ(keyboard.child(6)->text(QAccessible::Name), "F sharp 3");
+        Bar(box, 102).setValue(0);
+        EXPECT_EQ(keyboard.child(0)->text(QAccessible::Name), "C-2");
+    });
+}
+
+TEST_F(AuditionBoxTest, AScreenReaderFindsBothPartsOfAWhiteKeyAsOne) {
+    WithBox([](QDialog &box) {
+        QAccessibleInterface &keyboard = KeyboardOf(box);
+        const auto at = [&](int control) {
+            const QPoint point = box.mapToGlobal(Middle(box, control));
+            return keyboard.childAt(point.x(), point.y());
+        };
+        EXPECT_EQ(at(504), keyboard.child(4));
+        EXPECT_EQ(at(12504), keyboard.child(4));
+        EXPECT_EQ(at(503), keyboard.child(3));
+        const QRect area = keyboard.child(4)->rect();
+        for (const int control : {504, 12504}) {
+            EXPECT_TRUE(area.contains(box.mapToGlobal(Middle(box, control)))) << control;
+        }
+        const QRect both = Key(box, 504).geometry().united(Key(box, 12504).geometry());
+        EXPECT_EQ(area.size(), both.size());
+        EXPECT_EQ(keyboard.child(3)->rect().size(), Key(box, 503).size());
+    });
+}
+
+TEST_F(AuditionBoxTest, AKeyThatAScreenReaderPressesSoundsForAWhile) {
+    const auto last = [&] { return midi.calls.back(); };
+    WithBox([&](QDialog &box) {
+        QAccessibleInterface *key = KeyboardOf(box).child(4);
+        PressAction(key);
+        EXPECT_EQ(last(), "Pm_Write(1, 0, 90 40 64)");
+        EXPECT_TRUE(key->state().pressed);
+        QTest::qWait(300);
+        EXPECT_EQ(last(), "Pm_Write(1, 0, 90 40 64)") << "it can be heard";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return last() == "Pm_Write(1, 0, 80 40 64)"; }));
+        EXPECT_FALSE(key->state().pressed);
+    });
+    EXPECT_EQ(
+        midi.calls,
+        Joined(
+            {Upload, Opening, {"Pm_Write(1, 0, 90 40 64)", "Pm_Write(1, 0, 80 40 64)"}, Closing}));
+}
+
+TEST_F(AuditionBoxTest, TheNextPressEndsANoteThatAScreenReaderBegan) {
+    WithBox([&](QDialog &box) {
+        QAccessibleInterface &keyboard = KeyboardOf(box);
+        PressAction(keyboard.child(4));
+        PressAction(keyboard.child(5));
+        EXPECT_FALSE(keyboard.child(4)->state().pressed);
+        EXPECT_TRUE(keyboard.child(5)->state().pressed);
+        Press(box, Middle(box, 507));
+        EXPECT_FALSE(keyboard.child(5)->state().pressed);
+        EXPECT_TRUE(keyboard.child(7)->state().pressed);
+        PressAction(keyboard.child(9)); // the mouse holds a key down
+        EXPECT_FALSE(keyboard.child(9)->state().pressed);
+        Release(box, Middle(box, 507));
+        EXPECT_FALSE(keyboard.child(7)->state().pressed);
+        PressAction(keyboard.child(0));
+    });
+    EXPECT_EQ(midi.calls, Joined({Upload,
+                                  Opening,
+                                  {"Pm_Write(1, 0, 90 40 64)", "Pm_Write(1, 0, 80 40 64)",
+                                   "Pm_Write(1, 0, 90 41 64)", "Pm_Write(1, 0, 80 41 64)",
+                                   "Pm_Write(1, 0, 90 43 64)", "Pm_Write(1, 0, 80 43 64)",
+                                   "Pm_Write(1, 0, 90 3C 64)", "Pm_Write(1, 0, 80 3C 64)",
+                                   "Pm_Write(1, 0, B0 78 00)", "Pm_WriteShort(1, 0, C0 1F 00)",
+                                   "Pm_WriteShort(1, 0, C0 00 00)", "Pm_Close(1)"}}));
 }
 
 TEST_F(AuditionBoxTest, AtAnySizeOfFontTheKeysFillTheirPlaceAndNoTextIsCut) {

@@ -330,7 +330,7 @@ TEST_F(MainWindowTest, AScreenReaderFindsTheVoicesByName) {
     EXPECT_EQ(voices->text(QAccessible::Name), "Voices");
     EXPECT_EQ(voices->role(), QAccessible::List);
     ASSERT_EQ(voices->childCount(), 32);
-    EXPECT_EQ(voices->child(31)->text(QAccessible::Name), "VOICE 32");
+    EXPECT_EQ(voices->child(31)->text(QAccessible::Name), "Voice 32, VOICE 32, algorithm 32");
     EXPECT_TRUE(voices->child(0)->state().selected);
     EXPECT_FALSE(voices->child(1)->state().selected);
 }
