@@ -4,7 +4,7 @@
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-svg-dev libqt6svg6
   libportmidi-dev libasound2-dev zlib1g-dev fonts-liberation fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev libbenchmark-dev clang libclang-rt-dev llvm python3
-  xvfb xauth jwm xdotool poppler-utils"
+  xvfb xauth jwm xdotool dbus-daemon at-spi2-core poppler-utils"
 
 need_packages() {
     local missing="" name
