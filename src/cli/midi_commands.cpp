@@ -10,6 +10,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/voice_fault.h"
 #include "core/voice_file_reader.h"
 #include "midi/audition.h"
 #include "midi/midi_start.h"
@@ -220,17 +221,6 @@ std::string ExtensionsOfDownloads() {
     return extensions;
 }
 
-// The places (from 1) of voices that did not come whole.
-std::string PlacesNotReceived(const VoiceFileFormat &format) {
-    std::string places;
-    for (int row = 0; row < ListCount(MainList); ++row) {
-        if (!format.cameWhole(ListVoice(MainList, row))) {
-            places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
-        }
-    }
-    return places;
-}
-
 } // namespace
 
 int CliPorts(const CliCall &) {
@@ -345,7 +335,7 @@ int CliDownload(const CliCall &call) {
         if (TransferCancelled()) {
             return static_cast<int>(ExitFailed);
         }
-        const std::string missing = PlacesNotReceived(*file.format);
+        const std::string missing = PlacesNotReceived(MainList, *file.format);
         if (!missing.empty() &&
             AskYesNo(nullptr, "The instrument did not send all of these voices: " + missing +
                                   ".\n\nDo you wish to save the others anyway?") != ResultYes) {

@@ -66,14 +66,6 @@ std::string WithSingleBlanks(std::string_view latin1) {
     return words;
 }
 
-// What is current after a search that may have found nothing. In careful mode the voices of the
-// list keep their family, without which they could not be saved.
-DriverId DriverAfterSearch(DriverId former) {
-    const bool isKept =
-        CarefulMode != 0 && CurrentDriverId == NoDriverId && ListCount(MainList) > 0;
-    return isKept ? former : CurrentDriverId;
-}
-
 // The folder of `path` as the settings keep it: with a trailing separator unless it is empty.
 std::string KeptFolder(std::string_view path) {
     std::string folder = FolderOfPath(path);
@@ -302,12 +294,8 @@ int FindCurrentSynth(QWidget *window, const PortNames &names, bool autodetect) {
 }
 
 int FindCurrentSynth(QWidget *window) {
-    const DriverId former = CurrentDriverId;
-    const int result =
-        FindCurrentSynth(window, {SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
-                         SelectKeyboardAutodetect != 0);
-    CurrentDriverId = DriverAfterSearch(former);
-    return result;
+    return FindCurrentSynth(window, {SelectKeyboardMidiIn.c_str(), SelectKeyboardMidiOut.c_str()},
+                            SelectKeyboardAutodetect != 0);
 }
 
 const char *SynthTitle(DriverId id, std::uint32_t version) {

@@ -26,4 +26,14 @@ BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family) {
     return {};
 }
 
+std::string PlacesNotReceived(const VoiceList &list, const VoiceFileFormat &format) {
+    std::string places;
+    for (int row = 0; row < ListCount(list); ++row) {
+        if (!format.cameWhole(ListVoice(list, row))) {
+            places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
+        }
+    }
+    return places;
+}
+
 } // namespace tonewright

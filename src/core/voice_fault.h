@@ -3,6 +3,8 @@
 
 #include "core/synth_driver.h"
 
+#include <string>
+
 namespace tonewright {
 
 enum class VoiceFault {
@@ -19,5 +21,9 @@ struct BankFault {
 };
 // Of the rows that a bank of the family has; what stands behind them does not count.
 BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family);
+
+// The places (from 1) of voices that did not come whole in a download into the list: "3, 7"; empty
+// when all did. Of a format that knows what came whole.
+std::string PlacesNotReceived(const VoiceList &list, const VoiceFileFormat &format);
 
 } // namespace tonewright

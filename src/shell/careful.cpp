@@ -15,6 +15,7 @@
 #include "shell/list_origin.h"
 #include "shell/list_state.h"
 #include "shell/shell_window.h"
+#include "shell/undo.h"
 
 #include <cerrno>
 #include <cstring>
@@ -54,6 +55,13 @@ enum Text : unsigned {
     NoBackupWanted = 20026,
     SingleVoiceFile = 20027,
     NoBankByName = 20028,
+    NotFoundButKept = 20029,
+    DownloadError = 20030,
+    ListUnchanged = 20031,
+    NotAllReceived = 20032,
+    SaveOthers = 20033,
+    PortsOpenNow = 20034,
+    SelectionEmptiesList = 20035,
 };
 
 bool IsOn() {
@@ -83,6 +91,10 @@ std::string Paragraphs(std::string first, const std::string &second) {
     return std::move(first) + "\n\n" + second;
 }
 
+std::string NoFamilyChosen() {
+    return TextOf(NoFamily) + (ListCount(MainList) > 0 ? TextOf(SelectionEmptiesList) : "");
+}
+
 // ---- voices that are none of the current family
 
 const SynthDriver *FamilyOf(const VoiceObject *voice) {
@@ -110,16 +122,43 @@ std::string FaultOfList(const BankFault &bank, const SynthDriver &family) {
     return "";
 }
 
+// MainListOrigin of the last download that not all voices of arrived.
+int OriginOfPartialDownload = NoRow;
+
+bool IsPartialDownload(const SynthDriver &family) {
+    return MainListOrigin == OriginOfPartialDownload && family.bankFormat &&
+           family.bankFormat->cameWhole;
+}
+
+// The places of voices that did not arrive in the download that the list comes from; and whether
+// that of a row is one.
+std::string PlacesMissing(const SynthDriver &family) {
+    return IsPartialDownload(family) ? PlacesNotReceived(MainList, *family.bankFormat) : "";
+}
+bool IsMissing(const SynthDriver &family, int row) {
+    return IsPartialDownload(family) && !family.bankFormat->cameWhole(ListVoice(MainList, row));
+}
+
 // Why what is wanted of the list, or of one of its rows, cannot be had; empty when it can.
 std::string FaultForCurrentFamily(int row) {
     const SynthDriver *family = CurrentDriver();
     if (!family) {
-        return TextOf(NoFamily);
+        return NoFamilyChosen();
     }
     const BankFault bank = row == NoRow
                                ? BankFaultOf(MainList, *family)
                                : BankFault{VoiceFaultOf(ListVoice(MainList, row), *family), row};
-    return FaultOfList(bank, *family);
+    const std::string fault = FaultOfList(bank, *family);
+    return fault.empty() && row != NoRow && IsMissing(*family, row)
+               ? TextOf(IncompleteVoice, {std::to_string(row + 1)})
+               : fault;
+}
+
+// False when the user wants no bank without those voices.
+bool SavesWithoutMissing(QWidget *window) {
+    const std::string missing = PlacesMissing(*CurrentDriver());
+    return missing.empty() || AskYesNo(window, Paragraphs(TextOf(NotAllReceived, {missing}),
+                                                          TextOf(SaveOthers))) == ResultYes;
 }
 
 // The same of what is to be sent, which a message must be able to carry.
@@ -238,9 +277,14 @@ std::string NameOfPort(int port) {
     return info ? info->name : "";
 }
 
+// Such an instrument answers, also before it is sent a voice; the others only listen.
+bool GivesVoices(const SynthDriver &family) {
+    return (family.flags & DriverFlagDownload) != 0;
+}
+
 std::string ReasonOfTransfer() {
     if (!CurrentDriver()) {
-        return TextOf(NoFamily);
+        return NoFamilyChosen();
     }
     switch (TryMidiLink(CurrentMidiPorts())) {
     case LinkFault::NoOutput:
@@ -254,7 +298,12 @@ std::string ReasonOfTransfer() {
     case LinkFault::None:
         break;
     }
-    return TextOf(NoAnswer);
+    return TextOf(GivesVoices(*CurrentDriver()) ? NoAnswer : PortsOpenNow);
+}
+
+void TellFailedDownload(QWidget *window) {
+    ShowMessage(window, Paragraphs(Paragraphs(TextOf(DownloadError), ReasonOfTransfer()),
+                                   TextOf(ListUnchanged)));
 }
 
 } // namespace
@@ -262,13 +311,13 @@ std::string ReasonOfTransfer() {
 bool CarefulRefusesToSave(QWidget *window) {
     const std::string fault = IsOn() ? FaultForCurrentFamily(NoRow) : "";
     if (fault.empty()) {
-        return false;
+        return IsOn() && !SavesWithoutMissing(window);
     }
     if (const SynthDriver *family = FamilyOfList()) {
         if (AskYesNo(window, Paragraphs(fault, TextOf(SelectFamilyInstead, {family->name}))) ==
             ResultYes) {
             SelectFamily(*family);
-            return false;
+            return !SavesWithoutMissing(window);
         }
         return true;
     }
@@ -338,6 +387,44 @@ bool CarefulHasNothingToSave() {
 
 bool CarefulMayReplaceMemory(QWidget *window) {
     return !IsOn() || AskYesNo(window, TextOf(ReplaceMemory, {RowsOfBank()})) == ResultYes;
+}
+
+void CarefulKeepInstrument(QWidget *window, DriverId former) {
+    const SynthDriver *family = DriverOfId(former);
+    if (!IsOn() || CurrentDriverId != NoDriverId || ListCount(MainList) == 0 || !family) {
+        return;
+    }
+    CurrentDriverId = former;
+    ShowMessage(window, TextOf(NotFoundButKept, {family->name}));
+}
+
+bool CarefulRefusesToDownload(QWidget *window) {
+    const bool canBegin = CurrentDriver() && (!GivesVoices(*CurrentDriver()) ||
+                                              TryMidiLink(CurrentMidiPorts()) == LinkFault::None);
+    if (!IsOn() || canBegin) {
+        return false;
+    }
+    TellFailedDownload(window);
+    return true;
+}
+
+void CarefulTakeBackDownload(QWidget *window) {
+    if (IsOn() && CurrentDriver() && GivesVoices(*CurrentDriver())) {
+        UndoTakeBack();
+        TellFailedDownload(window);
+    }
+}
+
+bool CarefulMissesVoices(QWidget *window) {
+    if (!IsOn() || !CurrentDriver()) {
+        return false;
+    }
+    OriginOfPartialDownload = MainListOrigin;
+    const std::string missing = PlacesMissing(*CurrentDriver());
+    if (!missing.empty()) {
+        ShowMessage(window, TextOf(NotAllReceived, {missing}));
+    }
+    return !missing.empty();
 }
 
 void CarefulForgetClickedRow() {

@@ -4,6 +4,7 @@
 // stands in one function of that layer each; ARCHITECTURE.md lists them all.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 class QWidget;
@@ -11,7 +12,8 @@ class QWidget;
 namespace tonewright {
 
 // Save and Save as: true, after saying why, when the list does not hold a whole bank of the current
-// family. With the voices of another family it asks whether to select that one for them instead.
+// family. With the voices of another family it asks whether to select that one for them instead;
+// with voices that did not arrive in a download, whether to save the others.
 bool CarefulRefusesToSave(QWidget *window);
 // Upload: the same, without a question, and of voices with bytes that no message can carry; `row`:
 // the voice that is to be sent, NoRow for all.
@@ -37,6 +39,17 @@ bool CarefulHasNothingToSave();
 
 // Upload: false when the user wants to keep what is in the memory of the instrument.
 bool CarefulMayReplaceMemory(QWidget *window);
+
+// Find, after a search in vain: while the list holds voices the instrument that was current before
+// stays so, since without one they could not be saved. Says so.
+void CarefulKeepInstrument(QWidget *window, std::uint32_t former);
+
+// Download: true, after saying why, when it could not begin.
+bool CarefulRefusesToDownload(QWidget *window);
+// The same when it has not begun all the same: the level of undo that was made for it goes.
+void CarefulTakeBackDownload(QWidget *window);
+// True, after saying which, when not all of its voices have arrived. They are a list of their own.
+bool CarefulMissesVoices(QWidget *window);
 
 // The row that was clicked is to be forgotten: the context menu was closed without a choice, or the
 // left button pressed in the list.

@@ -9,6 +9,8 @@
 #include "shell/list_origin.h"
 
 #include <cstdint>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace tonewright {
@@ -24,6 +26,9 @@ struct UndoLevel {
 struct UndoStore {
     std::size_t capacity = 0; // levels; 0: there is no store
     std::vector<UndoLevel> levels;
+    // Of the last push.
+    bool hasPushed = false;
+    std::optional<UndoLevel> displaced;
 };
 UndoStore Store;
 
@@ -52,6 +57,8 @@ int UndoEnd() {
 }
 
 int UndoPush(QWidget *window, const VoiceList &list) {
+    Store.hasPushed = false;
+    Store.displaced.reset();
     if (ListCount(list) == 0) {
         return 1;
     }
@@ -60,6 +67,7 @@ int UndoPush(QWidget *window, const VoiceList &list) {
         return 0;
     }
     if (Store.levels.size() >= Store.capacity) {
+        Store.displaced = std::move(Store.levels.front());
         Store.levels.erase(Store.levels.begin());
     }
     const SynthDriver *driver = CurrentDriver();
@@ -73,8 +81,20 @@ int UndoPush(QWidget *window, const VoiceList &list) {
         return 0;
     }
     Store.levels.push_back({.block = std::move(level), .origin = MainListOrigin});
+    Store.hasPushed = true;
     FollowUndo();
     return 1;
+}
+
+void UndoTakeBack() {
+    if (std::exchange(Store.hasPushed, false)) {
+        Store.levels.pop_back();
+    }
+    if (Store.displaced) {
+        Store.levels.insert(Store.levels.begin(), std::move(*Store.displaced));
+        Store.displaced.reset();
+    }
+    FollowUndo();
 }
 
 int UndoPop(QWidget *window, VoiceList &list) {

@@ -15,6 +15,9 @@ int UndoEnd();
 // Takes a snapshot of the list. 1 if a level was made, also 1 (without one) for an empty list, else
 // 0 after a message. When the store is full the oldest level gives way.
 int UndoPush(QWidget *window, const VoiceList &list);
+// Undoes the last UndoPush, after which nothing else has happened to the store: its level goes, and
+// the one that gave way for it is back.
+void UndoTakeBack();
 // Puts the newest level back into the list. 1, or 0 after a message.
 int UndoPop(QWidget *window, VoiceList &list);
 // Drops all levels. 1 if there is a store.

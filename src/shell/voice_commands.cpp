@@ -65,17 +65,21 @@ int RunUndo() {
 }
 
 int RunDownload() {
-    if (!AskToSave()) {
+    if (CarefulRefusesToDownload(Window()) || !AskToSave()) {
         return 0;
     }
     UndoPush(Window(), MainList);
     const int result = DownloadCurrent(Window(), MainList);
-    if (result) {
-        BeginListOrigin();
-        PlayEventSound(DefaultEventSound);
-        MainListState.dirty = true;
-    }
     RefreshCopy(); // the first voice is selected now
+    if (!result) {
+        CarefulTakeBackDownload(Window());
+        return 0;
+    }
+    BeginListOrigin();
+    MainListState.dirty = true;
+    if (!CarefulMissesVoices(Window())) {
+        PlayEventSound(DefaultEventSound);
+    }
     return result;
 }
 
@@ -94,8 +98,10 @@ int RunUpload() {
 
 int RunFind() {
     TheMidi.RescanDevices();
+    const DriverId former = CurrentDriverId;
     const int result = FindCurrentSynth(Window());
     AutoConfigureCurrent(Window());
+    CarefulKeepInstrument(Window(), former);
     RefreshStatus();
     return result;
 }

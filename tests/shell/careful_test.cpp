@@ -11,7 +11,9 @@
 #include "support/builtin_midi.h"
 #include "support/reface_bytes.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -63,6 +65,9 @@ protected:
         desktop.Expect(ExpectedMessage{.text = text + SaveAsOrReplace,
                                        .buttons = {"Save as", "Replace", "Cancel"},
                                        .answer = answer});
+    }
+    void ExpectExport(const std::string &path) {
+        desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Export, .answer = path});
     }
     std::string NameIn(const std::string &file, int voice = 0) const {
         return ReadTestText(home.File(file))
@@ -203,9 +208,11 @@ TEST_F(VoicesOfAnotherFamily, NoInstrumentSavesNothing) {
     EXPECT_EQ(RunCommand(CommandSave), 0);
     SwitchOn();
     ListTakeVoice(MainList, 0);
-    desktop.ExpectMessage("There is no current synthesizer. Please choose one with Select "
-                          "synthesizer in the Edit menu." +
-                          NothingSaved);
+    desktop.ExpectMessage(
+        "There is no current synthesizer. Please choose one with Select "
+        "synthesizer in the Edit menu. This empties the list: voices that you want "
+        "to keep must be saved before." +
+        NothingSaved);
     EXPECT_EQ(RunCommand(CommandSave), 0);
 }
 
@@ -683,6 +690,7 @@ TEST_F(Careful, AFailedFindLeavesNoInstrumentWithTheModeOff) {
     SelectKeyboardMidiIn = SelectKeyboardMidiOut = "no such port";
     RunCommand(CommandFind);
     EXPECT_EQ(CurrentDriverId, NoDriverId);
+    EXPECT_EQ(desktop.statusTexts, Strings{"Unknown or unrecognized synthesizer"});
 }
 
 TEST_F(Careful, AFailedFindKeepsTheInstrumentOfTheVoices) {
@@ -691,6 +699,10 @@ TEST_F(Careful, AFailedFindKeepsTheInstrumentOfTheVoices) {
     OpenBank();
     Change();
     SelectKeyboardMidiIn = SelectKeyboardMidiOut = "no such port";
+    desktop.ExpectMessage("The " + Dx7Name +
+                          " has not been found. Please check that it is connected and switched "
+                          "on.\n\nIt stays your current synthesizer, and the voices stay in the "
+                          "list: you can edit and save them.");
     RunCommand(CommandFind);
     EXPECT_EQ(CurrentDriverId, Dx7DriverId);
     EXPECT_EQ(MidiOutPort, NoMidiDevice);
@@ -829,6 +841,179 @@ TEST_F(CarefulUpload, OfAVoiceThatIsNotAnsweredSaysSo) {
     expect("The MIDI input from your synthesizer has not been found. Please check that it is "
            "connected and switched on, "
            "and click on Find synthesizer in the Edit menu.");
+}
+
+TEST_F(CarefulUpload, ToAnInstrumentThatNeverAnswersIsNotSaidToLackAnAnswer) {
+    SwitchOn();
+    TheMidi.Pm_OpenOutput = [open = TheMidi.Pm_OpenOutput,
+                             isFirst = true](MidiStream *stream, int device, std::int32_t size,
+                                             std::int32_t latency) mutable {
+        return std::exchange(isFirst, false) ? MidiFailure : open(stream, device, size, latency);
+    };
+    ExpectQuestion(ResultYes);
+    desktop.ExpectMessage("There has been an error uploading the voices.\n\nThe MIDI ports could "
+                          "not be opened, but now they can. Please try again.");
+    EXPECT_EQ(RunCommand(CommandUpload), 0);
+}
+
+// ---- downloads
+
+class CarefulDownload : public Careful {
+protected:
+    void SetUp() override {
+        Careful::SetUp();
+        SelectKeyboardAutodetect = 1;
+        PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
+        ASSERT_EQ(RunCommand(CommandOpen), 1);
+        RunCommand(CommandFind);
+        ASSERT_NE(MidiOutPort, NoMidiDevice);
+        Forget();
+    }
+    // Three levels, which are all that there is room for; the list keeps the third.
+    void FillUndo() {
+        for (const char *name : {"ONE       ", "TWO       ", "THREE     "}) {
+            ListWriteVoice(MainList, 0, [name](VoiceObject &voice) {
+                std::copy_n(name, 10, voice.bytes.begin() + 52);
+            });
+            UndoPush(nullptr, MainList);
+        }
+        MainListState.dirty = true;
+    }
+    Strings NamesOfUndo() {
+        Strings names;
+        while (UndoAvailable()) {
+            UndoPop(nullptr, MainList);
+            names.push_back(VoiceObjectName(*ListVoice(MainList, 0)));
+        }
+        return names;
+    }
+    void ExpectFailure(const std::string &reason) {
+        desktop.ExpectMessage("There has been an error downloading the voices.\n\n" + reason +
+                              "\n\nNothing has been changed in the list.");
+    }
+    // The first two voices arrive; a voice is answered with seven messages, and one comes ahead.
+    void BreakOff() { FaultsOf(BuiltinInstrument::Reface).silentAfterMessages = 1 + 2 * 7; }
+    static std::string NotAll() {
+        std::string text = "Your synthesizer did not send all of its voices. These places of the "
+                           "list are incomplete: 3";
+        for (int place = 4; place <= 32; ++place) {
+            text += ", " + std::to_string(place);
+        }
+        return text + ".";
+    }
+    BuiltinMidi midi;
+};
+
+TEST_F(CarefulDownload, ThatCannotBeginAsksInSilenceAndCostsALevelWithTheModeOff) {
+    FillUndo();
+    MidiInPort = MidiOutPort = NoMidiDevice;
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+    EXPECT_EQ(RunCommand(CommandDownload), 0);
+    EXPECT_EQ(NamesOfUndo(), (Strings{"THREE", "THREE", "TWO"}));
+}
+
+TEST_F(CarefulDownload, ThatCannotBeginSaysWhyBeforeAnythingIsAskedOrLost) {
+    SwitchOn();
+    FillUndo();
+    FaultsOf(BuiltinInstrument::Reface).outputDoesNotOpen = true;
+    ExpectFailure("The MIDI port " + std::string(TheMidi.Pm_GetDeviceInfo(MidiOutPort)->name) +
+                  " could not be opened. Another program may be using it.");
+    EXPECT_EQ(RunCommand(CommandDownload), 0);
+    MidiInPort = MidiOutPort = NoMidiDevice;
+    ExpectFailure("The MIDI output to your synthesizer has not been found. Please check that it is "
+                  "connected and switched on, and click on Find synthesizer in the Edit menu.");
+    EXPECT_EQ(RunCommand(CommandDownload), 0);
+    EXPECT_EQ(ListCount(MainList), 32);
+    EXPECT_EQ(NamesOfUndo(), (Strings{"THREE", "TWO", "ONE"}));
+}
+
+TEST_F(CarefulDownload, ThatIsNotAnsweredCostsNoLevelOfUndo) {
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
+    for (const bool on : {false, true}) {
+        CarefulMode = on;
+        UndoClear();
+        FillUndo();
+        desktop.ExpectYesNoCancel(SaveQuestion, ResultNo);
+        desktop.ExpectMessage("Invalid system common.");
+        if (on) {
+            ExpectFailure("Your synthesizer did not answer.");
+        }
+        EXPECT_EQ(RunCommand(CommandDownload), 0);
+        EXPECT_EQ(NamesOfUndo(),
+                  on ? (Strings{"THREE", "TWO", "ONE"}) : (Strings{"THREE", "THREE", "TWO"}));
+    }
+}
+
+TEST_F(CarefulDownload, WithoutAnInstrumentSaysSo) {
+    ListReset(MainList);
+    CurrentDriverId = NoDriverId;
+    EXPECT_EQ(RunCommand(CommandDownload), 0);
+    SwitchOn();
+    ExpectFailure("There is no current synthesizer. Please choose one with Select synthesizer in "
+                  "the Edit menu.");
+    EXPECT_EQ(RunCommand(CommandDownload), 0);
+}
+
+TEST_F(CarefulDownload, ThatBreaksOffSoundsLikeOneThatDidNotWithTheModeOff) {
+    BreakOff();
+    EXPECT_EQ(RunCommand(CommandDownload), 1);
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_NE(ReadTestFile(home.File("mine.srx")), TestRefaceBank());
+}
+
+TEST_F(CarefulDownload, ThatBreaksOffSaysWhichVoicesDidNotArrive) {
+    SwitchOn();
+    BreakOff();
+    desktop.ExpectMessage(NotAll());
+    EXPECT_EQ(RunCommand(CommandDownload), 1);
+    EXPECT_TRUE(desktop.sounds.empty());
+    EXPECT_TRUE(MainListState.dirty);
+    const std::string question = NotAll() + "\n\nDo you wish to save the others anyway?";
+    for (const int command : {CommandSave, CommandSaveAs}) {
+        desktop.ExpectYesNo(question, ResultNo);
+        EXPECT_EQ(RunCommand(command), 0);
+    }
+    EXPECT_EQ(ReadTestFile(home.File("mine.srx")), TestRefaceBank());
+    desktop.ExpectYesNo(question, ResultYes);
+    ExpectSaveDialog(home.File("two.srx"), home.File("mine.srx"));
+    EXPECT_EQ(RunCommand(CommandSaveAs), 1);
+    EXPECT_EQ(ReadTestFile(home.File("two.srx")).size(), 160u + 32 * 202);
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(VoiceObjectName(*ListVoice(MainList, 2)), TestRefaceName(2));
+    MainListState.clickedIndex = 2;
+    ExpectExport(home.File("three.sr1"));
+    EXPECT_EQ(RunCommand(CommandExport), 1); // it is the former list's, and whole
+}
+
+TEST_F(CarefulDownload, AVoiceThatDidNotArriveIsNotExportedOrSent) {
+    BreakOff();
+    EXPECT_EQ(RunCommand(CommandDownload), 1);
+    MainListState.clickedIndex = 2;
+    ExpectExport(home.File("plain.sr1"));
+    EXPECT_EQ(RunCommand(CommandExport), 1);
+    MainListState.dirty = false;
+    FaultsOf(BuiltinInstrument::Reface) = {};
+    BreakOff();
+    SwitchOn();
+    desktop.ExpectMessage(NotAll());
+    EXPECT_EQ(RunCommand(CommandDownload), 1);
+    MainListState.clickedIndex = 2;
+    desktop.ExpectMessage("Voice 3 of the list is incomplete." + NothingSaved);
+    EXPECT_EQ(RunCommand(CommandExport), 0);
+    MainListState.clickedIndex = 2;
+    desktop.ExpectMessage("Voice 3 of the list is incomplete.\n\nNothing has been sent to your "
+                          "synthesizer.");
+    EXPECT_EQ(RunCommand(CommandUploadVoice), 0);
+    MainListState.clickedIndex = 1;
+    ExpectExport(home.File("two.sr1"));
+    EXPECT_EQ(RunCommand(CommandExport), 1);
+}
+
+TEST_F(CarefulDownload, ThatIsWholeSoundsAsEver) {
+    SwitchOn();
+    EXPECT_EQ(RunCommand(CommandDownload), 1);
+    EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
 }
 
 // ---- messages of failure
