@@ -721,17 +721,6 @@ TEST_F(Careful, AFailedFindForAnEmptyListLeavesNoInstrument) {
     EXPECT_EQ(CurrentDriverId, NoDriverId);
 }
 
-// ---- the clicked row
-
-TEST_F(Careful, TheClickedRowIsForgottenInCarefulModeAlone) {
-    MainListState.clickedIndex = 7;
-    CarefulForgetClickedRow();
-    EXPECT_EQ(MainListState.clickedIndex, 7);
-    SwitchOn();
-    CarefulForgetClickedRow();
-    EXPECT_EQ(MainListState.clickedIndex, -1);
-}
-
 // ---- uploads
 
 class CarefulUpload : public Careful {

@@ -50,30 +50,30 @@ protected:
         ASSERT_NE(button, nullptr);
         QTest::mouseClick(button, Qt::LeftButton);
     }
-    void PressCtrlS() {
+    void PressCtrl(Qt::Key key) {
         window->activateWindow(); // a box that was closed leaves no window active
         ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
-        QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
+        QTest::keyClick(window.get(), key, Qt::ControlModifier);
         RunPosted();
     }
 };
 
 TEST_F(CarefulWindow, CtrlSAsksBeforeItReplacesAFileThatCouldNotBeRead) {
     FailToOpen("broken.syx");
-    EXPECT_TRUE(WithBox([this] { PressCtrlS(); },
+    EXPECT_TRUE(WithBox([this] { PressCtrl(Qt::Key_S); },
                         [](QDialog &box) {
                             EXPECT_EQ(ButtonsOf(box), (Strings{"Save as", "Replace", "Cancel"}));
                             EXPECT_TRUE(TextOf(box).starts_with("The file broken.syx could not"));
                             QTest::keyClick(&box, Qt::Key_Escape);
                         }));
     EXPECT_EQ(ReadTestText(home.File("broken.syx")), "no bank");
-    EXPECT_TRUE(WithBox([this] { PressCtrlS(); }, [](QDialog &box) { Press(box, 7); }));
+    EXPECT_TRUE(WithBox([this] { PressCtrl(Qt::Key_S); }, [](QDialog &box) { Press(box, 7); }));
     EXPECT_EQ(ReadTestFile(home.File("broken.syx")), TestBank());
     desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Save,
                                       .answer = home.File("mine.syx"),
                                       .start = home.File("other.syx")});
     FailToOpen("other.syx");
-    EXPECT_TRUE(WithBox([this] { PressCtrlS(); },
+    EXPECT_TRUE(WithBox([this] { PressCtrl(Qt::Key_S); },
                         [](QDialog &box) { QTest::keyClick(&box, Qt::Key_Return); }));
     EXPECT_EQ(ReadTestText(home.File("other.syx")), "no bank");
     EXPECT_EQ(window->windowTitle(), "Tonewright [ mine.syx ]");
@@ -81,7 +81,7 @@ TEST_F(CarefulWindow, CtrlSAsksBeforeItReplacesAFileThatCouldNotBeRead) {
 
 TEST_F(CarefulWindow, VoicesOfAnotherFamilyAreSavedWhenTheirInstrumentIsSelectedAgain) {
     FailToOpen("other.srx");
-    EXPECT_TRUE(WithBox([this] { PressCtrlS(); },
+    EXPECT_TRUE(WithBox([this] { PressCtrl(Qt::Key_S); },
                         [](QDialog &box) {
                             EXPECT_EQ(ButtonsOf(box), (Strings{"Yes", "No"}));
                             Press(box, 7);
@@ -119,26 +119,57 @@ TEST_F(CarefulWindow, TheWindowStaysWhenTheSaveBeforeItsEndFails) {
     EXPECT_EQ(NameAt(1), "VOICE 05");
 }
 
-TEST_F(CarefulWindow, APasteGoesToTheSelectionBehindAClosedMenu) {
-    ClickRow(2);
-    RunCommand(CommandCopy);
-    for (const std::uint32_t careful : {0u, 1u}) {
-        CarefulMode = careful;
-        ClickRow(4);
-        EXPECT_TRUE(WithContextMenu(RowPoint(6), [](QMenu &) {}));
-        EXPECT_EQ(MainListState.clickedIndex, careful ? -1 : 6);
-        RunCommand(CommandPaste);
-        EXPECT_EQ(NameAt(careful ? 4 : 6), "VOICE 03");
+// The row of a menu that was closed is out of sight when the keys paste.
+class ClickedRow : public CarefulWindow {
+protected:
+    void SetUp() override {
+        CarefulWindow::SetUp();
+        ClickRow(2);
+        PressCtrl(Qt::Key_C);
     }
+    void OpenAndEscape(int row) {
+        EXPECT_TRUE(WithContextMenu(RowPoint(row),
+                                    [](QMenu &menu) { QTest::keyClick(&menu, Qt::Key_Escape); }));
+    }
+    void ScrollAwayAndPaste() {
+        QScrollBar &bar = *list->verticalScrollBar();
+        bar.setValue(bar.maximum());
+        EXPECT_FALSE(Viewport()->rect().intersects(list->RowRectangle(6)));
+        PressCtrl(Qt::Key_V);
+        bar.setValue(0);
+    }
+};
+
+TEST_F(ClickedRow, OfAClosedMenuReceivesThePasteWithTheModeOff) {
+    CarefulMode = 0;
+    ClickRow(4);
+    OpenAndEscape(6);
+    ScrollAwayAndPaste();
+    EXPECT_EQ(Names(4, 6), (Strings{"VOICE 05", "VOICE 06", "VOICE 03"}));
 }
 
-TEST_F(CarefulWindow, ALeftClickForgetsTheRowOfAnEarlierMenu) {
-    for (const std::uint32_t careful : {0u, 1u}) {
-        CarefulMode = careful;
-        MainListState.clickedIndex = 6;
-        ClickRow(3);
-        EXPECT_EQ(MainListState.clickedIndex, careful ? -1 : 6);
-    }
+TEST_F(ClickedRow, OfAClosedMenuIsForgottenInCarefulMode) {
+    ClickRow(4);
+    OpenAndEscape(6);
+    ScrollAwayAndPaste();
+    EXPECT_EQ(Names(4, 6), (Strings{"VOICE 03", "VOICE 06", "VOICE 07"}));
+}
+
+TEST_F(ClickedRow, ReceivesThePasteAfterALeftClickElsewhereWithTheModeOff) {
+    CarefulMode = 0;
+    OpenAndEscape(6);
+    ClickRow(4);
+    ScrollAwayAndPaste();
+    EXPECT_EQ(Names(4, 6), (Strings{"VOICE 05", "VOICE 06", "VOICE 03"}));
+}
+
+TEST_F(ClickedRow, IsForgottenAtALeftClickInCarefulMode) {
+    CarefulMode = 0; // a menu that was closed before the mode was switched on
+    OpenAndEscape(6);
+    CarefulMode = 1;
+    ClickRow(4);
+    ScrollAwayAndPaste();
+    EXPECT_EQ(Names(4, 6), (Strings{"VOICE 03", "VOICE 06", "VOICE 07"}));
 }
 
 TEST_F(CarefulWindow, ACommandOfTheMenuStillActsOnItsRow) {
