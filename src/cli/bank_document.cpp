@@ -28,11 +28,26 @@ bool RowCanBeWritten(const VoiceFileFormat *format, int row, const char *path) {
     if (CarefulRefusesVoice(row, path, "not written")) {
         return false;
     }
-    if (!format || format->canBeWritten(ListVoice(MainList, row))) {
-        return true;
+    const VoiceObject *voice = ListVoice(MainList, row);
+    if (format && !format->canBeWritten(voice)) {
+        TellError(path, FormatText("not written: place %d holds no whole voice", row + 1));
+        return false;
     }
-    TellError(path, FormatText("not written: place %d holds no whole voice", row + 1));
-    return false;
+    if (CarefulMode != 0 && format && format->isKept && !format->isKept(voice)) {
+        TellError(path, FormatText("not written: place %d holds more than a file keeps", row + 1));
+        return false;
+    }
+    return true;
+}
+
+// In careful mode a bank is not written without the voices that it has no room for.
+bool CarefulRefusesToLeaveOut(const VoiceFileFormat &format, const char *path) {
+    if (CarefulMode == 0 || ListCount(MainList) <= format.voicesWritten) {
+        return false;
+    }
+    TellError(path, FormatText("not written: there are %d voices, and a bank has %d",
+                               ListCount(MainList), format.voicesWritten));
+    return true;
 }
 
 } // namespace
@@ -51,6 +66,9 @@ bool OpenBankDocument(const char *path) {
 
 int SaveBankDocument(const char *path) {
     const VoiceFileFormat *format = FormatOfDriver(CurrentDriverId, VoiceFileKind::Bank);
+    if (format && CarefulRefusesToLeaveOut(*format, path)) {
+        return ExitFailed;
+    }
     for (int row = 0; format && row < format->voicesWritten; ++row) {
         if (!RowCanBeWritten(format, row, path)) {
             return ExitFailed;

@@ -16,9 +16,20 @@ VoiceFault VoiceFaultOf(const VoiceObject *voice, const SynthDriver &family) {
     return isWhole ? VoiceFault::None : VoiceFault::Incomplete;
 }
 
-BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family) {
+VoiceFault FileFaultOf(const VoiceObject *voice, const SynthDriver &family) {
+    const VoiceFault fault = VoiceFaultOf(voice, family);
+    const VoiceFileFormat *format = family.bankFormat;
+    if (fault != VoiceFault::None || !format) {
+        return fault;
+    }
+    const bool isKept = format->canBeWritten(voice) && (!format->isKept || format->isKept(voice));
+    return isKept ? VoiceFault::None : VoiceFault::NotKept;
+}
+
+BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family,
+                      VoiceFault (*faultOf)(const VoiceObject *voice, const SynthDriver &family)) {
     for (int row = 0; row < family.bankRows; ++row) {
-        if (const VoiceFault fault = VoiceFaultOf(ListVoice(list, row), family);
+        if (const VoiceFault fault = faultOf(ListVoice(list, row), family);
             fault != VoiceFault::None) {
             return {fault, row};
         }

@@ -12,15 +12,21 @@ enum class VoiceFault {
     Missing,     // there is no voice
     OtherFamily, // or one of no family
     Incomplete,  // not all of it is there
+    NotKept,     // it is whole, and a file of the family would not keep all of it
 };
+// For an instrument of the family.
 VoiceFault VoiceFaultOf(const VoiceObject *voice, const SynthDriver &family);
+// For a file of the family: the same, or NotKept.
+VoiceFault FileFaultOf(const VoiceObject *voice, const SynthDriver &family);
 
 struct BankFault {
     VoiceFault fault = VoiceFault::None;
     int row = NoRow; // the first one with a fault, from 0
 };
-// Of the rows that a bank of the family has; what stands behind them does not count.
-BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family);
+// Of the rows that a bank of the family has, each by one of the functions above; what stands behind
+// them does not count.
+BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family,
+                      VoiceFault (*faultOf)(const VoiceObject *voice, const SynthDriver &family));
 
 // The places (from 1) of voices that did not come whole in a download into the list: "3, 7"; empty
 // when all did. Of a format that knows what came whole.

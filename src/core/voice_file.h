@@ -54,6 +54,8 @@ struct VoiceFileFormat {
     VoiceLine (*voice)(std::span<const std::uint8_t> bytes, std::size_t index);
     // Whether a row of a list can be written into such a file.
     bool (*canBeWritten)(const VoiceObject *voice);
+    // Whether such a file keeps all bytes of a row that can be written.
+    bool (*isKept)(const VoiceObject *voice) = nullptr; // nullptr: of each
     // Whether a row holds a voice that can be sent to the instrument.
     bool (*canBeSent)(const VoiceObject *voice);
     // Whether a message can carry the bytes of such a voice; nullptr where nothing is sent.

@@ -62,6 +62,8 @@ enum Text : unsigned {
     SaveOthers = 20033,
     PortsOpenNow = 20034,
     SelectionEmptiesList = 20035,
+    NotKeptByFiles = 20040,
+    NoBankExtension = 20041,
 };
 
 bool IsOn() {
@@ -118,6 +120,8 @@ std::string FaultOfList(const BankFault &bank, const SynthDriver &family) {
         return TextOf(NotOneOfItsVoices, {std::to_string(bank.row + 1), family.name});
     case VoiceFault::Incomplete:
         return TextOf(IncompleteVoice, {std::to_string(bank.row + 1)});
+    case VoiceFault::NotKept:
+        return TextOf(NotKeptByFiles, {std::to_string(bank.row + 1), family.name});
     }
     return "";
 }
@@ -140,14 +144,15 @@ bool IsMissing(const SynthDriver &family, int row) {
 }
 
 // Why what is wanted of the list, or of one of its rows, cannot be had; empty when it can.
-std::string FaultForCurrentFamily(int row) {
+std::string FaultForCurrentFamily(int row, VoiceFault (*faultOf)(const VoiceObject *voice,
+                                                                 const SynthDriver &family)) {
     const SynthDriver *family = CurrentDriver();
     if (!family) {
         return NoFamilyChosen();
     }
     const BankFault bank = row == NoRow
-                               ? BankFaultOf(MainList, *family)
-                               : BankFault{VoiceFaultOf(ListVoice(MainList, row), *family), row};
+                               ? BankFaultOf(MainList, *family, faultOf)
+                               : BankFault{faultOf(ListVoice(MainList, row), *family), row};
     const std::string fault = FaultOfList(bank, *family);
     return fault.empty() && row != NoRow && IsMissing(*family, row)
                ? TextOf(IncompleteVoice, {std::to_string(row + 1)})
@@ -164,7 +169,7 @@ bool SavesWithoutMissing(QWidget *window) {
 // The same of what is to be sent, which a message must be able to carry.
 std::string FaultForUpload(int row) {
     const SynthDriver *family = CurrentDriver();
-    std::string fault = FaultForCurrentFamily(row);
+    std::string fault = FaultForCurrentFamily(row, VoiceFaultOf);
     if (!fault.empty() || !family->bankFormat || !family->bankFormat->fitsAMessage) {
         return fault;
     }
@@ -180,7 +185,9 @@ std::string FaultForUpload(int row) {
 // The family whose whole bank the list is; nullptr for none.
 const SynthDriver *FamilyOfList() {
     const SynthDriver *family = FamilyOf(ListVoice(MainList, 0));
-    return family && BankFaultOf(MainList, *family).fault == VoiceFault::None ? family : nullptr;
+    return family && BankFaultOf(MainList, *family, FileFaultOf).fault == VoiceFault::None
+               ? family
+               : nullptr;
 }
 
 // Its instrument has not been looked for.
@@ -208,20 +215,33 @@ std::string RowsOfBank() {
     return family ? std::to_string(family->bankRows) : "";
 }
 
-// The family that banks of that extension are of, when it is not the current one.
-const SynthDriver *OtherFamilyOfPath(const std::string &path) {
+// Why no Open would take the current family's voices from a file of that name; empty when it would.
+std::string FaultOfName(const std::string &path) {
+    const SynthDriver *family = CurrentDriver();
     const VoiceFileFormat *format = BankFormatOfPath(path);
-    const bool isOther = format && format->driver != CurrentDriverId && CurrentDriver();
-    return isOther ? DriverOfId(format->driver) : nullptr;
+    if (!family || (format && format->driver == family->id) ||
+        !FormatOfDriver(family->id, VoiceFileKind::Bank)) {
+        return "";
+    }
+    const std::string name = FileNameOfPath(path.c_str());
+    return format ? TextOf(OtherExtension, {name, DriverOfId(format->driver)->name, family->name})
+                  : TextOf(NoBankExtension, {name, family->name});
 }
 
-SaveWay AskAboutOtherFamily(QWidget *window, const std::string &path, const SynthDriver &other) {
-    const std::string text =
-        TextOf(OtherExtension, {FileNameOfPath(path.c_str()), other.name, CurrentDriver()->name});
+SaveWay AskForOtherName(QWidget *window, const std::string &text) {
     return AskWithButtons(window, Paragraphs(text, TextOf(SaveAsOrCancel)), "Save as", nullptr,
                           "Cancel") == ResultYes
                ? SaveWay::SaveAs
                : SaveWay::Stay;
+}
+
+// Whether the voices that a bank has no room for may be left out of it, or there are none.
+bool MayLeaveVoicesOut(QWidget *window) {
+    const SynthDriver *family = CurrentDriver();
+    const int count = ListCount(MainList);
+    return !family || count <= family->bankRows ||
+           AskYesNo(window, TextOf(ListHoldsMore, {std::to_string(count), family->name,
+                                                   RowsOfBank()})) == ResultYes;
 }
 
 // A name that no file was given, by any family.
@@ -249,7 +269,10 @@ std::optional<Text> LossOfFile(const std::string &path) {
         return std::nullopt;
     }
     const DocumentFile now = LookAtDocumentFile(path);
-    if (now.holdsMore) {
+    // A list that Undo brought back has lost the voices behind a bank; of one that has them still
+    // the other question tells.
+    const bool areVoicesGone = now.exceedsBank && ListCount(MainList) <= CurrentDriver()->bankRows;
+    if (now.holdsMore || areVoicesGone) {
         return HoldsMore;
     }
     return now.start != TheDocumentFile.start ? std::optional(WasChanged) : std::nullopt;
@@ -309,7 +332,7 @@ void TellFailedDownload(QWidget *window) {
 } // namespace
 
 bool CarefulRefusesToSave(QWidget *window) {
-    const std::string fault = IsOn() ? FaultForCurrentFamily(NoRow) : "";
+    const std::string fault = IsOn() ? FaultForCurrentFamily(NoRow, FileFaultOf) : "";
     if (fault.empty()) {
         return IsOn() && !SavesWithoutMissing(window);
     }
@@ -329,7 +352,7 @@ bool CarefulRefusesToUpload(QWidget *window, int row) {
 }
 
 bool CarefulRefusesToExport(QWidget *window, int row) {
-    return IsOn() && Refuses(window, FaultForCurrentFamily(row), NothingSaved);
+    return IsOn() && Refuses(window, FaultForCurrentFamily(row, FileFaultOf), NothingSaved);
 }
 
 SaveWay CarefulSaveWay(QWidget *window) {
@@ -340,12 +363,12 @@ SaveWay CarefulSaveWay(QWidget *window) {
     if (WasNeverNamed(path)) {
         return SaveWay::SaveAs;
     }
-    if (const SynthDriver *other = OtherFamilyOfPath(path)) {
-        return AskAboutOtherFamily(window, path, *other);
+    if (const std::string fault = FaultOfName(path); !fault.empty()) {
+        return AskForOtherName(window, fault);
     }
     const auto loss = LossOfFile(path);
     if (!loss) {
-        return SaveWay::Replace;
+        return MayLeaveVoicesOut(window) ? SaveWay::Replace : SaveWay::Stay;
     }
     if (!FileExists(path.c_str())) {
         return SaveWay::SaveAs; // nothing is lost, but the list was never of that name
@@ -356,25 +379,20 @@ SaveWay CarefulSaveWay(QWidget *window) {
     case ResultYes:
         return SaveWay::SaveAs;
     case ResultNo:
-        return SaveWay::Replace;
+        return MayLeaveVoicesOut(window) ? SaveWay::Replace : SaveWay::Stay;
     default:
         return SaveWay::Stay;
     }
 }
 
 SaveWay CarefulSaveAsWay(QWidget *window, const std::string &path) {
-    const SynthDriver *family = CurrentDriver();
-    if (!IsOn() || !family) {
+    if (!IsOn()) {
         return SaveWay::Replace;
     }
-    if (const SynthDriver *other = OtherFamilyOfPath(path)) {
-        return AskAboutOtherFamily(window, path, *other);
+    if (const std::string fault = FaultOfName(path); !fault.empty()) {
+        return AskForOtherName(window, fault);
     }
-    const bool isWhole =
-        ListCount(MainList) <= family->bankRows ||
-        AskYesNo(window, TextOf(ListHoldsMore, {std::to_string(ListCount(MainList)), family->name,
-                                                RowsOfBank()})) == ResultYes;
-    return isWhole ? SaveWay::Replace : SaveWay::Stay;
+    return MayLeaveVoicesOut(window) ? SaveWay::Replace : SaveWay::Stay;
 }
 
 bool CarefulGoesOnUnsaved() {
@@ -435,6 +453,16 @@ void CarefulForgetClickedRow() {
 
 bool CarefulMarksCancelledImport() {
     return !IsOn();
+}
+
+bool CarefulKeepsUndoUntilOpened() {
+    return IsOn();
+}
+
+void CarefulForgetPath(std::string &path) {
+    if (IsOn()) {
+        path.clear();
+    }
 }
 
 std::string CarefulReadFailure(std::string told, const std::string &path) {

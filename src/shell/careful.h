@@ -26,9 +26,10 @@ enum class SaveWay {
     SaveAs,  // ask for a name
     Stay,    // the user has thought better of it
 };
-// Save: asks when the document's path stands for other voices than those that the list came from.
+// Save: asks when the document's path stands for other voices than those that the list came from,
+// or the list has more voices than a bank.
 SaveWay CarefulSaveWay(QWidget *window);
-// Save as: the same when a chosen path has the extension of another family's banks, or the list
+// Save as: the same when a chosen path has no extension of the family's banks, or the list
 // more voices than a bank.
 SaveWay CarefulSaveAsWay(QWidget *window, const std::string &path);
 
@@ -55,8 +56,13 @@ bool CarefulMissesVoices(QWidget *window);
 // left button pressed in the list.
 void CarefulForgetClickedRow();
 
-// Import: whether a cancelled dialog marks the document as changed.
+// Import: whether a cancelled dialog marks the document as changed, and makes a level of undo.
 bool CarefulMarksCancelledImport();
+
+// Open: whether the levels of undo stay until a document has been opened.
+bool CarefulKeepsUndoUntilOpened();
+// Open that stays behind the question about unsaved changes: the next one asks for its path.
+void CarefulForgetPath(std::string &path);
 
 // ---- messages of failure: `told`, with file and reason behind it in careful mode
 

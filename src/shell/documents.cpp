@@ -85,8 +85,11 @@ bool AskToSave() {
 }
 
 int RunOpen() {
-    UndoClear();
+    if (!CarefulKeepsUndoUntilOpened()) {
+        UndoClear();
+    }
     if (!AskToSave()) {
+        CarefulForgetPath(PendingOpenPath);
         return 0;
     }
     std::string path;
@@ -120,6 +123,7 @@ int RunOpen() {
         ShowMessage(Window(), CarefulReadFailure(LoadProgramString(110), path));
         return 0;
     }
+    UndoClear();
     TheDocumentFile = std::move(file);
     HistoryAdd(Window(), path, -1);
     RefreshStatus();

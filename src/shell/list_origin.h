@@ -18,8 +18,9 @@ void BeginListOrigin();
 struct DocumentFile {
     std::string path;                // empty: none
     int origin = NoListOrigin;       // MainListOrigin of the list that was read from it, or written
-    std::vector<std::uint8_t> start; // as many bytes as a bank of the family has
+    std::vector<std::uint8_t> start; // as many bytes as an Open reads, at least a bank's
     bool holdsMore = false;          // more than these
+    bool exceedsBank = false;        // more than a bank as it is written
 };
 extern DocumentFile TheDocumentFile;
 

@@ -215,6 +215,7 @@ int RunImport() {
         return 0;
     }
     if (path.empty() && !CarefulMarksCancelledImport()) {
+        UndoTakeBack();
         return 1;
     }
     // A cancelled dialog is a success too, and marks the document all the same.

@@ -263,6 +263,41 @@ protected:
     std::string in, out, voice, good;
 };
 
+TEST_F(CliCareful, LeavesNoVoiceOutOfABank) {
+    in = home.Write("in.srx", TestRefaceBank(33));
+    SwitchOn(true);
+    for (const std::vector<std::string> &call : std::vector<std::vector<std::string>>{
+             {"save", in, out}, {"move", in, "1", "2", out}, {"import", in, "1", good, out}}) {
+        Expect(call, 1, out, "not written: there are 33 voices, and a bank has 32");
+        EXPECT_EQ(ReadTestText(out), "former");
+    }
+    Expect({"export", in, "33", voice}, 0, "", "");
+    SwitchOn(false);
+    Expect({"save", in, out}, 0, "", "");
+    EXPECT_EQ(ReadTestFile(out).size(), 160u + 32 * 202);
+}
+
+TEST_F(CliCareful, CutsNoVoice) {
+    auto bank = TestRefaceBank(0);
+    bank[24] = 32;  // voices
+    bank[28] = 210; // bytes of each, eight more than are written
+    for (int number = 0; number < 32; ++number) {
+        auto block = TestRefaceBlock(number);
+        block.resize(210, 7);
+        bank.insert(bank.end(), block.begin(), block.end());
+    }
+    in = home.Write("in.srx", bank);
+    SwitchOn(true);
+    Expect({"save", in, out}, 1, out, "not written: place 1 holds more than a file keeps");
+    Expect({"export", in, "2", voice}, 1, voice,
+           "not written: place 2 holds more than a file keeps");
+    EXPECT_EQ(ReadTestText(out), "former");
+    EXPECT_EQ(ReadTestText(voice), "former");
+    SwitchOn(false);
+    Expect({"save", in, out}, 0, "", "");
+    EXPECT_EQ(ReadTestFile(out).size(), 160u + 32 * 202);
+}
+
 TEST_F(CliCareful, WritesNoVoicesOfAnotherFamily) {
     SwitchOn(true);
     for (const std::vector<std::string> &call : std::vector<std::vector<std::string>>{

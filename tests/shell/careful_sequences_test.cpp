@@ -152,6 +152,11 @@ private:
         if (request.button2 == "Replace" && request.result == ResultNo) {
             chosen = CurrentDocumentPath;
         }
+        // The voices that a bank has no room for are given up, unless another name was chosen.
+        if (request.text.ends_with("save the others?") && request.result == ResultYes &&
+            chosen.empty()) {
+            chosen = CurrentDocumentPath;
+        }
     }
     std::optional<std::string> ChooseName() {
         if (Any(4) == 0) {

@@ -6,6 +6,7 @@
 
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/voice_codec.h"
+#include "shell/history.h"
 #include "shell/list_origin.h"
 #include "shell/voice_commands.h"
 #include "support/builtin_midi.h"
@@ -191,6 +192,60 @@ TEST_F(VoicesOfAnotherFamily, AFileThatIsNotFullStaysInCarefulMode) {
                           " has 32 voices, and voice 11 of the list is missing." + NothingSaved);
     EXPECT_EQ(RunCommand(CommandSave), 0);
     EXPECT_EQ(ReadTestFile(home.File("ten.srx")), TestRefaceBank(10));
+}
+
+// Banks of records that a file of ours does not keep: with a short header, and with more at the
+// end.
+class RecordsOfAnotherForm : public Careful {
+protected:
+    static std::vector<std::uint8_t> Bank(bool isShort) {
+        auto bank = TestRefaceBank(0);
+        bank[24] = 32; // voices
+        bank[28] = isShort ? 190 : 210;
+        for (int number = 0; number < 32; ++number) {
+            auto block = TestRefaceBlock(number);
+            if (isShort) {
+                block[4] = 40; // where the voice begins
+                block.erase(block.begin() + 40, block.begin() + 52);
+            } else {
+                block.resize(210, 7);
+            }
+            bank.insert(bank.end(), block.begin(), block.end());
+        }
+        return bank;
+    }
+    std::string Open(bool isShort) {
+        PendingOpenPath = home.Write("form.srx", Bank(isShort));
+        EXPECT_EQ(RunCommand(CommandOpen), 1);
+        return home.File("form.srx");
+    }
+};
+
+TEST_F(RecordsOfAnotherForm, AreLostOrCutWithTheModeOff) {
+    std::string path = Open(true);
+    desktop.ExpectMessage(WriteError);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_FALSE(home.Holds("form.srx"));
+    path = Open(false);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(path).size(), 160u + 32 * 202);
+}
+
+TEST_F(RecordsOfAnotherForm, AreRefusedInCarefulMode) {
+    SwitchOn();
+    const auto voice = home.WriteText("voice.sr1", "former");
+    for (const bool isShort : {true, false}) {
+        const std::string path = Open(isShort);
+        for (const int command : {CommandSave, CommandSaveAs, CommandExport}) {
+            MainListState.clickedIndex = 0;
+            desktop.ExpectMessage("Voice 1 of the list has another form than the voices in a file "
+                                  "for the " +
+                                  RefaceName + ", which would not keep all of it." + NothingSaved);
+            EXPECT_EQ(RunCommand(command), 0);
+        }
+        EXPECT_EQ(ReadTestFile(path), Bank(isShort));
+    }
+    EXPECT_EQ(ReadTestText(voice), "former");
 }
 
 TEST_F(VoicesOfAnotherFamily, ACutVoiceIsRefused) {
@@ -400,13 +455,15 @@ TEST_F(WhatASaveReplaces, BytesBehindABankAreAskedAbout) {
     EXPECT_EQ(RunCommand(CommandSave), 0);
     EXPECT_EQ(ReadTestFile(home.File("longer.syx")), longer);
 
-    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
+    auto more = TestRefaceBank();
+    more.push_back(0);
+    PendingOpenPath = home.Write("more.srx", more);
     EXPECT_EQ(RunCommand(CommandOpen), 1);
-    ExpectReplaceQuestion("The file many.srx holds more than the 32 voices of a bank. Only "
+    ExpectReplaceQuestion("The file more.srx holds more than the 32 voices of a bank. Only "
                           "these would remain of it.",
                           ResultNo);
     EXPECT_EQ(RunCommand(CommandSave), 1);
-    EXPECT_EQ(ReadTestFile(home.File("many.srx")).size(), 160u + 32 * 202);
+    EXPECT_EQ(ReadTestFile(home.File("more.srx")).size(), 160u + 32 * 202);
     EXPECT_EQ(RunCommand(CommandSave), 1);
 }
 
@@ -518,6 +575,69 @@ TEST_F(WhatASaveReplaces, ANameOfAnotherFamilyIsNotTakenFromTheDialog) {
     EXPECT_EQ(RunCommand(CommandSaveAs), 0);
     EXPECT_FALSE(home.Holds("b.srx"));
     EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+}
+
+TEST_F(WhatASaveReplaces, VoicesBehindABankAreLeftOutWithTheModeOff) {
+    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    EXPECT_EQ(RunCommand(CommandSave), 1);
+    EXPECT_EQ(ReadTestFile(home.File("many.srx")).size(), 160u + 32 * 202);
+}
+
+TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfByEachSave) {
+    SwitchOn();
+    auto more = TestRefaceBank(33);
+    for (const bool isLonger : {false, true}) {
+        const std::string path = home.Write("many.srx", more);
+        PendingOpenPath = path;
+        EXPECT_EQ(RunCommand(CommandOpen), 1);
+        const auto save = [&](bool isFileAskedAbout, int answer) {
+            if (isFileAskedAbout) {
+                ExpectReplaceQuestion("The file many.srx holds more than the 32 voices of a bank. "
+                                      "Only these would remain of it.",
+                                      ResultNo);
+            }
+            desktop.ExpectYesNo("The list holds 33 voices, and a bank for the " + RefaceName +
+                                    " has 32. The voices behind these will not be saved.\n\nDo "
+                                    "you wish to save the others?",
+                                answer);
+            EXPECT_EQ(RunCommand(CommandSave), answer == ResultYes);
+        };
+        save(isLonger, ResultNo);
+        EXPECT_EQ(ReadTestFile(path), more);
+        save(isLonger, ResultYes);
+        EXPECT_EQ(ReadTestFile(path).size(), 160u + 32 * 202);
+        save(false, ResultNo); // they are in the list alone
+        more.push_back(0);     // behind the voices that are read
+    }
+}
+
+TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfWhenUndoHasLeftThemOut) {
+    SwitchOn();
+    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    UndoPush(nullptr, MainList);
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(ListCount(MainList), 32);
+    ExpectReplaceQuestion("The file many.srx holds more than the 32 voices of a bank. Only these "
+                          "would remain of it.",
+                          ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("many.srx")), TestRefaceBank(33));
+}
+
+TEST_F(WhatASaveReplaces, WhatAnotherProgramWroteIntoTheLastOfManyVoicesIsAskedAbout) {
+    SwitchOn();
+    auto many = TestRefaceBank(33);
+    PendingOpenPath = home.Write("many.srx", many);
+    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    many.back() ^= 1;
+    home.Write("many.srx", many);
+    ExpectReplaceQuestion("The file many.srx has been changed by another program since you opened "
+                          "it. What it holds now would be lost.",
+                          ResultCancel);
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(home.File("many.srx")), many);
 }
 
 TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfBeforeTheyAreLeftOut) {
@@ -680,6 +800,190 @@ TEST_F(BehindAFailedSave, ACancelledDialogOfTheSaveStaysToo) {
     ExpectSaveDialog(std::nullopt, "Untitled.syx");
     EXPECT_EQ(RunCommand(CommandExit), 0);
     EXPECT_EQ(closes, 1);
+}
+
+// ---- names that no Open takes
+
+TEST_F(WhatASaveReplaces, ANameThatNoOpenTakesIsWrittenWithTheModeOff) {
+    OpenBank();
+    ExpectSaveDialog(home.File("x.sy1"), home.File("bank.syx"));
+    EXPECT_EQ(RunCommand(CommandSaveAs), 1);
+    EXPECT_EQ(ReadTestFile(home.File("x.sy1")), TestBank());
+}
+
+TEST_F(WhatASaveReplaces, ANameThatNoOpenTakesIsToldOf) {
+    SwitchOn();
+    OpenBank();
+    for (const std::string name : {"x.sy1", "x.sr1", "x"}) {
+        const std::string question =
+            "The name " + name + " does not end as that of a bank for the " + Dx7Name +
+            ", and Tonewright could not open it again.\n\nClick on Save as to save the voices "
+            "under another name.\n\nClick on Cancel to return to the main window of Tonewright.";
+        ExpectSaveDialog(home.File(name), home.File("bank.syx"));
+        desktop.Expect(ExpectedMessage{
+            .text = question, .buttons = {"Save as", "Cancel"}, .answer = ResultYes});
+        ExpectSaveDialog(std::nullopt, home.File("bank.syx"));
+        EXPECT_EQ(RunCommand(CommandSaveAs), 0);
+        EXPECT_FALSE(home.Holds(name));
+    }
+}
+
+TEST_F(WhatASaveReplaces, ASingleVoiceThatWasOpenedIsNotOfferedToBeReplaced) {
+    SwitchOn();
+    OpenBank();
+    const std::string path = home.Write("one.sy1", TestVoiceFile());
+    PendingOpenPath = path;
+    desktop.ExpectMessage(ReadError + "\n\n" + path +
+                          ": it holds a single voice, for Import in the menu of a voice, and no "
+                          "bank.");
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+    desktop.Expect(ExpectedMessage{
+        .text = "The name one.sy1 does not end as that of a bank for the " + Dx7Name +
+                ", and Tonewright could not open it again.\n\nClick on Save as to save the voices "
+                "under another name.\n\nClick on Cancel to return to the main window of "
+                "Tonewright.",
+        .buttons = {"Save as", "Cancel"},
+        .answer = ResultCancel});
+    EXPECT_EQ(RunCommand(CommandSave), 0);
+    EXPECT_EQ(ReadTestFile(path), TestVoiceFile());
+}
+
+// ---- an Open that stays
+
+TEST_F(BehindAFailedSave, OpenForgetsThePathAndKeepsUndoInCarefulModeAlone) {
+    const std::string other = home.Write("other.syx", TestBank());
+    SwitchOn();
+    PendingOpenPath = other;
+    ExpectFailedSave();
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+    EXPECT_EQ(PendingOpenPath, "");
+    EXPECT_EQ(UndoCount(), 1);
+    PendingOpenPath = other;
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultCancel);
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+    EXPECT_EQ(PendingOpenPath, "");
+    EXPECT_EQ(UndoCount(), 1);
+    CarefulMode = 0;
+    PendingOpenPath = other;
+    desktop.ExpectYesNoCancel(SaveQuestion, ResultCancel);
+    EXPECT_EQ(RunCommand(CommandOpen), 0);
+    EXPECT_EQ(PendingOpenPath, other);
+    EXPECT_EQ(UndoCount(), 0);
+}
+
+TEST_F(Careful, ADocumentThatWasOpenedHasNoLevelsOfTheFormerOne) {
+    SwitchOn();
+    OpenBank();
+    Change();
+    MainListState.dirty = false;
+    OpenBank("other.syx");
+    EXPECT_EQ(UndoCount(), 0);
+}
+
+// ---- ways to a document and away from it
+
+TEST_F(WhatASaveReplaces, AClickOnTheHistoryIsAnOpenLikeAnyOther) {
+    RememberFileHistoryCount = 10;
+    HistoryInit();
+    for (const unsigned careful : {0u, 1u}) {
+        CarefulMode = careful;
+        OpenBank("first.syx");
+        OpenBank("bank.syx");
+        const std::string path = home.WriteText("first.syx", "no bank");
+        desktop.ExpectMessage(careful ? ReadError + "\n\n" + path + ": 7 bytes instead of 4104."
+                                      : ReadError);
+        const auto entries = HistoryEntries();
+        const auto first = std::ranges::find(entries, path, &HistoryEntry::path);
+        ASSERT_NE(first, entries.end());
+        EXPECT_EQ(RunHistoryItem(HistoryFirstItem + static_cast<int>(first - entries.begin())), 0);
+        EXPECT_EQ(CurrentDocumentPath, path);
+        if (careful) {
+            ExpectReplaceQuestion("The file first.syx could not be read when you opened it. The "
+                                  "voices in the list are other ones, and they would replace what "
+                                  "it holds.",
+                                  ResultCancel);
+        }
+        EXPECT_EQ(RunCommand(CommandSave), !careful);
+        EXPECT_EQ(ReadTestText(path) == "no bank", careful != 0);
+    }
+    HistoryEnd();
+}
+
+TEST_F(WhatASaveReplaces, VoicesThatWereDroppedAreEditsOfTheDocument) {
+    for (const unsigned careful : {0u, 1u}) {
+        CarefulMode = careful;
+        OpenBank();
+        DropFiles({home.Write("piano.sy1", TestVoiceFile())});
+        EXPECT_TRUE(MainListState.dirty);
+        EXPECT_EQ(RunCommand(CommandSave), 1);
+        EXPECT_NE(ReadTestFile(home.File("bank.syx")), TestBank());
+    }
+}
+
+TEST_F(WhatASaveReplaces, TheEndOfTheSessionWritesNoBank) {
+    for (const unsigned careful : {0u, 1u}) {
+        CarefulMode = careful;
+        MainListState.dirty = false;
+        OpenBank();
+        Change();
+        EXPECT_EQ(RunCloseAtOnce(), 1);
+        EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+    }
+}
+
+TEST_F(WhatASaveReplaces, ALinkStaysALinkToTheDocument) {
+    for (const unsigned careful : {0u, 1u}) {
+        CarefulMode = careful;
+        MainListState.dirty = false;
+        home.Write("bank.syx", TestBank());
+        fs::remove(home.path / "link.syx");
+        fs::create_symlink("bank.syx", home.path / "link.syx");
+        PendingOpenPath = home.File("link.syx");
+        ASSERT_EQ(RunCommand(CommandOpen), 1);
+        Change();
+        EXPECT_EQ(RunCommand(CommandSave), 1);
+        EXPECT_TRUE(fs::is_symlink(home.path / "link.syx"));
+        EXPECT_EQ(NameIn("bank.syx"), "CHANGED   ");
+    }
+}
+
+TEST_F(WhatASaveReplaces, EditsThatAreUndoneBehindASaveUnderANewNameAreThatFilesOwn) {
+    for (const unsigned careful : {0u, 1u}) {
+        CarefulMode = careful;
+        MainListState.dirty = false;
+        OpenBank();
+        Change();
+        ExpectSaveDialog(home.File("new.syx"), home.File("bank.syx"));
+        EXPECT_EQ(RunCommand(CommandSaveAs), 1);
+        EXPECT_EQ(RunCommand(CommandUndo), 1);
+        EXPECT_EQ(RunCommand(CommandSave), 1);
+        EXPECT_EQ(NameIn("new.syx"), "VOICE 01  ");
+        EXPECT_EQ(ReadTestFile(home.File("bank.syx")), TestBank());
+    }
+}
+
+// Undo brings the voices back, and not their instrument.
+TEST_F(VoicesOfAnotherFamily, OfUndoBehindADownloadAreRefusedInCarefulModeAlone) {
+    BuiltinMidi midi;
+    for (const unsigned careful : {1u, 0u}) {
+        CarefulMode = careful;
+        MainListState.dirty = false;
+        SelectKeyboardAutodetect = 1;
+        OpenBank();
+        CurrentDriverId = RefaceDriverId; // as an Open that failed leaves it
+        RunCommand(CommandFind);
+        ASSERT_EQ(CurrentDriverId, RefaceDriverId);
+        EXPECT_EQ(RunCommand(CommandDownload), 1);
+        EXPECT_EQ(RunCommand(CommandUndo), 1);
+        EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+        Forget();
+        if (careful) {
+            desktop.ExpectYesNo(Question(), ResultNo);
+        }
+        EXPECT_EQ(RunCommand(CommandSave), !careful);
+        EXPECT_EQ(desktop.sounds, careful ? Strings() : Strings{ConfirmSound});
+        EXPECT_EQ(ReadTestFile(home.File("bank.syx")) == TestBank(), careful != 0);
+    }
 }
 
 // ---- a search that finds nothing
@@ -1095,6 +1399,26 @@ TEST_F(Careful, ACancelledImportMarksNothing) {
     desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import, .answer = std::nullopt});
     EXPECT_EQ(RunCommand(CommandImport), 1);
     EXPECT_TRUE(MainListState.dirty);
+}
+
+TEST_F(Careful, ACancelledImportCostsNoLevelOfUndo) {
+    for (const unsigned careful : {1u, 0u}) {
+        CarefulMode = careful;
+        MainListState.dirty = false;
+        OpenBank();
+        Change();
+        UndoPush(nullptr, MainList);
+        UndoPush(nullptr, MainList); // the store is full
+        ASSERT_EQ(UndoCount(), 3);
+        MainListState.dirty = false;
+        desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Import, .answer = std::nullopt});
+        EXPECT_EQ(RunCommand(CommandImport), 1);
+        EXPECT_EQ(UndoCount(), 3);
+        for (int level = 0; level < 3; ++level) {
+            EXPECT_EQ(RunCommand(CommandUndo), 1);
+        }
+        EXPECT_EQ(NameAt(0), careful ? "VOICE 01" : "CHANGED"); // the oldest
+    }
 }
 
 } // namespace

@@ -94,6 +94,11 @@ bool RefaceCanBeSent(const VoiceObject *voice) {
     return voice && RefaceVoiceOf(*voice) && HeaderOf(*voice)->driverId == RefaceDriverId;
 }
 
+// A record has a size of its own, to which a block from another program may not keep.
+bool RefaceIsKept(const VoiceObject *voice) {
+    return voice->bytes.size() == RefaceVoiceObjectSize;
+}
+
 bool RefaceFitsAMessage(const VoiceObject *voice) {
     const auto parts = voice ? RefaceVoiceOf(*voice) : std::nullopt;
     return !parts || (FitAMessage(parts->common) && FitAMessage(parts->operators));
@@ -146,6 +151,7 @@ const VoiceFileFormat RefaceBankFormat = {.driver = RefaceDriverId,
                                           .count = RefaceCount<RefaceFileKind::Bank>,
                                           .voice = RefaceLine<RefaceFileKind::Bank>,
                                           .canBeWritten = RefaceVoiceCanBeWritten,
+                                          .isKept = RefaceIsKept,
                                           .canBeSent = RefaceCanBeSent,
                                           .fitsAMessage = RefaceFitsAMessage,
                                           .misfits = RefaceMisfits<RefaceFileKind::Bank>,
@@ -162,6 +168,7 @@ const VoiceFileFormat RefaceVoiceFormat = {.driver = RefaceDriverId,
                                            .count = RefaceCount<RefaceFileKind::SingleVoice>,
                                            .voice = RefaceLine<RefaceFileKind::SingleVoice>,
                                            .canBeWritten = RefaceVoiceCanBeWritten,
+                                           .isKept = RefaceIsKept,
                                            .canBeSent = RefaceCanBeSent,
                                            .fitsAMessage = RefaceFitsAMessage,
                                            .misfits = RefaceMisfits<RefaceFileKind::SingleVoice>,
