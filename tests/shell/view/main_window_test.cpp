@@ -88,7 +88,7 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
     EXPECT_EQ(TextsOf(*titles[1]->menu()),
               (std::vector<std::string>{
                   "&Undo\tCtrl+Z", "-", "Cu&t\tCtrl+X", "&Copy\tCtrl+C", "&Paste\tCtrl+V", "-",
-                  "&Find synthesizer", "Con&figure &synthesizer", "&Download current voices",
+                  "&Find synthesizer", "Con&figure synthesizer", "&Download current voices",
                   "&Upload current voices", "&MIDI devices", "-", "Select &synthesizer"}));
     EXPECT_EQ(TextsOf(*titles[2]->menu()),
               (std::vector<std::string>{"&Careful mode", "&Keep all detune steps",
