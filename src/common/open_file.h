@@ -16,7 +16,8 @@ struct FileCloser {
 };
 using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 
-// As std::fopen, for regular files only: `mode` is "rb", "r+b" or "wb". Null, with the reason
+// As std::fopen, for regular files only: `mode` is "rb", "r+b", "wb",
+// "w+b" or "a+b". Null, with the reason
 // in errno, when there is no such file, it cannot be opened, or a folder, a pipe or a device stands
 // in its place. Never waits for the other end of a pipe.
 FilePointer OpenFile(const char *path, const char *mode);

@@ -20,10 +20,15 @@ namespace tonewright {
 namespace {
 
 int FlagsOf(const char *mode) {
-    if (mode[0] == 'w') {
-        return O_WRONLY | O_CREAT | O_TRUNC;
+    const bool updates = mode[1] == '+';
+    switch (mode[0]) {
+    case 'w':
+        return (updates ? O_RDWR : O_WRONLY) | O_CREAT | O_TRUNC;
+    case 'a':
+        return (updates ? O_RDWR : O_WRONLY) | O_CREAT | O_APPEND;
+    default:
+        return updates ? O_RDWR : O_RDONLY;
     }
-    return mode[1] == '+' ? O_RDWR : O_RDONLY;
 }
 
 // 0 for a regular file, else the reason why a descriptor is none.

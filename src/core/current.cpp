@@ -5,6 +5,7 @@ namespace tonewright {
 
 DriverId CurrentDriverId = NoDriverId;
 std::string CurrentDocumentPath = "Untitled.Twl";
+std::int64_t CurrentDocumentTime = 0;
 VoiceList MainList;
 ItemFonts MainItemFonts;
 int MidiInPort = NoMidiDevice;

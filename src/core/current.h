@@ -17,6 +17,10 @@ extern DriverId CurrentDriverId;
 // Full path of the open document, or "Untitled.Twl" at start. UTF-8, at most 260 bytes.
 extern std::string CurrentDocumentPath;
 
+// When the document that was opened last was changed before that, in seconds since 1970; 0 as long
+// as none has been opened.
+extern std::int64_t CurrentDocumentTime;
+
 // The voices of the open document and the fonts of the list that shows them.
 extern VoiceList MainList;
 extern ItemFonts MainItemFonts;

@@ -54,6 +54,7 @@ void ResetProgram() {
     ResetBuiltinInstruments();
     CurrentDriverId = NoDriverId;
     CurrentDocumentPath = "Untitled.Twl";
+    CurrentDocumentTime = 0;
     MainList = {};
     MainItemFonts = {};
     ForgetVoiceName();

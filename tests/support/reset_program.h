@@ -17,6 +17,7 @@
 //   CurrentDriverId, MidiInPort,   core/current.h            search and choice of an     none
 //     MidiOutPort, SynthFirmware                             instrument
 //   CurrentDocumentPath            core/current.h            shell/documents             Untitled.Twl
+//   CurrentDocumentTime            core/current.h            whoever opens a document    0
 //   MainList, MainItemFonts        core/current.h            commands, the list's view   empty
 //   (name of the last good voice)  core/dispatch.h           VoiceObjectName             none
 //   TheMidi                        midi/midi_api.h           midi/midi_start             no devices

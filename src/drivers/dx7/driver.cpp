@@ -1,5 +1,7 @@
 // The row of the DX7, TX7 and Volca FM family in the driver table.
 #include "core/undo_level.h"
+#include "database/database_slots.h"
+#include "drivers/dx7/database.h"
 #include "drivers/dx7/file_formats.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/find.h"
@@ -40,6 +42,13 @@ extern constinit const SynthDriver Dx7Driver = {
     .VoiceAlgorithm = Dx7VoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(Dx7PrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
+    .DatabaseAddVoice = DatabaseSlots<Dx7Database>::AddVoice,
+    .DatabaseOpen = DatabaseSlots<Dx7Database>::Open,
+    .DatabaseClose = CloseDatabase,
+    .DatabaseReadRecord = ReadDatabaseRecord,
+    .DatabaseWriteRecord = WriteDatabaseRecord,
+    .DatabasePath = DatabaseSlots<Dx7Database>::Path,
+    .DatabaseInfo = DatabaseSlots<Dx7Database>::Info,
 };
 
 } // namespace tonewright

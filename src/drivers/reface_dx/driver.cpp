@@ -1,5 +1,7 @@
 // The row of the reface DX in the driver table.
 #include "core/undo_level.h"
+#include "database/database_slots.h"
+#include "drivers/reface_dx/database.h"
 #include "drivers/reface_dx/file_formats.h"
 #include "drivers/reface_dx/files.h"
 #include "drivers/reface_dx/find.h"
@@ -42,6 +44,13 @@ extern constinit const SynthDriver RefaceDriver = {
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
+    .DatabaseAddVoice = DatabaseSlots<RefaceDatabase>::AddVoice,
+    .DatabaseOpen = DatabaseSlots<RefaceDatabase>::Open,
+    .DatabaseClose = CloseDatabase,
+    .DatabaseReadRecord = ReadDatabaseRecord,
+    .DatabaseWriteRecord = WriteDatabaseRecord,
+    .DatabasePath = DatabaseSlots<RefaceDatabase>::Path,
+    .DatabaseInfo = DatabaseSlots<RefaceDatabase>::Info,
 };
 
 } // namespace tonewright

@@ -1,0 +1,71 @@
+// A catalogue: one file with a header of 152 bytes and the records of one family behind it.
+//
+//   offset   0  magic "TnwrTWdb"
+//            8  driverId
+//           12  created      seconds since 1970, low 32 bits
+//           16  modified     the same; of the last close
+//           20  recordCount
+//           24  128 bytes, zero in a new file and carried along
+//          152  the records, one behind the other
+//
+// All numbers are 32 bits, little-endian. What is not told here about the operations stands with
+// the row of a family (core/synth_driver.h), which calls them.
+#pragma once
+
+#include "common/open_file.h"
+#include "core/synth_driver.h"
+#include "database/database_record.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tonewright {
+
+constexpr std::size_t DatabaseHeaderSize = 152;
+constexpr std::size_t DatabaseCompared = 32; // of the first records a new one is no duplicate
+
+// An open catalogue.
+struct DatabaseHandle {
+    enum class Last { Other, Read, Write }; // what the stream has done at its place
+
+    const DatabaseFamily *family = nullptr;
+    std::array<std::uint8_t, DatabaseHeaderSize> header = {};
+    std::vector<char> buffer; // of the stream, which is closed before it goes
+    FilePointer file;
+    std::uint64_t place = 0; // where the stream stands
+    Last last = Last::Other;
+};
+
+// The number of records by the header.
+std::uint32_t DatabaseCount(const DatabaseHandle &database);
+
+// How many records begin within the file, whatever its header says.
+std::uint64_t RecordsThatBegin(DatabaseHandle &database);
+
+// Operations of a family's row. A catalogue that does not open leaves the reason in errno: EINVAL
+// for a file that is none of the family's. A file that is only begun, for want of room, stays.
+std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const char *path,
+                                             std::uint32_t mode);
+int CloseDatabase(std::shared_ptr<DatabaseHandle> database);
+int ReadDatabaseRecord(DatabaseHandle &database, std::uint32_t index, DatabaseRecord &record);
+int WriteDatabaseRecord(DatabaseHandle &database, std::uint32_t index,
+                        const DatabaseRecord &record);
+
+// The path of the family's catalogue that the settings name, cut at 260 bytes; "Voices.syx_db" in
+// the user's documents.
+std::string DatabasePathOf(const DatabaseFamily &family);
+DatabaseInfoResult DatabaseInfoOf(const DatabaseFamily &family, int selector);
+
+// Adds a voice to the catalogue at DatabasePathOf, behind its last record, with the time of the
+// current document. `name`: null for the voice's own. Texts are Latin-1. What the settings ask for
+// is done: texts made pretty, no duplicate among the first 32 records, for which the result is 1.
+//
+// A failure costs the catalogue: 0, and the file deleted, for a file that is none of the family's,
+// a voice that is none, and a write that falls short. What is no regular file stays, and so does
+// one that may not be opened.
+int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const char *name,
+                  const char *source, int position);
+
+} // namespace tonewright

@@ -1,0 +1,134 @@
+// Records of catalogues as bytes.
+#include "database/database_record.h"
+
+#include "common/text.h"
+
+#include <algorithm>
+#include <zlib.h>
+
+namespace tonewright {
+namespace {
+
+// Offsets in a record.
+constexpr std::size_t Magic = 0;
+constexpr std::size_t Driver = 4;
+constexpr std::size_t Date = 8;
+constexpr std::size_t FirstDate = 12;
+constexpr std::size_t PayloadOffset = 16;
+constexpr std::size_t PayloadSizeA = 20;
+constexpr std::size_t PayloadSizeB = 24;
+constexpr std::size_t Name = 28;
+constexpr std::size_t Source = 93;
+constexpr std::size_t Position = 158;
+static_assert(Source == Name + DatabaseTextSize + 1 && Position == Source + DatabaseTextSize + 1);
+
+std::string_view TextAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
+    const auto *text = reinterpret_cast<const char *>(&bytes[offset]);
+    return {text, std::find(text, text + DatabaseTextSize, '\0')};
+}
+
+// The field is zero before.
+void PutText(std::span<std::uint8_t> bytes, std::size_t offset, std::string_view text) {
+    text = text.substr(0, std::min(text.find('\0'), DatabaseTextSize));
+    std::ranges::copy(text, bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+}
+
+// The bytes of a record from `offset` on that its two sizes say are a voice's; nothing when they do
+// not lie within it.
+struct Payloads {
+    std::span<const std::uint8_t> a, b;
+};
+std::optional<Payloads> PayloadsAt(std::span<const std::uint8_t> bytes, std::uint64_t offset) {
+    const std::uint64_t a = ReadLittle32(bytes, PayloadSizeA);
+    const std::uint64_t b = ReadLittle32(bytes, PayloadSizeB);
+    if (offset + a + b > bytes.size()) {
+        return std::nullopt;
+    }
+    return Payloads{bytes.subspan(offset, a), bytes.subspan(offset + a, b)};
+}
+
+// The checksum of what both bring, one behind the other.
+std::uint32_t ChecksumOf(const Payloads &payloads) {
+    uLong sum = crc32(0, nullptr, 0);
+    for (const auto part : {payloads.a, payloads.b}) {
+        sum = crc32(sum, part.data(), static_cast<uInt>(part.size()));
+    }
+    return static_cast<std::uint32_t>(sum);
+}
+
+} // namespace
+
+bool IsDatabaseRecord(std::span<const std::uint8_t> bytes) {
+    return bytes.size() >= DatabasePayloadOffset &&
+           ReadLittle32(bytes, Magic) == DatabaseRecordMagic;
+}
+
+std::optional<DatabaseFields> RecordFields(const DatabaseRecord &record) {
+    if (!IsDatabaseRecord(record.bytes)) {
+        return std::nullopt;
+    }
+    return DatabaseFields{.name = TextAt(record.bytes, Name),
+                          .source = TextAt(record.bytes, Source),
+                          .position = ReadLittle32(record.bytes, Position),
+                          .date = ReadLittle32(record.bytes, Date)};
+}
+
+VoiceObject RecordToVoice(const DatabaseRecord &record) {
+    if (!IsDatabaseRecord(record.bytes)) {
+        return {};
+    }
+    const auto payloads = PayloadsAt(record.bytes, ReadLittle32(record.bytes, PayloadOffset));
+    return payloads ? MakeVoiceObject(ReadLittle32(record.bytes, Driver), payloads->a, payloads->b)
+                    : VoiceObject{};
+}
+
+std::string MakePrettyName(std::string_view text) {
+    std::string pretty;
+    for (const char character : text.substr(0, DatabaseTextSize)) {
+        if (character != ' ' || !pretty.ends_with(' ')) {
+            pretty += LowerAscii(character);
+        }
+    }
+    if (!pretty.empty() && pretty[0] >= 'a' && pretty[0] <= 'z') {
+        pretty[0] = static_cast<char>(pretty[0] - 'a' + 'A');
+    }
+    return pretty;
+}
+
+DatabaseRecord MakeDatabaseRecord(const DatabaseFamily &family, const VoiceObject &voice,
+                                  const NewDatabaseRecord &fields) {
+    const auto parts = PayloadOf(voice);
+    if (!parts || HeaderOf(voice)->driverId != family.id ||
+        parts->payload.size() != family.payloadSize || parts->extra.size() != family.extraSize) {
+        return {};
+    }
+    DatabaseRecord record;
+    record.bytes.resize(DatabaseRecordSize(family));
+    WriteLittle32(record.bytes, Magic, DatabaseRecordMagic);
+    WriteLittle32(record.bytes, Driver, family.id);
+    WriteLittle32(record.bytes, Date, fields.date);
+    WriteLittle32(record.bytes, FirstDate, fields.date);
+    WriteLittle32(record.bytes, PayloadOffset, DatabasePayloadOffset);
+    WriteLittle32(record.bytes, PayloadSizeA, static_cast<std::uint32_t>(family.payloadSize));
+    WriteLittle32(record.bytes, PayloadSizeB, static_cast<std::uint32_t>(family.extraSize));
+    PutText(record.bytes, Name, fields.name);
+    PutText(record.bytes, Source, fields.source);
+    WriteLittle32(record.bytes, Position, fields.position);
+    std::ranges::copy(parts->payload, record.bytes.begin() + DatabasePayloadOffset);
+    std::ranges::copy(parts->extra,
+                      record.bytes.end() - static_cast<std::ptrdiff_t>(family.extraSize));
+    return record;
+}
+
+bool AreDuplicates(const DatabaseRecord &one, const DatabaseRecord &other) {
+    const auto fields = RecordFields(one), otherFields = RecordFields(other);
+    if (!fields || !otherFields || !EqualNoCase(fields->name, otherFields->name) ||
+        !EqualNoCase(fields->source, otherFields->source)) {
+        return false;
+    }
+    const auto voice = PayloadsAt(one.bytes, DatabasePayloadOffset);
+    const auto otherVoice = PayloadsAt(other.bytes, DatabasePayloadOffset);
+    return voice && otherVoice && ChecksumOf(*voice) == ChecksumOf(*otherVoice);
+}
+
+} // namespace tonewright
