@@ -36,10 +36,14 @@ WriteOutcome WriteDocumentFile(const char *path, std::span<const std::uint8_t> b
 }
 
 bool MakeBackupOf(QWidget *window, const char *path) {
+    return MakeBackupAs(window, path, BackupPathOf(path).c_str());
+}
+
+bool MakeBackupAs(QWidget *window, const char *path, const char *backup) {
     if (CreateBackups == 0 || !FileExists(path)) {
         return true;
     }
-    if (CopyToBackup(path, BackupPathOf(path).c_str())) {
+    if (CopyToBackup(path, backup)) {
         return true;
     }
     if (AskYesNo(window,

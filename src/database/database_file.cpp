@@ -263,7 +263,7 @@ DatabaseInfoResult DatabaseInfoOf(const DatabaseFamily &family, int selector) {
 int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const char *name,
                   const char *source, int position) {
     const std::string path = DatabasePathOf(family);
-    auto database = OpenDatabase(family, path.c_str(), 3);
+    auto database = OpenDatabase(family, path.c_str(), DatabaseUpdate);
     if (!database) {
         if (!IsForbidden(errno)) {
             DeleteWrittenFile(path.c_str());

@@ -26,6 +26,11 @@ namespace tonewright {
 constexpr std::size_t DatabaseHeaderSize = 152;
 constexpr std::size_t DatabaseCompared = 32; // of the first records a new one is no duplicate
 
+// Modes of opening that the program itself uses.
+constexpr std::uint32_t DatabaseRead = 1;    // for reading
+constexpr std::uint32_t DatabaseReplace = 2; // an empty one in the place of any
+constexpr std::uint32_t DatabaseUpdate = 3;  // for reading and writing, made if there is none
+
 // An open catalogue.
 struct DatabaseHandle {
     enum class Last { Other, Read, Write }; // what the stream has done at its place

@@ -1,4 +1,6 @@
 // Full disks, closed files and kills while a catalogue is made and added to.
+#include "core/dispatch.h"
+#include "database/record_list.h"
 #include "support/posix_limits.h"
 #include "test_catalogue.h"
 
@@ -93,6 +95,65 @@ TEST_P(DatabaseFaults, APipeInItsPlaceStaysAndHoldsNobodyUp) {
     EXPECT_EQ(Add(9), 0);
     EXPECT_EQ(row.DatabaseOpen(Path().c_str(), 2), nullptr);
     EXPECT_TRUE(fs::is_fifo(Path()));
+}
+
+TEST_P(DatabaseFaults, AStoreThatFallsShortKeepsTheRecordsInFrontAndCountsOneMore) {
+    CreateBackups = 0;
+    RecordList list;
+    for (int index = 0; index < 6; ++index) {
+        RecordListAdd(list, {TestRecordAt(family, index)});
+    }
+    const int driver = DriverIndexOfId(row.id);
+    for (rlim_t whole = 0; whole < 6; ++whole) {
+        for (const rlim_t more : {rlim_t{0}, rlim_t{1}, rlim_t{family.recordSize - 1}}) {
+            {
+                const FileSizeLimit limited(152 + whole * family.recordSize + more);
+                EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);
+            }
+            EXPECT_EQ(Test32(File(), 20), whole + 1);
+            RecordList back;
+            EXPECT_EQ(DatabaseLoadList(driver, back), 1);
+            EXPECT_EQ(ListCount(back), static_cast<int>(whole));
+        }
+    }
+    for (const rlim_t limit : {0, 151}) {
+        const FileSizeLimit limited(limit);
+        EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);
+        EXPECT_EQ(Size(), limit);
+    }
+}
+
+TEST_P(DatabaseFaults, AKillWhileStoringLeavesTheCatalogueOrItsBackupWhole) {
+    const TestBytes former = TestCatalogue(family, 40, 40);
+    std::mt19937 random(18);
+    const int driver = DriverIndexOfId(row.id);
+    const std::string backup =
+        folder.path.string() + "/My Tonewright 17 Documents/Voices" + family.backupExtension;
+    for (int kill = 0; kill < 50; ++kill) {
+        WriteTestFile(Path(), former);
+        fs::remove(backup);
+        RecordList list;
+        ASSERT_EQ(DatabaseLoadList(driver, list), 1);
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            DatabaseStoreList(nullptr, list, driver);
+            _exit(0);
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 1500));
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        const auto isWhole = [&](const std::string &path) {
+            if (!fs::exists(path) || fs::file_size(path) != former.size()) {
+                return false;
+            }
+            const TestBytes file = ReadTestFile(path);
+            const TestBytes records(file.begin() + 152, file.end());
+            return Test32(file, 20) == 40 && records.size() == 40 * family.recordSize &&
+                   TestTextAt(file, 152, 4) == "RwnT";
+        };
+        EXPECT_TRUE(isWhole(Path()) || isWhole(backup)) << kill;
+    }
 }
 
 // What a kill may leave: the former records and, whole or in part, the next one; where there was no
