@@ -73,6 +73,18 @@ std::optional<DatabaseFields> RecordFields(const DatabaseRecord &record) {
                           .date = ReadLittle32(record.bytes, Date)};
 }
 
+std::uint64_t RecordOwnSize(const DatabaseRecord &record) {
+    const auto &bytes = record.bytes;
+    return IsDatabaseRecord(bytes)
+               ? std::uint64_t{ReadLittle32(bytes, PayloadOffset)} +
+                     ReadLittle32(bytes, PayloadSizeA) + ReadLittle32(bytes, PayloadSizeB)
+               : 0;
+}
+
+DriverId RecordDriver(const DatabaseRecord &record) {
+    return IsDatabaseRecord(record.bytes) ? ReadLittle32(record.bytes, Driver) : 0;
+}
+
 VoiceObject RecordToVoice(const DatabaseRecord &record) {
     if (!IsDatabaseRecord(record.bytes)) {
         return {};

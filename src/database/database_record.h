@@ -70,6 +70,9 @@ bool IsDatabaseRecord(std::span<const std::uint8_t> bytes);
 // The fields; nothing where the above is false. A text without its zero byte ends after 64
 // characters.
 std::optional<DatabaseFields> RecordFields(const DatabaseRecord &record);
+// Bytes of a record by its own offset and sizes, and the family that it names; 0 for no record.
+std::uint64_t RecordOwnSize(const DatabaseRecord &record);
+DriverId RecordDriver(const DatabaseRecord &record);
 // The voice, with the sizes, the place and the driver id that the record gives; no voice when the
 // magic is wrong or the voice would not lie within the record.
 VoiceObject RecordToVoice(const DatabaseRecord &record);

@@ -2,9 +2,9 @@
 #include "shell/undo.h"
 
 #include "common/desktop.h"
-#include "common/settings.h"
 #include "core/dispatch.h"
 #include "core/undo_level.h"
+#include "core/undo_store.h"
 #include "shell/command_state.h"
 #include "shell/list_origin.h"
 
@@ -16,20 +16,6 @@
 namespace tonewright {
 namespace {
 
-constexpr std::uint32_t MaxStoreSize = 65536;
-
-struct UndoLevel {
-    std::vector<std::uint8_t> block;
-    int origin = 0; // MainListOrigin
-};
-
-struct UndoStore {
-    std::size_t capacity = 0; // levels; 0: there is no store
-    std::vector<UndoLevel> levels;
-    // Of the last push.
-    bool hasPushed = false;
-    std::optional<UndoLevel> displaced;
-};
 UndoStore Store;
 
 void FollowUndo() {
@@ -39,15 +25,13 @@ void FollowUndo() {
 } // namespace
 
 int UndoInit(QWidget *window) {
-    Store = {};
+    const bool isMade = MakeUndoStore(Store);
     FollowUndo();
-    if (MaxUndoLevel < 1 || MaxUndoLevel > MaxStoreSize) {
+    if (!isMade) {
         ShowMessage(window, "There has been an error initializing the Undo function.\n\nUndo will "
                             "be unavailable for this session of Tonewright.");
-        return 0;
     }
-    Store.capacity = MaxUndoLevel;
-    return 1;
+    return isMade;
 }
 
 int UndoEnd() {
@@ -57,54 +41,32 @@ int UndoEnd() {
 }
 
 int UndoPush(QWidget *window, const VoiceList &list) {
-    Store.hasPushed = false;
-    Store.displaced.reset();
     if (ListCount(list) == 0) {
+        ForgetPush(Store);
         return 1;
     }
-    if (Store.capacity == 0) {
-        ShowMessage(window, "No undo level could be created.");
-        return 0;
-    }
-    if (Store.levels.size() >= Store.capacity) {
-        Store.displaced = std::move(Store.levels.front());
-        Store.levels.erase(Store.levels.begin());
-    }
-    const SynthDriver *driver = CurrentDriver();
-    std::vector<std::uint8_t> level;
-    if (driver && driver->MakeUndoLevel) {
-        level = driver->MakeUndoLevel(window, list);
-    }
-    if (level.empty()) {
-        FollowUndo(); // the oldest level may have been the only one
-        ShowMessage(window, "There has been an error building this undo level.");
-        return 0;
-    }
-    Store.levels.push_back({.block = std::move(level), .origin = MainListOrigin});
-    Store.hasPushed = true;
-    FollowUndo();
-    return 1;
+    const auto make = [&]() -> std::vector<std::uint8_t> {
+        const SynthDriver *driver = CurrentDriver();
+        return driver && driver->MakeUndoLevel ? driver->MakeUndoLevel(window, list)
+                                               : std::vector<std::uint8_t>();
+    };
+    const bool isPushed = PushUndoLevel(window, Store, make, MainListOrigin);
+    FollowUndo(); // also without one: the oldest level may have been the only one
+    return isPushed;
 }
 
 void UndoTakeBack() {
-    if (std::exchange(Store.hasPushed, false)) {
-        Store.levels.pop_back();
-    }
-    if (Store.displaced) {
-        Store.levels.insert(Store.levels.begin(), std::move(*Store.displaced));
-        Store.displaced.reset();
-    }
+    TakeBackUndoLevel(Store);
     FollowUndo();
 }
 
 int UndoPop(QWidget *window, VoiceList &list) {
-    if (Store.levels.empty()) {
-        ShowMessage(window, "No undo level is available.");
+    const UndoLevel level = PopUndoLevel(window, Store);
+    if (level.block.empty()) {
         return 0;
     }
-    RestoreUndoLevel(list, Store.levels.back().block);
-    MainListOrigin = Store.levels.back().origin;
-    Store.levels.pop_back();
+    RestoreUndoLevel(list, level.block);
+    MainListOrigin = level.note;
     FollowUndo();
     return 1;
 }

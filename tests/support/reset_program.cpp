@@ -6,6 +6,7 @@
 #include "common/sound.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "database/database_undo.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "shell/command_queue.h"
@@ -66,6 +67,7 @@ void ResetProgram() {
     PendingOpenPath.clear();
     ClearPosted();
     UndoEnd();
+    DatabaseUndoEnd();
     HistoryEnd();
     RestartNeeded = false;
     ResetCommandState();
