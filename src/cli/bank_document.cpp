@@ -56,6 +56,7 @@ bool OpenBankDocument(const char *path) {
     CurrentDocumentPath = AbsolutePath(path);
     std::int64_t time = 0;
     if (OpenDocument(nullptr, MainList, CurrentDocumentPath.c_str(), &CurrentDriverId, &time)) {
+        CurrentDocumentTime = time;
         return true;
     }
     const VoiceFileFormat *format = BankFormatOfPath(path);

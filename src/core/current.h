@@ -17,7 +17,7 @@ extern DriverId CurrentDriverId;
 // Full path of the open document, or "Untitled.Twl" at start. UTF-8, at most 260 bytes.
 extern std::string CurrentDocumentPath;
 
-// When the document that was opened last was changed before that, in seconds since 1970; 0 as long
+// When the document that was opened last had been changed, in seconds since 1970; 0 as long
 // as none has been opened.
 extern std::int64_t CurrentDocumentTime;
 

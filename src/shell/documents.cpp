@@ -124,6 +124,7 @@ int RunOpen() {
         return 0;
     }
     UndoClear();
+    CurrentDocumentTime = time;
     TheDocumentFile = std::move(file);
     HistoryAdd(Window(), path, -1);
     RefreshStatus();

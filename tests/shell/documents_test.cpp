@@ -3,6 +3,7 @@
 
 #include "support/family_names.h"
 
+#include <chrono>
 #include <filesystem>
 #include <iterator>
 
@@ -68,6 +69,29 @@ TEST_F(OpenTest, AFileOfTheDialogBecomesTheDocument) {
     EXPECT_FALSE(home.Holds("Backup of new.syx"));
     EXPECT_EQ(OpenExportPath, home.Folder());
     EXPECT_EQ(OpenImportPath, "/imports/");
+}
+
+// As seconds since 1970, of the file that was opened last; nothing else changes it.
+TEST_F(OpenTest, TheTimeOfTheFileStaysThatOfTheDocument) {
+    const auto writeAt = [this](const char *name, const std::vector<std::uint8_t> &bytes,
+                                int seconds) {
+        const std::string path = home.Write(name, bytes);
+        const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
+        std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(time));
+        return path;
+    };
+    EXPECT_EQ(CurrentDocumentTime, 0);
+    PendingOpenPath = writeAt("a.syx", TestBank(), 1'000'000'000);
+    EXPECT_EQ(RunOpen(), 1);
+    EXPECT_EQ(CurrentDocumentTime, 1'000'000'000);
+    PendingOpenPath = writeAt("bad.syx", std::vector<std::uint8_t>(100), 1'100'000'000);
+    desktop.ExpectMessage(ReadError);
+    EXPECT_EQ(RunOpen(), 0);
+    EXPECT_EQ(CurrentDocumentTime, 1'000'000'000);
+    PendingOpenPath = writeAt("b.syx", TestBank(), 1'200'000'000);
+    EXPECT_EQ(RunOpen(), 1);
+    EXPECT_EQ(RunSave(), 1);
+    EXPECT_EQ(CurrentDocumentTime, 1'200'000'000);
 }
 
 TEST_F(OpenTest, TheDialogStartsInTheOpenFolderCutTo260Bytes) {
