@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <span>
 #include <string_view>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -34,31 +37,80 @@ int CompareText(std::string_view one, std::string_view other) {
     return (one.size() > other.size()) - (one.size() < other.size());
 }
 
-// What a record is first sorted by, as a number: the higher one stands behind. Of a text, its first
-// eight characters; nothing of it is left to be compared when it is shorter.
+// A piece of what records are sorted by, as a number: the higher one stands behind. Of a text it is
+// eight characters.
 struct SortKey {
-    std::uint64_t first;
+    std::uint64_t piece;
     std::uint32_t index; // of the record
-};
 
-std::uint64_t FirstCharacters(std::string_view text) {
-    std::uint64_t characters = 0;
-    for (std::size_t at = 0; at < sizeof characters; ++at) {
-        characters = characters << 8 | (at < text.size() ? FoldedAt(text, at) : 0);
+    auto operator<=>(const SortKey &) const = default;
+};
+constexpr std::size_t PieceSize = sizeof(SortKey::piece); // characters
+
+std::uint64_t PieceOfText(std::string_view text, std::size_t from) {
+    std::uint64_t piece = 0;
+    for (std::size_t at = from; at < from + PieceSize; ++at) {
+        piece = piece << 8 | (at < text.size() ? FoldedAt(text, at) : 0);
     }
-    return characters;
+    return piece;
 }
 
-std::uint64_t FirstKeyOf(const DatabaseFields &fields, std::uint32_t mode) {
-    switch (mode) {
+// A text holds no zero byte, so that its last piece ends in one, or in none at its limit.
+bool EndsText(std::uint64_t piece, std::size_t from) {
+    return (piece & 0xFF) == 0 || from + PieceSize >= DatabaseTextSize;
+}
+
+// What is looked at next where all before is equal: a field, and where in its text.
+struct SortStep {
+    std::uint32_t field; // SortBy...
+    std::size_t from = 0;
+};
+
+std::uint64_t PieceOf(const DatabaseRecord &record, SortStep step) {
+    const auto fields = RecordFields(record);
+    if (!fields) {
+        return 0;
+    }
+    switch (step.field) {
     case SortBySource:
-        return FirstCharacters(fields.source);
+        return PieceOfText(fields->source, step.from);
     case SortByDate:
-        return fields.date;
+        return fields->date;
     case SortByPosition:
-        return fields.position ^ 0x80000000u; // signed
+        return fields->position ^ 0x80000000u; // signed
     default:
-        return FirstCharacters(fields.name);
+        return PieceOfText(fields->name, step.from);
+    }
+}
+
+// The step behind one in which all had this piece; nothing behind the end of the name.
+std::optional<SortStep> StepBehind(SortStep step, std::uint64_t piece) {
+    const bool isText = step.field == SortBySource || step.field == SortByName;
+    if (isText && !EndsText(piece, step.from)) {
+        return SortStep{step.field, step.from + PieceSize};
+    }
+    if (step.field == SortByName) {
+        return std::nullopt;
+    }
+    return SortStep{SortByName};
+}
+
+// Sorts records that are equal in all before `step`, piece by piece, so that what is compared lies
+// side by side. Equals stay in the order that they had.
+void SortFrom(const std::vector<DatabaseRecord> &records, std::span<SortKey> keys, SortStep step) {
+    for (SortKey &key : keys) {
+        key.piece = PieceOf(records[key.index], step);
+    }
+    std::ranges::sort(keys);
+    for (auto run = keys.begin(); run != keys.end();) {
+        const std::uint64_t piece = run->piece;
+        const auto end = std::find_if(run, keys.end(),
+                                      [piece](const SortKey &key) { return key.piece != piece; });
+        const auto next = StepBehind(step, piece);
+        if (next && end - run > 1) {
+            SortFrom(records, {run, end}, *next);
+        }
+        run = end;
     }
 }
 
@@ -90,21 +142,12 @@ int CompareRecords(const DatabaseRecord &one, const DatabaseRecord &other, std::
 }
 
 void SortRecords(std::vector<DatabaseRecord> &records, std::uint32_t mode) {
-    std::vector<SortKey> keys;
-    std::vector<DatabaseFields> fields;
-    keys.reserve(records.size());
-    fields.reserve(records.size());
-    for (const DatabaseRecord &record : records) {
-        const std::size_t index = keys.size();
-        fields.push_back(RecordFields(record).value_or(DatabaseFields{}));
-        keys.push_back({FirstKeyOf(fields.back(), mode), static_cast<std::uint32_t>(index)});
+    std::vector<SortKey> keys(records.size());
+    for (std::size_t index = 0; index < keys.size(); ++index) {
+        keys[index].index = static_cast<std::uint32_t>(index);
     }
-    std::ranges::stable_sort(keys, [&](const SortKey &one, const SortKey &other) {
-        if (one.first != other.first) {
-            return one.first < other.first;
-        }
-        return CompareFields(fields[one.index], fields[other.index], mode) < 0;
-    });
+    const bool isOwnField = mode >= SortBySource && mode <= SortByPosition;
+    SortFrom(records, keys, {isOwnField ? mode : SortByName});
     std::vector<DatabaseRecord> sorted;
     sorted.reserve(records.size());
     for (const SortKey &key : keys) {
