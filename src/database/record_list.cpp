@@ -95,7 +95,7 @@ bool RecordListPut(RecordList &list, int row, DatabaseRecord record) {
         return false;
     }
     list.items[static_cast<std::size_t>(row)] = std::move(record);
-    ListBoxTellItem(list);
+    ListBoxTellItem(list, row);
     return true;
 }
 
