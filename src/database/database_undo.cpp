@@ -78,8 +78,12 @@ void DatabaseUndoEnd() {
 }
 
 int DatabaseUndoPush(QWidget *window, const RecordList &list, bool changed) {
-    return ListCount(list) == 0 ||
-           PushUndoLevel(window, Store, [&] { return MakeLevel(list, changed); });
+    if (ListCount(list) == 0) {
+        return 1;
+    }
+    const bool isPushed = PushUndoLevel(window, Store, [&] { return MakeLevel(list, changed); });
+    ForgetPush(Store); // a level is as large as the catalogue, and none is taken back
+    return isPushed;
 }
 
 int DatabaseUndoPop(QWidget *window, RecordList &list, std::uint32_t &changed) {

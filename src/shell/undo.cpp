@@ -9,8 +9,6 @@
 #include "shell/list_origin.h"
 
 #include <cstdint>
-#include <optional>
-#include <utility>
 #include <vector>
 
 namespace tonewright {
