@@ -316,6 +316,8 @@ protected:
 
 private:
     void MakeControls() {
+        // Before any key, which tells its title as it is made. Once, however often it is called.
+        QAccessible::installFactory(MakeAccessible);
         SetUpBoxControls(*this, HelpTopic);
         setWindowTitle(WindowTitleOf(
             QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice)))));
@@ -326,7 +328,6 @@ private:
         heldKey.end.setSingleShot(true);
         QObject::connect(&heldKey.end, &QTimer::timeout, this,
                          [this] { KeyButton::EndHeldKey(heldKey); });
-        QAccessible::installFactory(MakeAccessible); // once, however often it is called
         ui.keyboard->setAccessibleName("Keyboard");
         SetUpBar({ui.control_102, ui.control_12102, 0, HighestAuditionOctave, 1, SetAuditionOctave},
                  AuditionOctave());
