@@ -417,9 +417,12 @@ void CarefulKeepInstrument(QWidget *window, DriverId former) {
 }
 
 bool CarefulRefusesToDownload(QWidget *window) {
+    if (!IsOn()) {
+        return false; // before any port is opened
+    }
     const bool canBegin = CurrentDriver() && (!GivesVoices(*CurrentDriver()) ||
                                               TryMidiLink(CurrentMidiPorts()) == LinkFault::None);
-    if (!IsOn() || canBegin) {
+    if (canBegin) {
         return false;
     }
     TellFailedDownload(window);

@@ -1205,6 +1205,18 @@ TEST_F(CarefulDownload, ThatCannotBeginAsksInSilenceAndCostsALevelWithTheModeOff
     EXPECT_EQ(NamesOfUndo(), (Strings{"THREE", "THREE", "TWO"}));
 }
 
+TEST_F(CarefulDownload, OpensThePortsOnceWithTheModeOff) {
+    int openings = 0;
+    const auto openOutput = TheMidi.Pm_OpenOutput;
+    TheMidi.Pm_OpenOutput = [&](auto... arguments) {
+        ++openings;
+        return openOutput(arguments...);
+    };
+    EXPECT_EQ(RunCommand(CommandDownload), 1);
+    EXPECT_EQ(openings, 1);
+    TheMidi.Pm_OpenOutput = openOutput;
+}
+
 TEST_F(CarefulDownload, ThatCannotBeginSaysWhyBeforeAnythingIsAskedOrLost) {
     SwitchOn();
     FillUndo();
