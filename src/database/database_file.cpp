@@ -2,10 +2,9 @@
 #include "database/database_file.h"
 
 #include "common/file_bytes.h"
-#include "common/folders.h"
 #include "common/settings.h"
-#include "common/text.h"
 #include "core/current.h"
+#include "database/database_names.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -236,13 +235,7 @@ int WriteDatabaseRecord(DatabaseHandle &database, std::uint32_t index,
 }
 
 std::string DatabasePathOf(const DatabaseFamily &family) {
-    std::string path = DefaultDocumentsFolder();
-    for (const std::string_view part :
-         {std::string_view(DatabaseCurrentName), std::string_view("."),
-          std::string_view(family.extension)}) {
-        AppendBounded(path, part, PathLimit);
-    }
-    return path;
+    return DatabasePathNamed(DatabaseCurrentName, family.extension);
 }
 
 DatabaseInfoResult DatabaseInfoOf(const DatabaseFamily &family, int selector) {

@@ -2,10 +2,10 @@
 #include "database/record_list.h"
 
 #include "common/settings.h"
-#include "common/text.h"
 #include "core/dispatch.h"
 #include "core/document_file.h"
 #include "database/database_file.h"
+#include "database/database_names.h"
 #include "database/record_sort.h"
 
 #include <algorithm>
@@ -35,8 +35,8 @@ const SynthDriver *RowWithCatalogue(int driverIndex) {
 // Whether the store may go on.
 bool KeepBackup(QWidget *window, const SynthDriver &row) {
     const std::string path = row.DatabasePath();
-    const char *extension = row.DatabaseInfo(DatabaseInfoBackupExtension).text + 1; // its dot
-    return MakeBackupAs(window, path.c_str(), ReplaceExtension(path, extension).c_str());
+    const char *extension = row.DatabaseInfo(DatabaseInfoBackupExtension).text;
+    return MakeBackupAs(window, path.c_str(), DatabaseBackupPathOf(path, extension).c_str());
 }
 
 } // namespace

@@ -27,16 +27,6 @@ std::uint8_t FoldedAt(std::string_view text, std::size_t at) {
     return Folded[static_cast<unsigned char>(text[at])];
 }
 
-int CompareText(std::string_view one, std::string_view other) {
-    const std::size_t size = std::min(one.size(), other.size());
-    for (std::size_t at = 0; at < size; ++at) {
-        if (const int difference = FoldedAt(one, at) - FoldedAt(other, at)) {
-            return difference;
-        }
-    }
-    return (one.size() > other.size()) - (one.size() < other.size());
-}
-
 // A piece of what records are sorted by, as a number: the higher one stands behind. Of a text it is
 // eight characters.
 struct SortKey {
@@ -135,6 +125,16 @@ int CompareFields(const DatabaseFields &one, const DatabaseFields &other, std::u
 }
 
 } // namespace
+
+int CompareText(std::string_view one, std::string_view other) {
+    const std::size_t size = std::min(one.size(), other.size());
+    for (std::size_t at = 0; at < size; ++at) {
+        if (const int difference = FoldedAt(one, at) - FoldedAt(other, at)) {
+            return difference;
+        }
+    }
+    return (one.size() > other.size()) - (one.size() < other.size());
+}
 
 int CompareRecords(const DatabaseRecord &one, const DatabaseRecord &other, std::uint32_t mode) {
     const auto fields = RecordFields(one), otherFields = RecordFields(other);

@@ -1,0 +1,67 @@
+// Lists, places and judges the names of catalogues.
+#include "database/database_names.h"
+
+#include "common/folders.h"
+#include "common/text.h"
+#include "database/record_sort.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace tonewright {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::u32string_view AllowedBesideLetters = U"$%'-_@~`!(){}^#&, ";
+
+bool StandsBefore(const std::string &one, const std::string &other) {
+    const int order = CompareText(one, other);
+    return order != 0 ? order < 0 : one < other;
+}
+
+} // namespace
+
+std::vector<std::string> DatabaseNames(const char *extension) {
+    const std::string folder = DefaultDocumentsFolder();
+    const std::string ending = std::string(".") + extension;
+    const char *listed = folder.empty() ? "." : folder.c_str();
+    std::vector<std::string> names;
+    std::error_code error;
+    fs::directory_iterator entry(reinterpret_cast<const char8_t *>(listed), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::u8string bytes = entry->path().filename().u8string();
+        const std::string_view name(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+        std::error_code unknown; // what it is
+        if (name.ends_with(ending) && !name.starts_with('.') && entry->is_regular_file(unknown)) {
+            names.emplace_back(name.substr(0, name.size() - ending.size()));
+        }
+    }
+    std::ranges::sort(names, StandsBefore);
+    return names;
+}
+
+std::string DatabasePathNamed(std::string_view name, const char *extension) {
+    std::string path = DefaultDocumentsFolder();
+    for (const std::string_view part : {name, std::string_view("."), std::string_view(extension)}) {
+        AppendBounded(path, part, PathLimit);
+    }
+    return path;
+}
+
+std::string DatabaseBackupPathOf(std::string_view path, const char *backupExtension) {
+    return ReplaceExtension(path, backupExtension + 1); // which puts the dot
+}
+
+bool MayStandInDatabaseName(char32_t character, bool isLetterOrDigit) {
+    return isLetterOrDigit || AllowedBesideLetters.find(character) != std::u32string_view::npos;
+}
+
+bool IsNewDatabaseName(std::string_view name, const std::vector<std::string> &existing) {
+    const auto isSame = [name](std::string_view other) { return EqualNoCase(name, other); };
+    return !name.empty() && name.front() != ' ' && name.front() != '.' &&
+           !isSame(DefaultDatabaseName) && std::ranges::none_of(existing, isSame);
+}
+
+} // namespace tonewright
