@@ -7,6 +7,7 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "database/database_undo.h"
+#include "database/database_window.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "shell/command_queue.h"
@@ -46,6 +47,7 @@ void ResetProgram() {
     StopSounds();
     TheDesktop = {};
     TheShellWindow = {};
+    TheDatabaseViews = {};
     TheMidi = {};
     TheSoundDevice = PlatformSoundDevice();
     ThePreviousInstallation = {};

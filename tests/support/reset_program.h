@@ -31,6 +31,7 @@
 //   (posted commands)              shell/command_queue.h     Post and its like           none
 //   (levels of undo)               shell/undo.h              its calls                   no store
 //   (levels of undo of records)    database/database_undo.h  its calls                   no store
+//   TheDatabaseViews               database/database_window.h the main window            empty
 //   (history)                      shell/history.h           its calls                   no entries
 //   HistoryMenuChanged             shell/history.h           the main window             empty
 //   RestartNeeded                  shell/settings_flow.h     nobody                      false

@@ -12,6 +12,7 @@
 #include "common/view/theme.h"
 #include "common/view/window_title.h"
 #include "core/current.h"
+#include "database/database_window.h"
 #include "midi/midi_api.h"
 #include "midi/view/audition_box.h"
 #include "shell/clipboard.h"
@@ -111,6 +112,7 @@ MainWindow::~MainWindow() {
     HistoryMenuChanged = nullptr;
     MainListState = {};
     TheShellWindow = {};
+    TheDatabaseViews = {};
 }
 
 void MainWindow::ConnectShell() {
@@ -149,6 +151,7 @@ void MainWindow::ConnectShell() {
         return SelectSynthesizer(this, CurrentSelectParams());
     };
     TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
+    TheDatabaseViews.RepaintVoices = RepaintList;
 }
 
 void MainWindow::MakeMenus() {
