@@ -23,5 +23,6 @@ int CliUploadVoice(const CliCall &call);
 int CliDownload(const CliCall &call);
 int CliPlay(const CliCall &call);
 int CliMemory(const CliCall &call);
+int CliDbList(const CliCall &call);
 
 } // namespace tonewright

@@ -62,6 +62,8 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::NoCareful, "--no-careful", nullptr, "no such refusal, whatever Extras.ini says"},
     {CliOption::WholeDetune, "--whole-detune", nullptr, "keep all steps of a packed detune"},
     {CliOption::NoWholeDetune, "--no-whole-detune", nullptr, "read three bits of a packed detune"},
+    {CliOption::Database, "--database", "NAME|PATH", "a catalogue other than the current one"},
+    {CliOption::Sort, "--sort", "FIELD", "the order: name, source, date or position"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};

@@ -17,9 +17,9 @@ constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
 enum class CliOption : std::size_t {
     Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Careful, NoCareful, WholeDetune,
-    NoWholeDetune, Help, Version,
+    NoWholeDetune, Database, Sort, Help, Version,
 };
-constexpr std::size_t CliOptionCount = 16;
+constexpr std::size_t CliOptionCount = 18;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);
@@ -44,7 +44,7 @@ struct CliCall {
 };
 
 struct CliCommand {
-    const char *name;
+    const char *name;      // one word, or two with a blank between them
     const char *arguments; // as the help shows them
     const char *help;      // one line
     std::size_t minimumWords, maximumWords;

@@ -1,5 +1,6 @@
 // tonewright-cli, the program without windows: for scripts, for servers and for tests from outside.
 #include "cli/cli_commands.h"
+#include "cli/database_choice.h"
 #include "cli/midi_session.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
@@ -56,6 +57,8 @@ constexpr CliCommand Commands[] = {
      AnyNumber, Answers | Extras | MidiOptions, CliPlay},
     {"memory", "MEMORY NAME OUT", "write what a built-in instrument holds as a bank or voice", 3, 3,
      Answers | Extras, CliMemory},
+    {"db list", "", "print N, name, source, date and position of each record", 0, 0,
+     DatabaseOptions | OptionBit(CliOption::Sort), CliDbList},
 };
 
 void PutColumns(TextOutput &output, std::string_view left, std::string_view right) {
@@ -112,13 +115,42 @@ void PutHelpOf(TextOutput &output, const CliCommand &command) {
     }
 }
 
-const CliCommand *CommandOfName(std::string_view name) {
-    for (const CliCommand &command : Commands) {
-        if (command.name == name) {
-            return &command;
+// The command that the first words name, of which `taken` are its name; or nullptr.
+const CliCommand *CommandOfWords(std::span<char *const> words, std::size_t &taken) {
+    std::string name;
+    for (taken = 1; taken <= std::min<std::size_t>(words.size(), 2); ++taken) {
+        name += (taken > 1 ? " " : "") + std::string(words[taken - 1]);
+        const auto *command = std::ranges::find(Commands, name, &CliCommand::name);
+        if (command != std::end(Commands)) {
+            return command;
         }
     }
     return nullptr;
+}
+
+// True for a command whose name begins with this word and a blank.
+bool IsOfGroup(const CliCommand &command, std::string_view group) {
+    return std::string_view(command.name).starts_with(std::string(group) + ' ');
+}
+
+// What may stand behind the first word of a group's commands; empty for what is no group.
+std::string NamesOfGroup(std::string_view group) {
+    std::string names;
+    for (const CliCommand &command : Commands) {
+        if (IsOfGroup(command, group)) {
+            names += (names.empty() ? "" : ", ") + std::string(command.name + group.size() + 1);
+        }
+    }
+    return names;
+}
+
+void PutHelpOfGroup(TextOutput &output, const std::string &group) {
+    Put(output, "usage: tonewright-cli " + group + " COMMAND [ARGUMENT...]\n\nCommands:\n");
+    for (const CliCommand &command : Commands) {
+        if (IsOfGroup(command, group)) {
+            PutColumns(output, CallOf(command), command.help);
+        }
+    }
 }
 
 // The option that was given and that the command does not take; null: none.
@@ -156,7 +188,20 @@ int Run(std::span<char *> arguments) {
         }
         return WrongCall("no command", nullptr);
     }
-    const CliCommand *command = CommandOfName(call.words[0]);
+    std::size_t taken = 0;
+    const CliCommand *command = CommandOfWords(call.words, taken);
+    const std::string members = command ? "" : NamesOfGroup(call.words[0]);
+    if (!members.empty()) {
+        if (call[CliOption::Help]) {
+            PutHelpOfGroup(StandardOutput, call.words[0]);
+            return ExitDone;
+        }
+        const std::string group(call.words[0]);
+        return WrongCall(call.words.size() > 1
+                             ? group + " takes " + members + ", not " + FieldText(call.words[1])
+                             : group + " lacks a command: " + members,
+                         nullptr);
+    }
     if (!command) {
         return WrongCall(std::string("unknown command ") + FieldText(call.words[0]), nullptr);
     }
@@ -164,7 +209,7 @@ int Run(std::span<char *> arguments) {
         PutHelpOf(StandardOutput, *command);
         return ExitDone;
     }
-    call.words = call.words.subspan(1);
+    call.words = call.words.subspan(taken);
     if (const CliOptionRow *foreign = ForeignOption(*command, call)) {
         return WrongCall(FormatText("%s takes no %s", command->name, foreign->name.data()),
                          command);

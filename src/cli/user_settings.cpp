@@ -10,6 +10,7 @@
 #include "shell/view/platform_folders.h"
 
 #include <algorithm>
+#include <string_view>
 #include <variant>
 
 namespace tonewright {
@@ -26,6 +27,20 @@ bool IsForInstruments(const ConfigKey &row) {
         &SysexWait,
     };
     return std::ranges::find(Values, row.value) != std::end(Values);
+}
+
+bool IsForDatabases(const ConfigKey &row) {
+    return row.value == decltype(row.value)(&SelectKeyboardName) ||
+           std::string_view(row.name).starts_with("Database");
+}
+
+bool IsForAdding(const ConfigKey &row) {
+    return row.value == decltype(row.value)(&CreateBackups) || IsForDatabases(row);
+}
+
+void ReadSomeSettings(bool (*takes)(const ConfigKey &row)) {
+    PrepareSettings();
+    ReadSettingsFile(ProgramSettings, SettingsFilePath(ProgramSettings).c_str(), takes);
 }
 
 // The options that go before what the files say of a setting.
@@ -61,8 +76,15 @@ void ReadUserSettings() {
 }
 
 void ReadInstrumentSettings() {
-    PrepareSettings();
-    ReadSettingsFile(ProgramSettings, SettingsFilePath(ProgramSettings).c_str(), IsForInstruments);
+    ReadSomeSettings(IsForInstruments);
+}
+
+void ReadDatabaseSettings() {
+    ReadSomeSettings(IsForDatabases);
+}
+
+void ReadSettingsOfAdding() {
+    ReadSomeSettings(IsForAdding);
 }
 
 } // namespace tonewright

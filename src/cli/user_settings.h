@@ -17,5 +17,9 @@ void ReadUserSettings();
 // Of the user's file only what the commands for instruments go by: ports, channel, waiting and
 // velocity. In all else they do as the other commands, whatever the user's window program does.
 void ReadInstrumentSettings();
+// The same for the commands of catalogues: those of catalogues, and the instrument.
+void ReadDatabaseSettings();
+// The same for the one that adds to them: also whether a backup is made.
+void ReadSettingsOfAdding();
 
 } // namespace tonewright

@@ -64,13 +64,17 @@ bool IsDatabaseRecord(std::span<const std::uint8_t> bytes) {
 }
 
 std::optional<DatabaseFields> RecordFields(const DatabaseRecord &record) {
-    if (!IsDatabaseRecord(record.bytes)) {
+    return RecordFields(std::span(record.bytes));
+}
+
+std::optional<DatabaseFields> RecordFields(std::span<const std::uint8_t> bytes) {
+    if (!IsDatabaseRecord(bytes)) {
         return std::nullopt;
     }
-    return DatabaseFields{.name = TextAt(record.bytes, Name),
-                          .source = TextAt(record.bytes, Source),
-                          .position = ReadLittle32(record.bytes, Position),
-                          .date = ReadLittle32(record.bytes, Date)};
+    return DatabaseFields{.name = TextAt(bytes, Name),
+                          .source = TextAt(bytes, Source),
+                          .position = ReadLittle32(bytes, Position),
+                          .date = ReadLittle32(bytes, Date)};
 }
 
 std::uint64_t RecordOwnSize(const DatabaseRecord &record) {

@@ -59,7 +59,7 @@ struct DatabaseRecord {
 
 // What a record says of its voice.
 struct DatabaseFields {
-    std::string_view name; // Latin-1; valid as long as the record
+    std::string_view name; // Latin-1; valid as long as the record's bytes
     std::string_view source;
     std::uint32_t position = 0; // from 0
     std::uint32_t date = 0;     // seconds since 1970
@@ -70,6 +70,7 @@ bool IsDatabaseRecord(std::span<const std::uint8_t> bytes);
 // The fields; nothing where the above is false. A text without its zero byte ends after 64
 // characters.
 std::optional<DatabaseFields> RecordFields(const DatabaseRecord &record);
+std::optional<DatabaseFields> RecordFields(std::span<const std::uint8_t> bytes);
 // Bytes of a record by its own offset and sizes, and the family that it names; 0 for no record.
 std::uint64_t RecordOwnSize(const DatabaseRecord &record);
 DriverId RecordDriver(const DatabaseRecord &record);

@@ -141,17 +141,24 @@ int CompareRecords(const DatabaseRecord &one, const DatabaseRecord &other, std::
     return fields && otherFields ? CompareFields(*fields, *otherFields, mode) : 0;
 }
 
-void SortRecords(std::vector<DatabaseRecord> &records, std::uint32_t mode) {
+std::vector<std::uint32_t> OrderOfRecords(const std::vector<DatabaseRecord> &records,
+                                          std::uint32_t mode) {
     std::vector<SortKey> keys(records.size());
     for (std::size_t index = 0; index < keys.size(); ++index) {
         keys[index].index = static_cast<std::uint32_t>(index);
     }
     const bool isOwnField = mode >= SortBySource && mode <= SortByPosition;
     SortFrom(records, keys, {isOwnField ? mode : SortByName});
+    std::vector<std::uint32_t> order(keys.size());
+    std::ranges::transform(keys, order.begin(), &SortKey::index);
+    return order;
+}
+
+void SortRecords(std::vector<DatabaseRecord> &records, std::uint32_t mode) {
     std::vector<DatabaseRecord> sorted;
     sorted.reserve(records.size());
-    for (const SortKey &key : keys) {
-        sorted.push_back(std::move(records[key.index]));
+    for (const std::uint32_t index : OrderOfRecords(records, mode)) {
+        sorted.push_back(std::move(records[index]));
     }
     records = std::move(sorted);
 }

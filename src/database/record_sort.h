@@ -26,7 +26,11 @@ int CompareText(std::string_view one, std::string_view other);
 // record.
 int CompareRecords(const DatabaseRecord &one, const DatabaseRecord &other, std::uint32_t mode);
 
-// Brings records into the order of a mode; those that are equal stay in the order that they had.
+// Where the records stand, each as its index, in the order of a mode; those that are equal stay in
+// the order that they had.
+std::vector<std::uint32_t> OrderOfRecords(const std::vector<DatabaseRecord> &records,
+                                          std::uint32_t mode);
+// Brings records into that order.
 void SortRecords(std::vector<DatabaseRecord> &records, std::uint32_t mode);
 
 } // namespace tonewright

@@ -1,0 +1,139 @@
+// Chooses and opens the catalogue of a command.
+#include "cli/database_choice.h"
+
+#include "cli/midi_session.h"
+#include "cli/text_output.h"
+#include "cli/user_settings.h"
+#include "common/text.h"
+#include "core/dispatch.h"
+#include "database/database_file.h"
+#include "database/database_names.h"
+#include "database/record_sort.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+bool HasCatalogues(const SynthDriver &family) {
+    return family.DatabaseOpen && family.DatabasePath && family.DatabaseInfo;
+}
+
+const char *ExtensionOf(const SynthDriver &family) {
+    return family.DatabaseInfo(DatabaseInfoExtension).text;
+}
+
+// The family whose catalogues have the extension of `path`, or nullptr.
+const SynthDriver *FamilyOfExtension(std::string_view path) {
+    const auto found = std::ranges::find_if(SynthDrivers, [&](const SynthDriver *family) {
+        return HasCatalogues(*family) && ExtensionOfPath(path) == ExtensionOf(*family);
+    });
+    return found != SynthDrivers.end() ? *found : nullptr;
+}
+
+// The family of --synth, else of the settings, else the first one; nullptr after telling that there
+// is none.
+const SynthDriver *FamilyOfCall(const CliCall &call) {
+    const SynthDriver *preset = SynthOfSettings();
+    if (!preset || !HasCatalogues(*preset)) {
+        const auto first = std::ranges::find_if(
+            SynthDrivers, [](const SynthDriver *family) { return HasCatalogues(*family); });
+        preset = first != SynthDrivers.end() ? *first : nullptr;
+    }
+    const auto family = ReadSynth(call, preset);
+    if (!family) {
+        return nullptr;
+    }
+    if (!*family || !HasCatalogues(**family)) {
+        TellError(*family ? (*family)->name : "", "there are no catalogues of this instrument");
+        return nullptr;
+    }
+    return *family;
+}
+
+// True for the name of a catalogue, false for the path of one.
+bool IsName(std::string_view text) {
+    return FolderPartOf(text).empty() && !FamilyOfExtension(text);
+}
+
+// A catalogue of this name. Nothing after telling that the name is none.
+std::optional<ChosenDatabase> NamedDatabase(const SynthDriver &family, std::string_view name) {
+    if (name.empty()) {
+        TellError("--database", "needs the name of a catalogue");
+        return std::nullopt;
+    }
+    const std::string path = DatabasePathNamed(name, ExtensionOf(family));
+    if (!path.ends_with(std::string(name) + '.' + ExtensionOf(family))) { // cut
+        TellError(name,
+                  FormatText("not a name: the path would have more than %zu bytes", PathLimit));
+        return std::nullopt;
+    }
+    return ChosenDatabase{&family, path};
+}
+
+// The names of --sort.
+constexpr std::pair<std::string_view, std::uint32_t> Orders[] = {
+    {"name", SortByName},
+    {"source", SortBySource},
+    {"date", SortByDate},
+    {"position", SortByPosition},
+};
+
+} // namespace
+
+std::optional<ChosenDatabase> ChooseDatabase(const CliCall &call) {
+    ReadDatabaseSettings();
+    const char *database = call[CliOption::Database];
+    const SynthDriver *family = database ? FamilyOfExtension(database) : nullptr;
+    if (!family) {
+        family = FamilyOfCall(call);
+    }
+    return family ? ChooseDatabaseOf(call, *family) : std::nullopt;
+}
+
+std::optional<ChosenDatabase> ChooseDatabaseOf(const CliCall &call, const SynthDriver &family) {
+    const char *database = call[CliOption::Database];
+    if (!database) {
+        return ChosenDatabase{&family, family.DatabasePath()};
+    }
+    if (IsName(database)) {
+        return NamedDatabase(family, database);
+    }
+    if (!IsPath(database)) {
+        TellError(database, FormatText("not a path: it has more than %zu bytes", PathLimit));
+        return std::nullopt;
+    }
+    const SynthDriver *ofExtension = FamilyOfExtension(database);
+    return ChosenDatabase{ofExtension ? ofExtension : &family, database};
+}
+
+std::shared_ptr<DatabaseHandle> OpenChosenDatabase(const ChosenDatabase &chosen) {
+    errno = 0;
+    auto database = chosen.family->DatabaseOpen(chosen.path.c_str(), DatabaseRead);
+    if (!database) {
+        TellError(chosen.path, errno == EINVAL
+                                   ? FormatText("not a catalogue of the %s", chosen.family->name)
+                                   : WithSystemReason("not readable", errno));
+    }
+    return database;
+}
+
+bool ReadSortMode(const CliCall &call, std::optional<std::uint32_t> &mode) {
+    const char *name = call[CliOption::Sort];
+    if (!name) {
+        return true;
+    }
+    const auto order = std::ranges::find(Orders, std::string_view(name),
+                                         &std::pair<std::string_view, std::uint32_t>::first);
+    if (order == std::end(Orders)) {
+        TellError(name, "not an order: name, source, date and position are");
+        return false;
+    }
+    mode = order->second;
+    return true;
+}
+
+} // namespace tonewright
