@@ -27,10 +27,10 @@ std::string_view TextAt(std::span<const std::uint8_t> bytes, std::size_t offset)
     return {text, std::find(text, text + DatabaseTextSize, '\0')};
 }
 
-// The field is zero before.
 void PutText(std::span<std::uint8_t> bytes, std::size_t offset, std::string_view text) {
     text = text.substr(0, std::min(text.find('\0'), DatabaseTextSize));
-    std::ranges::copy(text, bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+    const auto field = bytes.subspan(offset, DatabaseTextSize + 1);
+    std::ranges::fill(std::ranges::copy(text, field.begin()).out, field.end(), 0);
 }
 
 // The bytes of a record from `offset` on that its two sizes say are a voice's; nothing when they do
@@ -87,6 +87,30 @@ std::uint64_t RecordOwnSize(const DatabaseRecord &record) {
 
 DriverId RecordDriver(const DatabaseRecord &record) {
     return IsDatabaseRecord(record.bytes) ? ReadLittle32(record.bytes, Driver) : 0;
+}
+
+void SetRecordName(DatabaseRecord &record, std::string_view name) {
+    if (IsDatabaseRecord(record.bytes)) {
+        PutText(record.bytes, Name, name);
+    }
+}
+
+void SetRecordSource(DatabaseRecord &record, std::string_view source) {
+    if (IsDatabaseRecord(record.bytes)) {
+        PutText(record.bytes, Source, source);
+    }
+}
+
+void SetRecordDate(DatabaseRecord &record, std::uint32_t date) {
+    if (IsDatabaseRecord(record.bytes)) {
+        WriteLittle32(record.bytes, Date, date);
+    }
+}
+
+void SetRecordPosition(DatabaseRecord &record, std::uint32_t position) {
+    if (IsDatabaseRecord(record.bytes)) {
+        WriteLittle32(record.bytes, Position, position);
+    }
 }
 
 VoiceObject RecordToVoice(const DatabaseRecord &record) {

@@ -74,6 +74,12 @@ std::optional<DatabaseFields> RecordFields(std::span<const std::uint8_t> bytes);
 // Bytes of a record by its own offset and sizes, and the family that it names; 0 for no record.
 std::uint64_t RecordOwnSize(const DatabaseRecord &record);
 DriverId RecordDriver(const DatabaseRecord &record);
+// Change what a record says of its voice. Texts are Latin-1, of which at most 64 characters are
+// taken, up to a zero byte. Nothing happens to what is no record.
+void SetRecordName(DatabaseRecord &record, std::string_view name);
+void SetRecordSource(DatabaseRecord &record, std::string_view source);
+void SetRecordDate(DatabaseRecord &record, std::uint32_t date);
+void SetRecordPosition(DatabaseRecord &record, std::uint32_t position);
 // The voice, with the sizes, the place and the driver id that the record gives; no voice when the
 // magic is wrong or the voice would not lie within the record.
 VoiceObject RecordToVoice(const DatabaseRecord &record);

@@ -112,4 +112,8 @@ bool DatabaseUndoAvailable() {
     return !Store.levels.empty();
 }
 
+void DatabaseUndoClear() {
+    Store.levels.clear();
+}
+
 } // namespace tonewright

@@ -35,5 +35,7 @@ int DatabaseUndoPush(QWidget *window, const RecordList &list, bool changed);
 // what the level says, as a number. 1, or 0 after a message.
 int DatabaseUndoPop(QWidget *window, RecordList &list, std::uint32_t &changed);
 bool DatabaseUndoAvailable();
+// Drops all levels; the store stays.
+void DatabaseUndoClear();
 
 } // namespace tonewright
