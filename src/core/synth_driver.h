@@ -186,9 +186,10 @@ struct SynthDriver {
     int (*DatabaseAddVoice)(QWidget *window, const VoiceObject &voice, const char *name,
                             const char *sourceDocument, int index) = nullptr;
     // `mode`, tested in this order: bits 0 and 1 open for reading and writing a file that is made
-    // if there is none; bit 0 opens for reading; bit 1 makes an empty file in the place of any; bit
-    // 2 opens for reading and appending a file that is made if there is none. Null when it does not
-    // open, is no catalogue of the family, or the mode has none of these bits.
+    // if there is none; bit 0 opens for reading; bit 1 makes an empty file in the place of any file
+    // that may be written; bit 2 opens for reading and appending a file that is made if there is
+    // none. Null when it does not open, is no catalogue of the family, or the mode has none of
+    // these bits.
     std::shared_ptr<DatabaseHandle> (*DatabaseOpen)(const char *path, std::uint32_t mode) = nullptr;
     // Writes the number of records and the present time into the file's header and closes it. 0
     // when the header was not written; the handle is of no more use in any case.
@@ -199,7 +200,7 @@ struct SynthDriver {
                               DatabaseRecord &record) = nullptr;
     // Puts the record in the place of the one at the index, or beyond the last one; the number of
     // records grows up to it, also when the result is 0: for what is no record, and when it cannot
-    // be written whole.
+    // be written whole. A place beyond 2 GB alone is refused without that.
     int (*DatabaseWriteRecord)(DatabaseHandle &database, std::uint32_t index,
                                const DatabaseRecord &record) = nullptr;
     // The whole path of the catalogue that the settings name; the text is valid until the next

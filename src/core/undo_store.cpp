@@ -59,6 +59,7 @@ UndoLevel PopUndoLevel(QWidget *window, UndoStore &store) {
         ShowMessage(window, "No undo level is available.");
         return {};
     }
+    ForgetPush(store);
     UndoLevel level = std::move(store.levels.back());
     store.levels.pop_back();
     return level;

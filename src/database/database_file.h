@@ -26,7 +26,7 @@ namespace tonewright {
 constexpr std::size_t DatabaseHeaderSize = 152;
 constexpr std::size_t DatabaseCompared = 32; // of the first records a new one is no duplicate
 
-// Modes of opening that the program itself uses.
+// Modes of opening that the programs use.
 constexpr std::uint32_t DatabaseRead = 1;    // for reading
 constexpr std::uint32_t DatabaseReplace = 2; // an empty one in the place of any
 constexpr std::uint32_t DatabaseUpdate = 3;  // for reading and writing, made if there is none
@@ -50,7 +50,8 @@ std::uint32_t DatabaseCount(const DatabaseHandle &database);
 std::uint64_t RecordsThatBegin(DatabaseHandle &database);
 
 // Operations of a family's row. A catalogue that does not open leaves the reason in errno: EINVAL
-// for a file that is none of the family's. A file that is only begun, for want of room, stays.
+// for a file that is none of the family's, and for no mode. A file that is only begun, for want of
+// room, stays.
 std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const char *path,
                                              std::uint32_t mode);
 int CloseDatabase(std::shared_ptr<DatabaseHandle> database);

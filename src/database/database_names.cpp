@@ -45,7 +45,11 @@ std::vector<std::string> DatabaseNames(const char *extension) {
 std::string DatabasePathNamed(std::string_view name, const char *extension) {
     std::string path = DefaultDocumentsFolder();
     for (const std::string_view part : {name, std::string_view("."), std::string_view(extension)}) {
+        const std::size_t wanted = path.size() + part.size();
         AppendBounded(path, part, PathLimit);
+        if (path.size() < wanted) {
+            break; // nothing stands behind a cut
+        }
     }
     return path;
 }

@@ -47,6 +47,17 @@ std::optional<Payloads> PayloadsAt(std::span<const std::uint8_t> bytes, std::uin
     return Payloads{bytes.subspan(offset, a), bytes.subspan(offset + a, b)};
 }
 
+// The voice that a record itself says that it has.
+std::optional<Payloads> OwnPayloadsOf(std::span<const std::uint8_t> bytes) {
+    return PayloadsAt(bytes, ReadLittle32(bytes, PayloadOffset));
+}
+
+// What records are compared by: as long as the voice, at the usual place. Nothing when the voice
+// does not lie within its record.
+std::optional<Payloads> ComparedOf(std::span<const std::uint8_t> bytes) {
+    return OwnPayloadsOf(bytes) ? PayloadsAt(bytes, DatabasePayloadOffset) : std::nullopt;
+}
+
 // The checksum of what both bring, one behind the other.
 std::uint32_t ChecksumOf(const Payloads &payloads) {
     uLong sum = crc32(0, nullptr, 0);
@@ -117,7 +128,7 @@ VoiceObject RecordToVoice(const DatabaseRecord &record) {
     if (!IsDatabaseRecord(record.bytes)) {
         return {};
     }
-    const auto payloads = PayloadsAt(record.bytes, ReadLittle32(record.bytes, PayloadOffset));
+    const auto payloads = OwnPayloadsOf(record.bytes);
     return payloads ? MakeVoiceObject(ReadLittle32(record.bytes, Driver), payloads->a, payloads->b)
                     : VoiceObject{};
 }
@@ -166,8 +177,7 @@ bool AreDuplicates(const DatabaseRecord &one, const DatabaseRecord &other) {
         !EqualNoCase(fields->source, otherFields->source)) {
         return false;
     }
-    const auto voice = PayloadsAt(one.bytes, DatabasePayloadOffset);
-    const auto otherVoice = PayloadsAt(other.bytes, DatabasePayloadOffset);
+    const auto voice = ComparedOf(one.bytes), otherVoice = ComparedOf(other.bytes);
     return voice && otherVoice && ChecksumOf(*voice) == ChecksumOf(*otherVoice);
 }
 

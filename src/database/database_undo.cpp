@@ -34,8 +34,12 @@ std::uint32_t SortCommandNow() {
                                                                                   : SortByName;
 }
 
-// Empty when a record is not as long as the first one says that they are.
-std::vector<std::uint8_t> MakeLevel(const RecordList &list, bool changed) {
+} // namespace
+
+std::vector<std::uint8_t> DatabaseUndoBuild(const RecordList &list, bool changed) {
+    if (ListCount(list) == 0) {
+        return {};
+    }
     const DatabaseRecord &first = list.items[0];
     const std::uint64_t size = RecordOwnSize(first);
     const auto isOther = [size](const DatabaseRecord &record) {
@@ -62,8 +66,6 @@ std::vector<std::uint8_t> MakeLevel(const RecordList &list, bool changed) {
     return level;
 }
 
-} // namespace
-
 int DatabaseUndoInit(QWidget *window) {
     if (MakeUndoStore(Store)) {
         return 1;
@@ -81,7 +83,8 @@ int DatabaseUndoPush(QWidget *window, const RecordList &list, bool changed) {
     if (ListCount(list) == 0) {
         return 1;
     }
-    const bool isPushed = PushUndoLevel(window, Store, [&] { return MakeLevel(list, changed); });
+    const bool isPushed =
+        PushUndoLevel(window, Store, [&] { return DatabaseUndoBuild(list, changed); });
     ForgetPush(Store); // a level is as large as the catalogue, and none is taken back
     return isPushed;
 }
@@ -101,9 +104,8 @@ int DatabaseUndoPop(QWidget *window, RecordList &list, std::uint32_t &changed) {
     }
     DatabaseSortMode = ReadLittle32(level, SortCommand);
     RecordListFill(list, std::move(records));
-    // Selecting scrolls the row into view, so the scroll position comes last.
-    ListSelect(list, static_cast<int>(ReadLittle32(level, Selection)));
     ListSetTopRow(list, static_cast<int>(ReadLittle32(level, TopIndex)));
+    ListSelect(list, static_cast<int>(ReadLittle32(level, Selection))); // in sight, at any rate
     changed = ReadLittle32(level, Flags);
     return 1;
 }

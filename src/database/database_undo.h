@@ -18,6 +18,7 @@
 #include "database/record_list.h"
 
 #include <cstdint>
+#include <vector>
 
 class QWidget;
 
@@ -28,6 +29,9 @@ namespace tonewright {
 int DatabaseUndoInit(QWidget *window);
 // Frees everything.
 void DatabaseUndoEnd();
+// The block of a level for the list. Empty for an empty list, and when a record is not as long as
+// the first one says that they are.
+std::vector<std::uint8_t> DatabaseUndoBuild(const RecordList &list, bool changed);
 // Takes a copy of the list, of which `changed` says whether it differs from the file. 1 if a level
 // was made, also 1 (without one) for an empty list, else 0 after a message.
 int DatabaseUndoPush(QWidget *window, const RecordList &list, bool changed);

@@ -1,4 +1,4 @@
-// The records in the rows of a list box, always in the order of DatabaseSortMode; see
+// The records in the rows of a list box, each brought in where DatabaseSortMode puts it; see
 // common/list_box for selection, scrolling and state.
 //
 // What holds besides between any two calls (RecordListFault names what does not, and a debug build
@@ -44,8 +44,9 @@ bool RecordListPut(RecordList &list, int row, DatabaseRecord record);
 void RecordListSort(RecordList &list);
 
 // Reads the current catalogue of a row of the driver table, which is made if there is none, in the
-// place of all records, and selects the first. With no records in it the list keeps what it holds.
-// 0 when there is no such row, it has no catalogues, or the file does not open as one; else 1.
+// place of all records, and selects the first. When its header counts no records the list keeps
+// what it holds. 0 when there is no such row, it has no catalogues, or the file does not open as
+// one; else 1.
 int DatabaseLoadList(int driverIndex, RecordList &list);
 // Writes the records, in their order, as the current catalogue, after a backup of the former file
 // where the settings ask for it; asks whether to go on without a backup that failed. 0 when there

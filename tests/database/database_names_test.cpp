@@ -66,6 +66,10 @@ TEST_F(DatabaseNamesIn, PathsAreThoseInTheDocuments) {
     EXPECT_EQ(DatabasePathNamed("v1.2", "srx_db"), documents + "v1.2.srx_db");
     EXPECT_EQ(DatabasePathNamed(std::string(300, 'n'), "syx_db"),
               documents + std::string(260 - documents.size(), 'n'));
+    // A character that does not fit whole is left out, and nothing stands behind the cut.
+    const std::string fits(258 - documents.size(), 'n');
+    EXPECT_EQ(DatabasePathNamed(fits + "\xE2\x99\xAF", "syx_db"), documents + fits);
+    EXPECT_EQ(DatabasePathNamed(fits, "syx_db"), documents + fits + ".s");
     EXPECT_EQ(DatabaseBackupPathOf(documents + "v1.2.srx_db", ".srx_db_backup"),
               documents + "v1.2.srx_db_backup");
 }

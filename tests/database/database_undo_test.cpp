@@ -54,6 +54,46 @@ TEST_P(DatabaseUndo, BringsRecordsSelectionScrollPositionAndMarkBack) {
     EXPECT_FALSE(DatabaseUndoAvailable());
 }
 
+TEST_P(DatabaseUndo, ASelectedRowThatWasOutOfSightComesIntoIt) {
+    ASSERT_EQ(DatabaseUndoInit(nullptr), 1);
+    ListSetVisibleRows(list, 3);
+    Fill(9);
+    ListSelect(list, 1);
+    ListSetTopRow(list, 5);
+    EXPECT_EQ(DatabaseUndoPush(nullptr, list, false), 1);
+    Pop();
+    EXPECT_EQ(list.selection, 1);
+    EXPECT_EQ(list.topRow, 1);
+}
+
+// The block itself, which no other code reads.
+TEST_P(DatabaseUndo, ALevelIsAHeadAndTheRecordsBehindIt) {
+    ASSERT_EQ(DatabaseUndoInit(nullptr), 1);
+    ListSetVisibleRows(list, 1);
+    Fill(3);
+    ListSelect(list, 2);
+    DatabaseSortMode = 110;
+    const std::vector<std::uint8_t> level = DatabaseUndoBuild(list, true);
+    TestBytes expected = {'D', 'M', 'e', 'M'};
+    const auto size = static_cast<std::uint32_t>(family.recordSize);
+    const std::string id = family.idText;
+    AppendTest32(expected, 36);
+    AppendTest32(expected, size);
+    AppendTest32(expected, 3);
+    expected.insert(expected.end(), id.begin(), id.end());
+    for (const std::uint32_t field : {2u, 2u, 110u, 1u}) { // selection, top row, order, flags
+        AppendTest32(expected, field);
+    }
+    for (int index = 0; index < 3; ++index) {
+        const TestBytes record = TestRecordAt(family, index);
+        expected.insert(expected.end(), record.begin(), record.end());
+    }
+    EXPECT_EQ(level, expected);
+    list.selection = NoRow;
+    EXPECT_EQ(Test32(DatabaseUndoBuild(list, false), 20), 0xFFFFFFFF);
+    EXPECT_EQ(Test32(DatabaseUndoBuild(list, false), 32), 0u);
+}
+
 TEST_P(DatabaseUndo, TheOldestLevelGivesWayAndOneMoreFindsNone) {
     MaxUndoLevel = 3;
     ASSERT_EQ(DatabaseUndoInit(nullptr), 1);
