@@ -169,6 +169,12 @@ void ShowHelp(QWidget *owner, const std::string &topic) {
     }
 }
 
+void Beep() {
+    if (TheDesktop.Beep) {
+        TheDesktop.Beep();
+    }
+}
+
 bool ShiftKeyDown() {
     return TheDesktop.ShiftKeyDown && TheDesktop.ShiftKeyDown();
 }

@@ -119,6 +119,8 @@ struct Desktop {
     // Starts playing a sound file and returns at once. False when it could
     // not be played.
     std::function<bool(const std::string &path)> PlaySoundFile;
+    // The short sound of the system for what it does not take.
+    std::function<void()> Beep;
 
     std::function<bool()> ShiftKeyDown;
     std::function<bool()> ControlKeyDown;
@@ -161,6 +163,8 @@ std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path,
                                             std::uint32_t driverId);
 
 void ShowHelp(QWidget *owner, const std::string &topic);
+
+void Beep();
 
 bool ShiftKeyDown();
 bool ControlKeyDown();

@@ -110,6 +110,7 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 sounds.push_back(path);
                 return soundsPlay;
             },
+        .Beep = [this] { ++beeps; },
         .ShiftKeyDown = [this] { return shiftDown; },
         .ControlKeyDown = [this] { return controlDown; },
     };

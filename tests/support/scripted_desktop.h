@@ -67,6 +67,7 @@ struct ScriptedDesktop {
     int busyBoxesShown = 0;
     int busyBoxesOpen = 0;
     std::vector<std::string> sounds; // paths that were played
+    int beeps = 0;
     int waitDepth = 0;               // wait cursors that are on now
     int deepestWait = 0;
     int waitsBegun = 0;

@@ -17,6 +17,8 @@ QColor SystemColourOf(SystemColour colour) {
         return palette.color(QPalette::Active, QPalette::ButtonText);
     case SystemColour::DarkShadow3D:
         return palette.color(QPalette::Active, QPalette::Shadow);
+    case SystemColour::Highlight3D:
+        return palette.color(QPalette::Active, QPalette::Light);
     case SystemColour::AppWorkspace:
         return palette.color(QPalette::Active, QPalette::Dark);
     case SystemColour::Highlight:

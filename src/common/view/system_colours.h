@@ -11,6 +11,7 @@ enum class SystemColour {
     ButtonShadow,
     ButtonText,
     DarkShadow3D,
+    Highlight3D,
     AppWorkspace,
     Highlight,
     HighlightText,

@@ -271,6 +271,7 @@ void UseQtDesktop() {
         .ClipboardHasVoice = ClipboardHasVoice,
         .TakeClipboard = TakeClipboard,
         .PlaySoundFile = [](const std::string &path) { return PlaySoundFile(path.c_str()); },
+        .Beep = [] { QApplication::beep(); },
         .ShiftKeyDown =
             [] { return QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier); },
         .ControlKeyDown =

@@ -1,0 +1,33 @@
+// Editors that open over a cell of a list. Enter accepts, and so does a press of a mouse button
+// beside the editor in its dialog, with no other effect, and scrolling; Esc cancels the editor and
+// nothing else. The release of a button that was down when the editor opened leaves it open, and so
+// does a switch to another program. A dialog that is closed accepts the editor before it acts.
+#pragma once
+
+#include <QFont>
+#include <QRect>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+class QWidget;
+
+namespace tonewright {
+
+// Both return at once. `cell` is in pixels of `parent`. `done` is called once, after the editor is
+// gone: with the result, or with nothing when it was cancelled; never when it is destroyed with its
+// dialog.
+
+// A line of at most 64 Latin-1 characters over a cell, one pixel higher on either side. Other
+// characters and control characters cannot be typed; pasted ones become question marks.
+void EditTextOver(QWidget *parent, QRect cell, const QFont &font, const std::string &latin1,
+                  std::function<void(std::optional<std::string>)> done);
+
+// A drop-down list with `entries`, of which `selected` is chosen at first, or none for -1. The
+// result is the place of the chosen one, -1 for none.
+void ChooseOver(QWidget *parent, QRect cell, const QFont &font, const QStringList &entries,
+                int selected, std::function<void(std::optional<int>)> done);
+
+} // namespace tonewright
