@@ -164,6 +164,10 @@ int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFo
     return 0;
 }
 
+int PrintVoiceObject(QPainter &painter, const VoiceObject &voice, const PrintCell &cell) {
+    return Call(CurrentDriver(), &SynthDriver::PrintVoice, painter, voice, cell);
+}
+
 const char *VoiceObjectName(const VoiceObject &voice) {
     if (PayloadOf(voice)) {
         Call(DriverOfId(HeaderOf(voice)->driverId), &SynthDriver::VoiceName, LastVoiceName, voice);

@@ -34,6 +34,8 @@ void SelectListFonts(VoiceList &list, DriverId id);
 
 // Paints a voice through the row of its own driverId. Returns 0 always.
 int DrawVoiceObject(const DrawItem &item, const VoiceObject &voice, const ItemFonts &fonts);
+// Paints a voice into its cell of a page through the row of CurrentDriverId.
+int PrintVoiceObject(QPainter &painter, const VoiceObject &voice, const PrintCell &cell);
 
 // The name of a voice (the instrument's bytes, shown as Latin-1) through the row of its own
 // driverId. A block that is none yields the name of the last good voice; before there was one,

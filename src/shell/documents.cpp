@@ -168,6 +168,10 @@ int RunSaveAs() {
     return CarefulRefusesToSave(Window()) ? 0 : SaveUnderNewName();
 }
 
+int RunPrint() {
+    return TheShellWindow.PrintList ? TheShellWindow.PrintList() : 0;
+}
+
 int RunClear() {
     if (!AskToSave()) {
         return 0;

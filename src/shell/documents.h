@@ -19,6 +19,8 @@ int RunOpen();
 int RunHistoryItem(int item);
 int RunSave();
 int RunSaveAs();
+// Prints the voices of the list.
+int RunPrint();
 // Empties the list. 0 when the user wants to stay, else 1.
 int RunClear();
 int RunExit();

@@ -37,7 +37,7 @@ constexpr ExpectedCommand ExpectedCommands[] = {
     {54, Rule::Always, RunManual, Built, "&Manual", nullptr, nullptr, nullptr},
     {55, Rule::Always, RunSettings, Built, "Set&tings", nullptr, nullptr, nullptr},
     {56, Rule::Always, RunExit, Built, "E&xit", nullptr, nullptr, nullptr},
-    {57, Rule::ListHasRows, nullptr, Later, "&Print", nullptr, nullptr, nullptr},
+    {57, Rule::ListHasRows, RunPrint, Built, "&Print", nullptr, nullptr, nullptr},
     {58, Rule::DriverDownloads, RunDownload, Built, "&Download current voices", nullptr, nullptr,
      nullptr},
     {59, Rule::DriverUploads, RunUpload, Built, "&Upload current voices", nullptr, nullptr,

@@ -1,0 +1,107 @@
+// The choice of the printer, and what stands on the screen while it prints.
+#include "database/view/print_reports.h"
+
+#include "common/desktop.h"
+#include "common/settings.h"
+#include "common/text.h"
+#include "common/view/theme.h"
+#include "database/print_report.h"
+#include "database/view/print_painter.h"
+
+#include <ctime>
+#include <functional>
+#include <utility>
+#include <vector>
+
+#include <QLineEdit>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QPushButton>
+
+namespace tonewright {
+namespace {
+
+// A report, and what it is called.
+struct Report {
+    std::string name;         // in the box, and of the job
+    std::string proposedFile; // path of the PDF, if that is what the user chooses
+    std::function<void(const PrintDevice &device)> print;
+};
+
+std::string OfferedPrinter() {
+    std::vector<std::string> printers;
+    for (const QString &name : QPrinterInfo::availablePrinterNames()) {
+        printers.push_back(name.toStdString());
+    }
+    return PrinterToOffer(DefaultPrinterName, printers,
+                          QPrinterInfo::defaultPrinterName().toStdString());
+}
+
+void SetUpPrinter(QPrinter &printer, const Report &report) {
+    const QString name = QString::fromStdString(OfferedPrinter());
+    if (!QPrinterInfo::printerInfo(name).isNull()) {
+        printer.setPrinterName(name);
+    }
+    printer.setPageOrientation(QPageLayout::Portrait);
+    printer.setDocName(QString::fromStdString(report.name));
+}
+
+// False when the user cancels.
+bool AskForPrinter(QWidget *owner, QPrinter &printer, const Report &report) {
+    QPrintDialog dialog(&printer, owner);
+    dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
+    dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    // A platform's own dialog has neither of these.
+    if (auto *file = dialog.findChild<QLineEdit *>("filename")) {
+        file->setText(QString::fromStdString(report.proposedFile));
+    }
+    for (QPushButton *button : dialog.findChildren<QPushButton *>()) {
+        MakeSoftButton(button);
+    }
+    return dialog.exec() == QDialog::Accepted;
+}
+
+int Print(QWidget *owner, const Report &report) {
+    QPrinter printer(QPrinter::HighResolution);
+    SetUpPrinter(printer, report);
+    if (!AskForPrinter(owner, printer, report)) {
+        return 1;
+    }
+    const int copies = printer.copyCount();
+    printer.setCopyCount(1);
+
+    const WaitCursor wait;
+    ShowBusyBox(owner, "Printing " + report.name);
+    {
+        QPainter painter;
+        PrintDevice device = DeviceOn(printer, painter);
+        device.copies = copies;
+        device.isFile = !printer.outputFileName().isEmpty();
+        report.print(device);
+    }
+    CloseBusyBox();
+    return 1;
+}
+
+} // namespace
+
+int PrintVoiceList(QWidget *owner, const VoiceList &list, const char *documentPath) {
+    return Print(owner, {.name = FileNameOfPath(documentPath),
+                         .proposedFile = ProposedVoiceListFile(documentPath),
+                         .print = [&](const PrintDevice &device) {
+                             PrintVoiceListReport(device, list, documentPath, std::time(nullptr));
+                         }});
+}
+
+int PrintDatabase(QWidget *owner, const RecordList &list, const std::string &heading) {
+    return Print(owner, {.name = heading,
+                         .proposedFile = ProposedDatabaseFile(heading),
+                         .print = [&](const PrintDevice &device) {
+                             PrintDatabaseReport(device, list, heading);
+                         }});
+}
+
+} // namespace tonewright
