@@ -23,6 +23,8 @@ int CliUploadVoice(const CliCall &call);
 int CliDownload(const CliCall &call);
 int CliPlay(const CliCall &call);
 int CliMemory(const CliCall &call);
+int CliPrint(const CliCall &call);
 int CliDbList(const CliCall &call);
+int CliDbPrint(const CliCall &call);
 
 } // namespace tonewright

@@ -64,6 +64,7 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::NoWholeDetune, "--no-whole-detune", nullptr, "read three bits of a packed detune"},
     {CliOption::Database, "--database", "NAME|PATH", "a catalogue other than the current one"},
     {CliOption::Sort, "--sort", "FIELD", "the order: name, source, date or position"},
+    {CliOption::Paper, "--paper", "SIZE", "the size of the pages: A4, which is taken without it, or Letter"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};

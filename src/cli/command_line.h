@@ -17,9 +17,9 @@ constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
 enum class CliOption : std::size_t {
     Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Careful, NoCareful, WholeDetune,
-    NoWholeDetune, Database, Sort, Help, Version,
+    NoWholeDetune, Database, Sort, Paper, Help, Version,
 };
-constexpr std::size_t CliOptionCount = 18;
+constexpr std::size_t CliOptionCount = 19;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);

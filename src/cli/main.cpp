@@ -37,6 +37,8 @@ constexpr CliCommand Commands[] = {
      Answers | Extras, CliImport},
     {"picture", "FILE OUT.png", "paint the main window with a bank open", 2, 2,
      Answers | OptionBit(CliOption::Screen), CliPicture},
+    {"print", "FILE OUT.pdf", "print the voices of a bank on a page", 2, 2,
+     Answers | OptionBit(CliOption::Paper), CliPrint},
     {"config", "FILE", "print every setting as the program would read it from FILE", 1, 1, 0,
      CliConfig},
     {"settings", "WHAT [KEY [VALUE]]", "list, get or set the user's settings", 1, 3, 0,
@@ -59,6 +61,8 @@ constexpr CliCommand Commands[] = {
      Answers | Extras, CliMemory},
     {"db list", "", "print N, name, source, date and position of each record", 0, 0,
      DatabaseOptions | OptionBit(CliOption::Sort), CliDbList},
+    {"db print", "OUT.pdf", "print the records as a table", 1, 1,
+     DatabaseOptions | OptionBit(CliOption::Sort) | OptionBit(CliOption::Paper), CliDbPrint},
 };
 
 void PutColumns(TextOutput &output, std::string_view left, std::string_view right) {

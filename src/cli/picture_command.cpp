@@ -1,7 +1,8 @@
-// The one command that paints: the main window with a bank open, as a picture. It is part of
-// tonewright-picture only, since the toolkit's libraries take longer to load than most of what the
-// other commands do.
+// The command that paints the main window with a bank open, as a picture. Like all that paint it is
+// part of tonewright-picture only, since the toolkit's libraries take longer to load than most of
+// what the other commands do.
 #include "cli/cli_commands.h"
+#include "cli/offscreen_toolkit.h"
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
@@ -12,17 +13,6 @@
 #include <QApplication>
 
 namespace tonewright {
-namespace {
-
-// Hints of the toolkit that help nobody who asked for a picture.
-void DropToolkitHints(QtMsgType type, const QMessageLogContext &, const QString &text) {
-    if (type == QtCriticalMsg || type == QtFatalMsg) {
-        TellError("", text.toStdString());
-        Flush(StandardError);
-    }
-}
-
-} // namespace
 
 int CliPicture(const CliCall &call) {
     const char *bank = call.words[0], *picture = call.words[1];
@@ -40,8 +30,7 @@ int CliPicture(const CliCall &call) {
         return ExitWrongCall;
     }
 
-    qInstallMessageHandler(DropToolkitHints);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    UseOffscreenToolkit();
     char name[] = "tonewright-cli";
     char *arguments[] = {name, nullptr};
     int count = 1;
@@ -49,8 +38,7 @@ int CliPicture(const CliCall &call) {
     UseQtDesktop(); // its status bar is in the picture
     UseTerminalDesktop(call);
     std::string error;
-    if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.height,
-                                error)) {
+    if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.height, error)) {
         TellError("", error);
         return ExitFailed;
     }

@@ -1,4 +1,4 @@
-// Hands the command that paints to tonewright-picture, which takes the same command line.
+// Hands the commands that paint to tonewright-picture, which takes the same command line.
 #include "cli/picture_program.h"
 
 #include "cli/cli_commands.h"
@@ -25,24 +25,40 @@ std::vector<std::string> ArgumentsOf(const char *command, const CliCall &call) {
             }
         }
     }
-    arguments.insert(arguments.end(), {"--", command});
+    arguments.emplace_back("--");
+    for (const std::string &word : SplitList(command, ' ')) {
+        arguments.push_back(word);
+    }
     arguments.insert(arguments.end(), call.words.begin(), call.words.end());
     return arguments;
 }
 
-} // namespace
-
-int CliPicture(const CliCall &call) {
+// Runs it as this call of `command`.
+int RunPainting(const char *command, const CliCall &call) {
     const std::string self = PlatformExecutablePath();
     const std::string extension = ExtensionOfPath(self);
     const std::string program =
         FolderOfPath(self) + ProgramName + (extension.empty() ? "" : "." + extension);
-    const int status = RunInPlace(program, ArgumentsOf("picture", call));
+    const int status = RunInPlace(program, ArgumentsOf(command, call));
     if (status < 0) {
         TellError(program, std::string("could not be started: ") + std::strerror(errno));
         return ExitFailed;
     }
     return status;
+}
+
+} // namespace
+
+int CliPicture(const CliCall &call) {
+    return RunPainting("picture", call);
+}
+
+int CliPrint(const CliCall &call) {
+    return RunPainting("print", call);
+}
+
+int CliDbPrint(const CliCall &call) {
+    return RunPainting("db print", call);
 }
 
 } // namespace tonewright

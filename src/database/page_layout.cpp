@@ -131,6 +131,10 @@ DatabaseFonts FontsOfDatabase(const PageMetrics &metrics) {
             .footer = FontOfSize(metrics, DatabaseFooterFontName, DatabaseFooterFontSize)};
 }
 
+std::string DatabaseHeading(const std::string &name, const char *instrument) {
+    return name + " for " + instrument;
+}
+
 PrintedPage DatabasePage(const PageMetrics &metrics, const DatabaseLineHeights &heights,
                          const RecordList &list, int &row, const std::string &heading, int number) {
     const DatabaseFonts fonts = FontsOfDatabase(metrics);

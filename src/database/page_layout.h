@@ -89,6 +89,9 @@ struct DatabaseLineHeights {
     int heading = 0, item = 0, footer = 0;
 };
 
+// The heading of its pages: name of the catalogue and of the instrument.
+std::string DatabaseHeading(const std::string &name, const char *instrument);
+
 // The page of a number, from 1, with the rows from `row` on, which becomes the first one of the
 // next page, or the count. One row is taken in any case, however high the fonts are; one that
 // cannot be read is passed over. `row` is a row of the list.

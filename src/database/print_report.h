@@ -46,7 +46,7 @@ std::string PrinterToOffer(const std::string &setting, const std::vector<std::st
                            const std::string &systemDefault);
 
 // The paths of the files that are proposed, in the folder OpenExportPath: the name of the document,
-// or that of the catalogue, which stands in front of " for " in its heading, with "pdf" as
+// or that of the catalogue, as its heading has it, with "pdf" as
 // extension.
 std::string ProposedVoiceListFile(const char *documentPath);
 std::string ProposedDatabaseFile(const std::string &heading);

@@ -17,8 +17,7 @@ namespace tonewright {
 // The voices of the list, on one page for each copy; the title has the name of the document.
 int PrintVoiceList(QWidget *owner, const VoiceList &list, const char *documentPath);
 
-// The records of the list, in its order. `heading`, which stands on every page: the name of the
-// catalogue, " for " and the display name of the driver.
+// The records of the list, in its order. `heading` stands on every page: see DatabaseHeading.
 int PrintDatabase(QWidget *owner, const RecordList &list, const std::string &heading);
 
 } // namespace tonewright
