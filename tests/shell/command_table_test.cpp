@@ -350,14 +350,14 @@ TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
 
 TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
     OpenBank(); // of a DX7, with its first voice selected
-    for (const int id : {10,  50,  51,  54,  55,  56,  59,  104, 105, 132, 203,
-                         210, 211, 212, 213, 214, 215, 216, 217, 998, 999}) {
+    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132,
+                         203, 210, 211, 212, 213, 214, 215, 216, 217, 998, 999}) {
         EXPECT_TRUE(CommandEnabled(id)) << id;
     }
     for (const int notAllowed : {58, 60, 101, 202, 205}) {
         EXPECT_FALSE(CommandEnabled(notAllowed)) << notAllowed;
     }
-    for (const int notBuilt : {57, 131, 208, 218, 219, 997, 2907}) {
+    for (const int notBuilt : {131, 208, 218, 219, 997, 2907}) {
         EXPECT_TRUE(CommandAllowed(notBuilt)) << notBuilt;
         EXPECT_FALSE(CommandEnabled(notBuilt)) << notBuilt;
     }
@@ -427,6 +427,17 @@ TEST_F(CommandTest, ConfigureIsTheOneCommandWithoutARefresh) {
     ListAdd(MainList);
     RunCommand(CommandConfigure);
     EXPECT_FALSE(CommandAllowed(CommandSave));
+}
+
+TEST_F(CommandTest, PrintAsksTheWindowForAListWithRows) {
+    int printed = 0;
+    TheShellWindow.PrintList = [&printed] { return ++printed; };
+    EXPECT_EQ(RunUserCommand(CommandPrint), 0); // no rows
+    OpenBank();
+    EXPECT_EQ(RunUserCommand(CommandPrint), 1);
+    EXPECT_EQ(printed, 1);
+    TheShellWindow.PrintList = nullptr;
+    EXPECT_EQ(RunUserCommand(CommandPrint), 0);
 }
 
 TEST_F(CommandTest, PostedWorkAndTheUserWaitWhileACommandRuns) {
