@@ -4,6 +4,7 @@
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
+#include "common/file_time.h"
 #include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
@@ -11,6 +12,7 @@
 #include "core/voice_fault.h"
 
 #include <cerrno>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -62,6 +64,37 @@ bool OpenBankDocument(const char *path) {
     const VoiceFileFormat *format = BankFormatOfPath(path);
     TellError(path, format ? ReasonNotOpened(path, format)
                            : "not a bank that can be opened, by its extension");
+    return false;
+}
+
+bool OpenVoices(const char *path, const VoiceFileFormat &format) {
+    if (format.kind == VoiceFileKind::Bank) {
+        return OpenBankDocument(path);
+    }
+    CurrentDriverId = format.driver;
+    VoiceObject voice;
+    if (!ImportVoiceFrom(nullptr, MainList, 0, AbsolutePath(path).c_str(), &voice)) {
+        TellError(path, ReasonNotOpened(path, &format));
+        return false;
+    }
+    CurrentDocumentPath = AbsolutePath(path);
+    CurrentDocumentTime = ModificationTimeOrNow(path);
+    ListFill(MainList, {std::move(voice)});
+    return true;
+}
+
+bool ExtensionFits(const char *in, const char *out, VoiceFileKind kind, std::string &reason) {
+    const VoiceFileFormat *format = BankFormatOfPath(in);
+    return !format || ExtensionFits(format->driver, out, kind, reason);
+}
+
+bool ExtensionFits(DriverId family, const char *out, VoiceFileKind kind, std::string &reason) {
+    const char *extension =
+        kind == VoiceFileKind::Bank ? BankExtension(family) : VoiceExtension(family);
+    if (EqualNoCase(ExtensionOfPath(out), extension)) {
+        return true;
+    }
+    reason = FormatText("the extension of the file to write must be \"%s\"", extension);
     return false;
 }
 

@@ -12,6 +12,15 @@ namespace tonewright {
 // not be opened.
 bool OpenBankDocument(const char *path);
 
+// The same for a bank or a single voice, which becomes a list of one.
+bool OpenVoices(const char *path, const VoiceFileFormat &format);
+
+// True when `out` has the extension that the files of the bank `in`'s family have; else the call is
+// wrong for `reason`. When `in` is no bank at all, opening it will say so.
+bool ExtensionFits(const char *in, const char *out, VoiceFileKind kind, std::string &reason);
+// The same for a family that is known.
+bool ExtensionFits(DriverId family, const char *out, VoiceFileKind kind, std::string &reason);
+
 // Writes MainList as a bank of the current family. The exit status; a failure has been told, and a
 // place that holds no whole voice leaves the file as it was.
 int SaveBankDocument(const char *path);

@@ -24,7 +24,12 @@ int CliDownload(const CliCall &call);
 int CliPlay(const CliCall &call);
 int CliMemory(const CliCall &call);
 int CliPrint(const CliCall &call);
+int CliDbNames(const CliCall &call);
 int CliDbList(const CliCall &call);
+int CliDbFind(const CliCall &call);
+int CliDbExport(const CliCall &call);
+int CliDbInsert(const CliCall &call);
+int CliDbCheck(const CliCall &call);
 int CliDbPrint(const CliCall &call);
 
 } // namespace tonewright

@@ -9,7 +9,7 @@
 namespace tonewright {
 namespace {
 
-constexpr int LargestPlace = 999'999;
+constexpr int LargestPlace = 9'999'999;
 constexpr int LastChannel = 16;
 constexpr int LastNote = 127;
 constexpr int LowestOctave = -2, HighestOctave = 8, NotesInAnOctave = 12;

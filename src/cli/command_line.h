@@ -59,7 +59,7 @@ constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
 // word.
 std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall &call);
 
-// A whole number in decimal digits, from 1 to 999,999.
+// A whole number in decimal digits, from 1 to 9,999,999.
 std::optional<int> ReadPlace(std::string_view text);
 
 // A MIDI channel, 1 to 16.

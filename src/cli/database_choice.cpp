@@ -4,6 +4,7 @@
 #include "cli/midi_session.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
+#include "common/open_file.h"
 #include "common/text.h"
 #include "core/dispatch.h"
 #include "database/database_file.h"
@@ -17,10 +18,6 @@
 
 namespace tonewright {
 namespace {
-
-bool HasCatalogues(const SynthDriver &family) {
-    return family.DatabaseOpen && family.DatabasePath && family.DatabaseInfo;
-}
 
 const char *ExtensionOf(const SynthDriver &family) {
     return family.DatabaseInfo(DatabaseInfoExtension).text;
@@ -84,6 +81,11 @@ constexpr std::pair<std::string_view, std::uint32_t> Orders[] = {
 
 } // namespace
 
+bool HasCatalogues(const SynthDriver &family) {
+    return family.DatabaseOpen && family.DatabaseClose && family.DatabaseReadRecord &&
+           family.DatabasePath && family.DatabaseInfo;
+}
+
 std::optional<ChosenDatabase> ChooseDatabase(const CliCall &call) {
     ReadDatabaseSettings();
     const char *database = call[CliOption::Database];
@@ -114,11 +116,29 @@ std::shared_ptr<DatabaseHandle> OpenChosenDatabase(const ChosenDatabase &chosen)
     errno = 0;
     auto database = chosen.family->DatabaseOpen(chosen.path.c_str(), DatabaseRead);
     if (!database) {
-        TellError(chosen.path, errno == EINVAL
-                                   ? FormatText("not a catalogue of the %s", chosen.family->name)
-                                   : WithSystemReason("not readable", errno));
+        TellError(chosen.path, ReasonNotOpened(chosen, errno));
     }
     return database;
+}
+
+std::string ReasonNotOpened(const ChosenDatabase &chosen, int error) {
+    std::vector<std::uint8_t> header;
+    if (error != EINVAL || !ReadStartOfFile(chosen.path.c_str(), DatabaseHeaderSize, header)) {
+        return WithSystemReason("not readable", error);
+    }
+    switch (HeaderFaultOf(chosen.family->id, header)) {
+    case DatabaseHeaderFault::Short:
+        return FormatText("not a catalogue: it has %zu bytes, and the header alone has %zu",
+                          header.size(), DatabaseHeaderSize);
+    case DatabaseHeaderFault::Family: {
+        const SynthDriver *family = DriverOfId(HeaderDriver(header));
+        return FormatText("not a catalogue of the %s, but of %s%s", chosen.family->name,
+                          family ? "the " : "an instrument that is not known",
+                          family ? family->name : "");
+    }
+    default:
+        return "not a catalogue: it begins with other bytes";
+    }
 }
 
 bool ReadSortMode(const CliCall &call, std::optional<std::uint32_t> &mode) {

@@ -11,6 +11,9 @@
 
 namespace tonewright {
 
+// Whether the command line can do anything with a family's catalogues.
+bool HasCatalogues(const SynthDriver &family);
+
 // The options that choose a catalogue.
 constexpr unsigned DatabaseOptions = OptionBit(CliOption::Database) | OptionBit(CliOption::Synth);
 
@@ -33,6 +36,8 @@ std::optional<ChosenDatabase> ChooseDatabaseOf(const CliCall &call, const SynthD
 // Opens the catalogue for reading, which changes no byte of it. Null after telling why it does not
 // open.
 std::shared_ptr<DatabaseHandle> OpenChosenDatabase(const ChosenDatabase &chosen);
+// Why it did not open, in words, by the error number that was left then.
+std::string ReasonNotOpened(const ChosenDatabase &chosen, int error);
 
 // The order that --sort asks for, as a value of DatabaseSortMode; nothing without the option. False
 // after telling that it names no order.

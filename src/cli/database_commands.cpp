@@ -1,12 +1,22 @@
 // The commands of catalogues. Those that read take one record after the other, and open the
 // catalogue for reading, so that none of its bytes changes.
+#include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/database_choice.h"
+#include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
+#include "cli/user_settings.h"
+#include "common/text.h"
+#include "core/current.h"
+#include "core/dispatch.h"
+#include "database/database_check.h"
+#include "database/database_names.h"
 #include "database/record_reader.h"
 #include "database/record_sort.h"
 
 #include <cerrno>
+#include <filesystem>
+#include <utility>
 #include <vector>
 
 namespace tonewright {
@@ -45,9 +55,34 @@ bool ReadLoadedRecords(DatabaseHandle &database,
                        });
 }
 
+// The voice of record `place` (from 1); an empty block after telling that it holds none of the
+// family.
+VoiceObject VoiceOfRecord(const ChosenDatabase &chosen, int place) {
+    const auto database = OpenChosenDatabase(chosen);
+    if (!database) {
+        return {};
+    }
+    const std::uint32_t count = RecordsToLoad(*database);
+    const auto index = static_cast<std::uint32_t>(place - 1);
+    if (index >= count) {
+        TellError(chosen.path, FormatText("there is no record %d among its %u", place, count));
+        return {};
+    }
+    DatabaseRecord record;
+    if (chosen.family->DatabaseReadRecord(*database, index, record)) {
+        VoiceObject voice = RecordToVoice(record);
+        if (FitsDatabase(*database->family, voice)) {
+            return voice;
+        }
+    }
+    TellError(chosen.path,
+              FormatText("record %d holds no whole voice of the %s", place, chosen.family->name));
+    return {};
+}
+
 int ListSorted(const ChosenDatabase &chosen, DatabaseHandle &database, std::uint32_t mode) {
     std::vector<DatabaseRecord> records;
-    std::vector<std::uint32_t> indices;
+    std::vector<std::uint32_t> indices; // in the file
     const bool isRead = ReadLoadedRecords(
         database, [&](std::uint32_t index, std::span<const std::uint8_t> bytes, const auto &) {
             records.push_back({{bytes.begin(), bytes.end()}});
@@ -62,7 +97,94 @@ int ListSorted(const ChosenDatabase &chosen, DatabaseHandle &database, std::uint
     return ExitDone;
 }
 
+// The line of a catalogue in a list of them. The exit status; a failure has been told.
+int PutCatalogue(const std::string &name, const ChosenDatabase &catalogue) {
+    Put(StandardOutput, FieldText(name));
+    Put(StandardOutput, '\t');
+    Put(StandardOutput, catalogue.family->name);
+    Put(StandardOutput, '\t');
+    const auto database = OpenChosenDatabase(catalogue);
+    if (database) {
+        PutNumber(StandardOutput, RecordsToLoad(*database));
+    } else {
+        Put(StandardOutput, '-');
+    }
+    Put(StandardOutput, '\t');
+    std::error_code error;
+    const auto size = std::filesystem::file_size(
+        std::filesystem::path(reinterpret_cast<const char8_t *>(catalogue.path.c_str())), error);
+    PutNumber(StandardOutput, error ? 0 : size);
+    Put(StandardOutput, '\t');
+    Put(StandardOutput, FieldText(catalogue.path));
+    Put(StandardOutput, '\n');
+    return database ? ExitDone : ExitFailed;
+}
+
+struct FaultInWords {
+    unsigned fault; // RecordFaultsOf
+    const char *words;
+};
+constexpr FaultInWords FaultsInWords[] = {
+    {RecordHasNoMagic, "not marked as a record"},
+    {RecordHasOtherSizes, "the voice has another place or size"},
+    {RecordIsOfOtherFamily, "the voice is one of another family"},
+    {RecordTextHasNoEnd, "name or source has no end"},
+};
+
+void PutFaults(std::uint32_t index, unsigned faults, std::size_t size, std::size_t wholeSize) {
+    PutNumber(StandardOutput, index + 1);
+    Put(StandardOutput, '\t');
+    if (faults & RecordIsShort) {
+        Put(StandardOutput, FormatText("cut after %zu of %zu bytes", size, wholeSize));
+    }
+    const char *separator = "";
+    for (const auto &[fault, words] : FaultsInWords) {
+        if (faults & fault) {
+            Put(StandardOutput, separator);
+            Put(StandardOutput, words);
+            separator = "; ";
+        }
+    }
+    Put(StandardOutput, '\n');
+}
+
+// "1 record" or "3 records", and the same of other words.
+std::string Counted(unsigned long long number, const char *word) {
+    return FormatText("%llu %s%s", number, word, number == 1 ? "" : "s");
+}
+
+// What is wrong with a catalogue as a whole, one reason behind the other.
+std::string FaultsOf(const DatabaseReport &report) {
+    std::string faults;
+    const auto add = [&faults](unsigned long long number, const char *word, const char *what) {
+        if (number > 0) {
+            faults += (faults.empty() ? "" : ", ") + Counted(number, word) + what;
+        }
+    };
+    add(report.faulty, "bad record", "");
+    add(report.counted - report.present, "counted record", " missing");
+    add(report.uncounted, "whole record", " behind the count");
+    add(report.rest, "further byte", "");
+    return faults;
+}
+
 } // namespace
+
+int CliDbNames(const CliCall &call) {
+    (void)call;
+    int status = ExitDone;
+    for (const SynthDriver *family : SynthDrivers) {
+        if (!HasCatalogues(*family)) {
+            continue;
+        }
+        const char *extension = family->DatabaseInfo(DatabaseInfoExtension).text;
+        for (const std::string &name : DatabaseNames(extension)) {
+            const int put = PutCatalogue(name, {family, DatabasePathNamed(name, extension)});
+            status = put == ExitDone ? status : put;
+        }
+    }
+    return status;
+}
 
 int CliDbList(const CliCall &call) {
     std::optional<std::uint32_t> mode;
@@ -81,6 +203,133 @@ int CliDbList(const CliCall &call) {
         *database, [](std::uint32_t index, std::span<const std::uint8_t>,
                       const DatabaseFields &fields) { PutRecord(index, fields); });
     return isRead ? ExitDone : TellNotReadable(*chosen);
+}
+
+int CliDbFind(const CliCall &call) {
+    const auto chosen = ChooseDatabase(call);
+    if (!chosen) {
+        return ExitWrongCall;
+    }
+    const auto database = OpenChosenDatabase(*chosen);
+    if (!database) {
+        return ExitFailed;
+    }
+    const std::string text = Utf8ToLatin1(call.words[0]);
+    const bool canBeThere = Latin1ToUtf8(text) == call.words[0];
+    bool isFound = false;
+    const bool isRead =
+        ReadLoadedRecords(*database, [&](std::uint32_t index, std::span<const std::uint8_t>,
+                                         const DatabaseFields &fields) {
+            if (canBeThere && FieldsHold(fields, text)) {
+                PutRecord(index, fields);
+                isFound = true;
+            }
+        });
+    if (!isRead) {
+        return TellNotReadable(*chosen);
+    }
+    return isFound ? ExitDone
+                   : TellFailure(call.words[0],
+                                 "found in no name and no source of " + FieldText(chosen->path));
+}
+
+int CliDbExport(const CliCall &call) {
+    const char *out = call.words[1];
+    const auto place = ReadPlace(call.words[0]);
+    if (!place) {
+        return TellWrongCall(call.words[0], NotAPlace);
+    }
+    const auto chosen = ChooseDatabase(call);
+    std::string reason;
+    if (!chosen) {
+        return ExitWrongCall;
+    }
+    if (!ExtensionFits(chosen->family->id, out, VoiceFileKind::SingleVoice, reason)) {
+        return TellWrongCall(out, reason);
+    }
+    UseTerminalDesktop(call);
+    VoiceObject voice = VoiceOfRecord(*chosen, *place);
+    if (voice.bytes.empty()) {
+        return ExitFailed;
+    }
+    CurrentDriverId = chosen->family->id;
+    ListFill(MainList, {std::move(voice)});
+    return ExportVoiceDocument(0, out);
+}
+
+int CliDbInsert(const CliCall &call) {
+    const char *in = call.words[0], *out = call.words[3];
+    const auto row = ReadPlace(call.words[1]);
+    const auto record = ReadPlace(call.words[2]);
+    if (!row || !record) {
+        return TellWrongCall(call.words[row ? 2 : 1], NotAPlace);
+    }
+    std::string reason;
+    if (!ExtensionFits(in, out, VoiceFileKind::Bank, reason)) {
+        return TellWrongCall(out, reason);
+    }
+    UseTerminalDesktop(call);
+    if (!OpenBankDocument(in)) {
+        return ExitFailed;
+    }
+    const SynthDriver &family = *CurrentDriver();
+    ReadDatabaseSettings();
+    const auto chosen = HasCatalogues(family) ? ChooseDatabaseOf(call, family) : std::nullopt;
+    if (!chosen) {
+        return ExitWrongCall;
+    }
+    if (chosen->family != &family) {
+        return TellFailure(in, FormatText("a bank of the %s, and %s is a catalogue of the %s",
+                                          family.name, FieldText(chosen->path).c_str(),
+                                          chosen->family->name));
+    }
+    if (!ListVoice(MainList, *row - 1)) {
+        return TellFailure(in, NoSuchPlace(*row));
+    }
+    const int rows = family.DatabaseInfo(DatabaseInfoVoicesPerBank).number;
+    if (*row > rows) {
+        return TellFailure(in, FormatText("a bank has no place %d, but %d", *row, rows));
+    }
+    VoiceObject voice = VoiceOfRecord(*chosen, *record);
+    if (voice.bytes.empty()) {
+        return ExitFailed;
+    }
+    ListSetVoice(MainList, *row - 1, std::move(voice));
+    return SaveBankDocument(out);
+}
+
+int CliDbCheck(const CliCall &call) {
+    const auto chosen = ChooseDatabase(call);
+    if (!chosen) {
+        return ExitWrongCall;
+    }
+    errno = 0;
+    const auto database = chosen->family->DatabaseOpen(chosen->path.c_str(), DatabaseRead);
+    if (!database) {
+        const std::string reason = ReasonNotOpened(*chosen, errno);
+        Put(StandardOutput, "header\t" + reason + "\n");
+        return TellFailure(chosen->path, reason);
+    }
+    Put(StandardOutput, "header\tok\n");
+    const std::size_t wholeSize = DatabaseRecordSize(*database->family);
+    DatabaseReport report;
+    const bool isRead = CheckDatabase(*database, report,
+                                      [&](std::uint32_t index, unsigned faults, std::size_t size) {
+                                          PutFaults(index, faults, size, wholeSize);
+                                      });
+    if (!isRead) {
+        return TellNotReadable(*chosen);
+    }
+    Put(StandardOutput, FormatText("count\t%u", report.counted));
+    if (report.present != report.counted) {
+        Put(StandardOutput, FormatText("\tthe file has %u", report.present));
+    }
+    Put(StandardOutput, '\n');
+    if (report.uncounted > 0) {
+        Put(StandardOutput, FormatText("behind\t%u\n", report.uncounted));
+    }
+    Put(StandardOutput, FormatText("good\t%u\n", report.present - report.faulty));
+    return IsSound(report) ? ExitDone : TellFailure(chosen->path, "damaged: " + FaultsOf(report));
 }
 
 } // namespace tonewright

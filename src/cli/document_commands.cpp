@@ -5,7 +5,6 @@
 #include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
-#include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/voice_file_reader.h"
@@ -13,25 +12,6 @@
 #include <utility>
 
 namespace tonewright {
-namespace {
-
-// True when `out` has the extension that the files of `in`'s family have. When `in` is no bank at
-// all, opening it will say so.
-bool ExtensionFits(const char *in, const char *out, VoiceFileKind kind, std::string &reason) {
-    const VoiceFileFormat *format = BankFormatOfPath(in);
-    if (!format) {
-        return true;
-    }
-    const char *extension = kind == VoiceFileKind::Bank ? BankExtension(format->driver)
-                                                        : VoiceExtension(format->driver);
-    if (EqualNoCase(ExtensionOfPath(out), extension)) {
-        return true;
-    }
-    reason = FormatText("the extension of the file to write must be \"%s\"", extension);
-    return false;
-}
-
-} // namespace
 
 int CliSave(const CliCall &call) {
     const char *in = call.words[0], *out = call.words[1];

@@ -111,21 +111,6 @@ int ReadMidiFile(const CliCall &call, const char *path, MidiFile &file) {
     return ReadMidiSettings(call);
 }
 
-// Opens a bank, or a single voice as a list of one, into MainList.
-bool OpenVoices(const char *path, const VoiceFileFormat &format) {
-    if (format.kind == VoiceFileKind::Bank) {
-        return OpenBankDocument(path);
-    }
-    CurrentDriverId = format.driver;
-    VoiceObject voice;
-    if (!ImportVoiceFrom(nullptr, MainList, 0, AbsolutePath(path).c_str(), &voice)) {
-        TellError(path, ReasonNotOpened(path, &format));
-        return false;
-    }
-    ListSetVoice(MainList, ListAdd(MainList), std::move(voice));
-    return true;
-}
-
 // Whether the rows `first` to `last` can be sent; else tells why not. A message with bytes that
 // none can carry would be broken off there and arrive nowhere.
 bool CanBeSent(const char *path, const VoiceFileFormat &format, int first, int last) {

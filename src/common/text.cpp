@@ -307,6 +307,27 @@ std::string Latin1ToUtf8(std::string_view bytes) {
     return text;
 }
 
+std::string Utf8ToLatin1(std::string_view text) {
+    std::string bytes;
+    while (!text.empty()) {
+        const std::size_t length = SequenceLength(text[0]);
+        std::size_t taken = 1;
+        while (taken < length && taken < text.size() && IsContinuation(text[taken])) {
+            ++taken;
+        }
+        const auto first = static_cast<unsigned char>(text[0]);
+        if (first < 0x80) {
+            bytes += text[0];
+        } else if (length == 2 && taken == 2 && first <= 0xC3) { // U+0080 to U+00FF
+            bytes += static_cast<char>((first & 3) << 6 | (text[1] & 0x3F));
+        } else {
+            bytes += '?';
+        }
+        text.remove_prefix(taken);
+    }
+    return bytes;
+}
+
 std::string FileNameOfVoice(std::string_view latin1Name) {
     constexpr std::string_view Forbidden = "/\\:*?\"<>|";
     std::string name;

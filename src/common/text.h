@@ -74,6 +74,9 @@ int ClampedInteger(const char *text, const SpinRange &range);
 
 // The instrument's bytes as UTF-8, taking them as Latin-1.
 std::string Latin1ToUtf8(std::string_view bytes);
+// UTF-8 in the instrument's bytes: "?" for each character that Latin-1 lacks, and for each byte
+// that belongs to none.
+std::string Utf8ToLatin1(std::string_view text);
 // A voice's name as the beginning of a file name: UTF-8, with / \ : * ? " < > |, control characters
 // and a dot in front, which would hide the file, replaced by an underscore.
 std::string FileNameOfVoice(std::string_view latin1Name);

@@ -175,6 +175,20 @@ bool HoldsDuplicate(DatabaseHandle &database, const DatabaseRecord &record) {
 
 } // namespace
 
+DatabaseHeaderFault HeaderFaultOf(DriverId family, std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < DatabaseHeaderSize) {
+        return DatabaseHeaderFault::Short;
+    }
+    if (!std::equal(Magic.begin(), Magic.end(), bytes.begin())) {
+        return DatabaseHeaderFault::Magic;
+    }
+    return HeaderDriver(bytes) == family ? DatabaseHeaderFault::None : DatabaseHeaderFault::Family;
+}
+
+DriverId HeaderDriver(std::span<const std::uint8_t> header) {
+    return ReadLittle32(header, Driver);
+}
+
 std::uint32_t DatabaseCount(const DatabaseHandle &database) {
     return ReadLittle32(database.header, RecordCount);
 }
@@ -195,10 +209,8 @@ std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const
     if (!database) {
         return nullptr;
     }
-    const auto &header = database->header;
     if (!ReadAt(*database, 0, database->header) ||
-        !std::equal(Magic.begin(), Magic.end(), header.begin()) ||
-        ReadLittle32(header, Driver) != family.id) {
+        HeaderFaultOf(family.id, database->header) != DatabaseHeaderFault::None) {
         database.reset();
         errno = EINVAL;
     }

@@ -19,6 +19,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 namespace tonewright {
@@ -42,6 +43,13 @@ struct DatabaseHandle {
     std::uint64_t place = 0; // where the stream stands
     Last last = Last::Other;
 };
+
+// What is wrong with the bytes that a file begins with, as the header of a family's catalogue: the
+// first of these.
+enum class DatabaseHeaderFault { None, Short, Magic, Family };
+DatabaseHeaderFault HeaderFaultOf(DriverId family, std::span<const std::uint8_t> bytes);
+// The family that a header names, which is not short.
+DriverId HeaderDriver(std::span<const std::uint8_t> header);
 
 // The number of records by the header.
 std::uint32_t DatabaseCount(const DatabaseHandle &database);

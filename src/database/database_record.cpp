@@ -33,6 +33,14 @@ void PutText(std::span<std::uint8_t> bytes, std::size_t offset, std::string_view
     std::ranges::fill(std::ranges::copy(text, field.begin()).out, field.end(), 0);
 }
 
+// A letter of Latin-1 as a small one; any other byte as it is.
+char SmallLatin1(char character) {
+    constexpr unsigned char FirstCapital = 0xC0, LastCapital = 0xDE, Times = 0xD7;
+    const auto byte = static_cast<unsigned char>(character);
+    const bool isCapital = byte >= FirstCapital && byte <= LastCapital && byte != Times;
+    return isCapital ? static_cast<char>(byte + 0x20) : LowerAscii(character);
+}
+
 // The bytes of a record from `offset` on that its two sizes say are a voice's; nothing when they do
 // not lie within it.
 struct Payloads {
@@ -69,6 +77,31 @@ std::uint32_t ChecksumOf(const Payloads &payloads) {
 
 } // namespace
 
+unsigned RecordFaultsOf(const DatabaseFamily &family, std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < DatabaseRecordSize(family)) {
+        return RecordIsShort;
+    }
+    if (!IsDatabaseRecord(bytes)) {
+        return RecordHasNoMagic;
+    }
+    unsigned faults = 0;
+    if (ReadLittle32(bytes, PayloadOffset) != DatabasePayloadOffset ||
+        ReadLittle32(bytes, PayloadSizeA) != family.payloadSize ||
+        ReadLittle32(bytes, PayloadSizeB) != family.extraSize) {
+        faults |= RecordHasOtherSizes;
+    }
+    if (ReadLittle32(bytes, Driver) != family.id) {
+        faults |= RecordIsOfOtherFamily;
+    }
+    for (const std::size_t offset : {Name, Source}) {
+        const auto field = bytes.subspan(offset, DatabaseTextSize + 1);
+        if (std::ranges::find(field, 0) == field.end()) {
+            faults |= RecordTextHasNoEnd;
+        }
+    }
+    return faults;
+}
+
 bool IsDatabaseRecord(std::span<const std::uint8_t> bytes) {
     return bytes.size() >= DatabasePayloadOffset &&
            ReadLittle32(bytes, Magic) == DatabaseRecordMagic;
@@ -86,6 +119,15 @@ std::optional<DatabaseFields> RecordFields(std::span<const std::uint8_t> bytes) 
                           .source = TextAt(bytes, Source),
                           .position = ReadLittle32(bytes, Position),
                           .date = ReadLittle32(bytes, Date)};
+}
+
+bool FieldsHold(const DatabaseFields &fields, std::string_view text) {
+    const auto isSame = [](char one, char other) { return SmallLatin1(one) == SmallLatin1(other); };
+    const auto holds = [&](std::string_view field) {
+        return std::search(field.begin(), field.end(), text.begin(), text.end(), isSame) !=
+               field.end();
+    };
+    return text.empty() || holds(fields.name) || holds(fields.source);
 }
 
 std::uint64_t RecordOwnSize(const DatabaseRecord &record) {
@@ -146,13 +188,18 @@ std::string MakePrettyName(std::string_view text) {
     return pretty;
 }
 
+bool FitsDatabase(const DatabaseFamily &family, const VoiceObject &voice) {
+    const auto parts = PayloadOf(voice);
+    return parts && HeaderOf(voice)->driverId == family.id &&
+           parts->payload.size() == family.payloadSize && parts->extra.size() == family.extraSize;
+}
+
 DatabaseRecord MakeDatabaseRecord(const DatabaseFamily &family, const VoiceObject &voice,
                                   const NewDatabaseRecord &fields) {
-    const auto parts = PayloadOf(voice);
-    if (!parts || HeaderOf(voice)->driverId != family.id ||
-        parts->payload.size() != family.payloadSize || parts->extra.size() != family.extraSize) {
+    if (!FitsDatabase(family, voice)) {
         return {};
     }
+    const auto parts = PayloadOf(voice);
     DatabaseRecord record;
     record.bytes.resize(DatabaseRecordSize(family));
     WriteLittle32(record.bytes, Magic, DatabaseRecordMagic);

@@ -65,12 +65,24 @@ struct DatabaseFields {
     std::uint32_t date = 0;     // seconds since 1970
 };
 
+// What is wrong with the bytes of a record in a file, a bit for each; 0 for nothing. A record with
+// one of the first two is not read at all.
+constexpr unsigned RecordIsShort = 1; // fewer bytes than a record of the family has
+constexpr unsigned RecordHasNoMagic = 2;
+constexpr unsigned RecordHasOtherSizes = 4; // or another offset than the family's have
+constexpr unsigned RecordIsOfOtherFamily = 8;
+constexpr unsigned RecordTextHasNoEnd = 16;
+unsigned RecordFaultsOf(const DatabaseFamily &family, std::span<const std::uint8_t> bytes);
+
 // True for bytes that hold the fields of a record and begin with its magic.
 bool IsDatabaseRecord(std::span<const std::uint8_t> bytes);
 // The fields; nothing where the above is false. A text without its zero byte ends after 64
 // characters.
 std::optional<DatabaseFields> RecordFields(const DatabaseRecord &record);
 std::optional<DatabaseFields> RecordFields(std::span<const std::uint8_t> bytes);
+// Whether name or source holds the text (Latin-1), letters of either case being the same, those
+// with accents too.
+bool FieldsHold(const DatabaseFields &fields, std::string_view text);
 // Bytes of a record by its own offset and sizes, and the family that it names; 0 for no record.
 std::uint64_t RecordOwnSize(const DatabaseRecord &record);
 DriverId RecordDriver(const DatabaseRecord &record);
@@ -96,7 +108,10 @@ struct NewDatabaseRecord {
     std::uint32_t position;
     std::uint32_t date;
 };
-// The record of a voice; no bytes for a voice that is none of the family.
+// Whether a record of the family can hold the voice: it is a voice of that family, and as long as
+// all of them are.
+bool FitsDatabase(const DatabaseFamily &family, const VoiceObject &voice);
+// The record of a voice; no bytes for a voice that it cannot hold.
 DatabaseRecord MakeDatabaseRecord(const DatabaseFamily &family, const VoiceObject &voice,
                                   const NewDatabaseRecord &fields);
 

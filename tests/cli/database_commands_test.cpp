@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -102,8 +103,9 @@ TEST_F(CliDb, IsThatOfANameOrOfAPathWhoseExtensionGoesBeforeTheInstrument) {
     ExpectOutput({"db", "list", "--database", path, "--synth", "DX7"}, LineOf(0) + LineOf(1));
     const std::string plain = home.Write("catalogue", TestCatalogue(Reface, 1, 1));
     ExpectOutput({"db", "list", "--database", plain, "--synth", "reface"}, LineOf(0));
-    ExpectFailure({"db", "list", "--database", plain},
-                  plain + ": not a catalogue of the " + std::string(SynthDrivers[0]->name));
+    ExpectFailure({"db", "list", "--database", plain}, plain + ": not a catalogue of the " +
+                                                           SynthDrivers[0]->name + ", but of the " +
+                                                           SynthDrivers[1]->name);
     ExpectFailure({"db", "list", "--database", "none.srx_db"},
                   "none.srx_db: not readable: No such file or directory");
 }
@@ -181,6 +183,223 @@ TEST_F(CliDb, ListsWhatALoadTakesAndChangesNoByte) {
     ExpectOutput({"db", "list"}, LineOf(0) + LineOf(1));
     Write("Voices.syx_db", TestCatalogue(Dx7, 0, 0));
     ExpectOutput({"db", "list"}, "");
+}
+
+// ---- names
+
+TEST_F(CliDb, NamesTheCataloguesOfEachFamilyAndSaysOfWhatIsNoneThatItIsNone) {
+    ExpectOutput({"db", "names"}, "");
+    const std::string dx7(SynthDrivers[0]->name), reface(SynthDrivers[1]->name);
+    const std::string voices = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
+    const std::string ends = Write("Ends.syx_db", TestCatalogue(Dx7, 2, 9)); // in the file
+    const std::string live = Write("Live.srx_db", TestCatalogue(Reface, 1, 1));
+    Write("Voices.syx_db_backup", TestCatalogue(Dx7, 2, 2));
+    const std::string good = "Ends\t" + dx7 + "\t2\t1044\t" + ends + "\n" + "Voices\t" + dx7 +
+                             "\t2\t1044\t" + voices + "\n";
+    ExpectOutput({"db", "names"}, good + "Live\t" + reface + "\t1\t592\t" + live + "\n");
+    Write("Live.srx_db", TestBytes(7));
+    const auto result = Cli({"db", "names"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, good + "Live\t" + reface + "\t-\t7\t" + live + "\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + live +
+                  ": not a catalogue: it has 7 bytes, and the header alone has 152\n");
+}
+
+// ---- find
+
+TEST_F(CliDb, FindsTextInNameOrSourceWhateverTheCaseOfItsLetters) {
+    Write("Voices.syx_db", CatalogueOf(Dx7, {{"Grand", "a.syx", 0, 1},
+                                             {"Bell", "GRANDS.syx", 1, 2},
+                                             {"Gran", "d.syx", 2, 3},
+                                             {"Caf\xC9 ?", "b.syx", 3, 4}}));
+    const std::string one = "1\tGrand\ta.syx\t1\t1\n", two = "2\tBell\tGRANDS.syx\t2\t2\n",
+                      three = "3\tGran\td.syx\t3\t3\n", four = "4\tCaf\xC3\x89 ?\tb.syx\t4\t4\n";
+    ExpectOutput({"db", "find", "gRaNd"}, one + two);
+    ExpectOutput({"db", "find", "gran"}, one + two + three);
+    ExpectOutput({"db", "find", "D.SYX"}, three);
+    ExpectOutput({"db", "find", "caf\xC3\xA9"}, four);
+    ExpectOutput({"db", "find", "?"}, four);
+    ExpectOutput({"db", "find", ""}, one + two + three + four);
+    for (const std::string text : {"grande", "caf\xC3\xA9 \xE2\x82\xAC", "a.syx1"}) {
+        ExpectFailure({"db", "find", text},
+                      text + ": found in no name and no source of " + Catalogue("Voices.syx_db"));
+    }
+}
+
+// ---- export
+
+TEST_F(CliDb, ExportsARecordAsASingleVoiceOfItsFamily) {
+    Write("Voices.syx_db", TestCatalogue(Dx7, 3, 3));
+    Write("Voices.srx_db", TestCatalogue(Reface, 3, 3));
+    const std::string dx7 = home.File("out.sy1"), reface = home.File("out.sr1");
+    ExpectOutput({"db", "export", "2", dx7}, "");
+    ExpectOutput({"list", dx7},
+                 "1\tVOICE 02\t" + std::to_string(TestUnpackedVoice()[134] + 1) + "\n");
+    ExpectOutput({"db", "export", "3", reface, "--synth", "reface"}, "");
+    EXPECT_TRUE(Contains(Cli({"list", reface}).output, "1\tREFACE 03\t"));
+    ExpectFailure({"db", "export", "2", reface},
+                  reface + ": the extension of the file to write must be \"sy1\"", 2);
+    ExpectFailure({"db", "export", "0", dx7}, "0: not a place: a number from 1 is", 2);
+    ExpectFailure({"db", "export", "4", dx7},
+                  Catalogue("Voices.syx_db") + ": there is no record 4 among its 3");
+}
+
+TEST_F(CliDb, ExportsNoRecordWithoutAWholeVoice) {
+    TestBytes file = TestCatalogue(Dx7, 4, 4);
+    file[152] = 'x';             // no record
+    file[152 + 446 + 20] = 0xFF; // its voice would end behind it
+    file[152 + 2 * 446 + 20] = 155;
+    file[152 + 3 * 446 + 4] = 'x'; // of another family
+    const std::string path = Write("Voices.syx_db", file);
+    const std::string out = home.WriteText("out.sy1", "former");
+    for (const std::string place : {"1", "2", "3", "4"}) {
+        ExpectFailure({"db", "export", place, out}, path + ": record " + place +
+                                                        " holds no whole voice of the " +
+                                                        SynthDrivers[0]->name);
+    }
+    EXPECT_EQ(ReadTestText(out), "former");
+}
+
+// ---- insert
+
+TEST_F(CliDb, InsertsARecordInThePlaceOfAVoiceOfABank) {
+    Write("Voices.syx_db", TestCatalogue(Dx7, 8, 8));
+    const std::string bank = home.Write("in.syx", TestBank()), out = home.File("out.syx");
+    ExpectOutput({"db", "insert", bank, "3", "8", out}, "");
+    const auto before = Cli({"list", bank}), after = Cli({"list", out});
+    std::string expected = before.output;
+    const auto at = expected.find("3\tVOICE 03\t3\n");
+    ASSERT_NE(at, std::string::npos);
+    expected.replace(at, std::string("3\tVOICE 03\t3\n").size(),
+                     "3\tVOICE 08\t" + std::to_string(TestUnpackedVoice()[134] + 1) + "\n");
+    EXPECT_EQ(after.output, expected);
+    EXPECT_EQ(ReadTestFile(bank), TestBank());
+    EXPECT_EQ(ReadTestFile(Catalogue("Voices.syx_db")), TestCatalogue(Dx7, 8, 8));
+}
+
+TEST_F(CliDb, InsertsFromTheCatalogueOfTheBanksFamily) {
+    Write("Live.srx_db", TestCatalogue(Reface, 2, 2));
+    Write("Live.syx_db", TestCatalogue(Dx7, 2, 2));
+    WriteSettings("DatabaseCurrentName = Live\n");
+    const std::string bank = home.Write("in.srx", TestRefaceBank()), out = home.File("out.srx");
+    ExpectOutput({"db", "insert", bank, "32", "1", out}, "");
+    EXPECT_TRUE(Contains(Cli({"list", out}).output, "\n32\tREFACE 01\t"));
+    fs::remove(out);
+    const std::string other = Catalogue("Live.syx_db");
+    ExpectFailure({"db", "insert", bank, "1", "1", out, "--database", other},
+                  bank + ": a bank of the " + std::string(SynthDrivers[1]->name) + ", and " +
+                      other + " is a catalogue of the " + std::string(SynthDrivers[0]->name));
+    EXPECT_FALSE(fs::exists(out));
+}
+
+TEST_F(CliDb, InsertsNothingWhereThereIsNoPlaceOrNoRecord) {
+    const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
+    const std::string bank = home.Write("in.syx", TestBank());
+    const std::string out = home.WriteText("out.syx", "former");
+    ExpectFailure({"db", "insert", bank, "33", "1", out},
+                  bank + ": there is no place 33 among its 32 voices");
+    ExpectFailure({"db", "insert", bank, "1", "3", out},
+                  path + ": there is no record 3 among its 2");
+    ExpectFailure({"db", "insert", bank, "x", "1", out}, "x: not a place: a number from 1 is", 2);
+    ExpectFailure({"db", "insert", bank, "1", "y", out}, "y: not a place: a number from 1 is", 2);
+    ExpectFailure({"db", "insert", bank, "1", "1", home.File("out.srx")},
+                  home.File("out.srx") + ": the extension of the file to write must be \"syx\"", 2);
+    fs::remove(path);
+    ExpectFailure({"db", "insert", bank, "1", "1", out},
+                  path + ": not readable: No such file or directory");
+    EXPECT_EQ(ReadTestText(out), "former");
+}
+
+// ---- check
+
+TEST_F(CliDb, ChecksASoundCatalogue) {
+    Write("Voices.syx_db", TestCatalogue(Dx7, 3, 3));
+    ExpectOutput({"db", "check"}, "header\tok\ncount\t3\ngood\t3\n");
+    Write("Voices.syx_db", TestCatalogue(Dx7, 0, 0));
+    ExpectOutput({"db", "check"}, "header\tok\ncount\t0\ngood\t0\n");
+}
+
+TEST_F(CliDb, ChecksEachRecordAndSaysWhatIsBadAboutIt) {
+    TestBytes file = TestCatalogue(Dx7, 9, 9);
+    const auto record = [&](std::size_t number) { return &file[152 + (number - 1) * 446]; };
+    record(2)[0] = 'x';
+    record(3)[16] = 0x21; // the voice begins at 289
+    record(4)[20] = 157;
+    record(5)[24] = 1;
+    record(6)[4] = 'x';
+    std::fill_n(record(7) + 28, 65, 'n');
+    std::fill_n(record(8) + 93, 65, 's');
+    record(8)[4] = 'x';
+    file.pop_back();
+    const std::string path = Write("Voices.syx_db", file);
+    const auto result = Cli({"db", "check"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "header\tok\n"
+                             "2\tnot marked as a record\n"
+                             "3\tthe voice has another place or size\n"
+                             "4\tthe voice has another place or size\n"
+                             "5\tthe voice has another place or size\n"
+                             "6\tthe voice is one of another family\n"
+                             "7\tname or source has no end\n"
+                             "8\tthe voice is one of another family; name or source has no end\n"
+                             "9\tcut after 445 of 446 bytes\n"
+                             "count\t9\n"
+                             "good\t1\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": damaged: 8 bad records\n");
+    EXPECT_EQ(ReadTestFile(path), file);
+}
+
+TEST_F(CliDb, ChecksTheCountAgainstTheFile) {
+    std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 3, 0xFFFFFFFF));
+    auto result = Cli({"db", "check"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "header\tok\ncount\t4294967295\tthe file has 3\ngood\t3\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + path + ": damaged: 4294967292 counted records missing\n");
+
+    TestBytes file = TestCatalogue(Dx7, 5, 2);
+    file[152 + 4 * 446] = 'x';
+    path = Write("Voices.syx_db", file);
+    result = Cli({"db", "check"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "header\tok\ncount\t2\nbehind\t2\ngood\t2\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + path +
+                  ": damaged: 2 whole records behind the count, 446 further bytes\n");
+
+    file = TestCatalogue(Dx7, 2, 1);
+    file.resize(152 + 446 + 1);
+    path = Write("Voices.syx_db", file);
+    result = Cli({"db", "check"});
+    EXPECT_EQ(result.output, "header\tok\ncount\t1\ngood\t1\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": damaged: 1 further byte\n");
+}
+
+TEST_F(CliDb, ChecksTheHeader) {
+    const auto expect = [&](const TestBytes &file, const std::string &reason) {
+        const std::string path = Write("Voices.syx_db", file);
+        const auto result = Cli({"db", "check"});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.output, "header\t" + reason + "\n");
+        EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": " + reason + "\n");
+    };
+    TestBytes file = TestCatalogueHeader(Dx7, 0);
+    file.pop_back();
+    expect(file, "not a catalogue: it has 151 bytes, and the header alone has 152");
+    file = TestCatalogueHeader(Dx7, 0);
+    file[7] = 'x';
+    expect(file, "not a catalogue: it begins with other bytes");
+    const std::string dx7(SynthDrivers[0]->name);
+    expect(TestCatalogueHeader(Reface, 0),
+           "not a catalogue of the " + dx7 + ", but of the " + SynthDrivers[1]->name);
+    file = TestCatalogueHeader(Dx7, 0);
+    file[8] = 'x';
+    expect(file, "not a catalogue of the " + dx7 + ", but of an instrument that is not known");
+    fs::remove(Catalogue("Voices.syx_db"));
+    fs::create_directory(Catalogue("Voices.syx_db"));
+    const auto result = Cli({"db", "check"});
+    EXPECT_EQ(result.output, "header\tnot readable: Is a directory\n");
 }
 
 } // namespace

@@ -246,6 +246,26 @@ TEST(Latin1ToUtf8, GivesBytesAbove7FTwoBytes) {
     EXPECT_EQ(Latin1ToUtf8(""), "");
 }
 
+TEST(Utf8ToLatin1, GivesOneByteForEachCharacter) {
+    EXPECT_EQ(Utf8ToLatin1("A\xC3\xA9\xC2\x80\xC3\xBF"), "A\xE9\x80\xFF");
+    EXPECT_EQ(Utf8ToLatin1(""), "");
+    for (int byte = 1; byte < 256; ++byte) {
+        const std::string bytes(1, static_cast<char>(byte));
+        EXPECT_EQ(Utf8ToLatin1(Latin1ToUtf8(bytes)), bytes);
+    }
+}
+
+TEST(Utf8ToLatin1, HasAQuestionMarkForEachCharacterThatLatin1Lacks) {
+    EXPECT_EQ(Utf8ToLatin1("\xC4\x80|\xE2\x82\xAC|\xF0\x9F\x8E\xB9|"), "?|?|?|");
+}
+
+TEST(Utf8ToLatin1, HasAQuestionMarkForEachByteThatBelongsToNone) {
+    EXPECT_EQ(Utf8ToLatin1("\xE9t\xE9"), "?t?");               // Latin-1 already
+    EXPECT_EQ(Utf8ToLatin1("\xC3"), "?");                      // cut
+    EXPECT_EQ(Utf8ToLatin1("\x80\x80"), "??");                 // without a first one
+    EXPECT_EQ(Utf8ToLatin1("\xE2\x82|\xF0\x9F\x8E|"), "?|?|"); // cut in between
+}
+
 TEST(FileNameOfVoice, ReplacesWhatAFileNameCannotHold) {
     EXPECT_EQ(FileNameOfVoice("A/B\\C:D*E?F\"G<H>I|J"), "A_B_C_D_E_F_G_H_I_J");
     EXPECT_EQ(FileNameOfVoice(std::string_view("A\0B\x1F\x7F", 5)), "A_B__");

@@ -1,0 +1,39 @@
+// Looks a catalogue through for faults.
+#include "database/database_check.h"
+
+#include "database/record_reader.h"
+
+namespace tonewright {
+
+bool IsSound(const DatabaseReport &report) {
+    return report.present == report.counted && report.faulty == 0 && report.uncounted == 0 &&
+           report.rest == 0;
+}
+
+bool CheckDatabase(
+    DatabaseHandle &database, DatabaseReport &report,
+    const std::function<void(std::uint32_t index, unsigned faults, std::size_t size)> &tell) {
+    constexpr unsigned NotLoaded = RecordIsShort | RecordHasNoMagic;
+    const DatabaseFamily &family = *database.family;
+    report = {.counted = DatabaseCount(database), .present = RecordsToLoad(database)};
+    return ReadRecords(database, 0, RecordsInReach(database),
+                       [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
+                           const unsigned faults = RecordFaultsOf(family, bytes);
+                           if (index >= report.present) {
+                               if (faults & NotLoaded) {
+                                   report.rest += bytes.size();
+                               } else {
+                                   ++report.uncounted;
+                               }
+                               return true;
+                           }
+                           report.loaded += (faults & NotLoaded) == 0;
+                           if (faults != 0) {
+                               ++report.faulty;
+                               tell(index, faults, bytes.size());
+                           }
+                           return true;
+                       });
+}
+
+} // namespace tonewright
