@@ -5,12 +5,13 @@
 #include "common/platform.h"
 #include "common/settings.h"
 #include "core/dispatch.h"
-#include "database/database_file.h"
+#include "database/database_check.h"
 #include "database/record_list.h"
 #include "support/fuzz_support.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
 using namespace tonewright;
 
@@ -25,15 +26,42 @@ std::string CataloguePath(const SynthDriver &family) {
     return family.DatabasePath();
 }
 
+// What the check says of a file; nothing when it does not open. It changes no byte.
+std::optional<DatabaseReport> Check(const SynthDriver &family, const std::string &path) {
+    const auto before = FuzzRead(path);
+    const auto database = family.DatabaseOpen(path.c_str(), DatabaseRead);
+    if (!database) {
+        return std::nullopt;
+    }
+    DatabaseReport report;
+    std::uint32_t told = 0;
+    const bool isRead =
+        CheckDatabase(*database, report, [&](std::uint32_t index, unsigned faults, std::size_t) {
+            ++told;
+            Demand(faults != 0 && index < report.present, "a counted record is told of");
+        });
+    Demand(isRead, "a file can be read to its end");
+    Demand(told == report.faulty, "each bad record is told of once");
+    Demand(report.present - report.faulty <= report.loaded && report.loaded <= report.present &&
+               report.present <= report.counted,
+           "the numbers fit each other");
+    Demand(FuzzRead(path) == before, "a check changes nothing");
+    return report;
+}
+
 void LoadAndStore(int index, const SynthDriver &family, std::span<const std::uint8_t> input) {
     const std::string path = CataloguePath(family);
     std::filesystem::rename(FuzzFile("catalogue", input), path);
+    const auto report = Check(family, path);
     RecordList list;
     list.sorted = false;
     if (!DatabaseLoadList(index, list)) {
         Demand(FuzzRead(path).size() == input.size(), "what is no catalogue stays");
+        Demand(!report, "and is none for the check");
         return;
     }
+    Demand(report && report->loaded == static_cast<std::uint32_t>(ListCount(list)),
+           "the check takes what a load takes");
     Demand(!RecordListFault(list), "the list is sound");
     std::vector<std::uint8_t> records;
     for (const DatabaseRecord &record : list.items) {
@@ -46,6 +74,10 @@ void LoadAndStore(int index, const SynthDriver &family, std::span<const std::uin
     const auto stored = FuzzRead(path);
     Demand(std::equal(stored.begin() + RecordsAt, stored.end(), records.begin(), records.end()),
            "byte for byte");
+    const auto again = Check(family, path);
+    Demand(again && again->loaded == list.items.size() && again->loaded == again->counted &&
+               again->rest == 0 && again->uncounted == 0,
+           "what was stored is what its header counts");
 }
 
 void Add(const SynthDriver &family, std::span<const std::uint8_t> input) {
