@@ -25,6 +25,10 @@ QColor SystemColourOf(SystemColour colour) {
         return palette.color(QPalette::Active, QPalette::Highlight);
     case SystemColour::HighlightText:
         return palette.color(QPalette::Active, QPalette::HighlightedText);
+    case SystemColour::Info:
+        return palette.color(QPalette::Active, QPalette::ToolTipBase);
+    case SystemColour::InfoText:
+        return palette.color(QPalette::Active, QPalette::ToolTipText);
     case SystemColour::GrayText:
         return palette.color(QPalette::Disabled, QPalette::Text);
     case SystemColour::Menu:

@@ -15,6 +15,8 @@ enum class SystemColour {
     AppWorkspace,
     Highlight,
     HighlightText,
+    Info,
+    InfoText,
     GrayText,
     Menu,
     MenuText,

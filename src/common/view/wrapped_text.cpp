@@ -39,6 +39,23 @@ double LayOut(QTextLayout &layout, const QString &text, const QFont &font, int w
 
 } // namespace
 
+QSize TextSize(const QString &text, const QFont &font) {
+    QTextLayout layout;
+    const double height = LayOut(layout, text, font, QWIDGETSIZE_MAX, Qt::AlignLeft);
+    double width = 0;
+    for (int line = 0; line < layout.lineCount(); ++line) {
+        width = std::max(width, layout.lineAt(line).horizontalAdvance());
+    }
+    return {qRound(width), static_cast<int>(height)};
+}
+
+void DrawWrappedText(QPainter &painter, const QRect &box, const QString &text,
+                     Qt::Alignment alignment) {
+    QTextLayout layout;
+    LayOut(layout, text, painter.font(), std::max(1, box.width()), alignment);
+    layout.draw(&painter, box.topLeft());
+}
+
 WrappedText::WrappedText(QWidget *parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
@@ -55,13 +72,10 @@ int WrappedText::heightForWidth(int width) const {
 }
 
 void WrappedText::paintEvent(QPaintEvent *) {
-    const QRect area = contentsRect();
-    QTextLayout layout;
-    LayOut(layout, text(), font(), std::max(1, area.width()), alignment());
     QPainter painter(this);
     painter.setPen(
         palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
-    layout.draw(&painter, area.topLeft());
+    DrawWrappedText(painter, contentsRect(), text(), alignment());
 }
 
 } // namespace tonewright

@@ -4,7 +4,16 @@
 
 #include <QLabel>
 
+class QPainter;
+
 namespace tonewright {
+
+// Size in pixels of a text that breaks at its own line breaks only.
+QSize TextSize(const QString &text, const QFont &font);
+
+// Writes a text into a box from its top, in the painter's font and pen. Nothing is clipped.
+void DrawWrappedText(QPainter &painter, const QRect &box, const QString &text,
+                     Qt::Alignment alignment = Qt::AlignLeft);
 
 class WrappedText : public QLabel {
 public:
