@@ -114,20 +114,18 @@ int ReadMidiFile(const CliCall &call, const char *path, MidiFile &file) {
 // Whether the rows `first` to `last` can be sent; else tells why not. A message with bytes that
 // none can carry would be broken off there and arrive nowhere.
 bool CanBeSent(const char *path, const VoiceFileFormat &format, int first, int last) {
-    std::string places;
     for (int row = first; row <= last; ++row) {
-        const VoiceObject *voice = ListVoice(MainList, row);
         if (CarefulRefusesVoice(row, path, "not sent")) {
             return false;
         }
-        if (!format.canBeSent(voice)) {
+        if (!format.canBeSent(ListVoice(MainList, row))) {
             TellError(path, FormatText("place %d holds no whole voice", row + 1));
             return false;
         }
-        if (format.fitsAMessage && !format.fitsAMessage(voice)) {
-            places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
-        }
     }
+    const std::string places = PlacesOf(first, last, [&](int row) {
+        return format.fitsAMessage && !format.fitsAMessage(ListVoice(MainList, row));
+    });
     if (!places.empty()) {
         TellError(path, "not sent, since a message cannot carry bytes above 7F, which are in the "
                         "voices at these places: " +

@@ -37,14 +37,19 @@ BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family,
     return {};
 }
 
-std::string PlacesNotReceived(const VoiceList &list, const VoiceFileFormat &format) {
+std::string PlacesOf(int first, int last, const std::function<bool(int row)> &isMeant) {
     std::string places;
-    for (int row = 0; row < ListCount(list); ++row) {
-        if (!format.cameWhole(ListVoice(list, row))) {
+    for (int row = first; row <= last; ++row) {
+        if (isMeant(row)) {
             places += (places.empty() ? "" : ", ") + std::to_string(row + 1);
         }
     }
     return places;
+}
+
+std::string PlacesNotReceived(const VoiceList &list, const VoiceFileFormat &format) {
+    return PlacesOf(0, ListCount(list) - 1,
+                    [&](int row) { return !format.cameWhole(ListVoice(list, row)); });
 }
 
 } // namespace tonewright

@@ -3,6 +3,7 @@
 
 #include "core/synth_driver.h"
 
+#include <functional>
 #include <string>
 
 namespace tonewright {
@@ -28,8 +29,10 @@ struct BankFault {
 BankFault BankFaultOf(const VoiceList &list, const SynthDriver &family,
                       VoiceFault (*faultOf)(const VoiceObject *voice, const SynthDriver &family));
 
-// The places (from 1) of voices that did not come whole in a download into the list: "3, 7"; empty
-// when all did. Of a format that knows what came whole.
+// The places (from 1) of those rows from `first` to `last` that are meant: "1, 4, 9".
+std::string PlacesOf(int first, int last, const std::function<bool(int row)> &isMeant);
+// The places of voices that did not come whole in a download into the list: empty when
+// all did. Of a format that knows what came whole.
 std::string PlacesNotReceived(const VoiceList &list, const VoiceFileFormat &format);
 
 } // namespace tonewright
