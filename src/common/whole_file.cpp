@@ -40,11 +40,7 @@ fs::file_type TypeOf(const std::string &path) {
     return fs::symlink_status(PathOf(path), ignored).type();
 }
 
-// Writes all bytes of a file, from where it stands; `written` grows with them. False, with the
-// reason in errno, when they are not all there.
-using Put = std::function<bool(std::FILE *file, std::size_t &written)>;
-
-Put PutBytes(Bytes bytes) {
+WriteBytes PutBytes(Bytes bytes) {
     return [bytes](std::FILE *file, std::size_t &written) {
         written = bytes.size();
         return bytes.empty() || std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
@@ -52,7 +48,7 @@ Put PutBytes(Bytes bytes) {
 }
 
 // In pieces, since a file may be longer than memory.
-Put PutCopyOf(std::FILE *source) {
+WriteBytes PutCopyOf(std::FILE *source) {
     return [source](std::FILE *file, std::size_t &written) {
         std::vector<std::uint8_t> piece(64 * 1024);
         if (std::fseek(source, 0, SEEK_SET) != 0) {
@@ -69,7 +65,7 @@ Put PutCopyOf(std::FILE *source) {
 }
 
 // From the start of the file to the disk, and nothing behind it.
-bool PutAll(std::FILE *file, const Put &put) {
+bool PutAll(std::FILE *file, const WriteBytes &put) {
     std::size_t size = 0;
     return std::fseek(file, 0, SEEK_SET) == 0 && put(file, size) && SetFileSize(file, size) &&
            FlushToDisk(file);
@@ -87,7 +83,7 @@ bool PutBack(std::FILE *file, const std::vector<std::uint8_t> &former) {
 
 constexpr std::size_t InPlaceLimit = 64 * 1024 * 1024; // bytes of the former file, kept in memory
 
-bool WriteInPlace(const std::string &path, const Put &put, const BeforeReplacing &before) {
+bool WriteInPlace(const std::string &path, const WriteBytes &put, const BeforeReplacing &before) {
     const FilePointer file = OpenFile(path.c_str(), "r+b");
     if (!file) {
         return false;
@@ -162,7 +158,7 @@ void RemoveLeftBeside(const fs::path &folder, std::string_view start) {
 }
 
 // Brings a file beside `path` to the disk; its path, or nothing, with the reason in errno.
-std::optional<std::string> WriteBeside(const std::string &path, const Put &put,
+std::optional<std::string> WriteBeside(const std::string &path, const WriteBytes &put,
                                        const std::string &model, NewFileUsers users) {
     const fs::path folder = PathOf(path).parent_path();
     const std::string start = StartBeside(PathOf(path));
@@ -187,8 +183,8 @@ std::optional<std::string> WriteBeside(const std::string &path, const Put &put,
 }
 
 // `path` is no link that is to be followed; `model` tells which users may use the new file.
-bool Replace(const std::string &path, const Put &put, const std::string &model, NewFileUsers users,
-             const BeforeReplacing &before) {
+bool Replace(const std::string &path, const WriteBytes &put, const std::string &model,
+             NewFileUsers users, const BeforeReplacing &before) {
     if (PathOf(path).filename().empty()) {
         return FailFor(ENOENT);
     }
@@ -222,7 +218,7 @@ std::optional<fs::path> BehindLinks(fs::path path) {
     return std::nullopt;
 }
 
-bool WriteFileWhole(const char *path, Bytes bytes, const BeforeReplacing &before) {
+bool WriteFileWhole(const char *path, const WriteBytes &write, const BeforeReplacing &before) {
     const auto target = BehindLinks(PathOf(path));
     if (!target) {
         return FailFor(ELOOP);
@@ -232,9 +228,13 @@ bool WriteFileWhole(const char *path, Bytes bytes, const BeforeReplacing &before
         return false; // read-only, or no regular file
     }
     if (IsMoreThanItsName(file.c_str())) {
-        return WriteInPlace(file, PutBytes(bytes), before);
+        return WriteInPlace(file, write, before);
     }
-    return Replace(file, PutBytes(bytes), file, NewFileUsers::AsModel, before);
+    return Replace(file, write, file, NewFileUsers::AsModel, before);
+}
+
+bool WriteFileWhole(const char *path, Bytes bytes, const BeforeReplacing &before) {
+    return WriteFileWhole(path, PutBytes(bytes), before);
 }
 
 bool WriteFileWhole(const char *path, std::string_view text, const BeforeReplacing &before) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -36,6 +37,12 @@ using BeforeReplacing = std::function<void(Replacing)>;
 bool WriteFileWhole(const char *path, std::span<const std::uint8_t> bytes,
                     const BeforeReplacing &before = {});
 bool WriteFileWhole(const char *path, std::string_view text, const BeforeReplacing &before = {});
+
+// Writes all bytes of a file, from where it stands; `written` grows with them. False, with the
+// reason in errno, when they are not all there. It may be called a second time, for another file.
+using WriteBytes = std::function<bool(std::FILE *file, std::size_t &written)>;
+// The same with bytes of any length, which need not be in memory at one time.
+bool WriteFileWhole(const char *path, const WriteBytes &write, const BeforeReplacing &before = {});
 
 // The same with the bytes of another file, of any length, and for the users of that one as far as
 // the system lets their files be made. A `to` that is a link, or has other names, becomes a file of

@@ -62,7 +62,8 @@ struct FoundSynth {
     std::uint32_t firmware = 0;   // as SynthFirmware; a search that does not ask for it leaves it
 };
 
-struct DatabaseHandle; // database/
+struct DatabaseFamily; // database/
+struct DatabaseHandle;
 struct DatabaseRecord;
 
 // Selectors of DatabaseInfo.
@@ -179,10 +180,13 @@ struct SynthDriver {
     std::vector<std::uint8_t> (*MakeUndoLevel)(QWidget *window, const VoiceList &list) = nullptr;
     // The catalogue: files of records of one family, each of which keeps a voice of a bank with its
     // name, the document that it comes from and its row there. Record indices count from 0.
+    // What they are like; null where there are none.
+    const DatabaseFamily *database = nullptr;
     // Adds the voice to the catalogue at DatabasePath, behind the last record. `name`: null for the
     // name that the voice has; `index`: its row in the document, from 0. 1 also when the settings
-    // want no duplicates and the voice is there already. 0 when the voice is none, or the file
-    // cannot be opened as a catalogue of the family or not be written; that file is then deleted.
+    // want no duplicates and the voice is there already. 0, the reason in errno, when the voice is
+    // none, or the file cannot be opened as a catalogue of the family (EINVAL) or not be written;
+    // that file is then deleted, but in careful mode, where it stays as it was.
     int (*DatabaseAddVoice)(QWidget *window, const VoiceObject &voice, const char *name,
                             const char *sourceDocument, int index) = nullptr;
     // `mode`, tested in this order: bits 0 and 1 open for reading and writing a file that is made

@@ -4,6 +4,7 @@
 #include "common/file_bytes.h"
 #include "common/settings.h"
 #include "core/current.h"
+#include "core/document_file.h"
 #include "database/database_names.h"
 
 #include <algorithm>
@@ -25,6 +26,7 @@ constexpr std::size_t RecordCount = 20;
 
 // The header and the records that a new one is compared with are read in one piece.
 constexpr std::size_t StreamBuffer = 16 * 1024; // bytes
+constexpr std::size_t WritePiece = 64 * 1024;   // about so many bytes of records at a time
 
 std::uint32_t Now() {
     return static_cast<std::uint32_t>(std::time(nullptr));
@@ -76,8 +78,16 @@ bool WriteAt(DatabaseHandle &database, std::uint64_t place, std::span<const std:
     return isWritten;
 }
 
-std::uint64_t PlaceOf(const DatabaseHandle &database, std::uint64_t index) {
-    return DatabaseHeaderSize + index * DatabaseRecordSize(*database.family);
+std::uint64_t PlaceOf(const DatabaseFamily &family, std::uint64_t index) {
+    return DatabaseHeaderSize + index * DatabaseRecordSize(family);
+}
+
+// Bytes of the file.
+std::uint64_t SizeOf(DatabaseHandle &database) {
+    std::FILE *file = database.file.get();
+    database.last = DatabaseHandle::Last::Other;
+    const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
+    return static_cast<std::uint64_t>(std::max(size, 0L));
 }
 
 std::shared_ptr<DatabaseHandle> OpenStream(const DatabaseFamily &family, const char *path,
@@ -93,6 +103,22 @@ std::shared_ptr<DatabaseHandle> OpenStream(const DatabaseFamily &family, const c
     return database;
 }
 
+std::array<std::uint8_t, DatabaseHeaderSize> NewHeader(const DatabaseFamily &family,
+                                                       std::uint32_t count) {
+    std::array<std::uint8_t, DatabaseHeaderSize> header = {};
+    std::ranges::copy(Magic, header.begin());
+    WriteLittle32(header, Driver, family.id);
+    const std::uint32_t now = Now();
+    WriteLittle32(header, Created, now);
+    WriteLittle32(header, Modified, now);
+    WriteLittle32(header, RecordCount, count);
+    return header;
+}
+
+bool IsRecordOf(const DatabaseFamily &family, const DatabaseRecord &record) {
+    return record.bytes.size() == DatabaseRecordSize(family) && IsDatabaseRecord(record.bytes);
+}
+
 // Makes a file with nothing but a header, where there is none. Null, with the reason in errno, when
 // there is one, and when it could not be made whole.
 std::shared_ptr<DatabaseHandle> CreateDatabase(const DatabaseFamily &family, const char *path) {
@@ -104,11 +130,7 @@ std::shared_ptr<DatabaseHandle> CreateDatabase(const DatabaseFamily &family, con
     if (!database) {
         return nullptr;
     }
-    std::ranges::copy(Magic, database->header.begin());
-    WriteLittle32(database->header, Driver, family.id);
-    const std::uint32_t now = Now();
-    WriteLittle32(database->header, Created, now);
-    WriteLittle32(database->header, Modified, now);
+    database->header = NewHeader(family, 0);
     return WriteAt(*database, 0, database->header) ? database : nullptr;
 }
 
@@ -137,6 +159,44 @@ std::shared_ptr<DatabaseHandle> StreamOf(const DatabaseFamily &family, const cha
 // Whether the file is none of ours to delete: it is there and may not be opened.
 bool IsForbidden(int reason) {
     return reason == EACCES || reason == EPERM || reason == EROFS;
+}
+
+void WriteBack(std::FILE *file, std::uint64_t place, std::span<const std::uint8_t> bytes) {
+    if (std::fseek(file, static_cast<long>(place), SEEK_SET) == 0) {
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
+    }
+}
+
+// Careful mode: what an add writes over, as it was before.
+struct BeforeAdd {
+    bool wasThere = false;
+    std::array<std::uint8_t, DatabaseHeaderSize> header = {};
+    std::uint64_t size = 0;              // of the file
+    std::uint64_t place = 0;             // of the new record
+    std::vector<std::uint8_t> uncounted; // bytes that stood there already
+};
+
+void LookBeforeAdd(BeforeAdd &before, DatabaseHandle &database) {
+    before.header = database.header;
+    before.size = SizeOf(database);
+    before.place = PlaceOf(*database.family, DatabaseCount(database));
+    if (MoveTo(database, before.place, DatabaseHandle::Last::Read)) {
+        before.uncounted = ReadBytesOf(database.file.get(), DatabaseRecordSize(*database.family));
+        database.last = DatabaseHandle::Last::Other;
+    }
+}
+
+// The file has been closed.
+void PutBackAfterAdd(const std::string &path, const BeforeAdd &before) {
+    const int reason = errno;
+    if (!before.wasThere) {
+        DeleteWrittenFile(path.c_str());
+    } else if (const FilePointer file = OpenFile(path.c_str(), "r+b")) {
+        SetFileSize(file.get(), before.size); // which makes room
+        WriteBack(file.get(), before.place, before.uncounted);
+        WriteBack(file.get(), 0, before.header);
+    }
+    errno = reason;
 }
 
 // The field of a voice that holds its name; empty for no voice of the family.
@@ -194,13 +254,10 @@ std::uint32_t DatabaseCount(const DatabaseHandle &database) {
 }
 
 std::uint64_t RecordsThatBegin(DatabaseHandle &database) {
-    std::FILE *file = database.file.get();
-    database.last = DatabaseHandle::Last::Other;
-    const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
+    const std::uint64_t size = SizeOf(database);
     const std::uint64_t recordSize = DatabaseRecordSize(*database.family);
-    const auto bytes = static_cast<std::uint64_t>(std::max(size, 0L));
-    return bytes <= DatabaseHeaderSize ? 0
-                                       : (bytes - DatabaseHeaderSize + recordSize - 1) / recordSize;
+    return size <= DatabaseHeaderSize ? 0
+                                      : (size - DatabaseHeaderSize + recordSize - 1) / recordSize;
 }
 
 std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const char *path,
@@ -227,7 +284,8 @@ int CloseDatabase(std::shared_ptr<DatabaseHandle> database) {
 int ReadDatabaseRecord(DatabaseHandle &database, std::uint32_t index, DatabaseRecord &record) {
     DatabaseRecord read;
     read.bytes.resize(DatabaseRecordSize(*database.family));
-    if (!ReadAt(database, PlaceOf(database, index), read.bytes) || !IsDatabaseRecord(read.bytes)) {
+    if (!ReadAt(database, PlaceOf(*database.family, index), read.bytes) ||
+        !IsDatabaseRecord(read.bytes)) {
         return 0;
     }
     record = std::move(read);
@@ -236,14 +294,41 @@ int ReadDatabaseRecord(DatabaseHandle &database, std::uint32_t index, DatabaseRe
 
 int WriteDatabaseRecord(DatabaseHandle &database, std::uint32_t index,
                         const DatabaseRecord &record) {
-    const std::uint64_t place = PlaceOf(database, index);
+    const std::uint64_t place = PlaceOf(*database.family, index);
     if (place > INT32_MAX) {
         errno = EFBIG;
         return 0;
     }
     WriteLittle32(database.header, RecordCount, std::max(DatabaseCount(database), index + 1));
-    return record.bytes.size() == DatabaseRecordSize(*database.family) &&
-           IsDatabaseRecord(record.bytes) && WriteAt(database, place, record.bytes);
+    return IsRecordOf(*database.family, record) && WriteAt(database, place, record.bytes);
+}
+
+bool WriteDatabase(const DatabaseFamily &family, std::span<const DatabaseRecord> records,
+                   std::FILE *file, std::size_t &written) {
+    if (!records.empty() && PlaceOf(family, records.size() - 1) > INT32_MAX) {
+        errno = EFBIG;
+        return false;
+    }
+    const auto header = NewHeader(family, static_cast<std::uint32_t>(records.size()));
+    std::vector<std::uint8_t> piece(header.begin(), header.end());
+    written = 0;
+    const auto put = [&] {
+        written += piece.size();
+        const bool isPut = std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
+        piece.clear();
+        return isPut;
+    };
+    for (const DatabaseRecord &record : records) {
+        if (!IsRecordOf(family, record)) {
+            errno = EINVAL;
+            return false;
+        }
+        if (piece.size() >= WritePiece && !put()) {
+            return false;
+        }
+        piece.insert(piece.end(), record.bytes.begin(), record.bytes.end());
+    }
+    return put();
 }
 
 std::string DatabasePathOf(const DatabaseFamily &family) {
@@ -268,9 +353,12 @@ DatabaseInfoResult DatabaseInfoOf(const DatabaseFamily &family, int selector) {
 int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const char *name,
                   const char *source, int position) {
     const std::string path = DatabasePathOf(family);
+    const bool keeps = KeepsFormerDocuments();
+    BeforeAdd before;
+    before.wasThere = FileExists(path.c_str());
     auto database = OpenDatabase(family, path.c_str(), DatabaseUpdate);
     if (!database) {
-        if (!IsForbidden(errno)) {
+        if (keeps ? !before.wasThere : !IsForbidden(errno)) {
             DeleteWrittenFile(path.c_str());
         }
         return 0;
@@ -281,12 +369,22 @@ int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const 
         CloseDatabase(std::move(database));
         return 1;
     }
-    const bool isAdded =
-        isVoice && WriteDatabaseRecord(*database, DatabaseCount(*database), record);
-    if (CloseDatabase(std::move(database)) && isAdded) {
+    if (keeps) {
+        LookBeforeAdd(before, *database);
+    }
+    errno = EINVAL;
+    if (isVoice && WriteDatabaseRecord(*database, DatabaseCount(*database), record) &&
+        CloseDatabase(std::move(database))) {
         return 1;
     }
-    DeleteWrittenFile(path.c_str());
+    const int reason = errno;
+    database.reset(); // closes the file
+    errno = reason;
+    if (keeps) {
+        PutBackAfterAdd(path, before);
+    } else {
+        DeleteWrittenFile(path.c_str());
+    }
     return 0;
 }
 

@@ -67,6 +67,12 @@ int ReadDatabaseRecord(DatabaseHandle &database, std::uint32_t index, DatabaseRe
 int WriteDatabaseRecord(DatabaseHandle &database, std::uint32_t index,
                         const DatabaseRecord &record);
 
+// Writes a new catalogue of these records, from where the file stands; `written` becomes its bytes.
+// False, with the reason in errno, when not all is there; EINVAL for what is no record of the
+// family, EFBIG for more than a catalogue can hold.
+bool WriteDatabase(const DatabaseFamily &family, std::span<const DatabaseRecord> records,
+                   std::FILE *file, std::size_t &written);
+
 // The path of the family's catalogue that the settings name, cut at 260 bytes; "Voices.syx_db" in
 // the user's documents.
 std::string DatabasePathOf(const DatabaseFamily &family);
@@ -78,7 +84,8 @@ DatabaseInfoResult DatabaseInfoOf(const DatabaseFamily &family, int selector);
 //
 // A failure costs the catalogue: 0, and the file deleted, for a file that is none of the family's,
 // a voice that is none, and a write that falls short. What is no regular file stays, and so does
-// one that may not be opened.
+// one that may not be opened. In careful mode the file is then as it was, or there is none again.
+// errno tells why; EINVAL for what is none.
 int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const char *name,
                   const char *source, int position);
 

@@ -2,6 +2,7 @@
 #include "database/record_list.h"
 
 #include "common/settings.h"
+#include "common/whole_file.h"
 #include "core/dispatch.h"
 #include "core/document_file.h"
 #include "database/database_file.h"
@@ -27,9 +28,16 @@ bool HaveSameFields(const DatabaseRecord &one, const DatabaseRecord &other) {
 const SynthDriver *RowWithCatalogue(int driverIndex) {
     const SynthDriver *row = DriverOfId(DriverIdAt(driverIndex));
     return row && row->DatabaseOpen && row->DatabaseClose && row->DatabaseReadRecord &&
-                   row->DatabaseWriteRecord && row->DatabasePath && row->DatabaseInfo
+                   row->DatabaseWriteRecord && row->DatabasePath && row->DatabaseInfo &&
+                   row->database
                ? row
                : nullptr;
+}
+
+// Whether what a store replaces is a catalogue of the family, or nothing; errno tells why not.
+bool IsCatalogueOrNothing(const SynthDriver &row) {
+    const char *path = row.DatabasePath();
+    return !FileExists(path) || row.DatabaseOpen(path, DatabaseRead);
 }
 
 // Whether the store may go on.
@@ -136,8 +144,14 @@ int DatabaseLoadList(int driverIndex, RecordList &list) {
 
 int DatabaseStoreList(QWidget *window, const RecordList &list, int driverIndex) {
     const SynthDriver *row = RowWithCatalogue(driverIndex);
-    if (!row || !KeepBackup(window, *row)) {
+    const bool keeps = KeepsFormerDocuments();
+    if (!row || (keeps && !IsCatalogueOrNothing(*row)) || !KeepBackup(window, *row)) {
         return 0;
+    }
+    if (keeps) {
+        return WriteFileWhole(row->DatabasePath(), [&](std::FILE *file, std::size_t &written) {
+            return WriteDatabase(*row->database, list.items, file, written);
+        });
     }
     auto database = row->DatabaseOpen(row->DatabasePath(), DatabaseReplace);
     if (!database) {

@@ -51,7 +51,9 @@ int DatabaseLoadList(int driverIndex, RecordList &list);
 // Writes the records, in their order, as the current catalogue, after a backup of the former file
 // where the settings ask for it; asks whether to go on without a backup that failed. 0 when there
 // is no such row, the answer was not Yes, and when not all of it could be written: the catalogue
-// then ends with the record that fell short, and the backup is what is left of the former one.
+// then ends with the record that fell short, and the backup is what is left of the former one. In
+// careful mode the former one is left in each case, also when the file is no catalogue of the
+// family, and errno tells why.
 int DatabaseStoreList(QWidget *window, const RecordList &list, int driverIndex);
 
 } // namespace tonewright

@@ -42,6 +42,7 @@ extern constinit const SynthDriver Dx7Driver = {
     .VoiceAlgorithm = Dx7VoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(Dx7PrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
+    .database = &Dx7Database,
     .DatabaseAddVoice = DatabaseSlots<Dx7Database>::AddVoice,
     .DatabaseOpen = DatabaseSlots<Dx7Database>::Open,
     .DatabaseClose = CloseDatabase,

@@ -44,6 +44,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
     .MakeUndoLevel = MakeUndoLevel,
+    .database = &RefaceDatabase,
     .DatabaseAddVoice = DatabaseSlots<RefaceDatabase>::AddVoice,
     .DatabaseOpen = DatabaseSlots<RefaceDatabase>::Open,
     .DatabaseClose = CloseDatabase,
