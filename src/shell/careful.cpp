@@ -10,6 +10,7 @@
 #include "core/dispatch.h"
 #include "core/voice_fault.h"
 #include "core/voice_file_reader.h"
+#include "database/database_record.h"
 #include "midi/transport.h"
 #include "shell/command_state.h"
 #include "shell/list_origin.h"
@@ -17,6 +18,7 @@
 #include "shell/shell_window.h"
 #include "shell/undo.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <initializer_list>
@@ -64,6 +66,10 @@ enum Text : unsigned {
     SelectionEmptiesList = 20035,
     NotKeptByFiles = 20040,
     NoBankExtension = 20041,
+    NoDatabase = 20046,
+    NotAdded = 20047,
+    NotForDatabase = 20048,
+    DatabaseUnchanged = 20049,
 };
 
 bool IsOn() {
@@ -280,6 +286,19 @@ std::optional<Text> LossOfFile(const std::string &path) {
 
 // ---- messages
 
+// Why the voice itself could not be added; empty when it could.
+std::string FaultForDatabase(int row) {
+    const SynthDriver *family = CurrentDriver();
+    const VoiceObject *voice = ListVoice(MainList, row);
+    if (family && VoiceFaultOf(voice, *family) == VoiceFault::OtherFamily) {
+        return TextOf(NotOneOfItsVoices, {std::to_string(row + 1), family->name});
+    }
+    const std::string fault = FaultForCurrentFamily(row, VoiceFaultOf);
+    return fault.empty() && !(family->database && FitsDatabase(*family->database, *voice))
+               ? TextOf(NotForDatabase, {std::to_string(row + 1), family->name})
+               : fault;
+}
+
 std::string ReasonOfReading(const std::string &path, const VoiceFileFormat *format) {
     return IsPath(path) ? ReasonNotOpened(path.c_str(), format) : std::strerror(ENAMETOOLONG);
 }
@@ -353,6 +372,10 @@ bool CarefulRefusesToUpload(QWidget *window, int row) {
 
 bool CarefulRefusesToExport(QWidget *window, int row) {
     return IsOn() && Refuses(window, FaultForCurrentFamily(row, FileFaultOf), NothingSaved);
+}
+
+bool CarefulRefusesToAdd(int row) {
+    return IsOn() && !FaultForDatabase(row).empty();
 }
 
 SaveWay CarefulSaveWay(QWidget *window) {
@@ -489,6 +512,42 @@ std::string CarefulWriteFailure(std::string told, const std::string &path, int r
     }
     return WithReason(std::move(told), path,
                       reason == ECANCELED ? TextOf(NoBackupWanted) : std::strerror(reason));
+}
+
+std::string CarefulAddFailure(std::string told, std::span<const FailedAdd> failed, bool ofAll) {
+    if (!IsOn()) {
+        return told;
+    }
+    const int count = ListCount(MainList);
+    if (ofAll) {
+        const std::string places = PlacesOf(0, count - 1, [&](int row) {
+            return std::ranges::find(failed, row, &FailedAdd::row) != failed.end();
+        });
+        told = Paragraphs(std::move(told), TextOf(NotAdded, {std::to_string(failed.size()),
+                                                             std::to_string(count), places}));
+    }
+    // The first fault of a voice, and the first one of the file.
+    std::string fault, fileFault;
+    for (const FailedAdd &add : failed) {
+        const std::string ofVoice = FaultForDatabase(add.row);
+        if (fault.empty()) {
+            fault = ofVoice;
+        }
+        if (ofVoice.empty() && fileFault.empty()) {
+            const SynthDriver &family = *CurrentDriver();
+            fileFault = std::string(family.DatabasePath()) + ": " +
+                        (add.reason == EINVAL ? TextOf(NoDatabase, {family.name})
+                                              : std::strerror(add.reason)) +
+                        ".";
+        }
+    }
+    for (const std::string &part : {fault, fileFault}) {
+        if (!part.empty()) {
+            told = Paragraphs(std::move(told), part);
+        }
+    }
+    const bool isUnchanged = !ofAll || static_cast<int>(failed.size()) == count;
+    return isUnchanged ? Paragraphs(std::move(told), TextOf(DatabaseUnchanged)) : told;
 }
 
 std::string CarefulUploadFailure(std::string told) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 class QWidget;
@@ -20,6 +21,9 @@ bool CarefulRefusesToSave(QWidget *window);
 bool CarefulRefusesToUpload(QWidget *window, int row);
 // Export: the same of the one voice that is to be written.
 bool CarefulRefusesToExport(QWidget *window, int row);
+
+// Add to the catalogue: the same of the voice in a row, without a message.
+bool CarefulRefusesToAdd(int row);
 
 enum class SaveWay {
     Replace, // write to the document's path, as ever
@@ -74,5 +78,13 @@ std::string CarefulWriteFailure(std::string told, const std::string &path, int r
 // With the reason why a transfer with the current instrument did not begin. Nothing was told of the
 // upload of a whole bank, of which `told` is empty: then there is no message without careful mode.
 std::string CarefulUploadFailure(std::string told);
+
+// A voice that was not added to the catalogue.
+struct FailedAdd {
+    int row;
+    int reason; // errno as the adding left it; of no account where the voice itself is at fault
+};
+// Why they were not, and what has become of the others when the whole list was to be added.
+std::string CarefulAddFailure(std::string told, std::span<const FailedAdd> failed, bool ofAll);
 
 } // namespace tonewright

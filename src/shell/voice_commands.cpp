@@ -7,6 +7,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "database/add_voice.h"
 #include "midi/midi_api.h"
 #include "shell/careful.h"
 #include "shell/command_state.h"
@@ -170,6 +171,32 @@ int RunUploadVoice() {
 int RunAudition() {
     const int row = ListIndexForCommand();
     return row != NoRow && TheShellWindow.ShowAuditionBox ? TheShellWindow.ShowAuditionBox(row) : 0;
+}
+
+int RunAddToDatabase() {
+    const int clicked = ListIndexForCommand();
+    const bool addsAll = ShiftKeyDown();
+    if (clicked == NoRow && !addsAll) {
+        return 0;
+    }
+    const int first = addsAll ? 0 : clicked;
+    const int last = addsAll ? ListCount(MainList) - 1 : clicked;
+    std::vector<FailedAdd> failed;
+    for (int row = first; row <= last; ++row) {
+        if (CarefulRefusesToAdd(row) || !AddRowToDatabase(Window(), MainList, row)) {
+            failed.push_back({row, errno});
+        }
+    }
+    if (failed.empty()) {
+        PlayEventSound(DefaultEventSound);
+        return 1;
+    }
+    ShowMessage(Window(), CarefulAddFailure(addsAll ? "One or more voices could not be added to "
+                                                      "the current database."
+                                                    : "This voice could not be added to the "
+                                                      "current database.",
+                                            failed, addsAll));
+    return 0;
 }
 
 int RunMoveUp() {

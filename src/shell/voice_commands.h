@@ -17,6 +17,7 @@ int RunMidiDevices();
 int RunSelectSynth();
 int RunUploadVoice();
 int RunAudition();
+int RunAddToDatabase();
 int RunMoveUp();
 int RunMoveDown();
 int RunExport();

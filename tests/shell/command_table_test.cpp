@@ -65,7 +65,7 @@ constexpr ExpectedCommand ExpectedCommands[] = {
     {216, Rule::Always, RunSelectSynth, Built, "Select &synthesizer", nullptr, nullptr, nullptr},
     {217, Rule::Always, RunAudition, Built, nullptr, "Audition", "Audition %s on synthesizer",
      nullptr},
-    {218, Rule::Always, nullptr, Later, nullptr, "Add to current database",
+    {218, Rule::Always, RunAddToDatabase, Built, nullptr, "Add to current database",
      "Add %s to current database (Shift for all)", nullptr},
     {219, Rule::Always, nullptr, Later, nullptr, "Insert a voice from the current database",
      "Insert a voice from the current database", nullptr},
@@ -350,14 +350,14 @@ TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
 
 TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
     OpenBank(); // of a DX7, with its first voice selected
-    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132,
-                         203, 210, 211, 212, 213, 214, 215, 216, 217, 998, 999}) {
+    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132, 203,
+                         210, 211, 212, 213, 214, 215, 216, 217, 218, 998, 999}) {
         EXPECT_TRUE(CommandEnabled(id)) << id;
     }
     for (const int notAllowed : {58, 60, 101, 202, 205}) {
         EXPECT_FALSE(CommandEnabled(notAllowed)) << notAllowed;
     }
-    for (const int notBuilt : {131, 208, 218, 219, 997, 2907}) {
+    for (const int notBuilt : {131, 208, 219, 997, 2907}) {
         EXPECT_TRUE(CommandAllowed(notBuilt)) << notBuilt;
         EXPECT_FALSE(CommandEnabled(notBuilt)) << notBuilt;
     }
