@@ -8,6 +8,7 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "database/add_voice.h"
+#include "database/database_window.h"
 #include "midi/midi_api.h"
 #include "shell/careful.h"
 #include "shell/command_state.h"
@@ -197,6 +198,20 @@ int RunAddToDatabase() {
                                                       "current database.",
                                             failed, addsAll));
     return 0;
+}
+
+int RunInsertFromDatabase() {
+    UndoPush(Window(), MainList);
+    const int row = std::exchange(MainListState.clickedIndex, NoRow);
+    const int driver = DriverIndexOfId(CurrentDriverId);
+    if (driver < 0) {
+        return 0; // there is no family whose database could be shown
+    }
+    const int result = RunDatabaseWindow(Window(), MainList, row, driver);
+    if (result) {
+        MainListState.dirty = true;
+    }
+    return result;
 }
 
 int RunMoveUp() {

@@ -18,6 +18,7 @@ int RunSelectSynth();
 int RunUploadVoice();
 int RunAudition();
 int RunAddToDatabase();
+int RunInsertFromDatabase();
 int RunMoveUp();
 int RunMoveDown();
 int RunExport();

@@ -67,8 +67,9 @@ constexpr ExpectedCommand ExpectedCommands[] = {
      nullptr},
     {218, Rule::Always, RunAddToDatabase, Built, nullptr, "Add to current database",
      "Add %s to current database (Shift for all)", nullptr},
-    {219, Rule::Always, nullptr, Later, nullptr, "Insert a voice from the current database",
-     "Insert a voice from the current database", nullptr},
+    {219, Rule::Always, RunInsertFromDatabase, Built, nullptr,
+     "Insert a voice from the current database", "Insert a voice from the current database",
+     nullptr},
     {997, Rule::Always, nullptr, Later, "&System information", nullptr, nullptr, nullptr},
     {998, Rule::Always, RunHelp, Built, "&Help", nullptr, nullptr, nullptr},
     {999, Rule::Always, RunAbout, Built, "&About", nullptr, nullptr, nullptr},
@@ -351,13 +352,13 @@ TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
 TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
     OpenBank(); // of a DX7, with its first voice selected
     for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132, 203,
-                         210, 211, 212, 213, 214, 215, 216, 217, 218, 998, 999}) {
+                         210, 211, 212, 213, 214, 215, 216, 217, 218, 219, 998, 999}) {
         EXPECT_TRUE(CommandEnabled(id)) << id;
     }
     for (const int notAllowed : {58, 60, 101, 202, 205}) {
         EXPECT_FALSE(CommandEnabled(notAllowed)) << notAllowed;
     }
-    for (const int notBuilt : {131, 208, 219, 997, 2907}) {
+    for (const int notBuilt : {131, 208, 997, 2907}) {
         EXPECT_TRUE(CommandAllowed(notBuilt)) << notBuilt;
         EXPECT_FALSE(CommandEnabled(notBuilt)) << notBuilt;
     }

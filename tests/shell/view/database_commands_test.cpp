@@ -3,6 +3,7 @@
 
 #include "common/view/message_dialog.h"
 #include "core/voice_object.h"
+#include "database/database_window.h"
 #include "drivers/reface_dx/voice_codec.h"
 #include "shell/view/desktop_qt.h"
 
@@ -87,6 +88,21 @@ TEST_F(DatabaseCommands, AVoiceThatIsNoneIsToldOfInABox) {
     EXPECT_NE(text.find("Not added: 1 of the 32 voices in the list"), std::string::npos) << text;
     EXPECT_EQ(Count(), 31);
     EXPECT_TRUE(desktop.sounds.empty());
+}
+
+TEST_F(DatabaseCommands, InsertOpensTheWindowForTheClickedRow) {
+    TheDatabaseViews.ShowBox = [this](QWidget *owner, DatabaseWindow &state) {
+        EXPECT_EQ(owner, window.get());
+        EXPECT_EQ(DriverIdAt(state.driverIndex), CurrentDriverId);
+        state.chosen = *ListVoice(MainList, 20);
+        return 1;
+    };
+    ClickRow(9);
+    Choose(4, CommandInsertFromDatabase);
+    EXPECT_EQ(Names(4, 5), (std::vector<std::string>{"VOICE 21", "VOICE 06"}));
+    EXPECT_EQ(desktop.sounds.size(), 1u);
+    EXPECT_TRUE(MainListState.dirty);
+    EXPECT_TRUE(CommandEnabled(CommandUndo));
 }
 
 } // namespace
