@@ -70,7 +70,14 @@ PrintDevice DeviceOn(QPagedPaintDevice &paper, QPainter &painter) {
                     const QFontMetrics metrics(FontOf(font));
                     return metrics.ascent() + metrics.descent();
                 },
-            .StartDocument = [&] { return painter.begin(&paper); },
+            .StartDocument =
+                [&] {
+                    if (!painter.begin(&paper)) {
+                        return false;
+                    }
+                    painter.setRenderHint(QPainter::LosslessImageRendering);
+                    return true;
+                },
             .NextPage = [&] { return paper.newPage(); },
             .EndDocument = [&] { painter.end(); },
             .DrawPage = [&](const PrintedPage &page) { DrawPage(painter, page); },

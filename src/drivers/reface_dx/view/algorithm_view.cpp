@@ -19,8 +19,9 @@ namespace {
 
 constexpr int Reduction = 4;
 
-// A larger picture needs no smoothing: what is painted on that many pixels is a printed page.
-constexpr std::int64_t MostPixelsToSmooth = 16 * 1024 * 1024;
+// A larger picture needs no smoothing: what is painted on that many pixels, before they are reduced,
+// is a cell of a printed page, and no window.
+constexpr std::int64_t MostPixelsToSmooth = 8 * 1024 * 1024;
 
 // The average of each square of Reduction by Reduction pixels, rounded, colour by colour.
 QImage ReducedImage(const QImage &large) {
