@@ -73,5 +73,22 @@ TEST_F(CliWithoutRoom, APictureOfTheWindowStaysAsItWas) {
     EXPECT_EQ(ReadTestFile(picture).size(), size);
 }
 
+TEST_F(CliWithoutRoom, APrintedPageStaysAsItWas) {
+    const std::string bank = Bank(), pdf = folder.File("voices.pdf");
+    const std::vector<std::string> print = {"print", bank, pdf};
+    const std::string reason = pdf + ": could not be written: File too large";
+    ExpectDone(print);
+    const std::size_t size = ReadTestFile(pdf).size();
+    std::filesystem::remove(pdf);
+    for (const rlim_t limited : {rlim_t{0}, rlim_t{size / 2}}) {
+        ExpectNoRoom(limited, print, reason);
+    }
+    folder.WriteText("voices.pdf", "former");
+    for (const rlim_t limited : {rlim_t{0}, rlim_t{size / 2}}) {
+        ExpectNoRoom(limited, print, reason);
+        EXPECT_EQ(ReadTestText(pdf), "former") << limited;
+    }
+}
+
 } // namespace
 } // namespace tonewright
