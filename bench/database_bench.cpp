@@ -5,6 +5,7 @@
 #include "core/dispatch.h"
 #include "database/database_file.h"
 #include "database/database_undo.h"
+#include "database/database_window.h"
 #include "database/record_list.h"
 #include "database/record_sort.h"
 
@@ -126,6 +127,22 @@ void LoadAndSort(benchmark::State &state) {
     }
 }
 BENCHMARK(LoadAndSort)->Unit(benchmark::kMillisecond);
+
+// All that the catalogue window does ahead of its first picture.
+void OpenWindow(benchmark::State &state) {
+    Catalogue();
+    for (auto _ : state) {
+        DatabaseWindow window;
+        window.driverIndex = Driver;
+        OpenDatabaseWindow(window, nullptr);
+        benchmark::DoNotOptimize(window.records.items.data());
+        state.PauseTiming();
+        CloseDatabaseWindow(window);
+        window = {};
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(OpenWindow)->Unit(benchmark::kMillisecond);
 
 void Sort(benchmark::State &state) {
     Catalogue();

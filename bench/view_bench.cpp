@@ -4,6 +4,8 @@
 #include "common/view/list_box_view.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "database/database_window.h"
+#include "database/view/record_list_view.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/view/algorithm_view.h"
 #include "drivers/reface_dx/voice_codec.h"
@@ -134,6 +136,29 @@ void RepaintListBox(benchmark::State &state) {
     }
 }
 BENCHMARK(RepaintListBox)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
+
+// The rows of the catalogue window, as many as it shows at first.
+void RepaintRecords(benchmark::State &state) {
+    constexpr int Rows = 22;
+    DatabaseWindow window;
+    RecordListView view(window, {}, nullptr);
+    std::vector<DatabaseRecord> records(static_cast<std::size_t>(state.range(0)));
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        records[i].bytes.resize(DatabasePayloadOffset);
+        WriteLittle32(records[i].bytes, 0, DatabaseRecordMagic);
+        SetRecordName(records[i], "Voice " + std::to_string(i));
+        SetRecordSource(records[i], "Bank " + std::to_string(i / 32) + ".syx");
+        SetRecordDate(records[i], static_cast<std::uint32_t>(i * 20000));
+    }
+    RecordListFill(window.records, std::move(records));
+    view.resize(RecordRowWidth, view.HeightForWholeRows(Rows * window.records.itemHeight + 4));
+    view.show();
+    QApplication::processEvents();
+    for (auto _ : state) {
+        view.viewport()->repaint();
+    }
+}
+BENCHMARK(RepaintRecords)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
 
 void JumpToTheEndAndBack(benchmark::State &state) {
     PlainList list(static_cast<int>(state.range(0)));

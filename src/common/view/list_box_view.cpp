@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScreen>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -110,6 +111,14 @@ void Tell(const Function &function, Arguments &&...arguments) {
 
 } // namespace
 
+QPoint PlaceOfListMenu(QSize size, const QRect &beside) {
+    const QScreen *screen = QGuiApplication::screenAt(beside.topLeft());
+    const bool fits = !screen || beside.isEmpty() ||
+                      beside.bottom() + size.height() <= screen->availableGeometry().bottom();
+    return {beside.left() + beside.width() / 2,
+            fits ? beside.top() + beside.height() : beside.top() - size.height()};
+}
+
 ListBoxView::ListBoxView(ListBox &shown, ListBoxOwner shownOwner, QWidget *parent)
     : QListView(parent), box(shown), owner(std::move(shownOwner)) {
     setFrameShape(QFrame::Box);
@@ -127,12 +136,18 @@ ListBoxView::ListBoxView(ListBox &shown, ListBoxOwner shownOwner, QWidget *paren
     QObject::connect(&edgeTimer, &QTimer::timeout, this, [this] {
         if (QGuiApplication::mouseButtons() & Qt::LeftButton) {
             ListDragScroll(box, drag, viewport()->height());
+            SelectHeld();
         } else {
             EndPress();
         }
     });
     verticalScrollBar()->installEventFilter(this);
-    box.observer = [this](ListChange change) { Follow(change); };
+    box.observer = [this](ListChange change) {
+        Follow(change);
+        if (change == ListChange::TopRow || change == ListChange::Items) {
+            Tell(owner.scrolled);
+        }
+    };
     Follow(ListChange::Items);
 }
 
@@ -344,9 +359,25 @@ void ListBoxView::mouseMoveEvent(QMouseEvent *event) {
     } else if (!edgeTimer.isActive()) {
         edgeTimer.start();
     }
-    if (drag.begun) {
+    SelectHeld();
+    if (drag.begun && owner.drop) {
         viewport()->setCursor(viewport()->rect().contains(point) ? DragCursor()
                                                                  : QCursor(Qt::ForbiddenCursor));
+    }
+}
+
+// Where no row is dragged: the row below the held button, or the last whole one on its side.
+void ListBoxView::SelectHeld() {
+    if (owner.drop || !drag.begun) {
+        return;
+    }
+    const int lowest = box.topRow, highest = box.topRow + std::max(1, box.visibleRows) - 1;
+    const int y = drag.cursor.y;
+    const int row = y < 0                       ? lowest
+                    : y >= viewport()->height() ? std::min(highest, ListCount(box) - 1)
+                                                : RowAt({0, y});
+    if (row != NoRow && row != box.selection) {
+        SelectByUser(row);
     }
 }
 

@@ -34,6 +34,7 @@ struct ListBoxOwner {
     std::function<void(bool held)> hold = {}; // the left button was pressed on a row, or is let go
     std::function<void()> clickedAgain = {};  // pressed and released on the selected row
     // The left button was released on `to` after it was pressed on `from`; NoRow beside the rows.
+    // Where nothing is dropped, the selection follows the held button instead.
     std::function<void(int from, int to)> drop = {};
     std::function<void(int row)> doubleClick = {};
     std::function<void(int row)> middlePress = {};
@@ -41,7 +42,12 @@ struct ListBoxOwner {
     // the selected row, which is then in sight. The menu stands below `beside`, in global
     // coordinates, or above it: the row, or the place of the mouse as an empty rectangle.
     std::function<void(int row, QRect beside)> menu = {};
+    std::function<void()> scrolled = {}; // other rows than before may be in sight
 };
+
+// Where a menu of that size stands: at the place of the mouse; or below a row, else above it, from
+// the row's middle on, so that the names of all rows stay in sight.
+QPoint PlaceOfListMenu(QSize size, const QRect &beside);
 
 class ListBoxView : public QListView {
 public:
@@ -93,6 +99,7 @@ private:
     void TellOfFocus();
     void SelectByUser(int row);
     int DragTarget() const;
+    void SelectHeld();
     void EndPress();
     void TellMenuOfSelection();
 

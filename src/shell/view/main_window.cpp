@@ -13,6 +13,7 @@
 #include "common/view/window_title.h"
 #include "core/current.h"
 #include "database/database_window.h"
+#include "database/view/database_box.h"
 #include "database/view/print_reports.h"
 #include "midi/midi_api.h"
 #include "midi/view/audition_box.h"
@@ -152,6 +153,7 @@ void MainWindow::ConnectShell() {
         return SelectSynthesizer(this, CurrentSelectParams());
     };
     TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
+    UseDatabaseBox();
     TheDatabaseViews.RepaintVoices = RepaintList;
     TheShellWindow.PrintList = [this] {
         return PrintVoiceList(this, MainList, CurrentDocumentPath.c_str());

@@ -11,10 +11,8 @@
 #include "shell/voice_commands.h"
 
 #include <QDropEvent>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
-#include <QScreen>
 #include <QUrl>
 
 #include <utility>
@@ -67,16 +65,6 @@ void AcceptFiles(QDropEvent &event) {
     }
 }
 
-// Where a menu of that size stands: at the mouse; or below a row, else above it, from the row's
-// middle on, so that the names of all rows stay in sight.
-QPoint PlaceOfMenu(QSize size, const QRect &beside) {
-    const QScreen *screen = QGuiApplication::screenAt(beside.topLeft());
-    const bool fits = !screen || beside.isEmpty() ||
-                      beside.bottom() + size.height() <= screen->availableGeometry().bottom();
-    return {beside.left() + beside.width() / 2,
-            fits ? beside.top() + beside.height() : beside.top() - size.height()};
-}
-
 } // namespace
 
 VoiceListView::VoiceListView(QWidget *parent)
@@ -121,7 +109,7 @@ void VoiceListView::ShowContextMenu(int row, QRect beside) {
     const QAction *chosen = nullptr;
     {
         const RunningMark running; // posted work does not start under an open menu
-        chosen = menu.exec(PlaceOfMenu(menu.sizeHint(), beside));
+        chosen = menu.exec(PlaceOfListMenu(menu.sizeHint(), beside));
     }
     if (chosen) {
         RunCommand(chosen->data().toInt());

@@ -63,6 +63,7 @@ protected:
                         menus.push_back(row);
                         menuPlace = beside;
                     },
+                .scrolled = [this] { ++scrolls; },
             },
             &window);
         window.resize(400, 300);
@@ -72,6 +73,7 @@ protected:
         window.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         view->setFocus();
+        scrolls = 0;
         // The toolkit remembers buttons that a test has left pressed.
         for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
             if (QGuiApplication::mouseButtons() & button) {
@@ -102,7 +104,7 @@ protected:
     std::vector<int> painted, menus;
     std::vector<std::pair<int, int>> drops;
     int touched = 0, clickedAgain = 0, doubleClicked = NoRow, middlePressed = NoRow;
-    int middlePresses = 0;
+    int middlePresses = 0, scrolls = 0;
     bool held = false;
     QRect menuPlace;
 };
@@ -317,6 +319,48 @@ TEST_F(ListBoxViewTest, ARowIsDraggedFarBelowTheView) {
     Release(PointOf(60011));
     EXPECT_EQ(drops, (std::vector<std::pair<int, int>>{{60003, 60011}}));
     EXPECT_FALSE(held);
+}
+
+TEST_F(ListBoxViewTest, WhereNothingIsDroppedTheSelectionFollowsTheHeldButton) {
+    view.reset();
+    view = std::make_unique<ListBoxView>(
+        box, ListBoxOwner{.name = NameOf, .touched = [this] { ++touched; }}, &window);
+    view->setGeometry(0, 0, 300, view->HeightForWholeRows(ShownRows * RowHeight + 15));
+    view->show();
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      Viewport()->mapTo(&window, PointOf(3)));
+    EXPECT_EQ(box.selection, 3);
+    touched = 0;
+    Move(PointOf(3) + QPoint(5, 0));
+    EXPECT_EQ(touched, 0);
+    Move(PointOf(5));
+    EXPECT_EQ(box.selection, 5);
+    EXPECT_EQ(touched, 1);
+    EXPECT_EQ(Viewport()->cursor().shape(), Qt::ArrowCursor);
+    Move(PointOf(3)); // back where it began
+    EXPECT_EQ(box.selection, 3);
+    // Below the view the last whole row, and those that scroll into it.
+    Move(QPoint(10, Viewport()->height() + 5));
+    EXPECT_EQ(box.selection, ShownRows - 1);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return box.topRow >= 2; }));
+    EXPECT_EQ(box.selection, box.topRow + ShownRows - 1);
+    Move(QPoint(10, -5));
+    EXPECT_EQ(box.selection, box.topRow);
+    Release(PointOf(box.topRow + 2));
+    const int selected = box.selection;
+    Move(PointOf(box.topRow + 4));
+    EXPECT_EQ(box.selection, selected);
+}
+
+TEST_F(ListBoxViewTest, ItsOwnerHearsWhenOtherRowsMayBeInSight) {
+    ListSetTopRow(box, 5);
+    EXPECT_EQ(scrolls, 1);
+    ListSelect(box, 6);
+    EXPECT_EQ(scrolls, 1);
+    ListBoxDelete(box, 70000);
+    EXPECT_EQ(scrolls, 2);
+    view->verticalScrollBar()->setValue(9);
+    EXPECT_EQ(scrolls, 3);
 }
 
 TEST_F(ListBoxViewTest, ALineShowsAboveWhichRowADraggedOneWillLand) {

@@ -1,0 +1,255 @@
+// Lays the catalogue window out and hands its events on to its engine.
+#include "database/view/database_box.h"
+
+#include "common/settings.h"
+#include "common/view/box_controls.h"
+#include "common/view/centre_window.h"
+#include "common/view/dialog_controls.h"
+#include "common/view/fonts.h"
+#include "common/view/system_colours.h"
+#include "core/current.h"
+#include "database/database_window.h"
+#include "database/view/print_reports.h"
+#include "database/view/record_list_view.h"
+#include "midi/view/audition_box.h"
+#include "ui_DatabaseManageBox.h"
+
+#include <QAbstractButton>
+#include <QDialog>
+#include <qdrawutil.h>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleOptionFocusRect>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+namespace tonewright {
+namespace {
+
+constexpr const char *HelpTopic = "DATABASE";
+
+// Pixels.
+constexpr int HeaderPadding = 6; // that a header is higher than its text
+constexpr int FewestRows = 8;    // that the list shows
+constexpr int SignHeight = 18;   // of the font of "+" and "-"
+constexpr int SignWeight = 500;
+
+// Where a header begins, from the left edge of the list, and how wide it is; the last one reaches
+// over the scroll bar.
+struct HeaderPlace {
+    int left, width;
+};
+constexpr std::array<HeaderPlace, 4> HeaderPlaces = {{{3, 166}, {169, 166}, {335, 156}, {491, 54}}};
+
+// The header of a column: sunken while the list is sorted by it, which is when it is checked.
+class HeaderButton : public QAbstractButton {
+public:
+    HeaderButton(const RecordColumn &column, QWidget *parent)
+        : QAbstractButton(parent), sort(column.sort) {
+        setObjectName(ControlName(column.sort));
+        setText(column.title);
+        setCheckable(true);
+        setFocusPolicy(Qt::TabFocus);
+    }
+
+    const std::uint32_t sort;
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter painter(this);
+        const QBrush face(SystemColourOf(SystemColour::ButtonFace));
+        qDrawShadePanel(&painter, rect(), palette(), isChecked() || isDown(), 1, &face);
+        painter.setPen(SystemColourOf(SystemColour::ButtonText));
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+        if (hasFocus()) {
+            QStyleOptionFocusRect option;
+            option.initFrom(this);
+            option.rect = rect().adjusted(2, 2, -2, -2);
+            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+        }
+    }
+};
+
+class DatabaseDialog : public QDialog {
+public:
+    DatabaseDialog(QWidget *owner, DatabaseWindow &state)
+        : QDialog(owner ? owner->window() : nullptr), state(state) {
+        ui.setupUi(this);
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+        setFont(DialogFont());
+        SetUpBoxControls(*this, HelpTopic);
+        MakeList();
+        MakeHeaders();
+        ConnectButtons();
+        ConnectNames();
+        SetTabOrder();
+        // In the proportion of a screen.
+        const int width = sizeHint().width();
+        setFixedWidth(width);
+        resize(width, width * 3 / 4);
+        layout()->activate();
+        resize(width, height() - list->height() + list->HeightForWholeRows(list->height()));
+        CentreWindow(*this);
+        winId(); // so that messages during the opening have a window to belong to
+        OpenDatabaseWindow(state, this);
+        FollowOrder();
+        list->setFocus();
+    }
+
+    ~DatabaseDialog() override {
+        state.namesChanged = nullptr;
+        CloseDatabaseWindow(state);
+    }
+
+    void accept() override {
+        if (const auto result = AcceptDatabaseWindow(state)) {
+            done(*result);
+        }
+    }
+    void reject() override {
+        if (CancelDatabaseWindow(state)) {
+            done(Rejected);
+        }
+    }
+
+protected:
+    void wheelEvent(QWheelEvent *event) override {
+        ListScrollByWheel(state.records, event->angleDelta().y());
+        event->accept();
+    }
+    // A button that was pressed on something else.
+    void mouseReleaseEvent(QMouseEvent *event) override {
+        if (event->button() == Qt::RightButton) {
+            list->ReleaseRightButton(event->globalPosition().toPoint());
+        }
+        QDialog::mouseReleaseEvent(event);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (watched == namesPopup && event->type() == QEvent::Hide) {
+            // Once the drop-down list has taken over what was chosen in it.
+            QMetaObject::invokeMethod(
+                this, [this] { ShowChosenDatabase(this->state); }, Qt::QueuedConnection);
+        } else if (watched == ui.control_101 && event->type() == QEvent::Wheel) {
+            wheelEvent(static_cast<QWheelEvent *>(event)); // the list's, not that of a closed box
+            return true;
+        }
+        return QDialog::eventFilter(watched, event);
+    }
+
+private:
+    void MakeList() {
+        list = new RecordListView(
+            state, [this](int command) { Run(command); }, this);
+        const int scrollBar = list->verticalScrollBar()->sizeHint().width();
+        list->setFixedWidth(RecordRowWidth + scrollBar + 2 * list->frameWidth());
+        list->setMinimumHeight(FewestRows * state.records.itemHeight + 2 * list->frameWidth());
+        ui.left->addWidget(list, 1);
+    }
+
+    void MakeHeaders() {
+        const int height = fontMetrics().ascent() + fontMetrics().descent() + HeaderPadding;
+        const int scrollBar = list->verticalScrollBar()->sizeHint().width();
+        ui.headers->setFixedHeight(height);
+        for (std::size_t i = 0; i < HeaderPlaces.size(); ++i) {
+            auto *header = new HeaderButton(RecordColumns[i], ui.headers);
+            const bool isLast = i + 1 == HeaderPlaces.size();
+            header->setGeometry(HeaderPlaces[i].left, 0,
+                                HeaderPlaces[i].width + (isLast ? scrollBar : 0), height);
+            connect(header, &QAbstractButton::clicked, this,
+                    [this, header] { Run(static_cast<int>(header->sort)); });
+            headers[i] = header;
+        }
+    }
+
+    void ConnectButtons() {
+        const std::pair<QPushButton *, int> buttons[] = {
+            {ui.control_103, CommandNewDatabase},
+            {ui.control_104, CommandDeleteDatabase},
+            {ui.control_105, CommandAuditionRecord},
+            {ui.control_106, CommandRemoveRecord},
+        };
+        for (const auto &[button, command] : buttons) {
+            connect(button, &QPushButton::clicked, this,
+                    [this, command = command] { Run(command); });
+        }
+        const QFont sign = FontOfHeight("Arial", SignHeight, SignWeight);
+        ui.control_103->setFont(sign);
+        ui.control_104->setFont(sign);
+    }
+
+    void ConnectNames() {
+        QComboBox &combo = *ui.control_101;
+        state.namesChanged = [this, &combo] {
+            const QSignalBlocker blocker(combo);
+            combo.clear();
+            for (const std::string &name : state.names) {
+                combo.addItem(QString::fromStdString(name));
+            }
+            const auto shown = std::ranges::find(state.names, state.shownName);
+            combo.setCurrentIndex(
+                shown != state.names.end() ? static_cast<int>(shown - state.names.begin()) : -1);
+        };
+        connect(&combo, &QComboBox::currentTextChanged, this,
+                [this](const QString &text) { state.shownName = text.toStdString(); });
+        combo.installEventFilter(this);
+        namesPopup = combo.view()->window();
+        namesPopup->installEventFilter(this);
+    }
+
+    void SetTabOrder() {
+        std::vector<QWidget *> order = {ui.control_101, ui.control_103, ui.control_104};
+        order.insert(order.end(), headers.begin(), headers.end());
+        order.insert(order.end(), {list, ui.control_1, ui.control_2, ui.control_9, ui.control_105,
+                                   ui.control_106});
+        for (std::size_t i = 1; i < order.size(); ++i) {
+            setTabOrder(order[i - 1], order[i]);
+        }
+    }
+
+    void Run(int command) {
+        if (command == CommandDatabaseOk) {
+            // Once the mouse or the menu that it came from is done.
+            QMetaObject::invokeMethod(this, &QDialog::accept, Qt::QueuedConnection);
+            return;
+        }
+        RunDatabaseCommand(state, command);
+        FollowOrder();
+    }
+
+    void FollowOrder() {
+        for (HeaderButton *header : headers) {
+            header->setChecked(header->sort == DatabaseSortMode);
+        }
+    }
+
+    Ui::DatabaseManageBox ui;
+    DatabaseWindow &state;
+    RecordListView *list = nullptr;
+    std::array<HeaderButton *, HeaderPlaces.size()> headers = {};
+    QWidget *namesPopup = nullptr; // of control 101
+};
+
+int ShowDatabaseBox(QWidget *owner, DatabaseWindow &state) {
+    DatabaseDialog box(owner, state);
+    return box.exec();
+}
+
+void AuditionVoice(QWidget *owner, const VoiceObject &voice) {
+    AuditionBox(owner, nullptr, &voice, CurrentDriverId, CurrentMidiPorts(), 0);
+}
+
+} // namespace
+
+void UseDatabaseBox() {
+    TheDatabaseViews.ShowBox = ShowDatabaseBox;
+    TheDatabaseViews.Audition = AuditionVoice;
+    TheDatabaseViews.Print = PrintDatabase;
+}
+
+} // namespace tonewright
