@@ -25,6 +25,7 @@ int CliPlay(const CliCall &call);
 int CliMemory(const CliCall &call);
 int CliPrint(const CliCall &call);
 int CliDbNames(const CliCall &call);
+int CliDbAdd(const CliCall &call);
 int CliDbList(const CliCall &call);
 int CliDbFind(const CliCall &call);
 int CliDbExport(const CliCall &call);

@@ -61,6 +61,8 @@ constexpr CliCommand Commands[] = {
      Answers | Extras, CliMemory},
     {"db names", "", "print name, family, records, bytes and path of each catalogue", 0, 0, 0,
      CliDbNames},
+    {"db add", "FILE...", "add the voices of banks and single voices to their catalogues", 1,
+     AnyNumber, Answers | Extras | OptionBit(CliOption::Database), CliDbAdd},
     {"db list", "", "print N, name, source, date and position of each record", 0, 0,
      DatabaseOptions | OptionBit(CliOption::Sort), CliDbList},
     {"db find", "TEXT", "print the same of the records whose name or source holds TEXT", 1, 1,

@@ -235,6 +235,8 @@ bool HoldsDuplicate(DatabaseHandle &database, const DatabaseRecord &record) {
 
 } // namespace
 
+std::string DatabasePathOfThisRun;
+
 DatabaseHeaderFault HeaderFaultOf(DriverId family, std::span<const std::uint8_t> bytes) {
     if (bytes.size() < DatabaseHeaderSize) {
         return DatabaseHeaderFault::Short;
@@ -249,8 +251,12 @@ DriverId HeaderDriver(std::span<const std::uint8_t> header) {
     return ReadLittle32(header, Driver);
 }
 
+std::uint32_t HeaderCount(std::span<const std::uint8_t> header) {
+    return ReadLittle32(header, RecordCount);
+}
+
 std::uint32_t DatabaseCount(const DatabaseHandle &database) {
-    return ReadLittle32(database.header, RecordCount);
+    return HeaderCount(database.header);
 }
 
 std::uint64_t RecordsThatBegin(DatabaseHandle &database) {
@@ -332,6 +338,9 @@ bool WriteDatabase(const DatabaseFamily &family, std::span<const DatabaseRecord>
 }
 
 std::string DatabasePathOf(const DatabaseFamily &family) {
+    if (!DatabasePathOfThisRun.empty()) {
+        return DatabasePathOfThisRun;
+    }
     return DatabasePathNamed(DatabaseCurrentName, family.extension);
 }
 

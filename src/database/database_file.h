@@ -48,8 +48,9 @@ struct DatabaseHandle {
 // first of these.
 enum class DatabaseHeaderFault { None, Short, Magic, Family };
 DatabaseHeaderFault HeaderFaultOf(DriverId family, std::span<const std::uint8_t> bytes);
-// The family that a header names, which is not short.
+// What a header says, which is not short: the family, and the number of records.
 DriverId HeaderDriver(std::span<const std::uint8_t> header);
+std::uint32_t HeaderCount(std::span<const std::uint8_t> header);
 
 // The number of records by the header.
 std::uint32_t DatabaseCount(const DatabaseHandle &database);
@@ -72,6 +73,10 @@ int WriteDatabaseRecord(DatabaseHandle &database, std::uint32_t index,
 // family, EFBIG for more than a catalogue can hold.
 bool WriteDatabase(const DatabaseFamily &family, std::span<const DatabaseRecord> records,
                    std::FILE *file, std::size_t &written);
+
+// When not empty, the path of a catalogue that stands in for the one of the settings in this run of
+// the program, for whichever family it is asked.
+extern std::string DatabasePathOfThisRun;
 
 // The path of the family's catalogue that the settings name, cut at 260 bytes; "Voices.syx_db" in
 // the user's documents.

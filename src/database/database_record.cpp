@@ -4,6 +4,7 @@
 #include "common/text.h"
 
 #include <algorithm>
+#include <array>
 #include <zlib.h>
 
 namespace tonewright {
@@ -33,12 +34,34 @@ void PutText(std::span<std::uint8_t> bytes, std::size_t offset, std::string_view
     std::ranges::fill(std::ranges::copy(text, field.begin()).out, field.end(), 0);
 }
 
-// A letter of Latin-1 as a small one; any other byte as it is.
-char SmallLatin1(char character) {
-    constexpr unsigned char FirstCapital = 0xC0, LastCapital = 0xDE, Times = 0xD7;
-    const auto byte = static_cast<unsigned char>(character);
-    const bool isCapital = byte >= FirstCapital && byte <= LastCapital && byte != Times;
-    return isCapital ? static_cast<char>(byte + 0x20) : LowerAscii(character);
+// The letters of Latin-1 as small ones; any other byte as it is.
+constexpr std::array<unsigned char, 256> SmallLetters = [] {
+    constexpr std::size_t FirstAccent = 0xC0, LastAccent = 0xDE, Times = 0xD7, ToSmall = 0x20;
+    std::array<unsigned char, 256> table{};
+    for (std::size_t byte = 0; byte < table.size(); ++byte) {
+        const bool isCapital = (byte >= 'A' && byte <= 'Z') ||
+                               (byte >= FirstAccent && byte <= LastAccent && byte != Times);
+        table[byte] = static_cast<unsigned char>(isCapital ? byte + ToSmall : byte);
+    }
+    return table;
+}();
+
+bool IsSameLetter(char one, char other) {
+    return SmallLetters[static_cast<unsigned char>(one)] ==
+           SmallLetters[static_cast<unsigned char>(other)];
+}
+
+bool HoldsText(std::string_view field, std::string_view text) {
+    for (std::size_t at = 0; at + text.size() <= field.size(); ++at) {
+        std::size_t same = 0;
+        while (same < text.size() && IsSameLetter(field[at + same], text[same])) {
+            ++same;
+        }
+        if (same == text.size()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // The bytes of a record from `offset` on that its two sizes say are a voice's; nothing when they do
@@ -122,12 +145,7 @@ std::optional<DatabaseFields> RecordFields(std::span<const std::uint8_t> bytes) 
 }
 
 bool FieldsHold(const DatabaseFields &fields, std::string_view text) {
-    const auto isSame = [](char one, char other) { return SmallLatin1(one) == SmallLatin1(other); };
-    const auto holds = [&](std::string_view field) {
-        return std::search(field.begin(), field.end(), text.begin(), text.end(), isSame) !=
-               field.end();
-    };
-    return text.empty() || holds(fields.name) || holds(fields.source);
+    return HoldsText(fields.name, text) || HoldsText(fields.source, text);
 }
 
 std::uint64_t RecordOwnSize(const DatabaseRecord &record) {

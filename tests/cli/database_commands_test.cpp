@@ -8,9 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tonewright {
@@ -204,6 +207,184 @@ TEST_F(CliDb, NamesTheCataloguesOfEachFamilyAndSaysOfWhatIsNoneThatItIsNone) {
     EXPECT_EQ(result.errors,
               "tonewright-cli: " + live +
                   ": not a catalogue: it has 7 bytes, and the header alone has 152\n");
+}
+
+// ---- add
+
+TEST_F(CliDb, AddsBanksAndVoicesEachToTheCatalogueOfItsFamilyAlsoInAnEmptyHome) {
+    fs::remove_all(home.path / "Documents");
+    const std::string bank = home.Write("My  Bank.syx", TestBank());
+    const std::string voice = home.Write("one.sr1", TestRefaceVoiceFile(0));
+    const std::string other = home.Write("two.sy1", TestVoiceFile());
+    ExpectOutput({"db", "add", bank, voice, other},
+                 bank + "\t32\t0\n" + voice + "\t1\t0\n" + other + "\t1\t0\n");
+    const auto dx7 = Cli({"db", "list"});
+    EXPECT_EQ(std::ranges::count(dx7.output, '\n'), 33);
+    EXPECT_TRUE(Contains(dx7.output, "1\tVoice 01\tMy bank.syx\t"));
+    EXPECT_TRUE(Contains(dx7.output, "\n32\tVoice 32\tMy bank.syx\t"));
+    EXPECT_TRUE(Contains(dx7.output, "\n33\tE.piano 1x\tTwo.sy1\t"));
+    EXPECT_TRUE(
+        Contains(Cli({"db", "list", "--synth", "reface"}).output, "1\tReface 01\tOne.sr1\t"));
+    ExpectOutput({"db", "add", bank}, bank + "\t0\t32\n"); // they are there
+    EXPECT_EQ(Cli({"db", "check"}).exitStatus, 0);
+}
+
+TEST_F(CliDb, AddsVoicesWithTheTimeOfTheirFileAndTheirPlaceInIt) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    const std::string voice = home.Write("b.sy1", TestVoiceFile());
+    const auto now = fs::file_time_type::clock::now();
+    const auto nowInSeconds = std::time(nullptr);
+    fs::last_write_time(bank, now - std::chrono::hours(1000));
+    fs::last_write_time(voice, now - std::chrono::hours(2000));
+    EXPECT_EQ(Cli({"db", "add", bank, voice}).exitStatus, 0);
+    const TestBytes file = ReadTestFile(Catalogue("Voices.syx_db"));
+    const auto expectRecord = [&](std::size_t index, std::int64_t time, std::uint32_t position) {
+        const std::size_t record = 152 + index * 446;
+        EXPECT_NEAR(static_cast<double>(Test32(file, record + 8)), static_cast<double>(time), 2);
+        EXPECT_EQ(Test32(file, record + 12), Test32(file, record + 8));
+        EXPECT_EQ(Test32(file, record + 158), position);
+    };
+    expectRecord(0, nowInSeconds - 1000 * 3600, 0);
+    expectRecord(31, nowInSeconds - 1000 * 3600, 31);
+    expectRecord(32, nowInSeconds - 2000 * 3600, 0);
+    const TestBytes payload(file.begin() + 152 + 3 * 446 + 290, file.begin() + 152 + 4 * 446);
+    EXPECT_EQ(TestTextAt(payload, 145, 8), "VOICE 04");
+}
+
+TEST_F(CliDb, AddsByTheSettingsWhichItDoesNotWrite) {
+    const std::string settings = "CreateBackups = 0\nDatabaseCurrentName = Live\n"
+                                 "DatabaseMakePrettyNames = 0\nDatabaseNoDuplicates = 0\n";
+    WriteSettings(settings);
+    const std::string bank = home.Write("B  \xE2\x82\xAC\xC3\x89.syx", TestBank());
+    ExpectOutput({"db", "add", bank, bank}, bank + "\t32\t0\n" + bank + "\t32\t0\n");
+    EXPECT_EQ(ReadTestText(home.File(".config/Quillbrook/Tonewright 17.ini")), settings);
+    EXPECT_TRUE(Contains(Cli({"db", "list"}).output, "1\tVOICE 01\tB  ?\xC3\x89.syx\t"));
+    ExpectOutput({"db", "add", bank}, bank + "\t32\t0\n");
+    EXPECT_FALSE(fs::exists(Catalogue("Live.syx_db_backup")));
+    EXPECT_FALSE(fs::exists(Catalogue("Voices.syx_db")));
+}
+
+TEST_F(CliDb, AddsToANamedCatalogueOrToAFile) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    const std::string reface = home.Write("a.srx", TestRefaceBank());
+    ExpectOutput({"db", "add", bank, reface, "--database", "Live"},
+                 bank + "\t32\t0\n" + reface + "\t32\t0\n");
+    EXPECT_EQ(fs::file_size(Catalogue("Live.syx_db")), 152u + 32 * 446);
+    EXPECT_EQ(fs::file_size(Catalogue("Live.srx_db")), 152u + 32 * 440);
+    const std::string path = home.File("shelf.srx_db");
+    auto result = Cli({"db", "add", bank, reface, "--database", path});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, reface + "\t32\t0\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + bank + ": not added: it is for the " +
+                                 SynthDrivers[0]->name + ", and " + path +
+                                 " is a catalogue of the " + SynthDrivers[1]->name + "\n");
+    EXPECT_EQ(fs::file_size(path), 152u + 32 * 440);
+    ExpectFailure({"db", "add", bank, "--database", ""},
+                  "--database: needs the name of a catalogue", 2);
+}
+
+TEST_F(CliDb, AddsAfterOneBackup) {
+    const TestBytes former = TestCatalogue(Dx7, 2, 2);
+    const std::string path = Write("Voices.syx_db", former);
+    const std::string backup = Write("Voices.syx_db_backup", TestBytes(3));
+    const std::string bank = home.Write("a.syx", TestBank());
+    const std::string other = home.Write("b.syx", TestBank());
+    ExpectOutput({"db", "add", bank, other}, bank + "\t32\t0\n" + other + "\t32\t0\n");
+    EXPECT_EQ(ReadTestFile(backup), former);
+    EXPECT_EQ(fs::file_size(path), 152u + 66 * 446);
+
+    fs::remove(backup);
+    fs::create_directory(backup); // of which none can be made
+    const auto result = Cli({"db", "add", home.Write("c.syx", TestBank())});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_TRUE(Contains(result.errors, "error creating a backup"));
+    EXPECT_TRUE(Contains(result.errors, path + ": nothing added, as answered\n"));
+    EXPECT_EQ(fs::file_size(path), 152u + 66 * 446);
+    EXPECT_EQ(Cli({"db", "add", home.File("c.syx"), "--yes"}).exitStatus, 0);
+    EXPECT_EQ(fs::file_size(path), 152u + 98 * 446);
+}
+
+TEST_F(CliDb, AsksBeforeAnAddDeletesWhatIsNoCatalogue) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    const std::string backup = Write("Voices.syx_db_backup", TestCatalogue(Dx7, 9, 9));
+    for (const TestBytes &file : {TestBytes(7), TestBytes(), TestCatalogue(Reface, 1, 1)}) {
+        const std::string path = Write("Voices.syx_db", file);
+        auto result = Cli({"db", "add", bank, bank});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors,
+                  "The file Voices.syx_db is no catalogue of the " +
+                      std::string(SynthDrivers[0]->name) +
+                      ", and adding a voice deletes it.\n\nDo you wish to add to a new one in its "
+                      "place? [y/n] no\ntonewright-cli: " +
+                      path + ": nothing added, as answered\n");
+        EXPECT_EQ(ReadTestFile(path), file);
+        result = Cli({"db", "add", "--yes", bank});
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_EQ(result.output, bank + "\t32\t0\n");
+        EXPECT_EQ(fs::file_size(path), 152u + 32 * 446);
+        EXPECT_EQ(ReadTestFile(backup), TestCatalogue(Dx7, 9, 9)); // it may be all that is left
+    }
+}
+
+TEST_F(CliDb, AsksBeforeAnAddWritesOverRecordsOrLeavesAHole) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    for (const auto &[records, count] : {std::pair{4, 2}, {2, 3}, {3, 0}}) {
+        const TestBytes file = TestCatalogue(Dx7, records, static_cast<std::uint32_t>(count));
+        const std::string path = Write("Voices.syx_db", file);
+        const auto result = Cli({"db", "add", bank});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_TRUE(Contains(result.errors, "The catalogue Voices.syx_db counts " +
+                                                std::to_string(count) + " records and holds " +
+                                                std::to_string(records) + "."));
+        EXPECT_EQ(ReadTestFile(path), file);
+        EXPECT_FALSE(fs::exists(Catalogue("Voices.syx_db_backup")));
+        EXPECT_EQ(Cli({"db", "add", "--yes", bank}).output, bank + "\t32\t0\n");
+        EXPECT_EQ(Test32(ReadTestFile(path), 20), static_cast<std::uint32_t>(count) + 32);
+        fs::remove(Catalogue("Voices.syx_db_backup"));
+    }
+    // What an add leaves that was broken off before it was counted.
+    Write("Voices.syx_db", TestCatalogue(Dx7, 3, 2));
+    ExpectOutput({"db", "add", bank}, bank + "\t32\t0\n");
+    EXPECT_EQ(fs::file_size(Catalogue("Voices.syx_db")), 152u + 34 * 446);
+}
+
+TEST_F(CliDb, GoesOnWithTheNextFileBehindOneThatCannotBeAdded) {
+    const std::string good = home.Write("good.syx", TestBank());
+    const std::string cut = home.Write("cut.syx", TestBytes(9)),
+                      text = home.WriteText("a.txt", "a");
+    const std::string none = home.File("none.sy1");
+    const auto result = Cli({"db", "add", cut, text, none, good});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, good + "\t32\t0\n");
+    for (const std::string &file : {cut, text, none}) {
+        EXPECT_TRUE(Contains(result.errors, "tonewright-cli: " + file + ": ")) << file;
+    }
+    fs::remove(Catalogue("Voices.syx_db"));
+    EXPECT_EQ(Cli({"db", "add", cut}).exitStatus, 1);
+    EXPECT_FALSE(fs::exists(Catalogue("Voices.syx_db")));
+}
+
+TEST_F(CliDb, AddsTheWholeVoicesOfACutBankAndTellsOfTheOthers) {
+    TestBytes bank = TestRefaceBank();
+    bank[160 + 6 * 202 + 16] = 'y'; // the family of voice 7
+    const std::string in = home.Write("in.srx", bank);
+    const auto result = Cli({"db", "add", in});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, in + "\t31\t0\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + in + ": not added: place 7 holds no whole voice\n");
+    EXPECT_TRUE(
+        Contains(Cli({"db", "list", "--synth", "reface"}).output, "\n7\tReface 08\tIn.srx\t"));
+}
+
+TEST_F(CliDb, AddsNothingWhereAFolderStands) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    const std::string path = Catalogue("Voices.syx_db");
+    fs::create_directory(path);
+    ExpectFailure({"db", "add", bank, bank, "--yes"}, path + ": not readable: Is a directory");
+    EXPECT_TRUE(fs::is_directory(path));
 }
 
 // ---- find

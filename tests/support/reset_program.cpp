@@ -6,6 +6,7 @@
 #include "common/sound.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "database/database_file.h"
 #include "database/database_undo.h"
 #include "database/database_window.h"
 #include "midi/instruments/builtin_instruments.h"
@@ -58,6 +59,7 @@ void ResetProgram() {
     CurrentDriverId = NoDriverId;
     CurrentDocumentPath = "Untitled.Twl";
     CurrentDocumentTime = 0;
+    DatabasePathOfThisRun.clear();
     MainList = {};
     MainItemFonts = {};
     ForgetVoiceName();

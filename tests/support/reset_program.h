@@ -18,6 +18,7 @@
 //     MidiOutPort, SynthFirmware                             instrument
 //   CurrentDocumentPath            core/current.h            shell/documents             Untitled.Twl
 //   CurrentDocumentTime            core/current.h            whoever opens a document    0
+//   DatabasePathOfThisRun          database/database_file.h  the command line             empty
 //   MainList, MainItemFonts        core/current.h            commands, the list's view   empty
 //   (name of the last good voice)  core/dispatch.h           VoiceObjectName             none
 //   TheMidi                        midi/midi_api.h           midi/midi_start             no devices
