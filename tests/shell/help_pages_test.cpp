@@ -153,15 +153,19 @@ TEST(HelpPages, OnlyWhatIsNotBuiltIsPromised) {
     const std::string page = ReadPage("referenc.html");
     for (const std::string_view topic :
          {"SELECT", "COMMUNICATING", "AUDITION", "SETUP", "SETUP_DOWNLOADONOPEN",
-          "SETUP_MIDDLEBUTTONAUDITION", "SETUP_CURRENTMIDICHANNEL",
-          "SETUP_VERBOSERIGHTCLICKMENU"}) {
+          "SETUP_MIDDLEBUTTONAUDITION", "SETUP_CURRENTMIDICHANNEL", "SETUP_VERBOSERIGHTCLICKMENU",
+          "DATABASE", "EXIFEDIT", "SETUP_DATABASEMAKEPRETTYNAMES", "SETUP_DATABASENODUPLICATES",
+          "SETUP_FILETIPSHOW", "SETUP_WARNDATABASECHANGED"}) {
         EXPECT_FALSE(Section(page, topic).empty()) << topic;
         EXPECT_EQ(Section(page, topic).find("class=\"later\""), std::string::npos) << topic;
     }
-    for (const std::string_view topic : {"VOICEEDIT", "DATABASE", "EXIFEDIT", "THEME", "COLORS"}) {
+    for (const std::string_view topic : {"VOICEEDIT", "THEME", "COLORS"}) {
         EXPECT_NE(Section(page, topic).find("class=\"later\""), std::string::npos) << topic;
     }
     EXPECT_EQ(page.find("settings window arrives"), std::string::npos);
+    for (const std::string_view built : {"database", "printing"}) {
+        EXPECT_EQ(Words(ReadPage("manual.html"), "LATER").find(built), std::string::npos) << built;
+    }
 }
 
 // The words of a window, a menu or a message as a user reads them there.
@@ -192,6 +196,27 @@ TEST(HelpPages, TheTopicsOfTheInstrumentNameWhatTheUserSees) {
     }
 }
 
+// As they stand in the context menu, the windows and the names of files.
+TEST(HelpPages, TheTopicsOfTheDatabaseNameWhatTheUserSees) {
+    const std::string page = ReadPage("referenc.html");
+    for (const Named &named : {
+             Named{"DATABASE",
+                   {"Add to current database", "Shift", "Insert a voice from the current database",
+                    "Audition", "Delete", "Cancel", "Voices.syx_db", "Voices.srx_db",
+                    "Voices.syx_db_backup", "the whole database is deleted", "Careful mode",
+                    "tonewright-cli db"}},
+             Named{"EXIFEDIT",
+                   {"PM", "Get current time", "Start calendar on Monday", "1970 to 2037"}},
+             Named{"EXTRAS_CAREFULMODE",
+                   {"cannot be added to the current database", "names the voices and the reason"}},
+         }) {
+        const std::string text = Words(page, named.topic);
+        for (const std::string_view words : named.words) {
+            EXPECT_NE(text.find(words), std::string::npos) << named.topic << ": " << words;
+        }
+    }
+}
+
 TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
     const std::string page = ReadPage("manual.html");
     for (const Named &named : {
@@ -205,7 +230,8 @@ TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
              Named{"FETCHING", {"Download current voices"}},
              Named{"SENDING", {"Upload current voices", "Upload to synthesizer"}},
              Named{"HEARING", {"middle mouse button", "Audition"}},
-             Named{"FORMATS", {".syx", ".sy1", ".srx", ".sr1"}},
+             Named{"FORMATS", {".syx", ".sy1", ".srx", ".sr1", ".syx_db", ".srx_db"}},
+             Named{"PLACES", {"Voices.syx_db", "Voices.srx_db"}},
          }) {
         const std::string text = Words(page, named.topic);
         for (const std::string_view words : named.words) {
