@@ -18,10 +18,17 @@ enum Text : unsigned {
     EditsNotSaved = 20042,
     EditsGoToo = 20043,
     WindowStays = 20044,
+    NoDatabase = 20046,
 };
 
 bool IsOn() {
     return CarefulMode != 0;
+}
+
+// The text with what stands for its "%s".
+std::string TextWith(Text number, const std::string &part) {
+    std::string text = LoadProgramString(number);
+    return text.replace(text.find("%s"), 2, part);
 }
 
 std::string WithParagraph(std::string told, const std::string &further) {
@@ -38,9 +45,7 @@ EditsWay CarefulEditsWay(QWidget *window, std::uint32_t changed, const std::stri
     if (next == current) {
         return EditsWay::Stay;
     }
-    std::string question = LoadProgramString(EditsNotSaved);
-    question.replace(question.find("%s"), 2, current);
-    switch (AskYesNoCancel(window, question)) {
+    switch (AskYesNoCancel(window, TextWith(EditsNotSaved, current))) {
     case ResultYes:
         return EditsWay::Store;
     case ResultNo:
@@ -65,12 +70,14 @@ bool CarefulStaysAfterFailure() {
     return IsOn();
 }
 
-std::string CarefulStoreFailure(std::string told, const std::string &path, int reason) {
+std::string CarefulStoreFailure(std::string told, const std::string &path,
+                                const std::string &family, int reason) {
     if (!IsOn()) {
         return told;
     }
-    const std::string why =
-        reason == ECANCELED ? LoadProgramString(NoBackupWanted) : std::strerror(reason);
+    const std::string why = reason == ECANCELED ? LoadProgramString(NoBackupWanted)
+                            : reason == EINVAL  ? TextWith(NoDatabase, family)
+                                                : std::strerror(reason);
     return WithParagraph(WithParagraph(std::move(told), path + (reason ? ": " + why : "") + "."),
                          LoadProgramString(WindowStays));
 }

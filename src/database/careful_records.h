@@ -30,8 +30,9 @@ void CarefulBeginRecords(std::uint32_t &changed);
 // OK: whether the window stays open because its records could not be stored.
 bool CarefulStaysAfterFailure();
 
-// The message of a failed store: `told`, with file and reason behind it; `reason`: errno as the
-// store left it.
-std::string CarefulStoreFailure(std::string told, const std::string &path, int reason);
+// The message of a failed store: `told`, with file and reason behind it; `family`: its name;
+// `reason`: errno as the store left it.
+std::string CarefulStoreFailure(std::string told, const std::string &path,
+                                const std::string &family, int reason);
 
 } // namespace tonewright

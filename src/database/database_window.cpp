@@ -70,9 +70,11 @@ bool Store(DatabaseWindow &state) {
     }();
     if (!isStored) {
         const int reason = errno;
+        const SynthDriver *row = RowOf(state);
         ShowMessage(state.window,
                     CarefulStoreFailure("There has been an error updating the current database.",
-                                        PathOfName(state, DatabaseCurrentName), reason));
+                                        PathOfName(state, DatabaseCurrentName),
+                                        row ? row->name : "", reason));
     }
     return isStored;
 }

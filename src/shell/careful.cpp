@@ -132,21 +132,17 @@ std::string FaultOfList(const BankFault &bank, const SynthDriver &family) {
     return "";
 }
 
-// MainListOrigin of the last download that not all voices of arrived.
-int OriginOfPartialDownload = NoRow;
-
-bool IsPartialDownload(const SynthDriver &family) {
-    return MainListOrigin == OriginOfPartialDownload && family.bankFormat &&
-           family.bankFormat->cameWhole;
+bool IsDownload(const SynthDriver &family) {
+    return MainListOrigin == OriginOfDownload && family.bankFormat && family.bankFormat->cameWhole;
 }
 
 // The places of voices that did not arrive in the download that the list comes from; and whether
 // that of a row is one.
 std::string PlacesMissing(const SynthDriver &family) {
-    return IsPartialDownload(family) ? PlacesNotReceived(MainList, *family.bankFormat) : "";
+    return IsDownload(family) ? PlacesNotReceived(MainList, *family.bankFormat) : "";
 }
 bool IsMissing(const SynthDriver &family, int row) {
-    return IsPartialDownload(family) && !family.bankFormat->cameWhole(ListVoice(MainList, row));
+    return IsDownload(family) && !family.bankFormat->cameWhole(ListVoice(MainList, row));
 }
 
 // Why what is wanted of the list, or of one of its rows, cannot be had; empty when it can.
@@ -463,7 +459,7 @@ bool CarefulMissesVoices(QWidget *window) {
     if (!IsOn() || !CurrentDriver()) {
         return false;
     }
-    OriginOfPartialDownload = MainListOrigin;
+    OriginOfDownload = MainListOrigin;
     const std::string missing = PlacesMissing(*CurrentDriver());
     if (!missing.empty()) {
         ShowMessage(window, TextOf(NotAllReceived, {missing}));

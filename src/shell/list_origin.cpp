@@ -34,6 +34,7 @@ std::size_t BankSizeOf(const VoiceFileFormat *format, const std::string &path) {
 } // namespace
 
 int MainListOrigin = NoListOrigin;
+int OriginOfDownload = NoDownload;
 DocumentFile TheDocumentFile;
 
 void BeginListOrigin() {

@@ -13,6 +13,9 @@ namespace tonewright {
 constexpr int NoListOrigin = 0; // which no list that was filled has
 extern int MainListOrigin;
 void BeginListOrigin();
+// MainListOrigin of the last download, of which voices may not have arrived.
+constexpr int NoDownload = -1; // which no list has
+extern int OriginOfDownload;
 
 // The document's file as it was known last.
 struct DocumentFile {

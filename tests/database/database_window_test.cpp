@@ -924,6 +924,16 @@ TEST_P(CarefulDatabases, SavesTheEditsBeforeASwitch) {
     EXPECT_FALSE(DatabaseUndoAvailable());
 }
 
+TEST_P(CarefulDatabases, LeavesAFileThatIsNoDatabaseAndSaysSo) {
+    Open();
+    Rename("Zulu");
+    WriteTestText(PathOf("Voices"), "of another program");
+    desktop.ExpectMessage(
+        FailureAt(PathOf("Voices"), std::string("it is no database for the ") + row.name));
+    EXPECT_EQ(AcceptDatabaseWindow(state), std::nullopt);
+    EXPECT_EQ(ReadTestText(PathOf("Voices")), "of another program");
+}
+
 TEST_P(CarefulDatabases, DropsTheEditsBeforeASwitchAfterNo) {
     Open();
     Rename("Zulu");

@@ -24,6 +24,19 @@ using Calls = std::vector<std::string>;
 const std::string NotUploaded = "The selected voice could not be uploaded.";
 const std::string NotOpened = "The MIDI output could not be opened.";
 
+// The calls by which the voice is sent, and what follows them.
+Calls BehindTheVoice(const Calls &more) {
+    Calls calls = {"Pt_Start(1)",
+                   "Pm_OpenOutput(1, 0, 0)",
+                   "Pm_WriteShort(1, 0, B2 7D 00)",
+                   "Pm_WriteSysEx(1, 0, 163 bytes)",
+                   "Pm_WriteShort(1, 0, B2 7C 00)",
+                   "Pt_Stop()",
+                   "Pm_Close(1)"};
+    calls.insert(calls.end(), more.begin(), more.end());
+    return calls;
+}
+
 class Audition : public testing::Test {
 protected:
     void SetUp() override {
@@ -64,14 +77,7 @@ TEST_F(Audition, TheWholeLifeOfABox) {
     EXPECT_EQ(state.sustainedNote, NoNote);
     EndAudition(state);
     CloseAudition(state);
-    EXPECT_EQ(midi.calls, (Calls{
-                              "Pt_Start(1)",
-                              "Pm_OpenOutput(1, 0, 0)",
-                              "Pm_WriteShort(1, 0, B2 7D 00)",
-                              "Pm_WriteSysEx(1, 0, 163 bytes)",
-                              "Pm_WriteShort(1, 0, B2 7C 00)",
-                              "Pt_Stop()",
-                              "Pm_Close(1)",
+    EXPECT_EQ(midi.calls, BehindTheVoice({
                               // The clock stays off from here on.
                               "Pm_OpenOutput(1, 0, 0)",
                               "Pm_WriteShort(1, 0, C2 1F 00)",
@@ -99,14 +105,7 @@ TEST_F(Audition, OneThatKeepsItsVoiceSelectsNoProgramAndSendsAllElse) {
     PressAuditionKey(state, 0);
     EndAudition(state);
     CloseAudition(state);
-    EXPECT_EQ(midi.calls, (Calls{
-                              "Pt_Start(1)",
-                              "Pm_OpenOutput(1, 0, 0)",
-                              "Pm_WriteShort(1, 0, B2 7D 00)",
-                              "Pm_WriteSysEx(1, 0, 163 bytes)",
-                              "Pm_WriteShort(1, 0, B2 7C 00)",
-                              "Pt_Stop()",
-                              "Pm_Close(1)",
+    EXPECT_EQ(midi.calls, BehindTheVoice({
                               "Pm_OpenOutput(1, 0, 0)",
                               "Pm_Write(1, 0, 92 3C 64)",
                               "Pm_Write(1, 0, 82 3C 64)",

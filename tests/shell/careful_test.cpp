@@ -49,6 +49,10 @@ protected:
         MainListChanged(0);
         Forget();
     }
+    void Open(const std::string &name, const std::vector<std::uint8_t> &bank) {
+        PendingOpenPath = home.Write(name, bank);
+        ASSERT_EQ(RunCommand(CommandOpen), 1);
+    }
     // A file that is no bank, by a name that is one's; the voices of the list stay.
     void FailToOpen(const std::string &name, const std::string &message) {
         PendingOpenPath = home.WriteText(name, "no bank");
@@ -177,8 +181,7 @@ TEST_F(VoicesOfAnotherFamily, AmongOthersAreRefusedInCarefulMode) {
 }
 
 TEST_F(VoicesOfAnotherFamily, AFileThatIsNotFullIsRemovedByASaveWithTheModeOff) {
-    PendingOpenPath = home.Write("ten.srx", TestRefaceBank(10));
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("ten.srx", TestRefaceBank(10));
     desktop.ExpectMessage(WriteError);
     EXPECT_EQ(RunCommand(CommandSave), 0);
     EXPECT_FALSE(home.Holds("ten.srx"));
@@ -186,8 +189,7 @@ TEST_F(VoicesOfAnotherFamily, AFileThatIsNotFullIsRemovedByASaveWithTheModeOff) 
 
 TEST_F(VoicesOfAnotherFamily, AFileThatIsNotFullStaysInCarefulMode) {
     SwitchOn();
-    PendingOpenPath = home.Write("ten.srx", TestRefaceBank(10));
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("ten.srx", TestRefaceBank(10));
     desktop.ExpectMessage("A bank for the " + RefaceName +
                           " has 32 voices, and voice 11 of the list is missing." + NothingSaved);
     EXPECT_EQ(RunCommand(CommandSave), 0);
@@ -215,8 +217,7 @@ protected:
         return bank;
     }
     std::string Open(bool isShort) {
-        PendingOpenPath = home.Write("form.srx", Bank(isShort));
-        EXPECT_EQ(RunCommand(CommandOpen), 1);
+        Careful::Open("form.srx", Bank(isShort));
         return home.File("form.srx");
     }
 };
@@ -382,8 +383,7 @@ TEST_F(WhatASaveReplaces, AFileThatIsNotThereAsksForAName) {
 
 TEST_F(WhatASaveReplaces, ADownloadReplacesTheDocumentsFileWithTheModeOff) {
     BuiltinMidi midi;
-    PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
-    ASSERT_EQ(RunCommand(CommandOpen), 1);
+    Open("mine.srx", TestRefaceBank());
     Download();
     EXPECT_EQ(RunCommand(CommandSave), 1);
     EXPECT_NE(ReadTestFile(home.File("mine.srx")), TestRefaceBank());
@@ -392,8 +392,7 @@ TEST_F(WhatASaveReplaces, ADownloadReplacesTheDocumentsFileWithTheModeOff) {
 TEST_F(WhatASaveReplaces, ADownloadIsAskedAboutAndUndoBringsTheFormerListBack) {
     SwitchOn();
     BuiltinMidi midi;
-    PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
-    ASSERT_EQ(RunCommand(CommandOpen), 1);
+    Open("mine.srx", TestRefaceBank());
     Download();
     const std::string question = "The voices in the list did not come from the file mine.srx, and "
                                  "they would replace those that it holds.";
@@ -409,8 +408,7 @@ TEST_F(WhatASaveReplaces, ADownloadIsAskedAboutAndUndoBringsTheFormerListBack) {
 TEST_F(WhatASaveReplaces, TheListBeforeADownloadIsNotThatOfTheFileThatTheDownloadWasSavedIn) {
     SwitchOn();
     BuiltinMidi midi;
-    PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
-    ASSERT_EQ(RunCommand(CommandOpen), 1);
+    Open("mine.srx", TestRefaceBank());
     Download();
     ExpectSaveDialog(home.File("downloaded.srx"), home.File("mine.srx"));
     ASSERT_EQ(RunCommand(CommandSaveAs), 1);
@@ -437,8 +435,7 @@ TEST_F(WhatASaveReplaces, EditsAndTheirUndoAreSavedWithoutAQuestion) {
 TEST_F(WhatASaveReplaces, BytesBehindABankAreCutOffWithTheModeOff) {
     auto two = TestBank();
     two.resize(2 * two.size());
-    PendingOpenPath = home.Write("two.syx", two);
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("two.syx", two);
     EXPECT_EQ(RunCommand(CommandSave), 1);
     EXPECT_EQ(ReadTestFile(home.File("two.syx")).size(), 4104u);
 }
@@ -447,8 +444,7 @@ TEST_F(WhatASaveReplaces, BytesBehindABankAreAskedAbout) {
     SwitchOn();
     auto longer = TestBank();
     longer.push_back(0);
-    PendingOpenPath = home.Write("longer.syx", longer);
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("longer.syx", longer);
     ExpectReplaceQuestion("The file longer.syx holds more than the 32 voices of a bank. Only "
                           "these would remain of it.",
                           ResultCancel);
@@ -457,8 +453,7 @@ TEST_F(WhatASaveReplaces, BytesBehindABankAreAskedAbout) {
 
     auto more = TestRefaceBank();
     more.push_back(0);
-    PendingOpenPath = home.Write("more.srx", more);
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("more.srx", more);
     ExpectReplaceQuestion("The file more.srx holds more than the 32 voices of a bank. Only "
                           "these would remain of it.",
                           ResultNo);
@@ -578,8 +573,7 @@ TEST_F(WhatASaveReplaces, ANameOfAnotherFamilyIsNotTakenFromTheDialog) {
 }
 
 TEST_F(WhatASaveReplaces, VoicesBehindABankAreLeftOutWithTheModeOff) {
-    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("many.srx", TestRefaceBank(33));
     EXPECT_EQ(RunCommand(CommandSave), 1);
     EXPECT_EQ(ReadTestFile(home.File("many.srx")).size(), 160u + 32 * 202);
 }
@@ -614,8 +608,7 @@ TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfByEachSave) {
 
 TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfWhenUndoHasLeftThemOut) {
     SwitchOn();
-    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("many.srx", TestRefaceBank(33));
     UndoPush(nullptr, MainList);
     EXPECT_EQ(RunCommand(CommandUndo), 1);
     EXPECT_EQ(ListCount(MainList), 32);
@@ -629,8 +622,7 @@ TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfWhenUndoHasLeftThemOut) {
 TEST_F(WhatASaveReplaces, WhatAnotherProgramWroteIntoTheLastOfManyVoicesIsAskedAbout) {
     SwitchOn();
     auto many = TestRefaceBank(33);
-    PendingOpenPath = home.Write("many.srx", many);
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("many.srx", many);
     many.back() ^= 1;
     home.Write("many.srx", many);
     ExpectReplaceQuestion("The file many.srx has been changed by another program since you opened "
@@ -641,8 +633,7 @@ TEST_F(WhatASaveReplaces, WhatAnotherProgramWroteIntoTheLastOfManyVoicesIsAskedA
 }
 
 TEST_F(WhatASaveReplaces, VoicesBehindABankAreToldOfBeforeTheyAreLeftOut) {
-    PendingOpenPath = home.Write("many.srx", TestRefaceBank(33));
-    EXPECT_EQ(RunCommand(CommandOpen), 1);
+    Open("many.srx", TestRefaceBank(33));
     ExpectSaveDialog(home.File("plain.srx"), home.File("many.srx"));
     EXPECT_EQ(RunCommand(CommandSaveAs), 1);
     SwitchOn();
@@ -1156,8 +1147,7 @@ protected:
     void SetUp() override {
         Careful::SetUp();
         SelectKeyboardAutodetect = 1;
-        PendingOpenPath = home.Write("mine.srx", TestRefaceBank());
-        ASSERT_EQ(RunCommand(CommandOpen), 1);
+        Open("mine.srx", TestRefaceBank());
         RunCommand(CommandFind);
         ASSERT_NE(MidiOutPort, NoMidiDevice);
         Forget();

@@ -14,6 +14,7 @@
 #include "shell/command_state.h"
 #include "shell/documents.h"
 #include "shell/history.h"
+#include "shell/list_origin.h"
 #include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
@@ -46,6 +47,7 @@ TEST(ResetProgram, PutsEveryVariableBackToItsStart) {
     }
     EXPECT_STREQ(VoiceObjectName(MainList.items[0]), "E.PIANO 1x");
     MainListState = {.clickedIndex = 3, .dirty = true};
+    OriginOfDownload = 5;
     PendingOpenPath = "/banks/two.syx";
     Post([] {});
     UndoInit(nullptr);
@@ -75,6 +77,7 @@ TEST(ResetProgram, PutsEveryVariableBackToItsStart) {
     EXPECT_STREQ(VoiceObjectName({}), "Unknown Voice");
     EXPECT_EQ(MainListState.clickedIndex, -1);
     EXPECT_FALSE(MainListState.dirty);
+    EXPECT_EQ(OriginOfDownload, NoDownload);
     EXPECT_EQ(PendingOpenPath, "");
     EXPECT_FALSE(RunNextPosted());
     EXPECT_FALSE(UndoAvailable());

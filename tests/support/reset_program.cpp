@@ -66,7 +66,8 @@ void ResetProgram() {
     MidiInPort = MidiOutPort = -1;
     SynthFirmware = 0;
     MainListState = {};
-    MainListOrigin = 0;
+    MainListOrigin = NoListOrigin;
+    OriginOfDownload = NoDownload;
     TheDocumentFile = {};
     PendingOpenPath.clear();
     ClearPosted();

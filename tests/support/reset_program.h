@@ -26,8 +26,9 @@
 //   (the built-in instruments)     midi/instruments/         what is sent to them        the factory's
 //   (outcomes of rules)            shell/command_state.h     undo, clipboard, Refresh... see there
 //   MainListState                  shell/list_state.h        commands, gestures          clean
-//   MainListOrigin,                shell/list_origin.h       commands that fill the      0, no file
-//     TheDocumentFile                                        list, open, save, undo
+//   MainListOrigin,                shell/list_origin.h       commands that fill the      0, no download,
+//     OriginOfDownload,                                      list, open, save, undo,     no file
+//     TheDocumentFile                                        download
 //   PendingOpenPath                shell/documents.h         whoever posts an Open       empty
 //   (posted commands)              shell/command_queue.h     Post and its like           none
 //   (levels of undo)               shell/undo.h              its calls                   no store
