@@ -52,6 +52,8 @@ TEST_F(RunCommand, TwiceDoesTheSameAndNeitherAsksNorFails) {
         EXPECT_EQ(ReadTestFile(home.File("run-output/saved.syx")), bank);
         EXPECT_EQ(ReadTestFile(home.File("run-output/dx7-memory.syx")), bank);
         EXPECT_TRUE(home.Holds("run-output/main-window.png"));
+        EXPECT_TRUE(home.Holds("run-output/voices.pdf"));
+        EXPECT_TRUE(home.Holds("run-output/catalogue.pdf"));
         if (time == 0) {
             first = result.output;
             EXPECT_NE(first.find("painted the main window"), std::string::npos);
