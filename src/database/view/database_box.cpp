@@ -9,6 +9,7 @@
 #include "common/view/system_colours.h"
 #include "core/current.h"
 #include "database/database_window.h"
+#include "database/view/new_database_box.h"
 #include "database/view/print_reports.h"
 #include "database/view/record_list_view.h"
 #include "midi/view/audition_box.h"
@@ -17,6 +18,7 @@
 #include <QAbstractButton>
 #include <QDialog>
 #include <qdrawutil.h>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -63,7 +65,7 @@ protected:
     void paintEvent(QPaintEvent *) override {
         QPainter painter(this);
         const QBrush face(SystemColourOf(SystemColour::ButtonFace));
-        qDrawShadePanel(&painter, rect(), palette(), isChecked() || isDown(), 1, &face);
+        qDrawWinPanel(&painter, rect(), palette(), isChecked() || isDown(), &face);
         painter.setPen(SystemColourOf(SystemColour::ButtonText));
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
         if (hasFocus()) {
@@ -122,6 +124,17 @@ protected:
     void wheelEvent(QWheelEvent *event) override {
         ListScrollByWheel(state.records, event->angleDelta().y());
         event->accept();
+    }
+    // Shift keeps the voice back at OK, by the keyboard too.
+    void keyPressEvent(QKeyEvent *event) override {
+        const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (isEnter && event->modifiers().testFlag(Qt::ShiftModifier)) {
+            QKeyEvent plain(event->type(), event->key(),
+                            event->modifiers() & ~Qt::KeyboardModifiers(Qt::ShiftModifier));
+            QDialog::keyPressEvent(&plain);
+            return;
+        }
+        QDialog::keyPressEvent(event);
     }
     // A button that was pressed on something else.
     void mouseReleaseEvent(QMouseEvent *event) override {
@@ -248,6 +261,7 @@ void AuditionVoice(QWidget *owner, const VoiceObject &voice) {
 
 void UseDatabaseBox() {
     TheDatabaseViews.ShowBox = ShowDatabaseBox;
+    TheDatabaseViews.AskForNewName = RunNewDatabaseBox;
     TheDatabaseViews.Audition = AuditionVoice;
     TheDatabaseViews.Print = PrintDatabase;
 }

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "common/view/file_tip.h"
 #include "database/view/field_editor.h"
+#include "database/view/file_time_box.h"
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -22,7 +23,9 @@ constexpr int NarrowLetters = QFont::Condensed;
 
 QString NameOfRow(const DatabaseWindow &state, int row) {
     const DatabaseRecord *record = ListRecord(state.records, row);
-    return record ? QString::fromStdString(TextsOfRecord(*record)[0]) : QString();
+    const auto fields = record ? RecordFields(*record) : std::nullopt;
+    return fields ? QString::fromLatin1(fields->name.data(), static_cast<int>(fields->name.size()))
+                  : QString();
 }
 
 QString WordsOfRow(const DatabaseWindow &state, int row) {
@@ -185,9 +188,15 @@ void RecordListView::EditFieldUnderCursor() {
                    });
         break;
     }
-    case RecordField::Date:
-    case RecordField::None:
+    case RecordField::Date: {
+        std::uint32_t seconds = fields->date;
+        if (RunFileTimeBox(window(), FileTimeParts::Both, seconds)) {
+            AcceptRecordDate(state, seconds);
+        }
         EndGesture();
+        break;
+    }
+    case RecordField::None:
         break;
     }
 }

@@ -181,6 +181,29 @@ protected:
         }
         return nullptr;
     }
+    // Hands the box that opens over the dialog to `use`, which closes it.
+    void WithSecondBox(const std::function<void()> &open,
+                       const std::function<void(QDialog &)> &use) const {
+        bool opened = false;
+        QTimer look;
+        look.setInterval(5);
+        QObject::connect(&look, &QTimer::timeout, [&] {
+            auto *second = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!second || second == box) {
+                return;
+            }
+            look.stop();
+            opened = true;
+            use(*second);
+            if (second->isVisible()) {
+                ADD_FAILURE() << "the second box is still open";
+                second->done(0);
+            }
+        });
+        look.start();
+        open();
+        EXPECT_TRUE(QTest::qWaitFor([&opened] { return opened; }));
+    }
     QLineEdit *TextEditor() const { return Viewport()->findChild<QLineEdit *>(); }
     QComboBox *ChoiceEditor() const { return Viewport()->findChild<QComboBox *>(); }
     FileTip &Tip() const {
@@ -313,6 +336,20 @@ TEST_F(DatabaseBox, EnterInTheListIsOkAndEscIsCancel) {
     EXPECT_EQ(WithBox([this] { QTest::keyClick(list, Qt::Key_Return); }), 1);
     EXPECT_EQ(WithBox([this] { QTest::keyClick(list, Qt::Key_Enter); }), 1);
     EXPECT_EQ(WithBox([this] { QTest::keyClick(list, Qt::Key_Escape); }), 0);
+}
+
+TEST_F(DatabaseBox, ShiftAndEnterHandsNothingOver) {
+    desktop.shiftDown = true;
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        EXPECT_EQ(WithBox([this, key] {
+                      EndRecordGesture(*state);
+                      QTest::keyClick(list, key, Qt::ShiftModifier);
+                      EXPECT_FALSE(box->isVisible());
+                  }),
+                  0);
+        EXPECT_TRUE(chosen.bytes.empty());
+    }
+    EXPECT_EQ(InFile("Voices"), (Names{"Alpha", "Bravo", "charlie"}));
 }
 
 TEST_F(DatabaseBox, EnterOnCancelIsCancel) {
@@ -889,6 +926,49 @@ TEST_F(DatabaseBox, AnUnchangedEditIsAnEdit) {
     });
 }
 
+TEST_F(DatabaseBox, AHeldDateIsSetInABox) {
+    WithBox([this] {
+        WithSecondBox([this] { Hold(0, 338); },
+                      [this](QDialog &second) {
+                          EXPECT_EQ(second.windowTitle(), "Time and Date");
+                          EXPECT_EQ(second.parentWidget(), box);
+                          auto *field = second.findChild<QLineEdit *>("control_103");
+                          EXPECT_EQ(field->text().toInt(), 9);
+                          field->setText("30");
+                          QTest::mouseClick(second.findChild<QPushButton *>("control_1"),
+                                            Qt::LeftButton);
+                      });
+        EXPECT_EQ(RecordFields(state->records.items[0])->date, 30u);
+        EXPECT_TRUE(DatabaseUndoAvailable());
+        EXPECT_EQ(state->changed, 1u);
+        EXPECT_EQ(desktop.sounds.size(), 1u);
+        Release(0, 338);
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, ACancelledDateStaysAndCountsAsAChange) {
+    WithBox([this] {
+        WithSecondBox([this] { Hold(0, 487); },
+                      [](QDialog &second) {
+                          second.findChild<QLineEdit *>("control_103")->setText("30");
+                          QTest::mouseClick(second.findChild<QWidget *>("control_109"),
+                                            Qt::LeftButton, {}, {5, 5});
+                          EXPECT_EQ(StartMonday, 1u);
+                          QTest::mouseClick(second.findChild<QPushButton *>("control_2"),
+                                            Qt::LeftButton);
+                      });
+        EXPECT_EQ(RecordFields(state->records.items[0])->date, 9u);
+        EXPECT_EQ(StartMonday, 0u);
+        EXPECT_FALSE(DatabaseUndoAvailable());
+        EXPECT_EQ(state->changed, 1u);
+        Release(0, 487);
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
 TEST_F(DatabaseBox, AHeldPositionIsChosenFromAList) {
     WithBox([this] {
         for (const int x : {494, 541}) { // as far as it is hit, not as far as it is drawn
@@ -1110,6 +1190,28 @@ TEST_F(DatabaseBox, NewKeepsTheNameThatIsShown) {
         Click(1);
     });
     EXPECT_EQ(ReadTestFile(PathOf("Strings")).size(), 152u);
+}
+
+TEST_F(DatabaseBox, NewAsksForANameInABox) {
+    WithBox([this] {
+        desktop.ExpectYesNoCancel("Do you want to copy the contents of your existing database, "
+                                  "Voices, to your new database, Strings?",
+                                  ResultYes);
+        WithSecondBox([this] { Click(103); },
+                      [](QDialog &second) {
+                          EXPECT_EQ(second.windowTitle(), "New Database");
+                          auto *names = second.findChild<QComboBox *>("control_65");
+                          EXPECT_EQ(names->currentText(), "Voices");
+                          names->setCurrentText("Strings");
+                          QTest::mouseClick(second.findChild<QPushButton *>("control_1"),
+                                            Qt::LeftButton);
+                      });
+        EXPECT_EQ(Shown().size(), 3u);
+        EXPECT_EQ(DatabaseCurrentName, "Strings");
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+    EXPECT_EQ(InFile("Strings"), (Names{"charlie", "Alpha", "Bravo"}));
 }
 
 TEST_F(DatabaseBox, DeleteTakesTheNameAway) {
