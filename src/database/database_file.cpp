@@ -9,8 +9,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <ctime>
+#include <optional>
 #include <string_view>
 
 namespace tonewright {
@@ -82,12 +82,12 @@ std::uint64_t PlaceOf(const DatabaseFamily &family, std::uint64_t index) {
     return DatabaseHeaderSize + index * DatabaseRecordSize(family);
 }
 
-// Bytes of the file.
-std::uint64_t SizeOf(DatabaseHandle &database) {
+// Bytes of the file; nothing where the platform cannot tell them, as of a file that is too large.
+std::optional<std::uint64_t> SizeOf(DatabaseHandle &database) {
     std::FILE *file = database.file.get();
     database.last = DatabaseHandle::Last::Other;
-    const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : 0;
-    return static_cast<std::uint64_t>(std::max(size, 0L));
+    const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
+    return size < 0 ? std::nullopt : std::optional<std::uint64_t>(size);
 }
 
 std::shared_ptr<DatabaseHandle> OpenStream(const DatabaseFamily &family, const char *path,
@@ -143,6 +143,9 @@ std::shared_ptr<DatabaseHandle> StreamOf(const DatabaseFamily &family, const cha
         return OpenStream(family, path, "rb");
     }
     if (!isUpdate && (mode & Make)) {
+        if (FileExists(path) && !OpenFile(path, "r+b")) {
+            return nullptr; // what may not be written is not replaced either
+        }
         DeleteWrittenFile(path);
         return CreateDatabase(family, path);
     }
@@ -154,11 +157,6 @@ std::shared_ptr<DatabaseHandle> StreamOf(const DatabaseFamily &family, const cha
         return nullptr;
     }
     return OpenStream(family, path, isUpdate ? "r+b" : "a+b");
-}
-
-// Whether the file is none of ours to delete: it is there and may not be opened.
-bool IsForbidden(int reason) {
-    return reason == EACCES || reason == EPERM || reason == EROFS;
 }
 
 void WriteBack(std::FILE *file, std::uint64_t place, std::span<const std::uint8_t> bytes) {
@@ -176,14 +174,20 @@ struct BeforeAdd {
     std::vector<std::uint8_t> uncounted; // bytes that stood there already
 };
 
-void LookBeforeAdd(BeforeAdd &before, DatabaseHandle &database) {
+// False when there is no way back from an add.
+bool LookBeforeAdd(BeforeAdd &before, DatabaseHandle &database) {
+    const auto size = SizeOf(database);
+    if (!size) {
+        return false;
+    }
     before.header = database.header;
-    before.size = SizeOf(database);
+    before.size = *size;
     before.place = PlaceOf(*database.family, DatabaseCount(database));
     if (MoveTo(database, before.place, DatabaseHandle::Last::Read)) {
         before.uncounted = ReadBytesOf(database.file.get(), DatabaseRecordSize(*database.family));
         database.last = DatabaseHandle::Last::Other;
     }
+    return true;
 }
 
 // The file has been closed.
@@ -259,11 +263,14 @@ std::uint32_t DatabaseCount(const DatabaseHandle &database) {
     return HeaderCount(database.header);
 }
 
-std::uint64_t RecordsThatBegin(DatabaseHandle &database) {
-    const std::uint64_t size = SizeOf(database);
+std::uint32_t RecordsThatBegin(DatabaseHandle &database) {
+    constexpr std::uint64_t endOfReach = std::uint64_t{INT32_MAX} + 1;
+    const std::uint64_t end = std::min(SizeOf(database).value_or(endOfReach), endOfReach);
     const std::uint64_t recordSize = DatabaseRecordSize(*database.family);
-    return size <= DatabaseHeaderSize ? 0
-                                      : (size - DatabaseHeaderSize + recordSize - 1) / recordSize;
+    return end <= DatabaseHeaderSize
+               ? 0
+               : static_cast<std::uint32_t>((end - DatabaseHeaderSize + recordSize - 1) /
+                                            recordSize);
 }
 
 std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const char *path,
@@ -274,8 +281,9 @@ std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const
     }
     if (!ReadAt(*database, 0, database->header) ||
         HeaderFaultOf(family.id, database->header) != DatabaseHeaderFault::None) {
+        const int reason = std::ferror(database->file.get()) ? errno : EINVAL;
         database.reset();
-        errno = EINVAL;
+        errno = reason;
     }
     return database;
 }
@@ -367,7 +375,8 @@ int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const 
     before.wasThere = FileExists(path.c_str());
     auto database = OpenDatabase(family, path.c_str(), DatabaseUpdate);
     if (!database) {
-        if (keeps ? !before.wasThere : !IsForbidden(errno)) {
+        // What could not be looked into may be a catalogue.
+        if (!before.wasThere || (!keeps && errno == EINVAL)) {
             DeleteWrittenFile(path.c_str());
         }
         return 0;
@@ -378,8 +387,8 @@ int AddToDatabase(const DatabaseFamily &family, const VoiceObject &voice, const 
         CloseDatabase(std::move(database));
         return 1;
     }
-    if (keeps) {
-        LookBeforeAdd(before, *database);
+    if (keeps && !LookBeforeAdd(before, *database)) {
+        return 0;
     }
     errno = EINVAL;
     if (isVoice && WriteDatabaseRecord(*database, DatabaseCount(*database), record) &&

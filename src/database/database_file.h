@@ -55,8 +55,8 @@ std::uint32_t HeaderCount(std::span<const std::uint8_t> header);
 // The number of records by the header.
 std::uint32_t DatabaseCount(const DatabaseHandle &database);
 
-// How many records begin within the file, whatever its header says.
-std::uint64_t RecordsThatBegin(DatabaseHandle &database);
+// How many records begin in the file where they can be read, below 2 GB, whatever its header says.
+std::uint32_t RecordsThatBegin(DatabaseHandle &database);
 
 // Operations of a family's row. A catalogue that does not open leaves the reason in errno: EINVAL
 // for a file that is none of the family's, and for no mode. A file that is only begun, for want of

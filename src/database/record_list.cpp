@@ -7,6 +7,7 @@
 #include "core/document_file.h"
 #include "database/database_file.h"
 #include "database/database_names.h"
+#include "database/record_reader.h"
 #include "database/record_sort.h"
 
 #include <algorithm>
@@ -125,8 +126,7 @@ int DatabaseLoadList(int driverIndex, RecordList &list) {
         return 0;
     }
     if (DatabaseCount(*database) > 0) {
-        const auto end = static_cast<std::uint32_t>(
-            std::min<std::uint64_t>(DatabaseCount(*database), RecordsThatBegin(*database)));
+        const std::uint32_t end = RecordsToLoad(*database);
         std::vector<DatabaseRecord> records;
         records.reserve(end);
         DatabaseRecord record;

@@ -12,19 +12,12 @@ constexpr std::size_t PieceSize = 128 * 1024; // bytes, at most
 } // namespace
 
 std::uint32_t RecordsToLoad(DatabaseHandle &database) {
-    return std::min(DatabaseCount(database), RecordsInReach(database));
-}
-
-std::uint32_t RecordsInReach(DatabaseHandle &database) {
-    // No record is read that begins beyond 2 GB less one byte.
-    const std::uint64_t reach =
-        (INT32_MAX - DatabaseHeaderSize) / DatabaseRecordSize(*database.family) + 1;
-    return static_cast<std::uint32_t>(std::min(reach, RecordsThatBegin(database)));
+    return std::min(DatabaseCount(database), RecordsThatBegin(database));
 }
 
 bool ReadRecords(DatabaseHandle &database, std::uint32_t from, std::uint32_t end,
                  const RecordVisitor &visit) {
-    end = std::min(end, RecordsInReach(database));
+    end = std::min(end, RecordsThatBegin(database));
     if (from >= end) {
         return true;
     }

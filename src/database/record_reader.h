@@ -16,8 +16,6 @@ using RecordVisitor = std::function<bool(std::uint32_t index, std::span<const st
 
 // How many records a load tries: those that the header counts, as far as they begin in the file.
 std::uint32_t RecordsToLoad(DatabaseHandle &database);
-// How many records begin in the file where they can be read, whatever its header says.
-std::uint32_t RecordsInReach(DatabaseHandle &database);
 
 // Calls `visit` with the records `from` to `end` less one as far as they begin in the file. False,
 // with the reason in errno, when the file cannot be read further.

@@ -74,7 +74,7 @@ TEST_P(DatabaseCheck, StopsReadingWhenNoMoreIsWanted) {
 TEST_P(DatabaseCheck, CountsWhatALoadTries) {
     EXPECT_EQ(RecordsToLoad(*Open(TestCatalogue(family, 5, 3))), 3u);
     EXPECT_EQ(RecordsToLoad(*Open(TestCatalogue(family, 5, 0xFFFFFFFF))), 5u);
-    EXPECT_EQ(RecordsInReach(*Open(TestCatalogue(family, 5, 3))), 5u);
+    EXPECT_EQ(RecordsThatBegin(*Open(TestCatalogue(family, 5, 3))), 5u);
     TestBytes file = TestCatalogue(family, 5, 5);
     file.resize(Record(4) + 1);
     EXPECT_EQ(RecordsToLoad(*Open(file)), 5u);
@@ -86,7 +86,7 @@ TEST_P(DatabaseCheck, ReachesRecordsThatBeginBelow2GB) {
     const auto database = Open(TestCatalogue(family, 1, 0xFFFFFFFF));
     std::filesystem::resize_file(Path(), std::uintmax_t{0x80000000} + 10'000); // a hole
     const std::uint32_t last = (0x7FFFFFFF - 152) / static_cast<std::uint32_t>(family.recordSize);
-    EXPECT_EQ(RecordsInReach(*database), last + 1);
+    EXPECT_EQ(RecordsThatBegin(*database), last + 1);
 }
 
 TEST_P(DatabaseCheck, FindsNothingInASoundCatalogue) {

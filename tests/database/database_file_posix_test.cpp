@@ -83,6 +83,31 @@ TEST_P(DatabaseFaults, AFileThatMayNotBeOpenedSurvivesTheAddThatFails) {
     }
 }
 
+TEST_P(DatabaseFaults, AFileThatMayNotBeWrittenIsNotReplaced) {
+    CreateBackups = 0;
+    const TestBytes bytes = TestCatalogue(family, 2, 2);
+    WriteTestFile(Path(), bytes);
+    fs::permissions(folder.path, fs::perms::all);
+    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms::all);
+    fs::permissions(Path(), fs::perms(0444));
+    RunUnprivileged([&] {
+        EXPECT_EQ(row.DatabaseOpen(Path().c_str(), 2), nullptr);
+        EXPECT_EQ(errno, EACCES);
+        EXPECT_EQ(DatabaseStoreList(nullptr, {}, DriverIndexOfId(row.id)), 0);
+    });
+    EXPECT_EQ(File(), bytes);
+}
+
+TEST_P(DatabaseFaults, AFileThatCouldNotBeLookedIntoSurvivesTheAddThatFails) {
+    const TestBytes bytes = TestCatalogue(family, 2, 2);
+    WriteTestFile(Path(), bytes);
+    {
+        const NoMoreFiles none;
+        EXPECT_EQ(Add(9), 0);
+    }
+    EXPECT_EQ(File(), bytes);
+}
+
 TEST_P(DatabaseFaults, InAFolderThatMayNotBeWrittenNothingIsMade) {
     fs::permissions(folder.path, fs::perms(0755));
     fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms(0555));

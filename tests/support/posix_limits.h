@@ -42,6 +42,20 @@ struct FileSizeLimit {
     FileSizeLimit &operator=(const FileSizeLimit &) = delete;
 };
 
+// While it lives this process can open no further file.
+struct NoMoreFiles {
+    rlimit former{};
+
+    NoMoreFiles() {
+        getrlimit(RLIMIT_NOFILE, &former);
+        const rlimit limited = {.rlim_cur = 0, .rlim_max = former.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limited), 0);
+    }
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &former); }
+    NoMoreFiles(const NoMoreFiles &) = delete;
+    NoMoreFiles &operator=(const NoMoreFiles &) = delete;
+};
+
 // Runs `body` in a child process. `prepare` comes first; without it the test fails in these words.
 inline void RunInChild(bool (*prepare)(const std::string &folder), const std::string &folder,
                        const char *whatPrepares, const std::function<void()> &body) {
