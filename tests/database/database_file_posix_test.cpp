@@ -1,14 +1,13 @@
-// Full disks, closed files and kills while a catalogue is made and added to.
+// Full disks, closed files and odd paths while a catalogue is made, added to and stored.
 #include "core/dispatch.h"
 #include "database/record_list.h"
 #include "support/posix_limits.h"
+#include "support/scripted_desktop.h"
 #include "test_catalogue.h"
 
-#include <chrono>
-#include <csignal>
-#include <random>
-#include <sys/wait.h>
-#include <thread>
+#include <cerrno>
+#include <filesystem>
+#include <string>
 
 namespace tonewright {
 namespace {
@@ -148,78 +147,116 @@ TEST_P(DatabaseFaults, AStoreThatFallsShortKeepsTheRecordsInFrontAndCountsOneMor
     }
 }
 
-TEST_P(DatabaseFaults, AKillWhileStoringLeavesTheCatalogueOrItsBackupWhole) {
-    const TestBytes former = TestCatalogue(family, 40, 40);
-    std::mt19937 random(18);
+TEST_P(DatabaseFaults, OnAFullDiskNoneIsMade) {
+    const std::string disk = folder.path.string() + "/My Tonewright 17 Documents";
+    RunOnSmallDisk(disk, [&] {
+        FillDisk(disk + "/full");
+        EXPECT_EQ(row.DatabaseOpen(Path().c_str(), DatabaseUpdate), nullptr);
+        EXPECT_EQ(errno, ENOSPC);
+        EXPECT_EQ(Add(0), 0);
+        EXPECT_FALSE(HasFile());
+    });
+}
+
+TEST_P(DatabaseFaults, AStoreThatFillsTheDiskKeepsWhatCameOutAndCountsOneMore) {
+    const std::string disk = folder.path.string() + "/My Tonewright 17 Documents";
     const int driver = DriverIndexOfId(row.id);
-    const std::string backup =
-        folder.path.string() + "/My Tonewright 17 Documents/Voices" + family.backupExtension;
-    for (int kill = 0; kill < 50; ++kill) {
-        WriteTestFile(Path(), former);
-        fs::remove(backup);
+    RunOnSmallDisk(disk, [&] {
         RecordList list;
-        ASSERT_EQ(DatabaseLoadList(driver, list), 1);
-        const pid_t child = fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            DatabaseStoreList(nullptr, list, driver);
-            _exit(0);
+        list.sorted = false;
+        for (int index = 0; index < 200; ++index) { // 87 KB, and the disk has 64
+            RecordListAdd(list, {TestRecordAt(family, index)});
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 1500));
-        ::kill(child, SIGKILL);
-        ASSERT_EQ(waitpid(child, nullptr, 0), child);
-        const auto isWhole = [&](const std::string &path) {
-            if (!fs::exists(path) || fs::file_size(path) != former.size()) {
-                return false;
-            }
-            const TestBytes file = ReadTestFile(path);
-            const TestBytes records(file.begin() + 152, file.end());
-            return Test32(file, 20) == 40 && records.size() == 40 * family.recordSize &&
-                   TestTextAt(file, 152, 4) == "RwnT";
-        };
-        EXPECT_TRUE(isWhole(Path()) || isWhole(backup)) << kill;
+        EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);
+        const std::uint32_t whole = (Size() - 152) / family.recordSize;
+        EXPECT_GT(whole, 100u);
+        EXPECT_EQ(Test32(File(), 20), whole + 1);
+        RecordList back;
+        back.sorted = false;
+        EXPECT_EQ(DatabaseLoadList(driver, back), 1);
+        ASSERT_EQ(ListCount(back), static_cast<int>(whole));
+        EXPECT_EQ(back.items.back().bytes, TestRecordAt(family, static_cast<int>(whole) - 1));
+    });
+}
+
+TEST_P(DatabaseFaults, OnAFullDiskAStoreAsksBeforeItGoesOnWithoutABackup) {
+    const std::string NoBackup =
+        "Warning: there has been an error creating a backup for your file.\r\n\r\n"
+        "Click on Yes to proceed, or click on No to abort this save.";
+    const std::string disk = folder.path.string() + "/My Tonewright 17 Documents";
+    const std::string backup = disk + "/Voices" + family.backupExtension;
+    const int driver = DriverIndexOfId(row.id);
+    RunOnSmallDisk(disk, [&] {
+        const TestBytes file = TestCatalogue(family, 30, 30);
+        WriteTestFile(Path(), file);
+        RecordList list;
+        EXPECT_EQ(DatabaseLoadList(driver, list), 1);
+        FillDisk(disk + "/full");
+        ScriptedDesktop desktop;
+        desktop.ExpectYesNo(NoBackup, ResultNo);
+        EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);
+        EXPECT_EQ(Size(), file.size());
+        EXPECT_FALSE(fs::exists(backup)); // a part of a copy is none
+        desktop.ExpectYesNo(NoBackup, ResultYes);
+        EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 1); // in the room of the former one
+        EXPECT_EQ(Size(), file.size());
+        EXPECT_FALSE(fs::exists(backup));
+    });
+}
+
+TEST_P(DatabaseFaults, AStoreChangesNoFileThatMayNotBeWrittenAndNoFolder) {
+    const TestBytes bytes = TestCatalogue(family, 2, 2);
+    WriteTestFile(Path(), bytes);
+    CreateBackups = 0;
+    const int driver = DriverIndexOfId(row.id);
+    RecordList list;
+    RecordListAdd(list, {TestRecordAt(family, 0)});
+    fs::permissions(folder.path, fs::perms(0755));
+    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms(0555));
+    fs::permissions(Path(), fs::perms(0444));
+    RunUnprivileged([&] { EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0); });
+    EXPECT_EQ(File(), bytes);
+    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms(0755));
+    fs::remove(Path());
+    fs::create_directory(Path());
+    EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);
+    EXPECT_EQ(Add(0), 0);
+    EXPECT_TRUE(fs::is_directory(Path()));
+}
+
+TEST_P(DatabaseFaults, LinksToFoldersAndToThemselvesStay) {
+    const int driver = DriverIndexOfId(row.id);
+    RecordList list;
+    RecordListAdd(list, {TestRecordAt(family, 0)});
+    CreateBackups = 0;
+    for (const fs::path &target : {folder.path, fs::path(Path())}) {
+        fs::remove(Path());
+        fs::create_symlink(target, Path());
+        EXPECT_EQ(Add(0), 0);
+        EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);
+        EXPECT_EQ(DatabaseLoadList(driver, list), 0);
+        EXPECT_TRUE(fs::is_symlink(Path()));
+        EXPECT_TRUE(fs::exists(folder.path));
     }
 }
 
-// What a kill may leave: the former records and, whole or in part, the next one; where there was no
-// file, none or the beginning of one.
-TEST_P(DatabaseFaults, AKillWhileAddingLeavesTheFormerRecords) {
-    DatabaseMakePrettyNames = 0;
-    DatabaseNoDuplicates = 0;
-    std::mt19937 random(17);
-    constexpr int Kills = 50;
-    for (int kill = 0; kill < Kills; ++kill) {
-        const int before = kill % 3; // records that are there
-        if (before == 0) {
-            fs::remove(Path());
-        } else {
-            WriteTestFile(Path(),
-                          TestCatalogue(family, before, static_cast<std::uint32_t>(before)));
-        }
-        const pid_t child = fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            for (int number = 0;; ++number) {
-                Add(number % 32);
-            }
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
-        ::kill(child, SIGKILL);
-        ASSERT_EQ(waitpid(child, nullptr, 0), child);
-        if (before == 0 && (!HasFile() || Size() < 152)) {
-            continue;
-        }
-        const TestBytes file = File();
-        const std::uint32_t count = Test32(file, 20);
-        EXPECT_EQ(TestTextAt(file, 0, 8), "TnwrTWdb");
-        EXPECT_GE(count, static_cast<std::uint32_t>(before));
-        EXPECT_GE(file.size(), 152 + count * family.recordSize);
-        EXPECT_LE(file.size(), 152 + (count + 1) * family.recordSize);
-        for (int index = 0; index < before; ++index) {
-            const auto at = 152 + static_cast<std::size_t>(index) * family.recordSize;
-            EXPECT_EQ(TestTextAt(file, at, family.recordSize),
-                      TestTextAt(TestRecordAt(family, index), 0, family.recordSize));
-        }
+// A path is cut at 260 bytes, and what is left of it is used; a name has at most 255 of them on
+// this system, so that the folder takes its share.
+TEST_P(DatabaseFaults, PathsOf255To270BytesAreUsedAsTheyAreCut) {
+    const std::string base = folder.path.string() + "/My Tonewright 17 Documents/";
+    const std::size_t extension = 1 + std::string(family.extension).size();
+    for (std::size_t size = 255; size <= 270; ++size) {
+        DatabaseCurrentName = std::string(size - base.size() - extension, 'n');
+        const std::string whole = base + DatabaseCurrentName + "." + family.extension;
+        ASSERT_EQ(whole.size(), size);
+        const std::string path = row.DatabasePath();
+        EXPECT_EQ(path, whole.substr(0, 260));
+        EXPECT_EQ(Add(1), 1) << size;
+        EXPECT_TRUE(fs::is_regular_file(path)) << size;
+        RecordList list;
+        EXPECT_EQ(DatabaseLoadList(DriverIndexOfId(row.id), list), 1);
+        EXPECT_EQ(ListCount(list), 1);
+        fs::remove(path);
     }
 }
 
