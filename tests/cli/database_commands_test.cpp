@@ -1,15 +1,11 @@
 // The commands of catalogues, as their users see them.
-#include "run_cli.h"
+#include "database_home.h"
 
-#include "database/test_catalogue.h"
 #include "support/bank_bytes.h"
-#include "support/temp_folder.h"
-
-#include <gtest/gtest.h>
+#include "support/reface_bytes.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <string>
@@ -18,53 +14,6 @@
 
 namespace tonewright {
 namespace {
-
-namespace fs = std::filesystem;
-
-const TestFamily &Dx7 = TestFamilies[0];
-const TestFamily &Reface = TestFamilies[1];
-
-bool Contains(const std::string &text, const std::string &part) {
-    return text.find(part) != std::string::npos;
-}
-
-class CliDb : public testing::Test {
-protected:
-    void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
-        fs::create_directories(Documents());
-        fs::create_directories(home.path / ".config/Quillbrook");
-    }
-
-    fs::path Documents() const { return home.path / "Documents/My Tonewright 17 Documents"; }
-    // The file of a catalogue of that name, with its extension.
-    std::string Catalogue(const std::string &name) const { return (Documents() / name).string(); }
-    std::string Write(const std::string &name, const TestBytes &bytes) const {
-        WriteTestFile(Catalogue(name), bytes);
-        return Catalogue(name);
-    }
-    void WriteSettings(const std::string &text) const {
-        WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), text);
-    }
-
-    static void ExpectOutput(std::vector<std::string> arguments, const std::string &output,
-                             int status = 0) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, status);
-        EXPECT_EQ(result.output, output);
-        EXPECT_EQ(result.errors, "");
-    }
-    static void ExpectFailure(std::vector<std::string> arguments, const std::string &reason,
-                              int status = 1) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, status) << reason;
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
-    }
-
-    TempFolder home;
-};
 
 // What `list` prints of TestRecordAt(index).
 std::string LineOf(int index) {

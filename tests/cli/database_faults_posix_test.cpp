@@ -1,0 +1,139 @@
+// Catalogues that the command line adds to where there is no room, or nothing may be written, and
+// while the program is killed.
+#include "database_home.h"
+#include "unprivileged_cli.h"
+
+#include "support/bank_bytes.h"
+#include "support/posix_limits.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <random>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tonewright {
+namespace {
+
+class CliDbFaults : public CliDb {
+protected:
+    std::string Bank() const { return home.Write("a.syx", TestBank()); }
+    ProgramResult AddWithin(rlim_t size, std::vector<std::string> options = {}) const {
+        options.insert(options.begin(), {"db", "add", Bank()});
+        const FileSizeLimit limit(size, SIG_DFL); // as from a shell
+        return Cli(options);
+    }
+};
+
+TEST_F(CliDbFaults, AFullDiskCostsTheCatalogueAndTheBackupIsNamed) {
+    const TestBytes former = TestCatalogue(Dx7, 2, 2);
+    const std::string path = Write("Voices.syx_db", former);
+    const auto result = AddWithin(152 + 10 * 446 + 100); // eight more, and a part of a ninth
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 9 of " + home.File("a.syx") +
+                                 " could not be added: File too large; the catalogue has been "
+                                 "deleted, its backup is " +
+                                 path + "_backup\n");
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_EQ(ReadTestFile(path + "_backup"), former);
+}
+
+TEST_F(CliDbFaults, AFullDiskLeavesTheCatalogueInCarefulMode) {
+    const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
+    const auto result = AddWithin(152 + 10 * 446 + 100, {"--careful"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 9 of " + home.File("a.syx") +
+                                 " could not be added: File too large\n");
+    EXPECT_EQ(fs::file_size(path), 152u + 10 * 446); // what had been added
+    ExpectOutput({"db", "check"}, "header\tok\ncount\t10\ngood\t10\n");
+}
+
+TEST_F(CliDbFaults, NoRoomForANewOneLeavesNone) {
+    for (const rlim_t size : {76, 151, 152 + 445}) {
+        const auto result = AddWithin(size);
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.output, "");
+        if (size > 152) { // else the words have no room either: what is told comes by a file
+            EXPECT_TRUE(Contains(result.errors, "could not be added: File too large"));
+        }
+        EXPECT_FALSE(fs::exists(Catalogue("Voices.syx_db"))) << size;
+    }
+    EXPECT_EQ(AddWithin(152 + 32 * 446).output, home.File("a.syx") + "\t32\t0\n");
+}
+
+TEST_F(CliDbFaults, WhatMayNotBeWrittenStays) {
+    const TestBytes former = TestCatalogue(Dx7, 2, 2);
+    const std::string path = Write("Voices.syx_db", former), bank = Bank();
+    fs::permissions(home.path, fs::perms(0755));
+    fs::permissions(Documents(), fs::perms(0777));
+    for (const auto perms : {fs::perms(0444), fs::perms(0)}) {
+        fs::permissions(path, perms);
+        RunCliUnprivileged({"db", "add", bank}, [&](const ProgramResult &result) {
+            EXPECT_EQ(result.exitStatus, 1);
+            EXPECT_EQ(result.output, "");
+            EXPECT_TRUE(Contains(result.errors, ": Permission denied\n")) << result.errors;
+            EXPECT_FALSE(Contains(result.errors, "deleted"));
+        });
+        EXPECT_EQ(ReadTestFile(path), former);
+    }
+    fs::remove(path);
+    fs::permissions(Documents(), fs::perms(0555));
+    RunCliUnprivileged({"db", "add", bank}, [&](const ProgramResult &result) {
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_TRUE(Contains(result.errors, "could not be added: Permission denied"))
+            << result.errors;
+    });
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(CliDbFaults, OthersMayListAndCheckWhatTheyMayNotWrite) {
+    const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
+    fs::permissions(home.path, fs::perms(0755));
+    fs::permissions(path, fs::perms(0444));
+    RunCliUnprivileged({"db", "check", "--database", path}, [&](const ProgramResult &result) {
+        EXPECT_EQ(result.output, "header\tok\ncount\t2\ngood\t2\n");
+    });
+    RunCliUnprivileged({"db", "list", "--database", path},
+                       [&](const ProgramResult &result) { EXPECT_EQ(result.exitStatus, 0); });
+}
+
+TEST_F(CliDbFaults, AKillLeavesWhatTheCheckKnowsAndTheNextAddGoesOnWith) {
+    const std::string bank = Bank(), path = Catalogue("Voices.syx_db");
+    WriteSettings("DatabaseNoDuplicates = 0\n");
+    std::mt19937 random(5);
+    for (int kill = 0; kill < 20 && !HasFailure(); ++kill) {
+        fs::remove(path);
+        const pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            if (!std::freopen("/dev/null", "w", stdout)) {
+                _exit(9);
+            }
+            execl(CliProgram().c_str(), "tonewright-cli", "db", "add", bank.c_str(), bank.c_str(),
+                  bank.c_str(), nullptr);
+            _exit(9);
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(4000 + random() % 6000));
+        ::kill(child, SIGKILL);
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        if (!fs::exists(path) || fs::file_size(path) < 152) {
+            continue;
+        }
+        const std::string check = Cli({"db", "check"}).output;
+        const auto count = Test32(ReadTestFile(path), 20);
+        const std::string good = "header\tok\ncount\t" + std::to_string(count) + "\n";
+        EXPECT_TRUE(check == good + "good\t" + std::to_string(count) + "\n" ||
+                    check == good + "behind\t1\ngood\t" + std::to_string(count) + "\n")
+            << check;
+        EXPECT_EQ(Cli({"db", "add", bank}).output, bank + "\t32\t0\n");
+        ExpectOutput({"db", "check"}, "header\tok\ncount\t" + std::to_string(count + 32) +
+                                          "\ngood\t" + std::to_string(count + 32) + "\n");
+    }
+}
+
+} // namespace
+} // namespace tonewright
