@@ -1,10 +1,11 @@
 // How long painting takes: an algorithm at the size of a list item, anew and kept, and the whole
-// list; and what a list box costs that shows 32 rows or 120,000.
+// list; what a list box costs that shows 32 rows or 120,000; and printing a bank and a catalogue.
 #include "bench_bank.h"
 #include "common/view/list_box_view.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "database/database_window.h"
+#include "database/view/print_painter.h"
 #include "database/view/record_list_view.h"
 #include "drivers/dx7/files.h"
 #include "drivers/dx7/view/algorithm_view.h"
@@ -16,7 +17,9 @@
 #include <QImage>
 #include <QPainter>
 
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -182,6 +185,50 @@ void TypeTheLastName(benchmark::State &state) {
     }
 }
 BENCHMARK(TypeTheLastName)->Arg(32)->Arg(120000)->Unit(benchmark::kMicrosecond);
+
+// ---- printed pages, as a PDF in memory
+
+void PrintBank(benchmark::State &state) {
+    CurrentDriverId = Dx7DriverId;
+    DecodeDx7Bank(MainList, MakeBenchBank());
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(PrintToPdf(QPageSize::A4, "", [](const PrintDevice &device) {
+            return PrintVoiceListReport(device, MainList, "bank.syx", 0);
+        }));
+    }
+}
+BENCHMARK(PrintBank)->Unit(benchmark::kMillisecond);
+
+// Records of one catalogue, all of another name, source and date.
+RecordList RecordsToPrint(int count) {
+    std::vector<DatabaseRecord> records;
+    for (int index = 0; index < count; ++index) {
+        DatabaseRecord record{std::vector<std::uint8_t>(446)};
+        const std::string name = "Voice " + std::to_string(index);
+        const std::string source = "Collection of bank " + std::to_string(index / 32) + ".syx";
+        WriteLittle32(record.bytes, 0, DatabaseRecordMagic);
+        WriteLittle32(record.bytes, 8, static_cast<std::uint32_t>(1'000'000'000 + 1000 * index));
+        std::copy(name.begin(), name.end(), record.bytes.begin() + 28);
+        std::copy(source.begin(), source.end(), record.bytes.begin() + 93);
+        WriteLittle32(record.bytes, 158, static_cast<std::uint32_t>(index % 32));
+        records.push_back(std::move(record));
+    }
+    RecordList list;
+    list.sorted = false;
+    RecordListFill(list, std::move(records));
+    return list;
+}
+
+void PrintCatalogue(benchmark::State &state) {
+    const RecordList list = RecordsToPrint(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(PrintToPdf(QPageSize::A4, "", [&list](const PrintDevice &device) {
+            return PrintDatabaseReport(device, list, "Voices for DX7");
+        }));
+    }
+}
+BENCHMARK(PrintCatalogue)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(PrintCatalogue)->Arg(120'000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace tonewright
