@@ -41,13 +41,24 @@ take() {
     { time "$@" >/dev/null; } 2>&1 | awk '{ print 1000 * ($1 + $2) }' >>"$folder/$name.times"
 }
 median() { sort -n "$folder/$1.times" | awk '{ all[NR] = $1 } END { print all[int((NR + 1) / 2)] }'; }
-# The most memory that a command has, in MB.
-memory() {
-    python3 -c '
-import resource, subprocess, sys
-subprocess.run(sys.argv[1:], check=True, stdout=subprocess.DEVNULL)
-print(resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss / 1024)' "$@"
+# The most memory that a command has, in MB, as a process of its own sees it at its end.
+c++ -O2 -x c++ -o ../memory_of - <<'SOURCE'
+#include <cstdio>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+int main(int, char **arguments) {
+    if (fork() == 0) {
+        return execv(arguments[1], arguments + 1);
+    }
+    int status = 0;
+    rusage usage{};
+    wait4(-1, &status, 0, &usage);
+    std::fprintf(stderr, "%.1f\n", static_cast<double>(usage.ru_maxrss) / 1024);
+    return status != 0;
 }
+SOURCE
+memory() { "$folder/memory_of" "$@" 2>&1 >/dev/null; }
 
 names=(./*.syx)
 half=$((files / 2))

@@ -3,6 +3,7 @@
 
 #include "cli/command_line.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -61,12 +62,18 @@ std::string FieldText(std::string_view text) {
 }
 
 void PutVoiceName(TextOutput &output, std::string_view latin1) {
-    for (const char character : latin1) {
-        const auto byte = static_cast<unsigned char>(character);
+    const auto isPlain = [](char character) { return character >= 0x20 && character < 0x7F; };
+    for (;;) { // a run of plain characters and the one behind it
+        const auto plain =
+            static_cast<std::size_t>(std::ranges::find_if_not(latin1, isPlain) - latin1.begin());
+        output.text += latin1.substr(0, plain);
+        if (plain == latin1.size()) {
+            break;
+        }
+        const auto byte = static_cast<unsigned char>(latin1[plain]);
+        latin1.remove_prefix(plain + 1);
         if (byte < 0x20 || (byte >= 0x7F && byte < 0xA0)) {
             output.text += Replacement;
-        } else if (byte < 0x80) {
-            output.text += character;
         } else {
             output.text += static_cast<char>(0xC0 | (byte >> 6));
             output.text += static_cast<char>(0x80 | (byte & 0x3F));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <zlib.h>
 
 namespace tonewright {
@@ -25,7 +26,8 @@ static_assert(Source == Name + DatabaseTextSize + 1 && Position == Source + Data
 
 std::string_view TextAt(std::span<const std::uint8_t> bytes, std::size_t offset) {
     const auto *text = reinterpret_cast<const char *>(&bytes[offset]);
-    return {text, std::find(text, text + DatabaseTextSize, '\0')};
+    const void *end = std::memchr(text, '\0', DatabaseTextSize);
+    return {text, end ? static_cast<const char *>(end) : text + DatabaseTextSize};
 }
 
 void PutText(std::span<std::uint8_t> bytes, std::size_t offset, std::string_view text) {

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -530,6 +531,40 @@ TEST_F(CliDb, ChecksTheHeader) {
     fs::create_directory(Catalogue("Voices.syx_db"));
     const auto result = Cli({"db", "check"});
     EXPECT_EQ(result.output, "header\tnot readable: Is a directory\n");
+}
+
+// ---- all of them, as README shows them
+
+TEST_F(CliDb, WalkFromAnEmptyHomeAsTheReadmeSays) {
+    fs::remove_all(home.path / "Documents");
+    fs::remove_all(home.path / ".config");
+    const std::string readme = ReadTestText(SourceFile("README.md"));
+    std::istringstream lines(readme.substr(readme.find("From an empty home")));
+    std::string outputs;
+    for (std::string line; std::getline(lines, line) && !Contains(line, "takes any number");) {
+        if (!line.starts_with("tonewright-cli ")) {
+            continue;
+        }
+        std::istringstream words(line.substr(0, line.find(" #")));
+        std::vector<std::string> arguments;
+        for (std::string word; words >> word;) {
+            const bool isExample = word.starts_with("examples/");
+            const bool isFile = word.find('.') != std::string::npos;
+            arguments.push_back(isExample ? SourceFile(word) : isFile ? home.File(word) : word);
+        }
+        arguments.erase(arguments.begin());
+        const auto result = Cli(arguments);
+        EXPECT_EQ(result.exitStatus, 0) << line;
+        EXPECT_EQ(result.errors, "") << line;
+        outputs += result.output;
+    }
+    const std::string example = SourceFile("examples/tonewright.syx");
+    EXPECT_TRUE(outputs.starts_with(example + "\t32\t0\nVoices\t")) << outputs;
+    EXPECT_TRUE(Contains(outputs, "\n28\tTower bell\tTonewright.syx\t"));
+    EXPECT_TRUE(Contains(outputs, "\nheader\tok\ncount\t32\ngood\t32\n"));
+    EXPECT_TRUE(outputs.ends_with("\n" + example + "\t0\t32\n"));
+    EXPECT_TRUE(Contains(Cli({"list", home.File("bell.sy1")}).output, "1\tTOWER BELL\t"));
+    EXPECT_TRUE(Contains(Cli({"list", home.File("out.syx")}).output, "1\tTOWER BELL\t"));
 }
 
 } // namespace
