@@ -571,6 +571,18 @@ TEST_P(WindowOfDatabases, SelectsTheFirstOfTwoRecordsThatAreEqual) {
     EXPECT_EQ(state.records.selection, 2);
 }
 
+TEST_P(WindowOfDatabases, GoesOnWithAnEditWithoutALevelOfUndo) {
+    Open();
+    TestBytes bad = TestRecord(family, 0, {"Alpha", "zoo", 5, 9});
+    bad[23] = 1; // its first size
+    RecordListPut(state.records, 0, {bad});
+    desktop.ExpectMessage("There has been an error building this undo level.");
+    Rename("Beta");
+    EXPECT_EQ(NamesOf(state.records), (Names{"Beta", "Bravo", "charlie"}));
+    EXPECT_EQ(state.changed, 1u);
+    EXPECT_FALSE(DatabaseUndoAvailable());
+}
+
 TEST_P(WindowOfDatabases, GoesOnWithAnEditOfAnUnreadableRecord) {
     Open();
     const TestBytes bad(family.recordSize, 1);
