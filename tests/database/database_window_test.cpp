@@ -152,8 +152,8 @@ protected:
         ShowChosenDatabase(state);
     }
     void AnswerNewName(std::optional<std::string> name) {
-        TheDatabaseViews.AskForNewName = [this, name](QWidget *, const Names &existing,
-                                                      const std::string &start) {
+        TheDatabaseViews.AskForNewName = [name](QWidget *, const Names &existing,
+                                                const std::string &start) {
             EXPECT_EQ(existing, (Names{"Brass", "Voices"}));
             EXPECT_EQ(start, "Voices");
             return name;
