@@ -54,7 +54,12 @@ private:
         return watched == dialog->windowHandle();
     }
     bool IsBesideEditor(QObject *watched, const QMouseEvent &event) const {
-        if (!IsInDialog(watched) || QApplication::activePopupWidget()) {
+        if (QApplication::activePopupWidget()) { // the editor's, which hears of each press
+            const QPoint place = event.globalPosition().toPoint();
+            return QApplication::topLevelAt(place) == dialog &&
+                   !editor->rect().contains(editor->mapFromGlobal(place));
+        }
+        if (!IsInDialog(watched)) {
             return false;
         }
         const auto *widget = qobject_cast<QWidget *>(watched);
@@ -146,6 +151,9 @@ private:
         if (!editor) {
             return;
         }
+        if (QWidget *popup = QApplication::activePopupWidget()) {
+            popup->close();
+        }
         const std::function<void()> tell = end(accepted);
         QWidget *gone = editor;
         editor = nullptr;
@@ -177,20 +185,28 @@ private:
             return static_cast<const QMouseEvent &>(event).button() == button &&
                    IsInDialog(watched);
         case QEvent::KeyPress:
-        case QEvent::KeyRelease: {
-            const auto &stroke = static_cast<const QKeyEvent &>(event);
-            if (key == 0 || !qobject_cast<QWidget *>(watched)) {
-                return false;
-            }
-            const bool isSame = stroke.key() == key && IsInDialog(watched);
-            if (!isSame || !stroke.isAutoRepeat()) {
-                Leave();
-            }
-            return isSame && (stroke.isAutoRepeat() || event.type() == QEvent::KeyRelease);
-        }
+        case QEvent::KeyRelease:
+            return key != 0 && qobject_cast<QWidget *>(watched) &&
+                   KeepBackKey(watched, static_cast<const QKeyEvent &>(event));
         default:
             return false;
         }
+    }
+
+    bool KeepBackKey(QObject *watched, const QKeyEvent &stroke) {
+        const bool isRelease = stroke.type() == QEvent::KeyRelease;
+        // On a busy machine X11 does not say of each repetition that it is one; it begins at the
+        // very time at which the key seems to be released.
+        const bool isRepeated =
+            stroke.isAutoRepeat() || (releasedWhen != 0 && stroke.timestamp() == releasedWhen);
+        if (stroke.key() != key || !IsInDialog(watched) || (!isRelease && !isRepeated)) {
+            Leave();
+            return false;
+        }
+        if (isRelease) {
+            releasedWhen = stroke.timestamp();
+        }
+        return true;
     }
 
     void Leave() {
@@ -216,6 +232,7 @@ private:
     QPointF pressedAt;
     quint64 pressedWhen = 0; // milliseconds
     int key = 0;             // that ended the editor
+    quint64 releasedWhen = 0;
 };
 
 // An editor that hands no key and no button on to the list that it stands over.

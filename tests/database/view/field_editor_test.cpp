@@ -132,13 +132,19 @@ TEST_F(FieldEditor, EnterAcceptsAndReachesNoButton) {
 }
 
 TEST_F(FieldEditor, AKeyThatIsHeldOnDoesNothingElse) {
+    button.setDefault(true);
+    quint64 now = 1000;
     for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
         QTest::keyPress(EditText(), key);
-        for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) {
-            QKeyEvent repeated(type, key, Qt::NoModifier, QString(), true);
-            QApplication::sendEvent(&view, &repeated);
+        for (const bool known : {true, false, true}) { // for a repetition
+            for (const auto type : {QEvent::KeyRelease, QEvent::KeyPress}) {
+                QKeyEvent repeated(type, key, Qt::NoModifier, QString(), known);
+                repeated.setTimestamp(now);
+                QApplication::sendEvent(&other, &repeated);
+            }
+            now += 25;
         }
-        QTest::keyRelease(&view, key);
+        QTest::keyRelease(&other, key);
         EXPECT_EQ(clicks, 0);
         EXPECT_TRUE(dialog.isVisible());
     }
@@ -448,6 +454,34 @@ TEST_F(FieldEditor, ADropDownListGivesTheEntryThatWasChosen) {
     EXPECT_EQ(chosen, 1);
     EXPECT_EQ(ends, 2);
     EXPECT_EQ(list.selection, 2);
+}
+
+TEST_F(FieldEditor, APressBesideTheEntriesAcceptsAtOnce) {
+    const QPoint places[] = {button.geometry().center(), InList(300, 20)};
+    for (const QPoint place : places) {
+        QComboBox *combo = Choose(2);
+        combo->showPopup();
+        QTest::qWait(1);
+        ASSERT_TRUE(combo->view()->isVisible());
+        Click(place);
+        EXPECT_EQ(chosen, 2);
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+        chosen = std::nullopt;
+    }
+    EXPECT_EQ(ends, 2);
+    EXPECT_EQ(clicks + holds, 0);
+    EXPECT_EQ(list.selection, 2);
+    Click(places[0]);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(FieldEditor, APressOnADropDownListClosesItsEntriesOnly) {
+    QComboBox *combo = Choose(2);
+    combo->showPopup();
+    QTest::qWait(1);
+    Click(combo->mapTo(&dialog, combo->rect().center()));
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(ends, 0);
 }
 
 TEST_F(FieldEditor, ADropDownListIsCancelledByEsc) {
