@@ -1,12 +1,15 @@
 // Commands in random order, against a model of what the user has seen: in careful mode no bank on
 // disk is ever replaced by voices that were not seen in the list under its name, unless the user
-// chose so in that very step. The seed is the one that the test program prints.
+// chose so in that very step, and no catalogue loses a record. The seed is the one that the test
+// program prints.
 #include "shell_fixture.h"
 
 #include "common/text.h"
+#include "database/database_window.h"
 #include "shell/list_origin.h"
 #include "shell/synth_selection.h"
 #include "support/builtin_midi.h"
+#include "support/posix_limits.h"
 #include "support/reface_bytes.h"
 
 #include <algorithm>
@@ -92,14 +95,30 @@ bool IsBankOf(const Bytes &file, const Bytes &blocks) {
     return true;
 }
 
+// The records of a catalogue, or the whole file when it is none.
+Bytes RecordsOf(const Bytes &file) {
+    const std::string magic = "TnwrTWdb";
+    return file.size() >= 152 && std::equal(magic.begin(), magic.end(), file.begin())
+               ? Bytes(file.begin() + 152, file.end())
+               : file;
+}
+
 class CarefulSequences : public ShellTest {
 protected:
     void SetUp() override {
         ShellTest::SetUp();
         formerFolder = fs::current_path();
         fs::current_path(home.path);
+        fs::create_directory(CatalogueFolder());
         RememberFileHistoryCount = 0;
         SelectKeyboardAutodetect = 1;
+        TheDatabaseViews.ShowBox = [this](QWidget *, DatabaseWindow &window) {
+            OpenDatabaseWindow(window, nullptr);
+            ListSelect(window.records, Any(4));
+            const auto result = AcceptDatabaseWindow(window);
+            CloseDatabaseWindow(window);
+            return result.value_or(0);
+        };
         TheDesktop.RunMessage = [this](MessageRequest &request) { Answer(request); };
         TheDesktop.ChooseSaveFile = [this](QWidget *, const std::string &, std::uint32_t) {
             return ChooseName();
@@ -193,6 +212,10 @@ private:
             {"rename", &CarefulSequences::Rename},
             {"move", &CarefulSequences::Move},
             {"import", &CarefulSequences::Import},
+            {"add to the catalogue", &CarefulSequences::AddToCatalogue},
+            {"add on a full disk", &CarefulSequences::AddOnFullDisk},
+            {"insert from the catalogue", &CarefulSequences::InsertFromCatalogue},
+            {"another file as the catalogue", &CarefulSequences::PutNoCatalogue},
             {"another program writes", &CarefulSequences::WriteByAnother},
         };
         const Action action = AnyOf(actions);
@@ -200,7 +223,8 @@ private:
         toBeSaved.clear();
         opened.clear();
         isOpen = isNew = isUndone = false;
-        before = ReadDisk();
+        before = ReadDisk(home.path);
+        cataloguesBefore = ReadDisk(CatalogueFolder());
         listBefore = BlocksOfList();
         documentBefore = CurrentDocumentPath;
         closes = 0;
@@ -292,6 +316,37 @@ private:
             RunCommand(CommandImport);
         }
     }
+    void AddToCatalogue() {
+        MainListState.clickedIndex = ListCount(MainList) > 0 ? Any(ListCount(MainList)) : NoRow;
+        desktop.shiftDown = Any(3) == 0;
+        RunUserCommand(CommandAddToDatabase);
+    }
+    void AddOnFullDisk() {
+        const auto path = CatalogueFolder() / ("Voices." + Extension());
+        const std::uintmax_t size = fs::exists(path) ? fs::file_size(path) : 0;
+        const FileSizeLimit limited(size + static_cast<rlim_t>(Any(446)));
+        AddToCatalogue();
+    }
+    void InsertFromCatalogue() {
+        const int row = Any(32);
+        if (row < ListCount(MainList)) {
+            MainListState.clickedIndex = row;
+            RunUserCommand(CommandInsertFromDatabase);
+        }
+    }
+    // Where there is no catalogue; the next time it is taken away again.
+    void PutNoCatalogue() {
+        const std::string path = (CatalogueFolder() / ("Voices." + Extension())).string();
+        const Bytes text = {'n', 'o', ' ', 'd', 'a', 't', 'a'};
+        const auto there = cataloguesBefore.find(path);
+        if (there == cataloguesBefore.end()) {
+            WriteTestFile(path, text);
+            cataloguesBefore[path] = text;
+        } else if (there->second == text) {
+            fs::remove(path);
+            cataloguesBefore.erase(there);
+        }
+    }
     void WriteByAnother() {
         const std::string name = fs::path(AnyOf(before).first).filename().string();
         Put(name, name.ends_with(".srx") ? NewRefaceBank() : NewDx7Bank());
@@ -304,8 +359,10 @@ private:
     using Numbers = std::set<int>;
 
     void Begin() {
-        for (const auto &[path, bytes] : ReadDisk()) {
-            fs::remove(path);
+        for (const auto &folder : {home.path, CatalogueFolder()}) {
+            for (const auto &[path, bytes] : ReadDisk(folder)) {
+                fs::remove(path);
+            }
         }
         home.Write("voice.sy1", TestVoiceFile());
         home.Write("Untitled.Twl", NewDx7Bank());
@@ -324,10 +381,15 @@ private:
         numbersOf.clear();
         now.clear();
     }
-    // All banks, by their paths.
-    Disk ReadDisk() const {
+    fs::path CatalogueFolder() const { return home.path / "My Tonewright 17 Documents"; }
+    // Of the catalogues of the current family.
+    static std::string Extension() {
+        return CurrentDriverId == RefaceDriverId ? "srx_db" : "syx_db";
+    }
+    // All banks of a folder, or all catalogues, by their paths.
+    static Disk ReadDisk(const fs::path &folder) {
         Disk disk;
-        for (const auto &entry : fs::directory_iterator(home.path)) {
+        for (const auto &entry : fs::directory_iterator(folder)) {
             const std::string path = entry.path().string();
             if (entry.is_regular_file() && !path.ends_with(".sy1")) {
                 Bytes &bytes = disk[path];
@@ -346,7 +408,7 @@ private:
     void LookForLosses() {
         const Bytes written = toBeSaved.empty() ? BlocksOfList() : toBeSaved;
         const Numbers &numbers = numbersOf[written];
-        const Disk disk = ReadDisk();
+        const Disk disk = ReadDisk(home.path);
         bool isSomewhere = toBeSaved.empty();
         for (const auto &[path, bytes] : disk) {
             const auto former = before.find(path);
@@ -365,6 +427,17 @@ private:
         for (const auto &[path, bytes] : before) {
             if (!disk.contains(path)) {
                 Tell("a bank that is gone");
+            }
+        }
+        const Disk catalogues = ReadDisk(CatalogueFolder());
+        for (const auto &[path, bytes] : cataloguesBefore) {
+            const auto there = catalogues.find(path);
+            const Bytes records = RecordsOf(bytes);
+            const Bytes now = there == catalogues.end() ? Bytes() : RecordsOf(there->second);
+            if (!std::equal(records.begin(), records.end(), now.begin(),
+                            now.begin() + std::min(std::ssize(records), std::ssize(now)))) {
+                Tell(records == bytes ? "a file in the place of a catalogue"
+                                      : "records of a catalogue");
             }
         }
         const bool hasGoneOn = closes > 0 || BlocksOfList() != toBeSaved;
@@ -401,7 +474,7 @@ private:
     Losses losses;
 
     // Of the step.
-    Disk before;
+    Disk before, cataloguesBefore;
     Bytes listBefore;
     std::string documentBefore;
     std::string chosen; // the path whose bank the user gave up
@@ -424,8 +497,11 @@ TEST_F(CarefulSequences, LoseNothingInCarefulMode) {
 // The test would see what is lost.
 TEST_F(CarefulSequences, LoseAllThatIsLookedForWithTheModeOff) {
     const std::set<std::string> kinds = {"other voices than those of the list",
-                                         "a bank that was not seen", "a bank that is gone",
-                                         "a list that was to be saved"};
+                                         "a bank that was not seen",
+                                         "a bank that is gone",
+                                         "a list that was to be saved",
+                                         "records of a catalogue",
+                                         "a file in the place of a catalogue"};
     const Losses losses = RunSequences(kinds.size());
     for (const std::string &kind : kinds) {
         EXPECT_TRUE(losses.contains(kind)) << kind;
