@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int Kills = 100;
+constexpr int Kills = 50; // of each family
 
 class KilledDatabase : public CatalogueTest {
 protected:
