@@ -2,6 +2,7 @@
 #include "cli/database_choice.h"
 
 #include "cli/midi_session.h"
+#include "cli/paths.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
 #include "common/open_file.h"
@@ -104,7 +105,7 @@ std::optional<ChosenDatabase> ChooseDatabaseOf(const CliCall &call, const SynthD
     if (IsName(database)) {
         return NamedDatabase(family, database);
     }
-    if (!IsPath(database)) {
+    if (!IsPath(AbsolutePath(database))) {
         TellError(database, FormatText("not a path: it has more than %zu bytes", PathLimit));
         return std::nullopt;
     }

@@ -170,8 +170,7 @@ std::string FaultsOf(const DatabaseReport &report) {
 
 } // namespace
 
-int CliDbNames(const CliCall &call) {
-    (void)call;
+int CliDbNames(const CliCall &) {
     int status = ExitDone;
     for (const SynthDriver *family : SynthDrivers) {
         if (!HasCatalogues(*family)) {

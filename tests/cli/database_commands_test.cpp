@@ -73,6 +73,11 @@ TEST_F(CliDb, CallsForANameThatCanBeOne) {
     const std::string path = home.FileOfSize(261, "a.syx_db");
     ExpectFailure({"db", "list", "--database", path},
                   path + ": not a path: it has more than 260 bytes", 2);
+    const std::string longest = home.FileOfSize(260, "a.syx_db");
+    WriteTestFile(longest, TestCatalogue(Dx7, 1, 1));
+    ExpectOutput({"db", "list", "--database", longest}, LineOf(0));
+    ExpectOutput({"db", "add", home.Write("a.syx", TestBank()), "--database", longest},
+                 home.File("a.syx") + "\t32\t0\n");
     const auto result = Cli({"db", "list", "--synth", "organ"});
     EXPECT_EQ(result.exitStatus, 2);
     EXPECT_TRUE(Contains(result.errors, "organ: no such instrument; there are: "));

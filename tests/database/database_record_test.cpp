@@ -124,5 +124,27 @@ INSTANTIATE_TEST_SUITE_P(Texts, PrettyName,
                                          Pretty{std::string(70, 'A'), "A" + std::string(63, 'a')},
                                          Pretty{"A" + std::string(63, ' ') + "B", "A "}));
 
+TEST(FieldsHold, ATextInNameOrSourceWhateverTheCaseOfItsLetters) {
+    const DatabaseFields fields{.name = "Grand \xC9t\xE0", .source = "b.SYX"};
+    for (const char *text : {"", "grand", "GRAND", "nd \xE9", "T\xC0", ".sy", "b.syx"}) {
+        EXPECT_TRUE(FieldsHold(fields, text)) << text;
+    }
+    for (const char *text : {"grandd", "\xE0 ", "b.syx1", "x.", "z"}) {
+        EXPECT_FALSE(FieldsHold(fields, text)) << text;
+    }
+}
+
+TEST(FieldsHold, OnlyLettersHaveACase) {
+    const auto isFound = [](const char *name, const char *text) {
+        return FieldsHold({.name = name, .source = ""}, text);
+    };
+    EXPECT_TRUE(isFound("\xC0\xD6\xD8\xDE", "\xE0\xF6\xF8\xFE"));
+    EXPECT_FALSE(isFound("\xD7", "\xF7")); // times and divided by
+    EXPECT_FALSE(isFound("\xDF", "\xFF"));
+    EXPECT_FALSE(isFound("\xBF", "\xDF"));
+    EXPECT_FALSE(isFound("@[", "`{"));
+    EXPECT_TRUE(isFound("AZ", "az"));
+}
+
 } // namespace
 } // namespace tonewright
