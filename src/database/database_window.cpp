@@ -10,6 +10,7 @@
 #include "database/careful_records.h"
 #include "database/database_names.h"
 #include "database/database_undo.h"
+#include "database/page_layout.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -219,7 +220,8 @@ void UndoRecords(DatabaseWindow &state) {
 void PrintRecords(DatabaseWindow &state) {
     const SynthDriver *row = RowOf(state);
     if (row && TheDatabaseViews.Print) {
-        TheDatabaseViews.Print(state.window, state.records, state.shownName + " for " + row->name);
+        TheDatabaseViews.Print(state.window, state.records,
+                               DatabaseHeading(state.shownName, row->name));
     }
 }
 
