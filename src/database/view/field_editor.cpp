@@ -247,9 +247,10 @@ protected:
     }
 };
 
-void Open(QWidget *editor, QRect area, const QFont &font, EditorEnd end) {
+void Open(QWidget *editor, const EditedCell &cell, QRect area, EditorEnd end) {
     editor->setAttribute(Qt::WA_NoMousePropagation);
-    editor->setFont(font);
+    editor->setAccessibleName(cell.title);
+    editor->setFont(cell.font);
     editor->setGeometry(area);
     new EditorWatch(editor, std::move(end)); // a child of the dialog
     editor->show();
@@ -262,7 +263,7 @@ bool IsLatin1(char32_t character) {
 
 } // namespace
 
-void EditTextOver(QWidget *parent, QRect cell, const QFont &font, const std::string &latin1,
+void EditTextOver(const EditedCell &cell, const std::string &latin1,
                   std::function<void(std::optional<std::string>)> done) {
     // What the text has held stays, even where it cannot be written anew.
     const auto takes = [latin1](char32_t character) {
@@ -270,7 +271,7 @@ void EditTextOver(QWidget *parent, QRect cell, const QFont &font, const std::str
                (character <= 0xFF &&
                 latin1.find(static_cast<char>(character)) != std::string::npos);
     };
-    auto *edit = new Keeping<FilteredEdit>(TextFilter{takes, U'?'}, parent);
+    auto *edit = new Keeping<FilteredEdit>(TextFilter{takes, U'?'}, cell.parent);
     edit->setMaxLength(static_cast<int>(DatabaseTextSize));
     edit->setText(QString::fromLatin1(latin1));
     edit->selectAll();
@@ -279,7 +280,7 @@ void EditTextOver(QWidget *parent, QRect cell, const QFont &font, const std::str
     colours.setColor(QPalette::Base, SystemColourOf(SystemColour::Highlight3D));
     colours.setColor(QPalette::Text, SystemColourOf(SystemColour::DarkShadow3D));
     edit->setPalette(colours);
-    Open(edit, cell.adjusted(0, -1, 0, 1), font, [edit, done](bool accepted) {
+    Open(edit, cell, cell.area.adjusted(0, -1, 0, 1), [edit, done](bool accepted) {
         std::optional<std::string> result;
         if (accepted) {
             result = edit->text().toLatin1().toStdString();
@@ -288,15 +289,15 @@ void EditTextOver(QWidget *parent, QRect cell, const QFont &font, const std::str
     });
 }
 
-void ChooseOver(QWidget *parent, QRect cell, const QFont &font, const QStringList &entries,
-                int selected, std::function<void(std::optional<int>)> done) {
-    auto *combo = new Keeping<QComboBox>(parent);
+void ChooseOver(const EditedCell &cell, const QStringList &entries, int selected,
+                std::function<void(std::optional<int>)> done) {
+    auto *combo = new Keeping<QComboBox>(cell.parent);
     combo->addItems(entries);
     combo->setCurrentIndex(selected);
     combo->setStyleSheet("QComboBox { combobox-popup: 0; }"); // a list that scrolls, not a menu
     combo->setMaxVisibleItems(ShownEntries);
     combo->setContextMenuPolicy(Qt::PreventContextMenu);
-    Open(combo, cell, font, [combo, done](bool accepted) {
+    Open(combo, cell, cell.area, [combo, done](bool accepted) {
         const auto result = accepted ? std::optional(combo->currentIndex()) : std::nullopt;
         return [done, result] { done(result); };
     });

@@ -6,6 +6,7 @@
 
 #include <QFont>
 #include <QRect>
+#include <QString>
 #include <QStringList>
 
 #include <functional>
@@ -16,18 +17,26 @@ class QWidget;
 
 namespace tonewright {
 
-// Both return at once. `cell` is in pixels of `parent`. `done` is called once, after the editor is
+// Where an editor opens.
+struct EditedCell {
+    QWidget *parent;
+    QRect area; // in pixels of the parent
+    QFont font;
+    QString title; // of its column, for screen readers
+};
+
+// Both return at once. `done` is called once, after the editor is
 // gone: with the result, or with nothing when it was cancelled; never when it is destroyed with its
 // dialog.
 
 // A line of at most 64 Latin-1 characters over a cell, one pixel higher on either side. Other
 // characters and control characters cannot be typed; pasted ones become question marks.
-void EditTextOver(QWidget *parent, QRect cell, const QFont &font, const std::string &latin1,
+void EditTextOver(const EditedCell &cell, const std::string &latin1,
                   std::function<void(std::optional<std::string>)> done);
 
 // A drop-down list with `entries`, of which `selected` is chosen at first, or none for -1. The
 // result is the place of the chosen one, -1 for none.
-void ChooseOver(QWidget *parent, QRect cell, const QFont &font, const QStringList &entries,
-                int selected, std::function<void(std::optional<int>)> done);
+void ChooseOver(const EditedCell &cell, const QStringList &entries, int selected,
+                std::function<void(std::optional<int>)> done);
 
 } // namespace tonewright

@@ -160,14 +160,15 @@ void RecordListView::EditFieldUnderCursor() {
         return;
     }
     const QRect row = RowRectangle(state.records.selection);
-    const QRect cell(row.left() + column->left, row.top(), column->hitRight - column->left,
-                     row.height());
+    const EditedCell cell = {
+        viewport(),
+        QRect(row.left() + column->left, row.top(), column->hitRight - column->left, row.height()),
+        font(), column->title};
     editing = true;
     switch (field) {
     case RecordField::Name:
     case RecordField::Source:
-        EditTextOver(viewport(), cell, font(),
-                     std::string(field == RecordField::Name ? fields->name : fields->source),
+        EditTextOver(cell, std::string(field == RecordField::Name ? fields->name : fields->source),
                      [this, field](const std::optional<std::string> &text) {
                          if (text) {
                              AcceptRecordText(state, field, *text);
@@ -178,8 +179,7 @@ void RecordListView::EditFieldUnderCursor() {
     case RecordField::Position: {
         const int count = PositionsToChoose(state);
         const bool isListed = fields->position < static_cast<std::uint32_t>(count);
-        ChooseOver(viewport(), cell, font(), Positions(count),
-                   isListed ? static_cast<int>(fields->position) : -1,
+        ChooseOver(cell, Positions(count), isListed ? static_cast<int>(fields->position) : -1,
                    [this](std::optional<int> chosen) {
                        if (chosen) {
                            AcceptRecordPosition(state, *chosen);

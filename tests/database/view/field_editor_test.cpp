@@ -53,7 +53,7 @@ protected:
         return view.viewport()->findChild<Editor *>();
     }
     QLineEdit *EditText(const std::string &text = "Bells") {
-        EditTextOver(view.viewport(), Cell, DialogFont(), text,
+        EditTextOver({view.viewport(), Cell, DialogFont(), "Source"}, text,
                      [this](std::optional<std::string> result) {
                          EXPECT_EQ(Open<QLineEdit>(), nullptr);
                          ++ends;
@@ -62,7 +62,7 @@ protected:
         return Open<QLineEdit>();
     }
     QComboBox *Choose(int selected, const QStringList &entries = {"1", "2", "3", "4"}) {
-        ChooseOver(view.viewport(), Cell, DialogFont(), entries, selected,
+        ChooseOver({view.viewport(), Cell, DialogFont(), "Position"}, entries, selected,
                    [this](std::optional<int> result) {
                        EXPECT_EQ(Open<QComboBox>(), nullptr);
                        ++ends;
@@ -107,6 +107,7 @@ TEST_F(FieldEditor, StandsOverItsCellOnePixelHigherOnEitherSide) {
     EXPECT_TRUE(edit->hasFocus());
     EXPECT_FALSE(edit->hasFrame());
     EXPECT_EQ(edit->font(), DialogFont());
+    EXPECT_EQ(edit->accessibleName(), "Source");
     EXPECT_EQ(edit->text(), "Bells");
     EXPECT_EQ(edit->selectedText(), "Bells");
     EXPECT_EQ(edit->palette().color(QPalette::Base),
@@ -347,7 +348,7 @@ TEST_F(FieldEditor, ADialogThatIsDestroyedTellsNobody) {
     {
         QDialog shortLived;
         QWidget parent(&shortLived);
-        EditTextOver(&parent, Cell, DialogFont(), "x",
+        EditTextOver({&parent, Cell, DialogFont(), "Name"}, "x",
                      [&](const std::optional<std::string> &) { ++told; });
     }
     QTest::qWait(1);
@@ -430,6 +431,7 @@ TEST_F(FieldEditor, ADropDownListStandsOverItsCell) {
     EXPECT_EQ(combo->currentText(), "3");
     EXPECT_TRUE(combo->hasFocus());
     EXPECT_FALSE(combo->isEditable());
+    EXPECT_EQ(combo->accessibleName(), "Position");
 }
 
 TEST_F(FieldEditor, ADropDownListGivesTheEntryThatWasChosen) {
