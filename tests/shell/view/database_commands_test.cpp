@@ -1,6 +1,7 @@
 // The commands of the catalogue in the real window's context menu.
 #include "window_fixture.h"
 
+#include "common/view/list_box_view.h"
 #include "common/view/message_dialog.h"
 #include "core/voice_object.h"
 #include "database/database_window.h"
@@ -103,6 +104,40 @@ TEST_F(DatabaseCommands, InsertOpensTheWindowForTheClickedRow) {
     EXPECT_EQ(desktop.sounds.size(), 1u);
     EXPECT_TRUE(MainListState.dirty);
     EXPECT_TRUE(CommandEnabled(CommandUndo));
+}
+
+// From the list to the catalogue and back into another row, by mouse and keys alone.
+TEST_F(DatabaseCommands, AVoiceThatWasAddedIsInsertedFromTheRealWindow) {
+    Choose(9, CommandAddToDatabase);
+    Choose(7, CommandAddToDatabase);
+    desktop.sounds.clear();
+    EXPECT_TRUE(WithBox([this] { Choose(4, CommandInsertFromDatabase); },
+                        [](QDialog &box) {
+                            EXPECT_EQ(box.windowTitle(), "Database");
+                            // "Voice 08" and "Voice 10", in the order of their names.
+                            auto *records = box.findChild<ListBoxView *>();
+                            EXPECT_EQ(box.focusWidget(), records);
+                            QTest::keyClick(records, Qt::Key_Down);
+                            QTest::mouseClick(box.findChild<QPushButton *>("control_1"),
+                                              Qt::LeftButton);
+                        }));
+    EXPECT_EQ(Names(4, 5), (std::vector<std::string>{"VOICE 10", "VOICE 06"}));
+    EXPECT_EQ(desktop.sounds.size(), 1u);
+    EXPECT_TRUE(MainListState.dirty);
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window.get(), Qt::Key_Z, Qt::ControlModifier);
+    RunPosted();
+    EXPECT_EQ(NameAt(4), "VOICE 05");
+}
+
+TEST_F(DatabaseCommands, TheRealWindowThatIsCancelledInsertsNothing) {
+    Choose(9, CommandAddToDatabase);
+    EXPECT_TRUE(WithBox([this] { Choose(4, CommandInsertFromDatabase); },
+                        [](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); }));
+    EXPECT_EQ(NameAt(4), "VOICE 05");
+    EXPECT_FALSE(MainListState.dirty);
+    EXPECT_TRUE(CommandEnabled(CommandUndo)); // the level was made before
 }
 
 } // namespace
