@@ -194,7 +194,11 @@ public:
         WriteFiles();
         Open();
     }
-    ~Sequence() { CloseDatabaseWindow(state); }
+    ~Sequence() {
+        CloseDatabaseWindow(state);
+        TheDesktop = {};
+        TheDatabaseViews = {};
+    }
     Sequence(const Sequence &) = delete;
     Sequence &operator=(const Sequence &) = delete;
 
