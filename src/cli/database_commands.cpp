@@ -23,7 +23,8 @@ namespace tonewright {
 namespace {
 
 // The line of a record: N, name, source, date and position, both numbers from 1.
-void PutRecord(std::uint32_t index, const DatabaseFields &fields) {
+void PutRecord(std::uint32_t index, std::span<const std::uint8_t> record) {
+    const DatabaseFields fields = *RecordFields(record);
     PutNumber(StandardOutput, index + 1);
     Put(StandardOutput, '\t');
     PutVoiceName(StandardOutput, fields.name);
@@ -38,21 +39,6 @@ void PutRecord(std::uint32_t index, const DatabaseFields &fields) {
 
 int TellNotReadable(const ChosenDatabase &chosen) {
     return TellFailure(chosen.path, WithSystemReason("not readable", errno));
-}
-
-// Calls `visit` with the records that a load of the catalogue takes. False when it cannot be read.
-bool ReadLoadedRecords(DatabaseHandle &database,
-                       const std::function<void(std::uint32_t, std::span<const std::uint8_t>,
-                                                const DatabaseFields &)> &visit) {
-    const std::size_t size = DatabaseRecordSize(*database.family);
-    return ReadRecords(database, 0, RecordsToLoad(database),
-                       [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
-                           const auto fields = RecordFields(bytes);
-                           if (fields && bytes.size() == size) {
-                               visit(index, bytes, *fields);
-                           }
-                           return true;
-                       });
 }
 
 // The voice of record `place` (from 1); an empty block after telling that it holds none of the
@@ -83,8 +69,8 @@ VoiceObject VoiceOfRecord(const ChosenDatabase &chosen, int place) {
 int ListSorted(const ChosenDatabase &chosen, DatabaseHandle &database, std::uint32_t mode) {
     std::vector<DatabaseRecord> records;
     std::vector<std::uint32_t> indices; // in the file
-    const bool isRead = ReadLoadedRecords(
-        database, [&](std::uint32_t index, std::span<const std::uint8_t> bytes, const auto &) {
+    const bool isRead =
+        ReadLoadedRecords(database, [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
             records.push_back({{bytes.begin(), bytes.end()}});
             indices.push_back(index);
         });
@@ -92,7 +78,7 @@ int ListSorted(const ChosenDatabase &chosen, DatabaseHandle &database, std::uint
         return TellNotReadable(chosen);
     }
     for (const std::uint32_t at : OrderOfRecords(records, mode)) {
-        PutRecord(indices[at], *RecordFields(records[at]));
+        PutRecord(indices[at], records[at].bytes);
     }
     return ExitDone;
 }
@@ -198,10 +184,7 @@ int CliDbList(const CliCall &call) {
     if (mode) {
         return ListSorted(*chosen, *database, *mode);
     }
-    const bool isRead = ReadLoadedRecords(
-        *database, [](std::uint32_t index, std::span<const std::uint8_t>,
-                      const DatabaseFields &fields) { PutRecord(index, fields); });
-    return isRead ? ExitDone : TellNotReadable(*chosen);
+    return ReadLoadedRecords(*database, PutRecord) ? ExitDone : TellNotReadable(*chosen);
 }
 
 int CliDbFind(const CliCall &call) {
@@ -217,10 +200,9 @@ int CliDbFind(const CliCall &call) {
     const bool canBeThere = Latin1ToUtf8(text) == call.words[0];
     bool isFound = false;
     const bool isRead =
-        ReadLoadedRecords(*database, [&](std::uint32_t index, std::span<const std::uint8_t>,
-                                         const DatabaseFields &fields) {
-            if (canBeThere && FieldsHold(fields, text)) {
-                PutRecord(index, fields);
+        ReadLoadedRecords(*database, [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
+            if (canBeThere && FieldsHold(*RecordFields(bytes), text)) {
+                PutRecord(index, bytes);
                 isFound = true;
             }
         });

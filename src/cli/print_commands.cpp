@@ -104,14 +104,10 @@ std::optional<RecordList> ReadRecordList(const ChosenDatabase &chosen,
         return std::nullopt;
     }
     std::vector<DatabaseRecord> records;
-    const bool isRead = ReadRecords(*database, 0, RecordsToLoad(*database),
-                                    [&](std::uint32_t, std::span<const std::uint8_t> bytes) {
-                                        if (bytes.size() == DatabaseRecordSize(*database->family) &&
-                                            IsDatabaseRecord(bytes)) {
-                                            records.push_back({{bytes.begin(), bytes.end()}});
-                                        }
-                                        return true;
-                                    });
+    const bool isRead =
+        ReadLoadedRecords(*database, [&](std::uint32_t, std::span<const std::uint8_t> bytes) {
+            records.push_back({{bytes.begin(), bytes.end()}});
+        });
     if (!isRead) {
         TellError(chosen.path, WithSystemReason("not readable", errno));
         return std::nullopt;

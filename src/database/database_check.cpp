@@ -16,7 +16,7 @@ bool CheckDatabase(
     constexpr unsigned NotLoaded = RecordIsShort | RecordHasNoMagic;
     const DatabaseFamily &family = *database.family;
     report = {.counted = DatabaseCount(database), .present = RecordsToLoad(database)};
-    return ReadRecords(database, 0, RecordsThatBegin(database),
+    return ReadRecords(database, RecordsThatBegin(database),
                        [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
                            const unsigned faults = RecordFaultsOf(family, bytes);
                            if (index >= report.present) {
@@ -25,14 +25,14 @@ bool CheckDatabase(
                                } else {
                                    ++report.uncounted;
                                }
-                               return true;
+                               return;
                            }
                            report.loaded += (faults & NotLoaded) == 0;
                            if (faults != 0) {
                                ++report.faulty;
                                tell(index, faults, bytes.size());
                            }
-                           return true;
+                           return;
                        });
 }
 
