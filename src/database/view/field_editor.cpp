@@ -5,6 +5,7 @@
 #include "common/view/system_colours.h"
 #include "database/database_record.h"
 
+#include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QComboBox>
@@ -37,6 +38,10 @@ public:
         if (auto *area = qobject_cast<QAbstractScrollArea *>(parent->parentWidget())) {
             connect(area->verticalScrollBar(), &QScrollBar::valueChanged, this,
                     [this] { End(true); });
+        }
+        // Of those that are pressed without the mouse.
+        for (const QAbstractButton *button : dialog->findChildren<QAbstractButton *>()) {
+            connect(button, &QAbstractButton::pressed, this, [this] { End(true); });
         }
         qApp->installEventFilter(this);
     }
@@ -276,6 +281,7 @@ void EditTextOver(const EditedCell &cell, const std::string &latin1,
     edit->setText(QString::fromLatin1(latin1));
     edit->selectAll();
     edit->setFrame(false);
+    edit->setTextMargins(-2, 0, 0, 0); // the text begins where it stood in the list
     QPalette colours = edit->palette();
     colours.setColor(QPalette::Base, SystemColourOf(SystemColour::Highlight3D));
     colours.setColor(QPalette::Text, SystemColourOf(SystemColour::DarkShadow3D));

@@ -1,7 +1,8 @@
 // Editors that open over a cell of a list. Enter accepts, and so does a press of a mouse button
 // beside the editor in its dialog, with no other effect, and scrolling; Esc cancels the editor and
 // nothing else. The release of a button that was down when the editor opened leaves it open, and so
-// does a switch to another program. A dialog that is closed accepts the editor before it acts.
+// does a switch to another program. A dialog that is closed accepts the editor before it acts, and
+// so does a button of it that is pressed without the mouse.
 #pragma once
 
 #include <QFont>

@@ -16,6 +16,10 @@ constexpr int Frame = 1;
 constexpr const char *FromSunday = "SMTWTFS";
 constexpr const char *FromMonday = "MTWTFSS";
 
+int LineHeight(const QFont &font) {
+    return QFontMetrics(font).height() * 3 / 2;
+}
+
 } // namespace
 
 MonthView::MonthView(QWidget *parent) : QWidget(parent) {
@@ -30,16 +34,14 @@ void MonthView::Show(const CalendarTime &shown) {
 }
 
 QSize MonthView::sizeHint() const {
-    const QFontMetrics metrics(font());
-    const int column = 2 * metrics.horizontalAdvance("00");
-    const int line = metrics.height() * 3 / 2;
-    return {CalendarColumns * column + 2 * Frame, (CalendarRows + 2) * line + 1 + 2 * Frame};
+    const int column = 2 * QFontMetrics(font()).horizontalAdvance("00");
+    return {CalendarColumns * column + 2 * Frame,
+            (CalendarRows + 2) * LineHeight(font()) + 1 + 2 * Frame};
 }
 
 // Within the frame.
 CalendarAreas MonthView::Areas() const {
-    return CalendarAreasOf(width() - 2 * Frame, height() - 2 * Frame,
-                           QFontMetrics(font()).height() * 3 / 2);
+    return CalendarAreasOf(width() - 2 * Frame, height() - 2 * Frame, LineHeight(font()));
 }
 
 int MonthView::FirstColumn() const {

@@ -3,6 +3,8 @@
 
 #include "common/view/fonts.h"
 #include "common/view/list_box_view.h"
+#include "common/view/text_line.h"
+#include "support/pixels.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +16,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
@@ -115,6 +118,19 @@ TEST_F(FieldEditor, StandsOverItsCellOnePixelHigherOnEitherSide) {
     EXPECT_EQ(edit->palette().color(QPalette::Text),
               QApplication::palette().color(QPalette::Shadow));
     EXPECT_EQ(ends, 0);
+}
+
+TEST_F(FieldEditor, ItsTextBeginsWhereItStandsInTheList) {
+    QLineEdit *edit = EditText("HHH");
+    edit->deselect();
+    const QImage image = edit->grab().toImage();
+    QImage cell = EmptyImage(Cell.width(), Cell.height(), White);
+    QPainter painter(&cell);
+    painter.setFont(DialogFont());
+    DrawTextLine(painter, cell.rect(), "HHH");
+    painter.end();
+    EXPECT_EQ(InkOf(image, image.rect(), image.pixel(image.width() - 1, 0)).left(),
+              InkOf(cell, cell.rect()).left());
 }
 
 TEST_F(FieldEditor, EnterAcceptsAndReachesNoButton) {
@@ -323,6 +339,15 @@ TEST_F(FieldEditor, ANewSizeOfTheListAccepts) {
     EditText();
     view.resize(300, 202);
     EXPECT_EQ(edited, "Bells");
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(FieldEditor, AButtonThatIsPressedWithoutTheMouseActsOnWhatIsAccepted) {
+    std::vector<std::optional<std::string>> seen;
+    QObject::connect(&button, &QPushButton::clicked, &dialog, [&] { seen.push_back(edited); });
+    EditText();
+    button.click();
+    EXPECT_EQ(seen, (std::vector<std::optional<std::string>>{"Bells"}));
     EXPECT_EQ(ends, 1);
 }
 
