@@ -4,10 +4,12 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/view/text_line.h"
 #include "common/view/theme.h"
 #include "database/print_report.h"
 #include "database/view/print_painter.h"
 
+#include <algorithm>
 #include <ctime>
 #include <functional>
 #include <utility>
@@ -22,6 +24,8 @@
 
 namespace tonewright {
 namespace {
+
+constexpr int WidestFile = 480; // pixels of the field of the path, which shows its end
 
 // A report, and what it is called.
 struct Report {
@@ -56,7 +60,10 @@ bool AskForPrinter(QWidget *owner, QPrinter &printer, const Report &report) {
     dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
     // A platform's own dialog has neither of these.
     if (auto *file = dialog.findChild<QLineEdit *>("filename")) {
-        file->setText(QString::fromStdString(report.proposedFile));
+        const QString path = QString::fromStdString(report.proposedFile);
+        file->setText(path);
+        const int frame = file->sizeHint().height(); // what it needs beside the text
+        file->setMinimumWidth(std::min(WidestFile, TextLineWidth(path, file->font()) + frame));
     }
     for (QPushButton *button : dialog.findChildren<QPushButton *>()) {
         MakeSoftButton(button);

@@ -92,7 +92,9 @@ protected:
 TEST_F(PrintReports, TheVoicesGoIntoTheFileThatIsProposed) {
     PrintVoices([this](QDialog &dialog) {
         EXPECT_EQ(dialog.parentWidget(), &owner);
-        EXPECT_EQ(FileOf(dialog)->text().toStdString(), folder.File("My bank.pdf"));
+        const QLineEdit &file = *FileOf(dialog);
+        EXPECT_EQ(file.text().toStdString(), folder.File("My bank.pdf"));
+        EXPECT_GE(file.width(), std::min(480, file.fontMetrics().horizontalAdvance(file.text())));
         ChooseFile(dialog);
         EXPECT_EQ(desktop.busyBoxesShown, 0);
         EXPECT_EQ(desktop.waitsBegun, 0);
