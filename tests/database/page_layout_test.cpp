@@ -144,6 +144,25 @@ TEST(DatabasePage, ARowIsFiveCells) {
     EXPECT_EQ(page.rules, rules);
 }
 
+TEST(DatabasePage, SharesThatComeOutEvenAreWhole) {
+    const RecordList list = ListOf(1);
+    const PageMetrics metrics = MetricsOfPage(1052, 1000);
+    EXPECT_EQ(metrics.left, 52);
+    EXPECT_EQ(metrics.usable, 1000);
+    EXPECT_EQ(metrics.inset, 1);
+    EXPECT_EQ(FontsOfVoiceList(metrics).title.height, 32);
+    EXPECT_EQ(FontsOfVoiceList(metrics).label.height, 12);
+    int row = 0;
+    const PrintedPage page =
+        DatabasePage(metrics, {.heading = 30, .item = 10, .footer = 10}, list, row, "", 1);
+    // 1000 - 4 * 16 - 9 = 927
+    const std::vector<PageRule> rules = {{52, 972, 46, 4}, {52, 972, 943, 4}};
+    EXPECT_EQ(page.rules, rules);
+    EXPECT_EQ(page.texts[1].box, (Rectangle{52, 62, 82, 72}));
+    EXPECT_EQ(page.texts[4].box, (Rectangle{762, 62, 942, 72}));
+    EXPECT_EQ(page.texts[5].box, (Rectangle{942, 62, 972, 72}));
+}
+
 TEST(DatabasePage, PositionsArePrintedAsTheyAreStored) {
     RecordList list;
     list.sorted = false;
