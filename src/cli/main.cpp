@@ -125,7 +125,7 @@ void PutHelpOf(TextOutput &output, const CliCommand &command) {
     Put(output, command.help);
     Put(output, '\n');
     PutOptions(output, command.options | Always);
-    if (command.options & MidiOptions) {
+    if (command.options & OptionBit(CliOption::In)) {
         Put(output, '\n');
         Put(output, MidiHelp());
     }

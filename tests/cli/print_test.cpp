@@ -63,7 +63,7 @@ protected:
         WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), text);
     }
     std::string Bank() const { return home.Write("My bank.syx", TestBank()); }
-    // Two records in the order of neither name, source, date nor position.
+    // Three records in the order of neither name, source, date nor position.
     std::string Catalogue() const {
         TestBytes file = TestCatalogueHeader(Dx7, 3);
         const auto date = [](int day) {

@@ -14,7 +14,7 @@ namespace tonewright {
 namespace {
 
 // A device of 1000 by 1400 units, whose lines are as high as their fonts: the title 30 (of 950 * 32
-// / 1000), the items of the catalogue 13, and 95 of them on a page.
+// / 1000), the items of the catalogue 13, and 99 of them on a page.
 struct PaperStack {
     std::vector<std::string> calls;  // "document", "page", "end"
     std::vector<PrintedPage> pages;  // that were drawn

@@ -7,6 +7,18 @@
 
 namespace tonewright {
 
+namespace {
+
+// Where not even an ellipsis has room the beginning of the text is better than nothing.
+void WriteWhatFits(QPainter &painter, const QRect &box, const QString &text) {
+    painter.save();
+    painter.setClipRect(box, Qt::IntersectClip);
+    WriteAt(painter, box.left(), box.top(), box.top() + box.height(), text);
+    painter.restore();
+}
+
+} // namespace
+
 int TextLineWidth(const QString &text, const QFont &font) {
     QTextLayout layout(text, font);
     layout.beginLayout();
@@ -23,8 +35,13 @@ void DrawTextLine(QPainter &painter, const QRect &box, const QString &text,
     }
     // Without the flag U+009C parts a long form of a text from a shorter one, and only one of the
     // two is shown. Painting within a rectangle knows no such flag, hence the place by hand.
-    line = painter.fontMetrics().elidedText(line, Qt::ElideRight, box.width(),
-                                            Qt::TextLongestVariant);
+    const QString elided =
+        painter.fontMetrics().elidedText(line, Qt::ElideRight, box.width(), Qt::TextLongestVariant);
+    if (elided.isEmpty() && !line.isEmpty()) {
+        WriteWhatFits(painter, box, line.trimmed());
+        return;
+    }
+    line = elided;
     int x = box.left();
     if ((alignment & (Qt::AlignRight | Qt::AlignHCenter)) != 0) {
         const int free = box.width() - TextLineWidth(line, painter.font());

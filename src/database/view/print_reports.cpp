@@ -55,9 +55,7 @@ void SetUpPrinter(QPrinter &printer, const Report &report) {
 // False when the user cancels.
 bool AskForPrinter(QWidget *owner, QPrinter &printer, const Report &report) {
     QPrintDialog dialog(&printer, owner);
-    dialog.setOption(QAbstractPrintDialog::PrintSelection, false);
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
-    dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false); // the last way to print a part
     // A platform's own dialog has neither of these.
     if (auto *file = dialog.findChild<QLineEdit *>("filename")) {
         const QString path = QString::fromStdString(report.proposedFile);
@@ -96,10 +94,11 @@ int Print(QWidget *owner, const Report &report) {
 } // namespace
 
 int PrintVoiceList(QWidget *owner, const VoiceList &list, const char *documentPath) {
-    return Print(owner, {.name = FileNameOfPath(documentPath),
-                         .proposedFile = ProposedVoiceListFile(documentPath),
+    const std::string path = documentPath; // which may change while the dialog stands
+    return Print(owner, {.name = FileNameOfPath(path.c_str()),
+                         .proposedFile = ProposedVoiceListFile(path.c_str()),
                          .print = [&](const PrintDevice &device) {
-                             PrintVoiceListReport(device, list, documentPath, std::time(nullptr));
+                             PrintVoiceListReport(device, list, path.c_str(), std::time(nullptr));
                          }});
 }
 

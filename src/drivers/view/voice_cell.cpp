@@ -7,6 +7,7 @@
 #include "common/view/text_line.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include <QPainter>
 
@@ -27,7 +28,7 @@ void WriteLine(QPainter &painter, const Rectangle &box, const QString &text) {
 }
 
 int PerMille(int length, int share) {
-    return length * share / 1000;
+    return static_cast<int>(std::int64_t{length} * share / 1000);
 }
 
 } // namespace

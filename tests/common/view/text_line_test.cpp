@@ -119,6 +119,20 @@ TEST(TextLine, ATextTooWideWithCharactersFrom0x80To0x9FIsCutAtItsEndOnly) {
     }
 }
 
+TEST(TextLine, InABoxTooNarrowForAnEllipsisItsBeginningIsSeen) {
+    const QRect narrow(20, 10, 12, 40);
+    ASSERT_GT(WidthOf(QChar(0x2026)), narrow.width());
+    for (const auto side : {Qt::AlignLeft, Qt::AlignRight}) {
+        QImage image = EmptyImage();
+        QPainter painter(&image);
+        painter.setFont(TestFont());
+        DrawTextLine(painter, narrow, "  WW", side);
+        painter.end();
+        EXPECT_EQ(image.copy(narrow), PaintAt(20, "WW").copy(narrow)) << side;
+        EXPECT_EQ(InkColumns(image).second, 31) << side;
+    }
+}
+
 TEST(TextLine, BreaksAndTabsAreBlanks) {
     EXPECT_EQ(PaintLine("one\ntwo\rthree\tfour"), PaintAt(20, "one two three four"));
 }

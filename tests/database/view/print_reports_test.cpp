@@ -187,9 +187,11 @@ TEST_F(PrintReports, TheDialogAsksForAPrinterInPortraitFormatAndForCopies) {
     PrintVoices([](QDialog &dialog) {
         auto *print = qobject_cast<QPrintDialog *>(&dialog);
         ASSERT_NE(print, nullptr);
-        EXPECT_FALSE(print->testOption(QAbstractPrintDialog::PrintSelection));
-        EXPECT_FALSE(print->testOption(QAbstractPrintDialog::PrintPageRange));
-        EXPECT_FALSE(print->testOption(QAbstractPrintDialog::PrintCurrentPage));
+        for (const auto partOf :
+             {QAbstractPrintDialog::PrintSelection, QAbstractPrintDialog::PrintPageRange,
+              QAbstractPrintDialog::PrintCurrentPage}) {
+            EXPECT_FALSE(print->testOption(partOf)) << partOf;
+        }
         EXPECT_EQ(print->printer()->pageLayout().orientation(), QPageLayout::Portrait);
         EXPECT_EQ(print->printer()->copyCount(), 1);
         Press(dialog, QDialogButtonBox::Cancel);

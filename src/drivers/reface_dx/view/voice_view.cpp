@@ -41,7 +41,8 @@ int RefacePrintVoice(QPainter &painter, const VoiceObject &voice, const PrintCel
     if (!face) {
         return 1;
     }
-    const PrintedCell printed = MeasurePrintedCell(cell, 600);
+    PrintedCell printed = MeasurePrintedCell(cell, 600);
+    printed.radius /= 2; // so that the paper of the picture does not reach into the corners
     PaintPrintedTexts(painter, cell, printed, face->texts);
     DrawRefaceAlgorithmSmooth(painter,
                               {.left = printed.textRight,
