@@ -93,6 +93,7 @@ TEST_F(CliPrint, ABankGoesOntoOnePageOfA4) {
     EXPECT_TRUE(Contains(facts, "Pages:           1\n")) << facts;
     EXPECT_TRUE(Contains(facts, "(A4)")) << facts;
     EXPECT_TRUE(Contains(facts, "Title:           My bank.syx\n")) << facts;
+    EXPECT_TRUE(Contains(facts, "Creator:         Tonewright\n")) << facts;
 }
 
 TEST_F(CliPrint, TheSizeOfThePaperMayBeLetter) {

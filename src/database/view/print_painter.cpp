@@ -94,6 +94,7 @@ QByteArray PrintToPdf(QPageSize::PageSizeId paper, const QString &title,
         writer.setResolution(PdfUnitsPerInch);
         writer.setPageSize(QPageSize(paper));
         writer.setTitle(title);
+        writer.setCreator(QStringLiteral("Tonewright"));
         QPainter painter;
         PrintDevice device = DeviceOn(writer, painter);
         device.isFile = true;

@@ -50,6 +50,7 @@ void SetUpPrinter(QPrinter &printer, const Report &report) {
     }
     printer.setPageOrientation(QPageLayout::Portrait);
     printer.setDocName(QString::fromStdString(report.name));
+    printer.setCreator(QStringLiteral("Tonewright"));
 }
 
 // False when the user cancels.

@@ -102,6 +102,7 @@ TEST_F(PrintReports, TheVoicesGoIntoTheFileThatIsProposed) {
     });
     EXPECT_EQ(Told("My bank.pdf", "Pages"), "1");
     EXPECT_EQ(Told("My bank.pdf", "Title"), "My bank.syx");
+    EXPECT_EQ(Told("My bank.pdf", "Creator"), "Tonewright");
     EXPECT_EQ(desktop.busyTexts, std::vector<std::string>{"Printing My bank.syx"});
     EXPECT_EQ(desktop.busyBoxesOpen, 0);
     EXPECT_EQ(desktop.deepestWait, 1);
