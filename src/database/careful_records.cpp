@@ -75,11 +75,13 @@ std::string CarefulStoreFailure(std::string told, const std::string &path,
     if (!IsOn()) {
         return told;
     }
-    const std::string why = reason == ECANCELED ? LoadProgramString(NoBackupWanted)
-                            : reason == EINVAL  ? TextWith(NoDatabase, family)
-                                                : std::strerror(reason);
-    return WithParagraph(WithParagraph(std::move(told), path + (reason ? ": " + why : "") + "."),
-                         LoadProgramString(WindowStays));
+    if (!path.empty()) {
+        const std::string why = reason == ECANCELED ? LoadProgramString(NoBackupWanted)
+                                : reason == EINVAL  ? TextWith(NoDatabase, family)
+                                                    : std::strerror(reason);
+        told = WithParagraph(std::move(told), path + ": " + why + ".");
+    }
+    return WithParagraph(std::move(told), LoadProgramString(WindowStays));
 }
 
 } // namespace tonewright

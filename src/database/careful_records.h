@@ -30,8 +30,8 @@ void CarefulBeginRecords(std::uint32_t &changed);
 // OK: whether the window stays open because its records could not be stored.
 bool CarefulStaysAfterFailure();
 
-// The message of a failed store: `told`, with file and reason behind it; `family`: its name;
-// `reason`: errno as the store left it.
+// The message of a failed store: `told`, with file and reason behind it, but for an empty path;
+// `family`: its name; `reason`: errno as the store left it.
 std::string CarefulStoreFailure(std::string told, const std::string &path,
                                 const std::string &family, int reason);
 

@@ -38,8 +38,10 @@ std::vector<std::string> NamesOfFamily(const DatabaseWindow &state) {
     return extension ? DatabaseNames(extension) : std::vector<std::string>();
 }
 
+// Empty for a family without catalogues.
 std::string PathOfName(const DatabaseWindow &state, const std::string &name) {
-    return DatabasePathNamed(name, InfoOf(state, DatabaseInfoExtension).text);
+    const char *extension = InfoOf(state, DatabaseInfoExtension).text;
+    return extension ? DatabasePathNamed(name, extension) : std::string();
 }
 
 void ShowNames(const DatabaseWindow &state) {
@@ -64,7 +66,6 @@ void Load(DatabaseWindow &state) {
 }
 
 bool Store(DatabaseWindow &state) {
-    errno = 0;
     const bool isStored = [&state] {
         const WaitCursor wait;
         return DatabaseStoreList(state.window, state.records, state.driverIndex) != 0;

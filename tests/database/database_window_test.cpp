@@ -1044,6 +1044,34 @@ TEST_P(CarefulDatabases, SaysThatEditsAreLostWithTheirDatabase) {
     EXPECT_EQ(NamesOf(state.records), (Names{"Alpha", "Bravo", "charlie"}));
 }
 
+TEST_P(CarefulDatabases, SaysNothingMoreOfADeletionThatLosesNoEdits) {
+    DatabaseCurrentName = "Brass";
+    Open();
+    desktop.ExpectYesNo("Do you really want to delete the Brass database?", ResultNo);
+    RunDatabaseCommand(state, 104);
+    state.changed = 1;
+    CarefulMode = 0;
+    desktop.ExpectYesNo("Do you really want to delete the Brass database?", ResultNo);
+    RunDatabaseCommand(state, 104);
+}
+
+TEST_P(CarefulDatabases, KnowsNoFileOfAFamilyWithoutCatalogues) {
+    state.driverIndex = -1;
+    Open();
+    EXPECT_EQ(state.names, Names());
+    TheDatabaseViews.AskForNewName = [](QWidget *, const Names &, const std::string &) {
+        return std::optional<std::string>("Strings");
+    };
+    ExpectCopyQuestion("Voices", "Strings", ResultYes);
+    RunDatabaseCommand(state, 103);
+    desktop.ExpectMessage(std::string(StoreFailure) + "\n\nThe Database window stays open, and "
+                                                      "your changes are still in its list.");
+    EXPECT_EQ(AcceptDatabaseWindow(state), std::nullopt);
+    RunDatabaseCommand(state, 114);
+    RunDatabaseCommand(state, 104);
+    EXPECT_EQ(PositionsToChoose(state), 0);
+}
+
 TEST_P(CarefulDatabases, AsksBeforeTheDeletionOfAnotherDatabaseDropsEdits) {
     Open();
     Rename("Zulu");
