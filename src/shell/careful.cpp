@@ -295,6 +295,16 @@ std::string FaultForDatabase(int row) {
                : fault;
 }
 
+// So many that the message stays on the screen, however long the list.
+std::string PlacesNotAdded(std::span<const FailedAdd> failed) {
+    constexpr std::size_t most = UsualBankRows;
+    const auto named = failed.first(std::min(failed.size(), most));
+    const std::string places = PlacesOf(0, named.back().row, [named](int row) {
+        return std::ranges::find(named, row, &FailedAdd::row) != named.end();
+    });
+    return named.size() < failed.size() ? places + " and others" : places;
+}
+
 std::string ReasonOfReading(const std::string &path, const VoiceFileFormat *format) {
     return IsPath(path) ? ReasonNotOpened(path.c_str(), format) : std::strerror(ENAMETOOLONG);
 }
@@ -516,11 +526,9 @@ std::string CarefulAddFailure(std::string told, std::span<const FailedAdd> faile
     }
     const int count = ListCount(MainList);
     if (ofAll) {
-        const std::string places = PlacesOf(0, count - 1, [&](int row) {
-            return std::ranges::find(failed, row, &FailedAdd::row) != failed.end();
-        });
-        told = Paragraphs(std::move(told), TextOf(NotAdded, {std::to_string(failed.size()),
-                                                             std::to_string(count), places}));
+        told = Paragraphs(std::move(told),
+                          TextOf(NotAdded, {std::to_string(failed.size()), std::to_string(count),
+                                            PlacesNotAdded(failed)}));
     }
     // The first fault of a voice, and the first one of the file.
     std::string fault, fileFault;

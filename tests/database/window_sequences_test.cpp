@@ -13,7 +13,7 @@ namespace tonewright {
 namespace {
 
 TEST(DatabaseWindowSequences, HoldWhatTheModelHolds) {
-    constexpr int Sequences = 60, BytesOfSequence = 400;
+    constexpr int Sequences = 40, BytesOfSequence = 400;
     const TempFolder home;
     PlatformFolders.documents = home.path.string() + "/";
     const std::string folder = home.File("My Tonewright 17 Documents");

@@ -318,6 +318,27 @@ TEST_F(CarefulAdd, WithShiftHowManyAndWhichAreNamed) {
     EXPECT_TRUE(desktop.sounds.empty());
 }
 
+TEST_F(CarefulAdd, OfALongListTheFirst32PlacesAreNamed) {
+    while (ListCount(MainList) < 40) {
+        ListAdd(MainList);
+    }
+    for (int row = 1; row < 40; ++row) {
+        ListSetVoice(MainList, row, LongerDx7Voice());
+    }
+    std::string places = "2";
+    for (int place = 3; place <= 33; ++place) {
+        places += ", " + std::to_string(place);
+    }
+    desktop.ExpectMessage(NotAllVoices +
+                          "\n\nNot added: 39 of the 40 voices in the list, at these "
+                          "places: " +
+                          places +
+                          " and others.\n\nVoice 2 of the list has "
+                          "another form than the voices in a database for the " +
+                          Dx7Name + ".");
+    EXPECT_EQ(Add(NoRow, true), 0);
+}
+
 TEST_F(CarefulAdd, BothFaultsOfVoicesAndOfTheFileAreNamed) {
     ListSetVoice(MainList, 2, LongerDx7Voice());
     while (ListCount(MainList) > 4) {
