@@ -101,6 +101,7 @@ TEST(Calendar, APointIsInOneCellOrNone) {
     }
     EXPECT_EQ(CalendarCellAt(CalendarAreasOf(6, 10, 16), {0, 0}), -1);
     EXPECT_EQ(CalendarCellAt(CalendarAreasOf(6, 10, 16), {0, 33}), -1);
+    EXPECT_EQ(CalendarCellAt(CalendarAreasOf(216, 10, 16), {0, 33}), -1);
 }
 
 TEST(CalendarHour, IsWrittenFromOneToTwelve) {

@@ -47,8 +47,8 @@ TEST_F(DatabaseNamesIn, PassOverHiddenOnesAndFolders) {
 }
 
 TEST_F(DatabaseNamesIn, AreSortedWithoutRegardToCase) {
-    const Names sorted = {"!",   "_under", "a",     "A b",          "ab",
-                          "ABC", "b",      "Zebra", "\xC3\x84rger", "\xC3\xA4ndern"};
+    const Names sorted = {"!", "_under", "a", "A b",   "ab",           "ABC",          "B",
+                          "b", "C",      "c", "Zebra", "\xC3\x84rger", "\xC3\xA4ndern"};
     for (const std::string &name : sorted) {
         Write(name + ".syx_db");
     }
