@@ -1045,8 +1045,14 @@ TEST_F(DatabaseBox, AHoldBesideTheRowsIsNone) {
         QTest::qWait(60);
         EXPECT_EQ(state->changed, 0u);
         QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 200));
-        // From a row on beside the list.
+        // Let go before the mouse comes to a row.
         DatabaseManFieldDelay = 30;
+        QTest::mousePress(Viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 200));
+        QTest::mouseRelease(Viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, 200));
+        Move(PointOf(1));
+        QTest::qWait(80);
+        EXPECT_EQ(state->changed, 0u);
+        // From a row on beside the list.
         Press(1);
         Move(QPoint(-5, PointOf(1).y()), Qt::LeftButton);
         QTest::qWait(80);
