@@ -135,6 +135,19 @@ protected:
         return names;
     }
     QWidget *Viewport() const { return list->viewport(); }
+    // Whether anything is painted from one column of pixels to another in the first row.
+    std::function<bool(int left, int right)> InkOfFirstRow() const {
+        return [picture = Viewport()->grab().toImage()](int left, int right) {
+            for (int x = left; x < right; ++x) {
+                for (int y = 0; y < RowHeight; ++y) {
+                    if (picture.pixelColor(x, y) != QColor(Qt::white)) {
+                        return true;
+                    }
+                }
+            }
+            return false;
+        };
+    }
     QPoint PointOf(int row, int x = 20) const {
         const QRect area = list->RowRectangle(row);
         return {area.left() + x, area.center().y()};
@@ -452,17 +465,7 @@ TEST_F(DatabaseBox, PaintsTextsWithinTheirColumns) {
     Write("Voices", {{std::string(64, 'W'), std::string(64, 'M'), 0x7FFFFFF0, 4'000'000'000}});
     WithBox([this] {
         ListSelect(state->records, NoRow);
-        const QImage picture = Viewport()->grab().toImage();
-        const auto isInked = [&picture](int left, int right) {
-            for (int x = left; x < right; ++x) {
-                for (int y = 0; y < RowHeight; ++y) {
-                    if (picture.pixelColor(x, y) != QColor(Qt::white)) {
-                        return true;
-                    }
-                }
-            }
-            return false;
-        };
+        const auto isInked = InkOfFirstRow();
         for (const auto &[left, right] : {std::pair(6, 166), {172, 332}, {338, 488}, {494, 530}}) {
             EXPECT_TRUE(isInked(left, right)) << left;
         }
@@ -470,6 +473,21 @@ TEST_F(DatabaseBox, PaintsTextsWithinTheirColumns) {
              {std::pair(0, 6), {166, 172}, {332, 338}, {488, 494}, {530, Viewport()->width()}}) {
             EXPECT_FALSE(isInked(left, right)) << left;
         }
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, TextsBeginAtTheLeftAndPositionsEndAtTheRight) {
+    Write("Voices", {{"Ib", "b", 0, 0}});
+    WithBox([this] {
+        ListSelect(state->records, NoRow);
+        const auto isInked = InkOfFirstRow();
+        for (const int left : {6, 172, 338}) {
+            EXPECT_TRUE(isInked(left, left + 12)) << left;
+        }
+        EXPECT_FALSE(isInked(40, 166));
+        EXPECT_FALSE(isInked(494, 515));
+        EXPECT_TRUE(isInked(515, 530));
         Cancel();
     });
 }
