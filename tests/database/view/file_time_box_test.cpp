@@ -399,6 +399,49 @@ TEST_F(FileTimeBox, TheCalendarMarksTheDay) {
     });
 }
 
+TEST_F(FileTimeBox, TheCalendarHasTheLettersOfTheDaysAboveARule) {
+    const QRgb dark = QApplication::palette().color(QPalette::Active, QPalette::Shadow).rgb();
+    WithBox([&](QDialog &) {
+        QWidget &view = *Control<MonthView>(Calendar);
+        const int line = view.fontMetrics().height() * 3 / 2, width = (view.width() - 2) / 7;
+        const auto letters = [&] {
+            const QImage image = view.grab().toImage();
+            EXPECT_TRUE(IsAll(image, QRect(1, 1 + 2 * line, view.width() - 2, 1), dark));
+            EXPECT_FALSE(InkOf(image, QRect(1, 1, view.width() - 2, line)).isEmpty());
+            std::vector<QImage> columns;
+            for (int column = 0; column < 7; ++column) {
+                columns.push_back(image.copy(1 + column * width, 1 + line, width, line));
+                EXPECT_FALSE(InkOf(columns.back(), columns.back().rect()).isEmpty());
+            }
+            return columns;
+        };
+        const std::vector<QImage> fromSunday = letters();
+        EXPECT_EQ(fromSunday[0], fromSunday[6]); // S
+        EXPECT_EQ(fromSunday[2], fromSunday[4]); // T
+        EXPECT_NE(fromSunday[0], fromSunday[1]);
+        Click(Monday);
+        const std::vector<QImage> fromMonday = letters();
+        for (std::size_t column = 0; column < 7; ++column) {
+            EXPECT_EQ(fromMonday[column], fromSunday[(column + 1) % 7]) << column;
+        }
+        Click(Cancel);
+    });
+}
+
+TEST_F(FileTimeBox, TabGoesThroughTheFieldsInTheirOrder) {
+    WithBox([&](QDialog &opened) {
+        Control<QWidget>(Hour)->setFocus();
+        QStringList order;
+        for (int stop = 0; stop < 12; ++stop) {
+            order += opened.focusWidget()->objectName().mid(8);
+            QTest::keyClick(opened.focusWidget(), Qt::Key_Tab);
+        }
+        EXPECT_EQ(order.join(' '), "101 102 103 104 105 106 107 108 109 1 2 9");
+        EXPECT_EQ(opened.focusWidget(), Control<QWidget>(Hour));
+        Click(Cancel);
+    });
+}
+
 TEST_F(FileTimeBox, OkKeepsWhereTheWeeksBegin) {
     for (const std::uint32_t begin : {1, 0}) {
         EXPECT_TRUE(WithBox([&](QDialog &) {

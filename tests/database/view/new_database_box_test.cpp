@@ -187,6 +187,20 @@ TEST_F(NewDatabaseBox, OtherCharactersAreDroppedFromWhatIsPasted) {
     });
 }
 
+TEST_F(NewDatabaseBox, TabGoesFromTheNameToTheButtons) {
+    WithBox([&] {
+        Type("Pads");
+        QStringList order;
+        for (int stop = 0; stop < 4; ++stop) {
+            order += box->focusWidget()->objectName().mid(8);
+            QTest::keyClick(box->focusWidget(), Qt::Key_Tab);
+        }
+        EXPECT_EQ(order.join(' '), "65 1 2 9");
+        EXPECT_EQ(box->focusWidget(), &Names());
+        Click(Cancel);
+    });
+}
+
 TEST_F(NewDatabaseBox, TakesSixtyFourCharacters) {
     EXPECT_EQ(WithBox([&] {
                   Type(QString(65, u'n'));
