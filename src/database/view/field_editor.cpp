@@ -88,8 +88,7 @@ private:
             End(true);
             return true;
         case QEvent::FocusOut:
-            if (watched == editor &&
-                static_cast<const QFocusEvent &>(event).reason() != Qt::MouseFocusReason) {
+            if (watched == editor) {
                 EndByFocus();
             }
             return false;
@@ -139,9 +138,9 @@ private:
         }
     }
 
-    // Another widget of the dialog has asked for the focus. A press of the mouse comes only after
-    // the focus that it moves. Later, since an editor that is destroyed with its dialog loses the
-    // focus too, and one whose list drops down gets it back.
+    // Another widget of the dialog has asked for the focus. Later, since a press of the mouse comes
+    // after the focus that it moves, an editor that is destroyed with its dialog loses the focus
+    // too, and one whose list drops down gets it back.
     void EndByFocus() {
         const auto end = [this] {
             if (editor && dialog->focusWidget() != editor) {
@@ -302,7 +301,6 @@ void ChooseOver(const EditedCell &cell, const QStringList &entries, int selected
     combo->setCurrentIndex(selected);
     combo->setStyleSheet("QComboBox { combobox-popup: 0; }"); // a list that scrolls, not a menu
     combo->setMaxVisibleItems(ShownEntries);
-    combo->setContextMenuPolicy(Qt::PreventContextMenu);
     Open(combo, cell, cell.area, [combo, done](bool accepted) {
         const auto result = accepted ? std::optional(combo->currentIndex()) : std::nullopt;
         return [done, result] { done(result); };

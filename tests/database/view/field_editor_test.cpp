@@ -317,6 +317,18 @@ TEST_F(FieldEditor, TheMenuOfTheTextLeavesItOpen) {
     EXPECT_TRUE(edit->hasFocus());
 }
 
+TEST_F(FieldEditor, APressBesideTheMenuOfTheTextAcceptsAtOnce) {
+    QLineEdit *edit = EditText();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {20, 10}, edit->mapToGlobal(QPoint(20, 10)));
+    QApplication::sendEvent(edit, &event);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    Click(InList(6, 10));
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(edited, "Bells");
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(holds, 0);
+}
+
 TEST_F(FieldEditor, ScrollingAccepts) {
     for (QWidget *over : std::initializer_list<QWidget *>{view.viewport(), &dialog}) {
         EditText();
@@ -414,6 +426,10 @@ TEST_F(FieldEditor, OtherCharactersCannotBeTyped) {
         QApplication::sendEvent(edit, &composed);
     }
     EXPECT_EQ(desktop.beeps, 8);
+    QKeyEvent third(QEvent::KeyPress, Qt::Key_E, Qt::ControlModifier | Qt::AltModifier,
+                    QString(u'\u20AC')); // as AltGr comes on some systems
+    QApplication::sendEvent(edit, &third);
+    EXPECT_EQ(desktop.beeps, 9);
     for (const char16_t character : {u'b', u'\u00FF', u' ', u'\u00A0'}) {
         QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
         QApplication::sendEvent(edit, &press);
@@ -423,7 +439,7 @@ TEST_F(FieldEditor, OtherCharactersCannotBeTyped) {
     QApplication::sendEvent(edit, &composed);
     QTest::keyClick(edit, Qt::Key_Return);
     EXPECT_EQ(edited, "ab\xFF \xA0\xEA");
-    EXPECT_EQ(desktop.beeps, 8);
+    EXPECT_EQ(desktop.beeps, 9);
 }
 
 TEST_F(FieldEditor, OtherCharactersArePastedAsQuestionMarks) {
