@@ -474,6 +474,27 @@ TEST(DatabaseTimers, RunAtLeastTenMilliseconds) {
 
 // ---- editing
 
+TEST(DatabaseColumns, StandBesideEachOtherAndAreNotCutByARow) {
+    const struct {
+        const char *title;
+        std::uint32_t sort;
+        int left, right;
+        bool atTheRight;
+    } columns[] = {{"Name", 107, 6, 166, false},
+                   {"Source", 108, 172, 332, false},
+                   {"Time and Date", 109, 338, 488, false},
+                   {"Position", 110, 494, 530, true}};
+    ASSERT_EQ(RecordColumns.size(), std::size(columns));
+    for (std::size_t i = 0; i < std::size(columns); ++i) {
+        EXPECT_STREQ(RecordColumns[i].title, columns[i].title);
+        EXPECT_EQ(RecordColumns[i].sort, columns[i].sort);
+        EXPECT_EQ(RecordColumns[i].left, columns[i].left);
+        EXPECT_EQ(RecordColumns[i].right, columns[i].right);
+        EXPECT_EQ(RecordColumns[i].atTheRight, columns[i].atTheRight);
+        EXPECT_LE(RecordColumns[i].hitRight, RecordRowWidth);
+    }
+}
+
 TEST_P(WindowOfDatabases, HitsFourFieldsOfTheSelectedRow) {
     Open();
     state.records.itemHeight = 20;
