@@ -6,20 +6,42 @@
 #include <QKeyEvent>
 #include <QValidator>
 
+#include <algorithm>
+#include <utility>
+
 namespace tonewright {
 namespace {
 
 // Sees each change of a text, whatever it comes from; what is typed has passed the filter before.
 class Mend : public QValidator {
 public:
-    Mend(const TextFilter &filter, QObject *parent) : QValidator(parent), filter(filter) {}
+    Mend(const TextFilter &filter, QLineEdit *edit) : QValidator(edit), filter(filter) {
+        QObject::connect(edit, &QLineEdit::textChanged, this,
+                         [this, edit] { former = edit->text(); });
+    }
 
     State validate(QString &text, int &cursor) const override {
-        const QString front = Mended(text.left(cursor));
-        const QString mended = front + Mended(text.mid(cursor));
+        if (filter.takesWhole.contains(text)) {
+            return Acceptable;
+        }
+        const auto characters = text.toUcs4();
+        const auto [begin, end] = NewPart(characters);
+        const auto cursorAt = text.left(cursor).toUcs4().size();
+        QString mended, front;
+        for (qsizetype at = 0; at < characters.size(); ++at) {
+            if (at == cursorAt) {
+                front = mended;
+            }
+            const char32_t character = characters[at];
+            const bool isKept = at < begin || at >= end || filter.takes(character);
+            const char32_t written = isKept ? character : filter.replacement;
+            if (written != 0) {
+                mended += QString::fromUcs4(&written, 1);
+            }
+        }
         if (mended != text) {
+            cursor = static_cast<int>(cursorAt < characters.size() ? front.size() : mended.size());
             text = mended;
-            cursor = static_cast<int>(front.size());
             if (filter.replacement == 0) {
                 Beep();
             }
@@ -28,18 +50,24 @@ public:
     }
 
 private:
-    QString Mended(const QString &text) const {
-        QString mended;
-        for (const char32_t character : text.toUcs4()) {
-            const char32_t kept = filter.takes(character) ? character : filter.replacement;
-            if (kept != 0) {
-                mended += QString::fromUcs4(&kept, 1);
-            }
+    // What neither the beginning nor the end of the text has from before: from the first place up
+    // to the second.
+    std::pair<qsizetype, qsizetype> NewPart(const QList<uint> &characters) const {
+        const auto before = former.toUcs4();
+        const auto shorter = std::min(before.size(), characters.size());
+        qsizetype begin = 0, behind = 0;
+        while (begin < shorter && before[begin] == characters[begin]) {
+            ++begin;
         }
-        return mended;
+        while (behind < shorter - begin &&
+               before[before.size() - 1 - behind] == characters[characters.size() - 1 - behind]) {
+            ++behind;
+        }
+        return {begin, characters.size() - behind};
     }
 
     const TextFilter &filter;
+    QString former; // what stands in the line
 };
 
 // Keys that write nothing have a text too: a control character.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QStringList>
 
 #include <functional>
 
@@ -12,10 +13,11 @@ struct TextFilter {
     std::function<bool(char32_t character)> takes;
     char32_t replacement =
         0; // of each other one that is pasted; 0: none, it is left out with a beep
+    QStringList takesWhole = {}; // texts that may stand whatever their characters
 };
 
-// A character that the filter does not take cannot be typed; the attempt beeps. The text is set
-// after the filter's edit is made, and obeys it too.
+// A character that the filter does not take cannot be typed; the attempt beeps. A text that is set
+// from outside obeys it too. What stands in the line is not judged again while the line is edited.
 class FilteredEdit : public QLineEdit {
 public:
     explicit FilteredEdit(TextFilter filter, QWidget *parent = nullptr);

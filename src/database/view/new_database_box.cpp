@@ -16,23 +16,28 @@ namespace {
 constexpr const char *HelpTopic = "DATABASE";
 
 bool TakesCharacter(char32_t character) {
-    return MayStandInDatabaseName(character, QChar::isLetterOrNumber(character));
+    return MayStandInDatabaseName(character,
+                                  QChar::isLetter(character) || QChar::isDigit(character));
 }
 
 class NewDatabaseDialog : public QDialog {
 public:
     NewDatabaseDialog(QWidget *owner, const std::vector<std::string> &existing,
                       const std::string &start)
-        : QDialog(owner ? owner->window() : nullptr), existing(existing) {
+        : QDialog(owner ? owner->window() : nullptr) {
         ui.setupUi(this);
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
         setFont(DialogFont());
         QComboBox &names = *ui.control_65;
+        QStringList texts; // of the names, as the line shows them
         for (const std::string &name : existing) {
-            names.addItem(QString::fromStdString(name));
+            const QString text = QString::fromStdString(name);
+            names.addItem(text);
+            texts.append(text.left(DatabaseNameLimit));
+            shown.push_back(text.toStdString());
         }
-        auto *edit = new FilteredEdit({TakesCharacter});
+        auto *edit = new FilteredEdit({.takes = TakesCharacter, .takesWhole = texts});
         names.setLineEdit(edit);
         names.setCompleter(nullptr); // it would write an existing name while a new one is typed
         edit->setMaxLength(DatabaseNameLimit);
@@ -49,10 +54,10 @@ public:
     std::string Name() const { return ui.control_65->currentText().toStdString(); }
 
 private:
-    void FollowName() { ui.control_1->setEnabled(IsNewDatabaseName(Name(), existing)); }
+    void FollowName() { ui.control_1->setEnabled(IsNewDatabaseName(Name(), shown)); }
 
     Ui::NewDatabaseBox ui;
-    const std::vector<std::string> &existing;
+    std::vector<std::string> shown; // the names there are; what is not UTF-8 in them is replaced
 };
 
 } // namespace

@@ -29,14 +29,11 @@ protected:
     std::optional<std::string> WithBox(const std::function<void()> &use,
                                        const std::string &start = "Voices") {
         std::optional<std::string> result;
-        WithModalBox(
-            [&] {
-                result = RunNewDatabaseBox(nullptr, {"Bells", "Live set"}, start);
-            },
-            [&](QDialog &opened) {
-                box = &opened;
-                use();
-            });
+        WithModalBox([&] { result = RunNewDatabaseBox(nullptr, existing, start); },
+                     [&](QDialog &opened) {
+                         box = &opened;
+                         use();
+                     });
         return result;
     }
     template <typename Widget> Widget *Control(int number) const {
@@ -66,6 +63,7 @@ protected:
     }
 
     ScriptedDesktop desktop;
+    std::vector<std::string> existing = {"Bells", "Live set"};
     QDialog *box = nullptr;
 };
 
@@ -197,6 +195,59 @@ TEST_F(NewDatabaseBox, TabGoesFromTheNameToTheButtons) {
         }
         EXPECT_EQ(order.join(' '), "65 1 2 9");
         EXPECT_EQ(box->focusWidget(), &Names());
+        Click(Cancel);
+    });
+}
+
+TEST_F(NewDatabaseBox, NamesOfTheListStandAsTheyAre) {
+    existing = {"My.bank", "[old] a+b", "no UTF-8: \xFF.", std::string(64, '.') + "cut"};
+    WithBox([&] {
+        EXPECT_EQ(desktop.beeps, 0);
+        const QString texts[] = {"My.bank", "[old] a+b", "no UTF-8: \uFFFD."};
+        for (int index = 0; index < 3; ++index) {
+            Names().setCurrentIndex(index);
+            EXPECT_EQ(Names().currentText(), texts[index]);
+            EXPECT_FALSE(IsOkEnabled()) << index;
+        }
+        Names().setCurrentIndex(3);
+        EXPECT_EQ(Text(), std::string(64, '.'));
+        EXPECT_EQ(desktop.beeps, 0);
+        Click(Cancel);
+    });
+}
+
+TEST_F(NewDatabaseBox, WhatIsWrittenIntoANameOfTheListIsFilteredAlone) {
+    existing = {"My.bank"};
+    EXPECT_EQ(WithBox([&] {
+                  Names().setCurrentIndex(-1);
+                  Names().setCurrentIndex(0);
+                  Names().lineEdit()->end(false);
+                  Type("2.");
+                  EXPECT_EQ(Text(), "My.bank2");
+                  EXPECT_EQ(desktop.beeps, 1);
+                  Names().lineEdit()->setCursorPosition(3);
+                  Paste(".o/l.d ");
+                  EXPECT_EQ(Text(), "My.old bank2");
+                  EXPECT_EQ(Names().lineEdit()->cursorPosition(), 7);
+                  EXPECT_EQ(desktop.beeps, 2);
+                  QTest::keyClick(&Names(), Qt::Key_Backspace);
+                  EXPECT_EQ(Text(), "My.oldbank2");
+                  EXPECT_EQ(desktop.beeps, 2);
+                  EXPECT_TRUE(IsOkEnabled());
+                  Click(Ok);
+              }),
+              "My.oldbank2");
+}
+
+TEST_F(NewDatabaseBox, NumbersThatAreNoDigitsCannotBeTyped) {
+    WithBox([&] {
+        Clear();
+        Type(QString::fromUtf8("a\u00B2\u00BD\u216B\u2460"));
+        EXPECT_EQ(Text(), "a");
+        EXPECT_EQ(desktop.beeps, 4);
+        Paste(QString::fromUtf8("\u00B2\u0663")); // the second is a digit of Arabic
+        EXPECT_EQ(Text(), "a\u0663");
+        EXPECT_EQ(desktop.beeps, 5);
         Click(Cancel);
     });
 }
