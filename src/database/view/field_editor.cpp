@@ -104,7 +104,7 @@ private:
             return false;
         case QEvent::Hide:
             if (watched == dialog && !event.spontaneous()) {
-                End(false);
+                EndByHiding();
             }
             return false;
         default:
@@ -146,6 +146,16 @@ private:
             if (editor && dialog->focusWidget() != editor) {
                 former = nullptr;
                 End(true);
+            }
+        };
+        QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+    }
+
+    // Later, since a dialog that is destroyed hides itself first, and this watch goes with it.
+    void EndByHiding() {
+        const auto end = [this] {
+            if (!dialog->isVisible()) {
+                End(false);
             }
         };
         QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);

@@ -376,20 +376,27 @@ TEST_F(FieldEditor, TheCloseBoxAcceptsFirst) {
 TEST_F(FieldEditor, ADialogThatIsHiddenCancels) {
     EditText();
     dialog.hide();
+    QTest::qWait(1);
     EXPECT_EQ(ends, 1);
     EXPECT_EQ(edited, std::nullopt);
 }
 
 TEST_F(FieldEditor, ADialogThatIsDestroyedTellsNobody) {
-    int told = 0;
-    {
-        QDialog shortLived;
-        QWidget parent(&shortLived);
-        EditTextOver({&parent, Cell, DialogFont(), "Name"}, "x",
-                     [&](const std::optional<std::string> &) { ++told; });
+    for (const bool isShown : {false, true}) {
+        int told = 0;
+        {
+            QDialog shortLived;
+            auto *parent = new QWidget(&shortLived);
+            if (isShown) {
+                shortLived.show();
+                EXPECT_TRUE(QTest::qWaitForWindowExposed(&shortLived));
+            }
+            EditTextOver({parent, Cell, DialogFont(), "Name"}, "x",
+                         [&](const std::optional<std::string> &) { ++told; });
+        }
+        QTest::qWait(1);
+        EXPECT_EQ(told, 0) << isShown;
     }
-    QTest::qWait(1);
-    EXPECT_EQ(told, 0);
 }
 
 TEST_F(FieldEditor, KeysOfTheTextReachNoRow) {
