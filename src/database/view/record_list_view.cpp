@@ -3,6 +3,7 @@
 
 #include "common/settings.h"
 #include "common/view/file_tip.h"
+#include "common/view/text_line.h"
 #include "database/view/field_editor.h"
 #include "database/view/file_time_box.h"
 
@@ -85,12 +86,8 @@ void RecordListView::PaintRecord(const ListRowPainting &painting) const {
         const QRect cell(painting.area.left() + column.left, painting.area.top(),
                          column.right - column.left, painting.area.height());
         painting.painter.setFont(column.field == RecordField::Date ? narrow : font());
-        const QString text = painting.painter.fontMetrics().elidedText(
-            QString::fromStdString(texts[i]), Qt::ElideRight, cell.width());
-        painting.painter.drawText(cell,
-                                  Qt::AlignVCenter | Qt::TextSingleLine |
-                                      (column.atTheRight ? Qt::AlignRight : Qt::AlignLeft),
-                                  text);
+        DrawTextLine(painting.painter, cell, QString::fromStdString(texts[i]),
+                     column.atTheRight ? Qt::AlignRight : Qt::AlignLeft);
     }
 }
 

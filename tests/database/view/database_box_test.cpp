@@ -6,6 +6,7 @@
 #include "common/view/list_box_view.h"
 #include "database/database_undo.h"
 #include "database/database_window.h"
+#include "database/local_time.h"
 #include "database/test_catalogue.h"
 #include "support/modal_box.h"
 #include "support/scripted_desktop.h"
@@ -493,12 +494,44 @@ TEST_F(DatabaseBox, TextsBeginAtTheLeftAndPositionsEndAtTheRight) {
 }
 
 TEST_F(DatabaseBox, ShowsTheWholeDate) {
-    WithBox([this] {
-        QFont narrow = list->font();
-        narrow.setStretch(QFont::Condensed);
-        EXPECT_LE(QFontMetrics(narrow).horizontalAdvance("Wed May 28 10:00:00 AM 2026"), 150);
-        Cancel();
-    });
+    // One of the widest, in two years that differ in the last digit alone: Wed May 30 10:08:08 AM
+    // 2001 and 2007. Nothing of that digit would be left of a text that is cut.
+    const auto paintedDate = [this](int year) {
+        const std::int64_t date = LocalTime(year, 5, 30, 10, 8, 8);
+        Write("Voices", {{"Alpha", "zoo", 0, static_cast<std::uint32_t>(date)}});
+        QImage picture;
+        WithBox([this, &picture] {
+            ListSelect(state->records, NoRow);
+            picture = Viewport()->grab(QRect(338, 0, 150, RowHeight)).toImage();
+            Cancel();
+        });
+        return picture;
+    };
+    const QImage one = paintedDate(2001), other = paintedDate(2007);
+    int first = one.width(), last = -1;
+    for (int x = 0; x < one.width(); ++x) {
+        if (one.copy(x, 0, 1, RowHeight) != other.copy(x, 0, 1, RowHeight)) {
+            first = std::min(first, x);
+            last = x;
+        }
+    }
+    EXPECT_GE(last, 0);
+    EXPECT_LT(last - first, 8); // no more than a digit
+}
+
+TEST_F(DatabaseBox, PaintsTheWholeOfATextWithTheByteThatPartsItsForms) {
+    const auto painted = [this](const char *name) {
+        Write("Voices", {{name, name, 0, 0}});
+        QImage picture;
+        WithBox([this, &picture] {
+            ListSelect(state->records, NoRow);
+            picture = Viewport()->grab(QRect(0, 0, 332, RowHeight)).toImage();
+            Cancel();
+        });
+        return picture;
+    };
+    EXPECT_NE(painted("xy\x9C"), painted("xy\x9Cyz"));
+    EXPECT_NE(painted("xy\x9Cyz"), painted("xy\x9Cyy"));
 }
 
 TEST_F(DatabaseBox, TellsTheRowsToThoseWhoHearThem) {
