@@ -3,7 +3,9 @@
 
 #include "common/file_time.h"
 #include "database/database_undo.h"
+#include "local_time.h"
 #include "support/scripted_desktop.h"
+#include "support/time_zone.h"
 #include "test_catalogue.h"
 
 #include <ctime>
@@ -254,6 +256,18 @@ TEST_P(WindowOfDatabases, SortsWithoutCountingItAsAChange) {
     EXPECT_TRUE(desktop.sounds.empty());
 }
 
+TEST_P(WindowOfDatabases, SortingByPositionShowsPositionZeroAsOneAtTheTop) {
+    Open();
+    RunDatabaseCommand(state, 110);
+    std::vector<std::pair<std::string, std::string>> shown;
+    for (const DatabaseRecord &record : state.records.items) {
+        shown.emplace_back(TextsOfRecord(record)[0], TextsOfRecord(record)[3]);
+    }
+    EXPECT_EQ(shown, (std::vector<std::pair<std::string, std::string>>{
+                         {"Bravo", "1"}, {"Alpha", "6"}, {"charlie", "32"}}));
+    EXPECT_EQ(RecordFields(state.records.items[0])->position, 0u);
+}
+
 // ---- the menu
 
 TEST_P(WindowOfDatabases, HasAMenuOfTwelveRows) {
@@ -340,6 +354,20 @@ TEST_P(WindowOfDatabases, RemovesTheSelectedRecordAndSelectsTheNext) {
     EXPECT_FALSE(DatabaseUndoAvailable());
 }
 
+TEST_P(WindowOfDatabases, AListWithOneRecordDeleteDoesNothingAndSaysNothing) {
+    Write("Voices", {{"Alpha", "zoo", 5, 9}});
+    Open();
+    EXPECT_EQ(state.records.selection, 0);
+    RunDatabaseCommand(state, 106);
+    EXPECT_EQ(NamesOf(state.records), Names{"Alpha"});
+    EXPECT_EQ(state.records.selection, 0);
+    EXPECT_EQ(state.changed, 0u);
+    EXPECT_FALSE(DatabaseUndoAvailable());
+    EXPECT_TRUE(desktop.messages.empty());
+    EXPECT_TRUE(desktop.sounds.empty());
+    EXPECT_EQ(desktop.beeps, 0);
+}
+
 TEST_P(WindowOfDatabases, RemovesNothingWithoutASelection) {
     Open();
     Select(NoRow);
@@ -375,9 +403,12 @@ TEST_P(WindowOfDatabases, HoldsAsManyLevelsAsTheSettingsSayAtTheOpening) {
         Rename(name);
     }
     for (const char *name : {"a3", "a2", "a1"}) {
+        EXPECT_TRUE(DatabaseMenu(state, 0)[9].enabled);
         RunDatabaseCommand(state, 113);
         EXPECT_EQ(NamesOf(state.records)[0], name);
     }
+    EXPECT_EQ(DatabaseMenu(state, 0)[9].text, "Undo");
+    EXPECT_FALSE(DatabaseMenu(state, 0)[9].enabled);
     desktop.ExpectMessage("No undo level is available.");
     RunDatabaseCommand(state, 113);
     EXPECT_EQ(NamesOf(state.records)[0], "a1");
@@ -441,6 +472,27 @@ TEST_P(WindowOfDatabases, ShowsTheFourTextsOfARecord) {
     EXPECT_EQ(RecordTip(record), "NAME: Flügel\r\nSOURCE: bänk.syx\r\nFILE DATE: Sat Nov 14 "
                                  "12:30:00 AM 2026\r\nPOSITION: 1");
     EXPECT_EQ(RecordInWords(record), "Flügel, bänk.syx, Sat Nov 14 12:30:00 AM 2026, position 1");
+}
+
+TEST_P(WindowOfDatabases, ADateOfZeroShowsTheLocalTimeOfTheEpoch) {
+    const DatabaseRecord record = {TestRecord(family, 0, {"", "", 0, 0})};
+    {
+        const TimeZone zone(ZoneOfBerlin);
+        EXPECT_EQ(TextsOfRecord(record)[2], "Thu Jan 1 1:00:00 AM 1970");
+    }
+    const TimeZone zone(ZoneOfNewYork);
+    EXPECT_EQ(TextsOfRecord(record)[2], "Wed Dec 31 7:00:00 PM 1969");
+}
+
+TEST_P(WindowOfDatabases, HalfPastTwelveInTheAfternoonShows12And30AndAm) {
+    const auto shown = [this](int hour) {
+        const std::int64_t date = LocalTime(2026, 11, 14, hour, 30, 0);
+        return TextsOfRecord(
+            {TestRecord(family, 0, {"", "", 0, static_cast<std::uint32_t>(date)})})[2];
+    };
+    EXPECT_EQ(shown(12), "Sat Nov 14 12:30:00 AM 2026");
+    EXPECT_EQ(shown(0), "Sat Nov 14 12:30:00 AM 2026");
+    EXPECT_EQ(shown(13), "Sat Nov 14 1:30:00 PM 2026");
 }
 
 TEST_P(WindowOfDatabases, ShowsDatesWithoutASignAndPositionsWithOne) {
@@ -840,6 +892,15 @@ TEST_P(WindowOfDatabases, ChoosesNothingWithoutASelection) {
     Select(NoRow);
     EXPECT_EQ(AcceptDatabaseWindow(state), 1);
     EXPECT_TRUE(state.chosen.bytes.empty());
+}
+
+TEST_P(WindowOfDatabases, AnEmptyListOkHandsOverNoVoiceAndTheResultIs1) {
+    Write("Voices", {});
+    Open();
+    EXPECT_EQ(ListCount(state.records), 0);
+    EXPECT_EQ(AcceptDatabaseWindow(state), 1);
+    EXPECT_TRUE(state.chosen.bytes.empty());
+    EXPECT_TRUE(desktop.messages.empty());
 }
 
 TEST_P(WindowOfDatabases, SaysThatARecordGivesNoVoiceAndGoesOn) {
