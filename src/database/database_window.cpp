@@ -38,10 +38,15 @@ std::vector<std::string> NamesOfFamily(const DatabaseWindow &state) {
     return extension ? DatabaseNames(extension) : std::vector<std::string>();
 }
 
-// Empty for a family without catalogues.
+// Both are empty for a family without catalogues.
 std::string PathOfName(const DatabaseWindow &state, const std::string &name) {
     const char *extension = InfoOf(state, DatabaseInfoExtension).text;
     return extension ? DatabasePathNamed(name, extension) : std::string();
+}
+
+std::string BackupOfName(const DatabaseWindow &state, const std::string &name) {
+    const char *extension = InfoOf(state, DatabaseInfoBackupExtension).text;
+    return extension ? DatabaseBackupPathOf(PathOfName(state, name), extension) : std::string();
 }
 
 void ShowNames(const DatabaseWindow &state) {
@@ -51,7 +56,7 @@ void ShowNames(const DatabaseWindow &state) {
 }
 
 void MoveToTrash(const std::string &path) {
-    if (TheDesktop.MoveToTrash) {
+    if (TheDesktop.MoveToTrash && !path.empty()) {
         TheDesktop.MoveToTrash(path); // without a word: what stays is there at the next opening
     }
 }
@@ -180,10 +185,8 @@ void DeleteDatabase(DatabaseWindow &state) {
     ShowNames(state);
     Load(state);
     CarefulBeginRecords(state.changed);
-    const std::string path = PathOfName(state, name);
-    MoveToTrash(path);
-    const std::string backup =
-        DatabaseBackupPathOf(path, InfoOf(state, DatabaseInfoBackupExtension).text);
+    MoveToTrash(PathOfName(state, name));
+    const std::string backup = BackupOfName(state, name);
     if (FileExists(backup.c_str()) &&
         AskYesNo(state.window, "Do you want to delete the backup for the " + name +
                                    " database as well?") == ResultYes) {

@@ -49,8 +49,8 @@ struct DatabaseWindow {
 struct DatabaseViews {
     // Runs the dialog; its result.
     std::function<int(QWidget *owner, DatabaseWindow &state)> ShowBox;
-    // Asks for the name of a new catalogue, which is none of `existing`; nothing when the user
-    // cancels.
+    // Asks for the name of a new catalogue, writing `start` at first; the result is none of
+    // `existing`, the names on the disk, in any case of its letters. Nothing when the user cancels.
     std::function<std::optional<std::string>(
         QWidget *owner, const std::vector<std::string> &existing, const std::string &start)>
         AskForNewName;

@@ -454,6 +454,23 @@ TEST_P(WindowOfDatabases, DoesWithoutWhatNobodyHasFilledIn) {
     EXPECT_TRUE(desktop.sounds.empty());
 }
 
+TEST_P(WindowOfDatabases, DoesWithoutCatalogues) {
+    Open();
+    state.driverIndex = -1; // as a family that has none
+    TheDatabaseViews.AskForNewName = [](QWidget *, const Names &existing, const std::string &) {
+        EXPECT_EQ(existing, Names());
+        return std::optional<std::string>("Strings");
+    };
+    ExpectCopyQuestion("Voices", "Strings", ResultYes);
+    RunDatabaseCommand(state, 103);
+    desktop.ExpectMessage(StoreFailure);
+    EXPECT_EQ(AcceptDatabaseWindow(state), 1);
+    state.shownName = "Brass";
+    desktop.ExpectYesNo("Do you really want to delete the Brass database?", ResultYes);
+    RunDatabaseCommand(state, 104);
+    EXPECT_TRUE(desktop.trashed.empty());
+}
+
 // ---- rows
 
 TEST_P(WindowOfDatabases, ShowsTheFourTextsOfARecord) {
