@@ -65,6 +65,7 @@ void MoveToTrash(const std::string &path) {
 
 // The catalogue that the settings name now, instead of the records that are there.
 void Load(DatabaseWindow &state) {
+    state.loadedName = state.shownName;
     const WaitCursor wait;
     RecordListFill(state.records, {});
     DatabaseLoadList(state.driverIndex, state.records);
@@ -276,10 +277,10 @@ void OpenDatabaseWindow(DatabaseWindow &state, QWidget *window) {
     if (static_cast<std::int32_t>(DatabaseSortMode) < static_cast<std::int32_t>(SortByName)) {
         DatabaseSortMode = SortByName;
     }
-    Load(state);
+    Load(state); // which makes the catalogue that is to be listed
     state.names = NamesOfFamily(state);
     const bool isThere = std::ranges::find(state.names, DatabaseCurrentName) != state.names.end();
-    state.shownName = isThere ? DatabaseCurrentName : "";
+    state.shownName = state.loadedName = isThere ? DatabaseCurrentName : "";
     ShowNames(state);
     DatabaseUndoInit(window);
 }
@@ -333,7 +334,7 @@ void ShowChosenDatabase(DatabaseWindow &state) {
         return;
     }
     if (!RecordsMayGo(state, state.shownName)) {
-        state.shownName = DatabaseCurrentName;
+        state.shownName = state.loadedName;
         ShowNames(state);
         return;
     }

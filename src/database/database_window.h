@@ -37,11 +37,14 @@ struct DatabaseWindow {
     RecordList records;
     std::uint32_t changed = 0; // not 0: the list differs from the file, and OK stores it
     VoiceObject chosen;        // by OK; without bytes: none
-    // The drop-down list of the catalogues, and the text that it shows: empty while that is none of
-    // them. It may be another one than DatabaseCurrentName, whose records are in the list.
+    // The drop-down list of the catalogues: those that there were at the opening, but for what was
+    // deleted since; a new one is not added. And the one of them that it shows, empty for none. It
+    // need not be DatabaseCurrentName, which OK stores: arrow keys move it alone, and a new
+    // catalogue becomes current without being shown.
     std::vector<std::string> names;
     std::string shownName;
-    std::function<void()> namesChanged; // both of them; the view's
+    std::string loadedName;             // shownName when records were loaded last
+    std::function<void()> namesChanged; // names or shownName, by a command; the view's
 };
 
 // What the window is seen by, and what it asks of others; filled in by the view and by the main
@@ -83,7 +86,8 @@ bool CancelDatabaseWindow(DatabaseWindow &state);
 
 // Runs a command of the list above, but for OK, or one that sorts.
 void RunDatabaseCommand(DatabaseWindow &state, int command);
-// The drop-down list of the catalogues was closed with `shownName`: its records are shown.
+// The drop-down list of the catalogues was closed with `shownName`: its records are shown, or the
+// list goes back to `loadedName` when the user would rather stay.
 void ShowChosenDatabase(DatabaseWindow &state);
 
 struct DatabaseMenuRow {

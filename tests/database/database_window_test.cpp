@@ -1068,6 +1068,26 @@ TEST_P(CarefulDatabases, KeepsTheEditsAfterCancel) {
     EXPECT_EQ(desktop.sounds.size(), 1u);
 }
 
+TEST_P(CarefulDatabases, GoesBackToTheShownNameWhereTheCurrentOneIsNotListed) {
+    Open();
+    AnswerNewName("Strings");
+    ExpectCopyQuestion("Voices", "Strings", ResultNo);
+    RunDatabaseCommand(state, 103);
+    for (const char *name : {"Voices", "Brass"}) {
+        ExpectEditsQuestion("Strings", ResultCancel);
+        Choose(name);
+        EXPECT_EQ(state.shownName, "Voices");
+        EXPECT_EQ(DatabaseCurrentName, "Strings");
+    }
+    ExpectEditsQuestion("Strings", ResultNo);
+    Choose("Brass");
+    EXPECT_EQ(DatabaseCurrentName, "Brass");
+    Rename("Zither");
+    ExpectEditsQuestion("Brass", ResultCancel);
+    Choose("Voices");
+    EXPECT_EQ(state.shownName, "Brass");
+}
+
 TEST_P(CarefulDatabases, StaysWhenTheEditsCannotBeSaved) {
     Open();
     Rename("Zulu");

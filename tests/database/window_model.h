@@ -569,7 +569,6 @@ private:
         state.shownName = name;
         ShowChosenDatabase(state);
         if (!MayGo(name)) {
-            shown = current;
             return;
         }
         shown = current = name;

@@ -208,8 +208,10 @@ private:
             combo.setCurrentIndex(
                 shown != state.names.end() ? static_cast<int>(shown - state.names.begin()) : -1);
         };
-        connect(&combo, &QComboBox::currentTextChanged, this,
-                [this](const QString &text) { state.shownName = text.toStdString(); });
+        // By its place: a name that is not UTF-8 is shown as another text.
+        connect(&combo, &QComboBox::currentIndexChanged, this, [this](int index) {
+            state.shownName = index < 0 ? "" : state.names[static_cast<std::size_t>(index)];
+        });
         combo.installEventFilter(this);
         namesPopup = combo.view()->window();
         namesPopup->installEventFilter(this);

@@ -26,8 +26,10 @@
 #include <QWheelEvent>
 #include <QWindow>
 
+#include <algorithm>
 #include <functional>
 #include <stdexcept>
+#include <tuple>
 
 namespace tonewright {
 namespace {
@@ -1226,6 +1228,57 @@ TEST_F(DatabaseBox, TheBoxGoesBackToTheOldNameWhenTheUserStays) {
         EXPECT_EQ(Combo().currentText(), "Voices");
         EXPECT_EQ(Shown().size(), 2u);
         WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, TheBoxKeepsAListedNameWhenTheUserStaysInAnUnlistedDatabase) {
+    CarefulMode = 1;
+    TheDatabaseViews.AskForNewName = [](QWidget *, const Names &, const std::string &) {
+        return std::optional<std::string>("Strings");
+    };
+    WithBox([this] {
+        desktop.ExpectYesNoCancel("Do you want to copy the contents of your existing database, "
+                                  "Voices, to your new database, Strings?",
+                                  ResultNo);
+        Click(103);
+        for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+            desktop.ExpectYesNoCancel(
+                "The changes that you have made to the Strings database have not been "
+                "saved.\n\nClick on Yes to save them, click on No to lose them, or click on Cancel "
+                "to return to the Database window.",
+                ResultCancel);
+            Combo().showPopup();
+            QTest::keyClick(Combo().view(), Qt::Key_Up);
+            QTest::keyClick(Combo().view(), key);
+            QTest::qWait(1);
+            EXPECT_EQ(Combo().currentText(), "Voices");
+            EXPECT_EQ(state->shownName, "Voices");
+            EXPECT_EQ(DatabaseCurrentName, "Strings");
+        }
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, NamesThatLookTheSameAreDifferentDatabases) {
+    // Neither is UTF-8.
+    Write("A\xFE", {{"one", "", 0, 0}});
+    Write("A\xFF", {{"other", "", 0, 0}});
+    WithBox([this] {
+        EXPECT_EQ(Combo().itemText(0), Combo().itemText(1));
+        for (const auto &[index, name, record] :
+             {std::tuple(1, "A\xFF", "other"), {0, "A\xFE", "one"}, {1, "A\xFF", "other"}}) {
+            Combo().showPopup();
+            Combo().setCurrentIndex(index);
+            Combo().hidePopup();
+            QTest::qWait(1);
+            EXPECT_EQ(DatabaseCurrentName, name);
+            EXPECT_EQ(Shown(), Names{record});
+        }
+        desktop.ExpectYesNo("Do you really want to delete the A\xFF database?", ResultYes);
+        Click(104);
+        EXPECT_EQ(desktop.trashed, Names{PathOf("A\xFF")});
         Cancel();
     });
 }
