@@ -110,13 +110,14 @@ std::string PositionText(std::uint32_t position) {
     return std::to_string(static_cast<std::int32_t>(position + 1));
 }
 
-// Changes the selected record behind a level of undo, with which it goes on even if there is none.
-void ChangeSelected(DatabaseWindow &state, const std::function<void(DatabaseRecord &)> &change) {
+// Changes the record of a row behind a level of undo; it goes on even if there is none.
+void ChangeRecord(DatabaseWindow &state, int row,
+                  const std::function<void(DatabaseRecord &)> &change) {
     DatabaseUndoPush(state.window, state.records, state.changed != 0);
-    if (const DatabaseRecord *record = ListRecord(state.records, state.records.selection)) {
+    if (const DatabaseRecord *record = ListRecord(state.records, row)) {
         DatabaseRecord changed = *record;
         change(changed);
-        RecordListPut(state.records, state.records.selection, std::move(changed));
+        RecordListPut(state.records, row, std::move(changed));
     }
 }
 
@@ -412,8 +413,8 @@ int PositionsToChoose(const DatabaseWindow &state) {
     return std::max(0, InfoOf(state, DatabaseInfoVoicesPerBank).number);
 }
 
-void AcceptRecordText(DatabaseWindow &state, RecordField field, std::string_view text) {
-    ChangeSelected(state, [field, text](DatabaseRecord &record) {
+void AcceptRecordText(DatabaseWindow &state, int row, RecordField field, std::string_view text) {
+    ChangeRecord(state, row, [field, text](DatabaseRecord &record) {
         if (field == RecordField::Name) {
             SetRecordName(record, text);
         } else if (field == RecordField::Source) {
@@ -422,13 +423,13 @@ void AcceptRecordText(DatabaseWindow &state, RecordField field, std::string_view
     });
 }
 
-void AcceptRecordDate(DatabaseWindow &state, std::uint32_t seconds) {
-    ChangeSelected(state, [seconds](DatabaseRecord &record) { SetRecordDate(record, seconds); });
+void AcceptRecordDate(DatabaseWindow &state, int row, std::uint32_t seconds) {
+    ChangeRecord(state, row, [seconds](DatabaseRecord &record) { SetRecordDate(record, seconds); });
 }
 
-void AcceptRecordPosition(DatabaseWindow &state, int index) {
+void AcceptRecordPosition(DatabaseWindow &state, int row, int index) {
     if (index >= 0) {
-        ChangeSelected(state, [index](DatabaseRecord &record) {
+        ChangeRecord(state, row, [index](DatabaseRecord &record) {
             SetRecordPosition(record, static_cast<std::uint32_t>(index));
         });
     }

@@ -125,17 +125,18 @@ std::string RecordTip(const DatabaseRecord &record);
 // A period of the settings as a timer takes it, in milliseconds: at least 10, at most 2^31 - 1.
 int TimerMilliseconds(std::uint32_t setting);
 
-// ---- editing the selected record with a held button
+// ---- editing the selected record with a held button, which stays bound to its row
 
 // The field of the selected row below a point of a view of that size.
 RecordField FieldUnder(const RecordList &list, PicturePoint point, int width, int height);
 // How many positions there are to choose from.
 int PositionsToChoose(const DatabaseWindow &state);
-// What the user has accepted: a level of undo, then the field is changed. `text`: Latin-1.
-void AcceptRecordText(DatabaseWindow &state, RecordField field, std::string_view text);
-void AcceptRecordDate(DatabaseWindow &state, std::uint32_t seconds);
+// What the user has accepted for a row: a level of undo, then the field is changed. `text`:
+// Latin-1.
+void AcceptRecordText(DatabaseWindow &state, int row, RecordField field, std::string_view text);
+void AcceptRecordDate(DatabaseWindow &state, int row, std::uint32_t seconds);
 // `index`: from 0; a negative number, of no entry, changes nothing.
-void AcceptRecordPosition(DatabaseWindow &state, int index);
+void AcceptRecordPosition(DatabaseWindow &state, int row, int index);
 // The end of every such gesture, whether it has changed something or not: the list is sorted and
 // counts as changed.
 void EndRecordGesture(DatabaseWindow &state);

@@ -146,7 +146,7 @@ protected:
     void Select(int index) { ListSelect(state.records, index); }
     // Edits the name of the selected record, with all that a held button does.
     void Rename(const std::string &name) {
-        AcceptRecordText(state, RecordField::Name, name);
+        AcceptRecordText(state, state.records.selection, RecordField::Name, name);
         EndRecordGesture(state);
     }
     void Choose(const std::string &name) {
@@ -417,8 +417,8 @@ TEST_P(WindowOfDatabases, HoldsAsManyLevelsAsTheSettingsSayAtTheOpening) {
 TEST_P(WindowOfDatabases, ComesBackByNameFromAnUndoSortedByDate) {
     Open();
     RunDatabaseCommand(state, 109);
-    Select(0);                               // charlie
-    AcceptRecordDate(state, 4'000'000'000u); // now the last one
+    Select(0);                                                        // charlie
+    AcceptRecordDate(state, state.records.selection, 4'000'000'000u); // now the last one
     EndRecordGesture(state);
     EXPECT_EQ(NamesOf(state.records), (Names{"Bravo", "Alpha", "charlie"}));
     EXPECT_EQ(state.records.selection, 2);
@@ -596,11 +596,11 @@ TEST_P(WindowOfDatabases, HitsFourFieldsOfTheSelectedRow) {
 TEST_P(WindowOfDatabases, StoresAnEditedTextFilledUpWithZero) {
     Open();
     Select(2); // charlie of Moon
-    AcceptRecordText(state, RecordField::Name, "Fl\xFCgel");
-    AcceptRecordText(state, RecordField::Source, "");
+    AcceptRecordText(state, state.records.selection, RecordField::Name, "Fl\xFCgel");
+    AcceptRecordText(state, state.records.selection, RecordField::Source, "");
     TestBytes expected = TestRecord(family, 0, {"Fl\xFCgel", "", 31, 7});
     EXPECT_EQ(state.records.items[2].bytes, expected);
-    AcceptRecordText(state, RecordField::Source, std::string(70, 'x'));
+    AcceptRecordText(state, state.records.selection, RecordField::Source, std::string(70, 'x'));
     expected = TestRecord(family, 0, {"Fl\xFCgel", std::string(64, 'x'), 31, 7});
     EXPECT_EQ(state.records.items[2].bytes, expected);
     EXPECT_TRUE(DatabaseUndoAvailable());
@@ -610,8 +610,8 @@ TEST_P(WindowOfDatabases, StoresAnEditedTextFilledUpWithZero) {
 TEST_P(WindowOfDatabases, StoresDateAndPositionAndLeavesTheFirstDate) {
     Open();
     Select(2);
-    AcceptRecordDate(state, 0x80000001);
-    AcceptRecordPosition(state, 30);
+    AcceptRecordDate(state, state.records.selection, 0x80000001);
+    AcceptRecordPosition(state, state.records.selection, 30);
     TestBytes expected = TestRecord(family, 0, {"charlie", "Moon", 30, 7});
     expected[8] = 1;
     expected[11] = 0x80;
@@ -620,7 +620,7 @@ TEST_P(WindowOfDatabases, StoresDateAndPositionAndLeavesTheFirstDate) {
 
 TEST_P(WindowOfDatabases, ChangesNothingWithoutAChosenPosition) {
     Open();
-    AcceptRecordPosition(state, -1);
+    AcceptRecordPosition(state, state.records.selection, -1);
     EXPECT_FALSE(DatabaseUndoAvailable());
     EXPECT_EQ(state.changed, 0u);
     EndRecordGesture(state);
@@ -678,7 +678,7 @@ TEST_P(WindowOfDatabases, GoesOnWithAnEditOfAnUnreadableRecord) {
     const TestBytes bad(family.recordSize, 1);
     RecordListPut(state.records, 1, {bad});
     Select(1);
-    AcceptRecordText(state, RecordField::Name, "x");
+    AcceptRecordText(state, state.records.selection, RecordField::Name, "x");
     EXPECT_EQ(state.records.items[1].bytes, bad);
 }
 

@@ -510,7 +510,8 @@ private:
     void EditText() {
         const std::string text = AnyText(Byte());
         const bool isName = Byte() % 2;
-        AcceptRecordText(state, isName ? RecordField::Name : RecordField::Source, text);
+        AcceptRecordText(state, state.records.selection,
+                         isName ? RecordField::Name : RecordField::Source, text);
         Push();
         if (HasSelection()) {
             PutField(Selected(), isName ? NameAt : SourceAt, text);
@@ -519,7 +520,7 @@ private:
     }
     void EditDate() {
         const std::uint32_t date = AnyNumber(Byte());
-        AcceptRecordDate(state, date);
+        AcceptRecordDate(state, state.records.selection, date);
         Push();
         if (HasSelection()) {
             PutNumber(Selected(), DateAt, date);
@@ -528,7 +529,7 @@ private:
     }
     void EditPosition() {
         const int index = Byte() % 34 - 1;
-        AcceptRecordPosition(state, index);
+        AcceptRecordPosition(state, state.records.selection, index);
         if (index >= 0) {
             Push();
             if (HasSelection()) {

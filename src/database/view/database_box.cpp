@@ -27,6 +27,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -48,7 +50,8 @@ struct HeaderPlace {
 };
 constexpr std::array<HeaderPlace, 4> HeaderPlaces = {{{3, 166}, {169, 166}, {335, 156}, {491, 54}}};
 
-// The header of a column: sunken while the list is sorted by it, which is when it is checked.
+// The header of a column: sunken while the list is sorted by it, which is when it is checked, and
+// what those who hear it are told. Whatever would check or uncheck it sorts instead.
 class HeaderButton : public QAbstractButton {
 public:
     HeaderButton(const RecordColumn &column, QWidget *parent)
@@ -110,14 +113,12 @@ public:
     }
 
     void accept() override {
-        if (const auto result = AcceptDatabaseWindow(state)) {
-            done(*result);
-        }
+        RunAlone([this] { EndWith(AcceptDatabaseWindow(state)); });
     }
     void reject() override {
-        if (CancelDatabaseWindow(state)) {
-            done(Rejected);
-        }
+        RunAlone([this] {
+            EndWith(CancelDatabaseWindow(state) ? std::optional<int>(Rejected) : std::nullopt);
+        });
     }
 
 protected:
@@ -145,9 +146,10 @@ protected:
     }
     bool eventFilter(QObject *watched, QEvent *event) override {
         if (watched == namesPopup && event->type() == QEvent::Hide) {
-            // Once the drop-down list has taken over what was chosen in it.
+            // Once the drop-down list has taken over what was chosen in it, or with what runs next.
+            isNameChosen = !isBusy;
             QMetaObject::invokeMethod(
-                this, [this] { ShowChosenDatabase(this->state); }, Qt::QueuedConnection);
+                this, [this] { RunAlone([] {}); }, Qt::QueuedConnection);
         } else if (watched == ui.control_101 && event->type() == QEvent::Wheel) {
             wheelEvent(static_cast<QWheelEvent *>(event)); // the list's, not that of a closed box
             return true;
@@ -174,7 +176,7 @@ private:
             const bool isLast = i + 1 == HeaderPlaces.size();
             header->setGeometry(HeaderPlaces[i].left, 0,
                                 HeaderPlaces[i].width + (isLast ? scrollBar : 0), height);
-            connect(header, &QAbstractButton::clicked, this,
+            connect(header, &QAbstractButton::toggled, this,
                     [this, header] { Run(static_cast<int>(header->sort)); });
             headers[i] = header;
         }
@@ -227,18 +229,58 @@ private:
         }
     }
 
-    void Run(int command) {
-        if (command == CommandDatabaseOk) {
-            // Once the mouse or the menu that it came from is done.
-            QMetaObject::invokeMethod(this, &QDialog::accept, Qt::QueuedConnection);
+    // One thing at a time, which sees what came before it: an open editor is accepted, and the
+    // records of a name that was chosen are shown. What comes meanwhile, or behind the end, is
+    // dropped.
+    void RunAlone(const std::function<void()> &act) {
+        if (std::exchange(isBusy, true)) {
             return;
         }
-        RunDatabaseCommand(state, command);
+        list->AcceptEditor();
+        if (std::exchange(isNameChosen, false)) {
+            ShowChosenDatabase(state);
+        }
+        act();
+        isBusy = isEnded;
+    }
+
+    void EndWith(std::optional<int> result) {
+        if (result) {
+            isEnded = true;
+            done(*result);
+        }
+    }
+
+    void Run(int command) {
+        if (command == CommandDatabaseOk) {
+            PostOk();
+            return;
+        }
+        RunAlone([this, command] {
+            if (command == CommandEditRecord) {
+                list->EditFieldUnderCursor();
+            } else {
+                RunDatabaseCommand(state, command);
+            }
+        });
         FollowOrder();
+    }
+
+    // OK, once the mouse or the menu that it came from is done; until then nothing else runs.
+    void PostOk() {
+        if (std::exchange(isBusy, true)) {
+            return;
+        }
+        const auto accepts = [this] {
+            isBusy = false;
+            accept();
+        };
+        QMetaObject::invokeMethod(this, accepts, Qt::QueuedConnection);
     }
 
     void FollowOrder() {
         for (HeaderButton *header : headers) {
+            const QSignalBlocker blocker(header);
             header->setChecked(header->sort == DatabaseSortMode);
         }
     }
@@ -248,6 +290,9 @@ private:
     RecordListView *list = nullptr;
     std::array<HeaderButton *, HeaderPlaces.size()> headers = {};
     QWidget *namesPopup = nullptr; // of control 101
+    bool isNameChosen = false;     // control 101 has closed; its records are not shown yet
+    bool isBusy = false;           // something runs, or nothing will any more
+    bool isEnded = false;
 };
 
 int ShowDatabaseBox(QWidget *owner, DatabaseWindow &state) {

@@ -50,6 +50,9 @@ public:
         return editor ? WatchEditor(watched, *event) : KeepBack(watched, *event);
     }
 
+    bool IsOver(const QWidget *widget) const { return editor && parent == widget; }
+    void Accept() { End(true); }
+
 private:
     // Mouse events come to the window first, and from there to the widgets.
     bool IsInDialog(QObject *watched) const {
@@ -315,6 +318,16 @@ void ChooseOver(const EditedCell &cell, const QStringList &entries, int selected
         const auto result = accepted ? std::optional(combo->currentIndex()) : std::nullopt;
         return [done, result] { done(result); };
     });
+}
+
+void AcceptEditorOver(const QWidget *parent) {
+    for (QObject *child : parent->window()->children()) {
+        auto *watch = dynamic_cast<EditorWatch *>(child);
+        if (watch && watch->IsOver(parent)) {
+            watch->Accept();
+            return; // there is one at most
+        }
+    }
 }
 
 } // namespace tonewright

@@ -41,4 +41,7 @@ void EditTextOver(const EditedCell &cell, const std::string &latin1,
 void ChooseOver(const EditedCell &cell, const QStringList &entries, int selected,
                 std::function<void(std::optional<int>)> done);
 
+// Accepts the editor over `parent`, if there is one.
+void AcceptEditorOver(const QWidget *parent);
+
 } // namespace tonewright

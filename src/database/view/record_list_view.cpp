@@ -51,6 +51,12 @@ RecordListView::RecordListView(DatabaseWindow &state, std::function<void(int com
                   {.name = [&state](int row) { return NameOfRow(state, row); },
                    .words = [&state](int row) { return WordsOfRow(state, row); },
                    .paint = [this](const ListRowPainting &painting) { PaintRecord(painting); },
+                   .touched =
+                       [this] {
+                           if (this->state.records.selection != editedRow) {
+                               AcceptEditorLater();
+                           }
+                       },
                    .hold =
                        [this](bool held) {
                            if (!held) {
@@ -59,7 +65,11 @@ RecordListView::RecordListView(DatabaseWindow &state, std::function<void(int com
                        },
                    .doubleClick = [this](int) { run(CommandDatabaseOk); },
                    .menu = [this](int row, QRect beside) { ShowMenu(row, beside); },
-                   .scrolled = [this] { HideTip(); }},
+                   .scrolled =
+                       [this] {
+                           HideTip();
+                           AcceptEditorLater();
+                       }},
                   parent),
       state(state), run(std::move(runs)), tip(new FileTip(viewport())) {
     setObjectName("control_102");
@@ -143,32 +153,46 @@ void RecordListView::HoldOver() {
     HideTip();
     // Once the timer's event is over: a box may open.
     QMetaObject::invokeMethod(
-        this, [this] { EditFieldUnderCursor(); }, Qt::QueuedConnection);
+        this, [this] { run(CommandEditRecord); }, Qt::QueuedConnection);
+}
+
+void RecordListView::AcceptEditor() {
+    AcceptEditorOver(viewport());
+}
+
+// Once the list is done with what has happened to it: the edit sorts it.
+void RecordListView::AcceptEditorLater() {
+    if (editedRow != NoRow) {
+        QMetaObject::invokeMethod(
+            this, [this] { AcceptEditor(); }, Qt::QueuedConnection);
+    }
 }
 
 void RecordListView::EditFieldUnderCursor() {
     const RecordField field = FieldUnder(state.records, {.x = cursor.x(), .y = cursor.y()},
                                          viewport()->width(), viewport()->height());
-    const DatabaseRecord *record = ListRecord(state.records, state.records.selection);
+    const int row = state.records.selection;
+    const DatabaseRecord *record = ListRecord(state.records, row);
     const auto fields = record ? RecordFields(*record) : std::nullopt;
     const auto column = std::ranges::find(RecordColumns, field, &RecordColumn::field);
     if (!fields || column == RecordColumns.end()) {
         EndGesture();
         return;
     }
-    const QRect row = RowRectangle(state.records.selection);
-    const EditedCell cell = {
-        viewport(),
-        QRect(row.left() + column->left, row.top(), column->hitRight - column->left, row.height()),
-        font(), column->title};
-    editing = true;
+    const QRect area = RowRectangle(row);
+    const EditedCell cell = {viewport(),
+                             QRect(area.left() + column->left, area.top(),
+                                   column->hitRight - column->left, area.height()),
+                             font(), column->title};
+    editedRow = row;
+    HideTip();
     switch (field) {
     case RecordField::Name:
     case RecordField::Source:
         EditTextOver(cell, std::string(field == RecordField::Name ? fields->name : fields->source),
-                     [this, field](const std::optional<std::string> &text) {
+                     [this, row, field](const std::optional<std::string> &text) {
                          if (text) {
-                             AcceptRecordText(state, field, *text);
+                             AcceptRecordText(state, row, field, *text);
                          }
                          EndGesture();
                      });
@@ -177,9 +201,9 @@ void RecordListView::EditFieldUnderCursor() {
         const int count = PositionsToChoose(state);
         const bool isListed = fields->position < static_cast<std::uint32_t>(count);
         ChooseOver(cell, Positions(count), isListed ? static_cast<int>(fields->position) : -1,
-                   [this](std::optional<int> chosen) {
+                   [this, row](std::optional<int> chosen) {
                        if (chosen) {
-                           AcceptRecordPosition(state, *chosen);
+                           AcceptRecordPosition(state, row, *chosen);
                        }
                        EndGesture();
                    });
@@ -188,7 +212,7 @@ void RecordListView::EditFieldUnderCursor() {
     case RecordField::Date: {
         std::uint32_t seconds = fields->date;
         if (RunFileTimeBox(window(), FileTimeParts::Both, seconds)) {
-            AcceptRecordDate(state, seconds);
+            AcceptRecordDate(state, row, seconds);
         }
         EndGesture();
         break;
@@ -199,7 +223,7 @@ void RecordListView::EditFieldUnderCursor() {
 }
 
 void RecordListView::EndGesture() {
-    editing = false;
+    editedRow = NoRow;
     EndRecordGesture(state);
 }
 
@@ -236,7 +260,7 @@ void RecordListView::mouseMoveEvent(QMouseEvent *event) {
         HideTip();
     }
     cursor = point;
-    if (FileTipShow && !editing && RowAt(point) != NoRow) {
+    if (FileTipShow && editedRow == NoRow && RowAt(point) != NoRow) {
         tipTimer.start(TimerMilliseconds(FileTipDelay));
     }
     ListBoxView::mouseMoveEvent(event);

@@ -14,11 +14,20 @@ namespace tonewright {
 
 class FileTip;
 
+// Edits the field under the cursor, after the button was held on it; no command of the engine.
+constexpr int CommandEditRecord = 112;
+
 class RecordListView : public ListBoxView {
 public:
-    // Both live longer than the view. `run`: what is chosen from the menu, and OK for a double
-    // click.
+    // Both live longer than the view. `run`: what is chosen from the menu, OK for a double click,
+    // and the editing after a hold.
     RecordListView(DatabaseWindow &state, std::function<void(int command)> run, QWidget *parent);
+
+    // Over the selected record, and bound to it. Those of texts and positions stay open behind the
+    // call.
+    void EditFieldUnderCursor();
+    // Accepts the editor that is open, if one is.
+    void AcceptEditor();
 
     // The right button was let go there: the menu opens if there is a row.
     void ReleaseRightButton(QPoint global);
@@ -36,16 +45,16 @@ private:
     void ShowTip();
     void HideTip();
     void HoldOver();
-    void EditFieldUnderCursor();
+    void AcceptEditorLater();
     void EndGesture();
 
     DatabaseWindow &state;
     const std::function<void(int command)> run;
-    FileTip *tip;     // a child
-    QPoint cursor;    // in the viewport, at the last press or move
-    QTimer holdTimer; // runs while the left button is held
-    QTimer tipTimer;  // runs while the mouse rests on a row
-    bool editing = false;
+    FileTip *tip;          // a child
+    QPoint cursor;         // in the viewport, at the last press or move
+    QTimer holdTimer;      // runs while the left button is held
+    QTimer tipTimer;       // runs while the mouse rests on a row
+    int editedRow = NoRow; // over which an editor is open, or the box of its date
 };
 
 } // namespace tonewright

@@ -12,6 +12,7 @@
 #include "support/scripted_desktop.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -332,6 +333,82 @@ TEST_F(DatabaseBox, ADoubleClickOnARowIsOk) {
     EXPECT_EQ(chosen, TestVoiceOf(TestFamilies[0], 2));
 }
 
+TEST_F(DatabaseBox, TwoDoubleClicksAtOnceStoreOnce) {
+    EXPECT_EQ(WithBox([this] {
+                  Click(106); // Alpha
+                  QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(1));
+                  QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(1));
+                  QTest::qWait(1);
+                  EXPECT_FALSE(box->isVisible());
+              }),
+              1);
+    EXPECT_EQ(InFile("Voices"), (Names{"Bravo", "charlie"}));
+    // The backup is the former catalogue, as it was on the disk.
+    const TestBytes backup = ReadTestFile(folder.File(
+        std::string("My Tonewright 17 Documents/Voices") + TestFamilies[0].backupExtension));
+    EXPECT_EQ(backup.size(), 152u + 3 * 446u);
+}
+
+TEST_F(DatabaseBox, NothingElseRunsOnceADoubleClickHasSaidOk) {
+    EXPECT_EQ(WithBox([this] {
+                  QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(1));
+                  Click(106);
+                  Click(110);
+                  Click(2);
+                  EXPECT_TRUE(box->isVisible());
+                  EXPECT_EQ(Shown(), (Names{"Alpha", "Bravo", "charlie"}));
+                  EXPECT_TRUE(Control<QAbstractButton>(107)->isChecked());
+                  EXPECT_FALSE(Control<QAbstractButton>(110)->isChecked());
+                  QTest::qWait(1);
+                  EXPECT_FALSE(box->isVisible());
+              }),
+              1);
+    EXPECT_EQ(DatabaseSortMode, 107u);
+}
+
+TEST_F(DatabaseBox, NothingElseRunsWhileOkAsks) {
+    CreateBackups = 0;
+    EXPECT_EQ(WithBox([this] {
+                  Click(106); // Alpha
+                  fs::remove(PathOf("Voices"));
+                  fs::create_directory(PathOf("Voices"));
+                  desktop.Expect({.text = "There has been an error updating the current database.",
+                                  .buttons = {"Dismiss"},
+                                  .during = [this](MessageRequest &) {
+                                      Control<QAbstractButton>(1)->click();
+                                      Control<QAbstractButton>(2)->click();
+                                      Control<QAbstractButton>(106)->click();
+                                      Combo().showPopup();
+                                      Combo().hidePopup();
+                                      QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier,
+                                                         PointOf(0));
+                                      QTest::qWait(1);
+                                      EXPECT_EQ(Shown(), (Names{"Bravo", "charlie"}));
+                                      EXPECT_TRUE(box->isVisible());
+                                  }});
+                  Click(1);
+                  EXPECT_FALSE(box->isVisible());
+              }),
+              1);
+    EXPECT_EQ(desktop.sounds.size(), 1u);
+}
+
+TEST_F(DatabaseBox, OkWaitsForNoQuestionOfACommand) {
+    WithBox([this] {
+        desktop.ExpectYesNoCancel("Do you want to copy the contents of your existing database, "
+                                  "Voices, to your new database, Strings?",
+                                  ResultCancel);
+        TheDatabaseViews.AskForNewName = [this](QWidget *, const Names &, const std::string &) {
+            Control<QAbstractButton>(1)->click();
+            EXPECT_TRUE(box->isVisible());
+            return std::optional<std::string>("Strings");
+        };
+        Click(103);
+        EXPECT_TRUE(box->isVisible());
+        Cancel();
+    });
+}
+
 TEST_F(DatabaseBox, ADoubleClickWithShiftHandsNothingOver) {
     desktop.shiftDown = true;
     EXPECT_EQ(WithBox([this] {
@@ -607,6 +684,37 @@ TEST_F(DatabaseBox, AHeaderSortsAndIsSunken) {
         const QImage raised = Control(108)->grab().toImage();
         EXPECT_LT(sunken.pixelColor(0, 0).lightness(), raised.pixelColor(0, 0).lightness());
         EXPECT_EQ(state->changed, 0u);
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, WhoHearsAHeaderSortsByItsOneAction) {
+    WithBox([this] {
+        const auto act = [this](int number) {
+            QAccessibleActionInterface *header =
+                QAccessible::queryAccessibleInterface(Control(number))->actionInterface();
+            const QStringList names = header->actionNames();
+            ASSERT_FALSE(names.isEmpty());
+            header->doAction(names.front());
+        };
+        const auto expectMarked = [this](int marked) {
+            for (const int number : {107, 108, 109, 110}) {
+                EXPECT_EQ(Control<QAbstractButton>(number)->isChecked(), number == marked);
+                EXPECT_EQ(QAccessible::queryAccessibleInterface(Control(number))->state().checked !=
+                              0,
+                          number == marked);
+            }
+        };
+        act(110);
+        EXPECT_EQ(DatabaseSortMode, 110u);
+        EXPECT_EQ(Shown(), (Names{"Bravo", "Alpha", "charlie"}));
+        expectMarked(110);
+        act(110);
+        EXPECT_EQ(DatabaseSortMode, 110u);
+        expectMarked(110);
+        act(107);
+        EXPECT_EQ(Shown(), (Names{"Alpha", "Bravo", "charlie"}));
+        expectMarked(107);
         Cancel();
     });
 }
@@ -1147,6 +1255,49 @@ TEST_F(DatabaseBox, AnEditorAndNoTip) {
     });
 }
 
+TEST_F(DatabaseBox, AMoveJustBeforeTheEditorOpensBringsNoTip) {
+    struct MoveBefore : QObject {
+        std::function<void()> move;
+        bool eventFilter(QObject *, QEvent *event) override {
+            if (event->type() == QEvent::MetaCall) {
+                move();
+            }
+            return false;
+        }
+    };
+    WithBox([this] {
+        MoveBefore filter;
+        filter.move = [this] { Move(PointOf(1, 40), Qt::LeftButton); };
+        list->installEventFilter(&filter); // between the end of the hold and what it has posted
+        Hold(1, 20);
+        list->removeEventFilter(&filter);
+        Release(1);
+        ASSERT_NE(TextEditor(), nullptr);
+        QTest::qWait(40);
+        EXPECT_FALSE(Tip().isVisible());
+        QTest::keyClick(TextEditor(), Qt::Key_Escape);
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, AHoldThatEditsNothingStillMakesCancelPrompt) {
+    WithBox([this] {
+        Hold(1, 168); // between name and source
+        Release(1, 168);
+        const ExpectedMessage question = {
+            .text = "Do you want to lose the changes you've made to this database?\n\nClick on Yes "
+                    "to abandon your changes, or click on No to return to the Database window.",
+            .buttons = {"Yes", "No"},
+            .answer = ResultNo};
+        desktop.Expect(question);
+        Cancel();
+        EXPECT_TRUE(box->isVisible());
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
 TEST_F(DatabaseBox, AHoldIsOverWhenTheWindowIsLeft) {
     DatabaseManFieldDelay = 40;
     WithBox([this] {
@@ -1159,6 +1310,158 @@ TEST_F(DatabaseBox, AHoldIsOverWhenTheWindowIsLeft) {
         Release(1);
         Cancel();
     });
+}
+
+// ---- an editor and those who use the window without mouse and keys
+
+TEST_F(DatabaseBox, ACommandAcceptsTheEditorFirst) {
+    WithBox([this] {
+        Hold(0, 20);
+        Release(0);
+        ASSERT_NE(TextEditor(), nullptr);
+        TextEditor()->setText("Zulu");
+        Control<QAbstractButton>(106)->click();
+        EXPECT_EQ(TextEditor(), nullptr);
+        EXPECT_EQ(Shown(), (Names{"Bravo", "charlie"})); // Zulu was selected
+        FromMenu(0, "Undo");
+        EXPECT_EQ(Shown(), (Names{"Bravo", "charlie", "Zulu"}));
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, OkStoresWhatStandsInTheEditor) {
+    EXPECT_EQ(WithBox([this] {
+                  Hold(0, 20);
+                  Release(0);
+                  ASSERT_NE(TextEditor(), nullptr);
+                  TextEditor()->setText("Zulu");
+                  Control<QAbstractButton>(1)->click();
+                  EXPECT_FALSE(box->isVisible());
+              }),
+              1);
+    EXPECT_EQ(InFile("Voices"), (Names{"Bravo", "charlie", "Zulu"}));
+    EXPECT_EQ(desktop.sounds.size(), 1u);
+}
+
+TEST_F(DatabaseBox, CancelAsksAboutWhatStandsInTheEditor) {
+    WithBox([this] {
+        Hold(0, 20);
+        Release(0);
+        ASSERT_NE(TextEditor(), nullptr);
+        TextEditor()->setText("Zulu");
+        desktop.Expect({.text = "Do you want to lose the changes you've made to this "
+                                "database?\n\nClick on Yes to abandon your changes, or click on No "
+                                "to return to the Database window.",
+                        .buttons = {"Yes", "No"},
+                        .answer = ResultYes,
+                        .during = [this](MessageRequest &) {
+                            EXPECT_EQ(Shown(), (Names{"Bravo", "charlie", "Zulu"}));
+                        }});
+        Control<QAbstractButton>(2)->click();
+    });
+}
+
+TEST_F(DatabaseBox, AnotherRowThatIsSelectedLeavesTheEditToItsRecord) {
+    const QString texts[] = {"Zulu", "Aaa"};
+    for (const QString &text : texts) {
+        WithBox([this, text] {
+            Hold(1, 20);
+            Release(1);
+            ASSERT_NE(TextEditor(), nullptr);
+            EXPECT_EQ(TextEditor()->text(), "Bravo");
+            TextEditor()->setText(text);
+            QAccessible::queryAccessibleInterface(list)->tableInterface()->selectRow(2);
+            EXPECT_TRUE(QTest::qWaitFor([this] { return !TextEditor(); }));
+            EXPECT_EQ(Shown(), text == "Zulu" ? (Names{"Alpha", "charlie", "Zulu"})
+                                              : (Names{"Aaa", "Alpha", "charlie"}));
+            ASSERT_NE(state->records.selection, NoRow);
+            const auto selected = static_cast<std::size_t>(state->records.selection);
+            EXPECT_EQ(Shown()[selected], "charlie");
+            EXPECT_EQ(list->currentIndex().row(), state->records.selection);
+            WarnDatabaseChanged = 0;
+            Cancel();
+        });
+    }
+}
+
+TEST_F(DatabaseBox, AnotherRowAndACommandLeaveTheEditToItsRecord) {
+    WithBox([this] {
+        Hold(1, 500);
+        Release(1, 500);
+        ASSERT_NE(ChoiceEditor(), nullptr);
+        ChoiceEditor()->setCurrentIndex(20);
+        QAccessible::queryAccessibleInterface(list)->tableInterface()->selectRow(2);
+        Control<QAbstractButton>(106)->click(); // charlie
+        EXPECT_EQ(ChoiceEditor(), nullptr);
+        EXPECT_EQ(Shown(), (Names{"Alpha", "Bravo"}));
+        EXPECT_EQ(RecordFields(state->records.items[1])->position, 20u);
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, AListThatIsScrolledFromElsewhereAcceptsTheEditor) {
+    WriteMany(100);
+    WithBox([this] {
+        Hold(0, 20);
+        Release(0);
+        ASSERT_NE(TextEditor(), nullptr);
+        TextEditor()->setText("Aaa");
+        list->scrollTo(list->model()->index(99, 0), QAbstractItemView::EnsureVisible);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !TextEditor(); }));
+        EXPECT_EQ(Shown()[0], "Aaa");
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, NothingRunsBehindTheBoxOfADate) {
+    WithBox([this] {
+        WithSecondBox(
+            [this] { Hold(0, 338); },
+            [this](QDialog &second) {
+                Control<QAbstractButton>(106)->click();
+                Control<QAbstractButton>(1)->click();
+                EXPECT_TRUE(box->isVisible());
+                second.findChild<QLineEdit *>("control_103")->setText("30");
+                QAccessible::queryAccessibleInterface(list)->tableInterface()->selectRow(2);
+                QTest::mouseClick(second.findChild<QPushButton *>("control_1"), Qt::LeftButton);
+            });
+        EXPECT_EQ(Shown(), (Names{"Alpha", "Bravo", "charlie"}));
+        EXPECT_EQ(RecordFields(state->records.items[0])->date, 30u);
+        EXPECT_EQ(RecordFields(state->records.items[2])->date, 7u);
+        Release(0, 338);
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
+TEST_F(DatabaseBox, TheEndOfTheProgramTellsNothingOfAnOpenEditor) {
+    std::uint32_t changed = 1;
+    const auto show = TheDatabaseViews.ShowBox;
+    TheDatabaseViews.ShowBox = [&](QWidget *owner, DatabaseWindow &opened) {
+        state = &opened;
+        const int result = show(owner, opened); // which destroys the box as it stands
+        changed = opened.changed;
+        return result;
+    };
+    QTimer::singleShot(0, [this] {
+        box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        list = dynamic_cast<ListBoxView *>(box->findChild<QWidget *>("control_102"));
+        Hold(0, 20);
+        Release(0);
+        EXPECT_NE(TextEditor(), nullptr);
+        QCoreApplication::exit();
+        EXPECT_TRUE(box->isVisible());
+    });
+    EXPECT_EQ(RunDatabaseWindow(nullptr, voices, NoRow, 0), 0);
+    EXPECT_EQ(changed, 0u);
+    EXPECT_TRUE(desktop.sounds.empty());
+    // A loop that ends by itself lets the toolkit forget that the program was to end.
+    QTimer::singleShot(0, [] { QCoreApplication::exit(); });
+    QApplication::exec();
 }
 
 // ---- the databases
