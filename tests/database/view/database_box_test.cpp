@@ -1330,6 +1330,21 @@ TEST_F(DatabaseBox, ACommandAcceptsTheEditorFirst) {
     });
 }
 
+TEST_F(DatabaseBox, AHeaderThatIsToggledAcceptsTheEditorFirst) {
+    WithBox([this] {
+        Hold(1, 20);
+        Release(1);
+        ASSERT_NE(TextEditor(), nullptr);
+        TextEditor()->setText("Zulu");
+        Control<QAbstractButton>(110)->toggle();
+        EXPECT_EQ(TextEditor(), nullptr);
+        EXPECT_EQ(Shown(), (Names{"Zulu", "Alpha", "charlie"}));
+        EXPECT_EQ(state->records.selection, 0);
+        WarnDatabaseChanged = 0;
+        Cancel();
+    });
+}
+
 TEST_F(DatabaseBox, OkStoresWhatStandsInTheEditor) {
     EXPECT_EQ(WithBox([this] {
                   Hold(0, 20);
