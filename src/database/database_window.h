@@ -37,10 +37,10 @@ struct DatabaseWindow {
     RecordList records;
     std::uint32_t changed = 0; // not 0: the list differs from the file, and OK stores it
     VoiceObject chosen;        // by OK; without bytes: none
-    // The drop-down list of the catalogues: those that there were at the opening, but for what was
-    // deleted since; a new one is not added. And the one of them that it shows, empty for none. It
-    // need not be DatabaseCurrentName, which OK stores: arrow keys move it alone, and a new
-    // catalogue becomes current without being shown.
+    // The drop-down list of the catalogues: those that there were at the opening, without what was
+    // deleted since; a deletion adds the default one, but a new one is not added. And the one of
+    // them that it shows, empty for none. It need not be DatabaseCurrentName, which OK stores:
+    // arrow keys move it alone, and a new catalogue becomes current without being shown.
     std::vector<std::string> names;
     std::string shownName;
     std::string loadedName;             // shownName when records were loaded last

@@ -2,8 +2,8 @@
 // beside the editor in its dialog, with no other effect, and scrolling; Esc cancels the editor and
 // nothing else. The release of a button that was down when the editor opened leaves it open, and so
 // does a switch to another program. A dialog that is closed accepts the editor before it acts, and
-// so does a button of it that is pressed without the mouse; a dialog that is hidden cancels it, once
-// the events of the moment are done.
+// so does a button of it that is pressed without the mouse; a dialog that is hidden cancels it,
+// once the events of the moment are done.
 #pragma once
 
 #include <QFont>
