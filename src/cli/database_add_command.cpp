@@ -10,6 +10,7 @@
 #include "common/file_bytes.h"
 #include "common/folders.h"
 #include "common/open_file.h"
+#include "common/settings.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
@@ -18,77 +19,135 @@
 #include "database/database_file.h"
 #include "database/database_names.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <map>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 namespace tonewright {
 namespace {
 
-enum class Outcome {
-    Done,
-    Failed,    // told; the next file may do better
-    GivenUp,   // told; no file can do better
-    WrongCall, // told
+std::filesystem::path PathOf(const std::string &utf8) {
+    return std::filesystem::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
+}
+
+// A catalogue that a file of this run is for.
+struct Catalogue {
+    ChosenDatabase chosen;
+    bool isGivenUp = false; // nothing more is added to it
+    bool isThere = false;   // on the disk: before the run, or made in it
+    bool replaces = false;  // another file stands in its place, until the first voice is added
+    std::string backup;     // that of this run, if one has been made
 };
 
-std::string BackupOf(const ChosenDatabase &chosen) {
-    return DatabaseBackupPathOf(chosen.path,
-                                chosen.family->DatabaseInfo(DatabaseInfoBackupExtension).text);
+// A backup beside a catalogue of `family` whose name does not say that it is one. No catalogue of
+// any name has this one.
+std::string BackupOfOtherName(const SynthDriver &family, const std::string &path) {
+    return path + '_' + (family.DatabaseInfo(DatabaseInfoBackupExtension).text + 1);
 }
 
-// What a catalogue is asked about before the first voice is added; empty for nothing.
-std::string QuestionBefore(const ChosenDatabase &chosen, DatabaseHandle *database) {
-    const char *name = FileNameOfPath(chosen.path.c_str());
-    if (!database) {
-        return FormatText(
-            "The file %s is no catalogue of the %s, and adding a voice deletes it.\n\n"
-            "Do you wish to add to a new one in its place?",
-            name, chosen.family->name);
-    }
+std::string BackupOf(const ChosenDatabase &chosen) {
+    const SynthDriver &family = *chosen.family;
+    return ExtensionOfPath(chosen.path) == family.DatabaseInfo(DatabaseInfoExtension).text
+               ? DatabaseBackupPathOf(chosen.path,
+                                      family.DatabaseInfo(DatabaseInfoBackupExtension).text)
+               : BackupOfOtherName(family, chosen.path);
+}
+
+// Asked before the first voice is added to a catalogue; empty for nothing.
+std::string QuestionBeforeAdding(const ChosenDatabase &chosen, DatabaseHandle &database) {
+    const std::uint64_t counted = DatabaseCount(database), begun = RecordsThatBegin(database);
+    const std::uint64_t records = DatabaseSize(database) - DatabaseHeaderSize;
+    const std::uint64_t whole = records / DatabaseRecordSize(*database.family);
     // An add that was broken off leaves one record more, which the next one writes over.
-    const std::uint64_t counted = DatabaseCount(*database), begun = RecordsThatBegin(*database);
-    if (begun == counted || begun == counted + 1) {
+    if (whole >= counted && begun <= counted + 1) {
         return "";
     }
-    return FormatText("The catalogue %s counts %llu records and holds %llu. Adding a voice writes "
-                      "behind those that it counts, and the file as it is replaces its backup.\n\n"
-                      "Do you wish to add to it anyway?",
-                      name, static_cast<unsigned long long>(counted),
-                      static_cast<unsigned long long>(begun));
+    return FormatText(
+        "The catalogue %s counts %llu records and holds %llu%s. Adding a voice writes behind those "
+        "that it counts%s.\n\nDo you wish to add to it anyway?",
+        FieldText(FileNameOfPath(chosen.path.c_str())).c_str(),
+        static_cast<unsigned long long>(counted), static_cast<unsigned long long>(whole),
+        whole < begun ? " and a part of one" : "",
+        CreateBackups != 0 ? ", and the file as it is replaces its backup" : "");
 }
 
-Outcome TellNothingAdded(const ChosenDatabase &chosen, const std::string &reason) {
-    TellError(chosen.path, reason);
-    return Outcome::Failed;
+// Asked before a catalogue takes the place of a file that is none of its family. `backup`: the one
+// that a catalogue of another family, `other`, is copied to; empty for what is no catalogue.
+std::string QuestionBeforeReplacing(const ChosenDatabase &chosen, const SynthDriver *other,
+                                    const std::string &backup) {
+    const std::string name = FieldText(FileNameOfPath(chosen.path.c_str()));
+    std::string what = FormatText("The file %s is no catalogue of the %s, and adding a voice "
+                                  "deletes it.",
+                                  name.c_str(), chosen.family->name);
+    if (!backup.empty()) {
+        what = FormatText("The file %s is a catalogue of %s, and adding a voice of the %s deletes "
+                          "it.",
+                          name.c_str(), FamilyInWords(other).c_str(), chosen.family->name);
+    }
+    if (!backup.empty() && CreateBackups != 0) {
+        what += FormatText(" It is copied to %s first.",
+                           FieldText(FileNameOfPath(backup.c_str())).c_str());
+    }
+    return what + "\n\nDo you wish to add to a new one in its place?";
 }
 
-// Before the first voice: asks where something would be lost, and keeps a backup.
-Outcome PrepareCatalogue(const ChosenDatabase &chosen) {
-    const char *path = chosen.path.c_str();
-    errno = 0;
-    const auto database = chosen.family->DatabaseOpen(path, DatabaseRead);
-    const int error = errno;
-    if (!database && error == ENOENT) {
-        return Outcome::Done;
-    }
-    if (!database && error != EINVAL) {
-        return TellNothingAdded(chosen, ReasonNotOpened(chosen, error));
-    }
-    const std::string question = QuestionBefore(chosen, database.get());
+constexpr const char *AsAnswered = ", as answered";
+
+// Asks whether to go on, and keeps a backup (no path: none). Why not, empty for going on.
+std::string AskAndKeep(Catalogue &catalogue, const std::string &question,
+                       const std::string &backup) {
     if (!question.empty() && AskYesNo(nullptr, question) != ResultYes) {
-        return TellNothingAdded(chosen, "nothing added, as answered");
+        return AsAnswered;
     }
-    if (database) {
-        return MakeBackupAs(nullptr, path, BackupOf(chosen).c_str())
-                   ? Outcome::Done
-                   : TellNothingAdded(chosen, "nothing added, as answered");
+    bool isMade = false;
+    if (!backup.empty() &&
+        !MakeBackupAs(nullptr, catalogue.chosen.path.c_str(), backup.c_str(), &isMade)) {
+        return AsAnswered;
     }
-    // What is no catalogue is no backup of one either.
-    auto made = chosen.family->DatabaseOpen(path, DatabaseReplace);
-    if (!made || !chosen.family->DatabaseClose(std::move(made))) {
-        return TellNothingAdded(chosen, WithSystemReason("could not be written", errno));
+    catalogue.backup = isMade ? backup : "";
+    return "";
+}
+
+// What is no catalogue of the family is to be replaced.
+std::string PrepareToReplace(Catalogue &catalogue) {
+    const ChosenDatabase &chosen = catalogue.chosen;
+    if (!OpenFile(chosen.path.c_str(), "r+b")) {
+        return WithSystemReason(": could not be written", errno);
     }
-    return Outcome::Done;
+    std::vector<std::uint8_t> header;
+    const SynthDriver *other = nullptr;
+    std::string backup; // of a catalogue only
+    if (ReadStartOfFile(chosen.path.c_str(), DatabaseHeaderSize, header) &&
+        HeaderFaultOf(chosen.family->id, header) == DatabaseHeaderFault::Family) {
+        other = DriverOfId(HeaderDriver(header));
+        const bool hasBackups = other && HasCatalogues(*other);
+        backup = BackupOfOtherName(hasBackups ? *other : *chosen.family, chosen.path);
+    }
+    catalogue.replaces = true;
+    return AskAndKeep(catalogue, QuestionBeforeReplacing(chosen, other, backup), backup);
+}
+
+// Before the first voice: asks where something would be lost, and keeps a backup. Empty, or what
+// follows "not added to PATH".
+std::string PrepareCatalogue(Catalogue &catalogue) {
+    const ChosenDatabase &chosen = catalogue.chosen;
+    errno = 0;
+    const auto database = chosen.family->DatabaseOpen(chosen.path.c_str(), DatabaseRead);
+    const int error = errno;
+    if (!database) {
+        return error == ENOENT   ? ""
+               : error == EINVAL ? PrepareToReplace(catalogue)
+                                 : ": " + ReasonNotOpened(chosen, error);
+    }
+    if (!HasRoomBehind(*database->family, DatabaseCount(*database))) {
+        return FormatText(": it counts %u records, and there is no room behind so many",
+                          DatabaseCount(*database));
+    }
+    catalogue.isThere = true;
+    return AskAndKeep(catalogue, QuestionBeforeAdding(chosen, *database), BackupOf(chosen));
 }
 
 // The number of records by the header of the file; 0 without one.
@@ -100,39 +159,94 @@ std::uint32_t CountOnDisk(const ChosenDatabase &chosen) {
                : 0;
 }
 
-// After an add in vain, whose reason is in errno.
-Outcome TellAddFailed(const ChosenDatabase &chosen, const char *file, int place) {
-    std::string reason = WithSystemReason(
-        FormatText("place %d of %s could not be added", place, FieldText(file).c_str()), errno);
-    if (!FileExists(chosen.path.c_str())) {
-        const std::string backup = BackupOf(chosen);
-        reason += "; the catalogue has been deleted";
-        if (FileExists(backup.c_str())) {
-            reason += ", its backup is " + FieldText(backup);
-        }
+// A name beside the file that nothing has.
+std::string FreeNameBeside(const std::string &path) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    std::string name = path + ".former";
+    for (int number = 2; fs::exists(fs::symlink_status(PathOf(name), error)); ++number) {
+        name = FormatText("%s.former%d", path.c_str(), number);
     }
-    TellError(chosen.path, reason);
-    return Outcome::GivenUp;
+    return name;
 }
 
-// Adds the voices of MainList, which come from `file`, and prints what became of them.
-Outcome AddVoices(const ChosenDatabase &chosen, const char *file) {
+// Adds the first voice of a catalogue that takes the place of another file, which keeps another
+// name until the voice is on the disk. False, with the reason in errno, when the other file still
+// stands in its place, or else under `left`.
+bool AddFirstInItsPlace(Catalogue &catalogue, int row, std::string &left) {
+    std::error_code error;
+    const std::u8string target =
+        std::filesystem::canonical(PathOf(catalogue.chosen.path), error).u8string();
+    const std::string path(target.begin(), target.end()), former = FreeNameBeside(path);
+    if (error) {
+        errno = error.value();
+        return false;
+    }
+    if (!RenameOver(path.c_str(), former.c_str())) {
+        return false;
+    }
+    if (AddRowToDatabase(nullptr, MainList, row)) {
+        DeleteWrittenFile(former.c_str());
+        return true;
+    }
+    const int reason = errno;
+    if (!RenameOver(former.c_str(), path.c_str())) {
+        left = former;
+    }
+    errno = reason;
+    return false;
+}
+
+// Adds a voice of MainList. False after telling why it could not be added, and what that cost.
+bool AddVoice(Catalogue &catalogue, const char *file, int row) {
+    std::string left;
+    errno = 0;
+    if (catalogue.replaces ? AddFirstInItsPlace(catalogue, row, left)
+                           : AddRowToDatabase(nullptr, MainList, row)) {
+        catalogue.isThere = true;
+        catalogue.replaces = false;
+        return true;
+    }
+    std::string reason = WithSystemReason(
+        FormatText("place %d of %s could not be added", row + 1, FieldText(file).c_str()), errno);
+    if (!left.empty()) {
+        reason += "; the file that stood there is now " + FieldText(left);
+    } else if (catalogue.replaces) {
+        reason += "; the file that stands there is as it was";
+    } else if (catalogue.isThere && !FileExists(catalogue.chosen.path.c_str())) {
+        reason += "; the catalogue has been deleted";
+        if (!catalogue.backup.empty()) {
+            reason += ", its backup is " + FieldText(catalogue.backup);
+        }
+    }
+    TellError(catalogue.chosen.path, reason);
+    return false;
+}
+
+// Adds the voices of MainList, which come from `file`, and prints how many were added and skipped.
+// False after telling of those that could not be added.
+bool AddVoices(Catalogue &catalogue, const char *file) {
+    const DatabaseFamily &family = *catalogue.chosen.family->database;
     std::uint32_t added = 0, skipped = 0;
-    Outcome outcome = Outcome::Done;
-    std::uint32_t count = CountOnDisk(chosen);
-    for (int row = 0; row < ListCount(MainList); ++row) {
+    bool isWhole = true;
+    std::uint32_t count = CountOnDisk(catalogue.chosen);
+    for (int row = 0; row < ListCount(MainList) && !catalogue.isGivenUp; ++row) {
         const VoiceObject *voice = ListVoice(MainList, row);
-        if (!voice || !FitsDatabase(*chosen.family->database, *voice)) {
+        if (!voice || !FitsDatabase(family, *voice)) {
             TellError(file, FormatText("not added: place %d holds no whole voice", row + 1));
-            outcome = Outcome::Failed;
-            continue;
+            isWhole = false;
+        } else if (!HasRoomBehind(family, count)) {
+            TellError(catalogue.chosen.path,
+                      FormatText("place %d of %s was not added: there is no room behind %u records",
+                                 row + 1, FieldText(file).c_str(), count));
+            catalogue.isGivenUp = true;
+        } else if (!AddVoice(catalogue, file, row)) {
+            catalogue.isGivenUp = true;
+        } else {
+            const std::uint32_t now = CountOnDisk(catalogue.chosen);
+            ++(now == count ? skipped : added);
+            count = now;
         }
-        if (!AddRowToDatabase(nullptr, MainList, row)) {
-            return TellAddFailed(chosen, file, row + 1);
-        }
-        const std::uint32_t now = CountOnDisk(chosen);
-        ++(now == count ? skipped : added);
-        count = now;
     }
     Put(StandardOutput, FieldText(file));
     Put(StandardOutput, '\t');
@@ -140,41 +254,65 @@ Outcome AddVoices(const ChosenDatabase &chosen, const char *file) {
     Put(StandardOutput, '\t');
     PutNumber(StandardOutput, skipped);
     Put(StandardOutput, '\n');
-    return outcome;
+    return isWhole && !catalogue.isGivenUp;
 }
 
-// The catalogues that have had a voice offered, and what came of preparing them.
-using Catalogues = std::map<const SynthDriver *, Outcome>;
+bool IsSameFile(const std::string &one, const std::string &other) {
+    std::error_code error;
+    return one == other || std::filesystem::equivalent(PathOf(one), PathOf(other), error);
+}
 
-Outcome AddFile(const CliCall &call, const char *file, Catalogues &catalogues) {
+// Those of a run; what one file began with a catalogue counts for the next ones.
+using Catalogues = std::vector<Catalogue>;
+
+// The family for which the file of this catalogue is taken already, or its own.
+const SynthDriver *FamilyThatHas(const Catalogues &catalogues, const ChosenDatabase &chosen) {
+    const auto taken = std::ranges::find_if(catalogues, [&](const Catalogue &other) {
+        return !other.isGivenUp && IsSameFile(other.chosen.path, chosen.path);
+    });
+    return taken != catalogues.end() ? taken->chosen.family : chosen.family;
+}
+
+// The exit status; what failed has been told.
+int AddFile(const CliCall &call, const char *file, Catalogues &catalogues) {
     const VoiceFileFormat *format = FormatOfPath(file);
     const SynthDriver *family = format ? DriverOfId(format->driver) : nullptr;
     if (!family || !family->database || !HasCatalogues(*family)) {
-        TellError(file, format ? "there are no catalogues of this instrument"
-                               : UnknownFormatReason(file));
-        return Outcome::Failed;
+        return TellFailure(file, format ? "there are no catalogues of this instrument"
+                                        : UnknownFormatReason(file));
     }
-    const auto chosen = ChooseDatabaseOf(call, *family);
+    auto chosen = ChooseDatabaseOf(call, *family);
     if (!chosen) {
-        return Outcome::WrongCall;
+        return ExitWrongCall;
     }
-    if (chosen->family != family) {
-        TellError(file,
-                  FormatText("not added: it is for the %s, and %s is a catalogue of the %s",
-                             family->name, FieldText(chosen->path).c_str(), chosen->family->name));
-        return Outcome::Failed;
+    const SynthDriver *owner =
+        chosen->family == family ? FamilyThatHas(catalogues, *chosen) : chosen->family;
+    if (owner != family) {
+        return TellFailure(
+            file, FormatText("not added: it is for the %s, and %s is a catalogue of the %s",
+                             family->name, FieldText(chosen->path).c_str(), owner->name));
+    }
+    auto catalogue = std::ranges::find(catalogues, family,
+                                       [](const Catalogue &one) { return one.chosen.family; });
+    if (catalogue != catalogues.end() && catalogue->isGivenUp) {
+        return TellFailure(file, "not added to " + FieldText(chosen->path) + " either");
     }
     if (!OpenVoices(file, *format)) {
-        return Outcome::Failed;
+        return ExitFailed;
     }
     if (call[CliOption::Database]) {
         DatabasePathOfThisRun = chosen->path;
     }
-    const auto [known, isFirst] = catalogues.emplace(family, Outcome::Done);
-    if (isFirst) {
-        known->second = PrepareCatalogue(*chosen);
+    if (catalogue == catalogues.end()) {
+        catalogue = catalogues.emplace(catalogues.end());
+        catalogue->chosen = std::move(*chosen);
+        const std::string reason = PrepareCatalogue(*catalogue);
+        if (!reason.empty()) {
+            catalogue->isGivenUp = true;
+            return TellFailure(file, "not added to " + FieldText(catalogue->chosen.path) + reason);
+        }
     }
-    return known->second == Outcome::Done ? AddVoices(*chosen, file) : Outcome::Failed;
+    return AddVoices(*catalogue, file) ? ExitDone : ExitFailed;
 }
 
 } // namespace
@@ -186,17 +324,11 @@ int CliDbAdd(const CliCall &call) {
     Catalogues catalogues;
     int status = ExitDone;
     for (const char *file : call.words) {
-        switch (AddFile(call, file, catalogues)) {
-        case Outcome::Done:
-            break;
-        case Outcome::Failed:
-            status = ExitFailed;
-            break;
-        case Outcome::GivenUp:
-            return ExitFailed;
-        case Outcome::WrongCall:
-            return ExitWrongCall;
+        const int now = AddFile(call, file, catalogues);
+        if (now == ExitWrongCall) {
+            return now;
         }
+        status = now == ExitDone ? status : now;
     }
     return status;
 }

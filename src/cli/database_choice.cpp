@@ -122,6 +122,10 @@ std::shared_ptr<DatabaseHandle> OpenChosenDatabase(const ChosenDatabase &chosen)
     return database;
 }
 
+std::string FamilyInWords(const SynthDriver *family) {
+    return family ? std::string("the ") + family->name : "an instrument that is not known";
+}
+
 std::string ReasonNotOpened(const ChosenDatabase &chosen, int error) {
     std::vector<std::uint8_t> header;
     if (error != EINVAL || !ReadStartOfFile(chosen.path.c_str(), DatabaseHeaderSize, header)) {
@@ -131,12 +135,9 @@ std::string ReasonNotOpened(const ChosenDatabase &chosen, int error) {
     case DatabaseHeaderFault::Short:
         return FormatText("not a catalogue: it has %zu bytes, and the header alone has %zu",
                           header.size(), DatabaseHeaderSize);
-    case DatabaseHeaderFault::Family: {
-        const SynthDriver *family = DriverOfId(HeaderDriver(header));
-        return FormatText("not a catalogue of the %s, but of %s%s", chosen.family->name,
-                          family ? "the " : "an instrument that is not known",
-                          family ? family->name : "");
-    }
+    case DatabaseHeaderFault::Family:
+        return FormatText("not a catalogue of the %s, but of %s", chosen.family->name,
+                          FamilyInWords(DriverOfId(HeaderDriver(header))).c_str());
     default:
         return "not a catalogue: it begins with other bytes";
     }

@@ -36,6 +36,8 @@ std::optional<ChosenDatabase> ChooseDatabaseOf(const CliCall &call, const SynthD
 // Opens the catalogue for reading, which changes no byte of it. Null after telling why it does not
 // open.
 std::shared_ptr<DatabaseHandle> OpenChosenDatabase(const ChosenDatabase &chosen);
+// "the NAME", or "an instrument that is not known" for nullptr.
+std::string FamilyInWords(const SynthDriver *family);
 // Why it did not open, in words, by the error number that was left then.
 std::string ReasonNotOpened(const ChosenDatabase &chosen, int error);
 

@@ -39,11 +39,13 @@ bool MakeBackupOf(QWidget *window, const char *path) {
     return MakeBackupAs(window, path, BackupPathOf(path).c_str());
 }
 
-bool MakeBackupAs(QWidget *window, const char *path, const char *backup) {
-    if (CreateBackups == 0 || !FileExists(path)) {
-        return true;
+bool MakeBackupAs(QWidget *window, const char *path, const char *backup, bool *isMade) {
+    const bool isWanted = CreateBackups != 0 && FileExists(path);
+    const bool isCopied = isWanted && CopyToBackup(path, backup);
+    if (isMade) {
+        *isMade = isCopied;
     }
-    if (CopyToBackup(path, backup)) {
+    if (isCopied || !isWanted) {
         return true;
     }
     if (AskYesNo(window,

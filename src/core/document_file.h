@@ -22,7 +22,7 @@ WriteOutcome WriteDocumentFile(const char *path, std::span<const std::uint8_t> b
 // earlier backup. When the copy fails, asks whether to go on. False: the user stops here, and errno
 // is ECANCELED.
 bool MakeBackupOf(QWidget *window, const char *path);
-// The same to another file than "Backup of NAME".
-bool MakeBackupAs(QWidget *window, const char *path, const char *backup);
+// The same to another file than "Backup of NAME". `isMade` becomes whether there is a backup now.
+bool MakeBackupAs(QWidget *window, const char *path, const char *backup, bool *isMade = nullptr);
 
 } // namespace tonewright

@@ -24,6 +24,8 @@ constexpr std::size_t Created = 12;
 constexpr std::size_t Modified = 16;
 constexpr std::size_t RecordCount = 20;
 
+constexpr std::uint64_t EndOfReach = std::uint64_t{INT32_MAX} + 1; // where nothing begins any more
+
 // The header and the records that a new one is compared with are read in one piece.
 constexpr std::size_t StreamBuffer = 16 * 1024; // bytes
 constexpr std::size_t WritePiece = 64 * 1024;   // about so many bytes of records at a time
@@ -35,7 +37,7 @@ std::uint32_t Now() {
 // Moves the stream, unless it stands there and goes on with what it did last. False beyond 2 GB
 // less one byte.
 bool MoveTo(DatabaseHandle &database, std::uint64_t place, DatabaseHandle::Last next) {
-    if (place > INT32_MAX) {
+    if (place >= EndOfReach) {
         errno = EFBIG;
         return false;
     }
@@ -263,14 +265,21 @@ std::uint32_t DatabaseCount(const DatabaseHandle &database) {
     return HeaderCount(database.header);
 }
 
+std::uint64_t DatabaseSize(DatabaseHandle &database) {
+    return SizeOf(database).value_or(EndOfReach);
+}
+
 std::uint32_t RecordsThatBegin(DatabaseHandle &database) {
-    constexpr std::uint64_t endOfReach = std::uint64_t{INT32_MAX} + 1;
-    const std::uint64_t end = std::min(SizeOf(database).value_or(endOfReach), endOfReach);
+    const std::uint64_t end = std::min(DatabaseSize(database), EndOfReach);
     const std::uint64_t recordSize = DatabaseRecordSize(*database.family);
     return end <= DatabaseHeaderSize
                ? 0
                : static_cast<std::uint32_t>((end - DatabaseHeaderSize + recordSize - 1) /
                                             recordSize);
+}
+
+bool HasRoomBehind(const DatabaseFamily &family, std::uint32_t count) {
+    return PlaceOf(family, count) < EndOfReach;
 }
 
 std::shared_ptr<DatabaseHandle> OpenDatabase(const DatabaseFamily &family, const char *path,
@@ -308,18 +317,18 @@ int ReadDatabaseRecord(DatabaseHandle &database, std::uint32_t index, DatabaseRe
 
 int WriteDatabaseRecord(DatabaseHandle &database, std::uint32_t index,
                         const DatabaseRecord &record) {
-    const std::uint64_t place = PlaceOf(*database.family, index);
-    if (place > INT32_MAX) {
+    if (!HasRoomBehind(*database.family, index)) {
         errno = EFBIG;
         return 0;
     }
     WriteLittle32(database.header, RecordCount, std::max(DatabaseCount(database), index + 1));
-    return IsRecordOf(*database.family, record) && WriteAt(database, place, record.bytes);
+    return IsRecordOf(*database.family, record) &&
+           WriteAt(database, PlaceOf(*database.family, index), record.bytes);
 }
 
 bool WriteDatabase(const DatabaseFamily &family, std::span<const DatabaseRecord> records,
                    std::FILE *file, std::size_t &written) {
-    if (!records.empty() && PlaceOf(family, records.size() - 1) > INT32_MAX) {
+    if (!records.empty() && PlaceOf(family, records.size() - 1) >= EndOfReach) {
         errno = EFBIG;
         return false;
     }

@@ -55,8 +55,12 @@ std::uint32_t HeaderCount(std::span<const std::uint8_t> header);
 // The number of records by the header.
 std::uint32_t DatabaseCount(const DatabaseHandle &database);
 
+// Bytes of the file; 2 GB where the platform cannot tell so many.
+std::uint64_t DatabaseSize(DatabaseHandle &database);
 // How many records begin in the file where they can be read, below 2 GB, whatever its header says.
 std::uint32_t RecordsThatBegin(DatabaseHandle &database);
+// Whether one more can be added to so many: it would begin below 2 GB.
+bool HasRoomBehind(const DatabaseFamily &family, std::uint32_t count);
 
 // Operations of a family's row. A catalogue that does not open leaves the reason in errno: EINVAL
 // for a file that is none of the family's, and for no mode. A file that is only begun, for want of

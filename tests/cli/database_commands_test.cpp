@@ -254,7 +254,8 @@ TEST_F(CliDb, AddsAfterOneBackup) {
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_EQ(result.output, "");
     EXPECT_TRUE(Contains(result.errors, "error creating a backup"));
-    EXPECT_TRUE(Contains(result.errors, path + ": nothing added, as answered\n"));
+    EXPECT_TRUE(
+        Contains(result.errors, home.File("c.syx") + ": not added to " + path + ", as answered\n"));
     EXPECT_EQ(fs::file_size(path), 152u + 66 * 446);
     EXPECT_EQ(Cli({"db", "add", home.File("c.syx"), "--yes"}).exitStatus, 0);
     EXPECT_EQ(fs::file_size(path), 152u + 98 * 446);
@@ -263,9 +264,10 @@ TEST_F(CliDb, AddsAfterOneBackup) {
 TEST_F(CliDb, AsksBeforeAnAddDeletesWhatIsNoCatalogue) {
     const std::string bank = home.Write("a.syx", TestBank());
     const std::string backup = Write("Voices.syx_db_backup", TestCatalogue(Dx7, 9, 9));
-    for (const TestBytes &file : {TestBytes(7), TestBytes(), TestCatalogue(Reface, 1, 1)}) {
+    const std::string next = home.Write("b.syx", TestBank());
+    for (const TestBytes &file : {TestBytes(7), TestBytes()}) {
         const std::string path = Write("Voices.syx_db", file);
-        auto result = Cli({"db", "add", bank, bank});
+        auto result = Cli({"db", "add", bank, next});
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.errors,
@@ -273,14 +275,103 @@ TEST_F(CliDb, AsksBeforeAnAddDeletesWhatIsNoCatalogue) {
                       std::string(SynthDrivers[0]->name) +
                       ", and adding a voice deletes it.\n\nDo you wish to add to a new one in its "
                       "place? [y/n] no\ntonewright-cli: " +
-                      path + ": nothing added, as answered\n");
+                      bank + ": not added to " + path + ", as answered\ntonewright-cli: " + next +
+                      ": not added to " + path + " either\n");
         EXPECT_EQ(ReadTestFile(path), file);
         result = Cli({"db", "add", "--yes", bank});
         EXPECT_EQ(result.exitStatus, 0);
         EXPECT_EQ(result.output, bank + "\t32\t0\n");
         EXPECT_EQ(fs::file_size(path), 152u + 32 * 446);
         EXPECT_EQ(ReadTestFile(backup), TestCatalogue(Dx7, 9, 9)); // it may be all that is left
+        EXPECT_EQ(Entries(Documents()),
+                  (std::vector<std::string>{"Voices.syx_db", "Voices.syx_db_backup"}));
     }
+}
+
+TEST_F(CliDb, SaysOfACatalogueOfAnotherFamilyWhoseItIsAndKeepsItAsABackup) {
+    const std::string dx7(SynthDrivers[0]->name), reface(SynthDrivers[1]->name);
+    const std::string bank = home.Write("a.syx", TestBank());
+    const TestBytes former = TestCatalogue(Reface, 2, 2);
+    const std::string backup = Write("Voices.syx_db_backup", TestCatalogue(Dx7, 9, 9));
+    const std::string path = Write("Voices.syx_db", former);
+    const std::string question = "The file Voices.syx_db is a catalogue of the " + reface +
+                                 ", and adding a voice of the " + dx7 + " deletes it.",
+                      copied = " It is copied to Voices.syx_db_srx_db_backup first.",
+                      end = "\n\nDo you wish to add to a new one in its place? [y/n] ";
+    auto result = Cli({"db", "add", bank});
+    EXPECT_EQ(result.errors, question + copied + end + "no\ntonewright-cli: " + bank +
+                                 ": not added to " + path + ", as answered\n");
+    EXPECT_EQ(ReadTestFile(path), former);
+    EXPECT_FALSE(fs::exists(path + "_srx_db_backup"));
+    result = Cli({"db", "add", bank, "--yes"});
+    EXPECT_EQ(result.output, bank + "\t32\t0\n");
+    EXPECT_EQ(ReadTestFile(path + "_srx_db_backup"), former);
+    EXPECT_EQ(ReadTestFile(backup), TestCatalogue(Dx7, 9, 9));
+
+    fs::remove(path + "_srx_db_backup");
+    Write("Voices.syx_db", former);
+    WriteSettings("CreateBackups = 0\n");
+    result = Cli({"db", "add", bank, "--yes"});
+    EXPECT_EQ(result.errors, question + end + "yes\n");
+    EXPECT_FALSE(fs::exists(path + "_srx_db_backup"));
+
+    TestBytes unknown = former;
+    unknown[8] = '?';
+    Write("Voices.syx_db", unknown);
+    WriteSettings("");
+    EXPECT_TRUE(Cli({"db", "add", bank, "--yes"})
+                    .errors.starts_with("The file Voices.syx_db is a catalogue of an instrument "
+                                        "that is not known, and adding a voice of the "));
+    EXPECT_EQ(ReadTestFile(path + "_syx_db_backup"), unknown);
+}
+
+TEST_F(CliDb, AddsVoicesOfOneFamilyOnlyToAFileWhoseNameTellsNone) {
+    const std::string path = home.File("mix");
+    const std::string one = home.Write("a.syx", TestBank()),
+                      two = home.Write("b.srx", TestRefaceBank()),
+                      three = home.Write("c.syx", TestBank());
+    const auto result = Cli({"db", "add", one, two, three, "--database", path, "--yes"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, one + "\t32\t0\n" + three + "\t32\t0\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + two + ": not added: it is for the " +
+                                 SynthDrivers[1]->name + ", and " + path +
+                                 " is a catalogue of the " + SynthDrivers[0]->name + "\n");
+    EXPECT_EQ(fs::file_size(path), 152u + 64 * 446);
+
+    // Two names of one file.
+    fs::remove(path);
+    WriteSettings("DatabaseCurrentName = Both\n");
+    fs::create_symlink("Both.syx_db", Catalogue("Both.srx_db"));
+    EXPECT_EQ(Cli({"db", "add", one, two, three, "--yes"}).output,
+              one + "\t32\t0\n" + three + "\t32\t0\n");
+    EXPECT_EQ(fs::file_size(Catalogue("Both.syx_db")), 152u + 64 * 446);
+}
+
+TEST_F(CliDb, AddsOfTheFamilyThatACatalogueOfAnyNameIsOf) {
+    const std::string path = home.Write("mix", TestCatalogue(Reface, 1, 1));
+    const std::string one = home.Write("a.syx", TestBank()),
+                      two = home.Write("b.srx", TestRefaceBank());
+    const auto result = Cli({"db", "add", one, two, "--database", path});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, two + "\t32\t0\n");
+    EXPECT_EQ(fs::file_size(path), 152u + 33 * 440);
+}
+
+TEST_F(CliDb, KeepsTheBackupOfEachCatalogueUnderItsWholeName) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    const TestBytes other = TestCatalogue(Dx7, 9, 9), former = TestCatalogue(Dx7, 1, 1);
+    const std::string backup = home.Write("Voices.syx_db_backup", other);
+    for (const std::string name : {"Voices", "Voices.old", "Voices.1", "Voices.syx_db_backup"}) {
+        const std::string path = home.Write(name, former);
+        ExpectOutput({"db", "add", bank, "--database", path}, bank + "\t32\t0\n");
+        EXPECT_EQ(ReadTestFile(path + "_syx_db_backup"), former) << name;
+        if (path != backup) {
+            EXPECT_EQ(ReadTestFile(backup), other) << name;
+        }
+    }
+    const std::string path = home.Write("v1.2.syx_db", former);
+    ExpectOutput({"db", "add", bank, "--database", path}, bank + "\t32\t0\n");
+    EXPECT_EQ(ReadTestFile(path + "_backup"), former);
 }
 
 TEST_F(CliDb, AsksBeforeAnAddWritesOverRecordsOrLeavesAHole) {
@@ -292,7 +383,10 @@ TEST_F(CliDb, AsksBeforeAnAddWritesOverRecordsOrLeavesAHole) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_TRUE(Contains(result.errors, "The catalogue Voices.syx_db counts " +
                                                 std::to_string(count) + " records and holds " +
-                                                std::to_string(records) + "."));
+                                                std::to_string(records) +
+                                                ". Adding a voice writes behind those that it "
+                                                "counts, and the file as it is replaces its "
+                                                "backup.\n"));
         EXPECT_EQ(ReadTestFile(path), file);
         EXPECT_FALSE(fs::exists(Catalogue("Voices.syx_db_backup")));
         EXPECT_EQ(Cli({"db", "add", "--yes", bank}).output, bank + "\t32\t0\n");
@@ -303,6 +397,55 @@ TEST_F(CliDb, AsksBeforeAnAddWritesOverRecordsOrLeavesAHole) {
     Write("Voices.syx_db", TestCatalogue(Dx7, 3, 2));
     ExpectOutput({"db", "add", bank}, bank + "\t32\t0\n");
     EXPECT_EQ(fs::file_size(Catalogue("Voices.syx_db")), 152u + 34 * 446);
+    TestBytes file = TestCatalogue(Dx7, 3, 2);
+    file.pop_back();
+    Write("Voices.syx_db", file);
+    ExpectOutput({"db", "add", bank}, bank + "\t32\t0\n");
+}
+
+TEST_F(CliDb, AsksBeforeAnAddFillsUpARecordThatIsCut) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    TestBytes file = TestCatalogue(Dx7, 32, 32);
+    file.pop_back();
+    const std::string path = Write("Voices.syx_db", file);
+    const std::string question = "The catalogue Voices.syx_db counts 32 records and holds 31 and a "
+                                 "part of one. Adding a voice writes behind those that it counts";
+    auto result = Cli({"db", "add", bank});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_TRUE(
+        result.errors.starts_with(question + ", and the file as it is replaces its backup."))
+        << result.errors;
+    EXPECT_EQ(ReadTestFile(path), file);
+    WriteSettings("CreateBackups = 0\n"); // there is none then
+    result = Cli({"db", "add", bank, "--yes"});
+    EXPECT_EQ(result.errors, question + ".\n\nDo you wish to add to it anyway? [y/n] yes\n");
+    EXPECT_EQ(result.output, bank + "\t32\t0\n");
+}
+
+TEST_F(CliDb, RefusesToAddBehindACountWithoutRoomBehindIt) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    // 4,814,986 records of 446 bytes begin below 2 GB.
+    for (const std::uint32_t count : {0xFFFFFFFFu, 4814986u}) {
+        const TestBytes file = TestCatalogue(Dx7, 2, count);
+        const std::string path = Write("Voices.syx_db", file);
+        ExpectFailure({"db", "add", bank, "--yes"},
+                      bank + ": not added to " + path + ": it counts " + std::to_string(count) +
+                          " records, and there is no room behind so many");
+        EXPECT_EQ(ReadTestFile(path), file);
+        EXPECT_FALSE(fs::exists(path + "_backup"));
+    }
+    const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 4814984));
+    WriteSettings("CreateBackups = 0\n"); // of 2 GB
+    const auto result = Cli({"db", "add", bank, bank, "--yes"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, bank + "\t2\t0\n");
+    EXPECT_TRUE(
+        Contains(result.errors, "tonewright-cli: " + path + ": place 3 of " + bank +
+                                    " was not added: there is no room behind 4814986 records\n"
+                                    "tonewright-cli: " +
+                                    bank + ": not added to " + path + " either\n"))
+        << result.errors;
+    EXPECT_TRUE(Contains(Cli({"db", "names"}).output, "\t4814986\t"));
 }
 
 TEST_F(CliDb, GoesOnWithTheNextFileBehindOneThatCannotBeAdded) {
@@ -338,7 +481,13 @@ TEST_F(CliDb, AddsNothingWhereAFolderStands) {
     const std::string bank = home.Write("a.syx", TestBank());
     const std::string path = Catalogue("Voices.syx_db");
     fs::create_directory(path);
-    ExpectFailure({"db", "add", bank, bank, "--yes"}, path + ": not readable: Is a directory");
+    const std::string reface = home.Write("b.srx", TestRefaceBank());
+    const auto result = Cli({"db", "add", bank, reface, bank, "--yes"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, reface + "\t32\t0\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + bank + ": not added to " + path +
+                                 ": not readable: Is a directory\ntonewright-cli: " + bank +
+                                 ": not added to " + path + " either\n");
     EXPECT_TRUE(fs::is_directory(path));
 }
 

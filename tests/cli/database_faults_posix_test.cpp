@@ -5,6 +5,7 @@
 
 #include "support/bank_bytes.h"
 #include "support/posix_limits.h"
+#include "support/reface_bytes.h"
 
 #include <chrono>
 #include <csignal>
@@ -33,7 +34,7 @@ TEST_F(CliDbFaults, AFullDiskCostsTheCatalogueAndTheBackupIsNamed) {
     const std::string path = Write("Voices.syx_db", former);
     const auto result = AddWithin(152 + 10 * 446 + 100); // eight more, and a part of a ninth
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.output, home.File("a.syx") + "\t8\t0\n");
     EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 9 of " + home.File("a.syx") +
                                  " could not be added: File too large; the catalogue has been "
                                  "deleted, its backup is " +
@@ -46,6 +47,7 @@ TEST_F(CliDbFaults, AFullDiskLeavesTheCatalogueInCarefulMode) {
     const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
     const auto result = AddWithin(152 + 10 * 446 + 100, {"--careful"});
     EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, home.File("a.syx") + "\t8\t0\n");
     EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 9 of " + home.File("a.syx") +
                                  " could not be added: File too large\n");
     EXPECT_EQ(fs::file_size(path), 152u + 10 * 446); // what had been added
@@ -56,9 +58,10 @@ TEST_F(CliDbFaults, NoRoomForANewOneLeavesNone) {
     for (const rlim_t size : {76, 151, 152 + 445}) {
         const auto result = AddWithin(size);
         EXPECT_EQ(result.exitStatus, 1);
-        EXPECT_EQ(result.output, "");
         if (size > 152) { // else the words have no room either: what is told comes by a file
-            EXPECT_TRUE(Contains(result.errors, "could not be added: File too large"));
+            EXPECT_EQ(result.output, home.File("a.syx") + "\t0\t0\n");
+            EXPECT_TRUE(result.errors.ends_with(" could not be added: File too large\n"))
+                << result.errors;
         }
         EXPECT_FALSE(fs::exists(Catalogue("Voices.syx_db"))) << size;
     }
@@ -74,7 +77,7 @@ TEST_F(CliDbFaults, WhatMayNotBeWrittenStays) {
         fs::permissions(path, perms);
         RunCliUnprivileged({"db", "add", bank}, [&](const ProgramResult &result) {
             EXPECT_EQ(result.exitStatus, 1);
-            EXPECT_EQ(result.output, "");
+            EXPECT_EQ(result.output, perms == fs::perms(0) ? "" : bank + "\t0\t0\n");
             EXPECT_TRUE(Contains(result.errors, ": Permission denied\n")) << result.errors;
             EXPECT_FALSE(Contains(result.errors, "deleted"));
         });
@@ -84,10 +87,77 @@ TEST_F(CliDbFaults, WhatMayNotBeWrittenStays) {
     fs::permissions(Documents(), fs::perms(0555));
     RunCliUnprivileged({"db", "add", bank}, [&](const ProgramResult &result) {
         EXPECT_EQ(result.exitStatus, 1);
-        EXPECT_TRUE(Contains(result.errors, "could not be added: Permission denied"))
-            << result.errors;
+        EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 1 of " + bank +
+                                     " could not be added: Permission denied\n");
     });
     EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(CliDbFaults, WhatNeverWasThereIsNotSaidToBeDeleted) {
+    const std::string bank = Bank(), path = home.File("none/Voices.syx_db");
+    home.Write("Voices.syx_db_backup", TestBytes(3)); // of another day
+    const auto expect = [&](const std::string &database) {
+        const auto result = Cli({"db", "add", bank, "--database", database});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.output, bank + "\t0\t0\n");
+        EXPECT_EQ(result.errors, "tonewright-cli: " + database + ": place 1 of " + bank +
+                                     " could not be added: No such file or directory\n");
+    };
+    expect(path);
+    fs::create_symlink(path, home.path / "Voices.syx_db");
+    expect(home.File("Voices.syx_db"));
+}
+
+TEST_F(CliDbFaults, ABackupIsNamedOnlyWhenItIsOneOfThisRun) {
+    const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
+    Write("Voices.syx_db_backup", TestCatalogue(Dx7, 1, 1)); // of another day
+    WriteSettings("CreateBackups = 0\n");
+    const auto result = AddWithin(152 + 10 * 446 + 100);
+    EXPECT_TRUE(result.errors.ends_with(
+        " could not be added: File too large; the catalogue has been deleted\n"))
+        << result.errors;
+}
+
+TEST_F(CliDbFaults, AFileThatCannotBeReplacedStays) {
+    for (const std::string mode : {"--careful", "--no-careful"}) {
+        const TestBytes former(1000, 'x');
+        const std::string path = Write("Voices.syx_db", former);
+        const auto result = AddWithin(152 + 300, {"--yes", mode});
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.output, home.File("a.syx") + "\t0\t0\n");
+        EXPECT_TRUE(result.errors.ends_with("tonewright-cli: " + path + ": place 1 of " +
+                                            home.File("a.syx") +
+                                            " could not be added: File too large; the file that "
+                                            "stands there is as it was\n"))
+            << result.errors;
+        EXPECT_EQ(ReadTestFile(path), former);
+        EXPECT_EQ(Entries(Documents()), std::vector<std::string>{"Voices.syx_db"});
+    }
+}
+
+TEST_F(CliDbFaults, AFileBehindALinkIsReplacedThere) {
+    const std::string bank = Bank(), file = home.Write("file", TestBytes(1000));
+    home.Write("file.former", TestBytes(5)); // of somebody else
+    const std::string path = Catalogue("Voices.syx_db");
+    fs::create_symlink(file, path);
+    EXPECT_EQ(Cli({"db", "add", bank, "--yes"}).output, bank + "\t32\t0\n");
+    EXPECT_TRUE(fs::is_symlink(path));
+    EXPECT_EQ(fs::file_size(file), 152u + 32 * 446);
+    EXPECT_EQ(fs::file_size(home.File("file.former")), 5u);
+    EXPECT_FALSE(fs::exists(home.File("file.former2")));
+}
+
+TEST_F(CliDbFaults, FilesBehindAFailureAreNamedAndThoseOfTheOtherFamilyAdded) {
+    const std::string path = Catalogue("Voices.syx_db"), bank = Bank();
+    const std::string next = home.Write("b.syx", TestBank());
+    const std::string reface = home.Write("c.sr1", TestRefaceVoiceFile(0));
+    const auto result = AddWithin(152 + 2 * 446, {next, reface});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, bank + "\t2\t0\n" + reface + "\t1\t0\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 3 of " + bank +
+                                 " could not be added: File too large; the catalogue has been "
+                                 "deleted\ntonewright-cli: " +
+                                 next + ": not added to " + path + " either\n");
 }
 
 TEST_F(CliDbFaults, OthersMayListAndCheckWhatTheyMayNotWrite) {

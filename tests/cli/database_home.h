@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -40,6 +41,15 @@ protected:
     std::string Write(const std::string &name, const TestBytes &bytes) const {
         WriteTestFile(Catalogue(name), bytes);
         return Catalogue(name);
+    }
+    // The names in a folder.
+    static std::vector<std::string> Entries(const fs::path &folder) {
+        std::vector<std::string> names;
+        for (const auto &entry : fs::directory_iterator(folder)) {
+            names.push_back(entry.path().filename().string());
+        }
+        std::ranges::sort(names);
+        return names;
     }
     void WriteSettings(const std::string &text) const {
         WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), text);
