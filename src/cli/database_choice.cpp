@@ -5,11 +5,11 @@
 #include "cli/paths.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
+#include "common/folders.h"
 #include "common/open_file.h"
 #include "common/text.h"
 #include "core/dispatch.h"
 #include "database/database_file.h"
-#include "database/database_names.h"
 #include "database/record_sort.h"
 
 #include <algorithm>
@@ -32,8 +32,8 @@ const SynthDriver *FamilyOfExtension(std::string_view path) {
     return found != SynthDrivers.end() ? *found : nullptr;
 }
 
-// The family of --synth, else of the settings, else the first one; nullptr after telling that there
-// is none.
+// The family of --synth, else of the settings, else the first one that has catalogues; nullptr
+// after telling that there is none.
 const SynthDriver *FamilyOfCall(const CliCall &call) {
     const SynthDriver *preset = SynthOfSettings();
     if (!preset || !HasCatalogues(*preset)) {
@@ -42,14 +42,10 @@ const SynthDriver *FamilyOfCall(const CliCall &call) {
         preset = first != SynthDrivers.end() ? *first : nullptr;
     }
     const auto family = ReadSynth(call, preset);
-    if (!family) {
-        return nullptr;
+    if (family && !*family) {
+        TellError("", "there are no catalogues of any instrument");
     }
-    if (!*family || !HasCatalogues(**family)) {
-        TellError(*family ? (*family)->name : "", "there are no catalogues of this instrument");
-        return nullptr;
-    }
-    return *family;
+    return family ? *family : nullptr;
 }
 
 // True for the name of a catalogue, false for the path of one.
@@ -63,8 +59,8 @@ std::optional<ChosenDatabase> NamedDatabase(const SynthDriver &family, std::stri
         TellError("--database", "needs the name of a catalogue");
         return std::nullopt;
     }
-    const std::string path = DatabasePathNamed(name, ExtensionOf(family));
-    if (!path.ends_with(std::string(name) + '.' + ExtensionOf(family))) { // cut
+    const std::string path = PathOfName(family, name);
+    if (!IsPath(path)) {
         TellError(name,
                   FormatText("not a name: the path would have more than %zu bytes", PathLimit));
         return std::nullopt;
@@ -87,6 +83,10 @@ bool HasCatalogues(const SynthDriver &family) {
            family.DatabasePath && family.DatabaseInfo;
 }
 
+std::string PathOfName(const SynthDriver &family, std::string_view name) {
+    return DefaultDocumentsFolder() + std::string(name) + '.' + ExtensionOf(family);
+}
+
 std::optional<ChosenDatabase> ChooseDatabase(const CliCall &call) {
     ReadDatabaseSettings();
     const char *database = call[CliOption::Database];
@@ -98,6 +98,10 @@ std::optional<ChosenDatabase> ChooseDatabase(const CliCall &call) {
 }
 
 std::optional<ChosenDatabase> ChooseDatabaseOf(const CliCall &call, const SynthDriver &family) {
+    if (!HasCatalogues(family)) {
+        TellError(family.name, "there are no catalogues of this instrument");
+        return std::nullopt;
+    }
     const char *database = call[CliOption::Database];
     if (!database) {
         return ChosenDatabase{&family, family.DatabasePath()};
@@ -148,8 +152,8 @@ bool ReadSortMode(const CliCall &call, std::optional<std::uint32_t> &mode) {
     if (!name) {
         return true;
     }
-    const auto order = std::ranges::find(Orders, std::string_view(name),
-                                         &std::pair<std::string_view, std::uint32_t>::first);
+    const auto order = std::ranges::find_if(
+        Orders, [name](const auto &row) { return EqualNoCase(row.first, name); });
     if (order == std::end(Orders)) {
         TellError(name, "not an order: name, source, date and position are");
         return false;

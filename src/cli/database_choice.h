@@ -8,11 +8,15 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tonewright {
 
 // Whether the command line can do anything with a family's catalogues.
 bool HasCatalogues(const SynthDriver &family);
+
+// The path of the family's catalogue of that name in the user's documents, however long.
+std::string PathOfName(const SynthDriver &family, std::string_view name);
 
 // The options that choose a catalogue.
 constexpr unsigned DatabaseOptions = OptionBit(CliOption::Database) | OptionBit(CliOption::Synth);
@@ -31,6 +35,7 @@ std::optional<ChosenDatabase> ChooseDatabase(const CliCall &call);
 
 // The same for a family that is known, by settings that have been read. A path that ends in the
 // extension of another family's catalogues is one of that family all the same: `family` tells.
+// Nothing after telling that the family has no catalogues, too.
 std::optional<ChosenDatabase> ChooseDatabaseOf(const CliCall &call, const SynthDriver &family);
 
 // Opens the catalogue for reading, which changes no byte of it. Null after telling why it does not

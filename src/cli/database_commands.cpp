@@ -6,6 +6,7 @@
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
+#include "common/folders.h"
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
@@ -89,18 +90,25 @@ int PutCatalogue(const std::string &name, const ChosenDatabase &catalogue) {
     Put(StandardOutput, '\t');
     Put(StandardOutput, catalogue.family->name);
     Put(StandardOutput, '\t');
-    const auto database = OpenChosenDatabase(catalogue);
-    if (database) {
-        PutNumber(StandardOutput, RecordsToLoad(*database));
+    std::shared_ptr<DatabaseHandle> database;
+    if (IsPath(catalogue.path)) {
+        database = OpenChosenDatabase(catalogue);
     } else {
-        Put(StandardOutput, '-');
+        TellError(catalogue.path, FormatText("not a path: it has more than %zu bytes", PathLimit));
     }
-    Put(StandardOutput, '\t');
+    const auto putOrNone = [](bool isKnown, unsigned long long number) {
+        if (isKnown) {
+            PutNumber(StandardOutput, number);
+        } else {
+            Put(StandardOutput, '-');
+        }
+        Put(StandardOutput, '\t');
+    };
+    putOrNone(database != nullptr, database ? RecordsToLoad(*database) : 0);
     std::error_code error;
     const auto size = std::filesystem::file_size(
         std::filesystem::path(reinterpret_cast<const char8_t *>(catalogue.path.c_str())), error);
-    PutNumber(StandardOutput, error ? 0 : size);
-    Put(StandardOutput, '\t');
+    putOrNone(!error, size);
     Put(StandardOutput, FieldText(catalogue.path));
     Put(StandardOutput, '\n');
     return database ? ExitDone : ExitFailed;
@@ -162,10 +170,17 @@ int CliDbNames(const CliCall &) {
         if (!HasCatalogues(*family)) {
             continue;
         }
-        const char *extension = family->DatabaseInfo(DatabaseInfoExtension).text;
-        for (const std::string &name : DatabaseNames(extension)) {
-            const int put = PutCatalogue(name, {family, DatabasePathNamed(name, extension)});
+        std::error_code failure;
+        const auto names =
+            DatabaseNames(family->DatabaseInfo(DatabaseInfoExtension).text, &failure);
+        for (const std::string &name : names) {
+            const int put = PutCatalogue(name, {family, PathOfName(*family, name)});
             status = put == ExitDone ? status : put;
+        }
+        // A folder that has not been made yet has no catalogues in it.
+        if (failure && failure != std::errc::no_such_file_or_directory) {
+            return TellFailure(DefaultDocumentsFolder(),
+                               WithSystemReason("not readable", failure.value()));
         }
     }
     return status;
@@ -255,7 +270,7 @@ int CliDbInsert(const CliCall &call) {
     }
     const SynthDriver &family = *CurrentDriver();
     ReadDatabaseSettings();
-    const auto chosen = HasCatalogues(family) ? ChooseDatabaseOf(call, family) : std::nullopt;
+    const auto chosen = ChooseDatabaseOf(call, family);
     if (!chosen) {
         return ExitWrongCall;
     }
@@ -269,7 +284,8 @@ int CliDbInsert(const CliCall &call) {
     }
     const int rows = family.DatabaseInfo(DatabaseInfoVoicesPerBank).number;
     if (*row > rows) {
-        return TellFailure(in, FormatText("a bank has no place %d, but %d", *row, rows));
+        return TellFailure(in,
+                           FormatText("a bank has places 1 to %d, and no place %d", rows, *row));
     }
     VoiceObject voice = VoiceOfRecord(*chosen, *record);
     if (voice.bytes.empty()) {
@@ -308,6 +324,11 @@ int CliDbCheck(const CliCall &call) {
     Put(StandardOutput, '\n');
     if (report.uncounted > 0) {
         Put(StandardOutput, FormatText("behind\t%u\n", report.uncounted));
+    }
+    if (report.rest > 0) {
+        Put(StandardOutput, "further\t");
+        PutNumber(StandardOutput, report.rest);
+        Put(StandardOutput, '\n');
     }
     Put(StandardOutput, FormatText("good\t%u\n", report.present - report.faulty));
     return IsSound(report) ? ExitDone : TellFailure(chosen->path, "damaged: " + FaultsOf(report));

@@ -135,7 +135,11 @@ void PutHelpOf(TextOutput &output, const CliCommand &command) {
 const CliCommand *CommandOfWords(std::span<char *const> words, std::size_t &taken) {
     std::string name;
     for (taken = 1; taken <= std::min<std::size_t>(words.size(), 2); ++taken) {
-        name += (taken > 1 ? " " : "") + std::string(words[taken - 1]);
+        const std::string_view word = words[taken - 1];
+        if (word.find(' ') != std::string_view::npos) {
+            return nullptr; // a name of two words is two arguments
+        }
+        name += (taken > 1 ? " " : "") + std::string(word);
         const auto *command = std::ranges::find(Commands, name, &CliCommand::name);
         if (command != std::end(Commands)) {
             return command;

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tonewright {
 namespace {
@@ -94,10 +95,16 @@ void CloseTerminalBusyBox() {
 
 void RunTerminalMessage(MessageRequest &request) {
     Flush(StandardOutput);
-    for (const char character : request.text) {
-        if (character != '\r') {
-            Put(StandardError, character);
+    std::string text = request.text;
+    std::erase(text, '\r');
+    for (std::string_view rest = text;;) {
+        const std::size_t end = rest.find('\n');
+        Put(StandardError, FieldText(rest.substr(0, end))); // names of files may hold anything
+        if (end == std::string_view::npos) {
+            break;
         }
+        Put(StandardError, '\n');
+        rest.remove_prefix(end + 1);
     }
     if (request.flags & MessageFlagButton2) {
         const bool yes = Ask();

@@ -13,6 +13,37 @@ namespace {
 constexpr std::size_t PieceSize = 64 * 1024;
 constexpr char Replacement = '?';
 
+unsigned char ByteAt(std::string_view text, std::size_t at) {
+    return static_cast<unsigned char>(text[at]);
+}
+
+bool IsControl(unsigned char byte) {
+    return byte < 0x20 || (byte >= 0x7F && byte < 0xA0);
+}
+
+// The bytes of the UTF-8 character that the text begins with; 1 for a byte that begins none.
+std::size_t CharacterSize(std::string_view text) {
+    const unsigned char first = ByteAt(text, 0);
+    const std::size_t size = first < 0xC2 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    if (first > 0xF4 || size > text.size()) {
+        return 1;
+    }
+    for (std::size_t at = 1; at < size; ++at) {
+        // What could be told by fewer bytes, a surrogate and what is beyond U+10FFFF are none.
+        const bool isSecond = at == 1;
+        const unsigned char lowest = isSecond && first == 0xE0   ? 0xA0
+                                     : isSecond && first == 0xF0 ? 0x90
+                                                                 : 0x80;
+        const unsigned char highest = isSecond && first == 0xED   ? 0x9F
+                                      : isSecond && first == 0xF4 ? 0x8F
+                                                                  : 0xBF;
+        if (ByteAt(text, at) < lowest || ByteAt(text, at) > highest) {
+            return 1;
+        }
+    }
+    return size;
+}
+
 } // namespace
 
 TextOutput StandardOutput{.stream = stdout, .text = {}, .failed = false};
@@ -49,14 +80,17 @@ bool Flush(TextOutput &output) {
 
 std::string FieldText(std::string_view text) {
     std::string field;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
+    while (!text.empty()) {
+        const std::size_t size = CharacterSize(text);
         // U+0080 to U+009F are C2 80 to C2 9F.
-        const bool isTwoBytes = byte == 0xC2 && at + 1 < text.size() &&
-                                static_cast<unsigned char>(text[at + 1]) >= 0x80 &&
-                                static_cast<unsigned char>(text[at + 1]) <= 0x9F;
-        at += isTwoBytes;
-        field += isTwoBytes || byte < 0x20 || byte == 0x7F ? Replacement : text[at];
+        const bool isControl = size == 2 ? ByteAt(text, 0) == 0xC2 && IsControl(ByteAt(text, 1))
+                                         : size == 1 && IsControl(ByteAt(text, 0));
+        if (isControl) {
+            field += Replacement;
+        } else {
+            field += text.substr(0, size);
+        }
+        text.remove_prefix(size);
     }
     return field;
 }
@@ -72,7 +106,7 @@ void PutVoiceName(TextOutput &output, std::string_view latin1) {
         }
         const auto byte = static_cast<unsigned char>(latin1[plain]);
         latin1.remove_prefix(plain + 1);
-        if (byte < 0x20 || (byte >= 0x7F && byte < 0xA0)) {
+        if (IsControl(byte)) {
             output.text += Replacement;
         } else {
             output.text += static_cast<char>(0xC0 | (byte >> 6));

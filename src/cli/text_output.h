@@ -25,7 +25,8 @@ void PutNumber(TextOutput &output, unsigned long long number);
 bool Flush(TextOutput &output);
 
 // `text` (UTF-8) with each control character (0 to 31 and 127 to 159) replaced by "?", so that it
-// is one field of one line.
+// is one field of one line. A byte of such a number outside of a character is taken for one too;
+// other bytes that are no UTF-8 stay.
 std::string FieldText(std::string_view text);
 
 // The bytes of a voice's name, taken as Latin-1, as UTF-8 with each control character (0 to 31 and

@@ -3,6 +3,8 @@
 
 #include "database/record_reader.h"
 
+#include <algorithm>
+
 namespace tonewright {
 
 bool IsSound(const DatabaseReport &report) {
@@ -16,7 +18,12 @@ bool CheckDatabase(
     constexpr unsigned NotLoaded = RecordIsShort | RecordHasNoMagic;
     const DatabaseFamily &family = *database.family;
     report = {.counted = DatabaseCount(database), .present = RecordsToLoad(database)};
-    return ReadRecords(database, RecordsThatBegin(database),
+    const std::uint32_t begun = RecordsThatBegin(database);
+    // What lies where no record can begin is not looked at.
+    const std::uint64_t reached =
+        DatabaseHeaderSize + std::uint64_t{begun} * DatabaseRecordSize(family);
+    report.rest = std::max(DatabaseSize(database), reached) - reached;
+    return ReadRecords(database, begun,
                        [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
                            const unsigned faults = RecordFaultsOf(family, bytes);
                            if (index >= report.present) {
@@ -32,7 +39,6 @@ bool CheckDatabase(
                                ++report.faulty;
                                tell(index, faults, bytes.size());
                            }
-                           return;
                        });
 }
 

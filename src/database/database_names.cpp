@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <system_error>
 
 namespace tonewright {
 namespace {
@@ -23,7 +22,7 @@ bool StandsBefore(const std::string &one, const std::string &other) {
 
 } // namespace
 
-std::vector<std::string> DatabaseNames(const char *extension) {
+std::vector<std::string> DatabaseNames(const char *extension, std::error_code *failure) {
     const std::string folder = DefaultDocumentsFolder();
     const std::string ending = std::string(".") + extension;
     const char *listed = folder.empty() ? "." : folder.c_str();
@@ -37,6 +36,9 @@ std::vector<std::string> DatabaseNames(const char *extension) {
         if (name.ends_with(ending) && !name.starts_with('.') && entry->is_regular_file(unknown)) {
             names.emplace_back(name.substr(0, name.size() - ending.size()));
         }
+    }
+    if (failure) {
+        *failure = error;
     }
     std::ranges::sort(names, StandsBefore);
     return names;

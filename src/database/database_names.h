@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace tonewright {
@@ -13,8 +14,9 @@ constexpr int DatabaseNameLimit = 64;                 // characters
 
 // The catalogues in the user's documents: the names, without their extension, of the regular files
 // whose name ends in a dot and `extension`, but for those that begin with a dot. UTF-8, in the
-// order of their letters, A to Z counting as small ones. None where the folder cannot be read.
-std::vector<std::string> DatabaseNames(const char *extension);
+// order of their letters, A to Z counting as small ones. Where the folder cannot be read, those
+// that were found before; `failure` becomes why, or no error.
+std::vector<std::string> DatabaseNames(const char *extension, std::error_code *failure = nullptr);
 
 // The path of a catalogue in the user's documents, cut at 260 bytes. `extension` has no dot.
 std::string DatabasePathNamed(std::string_view name, const char *extension);

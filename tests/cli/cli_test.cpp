@@ -138,6 +138,13 @@ TEST(CliList, RefusesADamagedBankWithoutATerminal) {
     EXPECT_TRUE(Contains(result.errors, folder.File("a.syx") + ": wrong checksum\n"));
 }
 
+TEST(CliList, AsksWithoutTheControlCharactersOfAName) {
+    const TempFolder folder;
+    const auto result = Cli({"list", folder.Write("a\x1B.syx", DamagedBank())});
+    EXPECT_TRUE(result.errors.starts_with("The data in the document a?.syx may be damaged.\n\n"))
+        << result.errors;
+}
+
 TEST(CliList, ListsADamagedBankWithYes) {
     const TempFolder folder;
     const auto result = Cli({"list", "--yes", folder.Write("a.syx", DamagedBank())});

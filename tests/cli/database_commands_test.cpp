@@ -98,6 +98,10 @@ TEST_F(CliDb, TellsWhatStandsBehindDb) {
     EXPECT_TRUE(Contains(help.output, "\n  db list "));
     EXPECT_FALSE(Contains(help.output, "upload"));
     EXPECT_TRUE(Contains(Cli({"db", "list", "--help"}).output, "usage: tonewright-cli db list\n"));
+    const auto oneWord = Cli({"db list"});
+    EXPECT_EQ(oneWord.exitStatus, 2);
+    EXPECT_EQ(oneWord.output, "");
+    EXPECT_EQ(oneWord.errors, "tonewright-cli: unknown command db list\n" + usage + "\n");
     ExpectFailure({"db", "list", "more"},
                   "db list has too many arguments\nusage: tonewright-cli db list", 2);
 }
@@ -121,6 +125,7 @@ TEST_F(CliDb, ListsInTheOrderOfTheFileOrASortedOneWithTheSamePlaces) {
     ExpectOutput({"db", "list", "--sort", "source"}, one + three + two);
     ExpectOutput({"db", "list", "--sort", "date"}, three + two + one);
     ExpectOutput({"db", "list", "--sort", "position"}, two + three + one);
+    ExpectOutput({"db", "list", "--sort", "Position"}, two + three + one);
     ExpectFailure({"db", "list", "--sort", "size"},
                   "size: not an order: name, source, date and position are", 2);
 }
@@ -162,6 +167,20 @@ TEST_F(CliDb, NamesTheCataloguesOfEachFamilyAndSaysOfWhatIsNoneThatItIsNone) {
     EXPECT_EQ(result.errors,
               "tonewright-cli: " + live +
                   ": not a catalogue: it has 7 bytes, and the header alone has 152\n");
+}
+
+TEST_F(CliDb, NamesACatalogueWhosePathIsTooLong) {
+    const std::string name(260 - Documents().string().size() - 1 - 7, 'n'); // "/" and ".syx_db"
+    const std::string good = Write(name + ".syx_db", TestCatalogue(Dx7, 2, 2));
+    const std::string dx7(SynthDrivers[0]->name);
+    const std::string line = name + "\t" + dx7 + "\t2\t1044\t" + good + "\n";
+    ExpectOutput({"db", "names"}, line);
+    const std::string bad = Write(name + "o.syx_db", TestCatalogue(Dx7, 3, 3));
+    const auto result = Cli({"db", "names"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.output, line + name + "o\t" + dx7 + "\t-\t1490\t" + bad + "\n");
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: " + bad + ": not a path: it has more than 260 bytes\n");
 }
 
 // ---- add
@@ -345,6 +364,19 @@ TEST_F(CliDb, AddsVoicesOfOneFamilyOnlyToAFileWhoseNameTellsNone) {
     EXPECT_EQ(Cli({"db", "add", one, two, three, "--yes"}).output,
               one + "\t32\t0\n" + three + "\t32\t0\n");
     EXPECT_EQ(fs::file_size(Catalogue("Both.syx_db")), 152u + 64 * 446);
+}
+
+TEST_F(CliDb, PrintsNoControlCharacterOfANameInAQuestion) {
+    const std::string bank = home.Write("a.syx", TestBank());
+    // An escape, a byte that is a control character by itself, and characters that hold such bytes.
+    const std::string path = home.Write("a\x1B\x9C"
+                                        "b\xC3\x9C\xE2\x82\x9C\xF0\x9F\x8E\xB9\xC2\x9C",
+                                        TestBytes(7));
+    const std::string shown = "a??b\xC3\x9C\xE2\x82\x9C\xF0\x9F\x8E\xB9?";
+    const auto result = Cli({"db", "add", bank, "--database", path});
+    EXPECT_TRUE(result.errors.starts_with("The file " + shown + " is no catalogue of the "))
+        << result.errors;
+    EXPECT_TRUE(result.errors.ends_with(shown + ", as answered\n")) << result.errors;
 }
 
 TEST_F(CliDb, AddsOfTheFamilyThatACatalogueOfAnyNameIsOf) {
@@ -584,6 +616,9 @@ TEST_F(CliDb, InsertsNothingWhereThereIsNoPlaceOrNoRecord) {
     const std::string out = home.WriteText("out.syx", "former");
     ExpectFailure({"db", "insert", bank, "33", "1", out},
                   bank + ": there is no place 33 among its 32 voices");
+    const std::string reface = home.Write("34.srx", TestRefaceBank(34));
+    ExpectFailure({"db", "insert", reface, "33", "1", home.File("out.srx")},
+                  reface + ": a bank has places 1 to 32, and no place 33");
     ExpectFailure({"db", "insert", bank, "1", "3", out},
                   path + ": there is no record 3 among its 2");
     ExpectFailure({"db", "insert", bank, "x", "1", out}, "x: not a place: a number from 1 is", 2);
@@ -648,7 +683,7 @@ TEST_F(CliDb, ChecksTheCountAgainstTheFile) {
     path = Write("Voices.syx_db", file);
     result = Cli({"db", "check"});
     EXPECT_EQ(result.exitStatus, 1);
-    EXPECT_EQ(result.output, "header\tok\ncount\t2\nbehind\t2\ngood\t2\n");
+    EXPECT_EQ(result.output, "header\tok\ncount\t2\nbehind\t2\nfurther\t446\ngood\t2\n");
     EXPECT_EQ(result.errors,
               "tonewright-cli: " + path +
                   ": damaged: 2 whole records behind the count, 446 further bytes\n");
@@ -657,7 +692,7 @@ TEST_F(CliDb, ChecksTheCountAgainstTheFile) {
     file.resize(152 + 446 + 1);
     path = Write("Voices.syx_db", file);
     result = Cli({"db", "check"});
-    EXPECT_EQ(result.output, "header\tok\ncount\t1\ngood\t1\n");
+    EXPECT_EQ(result.output, "header\tok\ncount\t1\nfurther\t1\ngood\t1\n");
     EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": damaged: 1 further byte\n");
 }
 

@@ -160,6 +160,18 @@ TEST_F(CliDbFaults, FilesBehindAFailureAreNamedAndThoseOfTheOtherFamilyAdded) {
                                  next + ": not added to " + path + " either\n");
 }
 
+TEST_F(CliDbFaults, NamesOfAFolderThatMayNotBeReadAreNone) {
+    Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
+    fs::permissions(home.path, fs::perms(0755));
+    fs::permissions(Documents(), fs::perms(0311));
+    RunCliUnprivileged({"db", "names"}, [&](const ProgramResult &result) {
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "tonewright-cli: " + Documents().string() +
+                                     "/: not readable: Permission denied\n");
+    });
+}
+
 TEST_F(CliDbFaults, OthersMayListAndCheckWhatTheyMayNotWrite) {
     const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
     fs::permissions(home.path, fs::perms(0755));

@@ -85,6 +85,18 @@ TEST_P(DatabaseCheck, ReachesRecordsThatBeginBelow2GB) {
     EXPECT_EQ(RecordsThatBegin(*database), last + 1);
 }
 
+TEST_P(DatabaseCheck, CountsTheBytesBeyond2GBToo) {
+    TestBytes file = TestCatalogue(family, 2, 2);
+    const auto database = Open(file);
+    const std::uintmax_t size = std::uintmax_t{0x80000000} + 10'000;
+    std::filesystem::resize_file(Path(), size); // a hole
+    DatabaseReport report;
+    EXPECT_TRUE(CheckDatabase(*database, report, [](auto, auto, auto) {}));
+    EXPECT_EQ(report.present, 2u);
+    EXPECT_EQ(report.uncounted, 0u);
+    EXPECT_EQ(report.rest, size - file.size());
+}
+
 TEST_P(DatabaseCheck, FindsNothingInASoundCatalogue) {
     for (const int records : {0, 1, 40}) {
         const DatabaseReport report =
