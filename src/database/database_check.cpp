@@ -15,7 +15,7 @@ bool IsSound(const DatabaseReport &report) {
 bool CheckDatabase(
     DatabaseHandle &database, DatabaseReport &report,
     const std::function<void(std::uint32_t index, unsigned faults, std::size_t size)> &tell) {
-    constexpr unsigned NotLoaded = RecordIsShort | RecordHasNoMagic;
+    constexpr unsigned NoRecord = RecordIsShort | RecordHasNoMagic;
     const DatabaseFamily &family = *database.family;
     report = {.counted = DatabaseCount(database), .present = RecordsToLoad(database)};
     const std::uint32_t begun = RecordsThatBegin(database);
@@ -27,14 +27,13 @@ bool CheckDatabase(
                        [&](std::uint32_t index, std::span<const std::uint8_t> bytes) {
                            const unsigned faults = RecordFaultsOf(family, bytes);
                            if (index >= report.present) {
-                               if (faults & NotLoaded) {
+                               if (faults & NoRecord) {
                                    report.rest += bytes.size();
                                } else {
                                    ++report.uncounted;
                                }
                                return;
                            }
-                           report.loaded += (faults & NotLoaded) == 0;
                            if (faults != 0) {
                                ++report.faulty;
                                tell(index, faults, bytes.size());

@@ -13,7 +13,6 @@ namespace tonewright {
 struct DatabaseReport {
     std::uint32_t counted = 0;   // records, by the header
     std::uint32_t present = 0;   // of these, begin in the file
-    std::uint32_t loaded = 0;    // of these, are taken by a load
     std::uint32_t faulty = 0;    // of these that are present, have a fault
     std::uint32_t uncounted = 0; // whole records behind those that are counted
     std::uint64_t rest = 0;      // further bytes behind them

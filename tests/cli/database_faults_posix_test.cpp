@@ -186,11 +186,20 @@ TEST_F(CliDbFaults, OthersMayListAndCheckWhatTheyMayNotWrite) {
 TEST_F(CliDbFaults, AKillLeavesWhatTheCheckKnowsAndTheNextAddGoesOnWith) {
     const std::string bank = Bank(), path = Catalogue("Voices.syx_db");
     WriteSettings("DatabaseNoDuplicates = 0\n");
+    constexpr int banks = 30, wanted = 10;
+    std::vector<std::string> words = {"tonewright-cli", "db", "add"};
+    words.insert(words.end(), banks, bank);
+    std::vector<char *> arguments;
+    for (std::string &word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(Cli({"db", "add", bank, bank, bank}).exitStatus, 0);
+    EXPECT_EQ(Cli({words.begin() + 1, words.end()}).exitStatus, 0);
     const auto whole = std::chrono::steady_clock::now() - start;
     std::mt19937 random(5);
-    for (int kill = 0; kill < 20 && !HasFailure(); ++kill) {
+    int hits = 0; // kills that came between the first add and the last one
+    for (int kill = 0; kill < 200 && hits < wanted && !HasFailure(); ++kill) {
         fs::remove(path);
         const pid_t child = fork();
         ASSERT_GE(child, 0);
@@ -198,13 +207,15 @@ TEST_F(CliDbFaults, AKillLeavesWhatTheCheckKnowsAndTheNextAddGoesOnWith) {
             if (!std::freopen("/dev/null", "w", stdout)) {
                 _exit(9);
             }
-            execl(CliProgram().c_str(), "tonewright-cli", "db", "add", bank.c_str(), bank.c_str(),
-                  bank.c_str(), nullptr);
+            execv(CliProgram().c_str(), arguments.data());
             _exit(9);
         }
         std::this_thread::sleep_for(whole * (random() % 1000) / 1000);
         ::kill(child, SIGKILL);
-        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        const bool isKilled = WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+        ASSERT_TRUE(isKilled || (WIFEXITED(status) && WEXITSTATUS(status) == 0)) << status;
         if (!fs::exists(path) || fs::file_size(path) < 152) {
             continue;
         }
@@ -217,7 +228,9 @@ TEST_F(CliDbFaults, AKillLeavesWhatTheCheckKnowsAndTheNextAddGoesOnWith) {
         EXPECT_EQ(Cli({"db", "add", bank}).output, bank + "\t32\t0\n");
         ExpectOutput({"db", "check"}, "header\tok\ncount\t" + std::to_string(count + 32) +
                                           "\ngood\t" + std::to_string(count + 32) + "\n");
+        hits += isKilled && count > 0 && count < banks * 32;
     }
+    EXPECT_EQ(hits, wanted);
 }
 
 } // namespace

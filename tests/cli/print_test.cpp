@@ -96,6 +96,15 @@ TEST_F(CliPrint, ABankGoesOntoOnePageOfA4) {
     EXPECT_TRUE(Contains(facts, "Creator:         Tonewright\n")) << facts;
 }
 
+TEST_F(CliPrint, AFileOfAnyPathIsReplacedWithoutABackup) {
+    const std::string folder = home.File(std::string(200, 'd')), name(80, 'f');
+    std::filesystem::create_directory(folder);
+    const std::string bank = home.Write("a.syx", TestBank()), out = folder + "/" + name + ".pdf";
+    ExpectDone({"print", bank, out});
+    ExpectDone({"print", bank, out});
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
+}
+
 TEST_F(CliPrint, TheSizeOfThePaperMayBeLetter) {
     for (const char *paper : {"Letter", "letter"}) {
         ExpectDone({"print", Bank(), Out, "--paper", paper});

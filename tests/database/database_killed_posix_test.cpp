@@ -86,7 +86,7 @@ protected:
         const auto after = Check();
         ASSERT_TRUE(after);
         EXPECT_TRUE(IsSound(*after));
-        EXPECT_EQ(after->loaded, static_cast<std::uint32_t>(count) + 1);
+        EXPECT_EQ(Loaded(), count + 1);
     }
 };
 
