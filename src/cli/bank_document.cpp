@@ -83,9 +83,15 @@ bool OpenVoices(const char *path, const VoiceFileFormat &format) {
     return true;
 }
 
-bool ExtensionFits(const char *in, const char *out, VoiceFileKind kind, std::string &reason) {
+int OpenBankFor(const CliCall &call, const char *in, const char *out, VoiceFileKind kind) {
+    // When `in` is no bank at all, opening it will say so.
     const VoiceFileFormat *format = BankFormatOfPath(in);
-    return !format || ExtensionFits(format->driver, out, kind, reason);
+    std::string reason;
+    if (format && !ExtensionFits(format->driver, out, kind, reason)) {
+        return TellWrongCall(out, reason);
+    }
+    UseTerminalDesktop(call);
+    return OpenBankDocument(in) ? ExitDone : ExitFailed;
 }
 
 bool ExtensionFits(DriverId family, const char *out, VoiceFileKind kind, std::string &reason) {

@@ -2,6 +2,7 @@
 // commands, with its questions and backups, and failures explained on standard error.
 #pragma once
 
+#include "cli/command_line.h"
 #include "core/voice_file_reader.h"
 
 #include <string>
@@ -15,10 +16,13 @@ bool OpenBankDocument(const char *path);
 // The same for a bank or a single voice, which becomes a list of one.
 bool OpenVoices(const char *path, const VoiceFileFormat &format);
 
-// True when `out` has the extension that the files of the bank `in`'s family have; else the call is
-// wrong for `reason`. When `in` is no bank at all, opening it will say so.
-bool ExtensionFits(const char *in, const char *out, VoiceFileKind kind, std::string &reason);
-// The same for a family that is known.
+// Opens the bank `in` on the terminal of the call, of which a file of that kind is to be written to
+// `out`. ExitDone, or the exit status after telling why it is not open, or that `out` has not the
+// extension that the files of the bank's family have.
+int OpenBankFor(const CliCall &call, const char *in, const char *out, VoiceFileKind kind);
+
+// True when `out` has the extension that files of the family have; else the call is wrong for
+// `reason`.
 bool ExtensionFits(DriverId family, const char *out, VoiceFileKind kind, std::string &reason);
 
 // Writes MainList as a bank of the current family. The exit status; a failure has been told, and a

@@ -260,13 +260,8 @@ int CliDbInsert(const CliCall &call) {
     if (!row || !record) {
         return TellWrongCall(call.words[row ? 2 : 1], NotAPlace);
     }
-    std::string reason;
-    if (!ExtensionFits(in, out, VoiceFileKind::Bank, reason)) {
-        return TellWrongCall(out, reason);
-    }
-    UseTerminalDesktop(call);
-    if (!OpenBankDocument(in)) {
-        return ExitFailed;
+    if (const int status = OpenBankFor(call, in, out, VoiceFileKind::Bank)) {
+        return status;
     }
     const SynthDriver &family = *CurrentDriver();
     ReadDatabaseSettings();

@@ -3,7 +3,6 @@
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/paths.h"
-#include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "core/current.h"
 #include "core/dispatch.h"
@@ -15,12 +14,8 @@ namespace tonewright {
 
 int CliSave(const CliCall &call) {
     const char *in = call.words[0], *out = call.words[1];
-    std::string reason;
-    if (!ExtensionFits(in, out, VoiceFileKind::Bank, reason)) {
-        return TellWrongCall(out, reason);
-    }
-    UseTerminalDesktop(call);
-    return OpenBankDocument(in) ? SaveBankDocument(out) : ExitFailed;
+    const int status = OpenBankFor(call, in, out, VoiceFileKind::Bank);
+    return status == ExitDone ? SaveBankDocument(out) : status;
 }
 
 int CliMove(const CliCall &call) {
@@ -30,13 +25,8 @@ int CliMove(const CliCall &call) {
     if (!from || !to) {
         return TellWrongCall(call.words[from ? 2 : 1], NotAPlace);
     }
-    std::string reason;
-    if (!ExtensionFits(in, out, VoiceFileKind::Bank, reason)) {
-        return TellWrongCall(out, reason);
-    }
-    UseTerminalDesktop(call);
-    if (!OpenBankDocument(in)) {
-        return ExitFailed;
+    if (const int status = OpenBankFor(call, in, out, VoiceFileKind::Bank)) {
+        return status;
     }
     for (const int place : {*from, *to}) {
         if (place > ListCount(MainList)) {
@@ -56,13 +46,8 @@ int CliExport(const CliCall &call) {
     if (!place) {
         return TellWrongCall(call.words[1], NotAPlace);
     }
-    std::string reason;
-    if (!ExtensionFits(in, out, VoiceFileKind::SingleVoice, reason)) {
-        return TellWrongCall(out, reason);
-    }
-    UseTerminalDesktop(call);
-    if (!OpenBankDocument(in)) {
-        return ExitFailed;
+    if (const int status = OpenBankFor(call, in, out, VoiceFileKind::SingleVoice)) {
+        return status;
     }
     if (!ListVoice(MainList, *place - 1)) {
         return TellFailure(in, NoSuchPlace(*place));
@@ -76,13 +61,8 @@ int CliImport(const CliCall &call) {
     if (!place) {
         return TellWrongCall(call.words[1], NotAPlace);
     }
-    std::string reason;
-    if (!ExtensionFits(in, out, VoiceFileKind::Bank, reason)) {
-        return TellWrongCall(out, reason);
-    }
-    UseTerminalDesktop(call);
-    if (!OpenBankDocument(in)) {
-        return ExitFailed;
+    if (const int status = OpenBankFor(call, in, out, VoiceFileKind::Bank)) {
+        return status;
     }
     if (!ListVoice(MainList, *place - 1)) {
         return TellFailure(in, NoSuchPlace(*place));

@@ -42,6 +42,10 @@ using Names = std::vector<std::string>;
 constexpr int RowHeight = 20;
 
 // The dialog over catalogues of the DX7: "Voices" with three records, "Brass" with two.
+const std::string LoseChanges =
+    "Do you want to lose the changes you've made to this database?\n\nClick on Yes to abandon your "
+    "changes, or click on No to return to the Database window.";
+
 class DatabaseBox : public testing::Test {
 protected:
     ScriptedDesktop desktop;
@@ -90,6 +94,14 @@ protected:
             names.emplace_back(TestTextAt(bytes, at + 28, 64).c_str());
         }
         return names;
+    }
+
+    // The question whether to lose the edits, while which `during` looks about.
+    void ExpectToBeAsked(int answer, std::function<void(MessageRequest &)> during = {}) {
+        desktop.Expect({.text = LoseChanges,
+                        .buttons = {"Yes", "No"},
+                        .answer = answer,
+                        .during = std::move(during)});
     }
 
     // Opens the dialog and hands it to `use`, which closes it. The result of the launcher.
@@ -460,10 +472,7 @@ TEST_F(DatabaseBox, CancelAsksAboutChangesAndNoReturns) {
     WithBox([this] {
         EndRecordGesture(*state);
         const ExpectedMessage no = {
-            .text = "Do you want to lose the changes you've made to this database?\n\nClick on Yes "
-                    "to abandon your changes, or click on No to return to the Database window.",
-            .buttons = {"Yes", "No"},
-            .answer = ResultNo};
+            .text = LoseChanges, .buttons = {"Yes", "No"}, .answer = ResultNo};
         desktop.Expect(no);
         Cancel();
         EXPECT_TRUE(box->isVisible());
@@ -1011,11 +1020,7 @@ TEST_F(DatabaseBox, EscInAnEditorCancelsItAloneAndTheGestureCountsAsAChange) {
         EXPECT_EQ(state->changed, 1u);
         EXPECT_FALSE(DatabaseUndoAvailable());
         EXPECT_EQ(desktop.sounds.size(), 1u);
-        desktop.Expect({.text = "Do you want to lose the changes you've made to this "
-                                "database?\n\nClick on Yes to abandon your changes, or click on No "
-                                "to return to the Database window.",
-                        .buttons = {"Yes", "No"},
-                        .answer = ResultYes});
+        ExpectToBeAsked(ResultYes);
         Cancel();
     });
 }
@@ -1065,14 +1070,9 @@ TEST_F(DatabaseBox, TheCloseBoxAcceptsTheEditorAndThenActs) {
         Release(1);
         ASSERT_NE(TextEditor(), nullptr);
         TextEditor()->setText("Beta");
-        desktop.Expect({.text = "Do you want to lose the changes you've made to this "
-                                "database?\n\nClick on Yes to abandon your changes, or click on No "
-                                "to return to the Database window.",
-                        .buttons = {"Yes", "No"},
-                        .answer = ResultYes,
-                        .during = [this](MessageRequest &) {
-                            EXPECT_EQ(Shown(), (Names{"Alpha", "Beta", "charlie"}));
-                        }});
+        ExpectToBeAsked(ResultYes, [this](MessageRequest &) {
+            EXPECT_EQ(Shown(), (Names{"Alpha", "Beta", "charlie"}));
+        });
         box->close();
     });
 }
@@ -1286,10 +1286,7 @@ TEST_F(DatabaseBox, AHoldThatEditsNothingStillMakesCancelPrompt) {
         Hold(1, 168); // between name and source
         Release(1, 168);
         const ExpectedMessage question = {
-            .text = "Do you want to lose the changes you've made to this database?\n\nClick on Yes "
-                    "to abandon your changes, or click on No to return to the Database window.",
-            .buttons = {"Yes", "No"},
-            .answer = ResultNo};
+            .text = LoseChanges, .buttons = {"Yes", "No"}, .answer = ResultNo};
         desktop.Expect(question);
         Cancel();
         EXPECT_TRUE(box->isVisible());
@@ -1365,14 +1362,9 @@ TEST_F(DatabaseBox, CancelAsksAboutWhatStandsInTheEditor) {
         Release(0);
         ASSERT_NE(TextEditor(), nullptr);
         TextEditor()->setText("Zulu");
-        desktop.Expect({.text = "Do you want to lose the changes you've made to this "
-                                "database?\n\nClick on Yes to abandon your changes, or click on No "
-                                "to return to the Database window.",
-                        .buttons = {"Yes", "No"},
-                        .answer = ResultYes,
-                        .during = [this](MessageRequest &) {
-                            EXPECT_EQ(Shown(), (Names{"Bravo", "charlie", "Zulu"}));
-                        }});
+        ExpectToBeAsked(ResultYes, [this](MessageRequest &) {
+            EXPECT_EQ(Shown(), (Names{"Bravo", "charlie", "Zulu"}));
+        });
         Control<QAbstractButton>(2)->click();
     });
 }
