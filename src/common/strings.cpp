@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -34,6 +35,24 @@ const char *LoadProgramString(unsigned number) {
     const bool found = row != std::end(Strings) && row->number == number;
     CopyBounded(buffer, found ? row->text : FallbackText, BufferSize - 1);
     return buffer;
+}
+
+std::string LoadProgramString(unsigned number, std::initializer_list<std::string> parts) {
+    std::string text = LoadProgramString(number);
+    std::size_t from = 0;
+    for (const std::string &part : parts) {
+        const std::size_t at = text.find("%s", from);
+        if (at == std::string::npos) {
+            break;
+        }
+        text.replace(at, 2, part);
+        from = at + part.size();
+    }
+    return text;
+}
+
+std::string Paragraphs(std::string first, const std::string &second) {
+    return std::move(first) + "\n\n" + second;
 }
 
 } // namespace tonewright

@@ -25,16 +25,6 @@ bool IsOn() {
     return CarefulMode != 0;
 }
 
-// The text with what stands for its "%s".
-std::string TextWith(Text number, const std::string &part) {
-    std::string text = LoadProgramString(number);
-    return text.replace(text.find("%s"), 2, part);
-}
-
-std::string WithParagraph(std::string told, const std::string &further) {
-    return std::move(told) + "\n\n" + further;
-}
-
 } // namespace
 
 EditsWay CarefulEditsWay(QWidget *window, std::uint32_t changed, const std::string &current,
@@ -45,7 +35,7 @@ EditsWay CarefulEditsWay(QWidget *window, std::uint32_t changed, const std::stri
     if (next == current) {
         return EditsWay::Stay;
     }
-    switch (AskYesNoCancel(window, TextWith(EditsNotSaved, current))) {
+    switch (AskYesNoCancel(window, LoadProgramString(EditsNotSaved, {current}))) {
     case ResultYes:
         return EditsWay::Store;
     case ResultNo:
@@ -55,8 +45,8 @@ EditsWay CarefulEditsWay(QWidget *window, std::uint32_t changed, const std::stri
     }
 }
 
-std::string CarefulDeleteQuestion(std::string told, std::uint32_t changed) {
-    return IsOn() && changed ? WithParagraph(std::move(told), LoadProgramString(EditsGoToo)) : told;
+std::string CarefulDeleteQuestion(std::string text, std::uint32_t changed) {
+    return IsOn() && changed ? Paragraphs(std::move(text), LoadProgramString(EditsGoToo)) : text;
 }
 
 void CarefulBeginRecords(std::uint32_t &changed) {
@@ -70,18 +60,18 @@ bool CarefulStaysAfterFailure() {
     return IsOn();
 }
 
-std::string CarefulStoreFailure(std::string told, const std::string &path,
+std::string CarefulStoreFailure(std::string text, const std::string &path,
                                 const std::string &family, int reason) {
     if (!IsOn()) {
-        return told;
+        return text;
     }
     if (!path.empty()) {
         const std::string why = reason == ECANCELED ? LoadProgramString(NoBackupWanted)
-                                : reason == EINVAL  ? TextWith(NoDatabase, family)
+                                : reason == EINVAL  ? LoadProgramString(NoDatabase, {family})
                                                     : std::strerror(reason);
-        told = WithParagraph(std::move(told), path + ": " + why + ".");
+        text = Paragraphs(std::move(text), path + ": " + why + ".");
     }
-    return WithParagraph(std::move(told), LoadProgramString(WindowStays));
+    return Paragraphs(std::move(text), LoadProgramString(WindowStays));
 }
 
 } // namespace tonewright

@@ -21,8 +21,8 @@ enum class EditsWay {
 EditsWay CarefulEditsWay(QWidget *window, std::uint32_t changed, const std::string &current,
                          const std::string &next);
 
-// The question whether to delete a catalogue: `told`, and that its edits are lost with it.
-std::string CarefulDeleteQuestion(std::string told, std::uint32_t changed);
+// The question whether to delete a catalogue: `text`, and that its edits are lost with it.
+std::string CarefulDeleteQuestion(std::string text, std::uint32_t changed);
 
 // The records of another catalogue, or none, are shown now: `changed` and undo tell of them alone.
 void CarefulBeginRecords(std::uint32_t &changed);
@@ -30,9 +30,9 @@ void CarefulBeginRecords(std::uint32_t &changed);
 // OK: whether the window stays open because its records could not be stored.
 bool CarefulStaysAfterFailure();
 
-// The message of a failed store: `told`, with file and reason behind it, but for an empty path;
+// The message of a failed store: `text`, with file and reason behind it, but for an empty path;
 // `family`: its name; `reason`: errno as the store left it.
-std::string CarefulStoreFailure(std::string told, const std::string &path,
+std::string CarefulStoreFailure(std::string text, const std::string &path,
                                 const std::string &family, int reason);
 
 } // namespace tonewright

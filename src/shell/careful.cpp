@@ -76,27 +76,8 @@ bool IsOn() {
     return CarefulMode != 0;
 }
 
-std::string TextOf(Text number) {
-    return LoadProgramString(number);
-}
-
-// The text with what stands for its "%s", in this order.
-std::string TextOf(Text number, std::initializer_list<std::string> parts) {
-    std::string text = TextOf(number);
-    std::size_t from = 0;
-    for (const std::string &part : parts) {
-        const std::size_t at = text.find("%s", from);
-        if (at == std::string::npos) {
-            break;
-        }
-        text.replace(at, 2, part);
-        from = at + part.size();
-    }
-    return text;
-}
-
-std::string Paragraphs(std::string first, const std::string &second) {
-    return std::move(first) + "\n\n" + second;
+std::string TextOf(Text number, std::initializer_list<std::string> parts = {}) {
+    return LoadProgramString(number, parts);
 }
 
 std::string NoFamilyChosen() {
@@ -316,8 +297,8 @@ std::string ReasonOfOpening(const std::string &path) {
     return TextOf(FormatOfPath(path) ? SingleVoiceFile : NoBankByName);
 }
 
-std::string WithReason(std::string told, const std::string &path, const std::string &reason) {
-    return Paragraphs(std::move(told), path + ": " + reason + ".");
+std::string WithReason(std::string text, const std::string &path, const std::string &reason) {
+    return Paragraphs(std::move(text), path + ": " + reason + ".");
 }
 
 std::string NameOfPort(int port) {
@@ -497,36 +478,36 @@ void CarefulForgetPath(std::string &path) {
     }
 }
 
-std::string CarefulReadFailure(std::string told, const std::string &path) {
-    return IsOn() ? WithReason(std::move(told), path, ReasonOfOpening(path)) : told;
+std::string CarefulReadFailure(std::string text, const std::string &path) {
+    return IsOn() ? WithReason(std::move(text), path, ReasonOfOpening(path)) : text;
 }
 
-std::string CarefulImportFailure(std::string told, const std::string &path) {
+std::string CarefulImportFailure(std::string text, const std::string &path) {
     if (!IsOn()) {
-        return told;
+        return text;
     }
     const VoiceFileFormat *format = FormatOfDriver(CurrentDriverId, VoiceFileKind::SingleVoice);
-    return WithReason(std::move(told), path, ReasonOfReading(path, format));
+    return WithReason(std::move(text), path, ReasonOfReading(path, format));
 }
 
-std::string CarefulWriteFailure(std::string told, const std::string &path, int reason) {
+std::string CarefulWriteFailure(std::string text, const std::string &path, int reason) {
     if (!IsOn()) {
-        return told;
+        return text;
     }
     if (reason == 0) {
-        return Paragraphs(std::move(told), path);
+        return Paragraphs(std::move(text), path);
     }
-    return WithReason(std::move(told), path,
+    return WithReason(std::move(text), path,
                       reason == ECANCELED ? TextOf(NoBackupWanted) : std::strerror(reason));
 }
 
-std::string CarefulAddFailure(std::string told, std::span<const FailedAdd> failed, bool ofAll) {
+std::string CarefulAddFailure(std::string text, std::span<const FailedAdd> failed, bool ofAll) {
     if (!IsOn()) {
-        return told;
+        return text;
     }
     const int count = ListCount(MainList);
     if (ofAll) {
-        told = Paragraphs(std::move(told),
+        text = Paragraphs(std::move(text),
                           TextOf(NotAdded, {std::to_string(failed.size()), std::to_string(count),
                                             PlacesNotAdded(failed)}));
     }
@@ -547,18 +528,18 @@ std::string CarefulAddFailure(std::string told, std::span<const FailedAdd> faile
     }
     for (const std::string &part : {fault, fileFault}) {
         if (!part.empty()) {
-            told = Paragraphs(std::move(told), part);
+            text = Paragraphs(std::move(text), part);
         }
     }
     const bool isUnchanged = !ofAll || static_cast<int>(failed.size()) == count;
-    return isUnchanged ? Paragraphs(std::move(told), TextOf(DatabaseUnchanged)) : told;
+    return isUnchanged ? Paragraphs(std::move(text), TextOf(DatabaseUnchanged)) : text;
 }
 
-std::string CarefulUploadFailure(std::string told) {
+std::string CarefulUploadFailure(std::string text) {
     if (!IsOn()) {
-        return told;
+        return text;
     }
-    return Paragraphs(told.empty() ? TextOf(UploadError) : std::move(told), ReasonOfTransfer());
+    return Paragraphs(text.empty() ? TextOf(UploadError) : std::move(text), ReasonOfTransfer());
 }
 
 } // namespace tonewright

@@ -68,16 +68,16 @@ bool CarefulKeepsUndoUntilOpened();
 // Open that stays behind the question about unsaved changes: the next one asks for its path.
 void CarefulForgetPath(std::string &path);
 
-// ---- messages of failure: `told`, with file and reason behind it in careful mode
+// ---- messages of failure: `text`, with file and reason behind it in careful mode
 
-std::string CarefulReadFailure(std::string told, const std::string &path);
+std::string CarefulReadFailure(std::string text, const std::string &path);
 // Of a single-voice file.
-std::string CarefulImportFailure(std::string told, const std::string &path);
+std::string CarefulImportFailure(std::string text, const std::string &path);
 // `reason`: errno as the writing left it.
-std::string CarefulWriteFailure(std::string told, const std::string &path, int reason);
-// With the reason why a transfer with the current instrument did not begin. Nothing was told of the
-// upload of a whole bank, of which `told` is empty: then there is no message without careful mode.
-std::string CarefulUploadFailure(std::string told);
+std::string CarefulWriteFailure(std::string text, const std::string &path, int reason);
+// With the reason why a transfer with the current instrument did not begin. An empty `text`, as of
+// the upload of a whole bank, gives no message without careful mode.
+std::string CarefulUploadFailure(std::string text);
 
 // A voice that was not added to the catalogue.
 struct FailedAdd {
@@ -85,6 +85,6 @@ struct FailedAdd {
     int reason; // errno as the adding left it; of no account where the voice itself is at fault
 };
 // Why they were not, and what has become of the others when the whole list was to be added.
-std::string CarefulAddFailure(std::string told, std::span<const FailedAdd> failed, bool ofAll);
+std::string CarefulAddFailure(std::string text, std::span<const FailedAdd> failed, bool ofAll);
 
 } // namespace tonewright

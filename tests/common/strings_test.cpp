@@ -12,6 +12,18 @@ namespace {
 
 constexpr const char *Fallback = "String table error - this application may be damaged";
 
+TEST(LoadProgramString, PutsPartsInTheSteadOfTheirMarksInOrder) {
+    EXPECT_EQ(LoadProgramString(109, {"unused"}), "Tonewright");
+    EXPECT_EQ(LoadProgramString(20047, {"%s", "2", "3, 4", "unused"}),
+              "Not added: %s of the 2 voices in the list, at these places: 3, 4.");
+    EXPECT_EQ(LoadProgramString(20047, {"1"}),
+              "Not added: 1 of the %s voices in the list, at these places: %s.");
+}
+
+TEST(Paragraphs, StandApart) {
+    EXPECT_EQ(Paragraphs("One.", "Two."), "One.\n\nTwo.");
+}
+
 } // namespace
 
 TEST(LoadProgramString, GivesTheTextOfANumber) {

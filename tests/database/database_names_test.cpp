@@ -74,11 +74,11 @@ TEST_F(DatabaseNamesIn, PathsAreThoseInTheDocuments) {
               documents + "v1.2.srx_db_backup");
 }
 
-TEST(DatabaseName, HoldsLettersDigitsAndTheToldSigns) {
-    const std::u32string told = U"$%'-_@~`!(){}^#&, ";
+TEST(DatabaseName, HoldsLettersDigitsAndTheseSigns) {
+    const std::u32string signs = U"$%'-_@~`!(){}^#&, ";
     for (char32_t character = 0; character < 0x200; ++character) {
         EXPECT_EQ(MayStandInDatabaseName(character, false),
-                  told.find(character) != std::u32string::npos)
+                  signs.find(character) != std::u32string::npos)
             << static_cast<unsigned>(character);
         EXPECT_TRUE(MayStandInDatabaseName(character, true));
     }
