@@ -28,9 +28,9 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <utility>
-#include <vector>
 
 namespace tonewright {
 namespace {
@@ -220,12 +220,17 @@ private:
     }
 
     void SetTabOrder() {
-        std::vector<QWidget *> order = {ui.control_101, ui.control_103, ui.control_104};
-        order.insert(order.end(), headers.begin(), headers.end());
-        order.insert(order.end(), {list, ui.control_1, ui.control_2, ui.control_9, ui.control_105,
-                                   ui.control_106});
-        for (std::size_t i = 1; i < order.size(); ++i) {
-            setTabOrder(order[i - 1], order[i]);
+        QWidget *last = ui.control_101;
+        const auto putBehind = [&last](QWidget *next) {
+            setTabOrder(last, next);
+            last = next;
+        };
+        putBehind(ui.control_103);
+        putBehind(ui.control_104);
+        std::ranges::for_each(headers, putBehind);
+        for (QWidget *next : std::initializer_list<QWidget *>{
+                 list, ui.control_1, ui.control_2, ui.control_9, ui.control_105, ui.control_106}) {
+            putBehind(next);
         }
     }
 
