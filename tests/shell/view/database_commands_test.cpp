@@ -1,6 +1,7 @@
 // The commands of the catalogue in the real window's context menu.
 #include "window_fixture.h"
 
+#include "common/view/dialog_controls.h"
 #include "common/view/list_box_view.h"
 #include "common/view/message_dialog.h"
 #include "core/voice_object.h"
@@ -115,7 +116,7 @@ TEST_F(DatabaseCommands, AVoiceThatWasAddedIsInsertedFromTheRealWindow) {
                         [](QDialog &box) {
                             EXPECT_EQ(box.windowTitle(), "Database");
                             // "Voice 08" and "Voice 10", in the order of their names.
-                            auto *records = box.findChild<ListBoxView *>();
+                            auto *records = ControlOf<ListBoxView>(&box, 102);
                             EXPECT_EQ(box.focusWidget(), records);
                             QTest::keyClick(records, Qt::Key_Down);
                             QTest::mouseClick(box.findChild<QPushButton *>("control_1"),
