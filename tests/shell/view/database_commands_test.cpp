@@ -45,7 +45,7 @@ protected:
     void Choose(int row, int command, Qt::KeyboardModifiers keys = Qt::NoModifier) {
         EXPECT_TRUE(WithContextMenu(RowPoint(row), [&](QMenu &menu) {
             const QPoint entry = menu.actionGeometry(ActionOf(menu, command)).center();
-            QTest::mouseMove(&menu, entry);
+            ComeTo(menu, entry);
             QTest::mouseClick(&menu, Qt::LeftButton, keys, entry);
         }));
         RunPosted();

@@ -69,15 +69,6 @@ protected:
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&menu));
         return menu;
     }
-    // A menu takes a click for a choice only when the pointer has moved about in it before.
-    static void ComeTo(QMenu &menu, QPoint point) {
-        for (int distance = 10; distance >= 0; --distance) {
-            const QPointF at = point - QPoint(distance, 0);
-            QMouseEvent move(QEvent::MouseMove, at, menu.mapToGlobal(at), Qt::NoButton,
-                             Qt::NoButton, Qt::NoModifier);
-            QApplication::sendEvent(&menu, &move);
-        }
-    }
     void Click(int item, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const {
         QMenu &menu = OpenMenu();
         const QPoint point = menu.actionGeometry(Item(item)).center();

@@ -32,6 +32,16 @@
 
 namespace tonewright {
 
+// A menu takes a click for a choice only when the pointer has moved about in it before.
+inline void ComeTo(QMenu &menu, QPoint point) {
+    for (int distance = 10; distance >= 0; --distance) {
+        const QPointF at = point - QPoint(distance, 0);
+        QMouseEvent move(QEvent::MouseMove, at, menu.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&menu, &move);
+    }
+}
+
 class WindowTest : public testing::Test {
 protected:
     void SetUp() override {
