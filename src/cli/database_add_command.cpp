@@ -3,6 +3,7 @@
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/database_choice.h"
+#include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
@@ -28,10 +29,6 @@
 
 namespace tonewright {
 namespace {
-
-std::filesystem::path PathOf(const std::string &utf8) {
-    return std::filesystem::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
-}
 
 // A catalogue that a file of this run is for.
 struct Catalogue {
@@ -164,7 +161,8 @@ std::string FreeNameBeside(const std::string &path) {
     namespace fs = std::filesystem;
     std::error_code error;
     std::string name = path + ".former";
-    for (int number = 2; fs::exists(fs::symlink_status(PathOf(name), error)); ++number) {
+    for (int number = 2; fs::exists(fs::symlink_status(PathOfUtf8(name.c_str()), error));
+         ++number) {
         name = FormatText("%s.former%d", path.c_str(), number);
     }
     return name;
@@ -176,7 +174,7 @@ std::string FreeNameBeside(const std::string &path) {
 bool AddFirstInItsPlace(Catalogue &catalogue, int row, std::string &left) {
     std::error_code error;
     const std::u8string target =
-        std::filesystem::canonical(PathOf(catalogue.chosen.path), error).u8string();
+        std::filesystem::canonical(PathOfUtf8(catalogue.chosen.path.c_str()), error).u8string();
     const std::string path(target.begin(), target.end()), former = FreeNameBeside(path);
     if (error) {
         errno = error.value();
@@ -259,7 +257,8 @@ bool AddVoices(Catalogue &catalogue, const char *file) {
 
 bool IsSameFile(const std::string &one, const std::string &other) {
     std::error_code error;
-    return one == other || std::filesystem::equivalent(PathOf(one), PathOf(other), error);
+    return one == other ||
+           std::filesystem::equivalent(PathOfUtf8(one.c_str()), PathOfUtf8(other.c_str()), error);
 }
 
 // Those of a run; what one file began with a catalogue counts for the next ones.

@@ -3,6 +3,7 @@
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/database_choice.h"
+#include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
@@ -106,8 +107,7 @@ int PutCatalogue(const std::string &name, const ChosenDatabase &catalogue) {
     };
     putOrNone(database != nullptr, database ? RecordsToLoad(*database) : 0);
     std::error_code error;
-    const auto size = std::filesystem::file_size(
-        std::filesystem::path(reinterpret_cast<const char8_t *>(catalogue.path.c_str())), error);
+    const auto size = std::filesystem::file_size(PathOfUtf8(catalogue.path.c_str()), error);
     putOrNone(!error, size);
     Put(StandardOutput, FieldText(catalogue.path));
     Put(StandardOutput, '\n');
