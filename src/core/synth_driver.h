@@ -62,7 +62,8 @@ struct FoundSynth {
     std::uint32_t firmware = 0;   // as SynthFirmware; a search that does not ask for it leaves it
 };
 
-struct DatabaseFamily; // database/
+struct VoiceParameters; // drivers/
+struct DatabaseFamily;  // database/
 struct DatabaseHandle;
 struct DatabaseRecord;
 
@@ -157,6 +158,8 @@ struct SynthDriver {
     // made. `firmware`: of the instrument, for a file that notes it. 0 also when there is no voice.
     int (*ExportVoice)(QWidget *window, VoiceList &list, const VoiceObject *voice, const char *path,
                        int index, std::uint32_t firmware) = nullptr;
+    // The parameters of a voice, for the editor and the command line; null where it has none.
+    const VoiceParameters *parameters = nullptr;
     // Lets the user edit `voice`. 1 when the result was accepted, which `voice` then holds; 0, and
     // `voice` as it was, when not.
     int (*EditVoice)(QWidget *window, VoiceObject &voice, MidiPorts ports, int index) = nullptr;

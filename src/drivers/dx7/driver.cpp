@@ -9,6 +9,7 @@
 #include "drivers/dx7/transfer.h"
 #include "drivers/dx7/view/voice_view.h"
 #include "drivers/dx7/voice_codec.h"
+#include "drivers/dx7/voice_parameters.h"
 
 namespace tonewright {
 
@@ -38,6 +39,7 @@ extern constinit const SynthDriver Dx7Driver = {
     .UploadVoice = Dx7UploadVoice,
     .ImportVoice = Dx7ImportVoice,
     .ExportVoice = Dx7ExportVoice,
+    .parameters = &Dx7Parameters,
     .VoiceName = Dx7VoiceName,
     .VoiceAlgorithm = Dx7VoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(Dx7PrintVoice),

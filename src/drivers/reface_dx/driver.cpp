@@ -9,6 +9,7 @@
 #include "drivers/reface_dx/transfer.h"
 #include "drivers/reface_dx/view/voice_view.h"
 #include "drivers/reface_dx/voice_codec.h"
+#include "drivers/reface_dx/voice_parameters.h"
 
 namespace tonewright {
 
@@ -40,6 +41,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .UploadVoice = RefaceUploadVoice,
     .ImportVoice = RefaceImportVoice,
     .ExportVoice = RefaceExportVoice,
+    .parameters = &RefaceParameters,
     .VoiceName = RefaceVoiceName,
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
