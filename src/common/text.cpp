@@ -4,6 +4,7 @@
 #include "common/platform.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -264,6 +265,25 @@ std::uint32_t ReadInteger(std::string_view text) {
         number = number * 10 + static_cast<std::uint32_t>(text[position] - '0');
     }
     return negative ? 0u - number : number;
+}
+
+double ReadNumber(std::string_view text) {
+    text = text.substr(0, PathLimit); // so that only an exponent leads out of range
+    text.remove_prefix(SkipSpaces(text, 0));
+    if (text.starts_with('+') && !text.starts_with("+-")) {
+        text.remove_prefix(1);
+    }
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc::result_out_of_range) {
+        return number;
+    }
+    const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
+    if (digits.find("e-") != digits.npos || digits.find("E-") != digits.npos) {
+        return 0;
+    }
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    return digits.starts_with('-') ? -infinite : infinite;
 }
 
 int ScanSpinRange(const char *text, SpinRange &range) {

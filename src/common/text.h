@@ -60,6 +60,9 @@ std::vector<std::string> SplitList(std::string_view text, char separator = ';');
 
 // Reads an integer as atoi does and keeps it modulo 2^32.
 std::uint32_t ReadInteger(std::string_view text);
+// The decimal number at the start of a text, read as atof does in the C locale, whatever the
+// locale is: 0 where there is none, infinite where it is too large. It may be no number (NaN).
+double ReadNumber(std::string_view text);
 
 // Range text of a spin control, "minimum,maximum,start".
 struct SpinRange {

@@ -62,6 +62,7 @@ struct FoundSynth {
     std::uint32_t firmware = 0;   // as SynthFirmware; a search that does not ask for it leaves it
 };
 
+struct SynthSettings;
 struct VoiceParameters; // drivers/
 struct DatabaseFamily;  // database/
 struct DatabaseHandle;
@@ -175,6 +176,8 @@ struct SynthDriver {
     // Paints the voice into its cell of a page; nothing for no whole voice of the family. 1 in any
     // case.
     int (*PrintVoice)(QPainter &painter, const VoiceObject &voice, const PrintCell &cell) = nullptr;
+    // The instrument's own settings by name; null where they are not known.
+    const SynthSettings *settings = nullptr;
     // Lets the user change the instrument's own settings.
     int (*ConfigureSynth)(QWidget *window, MidiPorts ports) = nullptr;
     // Sends the settings that were saved for the instrument, if there are any.

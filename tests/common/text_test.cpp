@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
+#include <limits>
 
 using namespace tonewright;
 
@@ -171,6 +173,30 @@ TEST(SplitList, CutsAnItemAt260Bytes) {
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(items[0], std::string(260, 'x'));
     EXPECT_EQ(items[1], "y");
+}
+
+TEST(ReadNumber, ReadsTheNumberAtTheStartAsTheCLocaleHasIt) {
+    EXPECT_EQ(ReadNumber("440.1"), 440.1);
+    EXPECT_EQ(ReadNumber(" \t+1.5 Hz"), 1.5);
+    EXPECT_EQ(ReadNumber("-2.25"), -2.25);
+    EXPECT_EQ(ReadNumber("1,05"), 1);
+    EXPECT_EQ(ReadNumber("4.4e2"), 440);
+    EXPECT_EQ(ReadNumber(".5"), 0.5);
+}
+
+TEST(ReadNumber, IsZeroWhereThereIsNoNumber) {
+    for (const char *text : {"", " ", "-", "+", "+-5", "--5", "Hz", "."}) {
+        EXPECT_EQ(ReadNumber(text), 0) << text;
+    }
+}
+
+TEST(ReadNumber, MayBeInfiniteOrNoNumberAtAll) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(ReadNumber("inf"), infinite);
+    EXPECT_EQ(ReadNumber("1e999"), infinite);
+    EXPECT_EQ(ReadNumber("-1e999"), -infinite);
+    EXPECT_EQ(ReadNumber("1e-999"), 0);
+    EXPECT_TRUE(std::isnan(ReadNumber("nan")));
 }
 
 TEST(ReadInteger, ReadsDigitsBehindBlanksAndASign) {

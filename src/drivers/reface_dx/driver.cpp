@@ -1,6 +1,7 @@
 // The row of the reface DX in the driver table.
 #include "core/undo_level.h"
 #include "database/database_slots.h"
+#include "drivers/reface_dx/configure.h"
 #include "drivers/reface_dx/database.h"
 #include "drivers/reface_dx/file_formats.h"
 #include "drivers/reface_dx/files.h"
@@ -45,6 +46,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .VoiceName = RefaceVoiceName,
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
+    .settings = &RefaceSettings,
     .MakeUndoLevel = MakeUndoLevel,
     .database = &RefaceDatabase,
     .DatabaseAddVoice = DatabaseSlots<RefaceDatabase>::AddVoice,

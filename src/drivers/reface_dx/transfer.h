@@ -27,6 +27,7 @@ class QWidget;
 namespace tonewright {
 
 constexpr std::size_t RefaceSystemSize = 32;
+constexpr std::size_t RefaceSentSize = 15; // of which so many from the start can be changed
 using RefaceSystem = std::span<std::uint8_t, RefaceSystemSize>;
 using RefaceSystemConst = std::span<const std::uint8_t, RefaceSystemSize>;
 
@@ -52,7 +53,7 @@ void StoreRefaceBlock(VoiceObject &voice, const RefaceBlock &block);
 // Asks for the system settings. 1 when the next message that arrives is their dump (its checksum is
 // not tested), else 0, the destination then untouched.
 int ReadSystemCommon(const MidiLink &link, RefaceSystem destination);
-// Sends the settings 0 to 14 as parameter changes. Returns 1.
+// Sends the first RefaceSentSize settings as parameter changes. Returns 1.
 int WriteSystemCommon(const MidiLink &link, RefaceSystemConst system);
 
 // Operations of the reface DX row; see core/synth_driver.h. All return 0 when the ports do not open

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace tonewright {
 
@@ -13,26 +12,6 @@ namespace {
 
 constexpr int HundredthsOfOne = 100;
 constexpr int MostHundredths = 3199;
-
-// The decimal number at the start of `text`, read as atof does in the C locale; MostHundredths when
-// it is too large, 0 when it is too small or none.
-double NumberAtStart(std::string_view text) {
-    text = text.substr(0, PathLimit); // so that only an exponent leads out of range
-    const std::size_t start = text.find_first_not_of(" \t\r\n\f\v");
-    text.remove_prefix(std::min(start, text.size()));
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc::result_out_of_range) {
-        return number;
-    }
-    const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
-    const bool tooSmall = digits.starts_with('-') || digits.find("e-") != digits.npos ||
-                          digits.find("E-") != digits.npos;
-    return tooSmall ? 0 : MostHundredths;
-}
 
 } // namespace
 
@@ -115,7 +94,7 @@ std::string RefaceFrequencyText(RefaceFrequency frequency) {
 }
 
 RefaceFrequency ReadRefaceFrequency(std::string_view text) {
-    const double wanted = NumberAtStart(text) * HundredthsOfOne;
+    const double wanted = ReadNumber(text) * HundredthsOfOne;
     int hundredths = 0; // of what is no number too
     if (wanted > 0) {
         hundredths = wanted < MostHundredths ? static_cast<int>(wanted) : MostHundredths;

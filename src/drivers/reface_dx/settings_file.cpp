@@ -1,0 +1,103 @@
+// Writes and reads files of reface DX settings.
+#include "drivers/reface_dx/settings_file.h"
+
+#include "common/line_reader.h"
+#include "common/platform.h"
+#include "common/version.h"
+#include "core/document_file.h"
+
+#include <bitset>
+#include <cerrno>
+#include <ctime>
+#include <optional>
+
+namespace tonewright {
+namespace {
+
+constexpr std::string_view FirstLine = ";Quillbrook Tonewright - reface DX configuration";
+constexpr char CommentMark = ';';
+
+// The present local time as "Sun Nov 22 11:22:16 2026".
+std::string TimeText() {
+    const std::time_t now = std::time(nullptr);
+    const char *text = std::ctime(&now);
+    return text ? std::string(text, 24) : std::string();
+}
+
+std::string EncodeCrg(RefaceSystemConst system) {
+    std::string text(FirstLine);
+    text += FormatText("\n;Written %s\nTonewright %s revision %d\n", TimeText().c_str(),
+                       ProgramVersion, ProgramRevision);
+    for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
+        text += FormatText("%s%d\n", CrgKeys[n], system[n]);
+    }
+    return PlatformLines(text);
+}
+
+// The next line as far as a text that ends with a zero byte holds it.
+bool NextText(LineReader &reader, std::string_view &text) {
+    const bool isThere = NextLine(reader, text);
+    text = text.substr(0, text.find('\0'));
+    return isThere;
+}
+
+// The byte whose key the line begins with.
+std::optional<std::size_t> ByteOfLine(std::string_view line) {
+    for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
+        const std::string_view key = CrgKeys[n];
+        if (EqualNoCase(line.substr(0, key.size()), key)) {
+            return n;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+constexpr std::array<const char *, RefaceSentSize> CrgKeys = {
+    "TransCh:",      "RcvCh:",     "MasterTune0:", "MasterTune1:", "MasterTune2:",
+    "MasterTune3:",  "LocalCtrl:", "Transpose:",   "Tempo0:",      "Tempo1:",
+    "LCDConstrast:", "Sustain:",   "AutoPower:",   "Speaker:",     "MIDICtrl:",
+};
+
+int WriteCrgFile(const char *path, const SynthConfigBlock &block) {
+    const std::string text = EncodeCrg(block.system);
+    const std::span bytes(reinterpret_cast<const std::uint8_t *>(text.data()), text.size());
+    return WriteDocumentFile(path, bytes) == WriteOutcome::Done;
+}
+
+int ReadCrgFile(const char *path, SynthConfigBlock &block, std::vector<std::string> *missing) {
+    block = {.driverId = 0, .midiIn = 0, .midiOut = 0, .system = {}};
+    auto reader = OpenLines(path);
+    if (!reader) {
+        return 0;
+    }
+    std::string_view line;
+    if (NextText(*reader, line) && line.find(FirstLine) == line.npos) {
+        errno = EINVAL;
+        return 0;
+    }
+    std::bitset<RefaceSentSize> found;
+    for (; NextText(*reader, line); SkipEmptyLines(*reader)) {
+        if (line.starts_with(CommentMark)) {
+            continue;
+        }
+        if (const auto byte = ByteOfLine(line)) {
+            line.remove_prefix(std::string_view(CrgKeys[*byte]).size());
+            block.system[*byte] = static_cast<std::uint8_t>(ReadInteger(line));
+            found.set(*byte);
+        }
+    }
+    if (missing) {
+        missing->clear();
+        for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
+            if (!found[n]) {
+                const std::string_view key = CrgKeys[n];
+                missing->emplace_back(key.substr(0, key.size() - 1));
+            }
+        }
+    }
+    return 1;
+}
+
+} // namespace tonewright

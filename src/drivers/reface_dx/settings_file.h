@@ -1,0 +1,38 @@
+// The text file in which a user keeps settings of a reface DX (".crg").
+//
+//   ;Quillbrook Tonewright - reface DX configuration
+//   ;Written Sun Nov 22 11:22:16 2026
+//   Tonewright 17.0a revision 1
+//   TransCh:0
+//   RcvCh:16
+//   ...
+//   MIDICtrl:1
+//
+// A key for each byte that is sent, 0 to 14, and behind its colon the byte in decimal. Comments
+// begin with a semicolon; lines of no key are passed over. A key is known in any case of its
+// letters, the last one of the same key counts, and a byte without a key is zero.
+#pragma once
+
+#include "drivers/reface_dx/settings.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tonewright {
+
+// The keys with their colons, in the order of the bytes.
+extern const std::array<const char *, RefaceSentSize> CrgKeys;
+
+// Writes the settings of a block. 0, the reason in errno, when they could not be written whole; no
+// file is left then, but in careful mode the former one.
+int WriteCrgFile(const char *path, const SynthConfigBlock &block);
+
+// Clears the block, driver and ports included, and reads the settings into it. A number is read as
+// atoi does, and its low eight bits count. A file without a line is one of zeros. 0, the reason in
+// errno and the block cleared, when the file cannot be opened, or its first line is another one
+// (EINVAL). `missing`, which may be null, becomes the keys that were not in it, without colons.
+int ReadCrgFile(const char *path, SynthConfigBlock &block,
+                std::vector<std::string> *missing = nullptr);
+
+} // namespace tonewright
