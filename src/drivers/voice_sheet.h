@@ -66,7 +66,8 @@ struct VoiceSheet {
 // The controls that a page of the window has.
 struct PageControls {
     std::function<bool(std::uint32_t control)> has;
-    // The range of the arrows of a row's edit, "minimum,maximum,start"; empty where there is none.
+    // The range that the arrows of an edit tell, by the edit's number: "minimum,maximum,start";
+    // empty where there is none.
     std::function<std::string(std::uint32_t control)> rangeText;
 };
 // What the rows say that a page has.
