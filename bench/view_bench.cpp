@@ -17,7 +17,9 @@
 #include <QImage>
 #include <QPainter>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -82,7 +84,7 @@ void RepaintRefaceList(benchmark::State &state) {
     for (int row = 0; row < RefaceVoicesPerBank; ++row) {
         VoiceObject voice = MakeRefaceVoiceObject();
         const auto common = MutableRefaceVoiceOf(voice)->common;
-        StoreRefaceName(common.first<RefaceNameSize>(), "VOICE 01");
+        std::ranges::copy(std::string_view("VOICE 01"), common.begin());
         common[RefaceVoice::algorithm] = static_cast<std::uint8_t>(row % 12);
         ListSetVoice(MainList, ListAdd(MainList), std::move(voice));
     }

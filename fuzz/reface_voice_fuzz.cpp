@@ -1,5 +1,5 @@
 // Any bytes as a reface DX single-voice file: what is decoded is the file's first record as it
-// stands, and comes back unchanged. Any text as a frequency.
+// stands, and comes back unchanged.
 #include "drivers/reface_dx/files.h"
 #include "support/fuzz_support.h"
 
@@ -46,19 +46,11 @@ void DecodeAndEncode(std::span<const std::uint8_t> input) {
     }
 }
 
-void ReadAsFrequency(std::string_view text) {
-    const RefaceFrequency frequency = ReadRefaceFrequency(text);
-    Demand(frequency.coarse <= 31 && frequency.fine <= 99, "a frequency lies in its range");
-    const std::string shown = RefaceFrequencyText(frequency);
-    Demand(shown.size() == 4 || shown.size() == 5, "a frequency is shown with two decimals");
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const std::span<const std::uint8_t> input(data, size);
     DecodeAndEncode(input);
-    ReadAsFrequency({reinterpret_cast<const char *>(data), size});
 
     // The same bytes behind a right magic and driver id, and as the record of a right header.
     std::vector<std::uint8_t> file(input.begin(), input.end());

@@ -8,13 +8,6 @@
 
 namespace tonewright {
 
-namespace {
-
-constexpr int HundredthsOfOne = 100;
-constexpr int MostHundredths = 3199;
-
-} // namespace
-
 VoiceObject MakeRefaceVoiceObject() {
     constexpr std::array<std::uint8_t, RefaceOperatorsSize> zeros{};
     return MakeVoiceObject(RefaceDriverId, std::span(zeros).first<RefaceCommonSize>(), zeros);
@@ -69,11 +62,6 @@ const char *RefaceNameText(const std::uint8_t *tenBytes) {
     return text.c_str();
 }
 
-void StoreRefaceName(std::span<std::uint8_t, RefaceNameSize> name, std::string_view text) {
-    std::ranges::fill(name, std::uint8_t{0});
-    std::ranges::copy(text.substr(0, RefaceNameSize), name.begin());
-}
-
 int RefaceVoiceName(std::string &name, const VoiceObject &voice) {
     const auto common = RefaceCommonOf(voice);
     if (!common) {
@@ -86,21 +74,6 @@ int RefaceVoiceName(std::string &name, const VoiceObject &voice) {
 int RefaceVoiceAlgorithm(const VoiceObject &voice) {
     const auto common = RefaceCommonOf(voice);
     return common ? (*common)[RefaceVoice::algorithm] + 1 : 0;
-}
-
-std::string RefaceFrequencyText(RefaceFrequency frequency) {
-    const int hundredths = frequency.coarse * HundredthsOfOne + frequency.fine;
-    return FormatText("%d.%02d", hundredths / HundredthsOfOne, hundredths % HundredthsOfOne);
-}
-
-RefaceFrequency ReadRefaceFrequency(std::string_view text) {
-    const double wanted = ReadNumber(text) * HundredthsOfOne;
-    int hundredths = 0; // of what is no number too
-    if (wanted > 0) {
-        hundredths = wanted < MostHundredths ? static_cast<int>(wanted) : MostHundredths;
-    }
-    return {.coarse = static_cast<std::uint8_t>(hundredths / HundredthsOfOne),
-            .fine = static_cast<std::uint8_t>(hundredths % HundredthsOfOne)};
 }
 
 std::string RefacePlaceText(int index) {

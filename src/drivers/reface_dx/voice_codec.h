@@ -17,7 +17,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 
 namespace tonewright {
 
@@ -116,16 +115,9 @@ constexpr const char *RefaceKbdCurves =
 constexpr const char *RefaceFeedbackTypes = "Sawtooth;Square";
 constexpr const char *RefaceFrequencyModes = "Frequency/ratio (Ratio);Fixed freq/Hz (Fixed)";
 
-// Signed parameters are stored with a bias. Neither way is anything limited: a stored 0 of bias 40
-// shows as -40.
+// Signed parameters are stored with a bias.
 constexpr int RefaceTransposeBias = 40;
 constexpr int RefaceDetuneBias = 64;
-constexpr int RefaceShownValue(std::uint8_t stored, int bias) {
-    return stored - bias;
-}
-constexpr std::uint8_t RefaceStoredValue(int shown, int bias) {
-    return static_cast<std::uint8_t>(shown + bias);
-}
 
 // A block with 38 and 112 zero bytes and the reface DX driver's id.
 VoiceObject MakeRefaceVoiceObject();
@@ -154,27 +146,12 @@ RefaceOperatorOf(const VoiceObject &voice, std::size_t index);
 // The name of ten bytes as MakeVoiceNameText gives it. Static text.
 const char *RefaceNameText(const std::uint8_t *tenBytes);
 
-// Stores at most ten bytes of `text` as a name, with zero bytes behind them. Whoever accepts a name
-// from the user replaces an empty one by RefaceNameForNone first.
-void StoreRefaceName(std::span<std::uint8_t, RefaceNameSize> name, std::string_view text);
-constexpr const char *RefaceNameForNone = "Untitled";
-
 // VoiceName operation of the reface DX row: writes the name and returns its length. 0, and the name
 // untouched, for a block without a whole common block.
 int RefaceVoiceName(std::string &name, const VoiceObject &voice);
 
 // VoiceAlgorithm operation of the reface DX row.
 int RefaceVoiceAlgorithm(const VoiceObject &voice);
-
-// The frequency of an operator, in Hz or as a ratio: "1.05" for coarse 1 and fine 5.
-struct RefaceFrequency {
-    std::uint8_t coarse = 0, fine = 0;
-    bool operator==(const RefaceFrequency &) const = default;
-};
-std::string RefaceFrequencyText(RefaceFrequency frequency);
-// The number at the start of a text, cut to hundredths and limited to 0.00 to 31.99; 0 for a text
-// that is none. Since the number is binary, a text of 1.15 becomes 1.14.
-RefaceFrequency ReadRefaceFrequency(std::string_view text);
 
 // The place of a voice in its list, from 0, as list and instrument count it: 8 reads
 // "9 (Bank 2 - 1)".
