@@ -47,6 +47,8 @@ struct VoiceParameter {
     std::size_t offset = 0;
     int bias = 0;                // what is shown is what is stored minus this
     int packedBits = 8;          // how many bits a bank's file has for it
+    // A bank's file, which has no OperatorBit, has 0 here for an operator that is off.
+    bool tellsOperatorIsOn = false;
     const char *items = nullptr; // of a list: the texts, separated by ";"
     ParameterTaken taken = ParameterTaken::AtOnce;
     bool hasBar = false;

@@ -1,0 +1,260 @@
+// Shows and reads the values of parameters by their rows.
+#include "drivers/parameter_text.h"
+
+#include "common/text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <initializer_list>
+#include <system_error>
+
+namespace tonewright {
+namespace {
+
+constexpr int HundredthsOfOne = 100;
+constexpr std::size_t Decimals = 2;
+constexpr char Replacement = '?';
+
+bool IsControl(char character) {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || (byte >= 0x7F && byte < 0xA0);
+}
+
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool AreDigits(std::string_view text) {
+    return !text.empty() && std::ranges::all_of(text, IsDigit);
+}
+
+// What is shown counts an algorithm from 1.
+int FirstOf(const VoiceParameter &row) {
+    return row.kind == ParameterKind::Algorithm ? 1 : 0;
+}
+
+std::string HundredthsText(int hundredths) {
+    return FormatText("%d.%02d", hundredths / HundredthsOfOne, hundredths % HundredthsOfOne);
+}
+
+// The texts that stand for an item: "Sine (SIN)", "Sine" and "SIN".
+bool IsItem(std::string_view item, std::string_view text) {
+    if (EqualNoCase(item, text)) {
+        return true;
+    }
+    const std::size_t open = item.rfind(" (");
+    return open != std::string_view::npos && item.ends_with(')') &&
+           (EqualNoCase(item.substr(0, open), text) ||
+            EqualNoCase(item.substr(open + 2, item.size() - open - 3), text));
+}
+
+std::string InWords(std::string_view text) {
+    return text.empty() ? "an empty text" : std::string(text);
+}
+
+// A value as a text tells it, or why it tells none.
+struct Reading {
+    std::optional<int> shown;
+    std::string reason;
+};
+
+Reading ReadNumber(std::string_view text, int minimum, int maximum) {
+    int number = 0;
+    const char *end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error == std::errc() && stop == end && number >= minimum && number <= maximum) {
+        return {number, ""};
+    }
+    return {std::nullopt,
+            InWords(text) + FormatText(" is no whole number from %d to %d", minimum, maximum)};
+}
+
+// Digit by digit, so that 1.15 is 115 hundredths.
+Reading ReadHundredths(std::string_view text, int minimum, int maximum) {
+    const std::size_t point = text.find('.');
+    const std::string_view whole = text.substr(0, point);
+    const std::string_view decimals =
+        point == std::string_view::npos ? "0" : text.substr(point + 1);
+    if (AreDigits(whole) && AreDigits(decimals)) {
+        if (decimals.size() > Decimals) {
+            return {std::nullopt, std::string(text) + " has more than two decimals"};
+        }
+        std::string digits = std::string(whole) + std::string(decimals);
+        digits.append(Decimals - decimals.size(), '0');
+        const Reading hundredths = ReadNumber(digits, minimum, maximum);
+        if (hundredths.shown) {
+            return hundredths;
+        }
+    }
+    return {std::nullopt, InWords(text) + " is no number from " + HundredthsText(minimum) + " to " +
+                              HundredthsText(maximum)};
+}
+
+Reading ReadItem(const VoiceParameter &row, std::string_view text) {
+    const std::vector<std::string> items = SplitList(row.items);
+    for (std::size_t index = 0; index < items.size(); ++index) {
+        if (IsItem(items[index], text)) {
+            return {static_cast<int>(index), ""};
+        }
+    }
+    if (const Reading index = ReadNumber(text, row.minimum, row.maximum); index.shown) {
+        return index;
+    }
+    std::string reason = InWords(text) + " is none of ";
+    for (const std::string &item : items) {
+        reason += item + "; ";
+    }
+    return {std::nullopt, reason + FormatText("%d to %d", row.minimum, row.maximum)};
+}
+
+Reading ReadCheck(std::string_view text) {
+    const auto isOneOf = [text](std::initializer_list<const char *> words) {
+        return std::ranges::any_of(words,
+                                   [text](const char *word) { return EqualNoCase(text, word); });
+    };
+    if (isOneOf({"on", "yes", "1"})) {
+        return {1, ""};
+    }
+    if (isOneOf({"off", "no", "0"})) {
+        return {0, ""};
+    }
+    return {std::nullopt, InWords(text) + " is neither on nor off"};
+}
+
+Reading ReadShown(const VoiceParameter &row, std::string_view text) {
+    const int first = FirstOf(row);
+    switch (row.kind) {
+    case ParameterKind::Frequency:
+        return ReadHundredths(text, row.minimum, row.maximum);
+    case ParameterKind::List:
+        return ReadItem(row, text);
+    case ParameterKind::Check:
+    case ParameterKind::OperatorBit:
+        return ReadCheck(text);
+    default:
+        Reading reading = ReadNumber(text, row.minimum + first, row.maximum + first);
+        if (reading.shown) {
+            *reading.shown -= first;
+        }
+        return reading;
+    }
+}
+
+std::string SetName(const VoiceParameters &family, const VoiceParameter &row, VoiceObject &voice,
+                    std::string_view text) {
+    const std::string name = Utf8ToLatin1(text.empty() ? NameForNone : text);
+    if (!text.empty() && Latin1ToUtf8(name) != text) {
+        return std::string(text) + " has characters that are not in Latin-1";
+    }
+    if (std::ranges::any_of(name, IsControl)) {
+        return std::string(text) + " has control characters";
+    }
+    if (name.size() > family.nameSize) {
+        return std::string(text) + FormatText(" has %zu characters, and %zu is the limit",
+                                              name.size(), family.nameSize);
+    }
+    StoreShownName(family, row, voice, name);
+    return "";
+}
+
+} // namespace
+
+std::vector<NamedParameter> NamedParameters(const VoiceParameters &family) {
+    std::vector<NamedParameter> parameters;
+    for (int part = 0; part <= family.operatorCount; ++part) {
+        for (const VoiceParameter &row : part == 0 ? family.voice : family.operators) {
+            if (*row.name) {
+                parameters.push_back({&row, part});
+            }
+        }
+    }
+    return parameters;
+}
+
+std::string ParameterName(const NamedParameter &parameter) {
+    return parameter.part == 0 ? std::string(parameter.row->name)
+                               : FormatText("operator%d.%s", parameter.part, parameter.row->name);
+}
+
+std::optional<NamedParameter> ParameterOfName(const VoiceParameters &family,
+                                              std::string_view name) {
+    const std::vector<NamedParameter> parameters = NamedParameters(family);
+    const auto found = std::ranges::find(parameters, name, ParameterName);
+    return found == parameters.end() ? std::nullopt : std::optional(*found);
+}
+
+std::string ParameterText(const VoiceParameters &family, const NamedParameter &parameter,
+                          const VoiceObject &voice) {
+    const VoiceParameter &row = *parameter.row;
+    if (row.kind == ParameterKind::Name) {
+        std::string name = ShownName(family, row, voice);
+        std::ranges::replace_if(name, IsControl, Replacement);
+        return Latin1ToUtf8(name);
+    }
+    const int shown = ShownValue(family, row, voice, parameter.part);
+    if (row.IsCheck()) {
+        return shown != 0 ? "on" : "off";
+    }
+    if (row.kind == ParameterKind::Frequency) {
+        return HundredthsText(shown);
+    }
+    if (row.kind == ParameterKind::List) {
+        const std::vector<std::string> items = SplitList(row.items);
+        const auto index = static_cast<std::size_t>(shown);
+        if (index < items.size()) {
+            return items[index];
+        }
+    }
+    return std::to_string(shown + FirstOf(row));
+}
+
+std::string SetParameterText(const VoiceParameters &family, const NamedParameter &parameter,
+                             VoiceObject &voice, std::string_view text, VoiceFileKind kind) {
+    const VoiceParameter &row = *parameter.row;
+    const bool isEmptyName = row.kind == ParameterKind::Name && text.empty();
+    if (!isEmptyName && text == ParameterText(family, parameter, voice)) {
+        return "";
+    }
+    if (row.kind == ParameterKind::Name) {
+        return SetName(family, row, voice, text);
+    }
+    const Reading reading = ReadShown(row, text);
+    if (!reading.shown) {
+        return reading.reason;
+    }
+    const int largest = (1 << row.packedBits) - 1 - row.bias; // of a bank
+    if (kind == VoiceFileKind::Bank && *reading.shown > largest &&
+        row.kind != ParameterKind::Frequency) {
+        return std::string(text) + FormatText(" does not fit into a bank, which has room for %d to "
+                                              "%d",
+                                              row.minimum, largest);
+    }
+    StoreShownValue(family, row, voice, parameter.part, *reading.shown);
+    return "";
+}
+
+std::string ReasonNotKept(const VoiceParameters &family, const NamedParameter &parameter,
+                          const VoiceObject &voice, VoiceFileKind kind) {
+    if (kind != VoiceFileKind::Bank || parameter.part == 0) {
+        return "";
+    }
+    const auto enable =
+        std::ranges::find(family.operators, ParameterKind::OperatorBit, &VoiceParameter::kind);
+    const auto level =
+        std::ranges::find(family.operators, true, &VoiceParameter::tellsOperatorIsOn);
+    if (enable == family.operators.end() || level == family.operators.end()) {
+        return "";
+    }
+    const bool isOn = ShownValue(family, *enable, voice, parameter.part) != 0;
+    const bool isHeard = ShownValue(family, *level, voice, parameter.part) != 0;
+    const std::string other = ParameterName({isOn ? &*level : &*enable, parameter.part});
+    if (parameter.row == &*enable && isOn && !isHeard) {
+        return "an operator with " + other + " 0 is off in a bank";
+    }
+    if (parameter.row == &*level && !isOn && isHeard) {
+        return "a bank keeps none with " + other + " off";
+    }
+    return "";
+}
+
+} // namespace tonewright
