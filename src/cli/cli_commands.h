@@ -12,6 +12,8 @@ int CliSave(const CliCall &call);
 int CliMove(const CliCall &call);
 int CliExport(const CliCall &call);
 int CliImport(const CliCall &call);
+int CliShow(const CliCall &call);
+int CliEdit(const CliCall &call);
 int CliPicture(const CliCall &call);
 int CliConfig(const CliCall &call);
 int CliSettings(const CliCall &call);

@@ -18,9 +18,9 @@ namespace {
 constexpr unsigned Answers = OptionBit(CliOption::Yes) | OptionBit(CliOption::No);
 // Of whatever writes voices into a file or sends them.
 constexpr unsigned Careful = OptionBit(CliOption::Careful) | OptionBit(CliOption::NoCareful);
-// Of what unpacks a bank for that, too.
-constexpr unsigned Extras =
-    Careful | OptionBit(CliOption::WholeDetune) | OptionBit(CliOption::NoWholeDetune);
+// Of what unpacks the voices of a bank.
+constexpr unsigned Detune = OptionBit(CliOption::WholeDetune) | OptionBit(CliOption::NoWholeDetune);
+constexpr unsigned Extras = Careful | Detune;
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
 
 constexpr CliCommand Commands[] = {
@@ -35,6 +35,10 @@ constexpr CliCommand Commands[] = {
      Answers | Extras, CliExport},
     {"import", "IN PLACE VOICE OUT", "write a bank with the voice of the file VOICE at PLACE", 4, 4,
      Answers | Extras, CliImport},
+    {"show", "FILE PLACE", "print name and value of each parameter of the voice at PLACE", 2, 2,
+     Answers | Detune, CliShow},
+    {"edit", "FILE PLACE NAME=VALUE... OUT", "write the file with these parameters changed", 4,
+     AnyNumber, Answers | Extras, CliEdit},
     {"picture", "FILE OUT.png", "paint the main window with a bank open", 2, 2,
      Answers | OptionBit(CliOption::Screen), CliPicture},
     {"print", "FILE OUT.pdf", "print the voices of a bank on a page", 2, 2,

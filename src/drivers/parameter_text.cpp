@@ -2,6 +2,7 @@
 #include "drivers/parameter_text.h"
 
 #include "common/text.h"
+#include "drivers/frequency.h"
 
 #include <algorithm>
 #include <charconv>
@@ -11,7 +12,6 @@
 namespace tonewright {
 namespace {
 
-constexpr int HundredthsOfOne = 100;
 constexpr std::size_t Decimals = 2;
 constexpr char Replacement = '?';
 
@@ -31,10 +31,6 @@ bool AreDigits(std::string_view text) {
 // What is shown counts an algorithm from 1.
 int FirstOf(const VoiceParameter &row) {
     return row.kind == ParameterKind::Algorithm ? 1 : 0;
-}
-
-std::string HundredthsText(int hundredths) {
-    return FormatText("%d.%02d", hundredths / HundredthsOfOne, hundredths % HundredthsOfOne);
 }
 
 // The texts that stand for an item: "Sine (SIN)", "Sine" and "SIN".
@@ -58,7 +54,7 @@ struct Reading {
     std::string reason;
 };
 
-Reading ReadNumber(std::string_view text, int minimum, int maximum) {
+Reading ReadWholeNumber(std::string_view text, int minimum, int maximum) {
     int number = 0;
     const char *end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
@@ -81,13 +77,13 @@ Reading ReadHundredths(std::string_view text, int minimum, int maximum) {
         }
         std::string digits = std::string(whole) + std::string(decimals);
         digits.append(Decimals - decimals.size(), '0');
-        const Reading hundredths = ReadNumber(digits, minimum, maximum);
+        const Reading hundredths = ReadWholeNumber(digits, minimum, maximum);
         if (hundredths.shown) {
             return hundredths;
         }
     }
-    return {std::nullopt, InWords(text) + " is no number from " + HundredthsText(minimum) + " to " +
-                              HundredthsText(maximum)};
+    return {std::nullopt, InWords(text) + " is no number from " + FrequencyText(minimum) + " to " +
+                              FrequencyText(maximum)};
 }
 
 Reading ReadItem(const VoiceParameter &row, std::string_view text) {
@@ -97,7 +93,7 @@ Reading ReadItem(const VoiceParameter &row, std::string_view text) {
             return {static_cast<int>(index), ""};
         }
     }
-    if (const Reading index = ReadNumber(text, row.minimum, row.maximum); index.shown) {
+    if (const Reading index = ReadWholeNumber(text, row.minimum, row.maximum); index.shown) {
         return index;
     }
     std::string reason = InWords(text) + " is none of ";
@@ -132,7 +128,7 @@ Reading ReadShown(const VoiceParameter &row, std::string_view text) {
     case ParameterKind::OperatorBit:
         return ReadCheck(text);
     default:
-        Reading reading = ReadNumber(text, row.minimum + first, row.maximum + first);
+        Reading reading = ReadWholeNumber(text, row.minimum + first, row.maximum + first);
         if (reading.shown) {
             *reading.shown -= first;
         }
@@ -196,7 +192,7 @@ std::string ParameterText(const VoiceParameters &family, const NamedParameter &p
         return shown != 0 ? "on" : "off";
     }
     if (row.kind == ParameterKind::Frequency) {
-        return HundredthsText(shown);
+        return FrequencyText(shown);
     }
     if (row.kind == ParameterKind::List) {
         const std::vector<std::string> items = SplitList(row.items);

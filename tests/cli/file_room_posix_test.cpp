@@ -90,5 +90,32 @@ TEST_F(CliWithoutRoom, APrintedPageStaysAsItWas) {
     }
 }
 
+TEST_F(CliWithoutRoom, AnEditedFileStaysAsItWas) {
+    // The backup is what fails first, and nobody says to go on without it.
+    const std::string question = "Warning: there has been an error creating a backup for your file."
+                                 "\n\nClick on Yes to proceed, or click on No to abort this save. "
+                                 "[y/n] no\ntonewright-cli: ";
+    const std::string bank = Bank(), voice = folder.Write("voice.sy1", TestVoiceFile());
+    const std::string refaceBank = RefaceBank();
+    for (const std::string &path : {bank, voice, refaceBank}) {
+        const Bytes former = ReadTestFile(path);
+        for (const char *option : {"--careful", "--no-careful"}) {
+            for (const rlim_t size : TooSmallFor(former.size())) {
+                const auto entries = Entries();
+                const ProgramResult result = [&] {
+                    const FileSizeLimit limit(size, SIG_DFL);
+                    return Cli({"edit", path, "1", "lfoSpeed=7", path, option});
+                }();
+                EXPECT_EQ(result.exitStatus, 1) << path << option << size;
+                if (size > question.size() + path.size()) {
+                    EXPECT_EQ(result.errors, question + path + ": not written, as answered\n");
+                }
+                EXPECT_EQ(Entries(), entries) << path << option << size;
+                EXPECT_EQ(ReadTestFile(path), former) << path << option << size;
+            }
+        }
+    }
+}
+
 } // namespace
 } // namespace tonewright

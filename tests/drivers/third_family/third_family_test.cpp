@@ -122,6 +122,18 @@ TEST_F(ThirdFamilyCli, SavesExportsAndImports) {
     EXPECT_EQ(ReadTestFile(out), expected);
 }
 
+TEST_F(ThirdFamilyCli, HasNoParametersToShowOrEditWhereItsRowNamesNone) {
+    const std::string bank = folder.Write("bells.chm", Bank());
+    for (const std::vector<std::string> &words :
+         {std::vector<std::string>{"show", bank, "1"}, {"edit", bank, "1", "name=Dong", bank}}) {
+        const ProgramResult result = Run(words);
+        EXPECT_EQ(result.exitStatus, 2);
+        EXPECT_EQ(result.output, "");
+        EXPECT_TRUE(result.errors.ends_with(" are not known\n")) << result.errors;
+        EXPECT_EQ(ReadTestFile(bank), Bank());
+    }
+}
+
 TEST_F(ThirdFamilyCli, IsNotSentWhereItHasNoTransfer) {
     const std::string bank = folder.Write("in.chm", Bank());
     const ProgramResult result = Run({"upload", bank});
