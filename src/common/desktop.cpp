@@ -163,6 +163,17 @@ std::optional<std::string> ChooseExportFile(QWidget *owner, const std::string &p
     return Choose(TheDesktop.ChooseExportFile, owner, path, driverId);
 }
 
+std::optional<std::string> ChooseSaveExtraFile(QWidget *owner, const std::string &path,
+                                               std::uint32_t driverId) {
+    return Choose(TheDesktop.ChooseSaveExtraFile, owner, path, driverId);
+}
+
+void SaveConfiguration() {
+    if (TheDesktop.SaveConfiguration) {
+        TheDesktop.SaveConfiguration();
+    }
+}
+
 void ShowHelp(QWidget *owner, const std::string &topic) {
     if (TheDesktop.ShowHelp) {
         TheDesktop.ShowHelp(owner, topic);

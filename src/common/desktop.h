@@ -100,6 +100,12 @@ struct Desktop {
     std::function<std::optional<std::string>(QWidget *, const std::string &path,
                                              std::uint32_t driverId)>
         ChooseExportFile;
+    std::function<std::optional<std::string>(QWidget *, const std::string &path,
+                                             std::uint32_t driverId)>
+        ChooseSaveExtraFile;
+
+    // Writes the settings of the program to their files, as at its end.
+    std::function<void()> SaveConfiguration;
 
     // Opens an address with a program (a path or a bare name; empty: whatever the platform opens
     // such a file with). False when it could not be started.
@@ -161,6 +167,10 @@ std::optional<std::string> ChooseSaveFile(QWidget *, const std::string &path,
                                           std::uint32_t driverId);
 std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path,
                                             std::uint32_t driverId);
+std::optional<std::string> ChooseSaveExtraFile(QWidget *, const std::string &path,
+                                               std::uint32_t driverId);
+
+void SaveConfiguration();
 
 void ShowHelp(QWidget *owner, const std::string &topic);
 

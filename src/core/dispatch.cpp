@@ -39,6 +39,11 @@ bool IsEmpty(const char *text) {
     return !text || !*text;
 }
 
+const char *ExtensionOf(DriverId id, const char *SynthDriver::*extension) {
+    const SynthDriver *driver = DriverOfId(id);
+    return driver && !IsEmpty(driver->*extension) ? driver->*extension : FallbackExtension;
+}
+
 // Calls `operation` of a row; 0 when there is no such row or it leaves the operation empty.
 template <typename Function, typename... Arguments>
 int Call(const SynthDriver *driver, Function SynthDriver::*operation, Arguments &&...arguments) {
@@ -84,17 +89,12 @@ bool CanBeWritten(const char *path) {
     return false;
 }
 
-// Takes what remains of the choice of a single-voice file. False, the reason in errno, for a path
-// that is too long, of which the folder is not kept.
+// Takes what remains of the choice of a single-voice file; as SetExportFolder.
 bool TakeChosenPath(const std::string &chosen, std::string *chosenPath) {
     if (chosenPath) {
         *chosenPath = chosen;
     }
-    if (!CanBeWritten(chosen.c_str())) {
-        return false;
-    }
-    OpenExportPath = KeptFolder(chosen);
-    return true;
+    return SetExportFolder(chosen);
 }
 
 } // namespace
@@ -319,13 +319,15 @@ const char *SynthTitle(DriverId id, std::uint32_t version) {
 }
 
 const char *BankExtension(DriverId id) {
-    const SynthDriver *driver = DriverOfId(id);
-    return driver && !IsEmpty(driver->bankExtension) ? driver->bankExtension : FallbackExtension;
+    return ExtensionOf(id, &SynthDriver::bankExtension);
 }
 
 const char *VoiceExtension(DriverId id) {
-    const SynthDriver *driver = DriverOfId(id);
-    return driver && !IsEmpty(driver->voiceExtension) ? driver->voiceExtension : FallbackExtension;
+    return ExtensionOf(id, &SynthDriver::voiceExtension);
+}
+
+const char *ExtraExtension(DriverId id) {
+    return ExtensionOf(id, &SynthDriver::extraExtension);
 }
 
 const char *DefaultDocumentName() {
@@ -356,6 +358,14 @@ int GetOpenFolder(std::string &folder) {
 int SetOpenFolder(const char *path) {
     OpenPath = KeptFolder(path);
     return 1;
+}
+
+bool SetExportFolder(const std::string &path) {
+    if (!CanBeWritten(path.c_str())) {
+        return false;
+    }
+    OpenExportPath = KeptFolder(path);
+    return true;
 }
 
 } // namespace tonewright

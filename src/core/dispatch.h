@@ -98,16 +98,20 @@ const char *SynthTitle(DriverId id, std::uint32_t version);
 // The row's field, or "Twl".
 const char *BankExtension(DriverId id);
 const char *VoiceExtension(DriverId id);
+const char *ExtraExtension(DriverId id);
 // The current row's default document name, or "Untitled.Twl".
 const char *DefaultDocumentName();
 
-// The path with a dot and `extension` behind it, unless its name ends in an extension of the files of
-// some driver (case does not count) and so belongs to a file that a dialog shows.
+// The path with a dot and `extension` behind it, unless its name ends in an extension of the files
+// of some driver (case does not count) and so belongs to a file that a dialog shows.
 std::string WithProgramExtension(const std::string &path, const std::string &extension);
 
 // OpenPath into `folder`, at most 260 bytes. Returns 1.
 int GetOpenFolder(std::string &folder);
 // Keeps drive and folder of `path` in OpenPath, with a trailing separator unless empty. Returns 1.
 int SetOpenFolder(const char *path);
+// The same of a path that the user has chosen, in OpenExportPath. False, the reason in errno, for
+// one that is too long, of which the folder is not kept.
+bool SetExportFolder(const std::string &path);
 
 } // namespace tonewright

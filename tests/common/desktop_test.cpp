@@ -149,6 +149,8 @@ TEST(EmptyDesktop, DoesNothingAndAnswersNo) {
     EXPECT_EQ(ChooseExtraFile(nullptr, "path", 0), std::nullopt);
     EXPECT_EQ(ChooseSaveFile(nullptr, "path", 0), std::nullopt);
     EXPECT_EQ(ChooseExportFile(nullptr, "path", 0), std::nullopt);
+    EXPECT_EQ(ChooseSaveExtraFile(nullptr, "path", 0), std::nullopt);
+    SaveConfiguration();
     EXPECT_FALSE(ShiftKeyDown());
     EXPECT_FALSE(ControlKeyDown());
     { const WaitCursor wait; }
@@ -171,12 +173,22 @@ TEST(FileDialogs, AreCalledWithPathAndDriver) {
     TheDesktop.ChooseExtraFile = dialog(" extra ");
     TheDesktop.ChooseSaveFile = dialog(" save ");
     TheDesktop.ChooseExportFile = dialog(" export ");
+    TheDesktop.ChooseSaveExtraFile = dialog(" save extra ");
     EXPECT_EQ(ChooseOpenFile(SomeWindow, "a", 7), "chosen");
     EXPECT_EQ(ChooseImportFile(SomeWindow, "b", 7), "chosen");
     EXPECT_EQ(ChooseExtraFile(SomeWindow, "c", 7), "chosen");
     EXPECT_EQ(ChooseSaveFile(SomeWindow, "d", 7), "chosen");
     EXPECT_EQ(ChooseExportFile(SomeWindow, "e", 7), "chosen");
-    EXPECT_EQ(log, "open a import b extra c save d export e");
+    EXPECT_EQ(ChooseSaveExtraFile(SomeWindow, "f", 7), "chosen");
+    EXPECT_EQ(log, "open a import b extra c save d export e save extra f");
+}
+
+TEST(SaveConfiguration, AsksTheDesktop) {
+    const PutBack former(TheDesktop);
+    int saved = 0;
+    TheDesktop.SaveConfiguration = [&saved] { ++saved; };
+    SaveConfiguration();
+    EXPECT_EQ(saved, 1);
 }
 
 TEST(WaitCursor, IsTakenOffOnEveryWayOut) {

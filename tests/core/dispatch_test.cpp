@@ -640,17 +640,25 @@ TEST_F(Dispatch, TextsThatARowLeavesEmptyFallBack) {
     EXPECT_STREQ(BankExtension(SecondDriverId), "srx");
     EXPECT_STREQ(VoiceExtension(SecondDriverId), "sr1");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.syx");
-    FirstRow.bankExtension = FirstRow.voiceExtension = FirstRow.defaultDocumentName = "";
+    SecondRow.extraExtension = "crg";
+    EXPECT_STREQ(ExtraExtension(SecondDriverId), "crg");
+    FirstRow.bankExtension = FirstRow.voiceExtension = FirstRow.extraExtension = "";
+    FirstRow.defaultDocumentName = "";
     EXPECT_STREQ(BankExtension(FirstDriverId), "Twl");
     EXPECT_STREQ(VoiceExtension(FirstDriverId), "Twl");
+    EXPECT_STREQ(ExtraExtension(FirstDriverId), "Twl");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.Twl");
-    FirstRow.bankExtension = FirstRow.voiceExtension = FirstRow.defaultDocumentName = nullptr;
+    FirstRow.bankExtension = FirstRow.voiceExtension = FirstRow.extraExtension = nullptr;
+    FirstRow.defaultDocumentName = nullptr;
     EXPECT_STREQ(BankExtension(FirstDriverId), "Twl");
     EXPECT_STREQ(VoiceExtension(FirstDriverId), "Twl");
+    EXPECT_STREQ(ExtraExtension(FirstDriverId), "Twl");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.Twl");
     CurrentDriverId = NoDriverId;
     EXPECT_STREQ(BankExtension(NoDriverId), "Twl");
     EXPECT_STREQ(VoiceExtension(NoDriverId), "Twl");
+    EXPECT_STREQ(ExtraExtension(NoDriverId), "Twl");
+    EXPECT_STREQ(ExtraExtension(0), "Twl");
     EXPECT_STREQ(DefaultDocumentName(), "Untitled.Twl");
 }
 
@@ -661,6 +669,16 @@ TEST_F(Dispatch, TheOpenFolderIsTheFolderOfAPathWithItsSeparator) {
     EXPECT_EQ(OpenPath, folder.Folder());
     EXPECT_EQ(SetOpenFolder("bank.syx"), 1);
     EXPECT_EQ(OpenPath, "");
+}
+
+TEST_F(Dispatch, TheExportFolderIsThatOfAPathThatIsNotTooLong) {
+    EXPECT_TRUE(SetExportFolder(folder.File("voice.sy1")));
+    EXPECT_EQ(OpenExportPath, folder.Folder());
+    EXPECT_FALSE(SetExportFolder("/" + std::string(256, 'b') + "/c.s"));
+    EXPECT_EQ(errno, ENAMETOOLONG);
+    EXPECT_EQ(OpenExportPath, folder.Folder());
+    EXPECT_TRUE(SetExportFolder("/" + std::string(256, 'b') + "/c."));
+    EXPECT_EQ(OpenExportPath, "/" + std::string(256, 'b') + "/");
 }
 
 TEST_F(Dispatch, TheOpenFolderIsHandedOutCutTo260Bytes) {

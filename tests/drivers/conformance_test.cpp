@@ -6,6 +6,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "core/synth_settings.h"
 #include "core/undo_level.h"
 #include "drivers/family_facts.h"
 #include "midi/instruments/builtin_instruments.h"
@@ -176,7 +177,32 @@ TEST(DriverTable, OperationsThatStayEmpty) {
         if (!DriverCanConfigure(index)) {
             EXPECT_EQ(driver.ConfigureSynth, nullptr) << driver.name;
             EXPECT_EQ(driver.AutoConfigure, nullptr) << driver.name;
+            EXPECT_EQ(driver.settings, nullptr) << driver.name;
         }
+    }
+}
+
+TEST(DriverTable, SettingsHaveNamesOfTheirOwnAndAllOperations) {
+    for (const SynthDriver *driver : SynthDrivers) {
+        if (!driver->settings) {
+            continue;
+        }
+        const SynthSettings &settings = *driver->settings;
+        std::set<std::string> names;
+        for (const char *name : settings.names) {
+            EXPECT_TRUE(names.insert(name).second) << name;
+            EXPECT_EQ(std::string_view(name).find_first_of(" =_-"), std::string_view::npos) << name;
+        }
+        EXPECT_LE(settings.writtenSize, settings.size) << driver->name;
+        EXPECT_TRUE(settings.Text && settings.Store && settings.Read && settings.Write &&
+                    settings.ReadFile && settings.WriteFile)
+            << driver->name;
+        std::vector<std::uint8_t> bytes(settings.size);
+        for (std::size_t n = 0; n < names.size(); ++n) {
+            EXPECT_NE(settings.Text(n, bytes), "") << settings.names[n];
+            EXPECT_NE(settings.Store(n, "no such value", bytes), "") << settings.names[n];
+        }
+        EXPECT_EQ(bytes, std::vector<std::uint8_t>(settings.size));
     }
 }
 

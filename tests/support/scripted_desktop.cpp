@@ -21,6 +21,8 @@ const char *NameOf(FileDialogKind kind) {
         return "save";
     case FileDialogKind::Export:
         return "export";
+    case FileDialogKind::SaveExtra:
+        return "save extra";
     }
     return "?";
 }
@@ -83,6 +85,8 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
         .ChooseExtraFile = dialog(FileDialogKind::Extra),
         .ChooseSaveFile = dialog(FileDialogKind::Save),
         .ChooseExportFile = dialog(FileDialogKind::Export),
+        .ChooseSaveExtraFile = dialog(FileDialogKind::SaveExtra),
+        .SaveConfiguration = [this] { ++configurationsSaved; },
         .OpenAddress =
             [this](const std::string &program, const std::string &address, bool maximised) {
                 opened.push_back({program, address, maximised});

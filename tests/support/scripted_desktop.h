@@ -21,7 +21,7 @@
 
 namespace tonewright {
 
-enum class FileDialogKind { Open, Import, Extra, Save, Export };
+enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra };
 
 // One step of the script. A member without a value is not compared.
 struct ExpectedMessage {
@@ -68,6 +68,7 @@ struct ScriptedDesktop {
     int busyBoxesOpen = 0;
     std::vector<std::string> sounds; // paths that were played
     int beeps = 0;
+    int configurationsSaved = 0;
     int waitDepth = 0;               // wait cursors that are on now
     int deepestWait = 0;
     int waitsBegun = 0;

@@ -47,6 +47,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
     .settings = &RefaceSettings,
+    .AutoConfigure = RefaceAutoConfigure,
     .MakeUndoLevel = MakeUndoLevel,
     .database = &RefaceDatabase,
     .DatabaseAddVoice = DatabaseSlots<RefaceDatabase>::AddVoice,

@@ -55,9 +55,9 @@ extern const std::array<const char *, RefaceSettingCount> RefaceSettingNames;
 
 // What a box works on. A file that is read clears all of it, the driver and the ports too.
 struct SynthConfigBlock {
-    DriverId driverId = RefaceDriverId;
-    std::int32_t midiIn = NoMidiDevice;
-    std::int32_t midiOut = NoMidiDevice;
+    DriverId driverId = 0;
+    std::int32_t midiIn = 0;
+    std::int32_t midiOut = 0;
     std::array<std::uint8_t, RefaceSystemSize> system = {};
 };
 static_assert(sizeof(SynthConfigBlock) == 44);

@@ -67,7 +67,7 @@ int WriteCrgFile(const char *path, const SynthConfigBlock &block) {
 }
 
 int ReadCrgFile(const char *path, SynthConfigBlock &block, std::vector<std::string> *missing) {
-    block = {.driverId = 0, .midiIn = 0, .midiOut = 0, .system = {}};
+    block = {};
     auto reader = OpenLines(path);
     if (!reader) {
         return 0;

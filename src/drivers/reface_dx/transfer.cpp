@@ -93,19 +93,6 @@ void SendVoice(const MidiLink &link, const VoiceObject &voice) {
     }
 }
 
-// Opens the link and saves the settings. 0 after closing it again.
-int Begin(QWidget *window, MidiLink &link, MidiPorts ports, RefaceSystem saved) {
-    if (!MidiLinkOpen(link, true, ports.in, ports.out)) {
-        return 0;
-    }
-    if (!ReadSystemCommon(link, saved)) {
-        ShowMessage(window, "Invalid system common.");
-        MidiLinkClose(link);
-        return 0;
-    }
-    return 1;
-}
-
 void PrepareInstrument(const MidiLink &link, bool setTransmitChannel) {
     SendSetting(link, ReceiveChannel, 0);
     if (setTransmitChannel) {
@@ -218,10 +205,22 @@ int WriteSystemCommon(const MidiLink &link, RefaceSystemConst system) {
     return 1;
 }
 
+int OpenRefaceLink(QWidget *window, MidiLink &link, MidiPorts ports, RefaceSystem settings) {
+    if (!MidiLinkOpen(link, true, ports.in, ports.out)) {
+        return 0;
+    }
+    if (!ReadSystemCommon(link, settings)) {
+        ShowMessage(window, "Invalid system common.");
+        MidiLinkClose(link);
+        return 0;
+    }
+    return 1;
+}
+
 int RefaceDownloadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     MidiLink link;
     std::array<std::uint8_t, RefaceSystemSize> saved = {};
-    if (!Begin(window, link, ports, saved)) {
+    if (!OpenRefaceLink(window, link, ports, saved)) {
         return 0;
     }
     ShowBusyBox(window, "Downloading voices");
@@ -251,7 +250,7 @@ int RefaceDownloadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
 int RefaceUploadBank(QWidget *window, VoiceList &list, MidiPorts ports) {
     MidiLink link;
     std::array<std::uint8_t, RefaceSystemSize> saved = {};
-    if (!Begin(window, link, ports, saved)) {
+    if (!OpenRefaceLink(window, link, ports, saved)) {
         return 0;
     }
     PrepareInstrument(link, true);
@@ -271,7 +270,7 @@ int RefaceUploadVoice(QWidget *window, VoiceList &list, const VoiceObject *voice
                       int index, std::uint8_t flags) {
     MidiLink link;
     std::array<std::uint8_t, RefaceSystemSize> saved = {};
-    if (!Begin(window, link, ports, saved)) {
+    if (!OpenRefaceLink(window, link, ports, saved)) {
         return 0;
     }
     WriteShort(link.output, ControlChange, OmniOff, 0);

@@ -56,6 +56,10 @@ int ReadSystemCommon(const MidiLink &link, RefaceSystem destination);
 // Sends the first RefaceSentSize settings as parameter changes. Returns 1.
 int WriteSystemCommon(const MidiLink &link, RefaceSystemConst system);
 
+// Opens a link and reads the settings, with which every conversation begins. 0, the link closed,
+// when a port does not open or (after the message "Invalid system common.") they cannot be read.
+int OpenRefaceLink(QWidget *window, MidiLink &link, MidiPorts ports, RefaceSystem settings);
+
 // Operations of the reface DX row; see core/synth_driver.h. All return 0 when the ports do not open
 // or (after the message "Invalid system common.") the settings cannot be read, else 1.
 

@@ -11,6 +11,7 @@
 #include "common/view/status_bar.h"
 #include "common/view/theme.h"
 #include "core/dispatch.h"
+#include "shell/settings_file.h"
 #include "shell/show_document.h"
 
 #include <QApplication>
@@ -48,7 +49,7 @@ QStringList FiltersOf(const char *pairs) {
 
 constexpr const char *AllFilesFilter = "All files\0*.*\0";
 
-enum class FileDialogKind { Open, Import, Extra, Save, Export };
+enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra };
 
 // What a dialog takes from the driver's row.
 struct FileTypeMembers {
@@ -69,6 +70,8 @@ FileTypeMembers MembersOf(FileDialogKind kind) {
         return {&SynthDriver::bankFilter, &SynthDriver::bankExtension, true, "Save as"};
     case FileDialogKind::Export:
         return {&SynthDriver::voiceFilter, &SynthDriver::voiceExtension, true, "Export"};
+    case FileDialogKind::SaveExtra:
+        return {&SynthDriver::extraFilter, &SynthDriver::extraExtension, true, "Save as"};
     }
     return {};
 }
@@ -264,6 +267,8 @@ void UseQtDesktop() {
         .ChooseExtraFile = ChooseFile<FileDialogKind::Extra>,
         .ChooseSaveFile = ChooseFile<FileDialogKind::Save>,
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
+        .ChooseSaveExtraFile = ChooseFile<FileDialogKind::SaveExtra>,
+        .SaveConfiguration = [] { ConfigWrite(); },
         .OpenAddress = OpenAddress,
         .ShowHelp = [](QWidget *owner, const std::string &topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash = MoveToTrash,

@@ -4,6 +4,7 @@
 
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/voice_codec.h"
+#include "shell/settings_file.h"
 #include "shell/view/desktop_qt.h"
 
 #include <QAbstractButton>
@@ -32,6 +33,7 @@ protected:
         TheDesktop.ChooseExtraFile = real.ChooseExtraFile;
         TheDesktop.ChooseSaveFile = real.ChooseSaveFile;
         TheDesktop.ChooseExportFile = real.ChooseExportFile;
+        TheDesktop.ChooseSaveExtraFile = real.ChooseSaveExtraFile;
         FileWindowX = FileWindowY = 0;
         SoftButtons = 1;
     }
@@ -133,6 +135,12 @@ TEST_F(FileDialog, FiltersAndExtensionAreTheDrivers) {
          {"sr1 files (*.sr1)", all},
          "sy1",
          "sr1",
+         true},
+        {ChooseSaveExtraFile,
+         {"TwcDx7 files (*.TwcDx7)", all},
+         {"crg files (*.crg)", all},
+         "TwcDx7",
+         "crg",
          true},
     };
     for (const Kind &kind : kinds) {
@@ -357,6 +365,15 @@ TEST_F(FileDialog, ItsButtonsAreDrawnByTheProgramUnlessTheSettingIsOff) {
         });
         EXPECT_EQ(buttons, 2);
     }
+}
+
+TEST_F(FileDialog, SavingTheConfigurationWritesTheSettings) {
+    UseQtDesktop();
+    MakeProgramFolders();
+    OpenExportPath = home.Folder();
+    EXPECT_FALSE(ConfigIsWritten());
+    SaveConfiguration();
+    EXPECT_TRUE(ConfigIsWritten());
 }
 
 // ---- the trash
