@@ -64,7 +64,8 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::NoWholeDetune, "--no-whole-detune", nullptr, "read three bits of a packed detune"},
     {CliOption::Database, "--database", "NAME|PATH", "a catalogue other than the current one"},
     {CliOption::Sort, "--sort", "FIELD", "the order: name, source, date or position"},
-    {CliOption::Paper, "--paper", "SIZE", "the size of the pages: A4, which is taken without it, or Letter"},
+    {CliOption::Paper, "--paper", "SIZE",
+     "the size of the pages: A4, which is taken without it, or Letter"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};
@@ -115,6 +116,14 @@ std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall 
 
 std::optional<int> ReadPlace(std::string_view text) {
     return ReadNumber(text, 1, LargestPlace);
+}
+
+std::optional<Assignment> ReadAssignment(std::string_view word) {
+    const std::size_t separator = word.find_first_of("=\t");
+    if (separator == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return Assignment{word.substr(0, separator), word.substr(separator + 1)};
 }
 
 std::optional<int> ReadMidiChannel(std::string_view text) {

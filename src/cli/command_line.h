@@ -62,6 +62,13 @@ std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall 
 // A whole number in decimal digits, from 1 to 9,999,999.
 std::optional<int> ReadPlace(std::string_view text);
 
+// "NAME=VALUE"; or a tab in the stead of the equal sign, as the commands print it. Nothing for a
+// word with neither.
+struct Assignment {
+    std::string_view name, value;
+};
+std::optional<Assignment> ReadAssignment(std::string_view word);
+
 // A MIDI channel, 1 to 16.
 std::optional<int> ReadMidiChannel(std::string_view text);
 

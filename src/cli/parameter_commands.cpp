@@ -71,22 +71,22 @@ struct Change {
     std::string_view value;
 };
 
-// "NAME=VALUE", or as `show` prints it, with a tab. The exit status; a failure has been told.
+// The exit status; a failure has been told.
 int ReadChange(const ParameterFile &file, std::string_view word, std::vector<Change> &changes) {
-    const std::size_t separator = word.find_first_of("=\t");
-    if (separator == std::string_view::npos) {
+    const auto assignment = ReadAssignment(word);
+    if (!assignment) {
         return TellWrongCall(word, "not NAME=VALUE");
     }
-    const std::string_view name = word.substr(0, separator);
-    const auto parameter = ParameterOfName(*file.family->parameters, name);
+    const auto parameter = ParameterOfName(*file.family->parameters, assignment->name);
     if (!parameter) {
         return TellWrongCall(
-            name, FormatText("no such parameter of the %s; show prints all", file.family->name));
+            assignment->name,
+            FormatText("no such parameter of the %s; show prints all", file.family->name));
     }
     if (std::ranges::find(changes, *parameter, &Change::parameter) != changes.end()) {
-        return TellWrongCall(name, "given more than once");
+        return TellWrongCall(assignment->name, "given more than once");
     }
-    changes.push_back({*parameter, word.substr(separator + 1)});
+    changes.push_back({*parameter, assignment->value});
     return ExitDone;
 }
 

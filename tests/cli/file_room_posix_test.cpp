@@ -117,5 +117,23 @@ TEST_F(CliWithoutRoom, AnEditedFileStaysAsItWas) {
     }
 }
 
+TEST_F(CliWithoutRoom, AFileOfSettingsStaysAsItWasInCarefulMode) {
+    const std::string file = folder.File("a.crg");
+    const std::vector<std::string> save = {"reface-settings", "save", file, "--careful"};
+    ExpectDone(save);
+    const std::size_t size = ReadTestFile(file).size();
+    std::filesystem::remove(file);
+    for (const rlim_t limited : TooSmallFor(size)) {
+        ExpectNoRoom(limited, save, file + ": could not be written: File too large");
+    }
+    folder.WriteText("a.crg", "former"); // whose backup there is room for
+    ExpectDone(save);
+    folder.WriteText("a.crg", "former");
+    for (const rlim_t limited : {rlim_t{size / 2}, rlim_t{size - 1}}) {
+        ExpectNoRoom(limited, save, file + ": could not be written: File too large");
+        EXPECT_EQ(ReadTestText(file), "former") << limited;
+    }
+}
+
 } // namespace
 } // namespace tonewright
