@@ -79,7 +79,8 @@ struct VoiceParameters {
     // Where a part begins in `bytes` of a block: part 0 the voice-wide bytes, 1 to operatorCount
     // the operators. The caller has seen that the block is a whole voice.
     std::size_t (*PartOffset)(const VoiceObject &voice, int part) = nullptr;
-    // Whether a block is a whole voice of the family, by its driver id and its sizes.
+    // Whether a block is a whole voice of the family, by its driver id and its sizes, with its
+    // payload behind its header, so that no parameter is a part of that.
     bool (*IsWhole)(const VoiceObject &voice) = nullptr;
     // The place of a voice in its list, from index 0 on, in the words of the editor.
     std::string (*PlaceText)(int index) = nullptr;

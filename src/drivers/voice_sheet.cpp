@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/strings.h"
+#include "drivers/careful_editing.h"
 #include "drivers/frequency.h"
 
 #include <algorithm>
@@ -208,6 +209,36 @@ void WriteText(VoiceSheet &sheet, std::size_t row, std::string text) {
     TellRow(sheet, row);
 }
 
+// ---- buttons
+
+// Whether the user has changed something that OK would keep.
+bool HasEdits(const VoiceSheet &sheet) {
+    if (!sheet.isTouched) {
+        return false;
+    }
+    VoiceSheet trial = sheet;
+    trial.showAlgorithm = nullptr;
+    CollectPage(trial, trial.activePage);
+    return trial.copy != sheet.original;
+}
+
+// As the voice was called at the beginning.
+std::string NameOfOriginal(const VoiceSheet &sheet) {
+    const auto row =
+        std::ranges::find(sheet.family->voice, ParameterKind::Name, &VoiceParameter::kind);
+    return row == sheet.family->voice.end()
+               ? ""
+               : Latin1ToUtf8(ShownName(*sheet.family, *row, sheet.original));
+}
+
+void PlayCopy(const VoiceSheet &sheet) {
+    const std::size_t size = RecordSizeOf(sheet.copy);
+    if (size > 0 && sheet.audition) {
+        const auto begin = sheet.copy.bytes.begin();
+        sheet.audition({.bytes = {begin, begin + static_cast<std::ptrdiff_t>(size)}});
+    }
+}
+
 } // namespace
 
 PageControls ControlsOfRows(std::span<const VoiceParameter> rows) {
@@ -250,7 +281,7 @@ std::optional<VoiceSheet> BeginVoiceSheet(QWidget *window, const VoiceParameters
     }
     VoiceSheet sheet;
     sheet.family = &family;
-    sheet.copy = voice;
+    sheet.copy = sheet.original = voice;
     sheet.ports = ports;
     sheet.itemIndex = itemIndex;
     sheet.pages.resize(static_cast<std::size_t>(PageCount(family)));
@@ -371,19 +402,14 @@ bool PressSheetButton(VoiceSheet &sheet, QWidget *window, std::uint32_t button,
     switch (button) {
     case SheetOk:
         CollectPage(sheet, sheet.activePage);
-        sheet.accepted = sheet.accepted || focused == SheetOk;
+        sheet.accepted = sheet.accepted || focused == SheetOk || CarefulAcceptsReturn();
         return true;
     case SheetAudition:
         CollectPage(sheet, sheet.activePage);
-        if (const std::size_t size = RecordSizeOf(sheet.copy); size > 0 && sheet.audition) {
-            VoiceObject further;
-            further.bytes.assign(sheet.copy.bytes.begin(),
-                                 sheet.copy.bytes.begin() + static_cast<std::ptrdiff_t>(size));
-            sheet.audition(further);
-        }
+        PlayCopy(sheet);
         return false;
     case SheetCancel:
-        return true;
+        return CarefulMayDropEdits(window, NameOfOriginal(sheet), HasEdits(sheet));
     case SheetHelp:
         ShowHelp(window, HelpTopic);
         return false;

@@ -44,7 +44,8 @@ constexpr int NoPage = -1;
 
 struct VoiceSheet {
     const VoiceParameters *family = nullptr;
-    VoiceObject copy; // that is edited
+    VoiceObject copy;     // that is edited
+    VoiceObject original; // as it was at the beginning
     MidiPorts ports;
     int itemIndex = 0; // of the voice in its list, from 0
     bool accepted = false;
@@ -124,6 +125,8 @@ constexpr std::uint32_t SheetAudition = 12321;
 // A button of the sheet takes effect while the control `focused` has the focus, which is the button
 // itself when it was pressed, and another control when Return pressed OK from there. True when the
 // sheet closes: with OK, which accepts the copy only when OK itself has the focus, and with Cancel.
+// In careful mode OK accepts from wherever it was pressed, and Cancel asks whether to drop what the
+// user has changed.
 bool PressSheetButton(VoiceSheet &sheet, QWidget *window, std::uint32_t button,
                       std::uint32_t focused);
 

@@ -177,7 +177,7 @@ std::size_t PartOffset(const VoiceObject &voice, int part) {
 }
 
 bool IsWhole(const VoiceObject &voice) {
-    return Dx7VoiceOf(&voice).has_value();
+    return Dx7VoiceOf(&voice) && HeaderOf(voice)->payloadOffset >= VoiceObjectHeaderSize;
 }
 
 std::string PlaceText(int index) {

@@ -161,7 +161,9 @@ std::size_t PartOffset(const VoiceObject &voice, int part) {
 }
 
 bool IsWhole(const VoiceObject &voice) {
-    return RefaceVoiceOf(voice) && HeaderOf(voice)->driverId == RefaceDriverId;
+    const auto header = HeaderOf(voice);
+    return RefaceVoiceOf(voice) && header->driverId == RefaceDriverId &&
+           header->payloadOffset >= VoiceObjectHeaderSize;
 }
 
 } // namespace
