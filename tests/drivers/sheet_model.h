@@ -204,14 +204,12 @@ struct Model {
         return static_cast<std::uint8_t>(0x20 >> std::min(page - 1, family.lastBlock));
     }
     std::string Name() const {
-        std::string name;
-        for (int i = 0; i < 10 && bytes[static_cast<std::size_t>(52 + family.nameOffset + i)];
-             ++i) {
-            name += static_cast<char>(bytes[static_cast<std::size_t>(52 + family.nameOffset + i)]);
-        }
+        const auto begin = bytes.begin() + 52 + family.nameOffset;
+        std::string name(begin, begin + 10);
         while (name.size() > 1 && static_cast<unsigned char>(name.back()) <= 0x20) {
             name.pop_back();
         }
+        name = name.c_str(); // a zero byte ends it
         return Latin1ToUtf8(name);
     }
     static int Number(const Control &control, const Cell &cell) {
@@ -500,12 +498,24 @@ struct Sequence {
         return object.bytes;
     }
 
-    // The row of the program that a control of the model is.
-    std::size_t RowOf(const Family &family, int page, std::uint32_t number) {
-        const auto rows = RowsOf(*family.parameters, page);
-        const auto row = std::ranges::find(rows, number, &VoiceParameter::control);
-        demand(row != rows.end(), "every control has its row");
-        return static_cast<std::size_t>(row - rows.begin());
+    // The rows of the program that the controls of the voice's page and of an operator's are.
+    std::array<std::vector<std::size_t>, 2> rowsOf;
+
+    void FindRows(const Family &family) {
+        for (const int page : {0, 1}) {
+            const auto rows = RowsOf(*family.parameters, page);
+            const auto &controls = page == 0 ? *family.voiceControls : *family.operatorControls;
+            demand(rows.size() == controls.size(), "a page has the model's controls");
+            auto &found = rowsOf[static_cast<std::size_t>(page)];
+            for (const Control &control : controls) {
+                const auto row = std::ranges::find(rows, control.number, &VoiceParameter::control);
+                demand(row != rows.end(), "every control has its row");
+                found.push_back(static_cast<std::size_t>(row - rows.begin()));
+            }
+        }
+    }
+    std::size_t RowOf(int page, std::size_t index) const {
+        return rowsOf[page == 0 ? 0 : 1][index];
     }
 
     void Compare(const VoiceSheet &sheet, Model &model) {
@@ -519,13 +529,10 @@ struct Sequence {
         demand(VoiceEditPage == static_cast<std::uint32_t>(std::min(model.active, 5)),
                "the setting follows the page");
         const auto &controls = model.Controls(model.active);
-        const auto rows = RowsOf(*model.family.parameters, model.active);
-        demand(rows.size() == controls.size(), "the page has the model's controls");
         for (std::size_t i = 0; i < controls.size(); ++i) {
             const Cell &cell = model.Cells(model.active)[i];
             const RowState &state =
-                sheet.pages[static_cast<std::size_t>(model.active)]
-                    .rows[RowOf(model.family, model.active, controls[i].number)];
+                sheet.pages[static_cast<std::size_t>(model.active)].rows[RowOf(model.active, i)];
             demand(state.exists == cell.exists, "a control exists when the model's does");
             demand(state.text == cell.text, "a text is the model's");
             demand(state.selection == cell.selection, "a choice is the model's");
@@ -533,7 +540,9 @@ struct Sequence {
             demand(state.bar == cell.bar, "a bar stands where the model's does");
             demand(state.enabled == cell.enabled, "a control is enabled when the model's is");
         }
+    }
 
+    void CompareCollected(const VoiceSheet &sheet, const Model &model) {
         VoiceSheet twice = sheet;
         twice.showAlgorithm = nullptr;
         CollectPage(twice, twice.activePage);
@@ -584,7 +593,7 @@ struct Sequence {
             const unsigned step = Next();
             const auto &controls = model.Controls(model.active);
             const std::size_t index = Next() % controls.size();
-            const std::size_t row = RowOf(family, model.active, controls[index].number);
+            const std::size_t row = RowOf(model.active, index);
             switch (step % 16) {
             case 0:
             case 1:
@@ -646,6 +655,9 @@ struct Sequence {
                 isOpen = !Button(sheet, model, played, controls[index].number);
             }
             Compare(sheet, model);
+            if (steps % 8 == 0) {
+                CompareCollected(sheet, model);
+            }
             demand(algorithmsShown == model.algorithmsShown, "each new algorithm is shown");
         }
 
@@ -710,6 +722,7 @@ struct Sequence {
         CarefulMode = Next() % 4 == 0 ? 1 : 0;
         VoiceEditPage = Next() % 10;
         Bytes voice = NextVoice(family);
+        FindRows(family);
         int steps = 0;
         do {
             steps += RunSheet(family, voice);
