@@ -1,6 +1,8 @@
 // How a row reads and stores its parameter, and what the rows of both families say.
 #include "drivers/voice_parameters.h"
 
+#include "common/settings.h"
+#include "common/text.h"
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/dx7/voice_parameters.h"
 #include "drivers/reface_dx/voice_codec.h"
@@ -136,6 +138,63 @@ TEST(VoiceParameters, OnlyAWholeVoiceOfTheFamilyIsOne) {
     EXPECT_FALSE(RefaceParameters.IsWhole(reface));
     EXPECT_FALSE(Dx7Parameters.IsWhole(VoiceObject{}));
     EXPECT_FALSE(RefaceParameters.IsWhole(VoiceObject{}));
+}
+
+TEST(VoiceParameters, ABankOfADx7KeepsTheBitsThatARowSaysAndNoMore) {
+    WholeDetune = 1; // packed in four bits, whichever of them are read
+    for (int part : {0, 1, 6}) {
+        for (const VoiceParameter &row :
+             part == 0 ? Dx7Parameters.voice : Dx7Parameters.operators) {
+            if (row.kind == ParameterKind::Name || row.name[0] == '\0') {
+                continue;
+            }
+            for (int shown = row.minimum; shown <= row.maximum; ++shown) {
+                VoiceObject voice = Dx7VoiceOfZeros();
+                std::fill_n(voice.bytes.begin() + 52, 156, std::uint8_t{1});
+                voice.bytes[52 + 155] = 0x3F;
+                StoreShownValue(Dx7Parameters, row, voice, part, shown);
+                std::vector<std::uint8_t> packed(Dx7PackedVoiceSize);
+                std::vector<std::uint8_t> unpacked(Dx7VoiceSize);
+                PackDx7Voice(Dx7Packed(packed), *Dx7VoiceOf(&voice));
+                UnpackDx7Voice(Dx7Unpacked(unpacked), Dx7PackedConst(packed));
+                const VoiceObject back = MakeDx7VoiceObject(Dx7UnpackedConst(unpacked));
+                const bool fits = shown + row.bias < 1 << row.packedBits;
+                EXPECT_EQ(ShownValue(Dx7Parameters, row, back, part) == shown, fits)
+                    << row.name << " " << shown;
+            }
+        }
+    }
+}
+
+TEST(VoiceParameters, EveryListHasAsManyItemsAsItsRowHasValues) {
+    for (const VoiceParameters *family : {&Dx7Parameters, &RefaceParameters}) {
+        for (const auto rows : {family->voice, family->operators}) {
+            for (const VoiceParameter &row : rows) {
+                if (row.IsList()) {
+                    EXPECT_EQ(row.minimum, 0);
+                    EXPECT_EQ(SplitList(row.items).size(),
+                              static_cast<std::size_t>(row.maximum) + 1)
+                        << row.name;
+                } else {
+                    EXPECT_EQ(row.items, nullptr) << row.name;
+                }
+            }
+        }
+    }
+}
+
+TEST(VoiceParameters, NoControlAndNoNameStandsForTwoRowsOfAPage) {
+    for (const VoiceParameters *family : {&Dx7Parameters, &RefaceParameters}) {
+        for (const auto rows : {family->voice, family->operators}) {
+            for (const VoiceParameter &row : rows) {
+                EXPECT_EQ(std::ranges::count(rows, row.control, &VoiceParameter::control), 1);
+                const auto isOfThatName = [&row](const VoiceParameter &other) {
+                    return row.name[0] != '\0' && std::string(other.name) == row.name;
+                };
+                EXPECT_LE(std::ranges::count_if(rows, isOfThatName), 1) << row.name;
+            }
+        }
+    }
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "common/text.h"
 #include "drivers/dx7/voice_codec.h"
+#include "drivers/frequency.h"
 
 namespace tonewright {
 namespace {
@@ -128,8 +129,9 @@ constexpr VoiceParameter OperatorRows[] = {
                 .label = "Frequency:",
                 .name = "frequency",
                 .kind = Frequency,
-                .maximum = 3199,
-                .offset = Dx7Operator::frequencyCoarse}),
+                .maximum = MostHundredths,
+                .offset = Dx7Operator::frequencyCoarse,
+                .packedBits = 5 + 8}), // whole part and hundredths
     OfOperator({.control = 224,
                 .label = "Frequency detune:",
                 .name = "detune",

@@ -1,6 +1,7 @@
 // The rows of the reface DX's parameters.
 #include "drivers/reface_dx/voice_parameters.h"
 
+#include "drivers/frequency.h"
 #include "drivers/reface_dx/voice_codec.h"
 
 namespace tonewright {
@@ -117,7 +118,7 @@ constexpr VoiceParameter OperatorRows[] = {
                 .label = "Frequency:",
                 .name = "frequency",
                 .kind = Frequency,
-                .maximum = 3199,
+                .maximum = MostHundredths,
                 .offset = RefaceOperator::frequencyCoarse}),
     OfOperator({.control = 224,
                 .label = "Frequency detune:",
