@@ -1,13 +1,12 @@
 // Paints the keys, takes presses and releases, and keeps the two scroll bars.
 #include "midi/view/audition_box.h"
 
-#include "common/scroll_step.h"
 #include "common/text.h"
 #include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
-#include "common/view/wheel_notches.h"
+#include "common/view/scroll_actions.h"
 #include "common/view/window_title.h"
 #include "core/dispatch.h"
 #include "midi/audition.h"
@@ -18,10 +17,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
-#include <QWheelEvent>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace tonewright {
@@ -220,68 +217,23 @@ struct BarRow {
     int (*store)(int position);
 };
 
-ScrollAction ActionOf(int sliderAction) {
-    switch (sliderAction) {
-    case QAbstractSlider::SliderSingleStepSub:
-        return ScrollAction::LineBack;
-    case QAbstractSlider::SliderSingleStepAdd:
-        return ScrollAction::LineForward;
-    case QAbstractSlider::SliderPageStepSub:
-        return ScrollAction::PageBack;
-    case QAbstractSlider::SliderPageStepAdd:
-        return ScrollAction::PageForward;
-    case QAbstractSlider::SliderToMinimum:
-        return ScrollAction::Top;
-    case QAbstractSlider::SliderToMaximum:
-        return ScrollAction::Bottom;
-    default:
-        return ScrollAction::Thumb;
-    }
-}
-
-// Turns each notch of the wheel over a scroll bar into one step, upwards to add. The toolkit's own
-// step is as many lines as the desktop scrolls in a text.
-class WheelSteps : public QObject {
-public:
-    explicit WheelSteps(QScrollBar *bar) : QObject(bar), bar(bar) {}
-
-    bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() != QEvent::Wheel) {
-            return false;
-        }
-        const int steps = notches.Take(*static_cast<QWheelEvent *>(event));
-        for (int step = 0; step < std::abs(steps); ++step) {
-            bar->triggerAction(steps > 0 ? QScrollBar::SliderSingleStepAdd
-                                         : QScrollBar::SliderSingleStepSub);
-        }
-        return true;
-    }
-
-private:
-    QScrollBar *bar;
-    WheelNotches notches;
-};
-
 void SetUpBar(const BarRow &row, int position) {
     QScrollBar *bar = row.bar;
     bar->setRange(row.lowest, row.highest);
     bar->setSingleStep(1);
     bar->setPageStep(ThumbLength);
-    bar->setContextMenuPolicy(Qt::NoContextMenu);
-    bar->setInvertedControls(false); // the right arrow key and the wheel upwards add
     bar->setValue(position);
     const auto show = [row](int value) {
         row.text->setText(QString::number(value + row.shownAbove));
     };
     show(bar->value());
-    QObject::connect(bar, &QScrollBar::actionTriggered, bar, [bar](int action) {
+    TakeScrollActions(bar, [bar](ScrollAction action, int thumb) {
         int target = bar->value();
-        ScrollStep(ActionOf(action), bar->sliderPosition(), bar->maximum(), target);
+        ScrollStep(action, thumb, bar->maximum(), target);
         bar->setSliderPosition(target); // which limits it to the range
     });
     QObject::connect(bar, &QScrollBar::valueChanged, bar,
                      [row, show](int value) { show(row.store(value)); });
-    bar->installEventFilter(new WheelSteps(bar));
 }
 
 class AuditionDialog : public QDialog {
