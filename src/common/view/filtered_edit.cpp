@@ -85,13 +85,21 @@ FilteredEdit::FilteredEdit(TextFilter rule, QWidget *parent)
     setValidator(new Mend(filter, this));
 }
 
-bool FilteredEdit::TakesAll(const QString &text) const {
+void FilteredEdit::SetTextAsItIs(const QString &text) {
+    const QValidator *judge = validator();
+    setValidator(nullptr);
+    setText(text);
+    setValidator(judge);
+}
+
+bool FilteredEdit::MayBeTyped(const QString &text) const {
     const QList<uint> characters = text.toUcs4();
-    return std::all_of(characters.begin(), characters.end(), filter.takes);
+    return std::all_of(characters.begin(), characters.end(),
+                       filter.types ? filter.types : filter.takes);
 }
 
 void FilteredEdit::keyPressEvent(QKeyEvent *event) {
-    if (WritesText(*event) && !TakesAll(event->text())) {
+    if (WritesText(*event) && !MayBeTyped(event->text())) {
         Beep();
     } else {
         QLineEdit::keyPressEvent(event);
@@ -99,7 +107,7 @@ void FilteredEdit::keyPressEvent(QKeyEvent *event) {
 }
 
 void FilteredEdit::inputMethodEvent(QInputMethodEvent *event) {
-    if (!TakesAll(event->commitString())) {
+    if (!MayBeTyped(event->commitString())) {
         Beep();
         event->setCommitString(QString());
     }

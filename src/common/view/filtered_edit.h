@@ -14,6 +14,7 @@ struct TextFilter {
     char32_t replacement =
         0; // of each other one that is pasted; 0: none, it is left out with a beep
     QStringList takesWhole = {}; // texts that may stand whatever their characters
+    std::function<bool(char32_t character)> types = {}; // what may be typed; empty: what it takes
 };
 
 // A character that the filter does not take cannot be typed; the attempt beeps. A text that is set
@@ -22,12 +23,15 @@ class FilteredEdit : public QLineEdit {
 public:
     explicit FilteredEdit(TextFilter filter, QWidget *parent = nullptr);
 
+    // Sets a text that the filter does not judge.
+    void SetTextAsItIs(const QString &text);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
 
 private:
-    bool TakesAll(const QString &text) const;
+    bool MayBeTyped(const QString &text) const;
 
     const TextFilter filter;
 };

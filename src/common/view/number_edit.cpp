@@ -1,0 +1,29 @@
+// The size of a line of text for a number.
+#include "common/view/number_edit.h"
+
+namespace tonewright {
+namespace {
+
+constexpr const char *WidestNumber = "-000.00"; // "31.99" with room for what is typed meanwhile
+constexpr int LettersOfToolkit = 17;            // "x", for which the toolkit makes room
+
+} // namespace
+
+NumberEdit::NumberEdit(QWidget *parent) : QLineEdit(parent) {
+    setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize NumberEdit::sizeHint() const {
+    const QFontMetrics metrics(font());
+    const QSize hint = QLineEdit::sizeHint();
+    return {hint.width() - LettersOfToolkit * metrics.horizontalAdvance(u'x') +
+                metrics.horizontalAdvance(WidestNumber),
+            hint.height()};
+}
+
+QSize NumberEdit::minimumSizeHint() const {
+    return sizeHint();
+}
+
+} // namespace tonewright
