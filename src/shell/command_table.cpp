@@ -72,7 +72,6 @@ constexpr CommandRow CommandTable[] = {
     {.id = CommandEdit,
      .contextLabel = "Edit",
      .contextNamedLabel = "Edit %s",
-     .built = false,
      .run = RunEdit},
     {.id = CommandUploadVoice,
      .contextLabel = "Upload to synthesizer",

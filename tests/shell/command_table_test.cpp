@@ -52,7 +52,7 @@ constexpr ExpectedCommand ExpectedCommands[] = {
     {203, Rule::RowSelected, RunCopy, Built, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C"},
     {204, Rule::VoiceOnClipboard, RunPaste, Built, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V"},
     {205, Rule::DriverFinds, RunFind, Built, "&Find synthesizer", nullptr, nullptr, nullptr},
-    {208, Rule::Always, RunEdit, Later, nullptr, "Edit", "Edit %s", nullptr},
+    {208, Rule::Always, RunEdit, Built, nullptr, "Edit", "Edit %s", nullptr},
     {209, Rule::DriverConfigures, RunConfigure, Later, "Con&figure &synthesizer", nullptr, nullptr,
      nullptr},
     {210, Rule::Always, RunMidiDevices, Built, "&MIDI devices", nullptr, nullptr, nullptr},
@@ -351,14 +351,14 @@ TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
 
 TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
     OpenBank(); // of a DX7, with its first voice selected
-    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132, 203,
+    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132, 203, 208,
                          210, 211, 212, 213, 214, 215, 216, 217, 218, 219, 998, 999}) {
         EXPECT_TRUE(CommandEnabled(id)) << id;
     }
     for (const int notAllowed : {58, 60, 101, 202, 205}) {
         EXPECT_FALSE(CommandEnabled(notAllowed)) << notAllowed;
     }
-    for (const int notBuilt : {131, 208, 997, 2907}) {
+    for (const int notBuilt : {131, 997, 2907}) {
         EXPECT_TRUE(CommandAllowed(notBuilt)) << notBuilt;
         EXPECT_FALSE(CommandEnabled(notBuilt)) << notBuilt;
     }

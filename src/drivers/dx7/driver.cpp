@@ -7,6 +7,7 @@
 #include "drivers/dx7/find.h"
 #include "drivers/dx7/memory.h"
 #include "drivers/dx7/transfer.h"
+#include "drivers/dx7/view/voice_editor.h"
 #include "drivers/dx7/view/voice_view.h"
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/dx7/voice_parameters.h"
@@ -40,6 +41,7 @@ extern constinit const SynthDriver Dx7Driver = {
     .ImportVoice = Dx7ImportVoice,
     .ExportVoice = Dx7ExportVoice,
     .parameters = &Dx7Parameters,
+    .EditVoice = VIEW_OPERATION(Dx7EditVoice),
     .VoiceName = Dx7VoiceName,
     .VoiceAlgorithm = Dx7VoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(Dx7PrintVoice),

@@ -8,6 +8,7 @@
 #include "drivers/reface_dx/find.h"
 #include "drivers/reface_dx/memory.h"
 #include "drivers/reface_dx/transfer.h"
+#include "drivers/reface_dx/view/voice_editor.h"
 #include "drivers/reface_dx/view/voice_view.h"
 #include "drivers/reface_dx/voice_codec.h"
 #include "drivers/reface_dx/voice_parameters.h"
@@ -43,6 +44,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .ImportVoice = RefaceImportVoice,
     .ExportVoice = RefaceExportVoice,
     .parameters = &RefaceParameters,
+    .EditVoice = VIEW_OPERATION(RefaceEditVoice),
     .VoiceName = RefaceVoiceName,
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),

@@ -48,6 +48,12 @@ void ListTouched() {
     CarefulForgetClickedRow();
 }
 
+// The row under the click, also where a context menu was dismissed over another one before.
+void EditRow(int row) {
+    MainListState.clickedIndex = row;
+    RunUserCommand(CommandEdit);
+}
+
 void AuditionRow(int row) {
     if (MiddleButtonAudition != 0) {
         MainListState.clickedIndex = row;
@@ -82,7 +88,7 @@ VoiceListView::VoiceListView(QWidget *parent)
                        },
                    .clickedAgain = [] { RunCommand(CommandNothing); },
                    .drop = DropVoiceAt,
-                   .doubleClick = [](int) { RunUserCommand(CommandEdit); },
+                   .doubleClick = EditRow,
                    .middlePress = AuditionRow,
                    .menu = [this](int row, QRect beside) { ShowContextMenu(row, beside); }},
                   parent) {

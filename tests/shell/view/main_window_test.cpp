@@ -473,13 +473,6 @@ TEST_F(MainWindowTest, TheSelectedRowOfADisabledListShowsItsPictureInTheHighligh
     ListEnable(MainList, true);
 }
 
-TEST_F(MainWindowTest, ADoubleClickOnAVoiceCostsNothingWhileThereIsNoEditor) {
-    OpenBank();
-    QTest::mouseDClick(Viewport(), Qt::LeftButton, Qt::NoModifier, RowPoint(2));
-    EXPECT_EQ(UndoCount(), 0);
-    EXPECT_FALSE(MainListState.dirty);
-}
-
 TEST_F(MainWindowTest, AnEmptyListShowsNoContextMenu) {
     EXPECT_FALSE(WithContextMenu(QPoint(20, 20), [](QMenu &) {}));
 }

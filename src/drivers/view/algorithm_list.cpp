@@ -1,0 +1,164 @@
+// Paints the items of the list of algorithms, and the picture beside it.
+#include "drivers/view/algorithm_list.h"
+
+#include "common/view/accessible_role.h"
+#include "common/view/drop_down.h"
+#include "common/view/fonts.h"
+
+#include <QAbstractItemView>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyledItemDelegate>
+#include <QStyleOptionComboBox>
+
+#include <algorithm>
+
+namespace tonewright {
+namespace {
+
+// Pixels.
+constexpr int NumberLeft = 4; // the strip of an item's number
+constexpr int NumberRight = 32;
+constexpr int PictureLeft = 48;     // from the left edge of an item
+constexpr int PictureRight = 8;     // from its right edge
+constexpr int NarrowestField = 220; // has room for six boxes beside each other
+constexpr int DroppedHeight = 432;
+
+Rectangle RectangleOf(const QRect &area) {
+    return {.left = area.left(),
+            .top = area.top(),
+            .right = area.left() + area.width(),
+            .bottom = area.top() + area.height()};
+}
+
+void DrawItem(QPainter &painter, const QRect &area, const AlgorithmLook &look, int algorithm,
+              bool enabled, bool selected) {
+    const ItemColours colours = AlgorithmItemColours(enabled && selected);
+    painter.save();
+    painter.setClipRect(area);
+    painter.fillRect(area, colours.paper);
+    if (look.drawItem) {
+        look.drawItem(painter, RectangleOf(area.adjusted(PictureLeft, 0, -PictureRight, 0)),
+                      algorithm, enabled && selected);
+    }
+    painter.setFont(FontOfHeight(QStringLiteral("ARIAL"), 28, 700));
+    painter.setPen(enabled ? colours.ink : SystemColourOf(look.disabledText));
+    painter.drawText(
+        QRect(area.left() + NumberLeft, area.top(), NumberRight - NumberLeft, area.height()),
+        Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
+        QStringLiteral("%1").arg(algorithm + 1, 2));
+    painter.restore();
+}
+
+class ItemDelegate : public QStyledItemDelegate {
+public:
+    ItemDelegate(const AlgorithmLook &look, QObject *parent)
+        : QStyledItemDelegate(parent), look(look) {}
+
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override {
+        return {NarrowestField, look.itemHeight};
+    }
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override {
+        DrawItem(*painter, option.rect, look, index.row(), option.state & QStyle::State_Enabled,
+                 option.state & QStyle::State_Selected);
+    }
+
+private:
+    const AlgorithmLook &look;
+};
+
+// Drops the list down with a scroll bar, where some styles would fill the screen with its items.
+class DropDownStyle : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override {
+        return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+} // namespace
+
+QString AlgorithmName(int algorithm) {
+    return QStringLiteral("Algorithm %1").arg(algorithm + 1);
+}
+
+ItemColours AlgorithmItemColours(bool selected) {
+    return selected ? ItemColours{SystemColourOf(SystemColour::HighlightText),
+                                  SystemColourOf(SystemColour::Highlight)}
+                    : ItemColours{Qt::black, Qt::white};
+}
+
+AlgorithmList::AlgorithmList(QWidget *parent) : QComboBox(parent) {
+    auto *dropDown = new DropDownStyle(style()->name());
+    dropDown->setParent(this);
+    setStyle(dropDown);
+    TakeWheelWithFocusOnly(this);
+}
+
+void AlgorithmList::SetLook(const AlgorithmLook &newLook) {
+    look = &newLook;
+    setItemDelegate(new ItemDelegate(*look, this));
+    setMaxVisibleItems(DroppedHeight / look->itemHeight);
+    updateGeometry();
+}
+
+void AlgorithmList::NameItems() {
+    for (int index = 0; index < count(); ++index) {
+        setItemData(index, AlgorithmName(index), Qt::AccessibleTextRole);
+    }
+}
+
+QRect AlgorithmList::FieldIn(const QSize &size) const {
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.rect = QRect(QPoint(0, 0), size);
+    return style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField,
+                                   this);
+}
+
+// Whatever the style puts around it, the field is an item high.
+QSize AlgorithmList::sizeHint() const {
+    const QSize item(NarrowestField, look ? look->itemHeight : 0);
+    return item + (item - FieldIn(item).size());
+}
+
+QSize AlgorithmList::minimumSizeHint() const {
+    return sizeHint();
+}
+
+void AlgorithmList::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    style()->drawComplexControl(QStyle::CC_ComboBox, &option, &painter, this);
+    if (look && currentIndex() >= 0) {
+        DrawItem(painter, FieldIn(size()), *look, currentIndex(), isEnabled(), hasFocus());
+    }
+}
+
+AlgorithmPicture::AlgorithmPicture(QWidget *parent) : QWidget(parent) {
+    SetAccessibleRole(*this, QAccessible::Graphic);
+}
+
+void AlgorithmPicture::SetLook(const AlgorithmLook &newLook) {
+    look = &newLook;
+}
+
+void AlgorithmPicture::ShowAlgorithm(int number) {
+    algorithm = number;
+    setAccessibleName(AlgorithmName(number));
+    update();
+}
+
+void AlgorithmPicture::paintEvent(QPaintEvent *) {
+    QPainter painter(this);
+    painter.fillRect(rect(), SystemColourOf(SystemColour::ButtonFace));
+    if (look && look->drawPicture) {
+        look->drawPicture(painter, RectangleOf(rect()), algorithm);
+    }
+}
+
+} // namespace tonewright

@@ -1,0 +1,71 @@
+// The algorithms in the editor of a voice: a drop-down list whose items are pictures, and the
+// picture of the one that the voice has.
+#pragma once
+
+#include "common/geometry.h"
+#include "common/view/system_colours.h"
+
+#include <QComboBox>
+#include <QWidget>
+
+class QPainter;
+
+namespace tonewright {
+
+// How a family shows its algorithms, which are numbers from 0.
+struct AlgorithmLook {
+    int itemHeight = 0; // of the list, in pixels
+    SystemColour disabledText = SystemColour::GrayText;
+    // Paints the picture of an item into the whole area behind the item's number.
+    void (*drawItem)(QPainter &painter, const Rectangle &area, int algorithm,
+                     bool selected) = nullptr;
+    // Paints the picture of a voice's algorithm into an area that has the colour of dialogs.
+    void (*drawPicture)(QPainter &painter, const Rectangle &area, int algorithm) = nullptr;
+};
+
+// What is seen and heard of an algorithm: "Algorithm 5" for 4.
+QString AlgorithmName(int algorithm);
+
+// Ink and paper of an item.
+struct ItemColours {
+    QColor ink, paper;
+};
+ItemColours AlgorithmItemColours(bool selected);
+
+class AlgorithmList : public QComboBox {
+public:
+    explicit AlgorithmList(QWidget *parent = nullptr);
+
+    // `newLook` outlives the list.
+    void SetLook(const AlgorithmLook &newLook);
+    // Names the items for those who hear them; called when they are there.
+    void NameItems();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QRect FieldIn(const QSize &size) const;
+
+    const AlgorithmLook *look = nullptr;
+};
+
+class AlgorithmPicture : public QWidget {
+public:
+    explicit AlgorithmPicture(QWidget *parent = nullptr);
+
+    void SetLook(const AlgorithmLook &newLook); // `newLook` outlives the picture
+    void ShowAlgorithm(int number);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    const AlgorithmLook *look = nullptr;
+    int algorithm = 0;
+};
+
+} // namespace tonewright

@@ -1,0 +1,265 @@
+// Joins the controls of a page with the rows of the sheet.
+#include "drivers/view/voice_page.h"
+
+#include "common/text.h"
+#include "common/view/dialog_controls.h"
+#include "common/view/drop_down.h"
+#include "common/view/scroll_actions.h"
+#include "common/view/theme.h"
+#include "common/view/up_down.h"
+#include "drivers/view/name_edit.h"
+
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace tonewright {
+namespace {
+
+// Controls that no row stands for.
+constexpr std::uint32_t ControlDecoration = 10;
+constexpr std::uint32_t ControlPicture = 125;
+constexpr std::uint32_t ControlPlace = 126;
+constexpr std::uint32_t ControlPageIndex = 225; // a hidden text, of an operator's page
+
+constexpr std::uint32_t DecorationPicture = 8804;
+constexpr int PagesOfBar = 8; // the thumb is as long as one action on the trough moves it
+
+// The label of a row as the name of its other controls.
+QString NameOf(const VoiceParameter &row) {
+    QString name = QString::fromUtf8(row.label);
+    return name.endsWith(u':') ? name.chopped(1) : name;
+}
+
+void FillList(const VoiceParameter &row, QComboBox *list) {
+    FillComboFromList(list, row.items);
+    TakeWheelWithFocusOnly(list);
+    if (auto *algorithms = dynamic_cast<AlgorithmList *>(list)) {
+        algorithms->NameItems();
+    }
+}
+
+} // namespace
+
+VoicePageView::VoicePageView(const VoicePagesLook &pagesLook, VoiceSheet &shown, int pageNumber,
+                             QSize wantedSize)
+    : look(pagesLook), sheet(shown), page(pageNumber), wanted(wantedSize) {
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    viewport()->setAutoFillBackground(false); // the sheet's ground shows
+}
+
+QWidget *VoicePageView::MakeContents(const VoicePagesLook &look, int page, int itemIndex) {
+    auto *contents = new QWidget;
+    (page == VoicePage ? look.makeVoicePage : look.makeOperatorPage)(contents);
+    for (const VoiceParameter &row : RowsOf(look.family, page)) {
+        auto *list = ControlOf<QComboBox>(contents, row.control);
+        if (auto *algorithms = dynamic_cast<AlgorithmList *>(list)) {
+            algorithms->SetLook(look.algorithms);
+        }
+        if (list && row.IsList()) {
+            FillList(row, list);
+        }
+    }
+    if (auto *picture = ControlOf<AlgorithmPicture>(contents, ControlPicture)) {
+        picture->SetLook(look.algorithms);
+    }
+    if (auto *decoration = ControlOf<QLabel>(contents, ControlDecoration)) {
+        decoration->setFixedSize(ThemeGetMetric(MetricPictureWidth),
+                                 ThemeGetMetric(MetricPictureHeight));
+    }
+    if (auto *place = ControlOf<QLabel>(contents, ControlPlace)) {
+        place->setText(QString::fromStdString(look.family.PlaceText(itemIndex)));
+    }
+    if (auto *index = ControlOf<QLabel>(contents, ControlPageIndex)) {
+        index->setText(QString::number(page - 1));
+    }
+    return contents;
+}
+
+QSize VoicePageView::SizeOf(const VoicePagesLook &look, int page, int itemIndex,
+                            const QFont &font) {
+    QWidget ground;
+    ground.setFont(font);
+    QWidget *contents = MakeContents(look, page, itemIndex);
+    contents->setParent(&ground);
+    return contents->sizeHint();
+}
+
+void VoicePageView::Make() {
+    setWidget(MakeContents(look, page, sheet.itemIndex));
+    widget()->setAutoFillBackground(false);
+    if (auto *decoration = ControlOf<QLabel>(this, ControlDecoration)) {
+        decoration->setPixmap(
+            PictureOf(DecorationPicture, decoration->size(), devicePixelRatioF()));
+    }
+    for (const VoiceParameter &row : RowsOf(look.family, page)) {
+        controls.push_back({.label = ControlOf<QLabel>(this, row.control + LabelOffset),
+                            .edit = ControlOf<QLineEdit>(this, row.control),
+                            .list = ControlOf<QComboBox>(this, row.control),
+                            .check = ControlOf<QCheckBox>(this, row.control),
+                            .arrows = ControlOf<UpDown>(this, row.control + ArrowsOffset),
+                            .bar = ControlOf<QScrollBar>(this, row.control + BarOffset)});
+        ConnectRow(controls.size() - 1);
+    }
+}
+
+PageControls VoicePageView::Controls() const {
+    return {.has = [this](std::uint32_t control) { return ControlOf(this, control) != nullptr; },
+            .rangeText =
+                [this](std::uint32_t control) {
+                    const auto *arrows = ControlOf<UpDown>(this, control + ArrowsOffset);
+                    return arrows ? arrows->RangeText() : std::string();
+                }};
+}
+
+void VoicePageView::ConnectRow(std::size_t row) {
+    const auto &[label, edit, list, check, arrows, bar] = controls[row];
+    const QString name = NameOf(RowsOf(look.family, page)[row]);
+    const auto tell = [this](const auto &act) {
+        if (!isFilling) {
+            act();
+        }
+    };
+    if (edit) {
+        edit->installEventFilter(this);
+        connect(edit, &QLineEdit::textChanged, this, [=, this](const QString &text) {
+            tell([&] { TypeInRow(sheet, row, text.toStdString()); });
+        });
+    }
+    if (list) {
+        list->installEventFilter(this);
+        connect(list, &QComboBox::currentIndexChanged, this,
+                [=, this](int index) { tell([&] { SelectInRow(sheet, row, index); }); });
+    }
+    if (check) {
+        check->installEventFilter(this);
+        connect(check, &QCheckBox::toggled, this,
+                [=, this](bool checked) { tell([&] { CheckRow(sheet, row, checked); }); });
+    }
+    if (edit && arrows) {
+        arrows->setAccessibleName(name);
+        arrows->FollowEdit(edit);
+        arrows->stepped = [this, row, edit = edit](int step) {
+            if (edit->isEnabled()) {
+                StepRow(sheet, row, step);
+                edit->selectAll();
+            }
+        };
+    }
+    if (bar) {
+        bar->setAccessibleName(name);
+        TakeScrollActions(bar, [this, row, bar = bar](ScrollAction action, int thumb) {
+            ScrollRow(sheet, row, action, thumb);
+            bar->setSliderPosition(sheet.pages[static_cast<std::size_t>(page)].rows[row].bar);
+        });
+    }
+}
+
+void VoicePageView::FillRow(std::size_t row) {
+    const RowState &state = sheet.pages[static_cast<std::size_t>(page)].rows[row];
+    const auto &[label, edit, list, check, arrows, bar] = controls[row];
+    if (const QString text = QString::fromStdString(state.text); edit && edit->text() != text) {
+        if (auto *name = dynamic_cast<NameEdit *>(edit)) {
+            name->SetTextAsItIs(text);
+        } else {
+            edit->setText(text);
+        }
+    }
+    if (list) {
+        list->setCurrentIndex(state.selection);
+    }
+    if (check) {
+        check->setChecked(state.checked);
+    }
+    if (bar && state.range) {
+        bar->setRange(state.range->minimum, state.range->maximum);
+        bar->setPageStep(std::max(1, state.range->maximum / PagesOfBar));
+        bar->setValue(state.bar);
+    }
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{label, edit, list, check, arrows, bar}) {
+        if (control) {
+            control->setEnabled(state.enabled);
+        }
+    }
+}
+
+void VoicePageView::ShowAll() {
+    for (std::size_t row = 0; row < controls.size(); ++row) {
+        ShowRow(row);
+    }
+    ShowAlgorithm();
+}
+
+void VoicePageView::ShowRow(std::size_t row) {
+    isFilling = true;
+    FillRow(row);
+    isFilling = false;
+}
+
+void VoicePageView::ShowAlgorithm() {
+    if (auto *picture = ControlOf<AlgorithmPicture>(this, ControlPicture)) {
+        picture->ShowAlgorithm(AlgorithmOf(sheet));
+    }
+}
+
+void VoicePageView::FocusFirstControl() {
+    for (const RowControls &row : controls) {
+        for (QWidget *control : std::initializer_list<QWidget *>{row.edit, row.list, row.check}) {
+            if (control && control->isEnabled()) {
+                control->setFocus();
+                return;
+            }
+        }
+    }
+}
+
+QWidget *VoicePageView::LastControl() const {
+    QWidget *last = nullptr;
+    for (const RowControls &row : controls) {
+        for (QWidget *control : std::initializer_list<QWidget *>{row.edit, row.list, row.check}) {
+            last = control ? control : last;
+        }
+    }
+    return last;
+}
+
+// Focus that comes and goes is a command of an edit or list. Page Up and Page Down in an edit are
+// those of its bar. Return belongs to the sheet, whatever a desktop has it do to a check box.
+bool VoicePageView::eventFilter(QObject *watched, QEvent *event) {
+    const auto found = std::ranges::find_if(controls, [watched](const RowControls &row) {
+        return watched == row.edit || watched == row.list || watched == row.check;
+    });
+    if (found == controls.end()) {
+        return QScrollArea::eventFilter(watched, event);
+    }
+    const auto row = static_cast<std::size_t>(found - controls.begin());
+    const bool isFocus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
+    if (isFocus && !isFilling && watched != found->check) {
+        RowCommand(sheet, row);
+    }
+    if (event->type() != QEvent::KeyPress) {
+        return QScrollArea::eventFilter(watched, event);
+    }
+    const auto &key = static_cast<const QKeyEvent &>(*event);
+    const bool isPage = key.key() == Qt::Key_PageUp || key.key() == Qt::Key_PageDown;
+    if (found->bar && isPage && key.modifiers() == Qt::NoModifier) {
+        ScrollRow(sheet, row,
+                  key.key() == Qt::Key_PageUp ? ScrollAction::PageForward : ScrollAction::PageBack,
+                  0);
+        found->edit->selectAll();
+        return true;
+    }
+    if (watched == found->check && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
+        event->ignore();
+        return true;
+    }
+    return QScrollArea::eventFilter(watched, event);
+}
+
+} // namespace tonewright
