@@ -32,10 +32,6 @@ RowState &StateOf(VoiceSheet &sheet, int page, std::size_t row) {
     return sheet.pages[static_cast<std::size_t>(page)].rows[row];
 }
 
-bool IsBetween(int number, int minimum, int maximum) {
-    return number >= minimum && number <= maximum;
-}
-
 int LimitTo(const SpinRange &range, std::int64_t number) {
     const std::int64_t least = range.minimum, largest = std::max(range.minimum, range.maximum);
     return static_cast<int>(std::clamp(number, least, largest));
@@ -99,7 +95,7 @@ void FillRow(const VoiceSheet &sheet, int page, const VoiceParameter &row, RowSt
     }
     const int shown = ShownValue(*sheet.family, row, sheet.copy, PartOfPage(*sheet.family, page));
     if (row.IsList()) {
-        state.selection = IsBetween(shown, row.minimum, row.maximum) ? shown : -1;
+        state.selection = shown <= row.maximum ? shown : -1;
     } else if (row.IsCheck()) {
         state.checked = shown != 0;
     } else if (row.kind == ParameterKind::Frequency) {
