@@ -50,6 +50,7 @@ struct CliCommand {
     std::size_t minimumWords, maximumWords;
     unsigned options; // OptionBit of those that it takes, beside --help and --version
     int (*run)(const CliCall &call);
+    const char *more = ""; // further lines of its own help
 };
 constexpr std::size_t AnyNumber = static_cast<std::size_t>(-1);
 

@@ -23,6 +23,14 @@ constexpr unsigned Detune = OptionBit(CliOption::WholeDetune) | OptionBit(CliOpt
 constexpr unsigned Extras = Careful | Detune;
 constexpr unsigned Always = OptionBit(CliOption::Help) | OptionBit(CliOption::Version);
 
+constexpr const char *HelpOfEdit =
+    "\nNames and values are those that show prints. For a value of a list the part of it in\n"
+    "front of the parentheses or within them will do, or its number from 0; for a switch yes\n"
+    "and no, or 1 and 0. All is checked before anything is written.\n"
+    "What opening a bank of the DX7 family loses is lost for its other voices too: a detune\n"
+    "above 0 comes back 8 lower, but with --whole-detune. Such a bank keeps no level of an\n"
+    "operator that is switched off.\n";
+
 constexpr CliCommand Commands[] = {
     {"list", "FILE...", "print place, name and algorithm (also one above 32) of each voice", 1,
      AnyNumber, Answers, CliList},
@@ -38,7 +46,7 @@ constexpr CliCommand Commands[] = {
     {"show", "FILE PLACE", "print name and value of each parameter of the voice at PLACE", 2, 2,
      Answers | Detune, CliShow},
     {"edit", "FILE PLACE NAME=VALUE... OUT", "write the file with these parameters changed", 4,
-     AnyNumber, Answers | Extras, CliEdit},
+     AnyNumber, Answers | Extras, CliEdit, HelpOfEdit},
     {"picture", "FILE OUT.png", "paint the main window with a bank open", 2, 2,
      Answers | OptionBit(CliOption::Screen), CliPicture},
     {"print", "FILE OUT.pdf", "print the voices of a bank on a page", 2, 2,
@@ -136,6 +144,7 @@ void PutHelpOf(TextOutput &output, const CliCommand &command) {
     Put(output, UsageOf(command));
     Put(output, command.help);
     Put(output, '\n');
+    Put(output, command.more);
     PutOptions(output, command.options | Always);
     if (command.options & OptionBit(CliOption::In)) {
         Put(output, '\n');

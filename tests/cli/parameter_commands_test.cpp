@@ -450,6 +450,17 @@ TEST_F(CliParameters, EditNeedsAChange) {
     EXPECT_FALSE(folder.Holds("out.sy1"));
 }
 
+TEST_F(CliParameters, TheHelpOfEditSaysWhatABankLoses) {
+    const std::string help = Cli({"edit", "--help"}).output;
+    EXPECT_TRUE(help.starts_with("usage: tonewright-cli edit FILE PLACE NAME=VALUE... OUT\n"
+                                 "write the file with these parameters changed\n\n"))
+        << help;
+    for (const char *part : {"a detune\nabove 0 comes back 8 lower", "\n  --whole-detune ",
+                             "keeps no level of an\noperator that is switched off.\n\nOptions"}) {
+        EXPECT_NE(help.find(part), std::string::npos) << part;
+    }
+}
+
 TEST_F(CliParameters, EditOfAShortBankIsRefusedAsEveryWriteOfOne) {
     const std::string bank = folder.Write("bank.srx", TestRefaceBank(3));
     const auto result = Edit(bank, "1", {"lfoSpeed=7"}, bank);

@@ -51,6 +51,10 @@ TEST_F(RunCommand, TwiceDoesTheSameAndNeitherAsksNorFails) {
         EXPECT_EQ(result.errors, "");
         EXPECT_EQ(ReadTestFile(home.File("run-output/saved.syx")), bank);
         EXPECT_EQ(ReadTestFile(home.File("run-output/dx7-memory.syx")), bank);
+        EXPECT_NE(result.output.find("\n< name\tVELVET EP\n> name\tNIGHT EP\n"), std::string::npos)
+            << result.output;
+        EXPECT_NE(result.output.find("\nmasterTune\t442.0\ntempo\t131\n"), std::string::npos);
+        EXPECT_TRUE(home.Holds("run-output/reface-dx.crg"));
         EXPECT_TRUE(home.Holds("run-output/main-window.png"));
         EXPECT_TRUE(home.Holds("run-output/voices.pdf"));
         EXPECT_TRUE(home.Holds("run-output/catalogue.pdf"));
