@@ -144,7 +144,6 @@ constexpr CommandRow CommandTable[] = {
      .menu = Menu::Edit,
      .label = "Con&figure &synthesizer",
      .allowed = CommandRule::DriverConfigures,
-     .built = false,
      .run = RunConfigure,
      .refreshes = false},
     {.id = CommandDownload,

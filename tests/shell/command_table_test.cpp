@@ -53,7 +53,7 @@ constexpr ExpectedCommand ExpectedCommands[] = {
     {204, Rule::VoiceOnClipboard, RunPaste, Built, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V"},
     {205, Rule::DriverFinds, RunFind, Built, "&Find synthesizer", nullptr, nullptr, nullptr},
     {208, Rule::Always, RunEdit, Built, nullptr, "Edit", "Edit %s", nullptr},
-    {209, Rule::DriverConfigures, RunConfigure, Later, "Con&figure &synthesizer", nullptr, nullptr,
+    {209, Rule::DriverConfigures, RunConfigure, Built, "Con&figure &synthesizer", nullptr, nullptr,
      nullptr},
     {210, Rule::Always, RunMidiDevices, Built, "&MIDI devices", nullptr, nullptr, nullptr},
     {211, Rule::Always, RunUploadVoice, Built, nullptr, "Upload to synthesizer",

@@ -8,6 +8,7 @@
 #include "drivers/reface_dx/find.h"
 #include "drivers/reface_dx/memory.h"
 #include "drivers/reface_dx/transfer.h"
+#include "drivers/reface_dx/view/settings_box.h"
 #include "drivers/reface_dx/view/voice_editor.h"
 #include "drivers/reface_dx/view/voice_view.h"
 #include "drivers/reface_dx/voice_codec.h"
@@ -49,6 +50,7 @@ extern constinit const SynthDriver RefaceDriver = {
     .VoiceAlgorithm = RefaceVoiceAlgorithm,
     .PrintVoice = VIEW_OPERATION(RefacePrintVoice),
     .settings = &RefaceSettings,
+    .ConfigureSynth = VIEW_OPERATION(RefaceConfigureSynth),
     .AutoConfigure = RefaceAutoConfigure,
     .MakeUndoLevel = MakeUndoLevel,
     .database = &RefaceDatabase,

@@ -13,6 +13,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLineEdit>
 
 namespace tonewright {
 namespace {
@@ -426,6 +427,92 @@ TEST_F(InstrumentCommands, SelectSynthesizerLeavesTheInstrumentsSettingsAlone) {
     EXPECT_EQ(CurrentDriverId, RefaceDriverId);
     EXPECT_EQ(SystemSettingsOf(BuiltinInstrument::Reface), settings);
 }
+
+// ---- the instrument's own settings
+
+TEST_F(InstrumentCommands, ConfigureChangesTheSettingsOfTheInstrument) {
+    FindReface();
+    RefreshCommands();
+    ASSERT_TRUE(window->MenuAction(CommandConfigure)->isEnabled());
+    Bytes settings = SystemSettingsOf(BuiltinInstrument::Reface);
+    EXPECT_TRUE(WithBox([&] { Trigger(CommandConfigure); },
+                        [&](QDialog &box) {
+                            EXPECT_EQ(box.windowTitle(), "Configure DX Reface");
+                            EXPECT_EQ(OpenBuiltinStreams(), 2);
+                            box.findChild<QLineEdit *>("control_106")->setText("133");
+                            box.findChild<QComboBox *>("control_101")->setCurrentIndex(16);
+                            EXPECT_EQ(SystemSettingsOf(BuiltinInstrument::Reface), settings);
+                        }));
+    settings[0] = 127;
+    settings[8] = 1;
+    settings[9] = 5;
+    EXPECT_EQ(SystemSettingsOf(BuiltinInstrument::Reface), settings);
+    EXPECT_TRUE(desktop.messages.empty());
+}
+
+TEST_F(InstrumentCommands, ConfigureOfASilentInstrumentOpensNoBox) {
+    FindReface();
+    RefreshCommands();
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
+    desktop.ExpectMessage("Invalid system common.");
+    EXPECT_FALSE(WithBox([&] { Trigger(CommandConfigure); }, [](QDialog &) {}));
+}
+
+class AutoConfigured : public InstrumentCommands {
+protected:
+    void SetUp() override {
+        InstrumentCommands::SetUp();
+        MakeProgramFolders();
+        WriteTestText(DefaultDocumentsFolder() + "AutoConfig.crg",
+                      ";Quillbrook Tonewright - reface DX "
+                      "configuration\nTranspose:64\nTempo1:99\nSpeaker:1\n");
+        former = SystemSettingsOf(BuiltinInstrument::Reface);
+        ASSERT_NE(former[9], 99);
+    }
+    Bytes Settings() const { return SystemSettingsOf(BuiltinInstrument::Reface); }
+    // Transpose, tempo and speaker of the file, the rest of the bytes that are sent 0.
+    Bytes Sent() const {
+        Bytes sent = former;
+        std::fill_n(sent.begin(), 15, std::uint8_t{0});
+        sent[7] = 64;
+        sent[9] = 99;
+        sent[13] = 1;
+        return sent;
+    }
+    Bytes former;
+};
+
+TEST_F(AutoConfigured, FindSendsTheSettingsOfTheFile) {
+    FindReface();
+    EXPECT_EQ(Settings(), Sent());
+    EXPECT_TRUE(desktop.messages.empty());
+}
+
+TEST_F(AutoConfigured, TheSearchOfAStartSendsThem) {
+    PostFirstCommands();
+    EXPECT_EQ(Settings(), former);
+    RunPosted();
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+    EXPECT_EQ(Settings(), Sent());
+}
+
+TEST_F(AutoConfigured, SelectSynthesizerDoesNot) {
+    CurrentDriverId = RefaceDriverId;
+    EXPECT_TRUE(WithBox([&] { Trigger(CommandSelectSynth); }, [](QDialog &) {}));
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+    EXPECT_EQ(MidiOutPort, 5);
+    EXPECT_EQ(Settings(), former);
+}
+
+TEST_F(AutoConfigured, AnInstrumentThatIsNotFoundGetsNothing) {
+    FaultsOf(BuiltinInstrument::Reface).silent = true;
+    CurrentDriverId = RefaceDriverId;
+    RunCommand(CommandFind);
+    EXPECT_EQ(CurrentDriverId, NoDriverId);
+    EXPECT_EQ(Settings(), former);
+}
+
+// ---- at start
 
 class FirstCommands : public InstrumentCommands {
 protected:

@@ -354,10 +354,10 @@ TEST_F(MidiCommands, WhoAbandonsTheChangesIsAskedAgainByTheBox) {
     EXPECT_TRUE(MainListState.dirty); // which the box does not touch
 }
 
-TEST_F(MidiCommands, ConfigureStaysGreyUntilItIsBuilt) {
+TEST_F(MidiCommands, TheRefaceDxOffersItsCommands) {
     CurrentDriverId = RefaceDriverId;
     RefreshCommands();
-    EXPECT_FALSE(window->MenuAction(CommandConfigure)->isEnabled());
+    EXPECT_TRUE(window->MenuAction(CommandConfigure)->isEnabled());
     EXPECT_TRUE(window->MenuAction(CommandFind)->isEnabled());
     EXPECT_TRUE(window->MenuAction(CommandDownload)->isEnabled());
     EXPECT_FALSE(window->MenuAction(CommandUpload)->isEnabled());
