@@ -41,26 +41,19 @@ int NumberIn(const RowState &state) {
     return state.range ? ClampedInteger(state.text.c_str(), *state.range) : 0;
 }
 
-// What the controls of a row show, as it is to be stored; 0 where they are missing.
+// What the controls of a row that is no name show, as it is to be stored; 0 where they are missing.
 int ReadRow(const VoiceParameter &row, const RowState &state) {
     if (!state.exists) {
         return 0;
     }
-    switch (row.kind) {
-    case ParameterKind::Name:
-        return 0; // is no number
-    case ParameterKind::Number:
-        return NumberIn(state);
-    case ParameterKind::Frequency:
-        return ReadFrequency(state.text.c_str());
-    case ParameterKind::List:
-    case ParameterKind::Algorithm:
+    if (row.IsList()) {
         return std::clamp(state.selection, 0, row.maximum);
-    case ParameterKind::Check:
-    case ParameterKind::OperatorBit:
-        return state.checked ? 1 : 0;
     }
-    return 0;
+    if (row.IsCheck()) {
+        return state.checked;
+    }
+    return row.kind == ParameterKind::Frequency ? ReadFrequency(state.text.c_str())
+                                                : NumberIn(state);
 }
 
 void StoreRow(VoiceSheet &sheet, int page, std::size_t index) {

@@ -703,7 +703,7 @@ TEST(VoiceSheet, TheTextOfTheArrowsIsTheRange) {
     Dx7Sheet sheet;
     PageControls controls = ControlsOfRows(Dx7Parameters.voice);
     controls.rangeText = [](std::uint32_t control) {
-        return control == 108 ? "5,10,7" : control == 109 ? "garbage" : "0,99,0";
+        return control == 108 ? "5,10" : control == 109 ? "garbage" : "0,99,0";
     };
     ShowPage(sheet.sheet, 0, controls);
     sheet.Type(108, "50");
