@@ -1,5 +1,6 @@
 // The help pages have an entry for every topic that a window of the program asks for.
 #include "common/setting_rows.h"
+#include "drivers/reface_dx/settings.h"
 #include "shell/command_table.h"
 #include "support/family_names.h"
 #include "support/paths.h"
@@ -21,7 +22,7 @@ const std::string HtmlFolder = tonewright::SourceFile("resources/html/");
 
 // What the Help buttons and the help key of the windows open.
 constexpr std::string_view WindowTopics[] = {
-    "INDEX",    "SELECT",   "COMMUNICATING", "AUDITION", "VOICEEDIT",
+    "INDEX",    "SELECT",   "COMMUNICATING", "AUDITION", "CONFIGURE", "VOICEEDIT",
     "DATABASE", "EXIFEDIT", "SETUP",         "THEME",    "COLORS",
 };
 
@@ -152,18 +153,18 @@ TEST(HelpPages, EveryEntryOfAMenuWithATopicHasAParagraphThatNamesIt) {
 TEST(HelpPages, OnlyWhatIsNotBuiltIsPromised) {
     const std::string page = ReadPage("referenc.html");
     for (const std::string_view topic :
-         {"SELECT", "COMMUNICATING", "AUDITION", "SETUP", "SETUP_DOWNLOADONOPEN",
-          "SETUP_MIDDLEBUTTONAUDITION", "SETUP_CURRENTMIDICHANNEL", "SETUP_VERBOSERIGHTCLICKMENU",
-          "DATABASE", "EXIFEDIT", "SETUP_DATABASEMAKEPRETTYNAMES", "SETUP_DATABASENODUPLICATES",
-          "SETUP_FILETIPSHOW", "SETUP_WARNDATABASECHANGED"}) {
+         {"SELECT", "COMMUNICATING", "AUDITION", "CONFIGURE", "VOICEEDIT", "SETUP",
+          "SETUP_DOWNLOADONOPEN", "SETUP_MIDDLEBUTTONAUDITION", "SETUP_CURRENTMIDICHANNEL",
+          "SETUP_VERBOSERIGHTCLICKMENU", "DATABASE", "EXIFEDIT", "SETUP_DATABASEMAKEPRETTYNAMES",
+          "SETUP_DATABASENODUPLICATES", "SETUP_FILETIPSHOW", "SETUP_WARNDATABASECHANGED"}) {
         EXPECT_FALSE(Section(page, topic).empty()) << topic;
         EXPECT_EQ(Section(page, topic).find("class=\"later\""), std::string::npos) << topic;
     }
-    for (const std::string_view topic : {"VOICEEDIT", "THEME", "COLORS"}) {
+    for (const std::string_view topic : {"THEME", "COLORS"}) {
         EXPECT_NE(Section(page, topic).find("class=\"later\""), std::string::npos) << topic;
     }
     EXPECT_EQ(page.find("settings window arrives"), std::string::npos);
-    for (const std::string_view built : {"database", "printing"}) {
+    for (const std::string_view built : {"database", "printing", "editor", "configuration"}) {
         EXPECT_EQ(Words(ReadPage("manual.html"), "LATER").find(built), std::string::npos) << built;
     }
 }
@@ -217,6 +218,31 @@ TEST(HelpPages, TheTopicsOfTheDatabaseNameWhatTheUserSees) {
     }
 }
 
+TEST(HelpPages, TheTopicsOfTheEditorAndTheSettingsNameWhatTheUserSees) {
+    const std::string page = ReadPage("referenc.html");
+    for (const Named &named : {
+             Named{"VOICEEDIT",
+                   {"OK", "Return", "Cancel", "Esc", "Audition...", "careful mode", "Untitled",
+                    "Pitch EG", "Pitch bend", "1.15 becomes 1.14", "tonewright-cli edit"}},
+             Named{"CONFIGURE",
+                   {"Edit, Configure synthesizer", "Save As...", "Open...", ".crg",
+                    "AutoConfig.crg", "Untitled.Twl", "300 becomes 44", "414.8 to 466.8",
+                    "Invalid system common.", "tonewright-cli reface-settings"}},
+             Named{"EXTRAS_CAREFULMODE", {"editor of a voice", "before your changes are dropped"}},
+         }) {
+        const std::string text = Words(page, named.topic);
+        for (const std::string_view words : named.words) {
+            EXPECT_NE(text.find(words), std::string::npos) << named.topic << ": " << words;
+        }
+    }
+    const std::string settings = Words(page, "CONFIGURE");
+    for (const tonewright::RefaceSettingRow &row : tonewright::RefaceSettingRows) {
+        std::string label = row.label;
+        std::erase(label, ':');
+        EXPECT_NE(settings.find(label), std::string::npos) << label;
+    }
+}
+
 TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
     const std::string page = ReadPage("manual.html");
     for (const Named &named : {
@@ -227,6 +253,8 @@ TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
              Named{"EXCHANGE", {".sy1", ".sr1"}},
              Named{"DROPPING", {".sy1", ".sr1"}},
              Named{"CONNECTING", {"MIDI devices", "Select synthesizer"}},
+             Named{"EDITING", {"double click", "Audition...", "Return"}},
+             Named{"CONFIGURING", {"Edit, Configure synthesizer", "AutoConfig.crg"}},
              Named{"FETCHING", {"Download current voices"}},
              Named{"SENDING", {"Upload current voices", "Upload to synthesizer"}},
              Named{"HEARING", {"middle mouse button", "Audition"}},
