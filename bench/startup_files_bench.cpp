@@ -1,7 +1,9 @@
-// How long the start takes over the two files that it reads, the settings and the history of the
-// File menu, when they hold garbage. Each line of results should stay below a tenth of a second.
+// How long the start takes over the files that it reads, the settings, the history of the File menu
+// and the settings of a reface DX that are sent to it, when they hold garbage. Each line of results
+// should stay below a tenth of a second.
 #include "common/folders.h"
 #include "common/settings.h"
+#include "drivers/reface_dx/settings_file.h"
 #include "shell/history.h"
 #include "shell/settings_file.h"
 #include "shell/single_setting.h"
@@ -67,6 +69,7 @@ const Content Contents[] = {
     {"line feeds", [] { return std::string(FileSize, '\n'); }},
     {"carriage returns and line feeds", [] { return Repeated("\r\n"); }},
     {"short lines", ManyLines},
+    {"keys", [] { return Repeated("MIDICtrl:1\n"); }},
     {"paths of a folder that is gone", [] { return ManyPaths("/gone/for/good"); }},
     {"paths of files that are gone", [] { return ManyPaths(fs::temp_directory_path().string()); }},
 };
@@ -112,6 +115,22 @@ void ReadHistory(benchmark::State &state) {
     }
 }
 BENCHMARK(ReadHistory)->DenseRange(0, std::size(Contents) - 1)->Unit(benchmark::kMillisecond);
+
+// Behind the line that makes it a file of settings; without it, nothing more is read.
+void ReadRefaceSettings(benchmark::State &state) {
+    const Content &content = Contents[static_cast<std::size_t>(state.range(0))];
+    const std::string path = (fs::temp_directory_path() / "tonewright-startup-bench.crg").string();
+    std::ofstream(path, std::ios::binary) << CrgTextOf({}) << content.make();
+    for (auto _ : state) {
+        SynthConfigBlock block;
+        benchmark::DoNotOptimize(ReadCrgFile(path.c_str(), block));
+    }
+    fs::remove(path);
+    state.SetLabel(content.name);
+}
+BENCHMARK(ReadRefaceSettings)
+    ->DenseRange(0, std::size(Contents) - 1)
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace tonewright

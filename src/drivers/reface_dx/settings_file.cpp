@@ -1,7 +1,6 @@
 // Writes and reads files of reface DX settings.
 #include "drivers/reface_dx/settings_file.h"
 
-#include "common/line_reader.h"
 #include "common/platform.h"
 #include "common/version.h"
 #include "core/document_file.h"
@@ -22,16 +21,6 @@ std::string TimeText() {
     const std::time_t now = std::time(nullptr);
     const char *text = std::ctime(&now);
     return text ? std::string(text, 24) : std::string();
-}
-
-std::string EncodeCrg(RefaceSystemConst system) {
-    std::string text(FirstLine);
-    text += FormatText("\n;Written %s\nTonewright %s revision %d\n", TimeText().c_str(),
-                       ProgramVersion, ProgramRevision);
-    for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
-        text += FormatText("%s%d\n", CrgKeys[n], system[n]);
-    }
-    return PlatformLines(text);
 }
 
 // The next line as far as a text that ends with a zero byte holds it.
@@ -60,25 +49,29 @@ constexpr std::array<const char *, RefaceSentSize> CrgKeys = {
     "LCDConstrast:", "Sustain:",   "AutoPower:",   "Speaker:",     "MIDICtrl:",
 };
 
+std::string CrgTextOf(const SynthConfigBlock &block) {
+    std::string text(FirstLine);
+    text += FormatText("\n;Written %s\nTonewright %s revision %d\n", TimeText().c_str(),
+                       ProgramVersion, ProgramRevision);
+    for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
+        text += CrgKeys[n] + std::to_string(block.system[n]) + "\n";
+    }
+    return text;
+}
+
 int WriteCrgFile(const char *path, const SynthConfigBlock &block) {
-    const std::string text = EncodeCrg(block.system);
+    const std::string text = PlatformLines(CrgTextOf(block));
     const std::span bytes(reinterpret_cast<const std::uint8_t *>(text.data()), text.size());
     return WriteDocumentFile(path, bytes) == WriteOutcome::Done;
 }
 
-int ReadCrgFile(const char *path, SynthConfigBlock &block, std::vector<std::string> *missing) {
-    block = {};
-    auto reader = OpenLines(path);
-    if (!reader) {
-        return 0;
-    }
+bool ReadCrgLines(LineReader &reader, SynthConfigBlock &block, std::vector<std::string> *missing) {
     std::string_view line;
-    if (NextText(*reader, line) && line.find(FirstLine) == line.npos) {
-        errno = EINVAL;
-        return 0;
+    if (NextText(reader, line) && line.find(FirstLine) == line.npos) {
+        return false;
     }
     std::bitset<RefaceSentSize> found;
-    for (; NextText(*reader, line); SkipEmptyLines(*reader)) {
+    for (; NextText(reader, line); SkipEmptyLines(reader)) {
         if (line.starts_with(CommentMark)) {
             continue;
         }
@@ -96,6 +89,19 @@ int ReadCrgFile(const char *path, SynthConfigBlock &block, std::vector<std::stri
                 missing->emplace_back(key.substr(0, key.size() - 1));
             }
         }
+    }
+    return true;
+}
+
+int ReadCrgFile(const char *path, SynthConfigBlock &block, std::vector<std::string> *missing) {
+    block = {};
+    auto reader = OpenLines(path);
+    if (!reader) {
+        return 0;
+    }
+    if (!ReadCrgLines(*reader, block, missing)) {
+        errno = EINVAL;
+        return 0;
     }
     return 1;
 }

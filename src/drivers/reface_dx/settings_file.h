@@ -13,6 +13,7 @@
 // letters, the last one of the same key counts, and a byte without a key is zero.
 #pragma once
 
+#include "common/line_reader.h"
 #include "drivers/reface_dx/settings.h"
 
 #include <span>
@@ -24,10 +25,15 @@ namespace tonewright {
 // The keys with their colons, in the order of the bytes.
 extern const std::array<const char *, RefaceSentSize> CrgKeys;
 
-// Writes the settings of a block. 0, the reason in errno, when they could not be written whole; no
+// The file's text for the settings of a block, with line feeds and the present time.
+std::string CrgTextOf(const SynthConfigBlock &block);
+// Writes that text. 0, the reason in errno, when they could not be written whole; no
 // file is left then, but in careful mode the former one.
 int WriteCrgFile(const char *path, const SynthConfigBlock &block);
 
+// Reads the settings in the lines of such a text into a block that is clear. False when the first
+// line is another one. `missing` as below.
+bool ReadCrgLines(LineReader &reader, SynthConfigBlock &block, std::vector<std::string> *missing);
 // Clears the block, driver and ports included, and reads the settings into it. A number is read as
 // atoi does, and its low eight bits count. A file without a line is one of zeros. 0, the reason in
 // errno and the block cleared, when the file cannot be opened, or its first line is another one
