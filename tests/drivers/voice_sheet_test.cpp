@@ -307,6 +307,7 @@ TEST(VoiceSheet, ListsAndShiftsOfARefaceDxWaitUntilThePageIsCollected) {
     sheet.Type(102, "-2");
     sheet.Type(105, "5");
     EXPECT_EQ(sheet.sheet.copy, before);
+    EXPECT_TRUE(sheet.shown.empty()); // the user's own hand has shown it all
     sheet.Select(106, 9);
     EXPECT_EQ(sheet.sheet.copy, WithByte(before, 16, 9));
     CollectPage(sheet.sheet, 0);
