@@ -219,8 +219,7 @@ std::string SetParameterText(const VoiceParameters &family, const NamedParameter
         return reading.reason;
     }
     const int largest = (1 << row.packedBits) - 1 - row.bias; // of a bank
-    if (kind == VoiceFileKind::Bank && *reading.shown > largest &&
-        row.kind != ParameterKind::Frequency) {
+    if (kind == VoiceFileKind::Bank && *reading.shown > largest) {
         return std::string(text) + FormatText(" does not fit into a bank, which has room for %d to "
                                               "%d",
                                               row.minimum, largest);

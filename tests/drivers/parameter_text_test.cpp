@@ -194,6 +194,7 @@ TEST_P(ParameterTextOf, RefusesWhatIsNoValueAndLeavesTheVoiceAlone) {
         {"name", "a\xE9", "a\xE9 has characters that are not in Latin-1"}, // a byte of no UTF-8
         {"name", "a\tb", "a\tb has control characters"},
         {"name", "a\r", "a\r has control characters"},
+        {"name", "\x1F", "\x1F has control characters"},
         {"name", "\xC2\x85", "\xC2\x85 has control characters"}, // U+0085
     };
     for (const Case &value : cases) {
