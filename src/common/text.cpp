@@ -270,20 +270,25 @@ std::uint32_t ReadInteger(std::string_view text) {
 double ReadNumber(std::string_view text) {
     text = text.substr(0, PathLimit); // so that only an exponent leads out of range
     text.remove_prefix(SkipSpaces(text, 0));
-    if (text.starts_with('+') && !text.starts_with("+-")) {
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) {
         text.remove_prefix(1);
     }
+    const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    const std::string_view digits = isHexadecimal ? text.substr(2) : text;
+    if (digits.starts_with('-')) {
+        return 0; // a second sign ends the number
+    }
     double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc::result_out_of_range) {
-        return number;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), number,
+                        isHexadecimal ? std::chars_format::hex : std::chars_format::general);
+    if (error == std::errc::result_out_of_range) {
+        const std::string_view read(digits.data(), static_cast<std::size_t>(end - digits.data()));
+        const bool isTooSmall = read.find('-') != read.npos; // the exponent's
+        number = isTooSmall ? 0 : std::numeric_limits<double>::infinity();
     }
-    const std::string_view digits(text.data(), static_cast<std::size_t>(end - text.data()));
-    if (digits.find("e-") != digits.npos || digits.find("E-") != digits.npos) {
-        return 0;
-    }
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    return digits.starts_with('-') ? -infinite : infinite;
+    return negative ? -number : number;
 }
 
 int ScanSpinRange(const char *text, SpinRange &range) {

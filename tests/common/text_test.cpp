@@ -182,10 +182,12 @@ TEST(ReadNumber, ReadsTheNumberAtTheStartAsTheCLocaleHasIt) {
     EXPECT_EQ(ReadNumber("1,05"), 1);
     EXPECT_EQ(ReadNumber("4.4e2"), 440);
     EXPECT_EQ(ReadNumber(".5"), 0.5);
+    EXPECT_EQ(ReadNumber("0x10"), 16);
+    EXPECT_EQ(ReadNumber("-0X1.8p1"), -3);
 }
 
 TEST(ReadNumber, IsZeroWhereThereIsNoNumber) {
-    for (const char *text : {"", " ", "-", "+", "+-5", "--5", "Hz", "."}) {
+    for (const char *text : {"", " ", "-", "+", "+-5", "--5", "Hz", ".", "0x", "-0x-1"}) {
         EXPECT_EQ(ReadNumber(text), 0) << text;
     }
 }
@@ -195,7 +197,9 @@ TEST(ReadNumber, MayBeInfiniteOrNoNumberAtAll) {
     EXPECT_EQ(ReadNumber("inf"), infinite);
     EXPECT_EQ(ReadNumber("1e999"), infinite);
     EXPECT_EQ(ReadNumber("-1e999"), -infinite);
+    EXPECT_EQ(ReadNumber("0x1p9999"), infinite);
     EXPECT_EQ(ReadNumber("1e-999"), 0);
+    EXPECT_EQ(ReadNumber("0x1p-9999"), 0);
     EXPECT_TRUE(std::isnan(ReadNumber("nan")));
 }
 
