@@ -14,7 +14,6 @@ namespace tonewright {
 namespace {
 
 constexpr std::string_view FirstLine = ";Quillbrook Tonewright - reface DX configuration";
-constexpr char CommentMark = ';';
 
 // The present local time as "Sun Nov 22 11:22:16 2026".
 std::string TimeText() {
@@ -30,11 +29,16 @@ bool NextText(LineReader &reader, std::string_view &text) {
     return isThere;
 }
 
-// The byte whose key the line begins with.
+// The byte whose key the line begins with. A file may have millions of lines, most of which a look
+// at their first letter rules out.
 std::optional<std::size_t> ByteOfLine(std::string_view line) {
+    const char letter = line.empty() ? '\0' : LowerAscii(line[0]);
+    if (letter < 'a' || letter > 'z') {
+        return std::nullopt;
+    }
     for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
         const std::string_view key = CrgKeys[n];
-        if (EqualNoCase(line.substr(0, key.size()), key)) {
+        if (letter == LowerAscii(key[0]) && EqualNoCase(line.substr(0, key.size()), key)) {
             return n;
         }
     }
@@ -43,7 +47,7 @@ std::optional<std::size_t> ByteOfLine(std::string_view line) {
 
 } // namespace
 
-constexpr std::array<const char *, RefaceSentSize> CrgKeys = {
+constexpr std::array<std::string_view, RefaceSentSize> CrgKeys = {
     "TransCh:",      "RcvCh:",     "MasterTune0:", "MasterTune1:", "MasterTune2:",
     "MasterTune3:",  "LocalCtrl:", "Transpose:",   "Tempo0:",      "Tempo1:",
     "LCDConstrast:", "Sustain:",   "AutoPower:",   "Speaker:",     "MIDICtrl:",
@@ -54,7 +58,7 @@ std::string CrgTextOf(const SynthConfigBlock &block) {
     text += FormatText("\n;Written %s\nTonewright %s revision %d\n", TimeText().c_str(),
                        ProgramVersion, ProgramRevision);
     for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
-        text += CrgKeys[n] + std::to_string(block.system[n]) + "\n";
+        text += std::string(CrgKeys[n]) + std::to_string(block.system[n]) + "\n";
     }
     return text;
 }
@@ -72,11 +76,8 @@ bool ReadCrgLines(LineReader &reader, SynthConfigBlock &block, std::vector<std::
     }
     std::bitset<RefaceSentSize> found;
     for (; NextText(reader, line); SkipEmptyLines(reader)) {
-        if (line.starts_with(CommentMark)) {
-            continue;
-        }
         if (const auto byte = ByteOfLine(line)) {
-            line.remove_prefix(std::string_view(CrgKeys[*byte]).size());
+            line.remove_prefix(CrgKeys[*byte].size());
             block.system[*byte] = static_cast<std::uint8_t>(ReadInteger(line));
             found.set(*byte);
         }
@@ -85,8 +86,7 @@ bool ReadCrgLines(LineReader &reader, SynthConfigBlock &block, std::vector<std::
         missing->clear();
         for (std::size_t n = 0; n < CrgKeys.size(); ++n) {
             if (!found[n]) {
-                const std::string_view key = CrgKeys[n];
-                missing->emplace_back(key.substr(0, key.size() - 1));
+                missing->emplace_back(CrgKeys[n].substr(0, CrgKeys[n].size() - 1));
             }
         }
     }

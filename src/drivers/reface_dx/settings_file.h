@@ -18,12 +18,13 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tonewright {
 
 // The keys with their colons, in the order of the bytes.
-extern const std::array<const char *, RefaceSentSize> CrgKeys;
+extern const std::array<std::string_view, RefaceSentSize> CrgKeys;
 
 // The file's text for the settings of a block, with line feeds and the present time.
 std::string CrgTextOf(const SynthConfigBlock &block);
