@@ -113,7 +113,8 @@ bool AccessibleBus::Start() {
     std::filesystem::create_directory(runtime);
     std::filesystem::permissions(runtime, std::filesystem::perms::owner_all);
     address = "unix:path=" + runtime + "/session";
-    Strings environment = Environment();
+    Strings environment = display.environment;
+    std::ranges::copy(Environment(), std::back_inserter(environment));
     environment.push_back("XDG_RUNTIME_DIR=" + runtime);
     environment.push_back("GSETTINGS_BACKEND=memory");
     session.emplace(
@@ -147,10 +148,7 @@ bool AccessibleBus::Start() {
 }
 
 Strings AccessibleBus::Environment() const {
-    Strings environment = display.environment;
-    environment.push_back("DBUS_SESSION_BUS_ADDRESS=" + address);
-    environment.push_back("QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1");
-    return environment;
+    return {"DBUS_SESSION_BUS_ADDRESS=" + address, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1"};
 }
 
 QDBusMessage AccessibleBus::Call(const Accessible &at, const QString &interface,

@@ -24,6 +24,7 @@ enum class Role : std::uint32_t {
     Dialog = 16,
     Filler = 20, // what nothing is known of
     Frame = 23,
+    Graphic = 27, // a picture
     List = 31,
     ListItem = 32,
     MenuItem = 35,
@@ -86,7 +87,8 @@ public:
 
     // False when there is no X server or no bus to be had.
     bool Start();
-    // What a program is to be started with, so that it stands on the bus.
+    // What a program on the display is to be started with beside that display's own, so that it
+    // stands on the bus.
     Strings Environment() const;
 
     // The application of a name; nothing while there is none.

@@ -3,31 +3,48 @@
 #include "accessible_bus.h"
 #include "support/bank_bytes.h"
 #include "support/family_names.h"
+#include "support/paths.h"
+#include "support/reface_bytes.h"
+#include "support/run_program.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace tonewright {
 namespace {
 
+using Bytes = std::vector<std::uint8_t>;
 using namespace std::chrono_literals;
 
 // A machine that has much else to do gets all the time that it needs.
 constexpr auto LongTime = 60s;
 
+bool IsDialog(const AccessibleNode &node) {
+    return node.role == Role::Dialog;
+}
+
 class AccessibleProgram : public testing::Test {
 protected:
     void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(MakeDesktop());
+        Open("first.syx", TestBank(), {std::string("SelectKeyboardName = ") + Dx7Name});
+    }
+
+    void MakeDesktop() {
         ASSERT_TRUE(bus.Start()) << "no X server, or no bus";
         program.emplace(bus.display);
-        const std::string bank = program->home.Write("first.syx", TestBank());
+    }
+    // Starts the program on a file of that name and waits until its voices are in the list.
+    void Open(const std::string &name, const Bytes &content, const Strings &settings) {
+        bank = program->home.Write(name, content);
         Strings environment = bus.Environment();
         environment.push_back("TONEWRIGHT_INSTRUMENTS=1");
-        program->Start({bank}, {std::string("SelectKeyboardName = ") + Dx7Name}, environment);
-        ASSERT_TRUE(Becomes([&] { return program->Stands("first.syx"); }, LongTime));
+        program->Start({bank}, settings, environment);
+        ASSERT_TRUE(Becomes([&] { return program->Stands(name); }, LongTime));
         ASSERT_TRUE(Becomes(
             [&] {
                 application = bus.Application("Tonewright");
@@ -84,6 +101,36 @@ protected:
         ASSERT_NE(entry, nullptr) << name.toStdString();
         EXPECT_TRUE(bus.Act(entry->at, "Press"));
     }
+    // A click of the mouse into the middle of a thing, or more of them.
+    void Click(const Accessible &at, int times = 1) const {
+        const ScreenPlace place = bus.PlaceOf(at);
+        ASSERT_GT(place.width, 0);
+        EXPECT_TRUE(bus.display.Tool({"mousemove", std::to_string(place.x + place.width / 2),
+                                      std::to_string(place.y + place.height / 2), "click",
+                                      "--delay", "20", "--repeat", std::to_string(times), "1"}));
+    }
+    // Clicks into the box of a number and types another one.
+    void TypeInto(const AccessibleNode &dialog, const QString &name, const char *text) const {
+        const AccessibleNode *edit = dialog.Find(Role::Text, name);
+        ASSERT_NE(edit, nullptr) << name.toStdString() << "\n" << dialog.Text();
+        Click(edit->at);
+        ASSERT_TRUE(Becomes([&] { return bus.Node(edit->at).Has(State::Focused); }, LongTime));
+        EXPECT_TRUE(bus.display.Tool({"key", "ctrl+a", "type", "--delay", "5", text}));
+    }
+    void ClickButton(const AccessibleNode &dialog, const QString &name) const {
+        const AccessibleNode *button = dialog.Find(Role::PushButton, name);
+        ASSERT_NE(button, nullptr) << name.toStdString() << "\n" << dialog.Text();
+        Click(button->at);
+    }
+    // What `show` says of a voice of the bank, from 1.
+    std::string Shown(int place) const {
+        const ProgramResult result =
+            RunProgram({"/usr/bin/env", "HOME=" + program->home.path.string(),
+                        "XDG_CONFIG_HOME=" + program->home.File(".config"), CliProgram(), "show",
+                        bank, std::to_string(place)});
+        EXPECT_EQ(result.exitStatus, 0) << result.errors;
+        return result.output;
+    }
     // Whether the bus has told that of a thing since the events were cleared.
     bool IsTold(const QString &kind, const QString &detail, int number, const Accessible &source) {
         return Becomes(
@@ -126,6 +173,7 @@ protected:
     QCoreApplication events{argumentCount, nullptr};
     AccessibleBus bus;
     std::optional<ProgramOnDisplay> program;
+    std::string bank; // path of the document
     std::optional<Accessible> application;
 };
 
@@ -252,6 +300,103 @@ TEST_F(AccessibleProgram, TheKeysOfTheAuditionBoxAreButtonsThatCanBePressed) {
         },
         LongTime));
     EXPECT_TRUE(Becomes([&] { return !bus.Node(key).Has(State::Pressed); }, LongTime));
+}
+
+TEST_F(AccessibleProgram, AVoiceIsEditedInASheetWhoseControlsHaveNames) {
+    const std::string before = Shown(3);
+    Click(Rows()[2].at, 2);
+    auto sheet = Dialog("Edit Voice");
+    ASSERT_TRUE(sheet);
+    ExpectNamesOf(*sheet);
+    EXPECT_NE(sheet->Find(Role::Graphic, "Algorithm 3"), nullptr) << sheet->Text();
+    EXPECT_NE(sheet->Find(Role::Text, "Name:"), nullptr) << sheet->Text();
+    EXPECT_NE(sheet->Find(Role::ScrollBar, "LFO speed"), nullptr) << sheet->Text();
+    EXPECT_NE(sheet->Find(Role::CheckBox, "Oscillator sync"), nullptr) << sheet->Text();
+    EXPECT_NE(sheet->Find(Role::PageTab, "Operator 6"), nullptr) << sheet->Text();
+    TypeInto(*sheet, "LFO speed:", "57");
+
+    const AccessibleNode *tab = sheet->Find(Role::PageTab, "Operator 2");
+    ASSERT_NE(tab, nullptr) << sheet->Text();
+    Click(tab->at);
+    ASSERT_TRUE(Becomes(
+        [&] {
+            sheet = Dialog("Edit Voice");
+            return sheet && sheet->Find(Role::Text, "Frequency:");
+        },
+        LongTime));
+    ExpectNamesOf(*sheet);
+    TypeInto(*sheet, "Frequency:", "3.50");
+    ClickButton(*sheet, "OK");
+    ASSERT_TRUE(NoDialogStands());
+    EXPECT_EQ(Shown(3), before) << "nothing is saved yet";
+    EXPECT_TRUE(
+        Becomes([&] { return program->Press({"ctrl+s"}) && Shown(3) != before; }, LongTime));
+    const std::string after = Shown(3);
+    EXPECT_NE(after.find("\nlfoSpeed\t57\n"), std::string::npos) << after;
+    EXPECT_NE(after.find("\noperator2.frequency\t3.50\n"), std::string::npos) << after;
+}
+
+TEST_F(AccessibleProgram, ReturnInAValueDropsTheEditsAndInCarefulModeKeepsThem) {
+    const Bytes before = ReadTestFile(bank);
+    const auto editAndPressReturn = [&] {
+        Click(Rows()[2].at, 2);
+        const auto sheet = Dialog("Edit Voice");
+        ASSERT_TRUE(sheet);
+        TypeInto(*sheet, "LFO speed:", "57");
+        EXPECT_TRUE(bus.display.Tool({"key", "Return"}));
+        ASSERT_TRUE(NoDialogStands());
+    };
+    ASSERT_NO_FATAL_FAILURE(editAndPressReturn());
+    EXPECT_TRUE(program->Press({"ctrl+s"}));
+    ChooseEntry("Careful mode");
+    EXPECT_EQ(ReadTestFile(bank), before);
+
+    ASSERT_NO_FATAL_FAILURE(editAndPressReturn());
+    EXPECT_EQ(ReadTestFile(bank), before);
+    EXPECT_TRUE(Becomes([&] { return program->Press({"ctrl+s"}) && ReadTestFile(bank) != before; },
+                        LongTime));
+    EXPECT_NE(Shown(3).find("\nlfoSpeed\t57\n"), std::string::npos);
+}
+
+class AccessibleReface : public AccessibleProgram {
+protected:
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(MakeDesktop());
+        const std::string folder = program->home.File("Documents/My Tonewright 17 Documents");
+        std::filesystem::create_directories(folder);
+        WriteTestText(folder + "/AutoConfig.crg",
+                      ";Quillbrook Tonewright - reface DX "
+                      "configuration\nTranspose:70\nTempo1:99\nSpeaker:1\n");
+        Open("first.srx", TestRefaceBank(),
+             {std::string("SelectKeyboardName = ") + RefaceName, "SelectKeyboardAutodetect = 1"});
+    }
+    std::optional<AccessibleNode> OpenSettings() const {
+        ChooseEntry("Configure synthesizer");
+        return Dialog("Configure DX Reface");
+    }
+};
+
+TEST_F(AccessibleReface, KeepsTheSettingsOfAStartAndThoseOfTheBox) {
+    auto box = OpenSettings();
+    ASSERT_TRUE(box);
+    ExpectNamesOf(*box);
+    TypeInto(*box, "LCD Contrast:", "21");
+    ClickButton(*box, "OK");
+    ASSERT_TRUE(NoDialogStands());
+
+    box = OpenSettings();
+    ASSERT_TRUE(box);
+    ClickButton(*box, "Save As...");
+    const std::string kept = program->home.File("kept.crg");
+    ASSERT_TRUE(Becomes([&] { return Tree().FindAll(IsDialog).size() == 2; }, LongTime));
+    EXPECT_TRUE(bus.display.Tool({"key", "ctrl+a", "type", "--delay", "5", kept}));
+    EXPECT_TRUE(bus.display.Tool({"key", "Return"}));
+    ASSERT_TRUE(Becomes([&] { return program->home.Holds("kept.crg"); }, LongTime));
+    const std::string text = ReadTestText(kept);
+    for (const char *line : {"\nTranspose:70\n", "\nTempo1:99\n", "\nSpeaker:1\n",
+                             "\nLocalCtrl:0\n", "\nLCDConstrast:21\n"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line << " in\n" << text;
+    }
 }
 
 } // namespace
