@@ -9,6 +9,7 @@
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -32,6 +33,13 @@ constexpr std::size_t RefaceMemoryOffset = RefaceStateOffset + 3;
 constexpr std::size_t RefaceEditOffset = RefaceMemoryOffset + 32 * 150;
 constexpr std::size_t RefaceSystemOffset = RefaceEditOffset + 150;
 constexpr std::size_t InstrumentFileSize = RefaceSystemOffset + 32 + 4;
+
+// Puts the right check sum into such a file.
+inline void FixMemoryCheck(Bytes &studio) {
+    const auto check =
+        crc32(crc32(0, nullptr, 0), studio.data(), static_cast<uInt>(studio.size() - 4));
+    PutTestNumber(studio, studio.size() - 4, static_cast<std::uint32_t>(check));
+}
 
 inline Bytes Part(const Bytes &bytes, std::size_t offset, std::size_t size) {
     const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(offset);

@@ -185,7 +185,7 @@ TEST_F(CliParameters, ShowSaysWhatKeepsItFromShowing) {
 TEST_F(CliParameters, AVoiceThatIsNoneOfTheFamilyIsRefused) {
     Bytes bank = TestRefaceBank();
     bank[160] ^= 1;             // the first record is no voice
-    bank[160 + 202 + 12] = 'y'; // the second is one of another family
+    bank[160 + 202 + 16] = 'y'; // the second is one of another family
     bank[160 + 404 + 8] = 200;  // the third says that it is longer than it is
     const std::string path = folder.Write("bank.srx", bank);
     for (const char *place : {"1", "2", "3"}) {
@@ -419,6 +419,26 @@ TEST_F(CliParameters, EditWritesOverItsFileWithTheBackupThatTheOthersMake) {
         EXPECT_EQ(LineOf("lfoSpeed", path), "7");
         EXPECT_EQ(ReadTestFile(backup), former);
     }
+}
+
+TEST_F(CliParameters, EditMakesItsBackupWhateverTheSettingsOfTheWindow) {
+    std::filesystem::create_directories(folder.path / ".config/Quillbrook");
+    WriteTestText(folder.File(".config/Quillbrook/Tonewright 17.ini"), "CreateBackups = 0\n");
+    const std::string bank = Bank();
+    ExpectDone(Edit(bank, "1", {"lfoSpeed=7"}, bank));
+    EXPECT_EQ(ReadTestFile(folder.File("Backup of bank.syx")), TestBank());
+}
+
+TEST_F(CliParameters, EditInCarefulModeTellsOfAVoiceOfAnotherFamilyBesideIt) {
+    Bytes bank = TestRefaceBank();
+    const std::string id = "y7XD"; // of the DX7, at place 2
+    std::copy(id.begin(), id.end(), bank.begin() + 160 + 202 + 16);
+    const std::string path = folder.Write("bank.srx", bank);
+    const auto result = Edit(path, "4", {"lfoSpeed=7"}, path, {"--careful"});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": not written: place 2 holds no voice " +
+                                 "of the " + RefaceName + "\n");
+    EXPECT_EQ(ReadTestFile(path), bank);
 }
 
 TEST_F(CliParameters, EditWantsTheExtensionOfTheFilesKindAndFamily) {
