@@ -326,9 +326,8 @@ void CollectPage(VoiceSheet &sheet, int page) {
 
 void RowCommand(VoiceSheet &sheet, std::size_t row) {
     // A name is stored when it is changed, so that one that was only visited keeps its blanks.
-    if (UsedRow(sheet, row) && ShownRow(sheet, row).kind != ParameterKind::Name &&
-        TakeCommand(sheet, row)) {
-        TellRow(sheet, row);
+    if (UsedRow(sheet, row) && ShownRow(sheet, row).kind != ParameterKind::Name) {
+        TakeCommand(sheet, row); // the bar stands where the text has it
     }
 }
 

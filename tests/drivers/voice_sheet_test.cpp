@@ -405,6 +405,9 @@ TEST(VoiceSheet, AnIndexBehindTheListIsStoredAsItsLast) {
     EXPECT_EQ(sheet.Byte(134), 31);
     sheet.Select(107, 6);
     EXPECT_EQ(sheet.Byte(142), 5);
+    sheet.Select(107, -7); // nothing
+    EXPECT_EQ(sheet.At(107).selection, -1);
+    EXPECT_EQ(sheet.Byte(142), 0);
 }
 
 TEST(VoiceSheet, ANewAlgorithmIsShownAtOnceAndTheSameOneIsNot) {
