@@ -6,6 +6,7 @@
 #include "common/view/fonts.h"
 
 #include <QAbstractItemView>
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyledItemDelegate>
@@ -79,6 +80,50 @@ public:
     }
 };
 
+// The list as a screen reader finds it: its value is the algorithm in words.
+class AccessibleAlgorithmList : public QAccessibleWidget {
+public:
+    explicit AccessibleAlgorithmList(AlgorithmList &list)
+        : QAccessibleWidget(&list, QAccessible::ComboBox), list(list) {}
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? list.currentData(Qt::AccessibleTextRole).toString()
+                                          : QAccessibleWidget::text(kind);
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.expanded = list.view()->isVisible();
+        return state;
+    }
+    int childCount() const override { return 1; }
+    QAccessibleInterface *child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(list.view()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override {
+        return child->object() == list.view() ? 0 : -1;
+    }
+    QStringList actionNames() const override { return {showMenuAction()}; }
+    void doAction(const QString &name) override {
+        if (name != showMenuAction()) {
+            return;
+        }
+        if (list.view()->isVisible()) {
+            list.hidePopup();
+        } else {
+            list.showPopup();
+        }
+    }
+
+private:
+    AlgorithmList &list;
+};
+
+QAccessibleInterface *MakeAccessible(const QString & /*className*/, QObject *object) {
+    auto *list = dynamic_cast<AlgorithmList *>(object);
+    return list ? new AccessibleAlgorithmList(*list) : nullptr;
+}
+
 } // namespace
 
 QString AlgorithmName(int algorithm) {
@@ -96,6 +141,7 @@ AlgorithmList::AlgorithmList(QWidget *parent) : QComboBox(parent) {
     dropDown->setParent(this);
     setStyle(dropDown);
     TakeWheelWithFocusOnly(this);
+    QAccessible::installFactory(MakeAccessible); // once, however often it is called
 }
 
 void AlgorithmList::SetLook(const AlgorithmLook &newLook) {

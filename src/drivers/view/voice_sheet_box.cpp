@@ -9,13 +9,15 @@
 #include "midi/view/audition_box.h"
 
 #include <QDialog>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
+
+#include <utility>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -24,6 +26,7 @@ namespace {
 constexpr int SheetMargin = 6;
 constexpr int FrameWidth = 8; // what a window manager puts around the sheet
 constexpr int FrameHeight = 31;
+constexpr QSize SmallestButton(96, 30);
 
 class VoiceSheetBox : public QDialog {
 public:
@@ -44,6 +47,9 @@ public:
         connect(tabs, &QTabWidget::currentChanged, this, &VoiceSheetBox::ActivatePage);
         TurnPagesWith(QKeySequence(Qt::CTRL | Qt::Key_PageDown), 1);
         TurnPagesWith(QKeySequence(Qt::CTRL | Qt::Key_PageUp), -1);
+        // The toolkit's tabs have these too, but some controls would take them for letters.
+        TurnPagesWith(QKeySequence(Qt::CTRL | Qt::Key_Tab), 1);
+        TurnPagesWith(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), -1);
         PageAt(tabs->currentIndex())->FocusFirstControl();
         setFixedSize(
             sizeHint().boundedTo(screen()->availableSize() - QSize(FrameWidth, FrameHeight)));
@@ -60,6 +66,12 @@ protected:
     void hideEvent(QHideEvent *event) override {
         sheet.isShown = false;
         QDialog::hideEvent(event);
+    }
+    void changeEvent(QEvent *event) override {
+        QDialog::changeEvent(event);
+        if (event->type() == QEvent::FontChange) {
+            SizeButtons();
+        }
     }
     // Return that no button has taken is pressed in a control or on a tab.
     void keyPressEvent(QKeyEvent *event) override {
@@ -90,26 +102,36 @@ private:
                          QString::fromStdString(PageTitle(page)));
         }
         rows->addWidget(tabs);
-        rows->addWidget(MakeButtons());
+        rows->addLayout(MakeButtons());
     }
 
-    QWidget *MakeButtons() {
-        auto *box = new QDialogButtonBox(this);
-        const auto add = [&](const char *caption, QDialogButtonBox::ButtonRole role,
-                             std::uint32_t number) {
-            QPushButton *button = box->addButton(caption, role);
+    QLayout *MakeButtons() {
+        auto *row = new QHBoxLayout;
+        row->setSpacing(SheetMargin);
+        row->addStretch();
+        const std::pair<std::uint32_t, const char *> captions[] = {{SheetOk, "OK"},
+                                                                   {SheetCancel, "Cancel"},
+                                                                   {SheetAudition, "Audition..."},
+                                                                   {SheetHelp, "Help"}};
+        for (const auto &[number, caption] : captions) {
+            auto *button = new QPushButton(caption, this);
             button->setObjectName(ControlName(number));
-            button->setMinimumSize(96, 30);
             MakeSoftButton(button);
-            connect(button, &QPushButton::clicked, this, [this, number] { Press(number, number); });
+            connect(button, &QPushButton::clicked, this,
+                    [this, number = number] { Press(number, number); });
+            row->addWidget(button);
             buttons.push_back(button);
-        };
-        add("OK", QDialogButtonBox::AcceptRole, SheetOk);
-        add("Cancel", QDialogButtonBox::RejectRole, SheetCancel);
-        add("Audition...", QDialogButtonBox::ApplyRole, SheetAudition);
-        add("Help", QDialogButtonBox::HelpRole, SheetHelp);
+        }
         buttons.front()->setDefault(true);
-        return box;
+        SizeButtons();
+        return row;
+    }
+
+    // So that they are not squeezed where the pages want more room than there is.
+    void SizeButtons() {
+        for (QPushButton *button : buttons) {
+            button->setMinimumSize(SmallestButton.expandedTo(button->minimumSizeHint()));
+        }
     }
 
     VoicePageView *PageAt(int page) const {
