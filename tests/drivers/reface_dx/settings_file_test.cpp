@@ -213,10 +213,11 @@ TEST_F(CrgFile, OfTenMegabytesOfAnythingIsReadToItsEnd) {
     const std::size_t size = 10'000'000;
     for (const std::string &line : std::vector<std::string>{
              "x", "\n", std::string(1, '\0'), "MasterTune3:\n", "TransCh:3\n", "\xFF\xFE;"}) {
-        std::string text = FirstLine;
-        while (text.size() < size) {
-            text += line;
+        std::string lines = line;
+        while (lines.size() < size) {
+            lines += lines;
         }
+        const std::string text = FirstLine + lines.substr(0, size);
         EXPECT_EQ(Read(text + "\nMIDICtrl:9\n"), 1) << line;
         EXPECT_EQ(block.system[14], 9) << line;
         EXPECT_EQ(Read(text.substr(FirstLine.size())), 0) << line;
