@@ -5,6 +5,20 @@
 #include <QPalette>
 
 namespace tonewright {
+namespace {
+
+// The darkest shadow of a palette, which lines are drawn with on the face of buttons. On a face
+// that is nearly as dark they would not be seen; then it is the colour of the text there.
+QColor DarkShadow(const QPalette &palette) {
+    constexpr int LeastDifference = 80; // in lightness, of 255
+    const QColor face = palette.color(QPalette::Active, QPalette::Button);
+    const QColor shadow = palette.color(QPalette::Active, QPalette::Shadow);
+    return face.lightness() - shadow.lightness() < LeastDifference
+               ? palette.color(QPalette::Active, QPalette::ButtonText)
+               : shadow;
+}
+
+} // namespace
 
 QColor SystemColourOf(SystemColour colour) {
     const QPalette palette = QApplication::palette();
@@ -16,7 +30,7 @@ QColor SystemColourOf(SystemColour colour) {
     case SystemColour::ButtonText:
         return palette.color(QPalette::Active, QPalette::ButtonText);
     case SystemColour::DarkShadow3D:
-        return palette.color(QPalette::Active, QPalette::Shadow);
+        return DarkShadow(palette);
     case SystemColour::Highlight3D:
         return palette.color(QPalette::Active, QPalette::Light);
     case SystemColour::AppWorkspace:
