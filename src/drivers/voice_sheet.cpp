@@ -154,9 +154,11 @@ void RefreshOperatorName(VoiceSheet &sheet, int page) {
 
 // ---- commands of the page that is shown
 
-// The row whose control the user has used; nothing when it cannot be used.
+// The row whose control the user has used; nothing when it cannot be used, or the page has no such
+// row.
 RowState *UsedRow(VoiceSheet &sheet, std::size_t row) {
-    if (!sheet.isShown || sheet.activePage == NoPage) {
+    if (!sheet.isShown || sheet.activePage == NoPage ||
+        row >= RowsOfPage(sheet, sheet.activePage).size()) {
         return nullptr;
     }
     RowState &state = StateOf(sheet, sheet.activePage, row);

@@ -13,8 +13,6 @@
 #include <cstdlib>
 
 namespace tonewright {
-namespace {} // namespace
-
 UpDown::UpDown(QWidget *parent) : QWidget(parent) {
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

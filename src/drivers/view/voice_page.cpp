@@ -121,7 +121,7 @@ void VoicePageView::ConnectRow(std::size_t row) {
     const auto &[label, edit, list, check, arrows, bar] = controls[row];
     const QString name = NameOf(RowsOf(look.family, page)[row]);
     const auto tell = [this](const auto &act) {
-        if (!isFilling) {
+        if (TakesCommands()) {
             act();
         }
     };
@@ -144,20 +144,26 @@ void VoicePageView::ConnectRow(std::size_t row) {
     if (edit && arrows) {
         arrows->setAccessibleName(name);
         arrows->FollowEdit(edit);
-        arrows->stepped = [this, row, edit = edit](int step) {
-            if (edit->isEnabled()) {
+        arrows->stepped = [=, this, edit = edit](int step) {
+            tell([&] {
                 StepRow(sheet, row, step);
                 edit->selectAll();
-            }
+            });
         };
     }
     if (bar) {
         bar->setAccessibleName(name);
-        TakeScrollActions(bar, [this, row, bar = bar](ScrollAction action, int thumb) {
-            ScrollRow(sheet, row, action, thumb);
+        TakeScrollActions(bar, [=, this, bar = bar](ScrollAction action, int thumb) {
+            tell([&] { ScrollRow(sheet, row, action, thumb); });
             bar->setSliderPosition(sheet.pages[static_cast<std::size_t>(page)].rows[row].bar);
         });
     }
+}
+
+// A page that comes to be shown has the focus before it is the sheet's, and an arrow that is held
+// while the page changes goes on stepping.
+bool VoicePageView::TakesCommands() const {
+    return !isFilling && sheet.activePage == page;
 }
 
 void VoicePageView::FillRow(std::size_t row) {
@@ -240,7 +246,7 @@ bool VoicePageView::eventFilter(QObject *watched, QEvent *event) {
     }
     const auto row = static_cast<std::size_t>(found - controls.begin());
     const bool isFocus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
-    if (isFocus && !isFilling && watched != found->check) {
+    if (isFocus && TakesCommands() && watched != found->check) {
         RowCommand(sheet, row);
     }
     if (event->type() != QEvent::KeyPress) {
@@ -248,7 +254,8 @@ bool VoicePageView::eventFilter(QObject *watched, QEvent *event) {
     }
     const auto &key = static_cast<const QKeyEvent &>(*event);
     const bool isPage = key.key() == Qt::Key_PageUp || key.key() == Qt::Key_PageDown;
-    if (found->bar && isPage && key.modifiers() == Qt::NoModifier) {
+    const bool isPlain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (found->bar && isPage && isPlain) {
         ScrollRow(sheet, row,
                   key.key() == Qt::Key_PageUp ? ScrollAction::PageForward : ScrollAction::PageBack,
                   0);

@@ -67,6 +67,8 @@ private:
 
     static QWidget *MakeContents(const VoicePagesLook &look, int page, int itemIndex);
     void ConnectRow(std::size_t row);
+    // Whether what the controls tell comes from the user, on the page that the sheet shows.
+    bool TakesCommands() const;
     void FillRow(std::size_t row);
 
     const VoicePagesLook &look;

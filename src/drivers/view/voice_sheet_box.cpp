@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -73,6 +74,8 @@ protected:
             SizeButtons();
         }
     }
+    // Whoever turns the wheel over the tabs did not mean to collect one page after the other.
+    bool eventFilter(QObject *, QEvent *event) override { return event->type() == QEvent::Wheel; }
     // Return that no button has taken is pressed in a control or on a tab.
     void keyPressEvent(QKeyEvent *event) override {
         switch (event->key()) {
@@ -94,6 +97,7 @@ private:
         rows->setContentsMargins(SheetMargin, SheetMargin, SheetMargin, SheetMargin);
         rows->setSpacing(SheetMargin);
         tabs = new QTabWidget(this);
+        tabs->tabBar()->installEventFilter(this);
         const QSize size =
             VoicePageView::SizeOf(look, VoicePage, sheet.itemIndex, font())
                 .expandedTo(VoicePageView::SizeOf(look, VoicePage + 1, sheet.itemIndex, font()));
