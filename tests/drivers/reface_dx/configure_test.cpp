@@ -327,6 +327,25 @@ TEST_F(AutoConfiguredReface, GetsZerosForWhatTheFileLacks) {
     }
 }
 
+TEST_F(AutoConfiguredReface, GetsValuesAbove127AsTheyStandInWholeMessages) {
+    Write(FirstLine + "TransCh:200\nRcvCh:-1\nMasterTune1:503\nMasterTune2:9\nTempo0:0\nTempo1:"
+                      "300\nSpeaker:255\n");
+    EXPECT_EQ(AutoConfigure(), 1);
+    EXPECT_EQ(traffic, (Traffic{
+                           "> F0 43 10 7F 1C 05 00 00 00 C8 F7",
+                           "> F0 43 10 7F 1C 05 00 00 01 FF F7",
+                           "> F0 43 10 7F 1C 05 00 00 02 00 F7", // 503 is F7, the end of a message
+                           "> F0 43 10 7F 1C 05 00 00 06 00 F7",
+                           "> F0 43 10 7F 1C 05 00 00 07 00 F7",
+                           "> F0 43 10 7F 1C 05 00 00 08 00 2C F7",
+                           "> F0 43 10 7F 1C 05 00 00 0A 00 F7",
+                           "> F0 43 10 7F 1C 05 00 00 0B 00 F7",
+                           "> F0 43 10 7F 1C 05 00 00 0C 00 F7",
+                           "> F0 43 10 7F 1C 05 00 00 0D FF F7",
+                           "> F0 43 10 7F 1C 05 00 00 0E 00 F7",
+                       }));
+}
+
 TEST_F(AutoConfiguredReface, GetsNothingWithoutAFileOrFromAWrongOne) {
     EXPECT_EQ(AutoConfigure(), 0);
     Write("TransCh:3\n");
