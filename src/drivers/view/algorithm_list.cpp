@@ -12,7 +12,7 @@
 #include <QStyledItemDelegate>
 #include <QStyleOptionComboBox>
 
-#include <algorithm>
+#include <cstdlib>
 
 namespace tonewright {
 namespace {
@@ -25,6 +25,8 @@ constexpr int PictureRight = 8;     // from its right edge
 constexpr int NarrowestField = 220; // has room for six boxes beside each other
 constexpr int DroppedHeight = 432;
 
+constexpr int LeastContrast = 64; // of 255 steps from black to white
+
 Rectangle RectangleOf(const QRect &area) {
     return {.left = area.left(),
             .top = area.top(),
@@ -34,7 +36,7 @@ Rectangle RectangleOf(const QRect &area) {
 
 void DrawItem(QPainter &painter, const QRect &area, const AlgorithmLook &look, int algorithm,
               bool enabled, bool selected) {
-    const ItemColours colours = AlgorithmItemColours(enabled && selected);
+    const AlgorithmColours colours = AlgorithmItemColours(enabled && selected);
     painter.save();
     painter.setClipRect(area);
     painter.fillRect(area, colours.paper);
@@ -130,10 +132,17 @@ QString AlgorithmName(int algorithm) {
     return QStringLiteral("Algorithm %1").arg(algorithm + 1);
 }
 
-ItemColours AlgorithmItemColours(bool selected) {
-    return selected ? ItemColours{SystemColourOf(SystemColour::HighlightText),
-                                  SystemColourOf(SystemColour::Highlight)}
-                    : ItemColours{Qt::black, Qt::white};
+AlgorithmColours AlgorithmItemColours(bool selected) {
+    return selected ? AlgorithmColours{SystemColourOf(SystemColour::HighlightText),
+                                       SystemColourOf(SystemColour::Highlight)}
+                    : AlgorithmColours{Qt::black, Qt::white};
+}
+
+AlgorithmColours AlgorithmPictureColours() {
+    const QColor paper = SystemColourOf(SystemColour::ButtonFace);
+    const QColor edge = SystemColourOf(SystemColour::DarkShadow3D);
+    const bool shows = std::abs(qGray(paper.rgb()) - qGray(edge.rgb())) >= LeastContrast;
+    return {shows ? edge : SystemColourOf(SystemColour::ButtonText), paper};
 }
 
 AlgorithmList::AlgorithmList(QWidget *parent) : QComboBox(parent) {
@@ -201,7 +210,7 @@ void AlgorithmPicture::ShowAlgorithm(int number) {
 
 void AlgorithmPicture::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    painter.fillRect(rect(), SystemColourOf(SystemColour::ButtonFace));
+    painter.fillRect(rect(), AlgorithmPictureColours().paper);
     if (look && look->drawPicture) {
         look->drawPicture(painter, RectangleOf(rect()), algorithm);
     }

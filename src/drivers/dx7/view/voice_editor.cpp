@@ -21,14 +21,14 @@ Rectangle Inset(const Rectangle &area, int across, int down) {
 }
 
 void DrawItem(QPainter &painter, const Rectangle &area, int algorithm, bool selected) {
-    const ItemColours colours = AlgorithmItemColours(selected);
+    const AlgorithmColours colours = AlgorithmItemColours(selected);
     DrawKeptDx7Algorithm(painter, Inset(area, 0, 4), algorithm, colours.ink, colours.paper, 2, 0);
 }
 
 void DrawPicture(QPainter &painter, const Rectangle &area, int algorithm) {
-    DrawKeptDx7Algorithm(painter, Inset(area, 2, 10), algorithm,
-                         SystemColourOf(SystemColour::DarkShadow3D),
-                         SystemColourOf(SystemColour::ButtonFace), 1, ShowAlgorithmNumber);
+    const AlgorithmColours colours = AlgorithmPictureColours();
+    DrawKeptDx7Algorithm(painter, Inset(area, 2, 10), algorithm, colours.ink, colours.paper, 1,
+                         ShowAlgorithmNumber);
 }
 
 const VoicePagesLook Look = {

@@ -14,7 +14,7 @@ namespace tonewright {
 namespace {
 
 void DrawItem(QPainter &painter, const Rectangle &area, int algorithm, bool selected) {
-    const ItemColours colours = AlgorithmItemColours(selected);
+    const AlgorithmColours colours = AlgorithmItemColours(selected);
     DrawRefaceAlgorithmSmooth(painter, area, algorithm, colours.ink, colours.paper,
                               selected ? 2 : 1, false);
 }
@@ -24,8 +24,8 @@ void DrawPicture(QPainter &painter, const Rectangle &area, int algorithm) {
                              .top = area.top + 2,
                              .right = area.right - 2,
                              .bottom = area.bottom - 2};
-    DrawRefaceAlgorithmSmooth(painter, inner, algorithm, SystemColourOf(SystemColour::DarkShadow3D),
-                              SystemColourOf(SystemColour::ButtonFace), 1, true);
+    const AlgorithmColours colours = AlgorithmPictureColours();
+    DrawRefaceAlgorithmSmooth(painter, inner, algorithm, colours.ink, colours.paper, 1, true);
 }
 
 const VoicePagesLook Look = {
