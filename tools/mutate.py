@@ -164,6 +164,7 @@ class Workshop:
     def run(self, command, limit=None):
         """Runs a command with everything that it starts; whether it ended well and in time."""
         with subprocess.Popen(command, cwd=self.copy, start_new_session=True, text=True,
+                              errors="replace",
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as process:
             try:
                 self.output, _ = process.communicate(timeout=limit)

@@ -218,9 +218,10 @@ TEST_F(CrgFile, OfTenMegabytesOfAnythingIsReadToItsEnd) {
             lines += lines;
         }
         const std::string text = FirstLine + lines.substr(0, size);
-        EXPECT_EQ(Read(text + "\nMIDICtrl:9\n"), 1) << line;
-        EXPECT_EQ(block.system[14], 9) << line;
-        EXPECT_EQ(Read(text.substr(FirstLine.size())), 0) << line;
+        EXPECT_EQ(Read(text + "\nMIDICtrl:9\n"), 1) << testing::PrintToString(line.substr(0, 9));
+        EXPECT_EQ(block.system[14], 9) << testing::PrintToString(line.substr(0, 9));
+        EXPECT_EQ(Read(text.substr(FirstLine.size())), 0)
+            << testing::PrintToString(line.substr(0, 9));
     }
 }
 

@@ -250,6 +250,14 @@ TEST(RefaceSettingWords, TellEverySettingByItsName) {
                                         "powerAutoOff=on", "speaker=on", "midiControl=on"}));
 }
 
+TEST(RefaceSettingWords, TellZerosToo) {
+    EXPECT_EQ(Words({}),
+              (std::vector<std::string>{"transmitChannel=Channel 1", "receiveChannel=Channel 1",
+                                        "masterTune=414.7", "localControl=off", "transpose=-64",
+                                        "tempo=0", "lcdContrast=0", "sustainPedal=Yamaha FC3",
+                                        "powerAutoOff=off", "speaker=off", "midiControl=off"}));
+}
+
 TEST(RefaceSettingWords, TellAByteWithoutItemByItsNumber) {
     System system = {};
     system[0] = 100;
