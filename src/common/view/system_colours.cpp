@@ -4,16 +4,18 @@
 #include <QApplication>
 #include <QPalette>
 
+#include <cstdlib>
+
 namespace tonewright {
 namespace {
 
 // The darkest shadow of a palette, which lines are drawn with on the face of buttons. On a face
 // that is nearly as dark they would not be seen; then it is the colour of the text there.
 QColor DarkShadow(const QPalette &palette) {
-    constexpr int LeastDifference = 80; // in lightness, of 255
+    constexpr int LeastDifference = 64; // of 255 steps from black to white
     const QColor face = palette.color(QPalette::Active, QPalette::Button);
     const QColor shadow = palette.color(QPalette::Active, QPalette::Shadow);
-    return face.lightness() - shadow.lightness() < LeastDifference
+    return std::abs(qGray(face.rgb()) - qGray(shadow.rgb())) < LeastDifference
                ? palette.color(QPalette::Active, QPalette::ButtonText)
                : shadow;
 }

@@ -12,8 +12,6 @@
 #include <QStyledItemDelegate>
 #include <QStyleOptionComboBox>
 
-#include <cstdlib>
-
 namespace tonewright {
 namespace {
 
@@ -24,8 +22,6 @@ constexpr int PictureLeft = 48;     // from the left edge of an item
 constexpr int PictureRight = 8;     // from its right edge
 constexpr int NarrowestField = 220; // has room for six boxes beside each other
 constexpr int DroppedHeight = 432;
-
-constexpr int LeastContrast = 64; // of 255 steps from black to white
 
 Rectangle RectangleOf(const QRect &area) {
     return {.left = area.left(),
@@ -139,10 +135,7 @@ AlgorithmColours AlgorithmItemColours(bool selected) {
 }
 
 AlgorithmColours AlgorithmPictureColours() {
-    const QColor paper = SystemColourOf(SystemColour::ButtonFace);
-    const QColor edge = SystemColourOf(SystemColour::DarkShadow3D);
-    const bool shows = std::abs(qGray(paper.rgb()) - qGray(edge.rgb())) >= LeastContrast;
-    return {shows ? edge : SystemColourOf(SystemColour::ButtonText), paper};
+    return {SystemColourOf(SystemColour::DarkShadow3D), SystemColourOf(SystemColour::ButtonFace)};
 }
 
 AlgorithmList::AlgorithmList(QWidget *parent) : QComboBox(parent) {
