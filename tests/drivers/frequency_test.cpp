@@ -95,6 +95,7 @@ TEST(Frequency, TheArrowsStepByAHundredthWithinTheRange) {
     EXPECT_EQ(StepFrequency("0.01", -1), "0.00");
     EXPECT_EQ(StepFrequency("200.00", -1), "31.99");
     EXPECT_EQ(StepFrequency("-3", 1), "0.00");
+    EXPECT_EQ(StepFrequency("-0.004", 1), "0.01");
 }
 
 TEST(Frequency, TheArrowsReachEveryHundredth) {
