@@ -136,8 +136,8 @@ protected:
     void ClickArrow(std::uint32_t number, const char *arrow) const {
         QTest::mouseClick(Control(number + 10000)->findChild<QToolButton *>(arrow), Qt::LeftButton);
     }
-    // Clicks on a part of a row's scroll bar.
-    void ClickBar(std::uint32_t number, QStyle::SubControl part) const {
+    // A part of a row's scroll bar.
+    QRect BarPart(std::uint32_t number, QStyle::SubControl part) const {
         auto *bar = Control<QScrollBar>(number + 12000);
         QStyleOptionSlider option;
         option.initFrom(bar);
@@ -149,8 +149,11 @@ protected:
         option.sliderPosition = option.sliderValue = bar->value();
         option.subControls = QStyle::SC_All;
         option.state |= QStyle::State_Horizontal;
-        const QRect area = bar->style()->subControlRect(QStyle::CC_ScrollBar, &option, part, bar);
-        QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier, area.center());
+        return bar->style()->subControlRect(QStyle::CC_ScrollBar, &option, part, bar);
+    }
+    void ClickBar(std::uint32_t number, QStyle::SubControl part) const {
+        QTest::mouseClick(Control(number + 12000), Qt::LeftButton, Qt::NoModifier,
+                          BarPart(number, part).center());
     }
 
     ScriptedDesktop desktop;

@@ -637,8 +637,7 @@ TEST_F(VoiceSheetWindow, TheKeysOfAFocusedBarMoveIt) {
     Edited(RefaceSheets, [&] {
         Type(108, "50");
         auto *bar = Control<QScrollBar>(12108);
-        QTest::mouseClick(bar, Qt::RightButton, Qt::NoModifier, bar->rect().center());
-        bar->setFocus(Qt::MouseFocusReason);
+        bar->setFocus();
         const std::pair<Qt::Key, const char *> keys[] = {
             {Qt::Key_Right, "51"}, {Qt::Key_Left, "50"},   {Qt::Key_Up, "51"},
             {Qt::Key_Down, "50"},  {Qt::Key_PageUp, "65"}, {Qt::Key_PageDown, "50"},
@@ -663,11 +662,19 @@ TEST_F(VoiceSheetWindow, ABarIsMovedByItsArrowsItsTroughAndItsThumb) {
         EXPECT_EQ(Text(108), "62");
         ClickBar(108, QStyle::SC_ScrollBarSubPage);
         EXPECT_EQ(Text(108), "50");
-        Control<QScrollBar>(12108)->setSliderDown(true);
-        Control<QScrollBar>(12108)->setSliderPosition(7); // as a drawn thumb does
-        Control<QScrollBar>(12108)->setSliderDown(false);
-        EXPECT_EQ(Text(108), "7");
-        EXPECT_EQ(Bar(108), 7);
+        auto *bar = Control<QScrollBar>(12108);
+        const QPoint thumb = BarPart(108, QStyle::SC_ScrollBarSlider).center();
+        QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, thumb);
+        QTest::mouseMove(bar, thumb + QPoint(12, 0));
+        EXPECT_GT(Bar(108), 52);
+        EXPECT_EQ(Text(108).toInt(), Bar(108)); // while it is drawn
+        QTest::mouseMove(bar, thumb + QPoint(1000, 0));
+        QTest::mouseMove(bar, QPoint(bar->width() - 1, thumb.y()));
+        QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier,
+                            QPoint(bar->width() - 1, thumb.y()));
+        EXPECT_EQ(Text(108), "99");
+        EXPECT_EQ(Bar(108), 99);
+        EXPECT_TRUE(bar->hasFocus()); // by the click
         Ok();
     });
 }
@@ -682,7 +689,7 @@ TEST_F(VoiceSheetWindow, TypingMovesTheBarAndALimitRewritesNoBox) {
             EXPECT_EQ(Bar(row), 99);
             Type(row, "-5");
             EXPECT_EQ(Text(row), "-5");
-            EXPECT_EQ(Bar(row), page == 0 ? Bar(row) : Bar(row));
+            EXPECT_EQ(Bar(row), 0);
             Type(row, "33");
             EXPECT_EQ(Bar(row), 33);
         }
@@ -733,6 +740,48 @@ TEST_F(VoiceSheetWindow, ATypedFrequencyOf1Point15Becomes1Point14) {
     });
     EXPECT_EQ(bytes[38 + 22], 1);
     EXPECT_EQ(bytes[38 + 23], 14);
+}
+
+// ---- values at their limits
+
+TEST_F(VoiceSheetWindow, TransposeMinus24IsStoredAs0AndTranspose24As48) {
+    for (const auto &[text, stored] :
+         {std::pair{"-24", 0}, std::pair{"24", 48}, std::pair{"-99", 0}, std::pair{"99", 48}}) {
+        EXPECT_EQ(Edited(Dx7Sheets,
+                         [&, text = text] {
+                             Type(102, text);
+                             EXPECT_EQ(Text(102), text);
+                             Ok();
+                         })[144],
+                  stored);
+    }
+}
+
+TEST_F(VoiceSheetWindow, AStoredTransposeOf0OfARefaceDxShowsMinus40UntilItIsCollectedAs16) {
+    VoiceObject voice = RefaceSheets.voice;
+    voice.bytes[VoiceObjectHeaderSize + 12] = 0;
+    Edit(RefaceSheets, voice, [&] {
+        EXPECT_EQ(Text(102), "-40");
+        ShowTab(1);
+        ShowTab(0);
+        EXPECT_EQ(Text(102), "-40");
+        Ok();
+    });
+    EXPECT_EQ(VoiceBytes(voice)[12], 16);
+}
+
+TEST_F(VoiceSheetWindow, WhatThePageOperator6ShowsOverwritesWhatWasChangedOnOperator5) {
+    const Bytes bytes = Edited(Dx7Sheets, [&] {
+        ShowTab(6);
+        EXPECT_EQ(Text(220), "99");
+        ShowTab(5);
+        Type(220, "12");
+        ShowTab(6);
+        EXPECT_EQ(Text(220), "99"); // as it was when the page was made
+        Ok();
+    });
+    EXPECT_EQ(bytes[84 + 16], 99);
+    EXPECT_EQ(bytes[105 + 16], 79); // the last block stays
 }
 
 // ---- enabling
