@@ -662,6 +662,10 @@ TEST_F(VoiceSheetWindow, ABarIsMovedByItsArrowsItsTroughAndItsThumb) {
         EXPECT_EQ(Text(108), "62");
         ClickBar(108, QStyle::SC_ScrollBarSubPage);
         EXPECT_EQ(Text(108), "50");
+        Type(104, "3");
+        ClickBar(104, QStyle::SC_ScrollBarAddPage); // up to 7: an eighth of that is nothing
+        EXPECT_EQ(Text(104), "3");
+        EXPECT_EQ(Bar(104), 3);
         auto *bar = Control<QScrollBar>(12108);
         const QPoint thumb = BarPart(108, QStyle::SC_ScrollBarSlider).center();
         QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, thumb);
