@@ -2,7 +2,6 @@
 #include "drivers/view/algorithm_list.h"
 
 #include "common/view/accessible_role.h"
-#include "common/view/drop_down.h"
 #include "common/view/fonts.h"
 
 #include <QAbstractItemView>
@@ -142,7 +141,6 @@ AlgorithmList::AlgorithmList(QWidget *parent) : QComboBox(parent) {
     auto *dropDown = new DropDownStyle(style()->name());
     dropDown->setParent(this);
     setStyle(dropDown);
-    TakeWheelWithFocusOnly(this);
     QAccessible::installFactory(MakeAccessible); // once, however often it is called
 }
 

@@ -26,8 +26,7 @@ struct AlgorithmLook {
 // What is seen and heard of an algorithm: "Algorithm 5" for 4.
 QString AlgorithmName(int algorithm);
 
-// Ink and paper of an item, and of the picture of a voice's algorithm, which is drawn in the colour
-// of dark edges where that shows on the ground of dialogs, and else in that of their texts.
+// Ink and paper of an item, and of the picture of a voice's algorithm.
 struct AlgorithmColours {
     QColor ink, paper;
 };

@@ -548,7 +548,7 @@ TEST_F(VoiceSheetWindow, TheTabKeyReachesEachRowOnceInReadingOrderAndThenTheButt
             voice.bytes[VoiceObjectHeaderSize + 38 + 16] = 1; // the envelope is enabled
         }
         VoiceEditPage = 0;
-        Edit(*sheets, voice, [&, page = page, rows = rows] {
+        Edit(*sheets, voice, [&, sheets = sheets, page = page, rows = rows] {
             ShowTab(2); // a page that was made before
             ShowTab(page);
             Order expected = rows;
