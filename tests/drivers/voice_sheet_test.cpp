@@ -429,6 +429,12 @@ TEST(VoiceSheet, TheRowOfPitchBendIsEmptyAndInert) {
     sheet.Type(105, "12");
     sheet.Step(105, 1);
     EXPECT_EQ(sheet.At(105).text, "13");
+    sheet.Type(105, "99");
+    sheet.Step(105, 1);
+    EXPECT_EQ(sheet.At(105).text, "24");
+    sheet.Type(105, "-99");
+    sheet.Step(105, -1);
+    EXPECT_EQ(sheet.At(105).text, "-24");
     EXPECT_EQ(sheet.sheet.copy, sheet.voice);
     const VoiceObject collected = [&] {
         CollectPage(sheet.sheet, 0);
