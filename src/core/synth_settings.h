@@ -39,8 +39,9 @@ struct SynthSettings {
     // or is none of the family (EINVAL).
     int (*ReadFile)(const char *path, std::span<std::uint8_t> bytes,
                     std::vector<std::string> &missing) = nullptr;
-    // Writes one, without a backup of the former file. 0, the reason in errno, when it was not
-    // written whole; then there is none, but in careful mode the former one.
+    // Writes one, without a backup of the former file. 0, the reason in errno, when it is not all
+    // there: a file that was begun has been deleted then, one that could not be opened, and in
+    // careful mode any, is as it was.
     int (*WriteFile)(const char *path, std::span<const std::uint8_t> bytes) = nullptr;
 };
 

@@ -5,15 +5,25 @@
 #include "common/version.h"
 #include "core/document_file.h"
 
+#include <array>
 #include <bitset>
 #include <cerrno>
 #include <ctime>
 #include <optional>
+#include <span>
+#include <string_view>
 
 namespace tonewright {
 namespace {
 
 constexpr std::string_view FirstLine = ";Quillbrook Tonewright - reface DX configuration";
+
+// The keys with their colons, in the order of the bytes.
+constexpr std::array<std::string_view, RefaceSentSize> CrgKeys = {
+    "TransCh:",      "RcvCh:",     "MasterTune0:", "MasterTune1:", "MasterTune2:",
+    "MasterTune3:",  "LocalCtrl:", "Transpose:",   "Tempo0:",      "Tempo1:",
+    "LCDConstrast:", "Sustain:",   "AutoPower:",   "Speaker:",     "MIDICtrl:",
+};
 
 // The present local time as "Sun Nov 22 11:22:16 2026".
 std::string TimeText() {
@@ -46,12 +56,6 @@ std::optional<std::size_t> ByteOfLine(std::string_view line) {
 }
 
 } // namespace
-
-constexpr std::array<std::string_view, RefaceSentSize> CrgKeys = {
-    "TransCh:",      "RcvCh:",     "MasterTune0:", "MasterTune1:", "MasterTune2:",
-    "MasterTune3:",  "LocalCtrl:", "Transpose:",   "Tempo0:",      "Tempo1:",
-    "LCDConstrast:", "Sustain:",   "AutoPower:",   "Speaker:",     "MIDICtrl:",
-};
 
 std::string CrgTextOf(const SynthConfigBlock &block) {
     std::string text(FirstLine);

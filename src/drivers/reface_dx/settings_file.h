@@ -16,20 +16,15 @@
 #include "common/line_reader.h"
 #include "drivers/reface_dx/settings.h"
 
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tonewright {
 
-// The keys with their colons, in the order of the bytes.
-extern const std::array<std::string_view, RefaceSentSize> CrgKeys;
-
 // The file's text for the settings of a block, with line feeds and the present time.
 std::string CrgTextOf(const SynthConfigBlock &block);
-// Writes that text. 0, the reason in errno, when they could not be written whole; no
-// file is left then, but in careful mode the former one.
+// Writes that text. 0, the reason in errno, when it is not all there: a file that was begun has
+// been deleted then, one that could not be opened, and in careful mode any, is as it was.
 int WriteCrgFile(const char *path, const SynthConfigBlock &block);
 
 // Reads the settings in the lines of such a text into a block that is clear. False when the first
