@@ -31,6 +31,16 @@ constexpr const char *HelpOfEdit =
     "above 0 comes back 8 lower, but with --whole-detune. Such a bank keeps no level of an\n"
     "operator that is switched off.\n";
 
+constexpr const char *HelpOfSettingsSet =
+    "\nNames and values are those that get prints. Refused are those that an instrument may hold\n"
+    "and nobody can give it: a tempo below 30 or above 255, a master tune with an odd tenth or\n"
+    "outside of 414.8 to 466.8, a transpose outside of -12 to 12, an LCD contrast above 63, and\n"
+    "the number that get prints where a list has no word. Nothing is sent then.\n";
+
+constexpr const char *HelpOfSettingsLoad =
+    "\nA question is asked before a file is sent that does not tell all settings, or that holds\n"
+    "numbers above 127. Then it is looked whether the instrument has what was sent.\n";
+
 constexpr CliCommand Commands[] = {
     {"list", "FILE...", "print place, name and algorithm (also one above 32) of each voice", 1,
      AnyNumber, Answers, CliList},
@@ -74,11 +84,11 @@ constexpr CliCommand Commands[] = {
     {"reface-settings get", "[KEY...]", "print these or all settings of a reface DX", 0, AnyNumber,
      MidiOptions, CliRefaceSettingsGet},
     {"reface-settings set", "KEY=VALUE...", "change settings of a reface DX", 1, AnyNumber,
-     MidiOptions, CliRefaceSettingsSet},
+     MidiOptions, CliRefaceSettingsSet, HelpOfSettingsSet},
     {"reface-settings save", "OUT.crg", "write the settings of a reface DX into a file", 1, 1,
      Answers | Careful | MidiOptions, CliRefaceSettingsSave},
     {"reface-settings load", "FILE.crg", "send the settings of a file to a reface DX", 1, 1,
-     Answers | MidiOptions, CliRefaceSettingsLoad},
+     Answers | MidiOptions, CliRefaceSettingsLoad, HelpOfSettingsLoad},
     {"db names", "", "print name, family, records, bytes and path of each catalogue", 0, 0, 0,
      CliDbNames},
     {"db add", "FILE...", "add the voices of banks and single voices to their catalogues", 1,

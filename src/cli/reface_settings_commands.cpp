@@ -1,5 +1,6 @@
 // The commands for the settings that an instrument itself keeps: get, set, save, load. Which there
 // are and what they mean, the row of the family says that has them.
+#include "cli/changes.h"
 #include "cli/cli_commands.h"
 #include "cli/midi_session.h"
 #include "cli/paths.h"
@@ -51,41 +52,21 @@ std::optional<std::size_t> SettingOfName(const SynthSettings &settings, std::str
                : std::optional(static_cast<std::size_t>(found - settings.names.begin()));
 }
 
-int TellNoSuchSetting(std::string_view name, const SynthSettings &settings) {
+std::string NoSuchSetting(const SynthSettings &settings) {
     std::string names;
     for (const char *each : settings.names) {
         names += (names.empty() ? "" : ", ") + std::string(each);
     }
-    return TellWrongCall(name, "no such setting; there are: " + names);
+    return "no such setting; there are: " + names;
 }
 
-struct Change {
-    std::size_t setting;
-    std::string_view value;
-};
+using SettingChange = Change<std::size_t>;
 
-// The exit status; a failure has been told.
-int ReadChange(const SynthSettings &settings, std::string_view word, std::vector<Change> &changes) {
-    const auto assignment = ReadAssignment(word);
-    if (!assignment) {
-        return TellWrongCall(word, "not KEY=VALUE");
-    }
-    const auto setting = SettingOfName(settings, assignment->name);
-    if (!setting) {
-        return TellNoSuchSetting(assignment->name, settings);
-    }
-    if (std::ranges::find(changes, *setting, &Change::setting) != changes.end()) {
-        return TellWrongCall(assignment->name, "given more than once");
-    }
-    changes.push_back({*setting, assignment->value});
-    return ExitDone;
-}
-
-int Store(const SynthSettings &settings, const std::vector<Change> &changes, Bytes &bytes) {
-    for (const Change &change : changes) {
-        const std::string reason = settings.Store(change.setting, change.value, bytes);
+int Store(const SynthSettings &settings, const std::vector<SettingChange> &changes, Bytes &bytes) {
+    for (const SettingChange &change : changes) {
+        const std::string reason = settings.Store(change.parameter, change.value, bytes);
         if (!reason.empty()) {
-            return TellWrongCall(settings.names[change.setting], FieldText(reason));
+            return TellWrongCall(settings.names[change.parameter], FieldText(reason));
         }
     }
     return ExitDone;
@@ -135,8 +116,14 @@ int SaveSettings(const SynthSettings &settings, const char *path, const Bytes &b
                : TellFailure(path, WithSystemReason("could not be written", errno));
 }
 
-// Reads a file of settings, and asks about one that lacks some of them. The exit status; a failure
-// has been told.
+// Asks whether the file is to be sent, since `reason`.
+bool AskToSend(const char *path, const std::string &reason) {
+    return AskYesNo(nullptr, FormatText("The document %s ", FileNameOfPath(path)) + reason +
+                                 ".\n\nDo you wish to send it anyway?") == ResultYes;
+}
+
+// Reads a file of settings, and asks about one that lacks some of them and about one with numbers
+// that a message has no room for. The exit status; a failure has been told.
 int LoadSettings(const SynthDriver &family, const char *path, Bytes &bytes) {
     bytes.assign(family.settings->size, 0);
     std::vector<std::string> missing;
@@ -146,21 +133,16 @@ int LoadSettings(const SynthDriver &family, const char *path, Bytes &bytes) {
                                      ? FormatText("not a file of settings of the %s", family.name)
                                      : WithSystemReason("not readable", errno));
     }
-    if (!FitAMessage(bytes)) {
-        return TellFailure(path, "not sent, since a message cannot carry numbers above 127");
-    }
-    if (missing.empty()) {
-        return ExitDone;
-    }
     std::string keys;
     for (const std::string &key : missing) {
         keys += (keys.empty() ? "" : ", ") + key;
     }
-    const int answer =
-        AskYesNo(nullptr, FormatText("The document %s does not tell all settings. These would be "
-                                     "sent as zero: %s.\n\nDo you wish to send it anyway?",
-                                     FileNameOfPath(path), keys.c_str()));
-    return answer == ResultYes ? ExitDone : TellFailure(path, "not sent, as answered");
+    const bool isSent =
+        (missing.empty() ||
+         AskToSend(path, "does not tell all settings. These would be sent as zero: " + keys)) &&
+        (FitAMessage(bytes) ||
+         AskToSend(path, "holds numbers above 127, which a MIDI message cannot carry"));
+    return isSent ? ExitDone : TellFailure(path, "not sent, as answered");
 }
 
 } // namespace
@@ -175,7 +157,7 @@ int CliRefaceSettingsGet(const CliCall &call) {
     for (const char *name : call.words) {
         const auto setting = SettingOfName(settings, name);
         if (!setting) {
-            return TellNoSuchSetting(name, settings);
+            return TellWrongCall(name, NoSuchSetting(settings));
         }
         wanted.push_back(*setting);
     }
@@ -205,11 +187,12 @@ int CliRefaceSettingsSet(const CliCall &call) {
         return status;
     }
     const SynthSettings &settings = *family->settings;
-    std::vector<Change> changes;
-    for (const char *word : call.words) {
-        if (const int status = ReadChange(settings, word, changes)) {
-            return status;
-        }
+    std::vector<SettingChange> changes;
+    if (const int status = ReadChanges(
+            call.words, "KEY=VALUE",
+            [&](std::string_view name) { return SettingOfName(settings, name); },
+            NoSuchSetting(settings), changes)) {
+        return status;
     }
     Bytes none(settings.size); // so that what is wrong is told before anything is sent
     if (const int status = Store(settings, changes, none)) {

@@ -23,8 +23,11 @@ struct SynthSettings {
 
     // A setting in words and numbers as its user knows them.
     std::string (*Text)(std::size_t setting, std::span<const std::uint8_t> bytes) = nullptr;
-    // Takes a text as Text writes it; the case of letters does not count. Empty when the setting
-    // has just that value now; otherwise why it cannot have it, and the bytes are as they were.
+    // Takes a text as Text writes it of a value that the setting can be given; the case of letters
+    // does not count. An instrument or a file may hold other ones, which Text writes and Store
+    // refuses: those out of range, those that would be rounded, and the numbers of a list that has
+    // no word for them. Empty when the setting has just that value now; otherwise why it cannot
+    // have it, and the bytes are as they were.
     std::string (*Store)(std::size_t setting, std::string_view text,
                          std::span<std::uint8_t> bytes) = nullptr;
 

@@ -263,13 +263,11 @@ TEST_F(CliRefaceSettings, LoadAsksBeforeAFileWithMissingKeysIsSent) {
 TEST_F(CliRefaceSettings, LoadRefusesWhatIsNoFileOfSettings) {
     const std::string missing = folder.File("none.crg");
     const std::string bank = folder.Write("bank.crg", TestRefaceBank());
-    const std::string high = Crg(Keys({0, 200, 0, 4, 0, 0, 1, 64, 0, 0x78, 32, 0, 1, 1, 1}));
     const auto expect = [&](const std::string &file, const std::string &reason) {
         ExpectFailure(Call("load", {file, "--trace", "--yes"}), file + ": " + reason);
     };
     expect(missing, "not readable: No such file or directory");
     expect(bank, "not a file of settings of the Yamaha reface DX");
-    expect(high, "not sent, since a message cannot carry numbers above 127");
     EXPECT_EQ(Cli(Call("load", {folder.path.string(), "--yes"})).exitStatus, 1);
     // A file without a line is one of zeros, and asked about.
     const std::string empty = folder.WriteText("empty.crg", "");
@@ -277,6 +275,36 @@ TEST_F(CliRefaceSettings, LoadRefusesWhatIsNoFileOfSettings) {
     EXPECT_EQ(result.exitStatus, 1);
     EXPECT_TRUE(result.errors.starts_with("The document empty.crg does not tell all settings."));
     EXPECT_FALSE(folder.Holds("studio"));
+}
+
+TEST_F(CliRefaceSettings, LoadAsksBeforeNumbersAreSentThatNoMessageCarries) {
+    const std::string question =
+        "The document a.crg holds numbers above 127, which a MIDI message cannot carry.\n\nDo you "
+        "wish to send it anyway? [y/n] ";
+    const std::string file = Crg(Keys({0, 200, 0, 4, 0, 0, 1, 64, 0, 0x79, 32, 0, 1, 1, 1}));
+    for (const Words &options : {Words{}, Words{"--no"}}) {
+        const auto result = Cli(Call("load", {file, "--trace"}, options));
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.errors,
+                  question + "no\ntonewright-cli: " + file + ": not sent, as answered\n");
+        EXPECT_FALSE(folder.Holds("studio"));
+    }
+    // The number goes out, the instrument does not take it, and the rest is there.
+    auto result = Cli(Call("load", {file, "--trace"}, {"--yes"}));
+    EXPECT_NE(result.errors.find("\tF0 43 10 7F 1C 05 00 00 01 C8 F7\n"), std::string::npos)
+        << result.errors;
+    EXPECT_EQ(Held(), (Bytes{0, 16, 0, 4, 0, 0, 1, 64, 0, 0x79, 32, 0, 1, 1, 1}));
+    result = Cli(Call("load", {file}, {"--yes"}));
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, question + "yes\ntonewright-cli: Yamaha reface DX: has other settings "
+                                        "than those that were sent: receiveChannel is All\n");
+    // Both questions, and the second one is asked after a yes only.
+    const std::string some = Crg("RcvCh:200\n");
+    result = Cli(Call("load", {some}, {"--no"}));
+    EXPECT_EQ(result.errors.find(question), std::string::npos);
+    result = Cli(Call("load", {some}, {"--yes"}));
+    EXPECT_NE(result.errors.find("[y/n] yes\n" + question + "yes\n"), std::string::npos)
+        << result.errors;
 }
 
 TEST_F(CliRefaceSettings, SettingsThatTheInstrumentDoesNotTakeAreToldOf) {
@@ -319,9 +347,12 @@ TEST_F(CliRefaceSettings, WithoutPortsNothingIsDone) {
 }
 
 TEST_F(CliRefaceSettings, FindSendsNoSettings) {
-    std::filesystem::create_directories(folder.path / ".config/Quillbrook/Tonewright 17");
-    WriteTestText(folder.File(".config/Quillbrook/Tonewright 17/AutoConfig.crg"),
+    // Where the window program looks for it: the folder of the catalogues.
+    std::filesystem::create_directories(folder.path / "Documents/My Tonewright 17 Documents");
+    WriteTestText(folder.File("Documents/My Tonewright 17 Documents/AutoConfig.crg"),
                   FirstLine + Keys(Factory));
+    WriteTestFile(folder.File("Documents/My Tonewright 17 Documents/Here.syx_db"), {});
+    EXPECT_TRUE(Cli({"db", "names"}).output.starts_with("Here\t"));
     const auto result = Cli({"find", "--synth", "reface", "--trace"});
     EXPECT_EQ(MessagesOf(result.errors).size(), 2u) << result.errors;
 }
@@ -332,6 +363,15 @@ TEST_F(CliRefaceSettings, TheHelpOfTheGroupNamesItsCommands) {
                              "reface-settings save OUT.crg", "reface-settings load FILE.crg"}) {
         EXPECT_NE(help.find(call), std::string::npos) << call;
     }
+    const std::string save = Cli({"reface-settings", "save", "--help"}).output;
+    EXPECT_NE(
+        save.find("  --careful                     careful mode: lose no voice and no former"),
+        std::string::npos)
+        << save;
+    EXPECT_NE(Cli({"reface-settings", "set", "--help"}).output.find("\nNames and values are those"),
+              std::string::npos);
+    EXPECT_NE(Cli({"reface-settings", "load", "--help"}).output.find("numbers above 127"),
+              std::string::npos);
     EXPECT_EQ(Cli({"reface-settings"}).exitStatus, 2);
     EXPECT_EQ(Cli({"reface-settings", "show"}).exitStatus, 2);
 }

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <sstream>
+#include <string>
 
 namespace tonewright {
 namespace {
@@ -24,9 +26,10 @@ protected:
         // Nothing is installed or built.
         WriteProgram("bin/dpkg-query", "echo ok installed");
         WriteProgram("bin/ninja", "exit 0");
-        WriteProgram("build/release/tonewright-cli", "echo \"$XDG_CONFIG_DIRS\" >>\"" +
-                                                         home.File("dirs") + "\"\nexec \"" +
-                                                         CliProgram() + "\" \"$@\"");
+        WriteProgram("build/release/tonewright-cli",
+                     "echo \"$XDG_CONFIG_DIRS\" >>\"" + home.File("dirs") +
+                         "\"\n{ printf '%s|' \"$@\"; echo; } >>\"" + home.File("calls") +
+                         "\"\nexec \"" + CliProgram() + "\" \"$@\"");
     }
     void WriteProgram(const std::string &name, const std::string &script) const {
         fs::create_directories((home.path / name).parent_path());
@@ -67,6 +70,22 @@ TEST_F(RunCommand, TwiceDoesTheSameAndNeitherAsksNorFails) {
     }
     EXPECT_EQ(ReadTestFile(home.File("examples/tonewright.syx")), bank);
     EXPECT_FALSE(home.Holds("config"));
+}
+
+// One with ports of that name beside the built-in ones would be preferred.
+TEST_F(RunCommand, NoInstrumentButTheBuiltInOnesIsWrittenToOrAsked) {
+    ASSERT_EQ(Run().exitStatus, 0);
+    std::istringstream calls(ReadTestText(home.File("calls")));
+    int transfers = 0;
+    for (std::string call; std::getline(calls, call);) {
+        if (call.starts_with("upload|") || call.starts_with("download|") ||
+            call.starts_with("reface-settings|")) {
+            ++transfers;
+            EXPECT_NE(call.find("|--in|Built-in "), std::string::npos) << call;
+            EXPECT_NE(call.find("|--out|Built-in "), std::string::npos) << call;
+        }
+    }
+    EXPECT_EQ(transfers, 5);
 }
 
 TEST_F(RunCommand, ItsProgramFindsTheExtrasOfAPackageOn) {
