@@ -143,6 +143,20 @@ bool CarefulRefusesVoice(int row, const char *path, const char *notDone) {
     return true;
 }
 
+bool HasWrittenPlace(const char *path, int place) {
+    if (place > ListCount(MainList)) {
+        TellError(path, NoSuchPlace(place));
+        return false;
+    }
+    const VoiceFileFormat *format = FormatOfDriver(CurrentDriverId, VoiceFileKind::Bank);
+    if (format && place > format->voicesWritten) {
+        TellError(path, FormatText("a bank has places 1 to %d, and no place %d",
+                                   format->voicesWritten, place));
+        return false;
+    }
+    return true;
+}
+
 std::string NoSuchPlace(int place) {
     return FormatText("there is no place %d among its %d voices", place, ListCount(MainList));
 }

@@ -36,6 +36,10 @@ int ExportVoiceDocument(int row, const char *path);
 // nobody could read or hear them again: true after telling what is not done with `path`.
 bool CarefulRefusesVoice(int row, const char *path, const char *notDone);
 
+// Whether MainList has the place (from 1) and a bank of the current family is written with it, so
+// that a voice put there gets into the file; else tells of `path`, the bank, why not.
+bool HasWrittenPlace(const char *path, int place);
+
 // That a place (from 1) is not among the voices of MainList, in words.
 std::string NoSuchPlace(int place);
 constexpr const char *NotAPlace = "not a place: a number from 1 is";

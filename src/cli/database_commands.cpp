@@ -274,13 +274,8 @@ int CliDbInsert(const CliCall &call) {
                                           family.name, FieldText(chosen->path).c_str(),
                                           chosen->family->name));
     }
-    if (!ListVoice(MainList, *row - 1)) {
-        return TellFailure(in, NoSuchPlace(*row));
-    }
-    const int rows = family.DatabaseInfo(DatabaseInfoVoicesPerBank).number;
-    if (*row > rows) {
-        return TellFailure(in,
-                           FormatText("a bank has places 1 to %d, and no place %d", rows, *row));
+    if (!HasWrittenPlace(in, *row)) {
+        return ExitFailed;
     }
     VoiceObject voice = VoiceOfRecord(*chosen, *record);
     if (voice.bytes.empty()) {

@@ -28,10 +28,11 @@ int CliMove(const CliCall &call) {
     if (const int status = OpenBankFor(call, in, out, VoiceFileKind::Bank)) {
         return status;
     }
-    for (const int place : {*from, *to}) {
-        if (place > ListCount(MainList)) {
-            return TellFailure(in, NoSuchPlace(place));
-        }
+    if (*from > ListCount(MainList)) {
+        return TellFailure(in, NoSuchPlace(*from));
+    }
+    if (!HasWrittenPlace(in, *to)) {
+        return ExitFailed;
     }
     VoiceObject voice = ListTakeVoice(MainList, *from - 1);
     ListDelete(MainList, *from - 1);
@@ -64,8 +65,8 @@ int CliImport(const CliCall &call) {
     if (const int status = OpenBankFor(call, in, out, VoiceFileKind::Bank)) {
         return status;
     }
-    if (!ListVoice(MainList, *place - 1)) {
-        return TellFailure(in, NoSuchPlace(*place));
+    if (!HasWrittenPlace(in, *place)) {
+        return ExitFailed;
     }
     if (!ImportVoiceFrom(nullptr, MainList, *place - 1, AbsolutePath(voice).c_str(), nullptr)) {
         return TellFailure(

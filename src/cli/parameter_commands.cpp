@@ -1,6 +1,7 @@
 // The commands for the parameters of a voice: show and edit. What they are called and what their
 // values mean, the rows of the families say.
 #include "cli/bank_document.h"
+#include "cli/changes.h"
 #include "cli/cli_commands.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
@@ -11,7 +12,8 @@
 #include "core/voice_file_reader.h"
 #include "drivers/parameter_text.h"
 
-#include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -66,47 +68,28 @@ const VoiceObject *OpenVoice(const CliCall &call, const ParameterFile &file) {
     return voice;
 }
 
-struct Change {
-    NamedParameter parameter;
-    std::string_view value;
-};
+using ParameterChange = Change<NamedParameter>;
 
-// The exit status; a failure has been told.
-int ReadChange(const ParameterFile &file, std::string_view word, std::vector<Change> &changes) {
-    const auto assignment = ReadAssignment(word);
-    if (!assignment) {
-        return TellWrongCall(word, "not NAME=VALUE");
-    }
-    const auto parameter = ParameterOfName(*file.family->parameters, assignment->name);
-    if (!parameter) {
-        return TellWrongCall(
-            assignment->name,
-            FormatText("no such parameter of the %s; show prints all", file.family->name));
-    }
-    if (std::ranges::find(changes, *parameter, &Change::parameter) != changes.end()) {
-        return TellWrongCall(assignment->name, "given more than once");
-    }
-    changes.push_back({*parameter, assignment->value});
-    return ExitDone;
+int TellValue(const ParameterChange &change, const std::string &reason) {
+    return TellWrongCall(ParameterName(change.parameter), FieldText(reason));
 }
 
 // Gives the voice all these values. The exit status; a failure has been told.
-int Apply(const ParameterFile &file, const std::vector<Change> &changes, VoiceObject &voice) {
+int Apply(const ParameterFile &file, const std::vector<ParameterChange> &changes,
+          VoiceObject &voice) {
     const VoiceParameters &family = *file.family->parameters;
-    const auto tell = [](const Change &change, const std::string &reason) {
-        return reason.empty() ? ExitDone
-                              : TellWrongCall(ParameterName(change.parameter), FieldText(reason));
-    };
-    for (const Change &change : changes) {
-        if (const int status = tell(change, SetParameterText(family, change.parameter, voice,
-                                                             change.value, file.format->kind))) {
-            return status;
+    for (const ParameterChange &change : changes) {
+        const std::string reason =
+            SetParameterText(family, change.parameter, voice, change.value, file.format->kind);
+        if (!reason.empty()) {
+            return TellValue(change, reason);
         }
     }
-    for (const Change &change : changes) { // by now each beside all others
-        if (const int status =
-                tell(change, ReasonNotKept(family, change.parameter, voice, file.format->kind))) {
-            return status;
+    for (const ParameterChange &change : changes) { // by now each beside all others
+        const std::string reason =
+            ReasonNotKept(family, change.parameter, voice, file.format->kind);
+        if (!reason.empty()) {
+            return TellValue(change, reason);
         }
     }
     return ExitDone;
@@ -143,23 +126,38 @@ int CliEdit(const CliCall &call) {
     if (!ExtensionFits(file.format->driver, out, file.format->kind, reason)) {
         return TellWrongCall(out, reason);
     }
-    std::vector<Change> changes;
-    for (const char *word : call.words.subspan(2, call.words.size() - 3)) {
-        if (const int status = ReadChange(file, word, changes)) {
-            return status;
-        }
+    const VoiceParameters &family = *file.family->parameters;
+    std::vector<ParameterChange> changes;
+    if (const int status = ReadChanges(
+            call.words.subspan(2, call.words.size() - 3), "NAME=VALUE",
+            [&](std::string_view name) { return ParameterOfName(family, name); },
+            FormatText("no such parameter of the %s; show prints all", file.family->name),
+            changes)) {
+        return status;
     }
     const VoiceObject *voice = OpenVoice(call, file);
-    if (!voice) {
+    const bool isBank = file.format->kind == VoiceFileKind::Bank;
+    if (!voice || (isBank && !HasWrittenPlace(call.words[0], file.row + 1))) {
         return ExitFailed;
     }
     VoiceObject changed = *voice;
     if (const int status = Apply(file, changes, changed)) {
         return status;
     }
+    std::vector<std::string> remarks;
+    for (const ParameterChange &change : changes) {
+        remarks.push_back(RemarkOnValue(family, change.parameter, changed, file.format->kind));
+    }
     ListSetVoice(MainList, file.row, std::move(changed));
-    return file.format->kind == VoiceFileKind::Bank ? SaveBankDocument(out)
-                                                    : ExportVoiceDocument(file.row, out);
+    if (const int status = isBank ? SaveBankDocument(out) : ExportVoiceDocument(file.row, out)) {
+        return status;
+    }
+    for (std::size_t at = 0; at < changes.size(); ++at) {
+        if (!remarks[at].empty()) {
+            TellError(ParameterName(changes[at].parameter), remarks[at]);
+        }
+    }
+    return ExitDone;
 }
 
 } // namespace tonewright

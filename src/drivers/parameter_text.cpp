@@ -1,6 +1,7 @@
 // Shows and reads the values of parameters by their rows.
 #include "drivers/parameter_text.h"
 
+#include "common/settings.h"
 #include "common/text.h"
 #include "drivers/frequency.h"
 
@@ -250,6 +251,25 @@ std::string ReasonNotKept(const VoiceParameters &family, const NamedParameter &p
         return "a bank keeps none with " + other + " off";
     }
     return "";
+}
+
+std::string RemarkOnValue(const VoiceParameters &family, const NamedParameter &parameter,
+                          const VoiceObject &voice, VoiceFileKind kind) {
+    const VoiceParameter &row = *parameter.row;
+    if (row.kind == ParameterKind::Name) {
+        return std::ranges::any_of(ShownName(family, row, voice), IsControl)
+                   ? "as before, with the control characters shown as ?"
+                   : "";
+    }
+    if (kind != VoiceFileKind::Bank || WholeDetune != 0) {
+        return "";
+    }
+    const int shown = ShownValue(family, row, voice, parameter.part);
+    const int read = ((shown + row.bias) & ((1 << row.readBits) - 1)) - row.bias;
+    return row.readBits >= row.packedBits || read == shown
+               ? ""
+               : FormatText("a bank read without --whole-detune has %d in the stead of %d", read,
+                            shown);
 }
 
 } // namespace tonewright

@@ -45,8 +45,9 @@ struct VoiceParameter {
     // operator's row in the bytes of that operator. Of an OperatorBit always in the voice-wide
     // ones.
     std::size_t offset = 0;
-    int bias = 0;                // what is shown is what is stored minus this
-    int packedBits = 8;          // how many bits a bank's file has for it
+    int bias = 0;       // what is shown is what is stored minus this
+    int packedBits = 8; // how many bits a bank's file has for it
+    int readBits = 16;  // how many of them are read at most unless WholeDetune is on
     // A bank's file, which has no OperatorBit, has 0 here for an operator that is off.
     bool tellsOperatorIsOn = false;
     const char *items = nullptr; // of a list: the texts, separated by ";"

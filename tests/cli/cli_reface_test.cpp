@@ -226,6 +226,24 @@ TEST(CliRefaceMove, MovesAVoice) {
     EXPECT_EQ(Bytes(file.end() - 202, file.end()), TestRefaceBlock(30));
 }
 
+TEST(CliRefaceMove, PutsNoVoiceWhereABankIsNotWritten) {
+    const TempFolder folder;
+    const std::string in = folder.Write("in.srx", TestRefaceBank(34));
+    const std::string voice = folder.Write("a.sr1", TestRefaceVoiceFile(5));
+    const std::string out = folder.WriteText("out.srx", "former");
+    for (const std::vector<std::string> &call : std::vector<std::vector<std::string>>{
+             {"move", in, "1", "33", out}, {"import", in, "33", voice, out}}) {
+        const auto result = Cli(call);
+        EXPECT_EQ(result.exitStatus, 1);
+        EXPECT_EQ(result.errors,
+                  "tonewright-cli: " + in + ": a bank has places 1 to 32, and no place 33\n");
+        EXPECT_EQ(ReadTestText(out), "former");
+    }
+    EXPECT_EQ(Cli({"move", in, "34", "2", out}).exitStatus, 0); // which fetches one of those behind
+    EXPECT_NE(Cli({"list", out}).output.find("\n2\t" + TestRefaceName(33) + "\t"),
+              std::string::npos);
+}
+
 TEST(CliRefaceExport, WritesTheVoiceOfAPlaceAndImportPutsItIntoAnother) {
     const TempFolder folder;
     const std::string in = folder.Write("in.srx", TestRefaceBank());

@@ -74,11 +74,11 @@ protected:
     }
     // A call that fails so, prints nothing, and leaves the file that it was to write as it was.
     void ExpectRefused(const std::string &in, const std::string &place, const Words &changes,
-                       const std::string &reason, int status = 2) const {
+                       const std::string &reason, int status = 2, const Words &options = {}) const {
         const std::string out = folder.WriteText("out" + in.substr(in.rfind('.')), "former");
         const Bytes former = ReadTestFile(in);
         for (const std::string &path : {out, in}) {
-            const auto result = Edit(in, place, changes, path);
+            const auto result = Edit(in, place, changes, path, options);
             EXPECT_EQ(result.exitStatus, status) << reason;
             EXPECT_EQ(result.output, "");
             EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
@@ -267,7 +267,7 @@ TEST_F(CliParameters, EditOfABankChangesTheVoiceAtThePlaceAlone) {
 
 TEST_F(CliParameters, EditTakesAllThatShowPrintedAndChangesNothing) {
     Bytes odd = TestVoiceFile(); // blanks behind the name, values out of range, reserved bits
-    const std::string name = "A\x01  \xE9     ";
+    const std::string name = "A?  \xE9     ";
     std::copy(name.begin(), name.end(), odd.begin() + Dx7VoiceStart + 145);
     odd[Dx7VoiceStart + 134] = 200; // algorithm
     odd[Dx7VoiceStart + 142] = 9;   // LFO wave
@@ -288,6 +288,24 @@ TEST_F(CliParameters, EditTakesAllThatShowPrintedAndChangesNothing) {
                   ReadTestFile(path))
             << path;
     }
+}
+
+TEST_F(CliParameters, EditKeepsTheControlCharactersOfANameAsItIsShownAndSaysSo) {
+    Bytes file = TestVoiceFile();
+    const std::string name = "A\x01\x42       ";
+    std::copy(name.begin(), name.end(), file.begin() + Dx7VoiceStart + 145);
+    FixTestChecksum(file);
+    const std::string path = folder.Write("a.sy1", file), out = folder.File("out.sy1");
+    const auto result = Edit(path, "1", {"name=A?B"}, out);
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.errors,
+              "tonewright-cli: name: as before, with the control characters shown as ?\n");
+    EXPECT_EQ(ReadTestFile(out), file);
+    ExpectDone(Edit(path, "1", {"lfoSpeed=5"}, out)); // names no name
+    ExpectDone(Edit(path, "1", {"name=A?C"}, out));
+    ExpectDone(Edit(out, "1", {"name=A?B"}, out));
+    EXPECT_EQ(ReadTestFile(out)[Dx7VoiceStart + 146], '?');
+    EXPECT_EQ(LineOf("name", out), "A?B");
 }
 
 TEST_F(CliParameters, EditTakesWordsInOtherFormsToo) {
@@ -368,6 +386,23 @@ TEST_F(CliParameters, EditChecksAllBeforeItWritesAnything) {
     ExpectRefused(bank, "0", {"lfoSpeed=5"}, "0: not a place: a number from 1 is");
 }
 
+TEST_F(CliParameters, EditRefusesAPlaceThatABankIsNotWrittenWith) {
+    const std::string bank = folder.Write("bank.srx", TestRefaceBank(40));
+    for (const Words &options : {Words{}, Words{"--careful"}}) {
+        ExpectRefused(bank, "33", {"name=GLASS"},
+                      bank + ": a bank has places 1 to 32, and no place 33", 1, options);
+        ExpectRefused(bank, "40", {"name=GLASS"},
+                      bank + ": a bank has places 1 to 32, and no place 40", 1, options);
+    }
+    EXPECT_EQ(LineOf("name", bank, "33"), "REFACE 33"); // which show takes
+    // What stands behind is left out, as by save.
+    const std::string out = folder.File("out.srx");
+    std::filesystem::remove(out);
+    ExpectDone(Edit(bank, "32", {"name=GLASS"}, out));
+    EXPECT_EQ(LineOf("name", out, "32"), "GLASS");
+    EXPECT_EQ(ReadTestFile(out).size(), 160u + 32 * 202);
+}
+
 TEST_F(CliParameters, EditRefusesForABankWhatOnlyASingleVoiceKeeps) {
     const std::string bank = Bank(), voice = folder.File("voice.sy1");
     ExpectRefused(bank, "1", {"operator1.rateScaling=8"},
@@ -403,8 +438,17 @@ TEST_F(CliParameters, EditSwitchesAnOperatorOfABankOffAndOnWithItsLevel) {
 
 TEST_F(CliParameters, EditWritesTheDetuneOfABankWhole) {
     const std::string bank = Bank();
-    ExpectDone(Edit(bank, "1", {"operator1.detune=7"}, bank));
+    const auto result = Edit(bank, "1", {"operator1.detune=7", "operator2.detune=0"}, bank);
+    EXPECT_EQ(result.exitStatus, 0);
+    EXPECT_EQ(result.errors, "tonewright-cli: operator1.detune: a bank read without "
+                             "--whole-detune has -1 in the stead of 7\n");
     EXPECT_EQ(ReadTestFile(bank)[FirstPackedVoice + 12], 0x73);
+    EXPECT_EQ(LineOf("operator1.detune", bank), "-1");
+    ExpectDone(Edit(bank, "1", {"operator1.detune=7"}, bank, {"--whole-detune"}));
+    ExpectDone(Edit(Voice(), "1", {"operator1.detune=7"}, folder.File("out.sy1")));
+    // Nothing is said of what was not written.
+    ExpectRefused(bank, "1", {"operator1.detune=7", "lfoSpeed=100"},
+                  "lfoSpeed: 100 is no whole number from 0 to 99");
     ExpectDone(Edit(bank, "1", {"lfoSpeed=1"}, bank, {"--whole-detune"}));
     EXPECT_EQ(ReadTestFile(bank)[FirstPackedVoice + 12], 0x73);
     ExpectDone(Edit(bank, "1", {"lfoSpeed=2"}, bank)); // which opens the bank with three bits

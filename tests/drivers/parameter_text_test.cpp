@@ -2,6 +2,7 @@
 // bytes are written by hand.
 #include "drivers/parameter_text.h"
 
+#include "common/settings.h"
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/dx7/voice_parameters.h"
 #include "drivers/reface_dx/voice_parameters.h"
@@ -331,6 +332,41 @@ TEST_F(Dx7ParameterText, ABankKeepsNoLevelOfAnOperatorThatIsOff) {
               "an operator with operator2.outputLevel 0 is off in a bank");
     EXPECT_EQ(NotKept("operator2.enable", Single), "");
     EXPECT_EQ(NotKept("operator2.outputLevel", Bank), "");
+}
+
+TEST_F(Dx7ParameterText, ADetuneThatABankGivesBackOtherwiseIsRemarkedOn) {
+    const NamedParameter detune = *ParameterOfName(Dx7Parameters, "operator3.detune");
+    for (int value = -7; value <= 7; ++value) {
+        ASSERT_EQ(Set("operator3.detune", std::to_string(value).c_str(), Bank), "");
+        // Stored from 0 on, of which the lowest three bits are read.
+        const std::string lost = "a bank read without --whole-detune has " +
+                                 std::to_string(value - 8) + " in the stead of " +
+                                 std::to_string(value);
+        EXPECT_EQ(RemarkOnValue(Dx7Parameters, detune, voice, Bank), value > 0 ? lost : "");
+        EXPECT_EQ(RemarkOnValue(Dx7Parameters, detune, voice, Single), "");
+        WholeDetune = 1;
+        EXPECT_EQ(RemarkOnValue(Dx7Parameters, detune, voice, Bank), "");
+        WholeDetune = 0;
+    }
+}
+
+TEST_P(ParameterTextOf, NothingElseIsRemarkedOnButTheControlCharactersOfAName) {
+    for (const NamedParameter &parameter : NamedParameters(rows)) {
+        if (parameter.row->kind == ParameterKind::OperatorBit ||
+            ParameterName(parameter).ends_with(".detune")) {
+            continue;
+        }
+        const bool isName = parameter.row->kind == ParameterKind::Name;
+        for (const int value : {0, 1, 0x7F, 0x85, 0xFF}) {
+            VoiceObject changed = voice;
+            changed.bytes[rows.PartOffset(voice, parameter.part) + parameter.row->offset] =
+                static_cast<std::uint8_t>(value);
+            const bool isTold = isName && (value == 1 || value == 0x7F || value == 0x85);
+            EXPECT_EQ(RemarkOnValue(rows, parameter, changed, Bank),
+                      isTold ? "as before, with the control characters shown as ?" : "")
+                << ParameterName(parameter) << " " << value;
+        }
+    }
 }
 
 TEST(RefaceParameterText, ABankKeepsAll) {
