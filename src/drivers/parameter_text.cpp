@@ -4,11 +4,9 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "drivers/frequency.h"
+#include "drivers/value_text.h"
 
 #include <algorithm>
-#include <charconv>
-#include <initializer_list>
-#include <system_error>
 
 namespace tonewright {
 namespace {
@@ -45,29 +43,8 @@ bool IsItem(std::string_view item, std::string_view text) {
             EqualNoCase(item.substr(open + 2, item.size() - open - 3), text));
 }
 
-std::string InWords(std::string_view text) {
-    return text.empty() ? "an empty text" : std::string(text);
-}
-
-// A value as a text tells it, or why it tells none.
-struct Reading {
-    std::optional<int> shown;
-    std::string reason;
-};
-
-Reading ReadWholeNumber(std::string_view text, int minimum, int maximum) {
-    int number = 0;
-    const char *end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc() && stop == end && number >= minimum && number <= maximum) {
-        return {number, ""};
-    }
-    return {std::nullopt,
-            InWords(text) + FormatText(" is no whole number from %d to %d", minimum, maximum)};
-}
-
 // Digit by digit, so that 1.15 is 115 hundredths.
-Reading ReadHundredths(std::string_view text, int minimum, int maximum) {
+ValueReading ReadHundredths(std::string_view text, int minimum, int maximum) {
     const std::size_t point = text.find('.');
     const std::string_view whole = text.substr(0, point);
     const std::string_view decimals =
@@ -78,8 +55,8 @@ Reading ReadHundredths(std::string_view text, int minimum, int maximum) {
         }
         std::string digits = std::string(whole) + std::string(decimals);
         digits.append(Decimals - decimals.size(), '0');
-        const Reading hundredths = ReadWholeNumber(digits, minimum, maximum);
-        if (hundredths.shown) {
+        const ValueReading hundredths = ReadWholeNumber(digits, minimum, maximum);
+        if (hundredths.value) {
             return hundredths;
         }
     }
@@ -87,38 +64,20 @@ Reading ReadHundredths(std::string_view text, int minimum, int maximum) {
                               FrequencyText(maximum)};
 }
 
-Reading ReadItem(const VoiceParameter &row, std::string_view text) {
+ValueReading ReadItem(const VoiceParameter &row, std::string_view text) {
     const std::vector<std::string> items = SplitList(row.items);
     for (std::size_t index = 0; index < items.size(); ++index) {
         if (IsItem(items[index], text)) {
             return {static_cast<int>(index), ""};
         }
     }
-    if (const Reading index = ReadWholeNumber(text, row.minimum, row.maximum); index.shown) {
+    if (const ValueReading index = ReadWholeNumber(text, row.minimum, row.maximum); index.value) {
         return index;
     }
-    std::string reason = InWords(text) + " is none of ";
-    for (const std::string &item : items) {
-        reason += item + "; ";
-    }
-    return {std::nullopt, reason + FormatText("%d to %d", row.minimum, row.maximum)};
+    return {std::nullopt, NoneOf(text, items) + FormatText("; %d to %d", row.minimum, row.maximum)};
 }
 
-Reading ReadCheck(std::string_view text) {
-    const auto isOneOf = [text](std::initializer_list<const char *> words) {
-        return std::ranges::any_of(words,
-                                   [text](const char *word) { return EqualNoCase(text, word); });
-    };
-    if (isOneOf({"on", "yes", "1"})) {
-        return {1, ""};
-    }
-    if (isOneOf({"off", "no", "0"})) {
-        return {0, ""};
-    }
-    return {std::nullopt, InWords(text) + " is neither on nor off"};
-}
-
-Reading ReadShown(const VoiceParameter &row, std::string_view text) {
+ValueReading ReadShown(const VoiceParameter &row, std::string_view text) {
     const int first = FirstOf(row);
     switch (row.kind) {
     case ParameterKind::Frequency:
@@ -127,11 +86,11 @@ Reading ReadShown(const VoiceParameter &row, std::string_view text) {
         return ReadItem(row, text);
     case ParameterKind::Check:
     case ParameterKind::OperatorBit:
-        return ReadCheck(text);
+        return ReadSwitch(text);
     default:
-        Reading reading = ReadWholeNumber(text, row.minimum + first, row.maximum + first);
-        if (reading.shown) {
-            *reading.shown -= first;
+        ValueReading reading = ReadWholeNumber(text, row.minimum + first, row.maximum + first);
+        if (reading.value) {
+            *reading.value -= first;
         }
         return reading;
     }
@@ -190,7 +149,7 @@ std::string ParameterText(const VoiceParameters &family, const NamedParameter &p
     }
     const int shown = ShownValue(family, row, voice, parameter.part);
     if (row.IsCheck()) {
-        return shown != 0 ? "on" : "off";
+        return SwitchText(shown != 0);
     }
     if (row.kind == ParameterKind::Frequency) {
         return FrequencyText(shown);
@@ -215,17 +174,17 @@ std::string SetParameterText(const VoiceParameters &family, const NamedParameter
     if (row.kind == ParameterKind::Name) {
         return SetName(family, row, voice, text);
     }
-    const Reading reading = ReadShown(row, text);
-    if (!reading.shown) {
+    const ValueReading reading = ReadShown(row, text);
+    if (!reading.value) {
         return reading.reason;
     }
     const int largest = (1 << row.packedBits) - 1 - row.bias; // of a bank
-    if (kind == VoiceFileKind::Bank && *reading.shown > largest) {
+    if (kind == VoiceFileKind::Bank && *reading.value > largest) {
         return std::string(text) + FormatText(" does not fit into a bank, which has room for %d to "
                                               "%d",
                                               row.minimum, largest);
     }
-    StoreShownValue(family, row, voice, parameter.part, *reading.shown);
+    StoreShownValue(family, row, voice, parameter.part, *reading.value);
     return "";
 }
 

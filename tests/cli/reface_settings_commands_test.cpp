@@ -65,7 +65,7 @@ TEST_F(CliRefaceSettings, GetPrintsAllOrThoseThatAreNamed) {
 TEST_F(CliRefaceSettings, SetChangesWhatIsNamedAndGetTellsIt) {
     ExpectDone(Call("set", {"transmitChannel=off", "receiveChannel=channel 5", "masterTune=442.0",
                             "localControl=OFF", "transpose=-12", "tempo=255", "lcdContrast=63",
-                            "sustainPedal=yamaha fc4/5", "powerAutoOff=off", "speaker=off",
+                            "sustainPedal=yamaha fc4/5", "powerAutoOff=no", "speaker=0",
                             "midiControl=off"}));
     // 442.0 Hz are 1024 + 78.5 tenths of a cent, rounded to 1103: 0x44F. 255 is 1 * 128 + 127.
     EXPECT_EQ(Held(), (Bytes{127, 4, 0, 4, 4, 15, 0, 52, 1, 127, 63, 1, 0, 0, 0}));
@@ -153,24 +153,25 @@ TEST_F(CliRefaceSettings, WhatCannotBeKeptIsRefusedAndNothingIsSent) {
         std::string reason;
     };
     const Case cases[] = {
-        {{"set", "tempo=256"}, "tempo: \"256\" cannot be kept: it would become 0"},
-        {{"set", "tempo=300"}, "tempo: \"300\" cannot be kept: it would become 44"},
-        {{"set", "tempo=29"}, "tempo: \"29\" is not within 30 to 300"},
-        {{"set", "tempo=120.0"}, "tempo: \"120.0\" is no whole number"},
-        {{"set", "tempo=120\r"}, "tempo: \"120?\" is no whole number"},
-        {{"set", "masterTune=440.1"},
-         "masterTune: \"440.1\" cannot be kept: it would become 440.0"},
-        {{"set", "masterTune=440.05"},
-         "masterTune: \"440.05\" is no number of Hz with one decimal"},
-        {{"set", "masterTune=414.6"}, "masterTune: \"414.6\" is not within 414.8 to 466.8"},
-        {{"set", "transpose=13"}, "transpose: \"13\" is not within -12 to 12"},
-        {{"set", "lcdContrast=64"}, "lcdContrast: \"64\" is not within 0 to 63"},
-        {{"set", "speaker=loud"}, "speaker: \"loud\" is none of: off, on"},
-        {{"set", "speaker="}, "speaker: \"\" is none of: off, on"},
+        {{"set", "tempo=256"}, "tempo: 256 cannot be kept: it would become 0"},
+        {{"set", "tempo=300"}, "tempo: 300 cannot be kept: it would become 44"},
+        {{"set", "tempo=29"}, "tempo: 29 is no whole number from 30 to 300"},
+        {{"set", "tempo=120.0"}, "tempo: 120.0 is no whole number from 30 to 300"},
+        {{"set", "tempo=120\r"}, "tempo: 120? is no whole number from 30 to 300"},
+        {{"set", "masterTune=440.1"}, "masterTune: 440.1 cannot be kept: it would become 440.0"},
+        {{"set", "masterTune=440.05"}, "masterTune: 440.05 is no number of Hz with one decimal"},
+        {{"set", "masterTune=414.6"}, "masterTune: 414.6 is no number from 414.8 to 466.8"},
+        {{"set", "transpose=13"}, "transpose: 13 is no whole number from -12 to 12"},
+        {{"set", "lcdContrast=64"}, "lcdContrast: 64 is no whole number from 0 to 63"},
+        {{"set", "speaker=loud"}, "speaker: loud is neither on nor off"},
+        {{"set", "speaker="}, "speaker: an empty text is neither on nor off"},
+        // The number that get prints of a list that has no word for it; channels count from 1.
+        {{"set", "sustainPedal=100"}, "sustainPedal: 100 is none of Yamaha FC3; Yamaha FC4/5"},
+        {{"set", "sustainPedal=1"}, "sustainPedal: 1 is none of Yamaha FC3; Yamaha FC4/5"},
         {{"set", "speaker"}, "speaker: not KEY=VALUE"},
         {{"set", "Speaker=on"}, "Speaker: no such setting" + there},
         {{"set", "=on"}, "no such setting" + there},
-        {{"set", "speaker=on", "tempo=20"}, "tempo: \"20\" is not within 30 to 300"},
+        {{"set", "speaker=on", "tempo=20"}, "tempo: 20 is no whole number from 30 to 300"},
         {{"set", "speaker=on", "speaker=on"}, "speaker: given more than once"},
         {{"get", "speaker", "volume"}, "volume: no such setting" + there},
         {{"get", "speaker", ""}, "no such setting" + there},

@@ -1,6 +1,8 @@
 // Shows the settings of a reface DX and takes them back.
 #include "drivers/reface_dx/settings.h"
 
+#include "drivers/value_text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -21,10 +23,6 @@ constexpr const char *ReceiveChannels =
 constexpr const char *Pedals = "Yamaha FC3;Yamaha FC4/5";
 
 using Kind = RefaceSettingKind;
-
-bool IsList(const RefaceSettingRow &row) {
-    return row.kind == Kind::List || row.kind == Kind::TransmitChannel;
-}
 
 // ---- master tune
 
@@ -124,55 +122,15 @@ void Collect(const RefaceSettingRow &row, const RefaceControl &control, RefaceSy
 
 // ---- words
 
-constexpr const char *SwitchWords[] = {"off", "on"};
-
-std::string Quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
-std::string Joined(std::span<const std::string> items) {
-    std::string text;
-    for (const std::string &item : items) {
-        text += (text.empty() ? "" : ", ") + item;
+std::string ReadItem(const RefaceSettingRow &row, std::string_view text, RefaceControl &control) {
+    const std::vector<std::string> items = SplitList(row.items);
+    const auto item =
+        std::ranges::find_if(items, [text](const auto &each) { return EqualNoCase(each, text); });
+    if (item == items.end()) {
+        return NoneOf(text, items);
     }
-    return text;
-}
-
-// The words that a list or a switch knows.
-std::vector<std::string> WordsOf(const RefaceSettingRow &row) {
-    return IsList(row) ? SplitList(row.items)
-                       : std::vector<std::string>(std::begin(SwitchWords), std::end(SwitchWords));
-}
-
-std::string ReadWord(const RefaceSettingRow &row, std::string_view text, RefaceControl &control) {
-    const std::vector<std::string> words = WordsOf(row);
-    const auto word =
-        std::ranges::find_if(words, [text](const auto &each) { return EqualNoCase(each, text); });
-    if (word == words.end()) {
-        return Quoted(text) + " is none of: " + Joined(words);
-    }
-    control.item = static_cast<int>(word - words.begin());
-    control.checked = control.item != 0;
+    control.item = static_cast<int>(item - items.begin());
     return {};
-}
-
-std::string NotWithin(std::string_view text, const std::string &lowest,
-                      const std::string &highest) {
-    return Quoted(text) + " is not within " + lowest + " to " + highest;
-}
-
-std::string ReadWholeNumber(const RefaceSettingRow &row, std::string_view text,
-                            RefaceControl &control) {
-    const char *end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, control.number);
-    if (stop != end || error == std::errc::invalid_argument) {
-        return Quoted(text) + " is no whole number";
-    }
-    const SpinRange &range = row.range;
-    const bool isWithin =
-        error == std::errc() && control.number >= range.minimum && control.number <= range.maximum;
-    return isWithin ? std::string()
-                    : NotWithin(text, std::to_string(range.minimum), std::to_string(range.maximum));
 }
 
 // Whether a text is digits, or digits with one more behind a dot.
@@ -188,22 +146,38 @@ bool IsInTenths(std::string_view text) {
 
 std::string ReadTune(std::string_view text, RefaceControl &control) {
     if (!IsInTenths(text)) {
-        return Quoted(text) + " is no number of Hz with one decimal";
+        return InWords(text) + " is no number of Hz with one decimal";
     }
     const double frequency = ReadNumber(text);
     if (frequency < LowestMasterTune || frequency > HighestMasterTune) {
-        return NotWithin(text, OneDecimal(LowestMasterTune), OneDecimal(HighestMasterTune));
+        return InWords(text) + " is no number from " + OneDecimal(LowestMasterTune) + " to " +
+               OneDecimal(HighestMasterTune);
     }
     control.text = OneDecimal(frequency);
     return {};
 }
 
+// What the text says to the control of the row. Why it says nothing, in words.
 std::string Read(const RefaceSettingRow &row, std::string_view text, RefaceControl &control) {
-    if (IsList(row) || row.kind == Kind::Switch) {
-        return ReadWord(row, text, control);
+    switch (row.kind) {
+    case Kind::List:
+    case Kind::TransmitChannel:
+        return ReadItem(row, text, control);
+    case Kind::Switch: {
+        const ValueReading reading = ReadSwitch(text);
+        control.checked = reading.value.value_or(0) != 0;
+        return reading.reason;
     }
-    return row.kind == Kind::MasterTune ? ReadTune(text, control)
-                                        : ReadWholeNumber(row, text, control);
+    case Kind::Number:
+    case Kind::Tempo: {
+        const ValueReading reading = ReadWholeNumber(text, row.range.minimum, row.range.maximum);
+        control.number = reading.value.value_or(0);
+        return reading.reason;
+    }
+    case Kind::MasterTune:
+        return ReadTune(text, control);
+    }
+    return {};
 }
 
 } // namespace
@@ -319,7 +293,7 @@ std::string RefaceSettingText(std::size_t setting, std::span<const std::uint8_t>
         return control.item >= 0 ? SplitList(row.items)[static_cast<std::size_t>(control.item)]
                                  : std::to_string(system[row.index]);
     case Kind::Switch:
-        return SwitchWords[control.checked];
+        return SwitchText(control.checked);
     case Kind::Number:
     case Kind::Tempo:
         return std::to_string(control.number);
@@ -342,7 +316,7 @@ std::string StoreRefaceSetting(std::size_t setting, std::string_view text,
     RefaceControl shown;
     Show(row, kept, shown);
     if (shown.number != wanted.number || shown.text != wanted.text) {
-        return Quoted(text) + " cannot be kept: it would become " +
+        return InWords(text) + " cannot be kept: it would become " +
                RefaceSettingText(setting, kept);
     }
     std::ranges::copy(kept, system.begin());

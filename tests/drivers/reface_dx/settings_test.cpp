@@ -285,6 +285,10 @@ TEST(RefaceSettingWords, AreTakenBackAndChangeNoOtherByte) {
         {Pedal, "yamaha fc3", {{11, 0}}},
         {Power, "on", {{12, 1}}},
         {Speaker, "on", {{13, 1}}},
+        {Speaker, "YES", {{13, 1}}},
+        {Speaker, "1", {{13, 1}}},
+        {Speaker, "no", {{13, 0}}},
+        {Speaker, "0", {{13, 0}}},
         {Midi, "on", {{14, 1}}},
     };
     for (const auto &each : cases) {
@@ -304,23 +308,28 @@ TEST(RefaceSettingWords, RefuseWhatCannotBeKeptAndSayWhy) {
         Place setting;
         const char *text, *why;
     } cases[] = {
-        {Tempo, "256", "\"256\" cannot be kept: it would become 0"},
-        {Tempo, "300", "\"300\" cannot be kept: it would become 44"},
-        {Tempo, "301", "\"301\" is not within 30 to 300"},
-        {Tempo, "29", "\"29\" is not within 30 to 300"},
-        {Tempo, "99999999999", "\"99999999999\" is not within 30 to 300"},
-        {Tempo, "120.5", "\"120.5\" is no whole number"},
-        {Tempo, "", "\"\" is no whole number"},
-        {Transpose, "13", "\"13\" is not within -12 to 12"},
-        {Contrast, "64", "\"64\" is not within 0 to 63"},
-        {Tune, "440.1", "\"440.1\" cannot be kept: it would become 440.0"},
-        {Tune, "414.7", "\"414.7\" is not within 414.8 to 466.8"},
-        {Tune, "466.9", "\"466.9\" is not within 414.8 to 466.8"},
-        {Tune, "440.00", "\"440.00\" is no number of Hz with one decimal"},
-        {Tune, "440.", "\"440.\" is no number of Hz with one decimal"},
-        {Tune, "nan", "\"nan\" is no number of Hz with one decimal"},
-        {Speaker, "1", "\"1\" is none of: off, on"},
-        {Pedal, "FC3", "\"FC3\" is none of: Yamaha FC3, Yamaha FC4/5"},
+        {Tempo, "256", "256 cannot be kept: it would become 0"},
+        {Tempo, "300", "300 cannot be kept: it would become 44"},
+        {Tempo, "301", "301 is no whole number from 30 to 300"},
+        {Tempo, "29", "29 is no whole number from 30 to 300"},
+        {Tempo, "99999999999", "99999999999 is no whole number from 30 to 300"},
+        {Tempo, "120.5", "120.5 is no whole number from 30 to 300"},
+        {Tempo, "", "an empty text is no whole number from 30 to 300"},
+        {Transpose, "13", "13 is no whole number from -12 to 12"},
+        {Contrast, "64", "64 is no whole number from 0 to 63"},
+        {Tune, "440.1", "440.1 cannot be kept: it would become 440.0"},
+        {Tune, "414.7", "414.7 is no number from 414.8 to 466.8"},
+        {Tune, "466.9", "466.9 is no number from 414.8 to 466.8"},
+        {Tune, "440.00", "440.00 is no number of Hz with one decimal"},
+        {Tune, "440.", "440. is no number of Hz with one decimal"},
+        {Tune, "nan", "nan is no number of Hz with one decimal"},
+        {Speaker, "2", "2 is neither on nor off"},
+        {Speaker, "", "an empty text is neither on nor off"},
+        // Channels count from 1, so that no index of one is taken; nor what shows for lack of a
+        // word.
+        {Pedal, "1", "1 is none of Yamaha FC3; Yamaha FC4/5"},
+        {Pedal, "100", "100 is none of Yamaha FC3; Yamaha FC4/5"},
+        {Pedal, "FC3", "FC3 is none of Yamaha FC3; Yamaha FC4/5"},
     };
     for (const auto &each : cases) {
         System system = Known;
