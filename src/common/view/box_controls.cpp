@@ -5,7 +5,9 @@
 #include "common/view/dialog_controls.h"
 #include "common/view/theme.h"
 
+#include <QCheckBox>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 
@@ -17,6 +19,23 @@ constexpr std::uint32_t RejectButton = 2;
 constexpr std::uint32_t HelpButton = 9;
 constexpr std::uint32_t Picture = 10;
 
+class ReturnGuard : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() != QEvent::KeyPress) {
+            return false;
+        }
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter) {
+            return false;
+        }
+        event->ignore();
+        return true;
+    }
+};
+
 } // namespace
 
 void SetUpBoxControls(QDialog &box, const char *helpTopic) {
@@ -27,6 +46,9 @@ void SetUpBoxControls(QDialog &box, const char *helpTopic) {
     for (QPushButton *button : box.findChildren<QPushButton *>()) {
         MakeSoftButton(button);
     }
+    for (QCheckBox *check : box.findChildren<QCheckBox *>()) {
+        LeaveReturnToBox(check);
+    }
     auto *accept = ControlOf<QPushButton>(&box, AcceptButton);
     QObject::connect(accept, &QPushButton::clicked, &box, &QDialog::accept);
     if (auto *reject = ControlOf<QPushButton>(&box, RejectButton)) {
@@ -35,6 +57,10 @@ void SetUpBoxControls(QDialog &box, const char *helpTopic) {
     QObject::connect(ControlOf<QPushButton>(&box, HelpButton), &QPushButton::clicked, &box,
                      [&box, helpTopic] { ShowHelp(&box, helpTopic); });
     accept->setFocus();
+}
+
+void LeaveReturnToBox(QCheckBox *check) {
+    check->installEventFilter(new ReturnGuard(check));
 }
 
 } // namespace tonewright

@@ -1,6 +1,7 @@
 // What the program's boxes share: the picture at the top and the row of buttons.
 #pragma once
 
+class QCheckBox;
 class QDialog;
 
 namespace tonewright {
@@ -8,7 +9,10 @@ namespace tonewright {
 // Sets up the controls that every box has under the same numbers, after those of its form are made:
 // 10 shows the program's picture; 1, which has the focus, accepts the box; 2, where there is one,
 // rejects it; 9 opens the help page of `helpTopic`, a text that outlives the box. All push buttons
-// take the look of the setting SoftButtons.
+// take the look of the setting SoftButtons, and Return in a check box is the box's.
 void SetUpBoxControls(QDialog &box, const char *helpTopic);
+
+// Return in a check box belongs to what is around it, also on desktops where it would change it.
+void LeaveReturnToBox(QCheckBox *check);
 
 } // namespace tonewright

@@ -201,6 +201,23 @@ TEST_F(FileTimeBox, EnterInAFieldAccepts) {
     EXPECT_EQ(seconds, Afternoon + 60);
 }
 
+TEST_F(FileTimeBox, EnterOnCancelOrHelpPressesThatButton) {
+    EXPECT_FALSE(WithBox([&](QDialog &opened) {
+        Type(Minutes, "6");
+        QTest::keyClick(Control<QPushButton>(Help), Qt::Key_Return);
+        EXPECT_TRUE(opened.isVisible());
+        EXPECT_EQ(desktop.helpTopics.size(), 1u);
+        QTest::keyClick(Control<QPushButton>(Cancel), Qt::Key_Return);
+    }));
+    EXPECT_EQ(seconds, Afternoon);
+}
+
+TEST_F(FileTimeBox, EnterInACheckBoxAcceptsAndLeavesItAsItIs) {
+    EXPECT_TRUE(
+        WithBox([&](QDialog &) { QTest::keyClick(Control<QCheckBox>(Pm), Qt::Key_Return); }));
+    EXPECT_EQ(seconds, Afternoon);
+}
+
 TEST_F(FileTimeBox, FieldsOutsideTheirRangeAreLimited) {
     EXPECT_TRUE(WithBox([&](QDialog &) {
         Type(Hour, "13");

@@ -97,6 +97,18 @@ TEST_F(NewDatabaseBox, AcceptsANewName) {
     EXPECT_EQ(desktop.beeps, 0);
 }
 
+TEST_F(NewDatabaseBox, EnterOnCancelOrHelpPressesThatButton) {
+    EXPECT_EQ(WithBox(
+                  [&] {
+                      QTest::keyClick(Control<QPushButton>(Help), Qt::Key_Return);
+                      EXPECT_TRUE(box->isVisible());
+                      QTest::keyClick(Control<QPushButton>(Cancel), Qt::Key_Return);
+                  },
+                  "Leads"),
+              std::nullopt);
+    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"DATABASE"});
+}
+
 TEST_F(NewDatabaseBox, ANameThatIsTypedIsNotCompletedToAnExistingOne) {
     WithBox([&] {
         Type("Be");

@@ -2,6 +2,7 @@
 #include "core/dispatch.h"
 #include "drivers/reface_dx/configure.h"
 #include "support/builtin_midi.h"
+#include "support/settings_texts.h"
 #include "support/temp_folder.h"
 #include "transfer_fixture.h"
 
@@ -9,12 +10,6 @@
 
 namespace tonewright {
 namespace {
-
-constexpr const char *Fallback = "String table error - this application may be damaged";
-constexpr const char *BackupWarning =
-    "Warning: there has been an error creating a backup for your file.\r\n\r\nClick on Yes to "
-    "proceed, or click on No to abort this save.";
-const std::string FirstLine = ";Quillbrook Tonewright - reface DX configuration\n";
 
 const Calls Opened = {"Pt_Start(1)", "Pm_OpenInput(0, 512)", "Pm_OpenOutput(1, 0, 0)"};
 const Calls Closed = {"Pt_Stop()", "Pm_Close(1)", "Pm_Close(0)"};
@@ -210,7 +205,7 @@ TEST_F(KeptSettings, AreBackedUpBeforeTheControlsAreCollected) {
                                    }});
     Save();
     EXPECT_EQ(collections, 1);
-    EXPECT_EQ(ReadTestText(folder.File("mine.crg")).substr(0, FirstLine.size()), FirstLine);
+    EXPECT_EQ(ReadTestText(folder.File("mine.crg")).substr(0, CrgFirstLine.size()), CrgFirstLine);
 }
 
 TEST_F(KeptSettings, StayAsTheyAreWhenTheUserWantsNoSaveWithoutBackup) {
@@ -240,7 +235,7 @@ TEST_F(KeptSettings, HaveABackupOfTheFormerFile) {
 TEST_F(KeptSettings, ThatCannotBeWrittenAreCollectedAllTheSame) {
     ExpectDialog(FileDialogKind::SaveExtra, OpenExportPath + "Untitled.crg",
                  folder.File("none/mine.crg"));
-    desktop.ExpectMessage(Fallback);
+    desktop.ExpectMessage(NoSuchText);
     Save();
     EXPECT_EQ(block.system[0], 7);
     EXPECT_EQ(desktop.configurationsSaved, 0);
@@ -250,12 +245,12 @@ TEST_F(KeptSettings, OfAPathThatIsTooLongAreNeitherSavedNorOpened) {
     OpenExportPath = "kept/";
     const std::string path = folder.FileOfSize(261, "mine.crg");
     ExpectDialog(FileDialogKind::SaveExtra, "kept/Untitled.crg", path);
-    desktop.ExpectMessage(Fallback);
+    desktop.ExpectMessage(NoSuchText);
     Save();
     EXPECT_FALSE(std::filesystem::exists(path));
-    WriteTestText(path, FirstLine + "RcvCh:5\n");
+    WriteTestText(path, CrgFirstLine + "RcvCh:5\n");
     ExpectDialog(FileDialogKind::Extra, "kept/", path);
-    desktop.ExpectMessage(Fallback);
+    desktop.ExpectMessage(NoSuchText);
     EXPECT_TRUE(Open());
     EXPECT_EQ(block.system[1], 0);
     EXPECT_EQ(OpenExportPath, "kept/");
@@ -263,7 +258,8 @@ TEST_F(KeptSettings, OfAPathThatIsTooLongAreNeitherSavedNorOpened) {
 
 TEST_F(KeptSettings, AreOpenedAndTheConfigurationIsSaved) {
     OpenExportPath = "";
-    ExpectDialog(FileDialogKind::Extra, "", folder.WriteText("mine.crg", FirstLine + "RcvCh:5\n"));
+    ExpectDialog(FileDialogKind::Extra, "",
+                 folder.WriteText("mine.crg", CrgFirstLine + "RcvCh:5\n"));
     EXPECT_TRUE(Open());
     EXPECT_EQ(block.system[1], 5);
     EXPECT_EQ(OpenExportPath, folder.Folder());
@@ -273,7 +269,7 @@ TEST_F(KeptSettings, AreOpenedAndTheConfigurationIsSaved) {
 TEST_F(KeptSettings, OfABadFileAreZerosAfterTheMessage) {
     block.system.fill(9);
     ExpectDialog(FileDialogKind::Extra, OpenExportPath, folder.WriteText("bad.crg", "no settings"));
-    desktop.ExpectMessage(Fallback);
+    desktop.ExpectMessage(NoSuchText);
     EXPECT_TRUE(Open());
     EXPECT_EQ(block.system, (std::array<std::uint8_t, RefaceSystemSize>{}));
     EXPECT_EQ(OpenExportPath, folder.Folder());
@@ -282,7 +278,7 @@ TEST_F(KeptSettings, OfABadFileAreZerosAfterTheMessage) {
 
 TEST_F(KeptSettings, BelongToNoDriverAfterAnyOpen) {
     OpenExportPath = folder.Folder();
-    const std::string path = folder.WriteText("mine.crg", FirstLine);
+    const std::string path = folder.WriteText("mine.crg", CrgFirstLine);
     ExpectDialog(FileDialogKind::Extra, folder.Folder(), path);
     EXPECT_TRUE(Open());
     ExpectDialog(FileDialogKind::SaveExtra, folder.File("Untitled.Twl"), std::nullopt, 0);
@@ -308,16 +304,16 @@ struct AutoConfiguredReface : RefaceTransferTest {
 };
 
 TEST_F(AutoConfiguredReface, GetsTheSettingsOfTheFileOverAnOutputAlone) {
-    Write(FirstLine + "TransCh:3\nRcvCh:16\nMasterTune0:7\nMasterTune1:4\nMasterTune2:14\n"
-                      "MasterTune3:8\nLocalCtrl:1\nTranspose:67\nTempo0:0\nTempo1:90\n"
-                      "LCDConstrast:33\nSustain:2\nAutoPower:5\nSpeaker:6\nMIDICtrl:9\n");
+    Write(CrgFirstLine + "TransCh:3\nRcvCh:16\nMasterTune0:7\nMasterTune1:4\nMasterTune2:14\n"
+                         "MasterTune3:8\nLocalCtrl:1\nTranspose:67\nTempo0:0\nTempo1:90\n"
+                         "LCDConstrast:33\nSustain:2\nAutoPower:5\nSpeaker:6\nMIDICtrl:9\n");
     EXPECT_EQ(AutoConfigure(), 1);
     EXPECT_EQ(midi.calls, (Calls{"Pt_Start(1)", "Pm_OpenOutput(1, 0, 0)"} + Sent +
                            Calls{"Pt_Stop()", "Pm_Close(1)"}));
 }
 
 TEST_F(AutoConfiguredReface, GetsZerosForWhatTheFileLacks) {
-    for (const std::string &text : {std::string(), FirstLine}) {
+    for (const std::string &text : {std::string(), CrgFirstLine}) {
         Write(text);
         traffic.clear();
         EXPECT_EQ(AutoConfigure(), 1);
@@ -328,8 +324,8 @@ TEST_F(AutoConfiguredReface, GetsZerosForWhatTheFileLacks) {
 }
 
 TEST_F(AutoConfiguredReface, GetsValuesAbove127AsTheyStandInWholeMessages) {
-    Write(FirstLine + "TransCh:200\nRcvCh:-1\nMasterTune1:503\nMasterTune2:9\nTempo0:0\nTempo1:"
-                      "300\nSpeaker:255\n");
+    Write(CrgFirstLine + "TransCh:200\nRcvCh:-1\nMasterTune1:503\nMasterTune2:9\nTempo0:0\nTempo1:"
+                         "300\nSpeaker:255\n");
     EXPECT_EQ(AutoConfigure(), 1);
     EXPECT_EQ(traffic, (Traffic{
                            "> F0 43 10 7F 1C 05 00 00 00 C8 F7",
@@ -346,6 +342,20 @@ TEST_F(AutoConfiguredReface, GetsValuesAbove127AsTheyStandInWholeMessages) {
                        }));
 }
 
+TEST_F(AutoConfiguredReface, GetsWhatStandsInLinesOfOtherPlatformsAndAheadOfZeroBytes) {
+    using namespace std::string_literals;
+    Write(CrgFirstLine.substr(0, CrgFirstLine.size() - 1) +
+          "\r\nTransCh:5\r\n\r\nRcvCh:7\0Sustain:1\r\nTempo1:99\r\nSpea\0ker:1\r\nMIDICtrl:1"s);
+    EXPECT_EQ(AutoConfigure(), 1);
+    ASSERT_EQ(traffic.size(), 11u);
+    EXPECT_EQ(traffic[0], "> F0 43 10 7F 1C 05 00 00 00 05 F7");
+    EXPECT_EQ(traffic[1], "> F0 43 10 7F 1C 05 00 00 01 07 F7");
+    EXPECT_EQ(traffic[5], "> F0 43 10 7F 1C 05 00 00 08 00 63 F7");
+    EXPECT_EQ(traffic[7], "> F0 43 10 7F 1C 05 00 00 0B 00 F7");
+    EXPECT_EQ(traffic[9], "> F0 43 10 7F 1C 05 00 00 0D 00 F7");
+    EXPECT_EQ(traffic[10], "> F0 43 10 7F 1C 05 00 00 0E 01 F7");
+}
+
 TEST_F(AutoConfiguredReface, GetsNothingWithoutAFileOrFromAWrongOne) {
     EXPECT_EQ(AutoConfigure(), 0);
     Write("TransCh:3\n");
@@ -359,7 +369,7 @@ TEST_F(AutoConfiguredReface, GetsNothingWithoutAFileOrFromAWrongOne) {
 }
 
 TEST_F(AutoConfiguredReface, WithAPortThatDoesNotOpenGetsNothing) {
-    Write(FirstLine);
+    Write(CrgFirstLine);
     midi.devices[static_cast<std::size_t>(out)].opens = false;
     EXPECT_EQ(AutoConfigure(), 0);
     EXPECT_EQ(RefaceAutoConfigure(nullptr, NoMidiDevice), 0);
@@ -367,7 +377,7 @@ TEST_F(AutoConfiguredReface, WithAPortThatDoesNotOpenGetsNothing) {
 }
 
 TEST_F(AutoConfiguredReface, WhoseWritesFailCountsAsConfigured) {
-    Write(FirstLine);
+    Write(CrgFirstLine);
     midi.allWritesFail = true;
     EXPECT_EQ(AutoConfigure(), 1);
 }

@@ -2,9 +2,12 @@
 #include "drivers/reface_dx/configure.h"
 #include "drivers/reface_dx/settings_file.h"
 
+#include "common/folders.h"
 #include "common/settings.h"
+#include "support/fake_midi.h"
 #include "support/posix_limits.h"
 #include "support/scripted_desktop.h"
+#include "support/settings_texts.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -14,10 +17,6 @@
 namespace tonewright {
 namespace {
 
-constexpr const char *Fallback = "String table error - this application may be damaged";
-constexpr const char *BackupWarning =
-    "Warning: there has been an error creating a backup for your file.\r\n\r\nClick on Yes to "
-    "proceed, or click on No to abort this save.";
 const std::string Former = "the former file\n";
 
 struct SavedSettings : testing::Test {
@@ -34,7 +33,7 @@ struct SavedSettings : testing::Test {
     void Save() {
         SaveRefaceSettings(nullptr, block, [this] { collected = true; });
     }
-    void ExpectFailure() { desktop.ExpectMessage(Fallback); }
+    void ExpectFailure() { desktop.ExpectMessage(NoSuchText); }
 };
 
 TEST_F(SavedSettings, OnAFullDiskLeaveNoCutFileButTheBackup) {
@@ -113,9 +112,18 @@ TEST_F(SavedSettings, AreNotReadFromAPipeNorWaitedFor) {
     EXPECT_TRUE(folder.Holds("AutoConfig.crg"));
 }
 
+TEST_F(SavedSettings, AreNotSentFromAPipeThatIsAutoConfig) {
+    FakeMidi midi;
+    const int out = midi.AddOutput("reface DX");
+    PlatformFolders.documents = folder.Folder();
+    std::filesystem::create_directory(folder.path / "My Tonewright 17 Documents");
+    MakePipe(folder.File("My Tonewright 17 Documents/AutoConfig.crg"));
+    EXPECT_EQ(RefaceAutoConfigure(nullptr, out), 0);
+    EXPECT_TRUE(midi.calls.empty());
+}
+
 TEST_F(SavedSettings, AreNotReadWithoutPermission) {
-    const std::string path =
-        folder.WriteText("mine.crg", ";Quillbrook Tonewright - reface DX configuration\n");
+    const std::string path = folder.WriteText("mine.crg", CrgFirstLine);
     ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
     ASSERT_EQ(chmod(path.c_str(), 0), 0);
     RunUnprivileged([&] { EXPECT_EQ(ReadCrgFile(path.c_str(), block), 0); });

@@ -1,6 +1,7 @@
 // Files of reface DX settings, written and read.
 #include "drivers/reface_dx/settings_file.h"
 
+#include "support/settings_texts.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +13,6 @@
 
 namespace tonewright {
 namespace {
-
-const std::string FirstLine = ";Quillbrook Tonewright - reface DX configuration\n";
 
 struct CrgFile : testing::Test {
     TempFolder folder;
@@ -33,7 +32,7 @@ struct CrgFile : testing::Test {
         return ReadCrgFile(path.c_str(), block);
     }
     // The same with the right first line, and the result 1.
-    void ReadLines(const std::string &lines) { EXPECT_EQ(Read(FirstLine + lines), 1) << lines; }
+    void ReadLines(const std::string &lines) { EXPECT_EQ(Read(CrgFirstLine + lines), 1) << lines; }
     bool IsCleared() const {
         return block.driverId == 0 && block.midiIn == 0 && block.midiOut == 0 &&
                block.system == std::array<std::uint8_t, RefaceSystemSize>{};
@@ -116,7 +115,7 @@ TEST_F(CrgFile, WithAnotherFirstLineIsRefusedAndClearsTheBlock) {
 }
 
 TEST_F(CrgFile, NeedOnlyContainTheTextInItsFirstLine) {
-    EXPECT_EQ(Read("\xEF\xBB\xBF" + FirstLine + "RcvCh:7\n"), 1);
+    EXPECT_EQ(Read("\xEF\xBB\xBF" + CrgFirstLine + "RcvCh:7\n"), 1);
     EXPECT_EQ(block.system[1], 7);
     EXPECT_EQ(Read("; a copy of ;Quillbrook Tonewright - reface DX configuration 2\nRcvCh:8"), 1);
     EXPECT_EQ(block.system[1], 8);
@@ -173,7 +172,7 @@ TEST_F(CrgFile, AZeroByteEndsALineButNotTheFile) {
     EXPECT_EQ(block.system[13], 1);
     EXPECT_EQ(block.system[0], 0);
     EXPECT_EQ(block.system[1], 3);
-    EXPECT_EQ(Read(std::string("\0", 1) + FirstLine), 0);
+    EXPECT_EQ(Read(std::string("\0", 1) + CrgFirstLine), 0);
 }
 
 TEST_F(CrgFile, ALineEndsAfter259BytesAndItsRestIsALine) {
@@ -181,11 +180,11 @@ TEST_F(CrgFile, ALineEndsAfter259BytesAndItsRestIsALine) {
     EXPECT_EQ(block.system[0], 4);
     ReadLines(";" + std::string(257, 'x') + "TransCh:4\n");
     EXPECT_EQ(block.system[0], 0);
-    EXPECT_EQ(Read(std::string(300, 'x') + FirstLine), 0) << "the text is not in the first line";
+    EXPECT_EQ(Read(std::string(300, 'x') + CrgFirstLine), 0) << "the text is not in the first line";
 }
 
 TEST_F(CrgFile, TellsWhichKeysItLacks) {
-    WriteTestText(path, FirstLine + "Tempo0:0\nTempo1:120\nspeaker:1\n;MIDICtrl:1\n");
+    WriteTestText(path, CrgFirstLine + "Tempo0:0\nTempo1:120\nspeaker:1\n;MIDICtrl:1\n");
     std::vector<std::string> missing;
     ASSERT_EQ(ReadCrgFile(path.c_str(), block, &missing), 1);
     EXPECT_EQ(missing,
@@ -217,10 +216,10 @@ TEST_F(CrgFile, OfTenMegabytesOfAnythingIsReadToItsEnd) {
         while (lines.size() < size) {
             lines += lines;
         }
-        const std::string text = FirstLine + lines.substr(0, size);
+        const std::string text = CrgFirstLine + lines.substr(0, size);
         EXPECT_EQ(Read(text + "\nMIDICtrl:9\n"), 1) << testing::PrintToString(line.substr(0, 9));
         EXPECT_EQ(block.system[14], 9) << testing::PrintToString(line.substr(0, 9));
-        EXPECT_EQ(Read(text.substr(FirstLine.size())), 0)
+        EXPECT_EQ(Read(text.substr(CrgFirstLine.size())), 0)
             << testing::PrintToString(line.substr(0, 9));
     }
 }

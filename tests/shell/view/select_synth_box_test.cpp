@@ -150,6 +150,7 @@ TEST_F(SelectSynthBox, OkStoresWhatWasChosen) {
 TEST_F(SelectSynthBox, CancelEscAndTheCloseBoxChangeNothing) {
     const std::function<void(QDialog &)> ways[] = {
         [](QDialog &box) { Click(box, 2); },
+        [](QDialog &box) { QTest::keyClick(Control<QPushButton>(box, 2), Qt::Key_Return); },
         [](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); },
         [](QDialog &box) { box.close(); },
     };

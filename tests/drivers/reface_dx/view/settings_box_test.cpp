@@ -7,6 +7,7 @@
 #include "support/modal_box.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
+#include "support/settings_texts.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -32,12 +33,6 @@ namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr const char *Fallback = "String table error - this application may be damaged";
-constexpr const char *BackupWarning =
-    "Warning: there has been an error creating a backup for your file.\r\n\r\nClick on Yes to "
-    "proceed, or click on No to abort this save.";
-const std::string FirstLine = ";Quillbrook Tonewright - reface DX configuration\n";
 
 // Of no check box and no list an index that another control could be taken for.
 const Bytes Shown = {3, 16, 0, 4, 0, 0, 1, 67, 1, 72, 33, 1, 0, 1, 0};
@@ -318,6 +313,43 @@ TEST_F(RefaceSettingsBoxTest, ReturnInANumberIsOk) {
     EXPECT_EQ(block.system[9], 90);
 }
 
+TEST_F(RefaceSettingsBoxTest, ReturnOnAButtonPressesThatButton) {
+    const auto pressReturnOn = [this](int button) {
+        Control(button)->setFocus();
+        Press(button, Qt::Key_Return);
+    };
+    EXPECT_FALSE(WithBox([&] {
+        Type(106, "90");
+        pressReturnOn(2);
+        EXPECT_FALSE(box->isVisible());
+    }));
+    EXPECT_EQ(TheBytes(), Shown);
+    EXPECT_TRUE(WithBox([&] {
+        pressReturnOn(9);
+        EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"CONFIGURE"});
+        desktop.Expect(
+            ExpectedFileDialog{.kind = FileDialogKind::SaveExtra, .answer = std::nullopt});
+        pressReturnOn(112);
+        desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Extra, .answer = std::nullopt});
+        pressReturnOn(113);
+        EXPECT_TRUE(box->isVisible());
+        pressReturnOn(1);
+    }));
+}
+
+TEST_F(RefaceSettingsBoxTest, ReturnInAnyControlIsOkAndChangesNoCheckBox) {
+    for (const RefaceSettingRow &row : RefaceSettingRows) {
+        SetBytes(Shown);
+        EXPECT_TRUE(WithBox([&] {
+            const int number = static_cast<int>(row.control);
+            Control(number)->setFocus();
+            Press(number, Qt::Key_Return);
+            EXPECT_FALSE(box->isVisible()) << row.name;
+        }));
+        EXPECT_EQ(TheBytes(), Shown) << row.name;
+    }
+}
+
 TEST_F(RefaceSettingsBoxTest, CancelEscapeAndTheFrameLeaveTheBlockAlone) {
     const std::function<void()> waysOut[] = {
         [this] { Click(2); },
@@ -492,7 +524,7 @@ TEST_F(RefaceSettingsBoxTest, AFailedSaveTellsSoAndStaysOpen) {
     EXPECT_FALSE(WithBox([this] {
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::SaveExtra,
                                           .answer = folder.File("none/mine.crg")});
-        desktop.ExpectMessage(Fallback);
+        desktop.ExpectMessage(NoSuchText);
         Click(112);
         EXPECT_TRUE(box->isVisible());
         Click(2);
@@ -501,8 +533,8 @@ TEST_F(RefaceSettingsBoxTest, AFailedSaveTellsSoAndStaysOpen) {
 
 TEST_F(RefaceSettingsBoxTest, OpenShowsTheFileInAllControls) {
     const std::string path = folder.WriteText(
-        "mine.crg", FirstLine + "transch:3\nRcvCh:2\nMasterTune1:4\nTranspose:70\nTempo1:100\n"
-                                "LCDConstrast:5\nSustain:0\nAutoPower:1\nMIDICtrl:1\n");
+        "mine.crg", CrgFirstLine + "transch:3\nRcvCh:2\nMasterTune1:4\nTranspose:70\nTempo1:100\n"
+                                   "LCDConstrast:5\nSustain:0\nAutoPower:1\nMIDICtrl:1\n");
     ChangeInBox([&] {
         desktop.Expect(ExpectedFileDialog{
             .kind = FileDialogKind::Extra, .answer = path, .driverId = RefaceDriverId});
@@ -522,8 +554,46 @@ TEST_F(RefaceSettingsBoxTest, OpenShowsTheFileInAllControls) {
     EXPECT_EQ(TheBytes(0), (Bytes{3, 2, 0, 4, 0, 0, 1, 70, 0, 100, 5, 0, 1, 1, 1}));
 }
 
+TEST_F(RefaceSettingsBoxTest, ChannelsOfAFileShowAsOffAndAll) {
+    for (const char *transmit : {"16", "127"}) {
+        SetBytes(Shown);
+        ChangeInBox([&] {
+            desktop.Expect(ExpectedFileDialog{
+                .kind = FileDialogKind::Extra,
+                .answer = folder.WriteText("mine.crg",
+                                           CrgFirstLine + "TransCh:" + transmit + "\nRcvCh:16\n")});
+            Click(113);
+            EXPECT_EQ(List(101).currentText(), "Off") << transmit;
+            EXPECT_EQ(List(102).currentText(), "All");
+        });
+        EXPECT_EQ(block.system[0], 127);
+        EXPECT_EQ(block.system[1], 16);
+    }
+}
+
+TEST_F(RefaceSettingsBoxTest, AFileOfTheFirstLineAloneShowsAsZerosButForCheckedBoxes) {
+    ChangeInBox([&] {
+        desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Extra,
+                                          .answer = folder.WriteText("mine.crg", CrgFirstLine)});
+        Click(113);
+        EXPECT_EQ(List(101).currentText(), "Channel 1");
+        EXPECT_EQ(List(102).currentText(), "Channel 1");
+        EXPECT_EQ(Text(103), "414.7");
+        EXPECT_TRUE(Check(104).isChecked());
+        EXPECT_EQ(Text(105), "-64");
+        EXPECT_EQ(Text(106), "0");
+        EXPECT_EQ(Text(107), "0");
+        EXPECT_EQ(List(108).currentText(), "Yamaha FC3");
+        EXPECT_FALSE(Check(109).isChecked());
+        EXPECT_TRUE(Check(110).isChecked());
+        EXPECT_FALSE(Check(111).isChecked());
+    });
+    // What is shown below a range is collected as its lowest number.
+    EXPECT_EQ(TheBytes(0), (Bytes{0, 0, 0, 0, 0, 3, 1, 52, 0, 30, 0, 0, 0, 1, 0}));
+}
+
 TEST_F(RefaceSettingsBoxTest, AFileWithAZeroForACheckedBoxLeavesItCheckedAndOkSendsOne) {
-    const std::string path = folder.WriteText("mine.crg", FirstLine + "LocalCtrl:0\n");
+    const std::string path = folder.WriteText("mine.crg", CrgFirstLine + "LocalCtrl:0\n");
     ChangeInBox([&] {
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Extra, .answer = path});
         Click(113);
@@ -537,7 +607,7 @@ TEST_F(RefaceSettingsBoxTest, ABadFileShowsAsZerosAfterTheMessageAndOkStillWorks
     ChangeInBox([this] {
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Extra,
                                           .answer = folder.WriteText("bad.crg", "TransCh:3\n")});
-        desktop.ExpectMessage(Fallback);
+        desktop.ExpectMessage(NoSuchText);
         Click(113);
         EXPECT_EQ(List(101).currentText(), "Channel 1");
         EXPECT_EQ(List(102).currentText(), "Channel 1");
@@ -552,7 +622,7 @@ TEST_F(RefaceSettingsBoxTest, ABadFileShowsAsZerosAfterTheMessageAndOkStillWorks
 
 TEST_F(RefaceSettingsBoxTest, AfterAnyOpenTheDialogsAreThoseOfNoDriver) {
     OpenExportPath = folder.Folder();
-    const std::string path = folder.WriteText("mine.crg", FirstLine);
+    const std::string path = folder.WriteText("mine.crg", CrgFirstLine);
     WithBox([&] {
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::SaveExtra,
                                           .answer = std::nullopt,
