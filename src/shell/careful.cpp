@@ -64,6 +64,7 @@ enum Text : unsigned {
     SaveOthers = 20033,
     PortsOpenNow = 20034,
     SelectionEmptiesList = 20035,
+    ConfigureError = 20036,
     NotKeptByFiles = 20040,
     NoBankExtension = 20041,
     NoDatabase = 20046,
@@ -444,6 +445,14 @@ void CarefulTakeBackDownload(QWidget *window) {
         UndoTakeBack();
         TellFailedDownload(window);
     }
+}
+
+bool CarefulRefusesToConfigure(QWidget *window) {
+    if (!IsOn() || TryMidiLink(CurrentMidiPorts()) == LinkFault::None) {
+        return false;
+    }
+    ShowMessage(window, Paragraphs(TextOf(ConfigureError), ReasonOfTransfer()));
+    return true;
 }
 
 bool CarefulMissesVoices(QWidget *window) {

@@ -56,6 +56,9 @@ void CarefulTakeBackDownload(QWidget *window);
 // True, after saying which, when not all of its voices have arrived. They are a list of their own.
 bool CarefulMissesVoices(QWidget *window);
 
+// Configure synthesizer: true, after saying why, when the ports do not open.
+bool CarefulRefusesToConfigure(QWidget *window);
+
 // The row that was clicked is to be forgotten: the context menu was closed without a choice, or the
 // left button pressed in the list.
 void CarefulForgetClickedRow();

@@ -109,7 +109,7 @@ int RunFind() {
 }
 
 int RunConfigure() {
-    return ConfigureCurrent(Window());
+    return CarefulRefusesToConfigure(Window()) ? 0 : ConfigureCurrent(Window());
 }
 
 int RunMidiDevices() {

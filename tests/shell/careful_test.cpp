@@ -1239,6 +1239,25 @@ TEST_F(CarefulDownload, ThatIsNotAnsweredCostsNoLevelOfUndo) {
     }
 }
 
+TEST_F(CarefulDownload, SettingsThatCannotBeReadSayWhy) {
+    const std::string error = "There has been an error reading the settings of your "
+                              "synthesizer.\n\n";
+    FaultsOf(BuiltinInstrument::Reface).outputDoesNotOpen = true;
+    EXPECT_EQ(RunCommand(CommandConfigure), 0);
+    SwitchOn();
+    desktop.ExpectMessage(error + "The MIDI port " +
+                          std::string(TheMidi.Pm_GetDeviceInfo(MidiOutPort)->name) +
+                          " could not be opened. Another program may be using it.");
+    EXPECT_EQ(RunCommand(CommandConfigure), 0);
+    MidiInPort = MidiOutPort = NoMidiDevice;
+    desktop.ExpectMessage(error + "The MIDI output to your synthesizer has not been found. Please "
+                                  "check that it is connected and switched on, and click on Find "
+                                  "synthesizer in the Edit menu.");
+    EXPECT_EQ(RunCommand(CommandConfigure), 0);
+    CarefulMode = 0;
+    EXPECT_EQ(RunCommand(CommandConfigure), 0);
+}
+
 TEST_F(CarefulDownload, WithoutAnInstrumentSaysSo) {
     ListReset(MainList);
     CurrentDriverId = NoDriverId;

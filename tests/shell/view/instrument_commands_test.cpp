@@ -454,7 +454,23 @@ TEST_F(InstrumentCommands, ConfigureOfASilentInstrumentOpensNoBox) {
     FindReface();
     RefreshCommands();
     FaultsOf(BuiltinInstrument::Reface).silent = true;
-    desktop.ExpectMessage("Invalid system common.");
+    for (const bool careful : {false, true}) {
+        CarefulMode = careful;
+        desktop.ExpectMessage("Invalid system common.");
+        EXPECT_FALSE(WithBox([&] { Trigger(CommandConfigure); }, [](QDialog &) {}));
+    }
+}
+
+TEST_F(InstrumentCommands, ConfigureOfAnInstrumentThatIsNotFoundSaysWhyInCarefulModeAlone) {
+    CurrentDriverId = RefaceDriverId;
+    MidiInPort = MidiOutPort = NoMidiDevice;
+    RefreshCommands();
+    EXPECT_FALSE(WithBox([&] { Trigger(CommandConfigure); }, [](QDialog &) {}));
+    CarefulMode = 1;
+    desktop.ExpectMessage(
+        "There has been an error reading the settings of your synthesizer.\n\nThe MIDI output to "
+        "your synthesizer has not been found. Please check that it is connected and switched on, "
+        "and click on Find synthesizer in the Edit menu.");
     EXPECT_FALSE(WithBox([&] { Trigger(CommandConfigure); }, [](QDialog &) {}));
 }
 
