@@ -1,5 +1,5 @@
-// Any bytes as a file of reface DX settings and as a typed tune: what is read is written and read
-// again, and whatever a box shows of it is taken back as settings that stay what they are.
+// Any bytes as a file of reface DX settings and as a typed tune or number: what is read is written
+// and read again, and whatever a box shows of it is taken back as settings that stay what they are.
 #include "drivers/reface_dx/settings_file.h"
 #include "support/fuzz_support.h"
 
@@ -26,6 +26,22 @@ void TypeTune(std::string_view text) {
         Demand(stepped.size() == 5 && stepped >= "414.8" && stepped <= "466.8",
                "a step stays within the limits");
     }
+}
+
+void TypeNumbers(std::string_view text) {
+    const std::string typed(text);
+    RefaceControls controls;
+    for (std::size_t n = 0; n < RefaceSettingCount; ++n) {
+        controls[n].number = ClampedInteger(typed.c_str(), RefaceSettingRows[n].range);
+        controls[n].text = typed;
+    }
+    System taken = {};
+    CollectRefaceSettings(controls, taken);
+    Demand(taken[7] >= 64 - 12 && taken[7] <= 64 + 12, "a transposition is one of the box");
+    Demand(taken[8] <= 1 && taken[9] <= 127, "a tempo is eight bits in bytes of seven");
+    Demand(taken[10] <= 63, "a contrast is one of the box");
+    Demand(Accepted(taken)[7] == taken[7] && Accepted(taken)[10] == taken[10],
+           "numbers that were taken stay what they are");
 }
 
 void ReadFile(std::string_view text) {
@@ -67,6 +83,7 @@ void ReadFile(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char *>(data), size);
     TypeTune(text);
+    TypeNumbers(text);
     ReadFile(text);
     static const std::string firstLines = CrgTextOf({});
     ReadFile(firstLines + std::string(text));

@@ -7,8 +7,6 @@
 namespace tonewright {
 namespace {
 
-constexpr int PagesInARange = 8;
-
 std::int64_t Target(ScrollAction action, int thumb, int maximum, int position) {
     const std::int64_t from = position;
     switch (action) {

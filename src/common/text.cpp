@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -289,6 +290,11 @@ double ReadNumber(std::string_view text) {
         number = isTooSmall ? 0 : std::numeric_limits<double>::infinity();
     }
     return negative ? -number : number;
+}
+
+double LimitedNumber(std::string_view text, double lowest, double highest, double fallback) {
+    const double number = ReadNumber(text);
+    return std::isnan(number) ? fallback : std::clamp(number, lowest, highest);
 }
 
 int ScanSpinRange(const char *text, SpinRange &range) {

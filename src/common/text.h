@@ -63,6 +63,8 @@ std::uint32_t ReadInteger(std::string_view text);
 // The decimal number at the start of a text, read as atof does in the C locale, whatever the
 // locale is: 0 where there is none, infinite where it is too large. It may be no number (NaN).
 double ReadNumber(std::string_view text);
+// The same, limited to `lowest` to `highest`; what is no number counts as `fallback`.
+double LimitedNumber(std::string_view text, double lowest, double highest, double fallback);
 
 // Range text of a spin control, "minimum,maximum,start".
 struct SpinRange {

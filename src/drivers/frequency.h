@@ -7,6 +7,7 @@
 
 namespace tonewright {
 
+constexpr int HundredthsOfOne = 100;
 // The largest frequency, in hundredths.
 constexpr int MostHundredths = 3199;
 

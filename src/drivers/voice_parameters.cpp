@@ -2,13 +2,12 @@
 #include "drivers/voice_parameters.h"
 
 #include "common/text.h"
+#include "drivers/frequency.h"
 
 #include <algorithm>
 
 namespace tonewright {
 namespace {
-
-constexpr int HundredthsOfOne = 100;
 
 const std::uint8_t *ByteOf(const VoiceParameters &family, const VoiceParameter &row,
                            const VoiceObject &voice, int part) {

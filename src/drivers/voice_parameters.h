@@ -30,8 +30,7 @@ enum class ParameterTaken {
     Never,        // the controls stand there and nothing is stored
 };
 
-// Where the controls of a row stand beside its own, by number.
-constexpr std::uint32_t ArrowsOffset = 10000;
+// Where the controls of a row stand beside its own and its arrows, by number.
 constexpr std::uint32_t BarOffset = 12000;
 constexpr std::uint32_t LabelOffset = 20000;
 

@@ -60,10 +60,8 @@ double LimitedMasterTune(double frequency) {
 // The number of a text as far as it matters: near the limits, where it is none of a frequency.
 double FrequencyIn(std::string_view text) {
     constexpr double Beyond = 10; // Hz; more than any step
-    const double frequency = ReadNumber(text);
-    return std::isnan(frequency)
-               ? LowestMasterTune - Beyond
-               : std::clamp(frequency, LowestMasterTune - Beyond, HighestMasterTune + Beyond);
+    return LimitedNumber(text, LowestMasterTune - Beyond, HighestMasterTune + Beyond,
+                         LowestMasterTune - Beyond);
 }
 
 // ---- one control

@@ -42,7 +42,7 @@ enum class RefaceSettingKind {
 struct RefaceSettingRow {
     const char *name; // for the command line
     std::uint32_t control;
-    const char *label; // as the box shows it
+    const char *label; // as in the box, which calls the arrows so
     RefaceSettingKind kind;
     std::size_t index;      // its first byte
     SpinRange range = {};   // of Number and Tempo

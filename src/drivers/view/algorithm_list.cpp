@@ -6,6 +6,8 @@
 
 #include <QAbstractItemView>
 #include <QAccessibleWidget>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyledItemDelegate>
@@ -141,6 +143,7 @@ AlgorithmList::AlgorithmList(QWidget *parent) : QComboBox(parent) {
     auto *dropDown = new DropDownStyle(style()->name());
     dropDown->setParent(this);
     setStyle(dropDown);
+    view()->installEventFilter(this);
     QAccessible::installFactory(MakeAccessible); // once, however often it is called
 }
 
@@ -183,6 +186,40 @@ void AlgorithmList::paintEvent(QPaintEvent *) {
     if (look && currentIndex() >= 0) {
         DrawItem(painter, FieldIn(size()), *look, currentIndex(), isEnabled(), hasFocus());
     }
+}
+
+bool AlgorithmList::TakesDigit(const QKeyEvent &key, int &item) {
+    const QString text = key.text();
+    if (text.size() != 1 || text[0] < u'0' || text[0] > u'9') {
+        return false;
+    }
+    const int digit = text[0].digitValue();
+    const bool isQuick =
+        sinceDigit.isValid() && !sinceDigit.hasExpired(QApplication::keyboardInputInterval());
+    typed = isQuick && typed * 10 + digit <= count() ? typed * 10 + digit : digit;
+    sinceDigit.start();
+    item = typed <= count() ? typed - 1 : -1;
+    return true;
+}
+
+void AlgorithmList::keyPressEvent(QKeyEvent *event) {
+    int item = -1;
+    if (!TakesDigit(*event, item)) {
+        QComboBox::keyPressEvent(event);
+    } else if (item >= 0) {
+        setCurrentIndex(item);
+    }
+}
+
+bool AlgorithmList::eventFilter(QObject *watched, QEvent *event) {
+    int item = -1;
+    if (event->type() != QEvent::KeyPress || !TakesDigit(static_cast<QKeyEvent &>(*event), item)) {
+        return QComboBox::eventFilter(watched, event);
+    }
+    if (item >= 0) {
+        view()->setCurrentIndex(model()->index(item, modelColumn()));
+    }
+    return true;
 }
 
 AlgorithmPicture::AlgorithmPicture(QWidget *parent) : QWidget(parent) {

@@ -6,6 +6,7 @@
 #include "common/view/system_colours.h"
 
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QWidget>
 
 class QPainter;
@@ -33,6 +34,8 @@ struct AlgorithmColours {
 AlgorithmColours AlgorithmItemColours(bool selected);
 AlgorithmColours AlgorithmPictureColours();
 
+// Digits that are typed in quick succession select the item that shows their number, also while the
+// list is open.
 class AlgorithmList : public QComboBox {
 public:
     explicit AlgorithmList(QWidget *parent = nullptr);
@@ -47,11 +50,18 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override; // of the open list
 
 private:
     QRect FieldIn(const QSize &size) const;
+    // Takes a key that writes a digit, and none else. The item that the digits so far stand for;
+    // -1 where there is none.
+    bool TakesDigit(const QKeyEvent &key, int &item);
 
     const AlgorithmLook *look = nullptr;
+    int typed = 0; // the number so far
+    QElapsedTimer sinceDigit;
 };
 
 class AlgorithmPicture : public QWidget {

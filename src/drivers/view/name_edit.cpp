@@ -6,7 +6,6 @@
 namespace tonewright {
 namespace {
 
-constexpr int NameLength = 10;
 constexpr char32_t FirstNotTyped = 128;
 constexpr char32_t LastOfLatin1 = 0xFF;
 
@@ -21,14 +20,18 @@ bool IsPasted(char32_t character) {
 } // namespace
 
 NameEdit::NameEdit(QWidget *parent) : FilteredEdit({.takes = IsPasted, .types = IsTyped}, parent) {
-    setMaxLength(NameLength);
     setFont(FontOfHeight(QStringLiteral("TIMES NEW ROMAN"), 30, 700));
+}
+
+void NameEdit::SetLength(int characters) {
+    setMaxLength(characters);
+    updateGeometry();
 }
 
 // A whole name of wide letters.
 QSize NameEdit::sizeHint() const {
     const QSize hint = FilteredEdit::minimumSizeHint();
-    return {hint.width() + NameLength * fontMetrics().horizontalAdvance(u'N'), hint.height()};
+    return {hint.width() + maxLength() * fontMetrics().horizontalAdvance(u'N'), hint.height()};
 }
 
 QSize NameEdit::minimumSizeHint() const {

@@ -7,10 +7,12 @@
 namespace tonewright {
 
 // Typing takes characters below 128; the attempt to type another one beeps. Of what is pasted the
-// printable characters of Latin-1 go in. Ten characters at most.
+// printable characters of Latin-1 go in.
 class NameEdit : public FilteredEdit {
 public:
     explicit NameEdit(QWidget *parent = nullptr);
+
+    void SetLength(int characters); // the most that a name of the family has
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -1,7 +1,9 @@
 // Joins the controls of a page with the rows of the sheet.
 #include "drivers/view/voice_page.h"
 
+#include "common/scroll_step.h"
 #include "common/text.h"
+#include "common/view/box_controls.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/drop_down.h"
 #include "common/view/scroll_actions.h"
@@ -26,7 +28,6 @@ constexpr std::uint32_t ControlPlace = 126;
 constexpr std::uint32_t ControlPageIndex = 225; // a hidden text, of an operator's page
 
 constexpr std::uint32_t DecorationPicture = 8804;
-constexpr int PagesOfBar = 8; // the thumb is as long as one action on the trough moves it
 
 // The label of a row as the name of its other controls.
 QString NameOf(const VoiceParameter &row) {
@@ -63,6 +64,9 @@ QWidget *VoicePageView::MakeContents(const VoicePagesLook &look, int page, int i
         }
         if (list && row.IsList()) {
             FillList(row, list);
+        }
+        if (auto *name = ControlOf<NameEdit>(contents, row.control)) {
+            name->SetLength(static_cast<int>(look.family.nameSize));
         }
     }
     if (auto *picture = ControlOf<AlgorithmPicture>(contents, ControlPicture)) {
@@ -102,7 +106,7 @@ void VoicePageView::Make() {
                             .edit = ControlOf<QLineEdit>(this, row.control),
                             .list = ControlOf<QComboBox>(this, row.control),
                             .check = ControlOf<QCheckBox>(this, row.control),
-                            .arrows = ControlOf<UpDown>(this, row.control + ArrowsOffset),
+                            .arrows = ControlOf<UpDown>(this, row.control + UpDownOffset),
                             .bar = ControlOf<QScrollBar>(this, row.control + BarOffset)});
         ConnectRow(controls.size() - 1);
     }
@@ -112,7 +116,7 @@ PageControls VoicePageView::Controls() const {
     return {.has = [this](std::uint32_t control) { return ControlOf(this, control) != nullptr; },
             .rangeText =
                 [this](std::uint32_t control) {
-                    const auto *arrows = ControlOf<UpDown>(this, control + ArrowsOffset);
+                    const auto *arrows = ControlOf<UpDown>(this, control + UpDownOffset);
                     return arrows ? arrows->RangeText() : std::string();
                 }};
 }
@@ -126,18 +130,16 @@ void VoicePageView::ConnectRow(std::size_t row) {
         }
     };
     if (edit) {
-        edit->installEventFilter(this);
         connect(edit, &QLineEdit::textChanged, this, [=, this](const QString &text) {
             tell([&] { TypeInRow(sheet, row, text.toStdString()); });
         });
     }
     if (list) {
-        list->installEventFilter(this);
         connect(list, &QComboBox::currentIndexChanged, this,
                 [=, this](int index) { tell([&] { SelectInRow(sheet, row, index); }); });
     }
     if (check) {
-        check->installEventFilter(this);
+        LeaveReturnToBox(check);
         connect(check, &QCheckBox::toggled, this,
                 [=, this](bool checked) { tell([&] { CheckRow(sheet, row, checked); }); });
     }
@@ -157,6 +159,12 @@ void VoicePageView::ConnectRow(std::size_t row) {
             tell([&] { ScrollRow(sheet, row, action, thumb); });
             bar->setSliderPosition(sheet.pages[static_cast<std::size_t>(page)].rows[row].bar);
         });
+    }
+    // Last, so that the page hears of their events first.
+    for (QWidget *control : std::initializer_list<QWidget *>{edit, list, arrows, bar}) {
+        if (control) {
+            control->installEventFilter(this);
+        }
     }
 }
 
@@ -184,7 +192,8 @@ void VoicePageView::FillRow(std::size_t row) {
     }
     if (bar && state.range) {
         bar->setRange(state.range->minimum, state.range->maximum);
-        bar->setPageStep(std::max(1, state.range->maximum / PagesOfBar));
+        // The thumb is as long as one action on the trough moves it.
+        bar->setPageStep(std::max(1, state.range->maximum / PagesInARange));
         bar->setValue(state.bar);
     }
     for (QWidget *control :
@@ -236,37 +245,52 @@ QWidget *VoicePageView::LastControl() const {
 }
 
 // Focus that comes and goes is a command of an edit or list. Page Up and Page Down in an edit are
-// those of its bar. Return belongs to the sheet, whatever a desktop has it do to a check box.
+// those of its bar. The wheel over a number without the focus scrolls a page that has more than is
+// seen of it, so that what passes under the pointer stays as it is.
 bool VoicePageView::eventFilter(QObject *watched, QEvent *event) {
     const auto found = std::ranges::find_if(controls, [watched](const RowControls &row) {
-        return watched == row.edit || watched == row.list || watched == row.check;
+        return watched == row.edit || watched == row.list || watched == row.arrows ||
+               watched == row.bar;
     });
     if (found == controls.end()) {
         return QScrollArea::eventFilter(watched, event);
     }
     const auto row = static_cast<std::size_t>(found - controls.begin());
-    const bool isFocus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
-    if (isFocus && TakesCommands() && watched != found->check) {
-        RowCommand(sheet, row);
+    switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+        if (TakesCommands() && (watched == found->edit || watched == found->list)) {
+            RowCommand(sheet, row);
+        }
+        return false;
+    case QEvent::Wheel:
+        if (verticalScrollBar()->isVisible() && !HasFocus(*found)) {
+            event->ignore();
+            return true;
+        }
+        return false;
+    case QEvent::KeyPress:
+        return watched == found->edit && TakesPageKey(row, static_cast<QKeyEvent &>(*event));
+    default:
+        return false;
     }
-    if (event->type() != QEvent::KeyPress) {
-        return QScrollArea::eventFilter(watched, event);
-    }
-    const auto &key = static_cast<const QKeyEvent &>(*event);
+}
+
+bool VoicePageView::HasFocus(const RowControls &row) {
+    return (row.edit && row.edit->hasFocus()) || (row.list && row.list->hasFocus()) ||
+           (row.bar && row.bar->hasFocus());
+}
+
+bool VoicePageView::TakesPageKey(std::size_t row, const QKeyEvent &key) {
     const bool isPage = key.key() == Qt::Key_PageUp || key.key() == Qt::Key_PageDown;
     const bool isPlain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (found->bar && isPage && isPlain) {
-        ScrollRow(sheet, row,
-                  key.key() == Qt::Key_PageUp ? ScrollAction::PageForward : ScrollAction::PageBack,
-                  0);
-        found->edit->selectAll();
-        return true;
+    if (!controls[row].bar || !isPage || !isPlain) {
+        return false;
     }
-    if (watched == found->check && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
-        event->ignore();
-        return true;
-    }
-    return QScrollArea::eventFilter(watched, event);
+    ScrollRow(sheet, row,
+              key.key() == Qt::Key_PageUp ? ScrollAction::PageForward : ScrollAction::PageBack, 0);
+    controls[row].edit->selectAll();
+    return true;
 }
 
 } // namespace tonewright

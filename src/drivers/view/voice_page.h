@@ -70,6 +70,9 @@ private:
     // Whether what the controls tell comes from the user, on the page that the sheet shows.
     bool TakesCommands() const;
     void FillRow(std::size_t row);
+    static bool HasFocus(const RowControls &row);
+    // Page Up or Page Down in the edit of a row with a bar moves that.
+    bool TakesPageKey(std::size_t row, const QKeyEvent &key);
 
     const VoicePagesLook &look;
     VoiceSheet &sheet;

@@ -39,7 +39,7 @@ protected:
     }
 };
 
-TEST_F(AlgorithmsOfTheSheet, ItemsAndTheFieldHaveTheToldHeight) {
+TEST_F(AlgorithmsOfTheSheet, ItemsAndTheFieldHaveTheHeightOfTheFamily) {
     for (const auto &[sheets, height, count] :
          {std::tuple{&Dx7Sheets, 52, 32}, std::tuple{&RefaceSheets, 36, 12}}) {
         Edited(*sheets, [&, height = height, count = count] {
@@ -124,6 +124,55 @@ TEST_F(AlgorithmsOfTheSheet, TheFieldIsHighlightedWhileItHasTheFocus) {
         EXPECT_TRUE(fieldIs(White));
         Focus(106);
         EXPECT_TRUE(fieldIs(highlight));
+        Cancel();
+    });
+}
+
+TEST_F(AlgorithmsOfTheSheet, DigitsSelectTheItemThatShowsTheirNumber) {
+    const int pause = QApplication::keyboardInputInterval() + 50;
+    for (const auto &[sheets, last] : {std::pair{&Dx7Sheets, 32}, std::pair{&RefaceSheets, 12}}) {
+        SCOPED_TRACE(sheets->name);
+        const Bytes bytes = Edited(*sheets, [&, last = last] {
+            auto *list = Control<QComboBox>(106);
+            const auto shown = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+                Key(key, modifiers);
+                return list->currentIndex() + 1;
+            };
+            Focus(106);
+            EXPECT_EQ(shown(Qt::Key_5), 5);
+            QTest::qWait(pause);
+            EXPECT_EQ(shown(Qt::Key_1), 1);
+            EXPECT_EQ(shown(Qt::Key_2, Qt::KeypadModifier), 12);
+            EXPECT_EQ(shown(Qt::Key_0), 12); // no item shows 120, or 0
+            EXPECT_EQ(shown(Qt::Key_7), 7);
+            QTest::qWait(pause);
+            EXPECT_EQ(shown(Qt::Key_9), 9);
+            EXPECT_EQ(shown(Qt::Key_A), 9);
+            QTest::qWait(pause);
+            Key(static_cast<Qt::Key>(Qt::Key_0 + last / 10));
+            EXPECT_EQ(shown(static_cast<Qt::Key>(Qt::Key_0 + last % 10)), last);
+            QTest::qWait(pause);
+            EXPECT_EQ(shown(Qt::Key_6), 6);
+            Ok();
+        });
+        EXPECT_EQ(bytes[sheets == &Dx7Sheets ? 134 : 16], 5);
+    }
+}
+
+TEST_F(AlgorithmsOfTheSheet, DigitsFindAnItemOfTheOpenListAndReturnTakesIt) {
+    Edited(Dx7Sheets, [&] {
+        Choose(106, 2);
+        auto *list = Control<QComboBox>(106);
+        list->showPopup();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(list->view()->window()));
+        QTest::keyClick(list->view(), Qt::Key_1);
+        EXPECT_EQ(list->view()->currentIndex().row(), 0);
+        QTest::keyClick(list->view(), Qt::Key_2);
+        EXPECT_EQ(list->view()->currentIndex().row(), 11);
+        EXPECT_EQ(list->currentIndex(), 2);
+        QTest::keyClick(list->view(), Qt::Key_Return);
+        EXPECT_EQ(list->currentIndex(), 11);
+        EXPECT_TRUE(sheet->isVisible());
         Cancel();
     });
 }

@@ -1,6 +1,8 @@
 // The name box of the voice editor: what can be typed and pasted, and what stays.
 #include "sheet_window.h"
 
+#include "drivers/view/name_edit.h"
+
 #include <QClipboard>
 #include <QInputMethodEvent>
 
@@ -131,7 +133,7 @@ TEST_F(NameBox, WhatStandsInANameStaysWhileItIsEdited) {
     EXPECT_EQ(desktop.beeps, 0);
 }
 
-TEST_F(NameBox, AChangeOfTheNameIsStoredAtOnce) {
+TEST_F(NameBox, APageOfAnOperatorShowsTheChangedNameAndTakesNone) {
     Edited(RefaceSheets, [&] {
         Type(101, "BELL");
         ShowTab(2);
@@ -139,6 +141,16 @@ TEST_F(NameBox, AChangeOfTheNameIsStoredAtOnce) {
         EXPECT_FALSE(Control(101)->isEnabled());
         Cancel();
     });
+}
+
+TEST(NameEdit, TakesAsManyCharactersAsItsFamilysNamesHave) {
+    NameEdit edit;
+    edit.SetLength(4);
+    const int narrow = edit.sizeHint().width();
+    edit.setText("ABCDEFGH");
+    EXPECT_EQ(edit.text(), "ABCD");
+    edit.SetLength(16);
+    EXPECT_EQ(edit.sizeHint().width() - narrow, 12 * edit.fontMetrics().horizontalAdvance(u'N'));
 }
 
 } // namespace

@@ -133,6 +133,14 @@ protected:
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(control, &event);
     }
+    // The same as the window hears of it, so that what ignores it hands it on.
+    void WheelInWindow(QWidget *control, int notches) const {
+        const QPointF point = control->mapTo(sheet, control->rect().center());
+        QWheelEvent event(point, sheet->mapToGlobal(point), {}, {0, 120 * notches}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(sheet->windowHandle(), &event);
+    }
     void ClickArrow(std::uint32_t number, const char *arrow) const {
         QTest::mouseClick(Control(number + 10000)->findChild<QToolButton *>(arrow), Qt::LeftButton);
     }

@@ -163,6 +163,36 @@ TEST_F(VoiceSheetWindow, ALargerFontScrollsThePagesAndCutsNoText) {
     }
 }
 
+TEST_F(VoiceSheetWindow, TheWheelScrollsAPageThatIsNotWholeAndChangesOnlyWhatHasTheFocus) {
+    for (const SheetFamily *sheets : {&Dx7Sheets, &RefaceSheets}) {
+        VoiceEditPage = 1;
+        Edited(*sheets, [&] {
+            sheet->setFont(FontOfHeight("Arial", 26));
+            QTest::qWait(1);
+            QScrollBar *scroll = Area()->verticalScrollBar();
+            ASSERT_TRUE(scroll->isVisible());
+            Control(1)->setFocus();
+            const QString before = Text(220);
+            for (const std::uint32_t control : {220u, 10220u, 12220u}) {
+                Area()->ensureWidgetVisible(Control(control));
+                const int value = scroll->value();
+                WheelInWindow(Control(control), value > 0 ? 1 : -1);
+                EXPECT_EQ(Text(220), before) << control;
+                EXPECT_NE(scroll->value(), value) << control;
+            }
+            for (const std::uint32_t control : {220u, 10220u, 12220u}) {
+                Type(220, "50");
+                Area()->ensureWidgetVisible(Control(control));
+                const int value = scroll->value();
+                WheelInWindow(Control(control), -1);
+                EXPECT_EQ(Text(220), "49") << control;
+                EXPECT_EQ(scroll->value(), value) << control;
+            }
+            Cancel();
+        });
+    }
+}
+
 TEST_F(VoiceSheetWindow, EachEdgeOfAPageAlignsItsNumbers) {
     for (const SheetFamily *sheets : {&Dx7Sheets, &RefaceSheets}) {
         Edited(*sheets, [&] {
@@ -309,20 +339,22 @@ TEST_F(VoiceSheetWindow, ReturnOnCancelHelpOrAuditionPressesThatButton) {
 TEST_F(VoiceSheetWindow, EscAndTheCloseButtonOfTheFrameCancelAndKeepTheLastPage) {
     const std::function<void()> ways[] = {[&] { Key(Qt::Key_Escape); }, [&] { sheet->close(); },
                                           [&] { Cancel(); }};
-    for (const auto &way : ways) {
-        VoiceEditPage = 0;
-        VoiceObject voice = Dx7Sheets.voice;
-        EXPECT_EQ(Edit(Dx7Sheets, voice,
-                       [&] {
-                           Type(108, "77");
-                           ShowTab(3);
-                           Type(202, "1");
-                           way();
-                           EXPECT_FALSE(sheet->isVisible());
-                       }),
-                  0);
-        EXPECT_EQ(voice, Dx7Sheets.voice);
-        EXPECT_EQ(VoiceEditPage, 3u);
+    for (const SheetFamily *sheets : {&Dx7Sheets, &RefaceSheets}) {
+        for (const auto &way : ways) {
+            VoiceEditPage = 0;
+            VoiceObject voice = sheets->voice;
+            EXPECT_EQ(Edit(*sheets, voice,
+                           [&] {
+                               Type(108, "77");
+                               ShowTab(3);
+                               Type(220, "1");
+                               way();
+                               EXPECT_FALSE(sheet->isVisible());
+                           }),
+                      0);
+            EXPECT_EQ(voice, sheets->voice);
+            EXPECT_EQ(VoiceEditPage, 3u);
+        }
     }
 }
 
@@ -702,9 +734,7 @@ TEST_F(VoiceSheetWindow, TypingMovesTheBarAndALimitRewritesNoBox) {
 }
 
 TEST_F(VoiceSheetWindow, TheRowOfPitchBendOfADx7IsEmptyAndStoresNothing) {
-    const Bytes before = VoiceBytes(Dx7Sheets.voice);
-    Bytes expected = before;
-    std::fill(expected.begin() + 145 + 9, expected.begin() + 155, 0);
+    const Bytes untouched = Edited(Dx7Sheets, [&] { Ok(); });
     EXPECT_EQ(Edited(Dx7Sheets,
                      [&] {
                          EXPECT_EQ(Text(105), "");
@@ -716,8 +746,8 @@ TEST_F(VoiceSheetWindow, TheRowOfPitchBendOfADx7IsEmptyAndStoresNothing) {
                          ClickArrow(105, "up");
                          EXPECT_EQ(Text(105), "8");
                          Ok();
-                     })[144],
-              before[144]);
+                     }),
+              untouched);
 }
 
 // ---- the frequency
@@ -744,6 +774,32 @@ TEST_F(VoiceSheetWindow, ATypedFrequencyOf1Point15Becomes1Point14) {
     });
     EXPECT_EQ(bytes[38 + 22], 1);
     EXPECT_EQ(bytes[38 + 23], 14);
+}
+
+TEST_F(VoiceSheetWindow, AStoredFrequencyOf1Point15IsTakenAs1Point14ByAPageThatWasOpened) {
+    for (const auto &[sheets, coarse] :
+         {std::pair{&Dx7Sheets, 18u}, std::pair{&RefaceSheets, 38u + 22}}) {
+        VoiceObject voice = sheets->voice;
+        voice.bytes[VoiceObjectHeaderSize + coarse] = 1;
+        voice.bytes[VoiceObjectHeaderSize + coarse + 1] = 15;
+        VoiceEditPage = 1;
+        Edit(*sheets, voice, [&] {
+            EXPECT_EQ(Text(223), "1.15");
+            Ok();
+        });
+        EXPECT_EQ(VoiceBytes(voice)[coarse], 1);
+        EXPECT_EQ(VoiceBytes(voice)[coarse + 1], 14);
+    }
+}
+
+TEST_F(VoiceSheetWindow, AnOpenedPageOfADx7ClearsTheSensitivityThatItDoesNotShow) {
+    VoiceObject voice = Dx7Sheets.voice;
+    voice.bytes[VoiceObjectHeaderSize + 14] = 3; // of Operator 1
+    voice.bytes[VoiceObjectHeaderSize + 21 + 14] = 3;
+    VoiceEditPage = 1;
+    Edit(Dx7Sheets, voice, [&] { Ok(); });
+    EXPECT_EQ(VoiceBytes(voice)[14], 0);
+    EXPECT_EQ(VoiceBytes(voice)[21 + 14], 3); // its page was not opened
 }
 
 // ---- values at their limits
@@ -815,6 +871,33 @@ TEST_F(VoiceSheetWindow, AnOperatorThatIsSwitchedOffDisablesItsPage) {
     const Bytes bytes = VoiceBytes(voice);
     EXPECT_EQ(bytes[21 + 16], 58); // the level stays
     EXPECT_EQ(bytes[155], 0xEF);
+}
+
+TEST_F(VoiceSheetWindow, AnOperatorOfARefaceDxThatIsSwitchedOffKeepsItsValues) {
+    VoiceEditPage = 2;
+    VoiceObject voice = RefaceSheets.voice;
+    voice.bytes[VoiceObjectHeaderSize + 66] = 1;
+    Bytes expected;
+    Edit(RefaceSheets, voice, [&] { Ok(); });
+    expected = VoiceBytes(voice);
+    expected[66] = 0;
+    VoiceEditPage = 2;
+    Edit(RefaceSheets, voice, [&] {
+        QTest::mouseClick(Control(201), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
+        for (const VoiceParameter &row : RefaceParameters.operators) {
+            const bool isEnabled = row.control == 201;
+            const QWidget *control = Control(row.control);
+            if (control && row.control != 101) {
+                EXPECT_EQ(control->isEnabled(), isEnabled) << row.control;
+            }
+        }
+        const QString before = Text(220);
+        Wheel(Control(220), 1);
+        ClickArrow(220, "up");
+        EXPECT_EQ(Text(220), before);
+        Ok();
+    });
+    EXPECT_EQ(VoiceBytes(voice), expected);
 }
 
 TEST_F(VoiceSheetWindow, PitchEgEnablesTheEnvelopeOfARefaceDxAndItsValuesStay) {

@@ -12,6 +12,9 @@
 
 #include <QDialog>
 
+#include <algorithm>
+#include <optional>
+
 namespace tonewright {
 namespace {
 
