@@ -8,6 +8,7 @@
 #include "drivers/reface_dx/voice_parameters.h"
 #include "sheet_under_test.h"
 #include "support/bank_bytes.h"
+#include "support/program_texts.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
 
@@ -18,8 +19,6 @@
 
 namespace tonewright {
 namespace {
-
-constexpr const char *NoSuchString = "String table error - this application may be damaged";
 
 // Where a block of operators begins in the payload.
 constexpr std::size_t Dx7Block(int block) {
@@ -61,7 +60,7 @@ TEST(VoiceSheet, AVoiceThatIsNoWholeOneOfTheFamilyIsRefusedWithAMessage) {
     VoiceObject cut = Dx7Voice();
     cut.bytes.pop_back();
     for (const VoiceObject &voice : {cut, RefaceVoice0(), VoiceObject{}}) {
-        desktop.ExpectMessage(NoSuchString);
+        desktop.ExpectMessage(NoSuchText);
         EXPECT_FALSE(BeginVoiceSheet(nullptr, Dx7Parameters, voice, {}, 0));
         desktop.ExpectNothingLeft();
     }
@@ -961,11 +960,11 @@ TEST(VoiceSheet, AVoiceWithItsPayloadInItsHeaderIsRefused) {
     ScriptedDesktop desktop;
     VoiceObject voice = RefaceVoice0();
     voice.bytes[4] = 51;
-    desktop.ExpectMessage(NoSuchString);
+    desktop.ExpectMessage(NoSuchText);
     EXPECT_FALSE(BeginVoiceSheet(nullptr, RefaceParameters, voice, {}, 0));
     VoiceObject dx7 = Dx7Voice();
     dx7.bytes[4] = 0;
-    desktop.ExpectMessage(NoSuchString);
+    desktop.ExpectMessage(NoSuchText);
     EXPECT_FALSE(BeginVoiceSheet(nullptr, Dx7Parameters, dx7, {}, 0));
 }
 

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "support/bank_bytes.h"
 #include "support/posix_limits.h"
+#include "support/program_texts.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
@@ -16,10 +17,6 @@ namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-const std::string BackupQuestion =
-    "Warning: there has been an error creating a backup for your file.\r\n\r\nClick on Yes to "
-    "proceed, or click on No to abort this save.";
 
 VoiceList ListOfOne() {
     VoiceList list;

@@ -5,6 +5,7 @@
 #include "core/current.h"
 #include "drivers/reface_dx/voice_codec.h"
 #include "support/bank_bytes.h"
+#include "support/program_texts.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
@@ -20,10 +21,6 @@ namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-const std::string BackupQuestion =
-    "Warning: there has been an error creating a backup for your file.\r\n\r\nClick on Yes to "
-    "proceed, or click on No to abort this save.";
 
 std::string DamageQuestion(const std::string &name) {
     return "The data in the document " + name +

@@ -2,7 +2,7 @@
 #include "core/dispatch.h"
 #include "drivers/reface_dx/configure.h"
 #include "support/builtin_midi.h"
-#include "support/settings_texts.h"
+#include "support/program_texts.h"
 #include "support/temp_folder.h"
 #include "transfer_fixture.h"
 
@@ -196,7 +196,7 @@ TEST_F(KeptSettings, AreBackedUpBeforeTheControlsAreCollected) {
     std::filesystem::create_directory(folder.path / "Backup of mine.crg");
     ExpectDialog(FileDialogKind::SaveExtra, OpenExportPath + "Untitled.crg",
                  folder.File("mine.crg"));
-    desktop.Expect(ExpectedMessage{.text = BackupWarning,
+    desktop.Expect(ExpectedMessage{.text = BackupQuestion,
                                    .buttons = {"Yes", "No"},
                                    .answer = ResultYes,
                                    .during = [this](MessageRequest &) {
@@ -215,7 +215,7 @@ TEST_F(KeptSettings, StayAsTheyAreWhenTheUserWantsNoSaveWithoutBackup) {
     for (const int answer : {ResultNo, ResultCancel}) {
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::SaveExtra,
                                           .answer = folder.File("mine.crg")});
-        desktop.ExpectYesNo(BackupWarning, answer);
+        desktop.ExpectYesNo(BackupQuestion, answer);
         Save();
     }
     EXPECT_EQ(collections, 0);

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "support/program_texts.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
@@ -17,10 +18,6 @@ namespace tonewright {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-const std::string BackupQuestion =
-    "Warning: there has been an error creating a backup for your file.\r\n\r\nClick on Yes to "
-    "proceed, or click on No to abort this save.";
 
 VoiceObject TestVoice(int number) {
     return VoiceObject{TestRefaceBlock(number)};

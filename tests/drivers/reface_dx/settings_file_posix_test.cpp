@@ -6,8 +6,8 @@
 #include "common/settings.h"
 #include "support/fake_midi.h"
 #include "support/posix_limits.h"
+#include "support/program_texts.h"
 #include "support/scripted_desktop.h"
-#include "support/settings_texts.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +71,7 @@ TEST_F(SavedSettings, WithoutRoomForABackupKeepTheFormerFileUnlessTheUserGoesOn)
         folder.WriteText("disk/mine.crg", Former);
         FillDisk(folder.File("disk/filler"));
         ExpectSaveAs("disk/mine.crg");
-        desktop.ExpectYesNo(BackupWarning, ResultNo);
+        desktop.ExpectYesNo(BackupQuestion, ResultNo);
         Save();
         EXPECT_FALSE(collected);
         EXPECT_EQ(ReadTestText(folder.File("disk/mine.crg")), Former);

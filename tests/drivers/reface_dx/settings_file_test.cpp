@@ -1,7 +1,7 @@
 // Files of reface DX settings, written and read.
 #include "drivers/reface_dx/settings_file.h"
 
-#include "support/settings_texts.h"
+#include "support/program_texts.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 
 #include "common/view/fonts.h"
 #include "support/builtin_midi.h"
+#include "support/program_texts.h"
 
 #include <QAccessible>
 #include <QClipboard>
@@ -361,7 +362,7 @@ TEST_F(VoiceSheetWindow, EscAndTheCloseButtonOfTheFrameCancelAndKeepTheLastPage)
 TEST_F(VoiceSheetWindow, AVoiceOfTheOtherFamilyIsRefusedWithAMessageAndNoSheetOpens) {
     const auto refuses = [&](const SheetFamily &sheets, VoiceObject voice) {
         const VoiceObject before = voice;
-        desktop.ExpectMessage("String table error - this application may be damaged");
+        desktop.ExpectMessage(NoSuchText);
         EXPECT_EQ(sheets.edit(nullptr, voice, {}, 0), 0);
         EXPECT_EQ(voice, before);
         desktop.ExpectNothingLeft();

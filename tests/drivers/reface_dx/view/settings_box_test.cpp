@@ -5,9 +5,9 @@
 #include "common/view/up_down.h"
 #include "support/fake_midi.h"
 #include "support/modal_box.h"
+#include "support/program_texts.h"
 #include "support/reface_bytes.h"
 #include "support/scripted_desktop.h"
-#include "support/settings_texts.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -504,7 +504,7 @@ TEST_F(RefaceSettingsBoxTest, SaveAsCollectsBehindTheQuestionAboutTheBackupAndSt
         desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::SaveExtra,
                                           .answer = folder.File("mine.crg"),
                                           .driverId = RefaceDriverId});
-        desktop.Expect(ExpectedMessage{.text = BackupWarning,
+        desktop.Expect(ExpectedMessage{.text = BackupQuestion,
                                        .buttons = {"Yes", "No"},
                                        .answer = ResultYes,
                                        .during = [this](MessageRequest &request) {

@@ -2,7 +2,7 @@
 #include "../transfer_fixture.h"
 #include "drivers/reface_dx/view/settings_box.h"
 #include "support/modal_box.h"
-#include "support/settings_texts.h"
+#include "support/program_texts.h"
 #include "support/temp_folder.h"
 
 #include <QDialog>
