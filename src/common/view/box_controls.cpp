@@ -59,8 +59,8 @@ void SetUpBoxControls(QDialog &box, const char *helpTopic) {
     accept->setFocus();
 }
 
-void LeaveReturnToBox(QCheckBox *check) {
-    check->installEventFilter(new ReturnGuard(check));
+void LeaveReturnToBox(QWidget *control) {
+    control->installEventFilter(new ReturnGuard(control));
 }
 
 } // namespace tonewright

@@ -1,8 +1,8 @@
 // What the program's boxes share: the picture at the top and the row of buttons.
 #pragma once
 
-class QCheckBox;
 class QDialog;
+class QWidget;
 
 namespace tonewright {
 
@@ -12,7 +12,8 @@ namespace tonewright {
 // take the look of the setting SoftButtons, and Return in a check box is the box's.
 void SetUpBoxControls(QDialog &box, const char *helpTopic);
 
-// Return in a check box belongs to what is around it, also on desktops where it would change it.
-void LeaveReturnToBox(QCheckBox *check);
+// Return in a check box or a closed list belongs to what is around it, also on desktops where it
+// would change the one or open the other.
+void LeaveReturnToBox(QWidget *control);
 
 } // namespace tonewright

@@ -38,6 +38,7 @@ QString NameOf(const VoiceParameter &row) {
 void FillList(const VoiceParameter &row, QComboBox *list) {
     FillComboFromList(list, row.items);
     TakeWheelWithFocusOnly(list);
+    LeaveReturnToBox(list);
     if (auto *algorithms = dynamic_cast<AlgorithmList *>(list)) {
         algorithms->NameItems();
     }

@@ -54,6 +54,7 @@ private:
         if (auto *list = ControlOf<QComboBox>(this, row.control)) {
             FillComboFromList(list, row.items);
             TakeWheelWithFocusOnly(list);
+            LeaveReturnToBox(list);
         }
         auto *edit = ControlOf<QLineEdit>(this, row.control);
         auto *arrows = ControlOf<UpDown>(this, row.control + UpDownOffset);
