@@ -24,8 +24,8 @@ bool CarefulAcceptsReturn() {
 
 bool CarefulMayDropEdits(QWidget *window, const std::string &name, bool changed) {
     return !IsOn() || !changed ||
-           AskWithButtons(window, LoadProgramString(EditsNotKept, {name}), "Drop changes", nullptr,
-                          "Go on editing") == ResultYes;
+           AskWithButtons(window, LoadProgramString(EditsNotKept, {name}), "Go on editing",
+                          "Drop changes", nullptr) == ResultNo; // Return and Esc go on
 }
 
 } // namespace tonewright

@@ -7,6 +7,7 @@
 #include "drivers/value_text.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace tonewright {
 namespace {
@@ -113,6 +114,32 @@ std::string SetName(const VoiceParameters &family, const VoiceParameter &row, Vo
     return "";
 }
 
+// How an operator of a bank is switched on: by its level, since there is no bit for it.
+struct Switching {
+    const VoiceParameter *enable = nullptr;
+    bool isOn = false;
+    int level = 0;
+    std::string levelName;
+};
+// Of the operator that the parameter belongs to, when it is one of the two that have to do with it
+// and the file is such a bank.
+std::optional<Switching> SwitchingOf(const VoiceParameters &family, const NamedParameter &parameter,
+                                     const VoiceObject &voice, VoiceFileKind kind) {
+    const auto enable =
+        std::ranges::find(family.operators, ParameterKind::OperatorBit, &VoiceParameter::kind);
+    const auto level =
+        std::ranges::find(family.operators, true, &VoiceParameter::tellsOperatorIsOn);
+    if (kind != VoiceFileKind::Bank || enable == family.operators.end() ||
+        level == family.operators.end() ||
+        (parameter.row != &*enable && parameter.row != &*level)) {
+        return std::nullopt;
+    }
+    return Switching{.enable = &*enable,
+                     .isOn = ShownValue(family, *enable, voice, parameter.part) != 0,
+                     .level = ShownValue(family, *level, voice, parameter.part),
+                     .levelName = ParameterName({&*level, parameter.part})};
+}
+
 } // namespace
 
 std::vector<NamedParameter> NamedParameters(const VoiceParameters &family) {
@@ -190,24 +217,16 @@ std::string SetParameterText(const VoiceParameters &family, const NamedParameter
 
 std::string ReasonNotKept(const VoiceParameters &family, const NamedParameter &parameter,
                           const VoiceObject &voice, VoiceFileKind kind) {
-    if (kind != VoiceFileKind::Bank || parameter.part == 0) {
+    const auto switching = SwitchingOf(family, parameter, voice, kind);
+    if (!switching) {
         return "";
     }
-    const auto enable =
-        std::ranges::find(family.operators, ParameterKind::OperatorBit, &VoiceParameter::kind);
-    const auto level =
-        std::ranges::find(family.operators, true, &VoiceParameter::tellsOperatorIsOn);
-    if (enable == family.operators.end() || level == family.operators.end()) {
-        return "";
+    if (parameter.row == switching->enable && switching->isOn && switching->level == 0) {
+        return "an operator with " + switching->levelName + " 0 is off in a bank";
     }
-    const bool isOn = ShownValue(family, *enable, voice, parameter.part) != 0;
-    const bool isHeard = ShownValue(family, *level, voice, parameter.part) != 0;
-    const std::string other = ParameterName({isOn ? &*level : &*enable, parameter.part});
-    if (parameter.row == &*enable && isOn && !isHeard) {
-        return "an operator with " + other + " 0 is off in a bank";
-    }
-    if (parameter.row == &*level && !isOn && isHeard) {
-        return "a bank keeps none with " + other + " off";
+    if (parameter.row != switching->enable && !switching->isOn && switching->level != 0) {
+        return "a bank keeps none with " + ParameterName({switching->enable, parameter.part}) +
+               " off";
     }
     return "";
 }
@@ -220,12 +239,20 @@ std::string RemarkOnValue(const VoiceParameters &family, const NamedParameter &p
                    ? "as before, with the control characters shown as ?"
                    : "";
     }
-    if (kind != VoiceFileKind::Bank || WholeDetune != 0) {
+    if (kind != VoiceFileKind::Bank) {
         return "";
+    }
+    const auto switching = SwitchingOf(family, parameter, voice, kind);
+    if (switching && parameter.row == switching->enable && !switching->isOn &&
+        switching->level != 0) {
+        return FormatText(
+            "a bank keeps no level of an operator that is off: %s is 0 in the stead of "
+            "%d",
+            switching->levelName.c_str(), switching->level);
     }
     const int shown = ShownValue(family, row, voice, parameter.part);
     const int read = ((shown + row.bias) & ((1 << row.readBits) - 1)) - row.bias;
-    return row.readBits >= row.packedBits || read == shown
+    return WholeDetune != 0 || row.readBits >= row.packedBits || read == shown
                ? ""
                : FormatText("a bank read without --whole-detune has %d in the stead of %d", read,
                             shown);

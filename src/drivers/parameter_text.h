@@ -50,8 +50,9 @@ std::string ReasonNotKept(const VoiceParameters &family, const NamedParameter &p
                           const VoiceObject &voice, VoiceFileKind kind);
 
 // What whoever has just given the parameter this value may not know of it, in words; empty when
-// there is nothing: that a bank read without WholeDetune, while that is off, has another one, and
-// that a name, which can be given no control characters, still holds those that it had.
+// there is nothing: that a bank read without WholeDetune, while that is off, has another one, that
+// a bank loses the level of an operator that is off, and that a name, which can be given no control
+// characters, still holds those that it had.
 std::string RemarkOnValue(const VoiceParameters &family, const NamedParameter &parameter,
                           const VoiceObject &voice, VoiceFileKind kind);
 

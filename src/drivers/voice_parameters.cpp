@@ -27,10 +27,6 @@ std::uint8_t OperatorBitOf(const VoiceParameters &family, int part) {
 
 } // namespace
 
-std::string RangeTextOf(const VoiceParameter &row) {
-    return FormatText("%d,%d,0", row.minimum, row.maximum);
-}
-
 int ShownValue(const VoiceParameters &family, const VoiceParameter &row, const VoiceObject &voice,
                int part) {
     const std::uint8_t *byte = ByteOf(family, row, voice, part);

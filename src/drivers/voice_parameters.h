@@ -36,8 +36,10 @@ constexpr std::uint32_t LabelOffset = 20000;
 
 struct VoiceParameter {
     std::uint32_t control = 0; // number of the edit, list or check box
-    const char *label = "";    // beside an edit or a list, the caption of a check box
-    const char *name = "";     // on the command line; empty where it stands for nothing stored
+    // Beside an edit or a list, the caption of a check box; empty where no page has controls for
+    // the row, and what is collected is 0.
+    const char *label = "";
+    const char *name = ""; // on the command line; empty where it stands for nothing stored
     ParameterKind kind = ParameterKind::Number;
     int minimum = 0, maximum = 0; // of what is shown; of a list the indices of its items
     // The byte in the part of the voice that the page shows: in the voice-wide bytes, of an
@@ -52,7 +54,6 @@ struct VoiceParameter {
     const char *items = nullptr; // of a list: the texts, separated by ";"
     ParameterTaken taken = ParameterTaken::AtOnce;
     bool hasBar = false;
-    bool hasControls = true; // false: no page has them, and what is collected is 0
     // The check boxes of the page that must be checked for the row to be enabled; 0: none.
     std::array<std::uint32_t, 2> gates = {};
 
@@ -65,9 +66,6 @@ struct VoiceParameter {
     // Shown in a line of text, with arrows unless it is the name.
     constexpr bool IsEdit() const { return !IsList() && !IsCheck(); }
 };
-
-// "minimum,maximum,0", as the arrows of a number tell their range.
-std::string RangeTextOf(const VoiceParameter &row);
 
 // What a family says of its voices to editor and command line.
 struct VoiceParameters {

@@ -232,19 +232,6 @@ void PlayCopy(const VoiceSheet &sheet) {
 
 } // namespace
 
-PageControls ControlsOfRows(std::span<const VoiceParameter> rows) {
-    const auto rowOf = [rows](std::uint32_t control) -> const VoiceParameter * {
-        const auto row = std::ranges::find(rows, control, &VoiceParameter::control);
-        return row != rows.end() && row->hasControls ? &*row : nullptr;
-    };
-    return {.has = [rowOf](std::uint32_t control) { return rowOf(control) != nullptr; },
-            .rangeText =
-                [rowOf](std::uint32_t control) {
-                    const VoiceParameter *row = rowOf(control);
-                    return row && row->kind == ParameterKind::Number ? RangeTextOf(*row) : "";
-                }};
-}
-
 int PageCount(const VoiceParameters &family) {
     return 1 + family.operatorCount;
 }

@@ -71,8 +71,6 @@ struct PageControls {
     // empty where there is none.
     std::function<std::string(std::uint32_t control)> rangeText;
 };
-// What the rows say that a page has.
-PageControls ControlsOfRows(std::span<const VoiceParameter> rows);
 
 // ---- facts
 

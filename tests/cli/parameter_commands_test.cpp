@@ -426,7 +426,10 @@ TEST_F(CliParameters, EditRefusesForABankWhatOnlyASingleVoiceKeeps) {
 
 TEST_F(CliParameters, EditSwitchesAnOperatorOfABankOffAndOnWithItsLevel) {
     const std::string bank = Bank();
-    ExpectDone(Edit(bank, "1", {"operator1.enable=off"}, bank));
+    const ProgramResult off = Edit(bank, "1", {"operator1.enable=off"}, bank);
+    EXPECT_EQ(off.exitStatus, 0);
+    EXPECT_EQ(off.errors, "tonewright-cli: operator1.enable: a bank keeps no level of an operator "
+                         "that is off: operator1.outputLevel is 0 in the stead of 79\n");
     EXPECT_EQ(ReadTestFile(bank)[FirstPackedVoice + 14], 0);
     EXPECT_EQ(LineOf("operator1.enable", bank), "off");
     ExpectRefused(bank, "1", {"operator1.outputLevel=79"},

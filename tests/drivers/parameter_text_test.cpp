@@ -334,6 +334,25 @@ TEST_F(Dx7ParameterText, ABankKeepsNoLevelOfAnOperatorThatIsOff) {
     EXPECT_EQ(NotKept("operator2.outputLevel", Bank), "");
 }
 
+TEST_F(Dx7ParameterText, AnOperatorThatIsSwitchedOffInABankIsRemarkedOnForItsLevel) {
+    const NamedParameter enable = *ParameterOfName(Dx7Parameters, "operator2.enable");
+    ASSERT_EQ(Set("operator2.outputLevel", "80", Single), "");
+    ASSERT_EQ(Set("operator2.enable", "off", Bank), "");
+    const char *lost =
+        "a bank keeps no level of an operator that is off: operator2.outputLevel is 0 "
+        "in the stead of 80";
+    EXPECT_EQ(RemarkOnValue(Dx7Parameters, enable, voice, Bank), lost);
+    EXPECT_EQ(RemarkOnValue(Dx7Parameters, enable, voice, Single), "");
+    WholeDetune = 1;
+    EXPECT_EQ(RemarkOnValue(Dx7Parameters, enable, voice, Bank), lost);
+    WholeDetune = 0;
+    ASSERT_EQ(Set("operator2.outputLevel", "0", Single), "");
+    EXPECT_EQ(RemarkOnValue(Dx7Parameters, enable, voice, Bank), "");
+    ASSERT_EQ(Set("operator2.outputLevel", "80", Single), "");
+    ASSERT_EQ(Set("operator2.enable", "on", Bank), "");
+    EXPECT_EQ(RemarkOnValue(Dx7Parameters, enable, voice, Bank), "");
+}
+
 TEST_F(Dx7ParameterText, ADetuneThatABankGivesBackOtherwiseIsRemarkedOn) {
     const NamedParameter detune = *ParameterOfName(Dx7Parameters, "operator3.detune");
     for (int value = -7; value <= 7; ++value) {

@@ -13,6 +13,7 @@
 #include "drivers/frequency.h"
 #include "drivers/reface_dx/voice_parameters.h"
 #include "drivers/voice_sheet.h"
+#include "sheet_controls.h"
 
 #include <algorithm>
 #include <array>
@@ -694,7 +695,7 @@ struct Sequence {
             int asked = 0;
             TheDesktop.RunMessage = [&](MessageRequest &request) {
                 ++asked;
-                request.result = drops ? ResultYes : ResultCancel;
+                request.result = drops ? ResultNo : ResultCancel;
             };
             const bool asks =
                 CarefulMode != 0 && model.isTouched && model.Accepted() != model.original;

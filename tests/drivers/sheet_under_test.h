@@ -2,6 +2,7 @@
 #pragma once
 
 #include "drivers/voice_sheet.h"
+#include "sheet_controls.h"
 
 #include <gtest/gtest.h>
 

@@ -995,7 +995,7 @@ TEST(CarefulVoiceSheet, ReturnInAControlAccepts) {
 
 ExpectedMessage DropQuestion(const std::string &name, int answer) {
     return {.text = "You have changed the voice " + name + ". Do you wish to drop the changes?",
-            .buttons = {"Drop changes", "Go on editing"},
+            .buttons = {"Go on editing", "Drop changes"},
             .answer = answer};
 }
 
@@ -1009,6 +1009,8 @@ TEST(CarefulVoiceSheet, CancelAsksBeforeEditsAreDropped) {
     EXPECT_FALSE(sheet.Press(SheetCancel));
     EXPECT_EQ(sheet.At(101).text, "New name");
     desktop.Expect(DropQuestion("REFACE 01", ResultYes));
+    EXPECT_FALSE(sheet.Press(SheetCancel));
+    desktop.Expect(DropQuestion("REFACE 01", ResultNo));
     EXPECT_TRUE(sheet.Press(SheetCancel));
     EXPECT_FALSE(sheet.sheet.accepted);
 }

@@ -78,7 +78,7 @@ protected:
         }
         for (const VoiceParameter &row :
              page == 0 ? family->parameters.voice : family->parameters.operators) {
-            if (row.control == 201 || row.control == 217 || !row.hasControls) {
+            if (row.control == 201 || row.control == 217 || !HasControls(row)) {
                 continue;
             }
             if (row.IsCheck()) {

@@ -11,6 +11,7 @@
 #include "drivers/reface_dx/view/voice_editor.h"
 #include "drivers/reface_dx/voice_codec.h"
 #include "drivers/reface_dx/voice_parameters.h"
+#include "drivers/sheet_controls.h"
 #include "support/bank_bytes.h"
 #include "support/modal_box.h"
 #include "support/reface_bytes.h"

@@ -203,7 +203,7 @@ TEST_F(VoiceSheetWindow, EachEdgeOfAPageAlignsItsNumbers) {
                 for (const VoiceParameter &row :
                      page == 0 ? sheets->parameters.voice : sheets->parameters.operators) {
                     const bool isInGrid = row.IsEdit() && row.kind != ParameterKind::Name;
-                    if (isInGrid && row.hasControls) {
+                    if (isInGrid && HasControls(row)) {
                         edges.push_back(Control(row.control)->mapTo(Page(), QPoint()).x());
                     }
                 }
@@ -309,19 +309,22 @@ TEST_F(VoiceSheetWindow, InCarefulModeEscAsksBeforeItDropsEdits) {
         const auto question = [](int answer) {
             return ExpectedMessage{
                 "You have changed the voice E.PIANO 1x. Do you wish to drop the changes?",
-                {"Drop changes", "Go on editing"},
+                {"Go on editing", "Drop changes"},
                 answer};
         };
         desktop.Expect(question(ResultCancel));
         Key(Qt::Key_Escape);
         EXPECT_TRUE(sheet->isVisible());
         desktop.Expect(question(ResultYes));
+        Key(Qt::Key_Escape);
+        EXPECT_TRUE(sheet->isVisible());
+        desktop.Expect(question(ResultNo));
         sheet->close();
         EXPECT_FALSE(sheet->isVisible());
     });
 }
 
-TEST_F(VoiceSheetWindow, ReturnOnCancelHelpOrAuditionPressesThatButton) {
+TEST_F(VoiceSheetWindow, ReturnOnCancelOrHelpPressesThatButton) {
     const Bytes before = VoiceBytes(Dx7Sheets.voice);
     EXPECT_EQ(Edited(Dx7Sheets,
                      [&] {
@@ -425,15 +428,19 @@ TEST_F(VoiceSheetWindow, AuditionPlaysTheVoiceAsItStandsAndKeepsTheSheet) {
                       sheet->activateWindow();
                       ASSERT_TRUE(QTest::qWaitForWindowActive(sheet));
                       ShowTab(1);
-                      auditions([&] {
-                          Focus(12321);
-                          Key(Qt::Key_Space);
-                      });
+                      for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+                          auditions([&] {
+                              Focus(12321);
+                              Key(key);
+                          });
+                          sheet->activateWindow();
+                          ASSERT_TRUE(QTest::qWaitForWindowActive(sheet));
+                      }
                       Cancel();
                   },
                   0, ports),
               0);
-    EXPECT_EQ(titles, (std::vector<std::string>{"Audition BELL", "Audition BELL"}));
+    EXPECT_EQ(titles, std::vector<std::string>(3, "Audition BELL"));
     EXPECT_EQ(voice, Dx7Sheets.voice); // accepted is not touched
 }
 
@@ -598,7 +605,7 @@ TEST_F(VoiceSheetWindow, UpDownAndTheWheelStepEveryNumberAlsoWithoutTheFocus) {
             ShowTab(page);
             for (const VoiceParameter &row :
                  page == 0 ? Dx7Parameters.voice : Dx7Parameters.operators) {
-                if (!row.IsEdit() || row.kind == ParameterKind::Name || !row.hasControls) {
+                if (!row.IsEdit() || row.kind == ParameterKind::Name || !HasControls(row)) {
                     continue;
                 }
                 SCOPED_TRACE(row.control);
@@ -954,9 +961,12 @@ TEST_F(VoiceSheetWindow, ThePictureAndTheItemsOfTheListSayTheirAlgorithm) {
         EXPECT_EQ(list->itemData(31, Qt::AccessibleTextRole), "Algorithm 32");
         EXPECT_EQ(QAccessible::queryAccessibleInterface(list)->text(QAccessible::Value),
                   "Algorithm 5");
+        ShowTab(1);
+        EXPECT_EQ(NameOf(Control(125)), "Algorithm 5");
+        ShowTab(0);
         Choose(106, 7);
         EXPECT_EQ(NameOf(Control(125)), "Algorithm 8");
-        ShowTab(1);
+        ShowTab(1); // shown again
         EXPECT_EQ(NameOf(Control(125)), "Algorithm 8");
         Cancel();
     });

@@ -44,7 +44,7 @@ TEST_F(VoiceTemplates, EachRowHasItsControlsAndNoOtherControlStands) {
         std::set<std::uint32_t> expected = {125, 126};
         expected.insert(page == 0 ? 10 : 225);
         for (const VoiceParameter &row : rows) {
-            if (!row.hasControls) {
+            if (!HasControls(row)) {
                 continue;
             }
             expected.insert(row.control);
@@ -65,7 +65,7 @@ TEST_F(VoiceTemplates, EachRowHasItsControlsAndNoOtherControlStands) {
 TEST_F(VoiceTemplates, LabelsAndCaptionsAreThoseOfTheRows) {
     OnEveryPage([&](int, std::span<const VoiceParameter> rows) {
         for (const VoiceParameter &row : rows) {
-            if (!row.hasControls) {
+            if (!HasControls(row)) {
                 continue;
             }
             if (row.IsCheck()) {
@@ -83,7 +83,7 @@ TEST_F(VoiceTemplates, TheArrowsTellTheRangesOfTheRows) {
     OnEveryPage([&](int, std::span<const VoiceParameter> rows) {
         for (const VoiceParameter &row : rows) {
             const auto *arrows = Control<UpDown>(row.control + 10000);
-            if (row.kind == ParameterKind::Number && row.hasControls) {
+            if (row.kind == ParameterKind::Number && HasControls(row)) {
                 EXPECT_EQ(arrows->RangeText(), RangeTextOf(row)) << row.control;
             } else if (arrows) {
                 EXPECT_EQ(arrows->RangeText(), "") << row.control; // of a frequency
@@ -111,7 +111,7 @@ TEST_F(VoiceTemplates, TheListsHoldTheItemsOfTheRows) {
 TEST_F(VoiceTemplates, BarsLieAcrossAndTakeTheFocusByClickOnly) {
     OnEveryPage([&](int, std::span<const VoiceParameter> rows) {
         for (const VoiceParameter &row : rows) {
-            if (row.hasBar && row.hasControls) {
+            if (row.hasBar && HasControls(row)) {
                 const auto *bar = Control<QScrollBar>(row.control + 12000);
                 EXPECT_EQ(bar->orientation(), Qt::Horizontal);
                 EXPECT_EQ(bar->focusPolicy(), Qt::ClickFocus);
