@@ -1,6 +1,7 @@
 // The commands for the parameters of a voice on real files: show and edit.
 #include "run_cli.h"
 #include "support/bank_bytes.h"
+#include "support/comma_locale.h"
 #include "support/family_names.h"
 #include "support/parameter_bytes.h"
 #include "support/reface_bytes.h"
@@ -234,6 +235,21 @@ TEST_F(CliParameters, EditSetsEveryParameterOfASingleVoice) {
     ExpectDone(Edit(RefaceVoice(), "1", Assignments(TestRefaceParameters()), reface));
     EXPECT_EQ(WithoutTestTime(ReadTestFile(reface)), expected);
     EXPECT_EQ(ShowOf(reface), Shown(TestRefaceParameters()));
+}
+
+TEST_F(CliParameters, AFrequencyHasADotWhateverTheLanguage) {
+    const CommaLocale comma;
+    ASSERT_EQ(RunProgram(comma.Command({"printf", "%.1f", "1"})).output, "1,0");
+    const std::string out = folder.File("out.sy1");
+    const auto edit = [&](const char *change) {
+        return RunProgram(comma.Command({CliProgram(), "edit", Voice(), "1", change, out}));
+    };
+    EXPECT_EQ(edit("operator2.frequency=3,07").errors,
+              "tonewright-cli: operator2.frequency: 3,07 is no number from 0.00 to 31.99\n");
+    ExpectDone(edit("operator2.frequency=3.07"));
+    const auto shown = RunProgram(comma.Command({CliProgram(), "show", out, "1"}));
+    EXPECT_NE(shown.output.find("\noperator2.frequency\t3.07\n"), std::string::npos)
+        << shown.output;
 }
 
 TEST_F(CliParameters, EditOfABankChangesTheVoiceAtThePlaceAlone) {

@@ -1,6 +1,8 @@
 // What the bytes of the reface DX's settings mean, in a box and in words.
 #include "drivers/reface_dx/settings.h"
 
+#include "support/comma_locale.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -230,6 +232,20 @@ TEST(MasterTune, StepsByATenthWithinItsLimits) {
     EXPECT_EQ(StepMasterTune("466.8", 1), "466.8");
     EXPECT_EQ(StepMasterTune("414.8", -1), "414.8");
     EXPECT_EQ(StepMasterTune("500", -1), "466.8");
+}
+
+TEST(MasterTune, HasADotWhateverTheLanguage) {
+    const CommaLocale comma;
+    EXPECT_EQ(Shown(WithTuning(1032))[Tune].text, "440.2");
+    EXPECT_EQ(MasterTuneOf("440.2"), 1032);
+    EXPECT_EQ(MasterTuneOf("440,2"), 1024);
+    EXPECT_EQ(StepMasterTune("440.2", 1), "440.3");
+    System system = WithTuning(1024);
+    EXPECT_EQ(RefaceSettingText(Tune, system), "440.0");
+    EXPECT_EQ(StoreRefaceSetting(Tune, "440.2", system), "");
+    EXPECT_EQ(system, WithTuning(1032));
+    EXPECT_EQ(StoreRefaceSetting(Tune, "440,4", system),
+              "440,4 is no number of Hz with one decimal");
 }
 
 // ---- in words

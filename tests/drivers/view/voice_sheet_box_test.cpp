@@ -3,6 +3,7 @@
 
 #include "common/view/fonts.h"
 #include "support/builtin_midi.h"
+#include "support/comma_locale.h"
 #include "support/program_texts.h"
 
 #include <QAccessible>
@@ -782,6 +783,19 @@ TEST_F(VoiceSheetWindow, ATypedFrequencyOf1Point15Becomes1Point14) {
     });
     EXPECT_EQ(bytes[38 + 22], 1);
     EXPECT_EQ(bytes[38 + 23], 14);
+}
+
+TEST_F(VoiceSheetWindow, TheFrequencyBoxHasADotWhateverTheLanguage) {
+    const CommaLocale comma;
+    VoiceEditPage = 1;
+    const Bytes bytes = Edited(RefaceSheets, [&] {
+        Type(223, "1.50");
+        Key(Qt::Key_Up);
+        EXPECT_EQ(Text(223), "1.51");
+        Ok();
+    });
+    EXPECT_EQ(bytes[38 + 22], 1);
+    EXPECT_EQ(bytes[38 + 23], 51);
 }
 
 TEST_F(VoiceSheetWindow, AStoredFrequencyOf1Point15IsTakenAs1Point14ByAPageThatWasOpened) {
