@@ -73,16 +73,11 @@ TEST_F(CatalogueOverMainWindow, TheEndOfTheProgramCancelsTheWindow) {
     const auto file = home.path / "My Tonewright 17 Documents" / "Voices.syx_db";
     FromMenu(7, CommandAddToDatabase);
     const auto size = std::filesystem::file_size(file);
-    FromMenu(10, CommandInsertFromDatabase, [this](QDialog &box) {
-        Click(box, 106); // an edit
-        window->EndAtOnce();
-    });
+    EndInBox([&] { FromMenu(10, CommandInsertFromDatabase); },
+             [](QDialog &box) { Click(box, 106); }); // an edit
     EXPECT_EQ(NameAt(10), "VOICE 11");
     EXPECT_FALSE(MainListState.dirty);
     EXPECT_EQ(std::filesystem::file_size(file), size);
-    // A loop that ends by itself lets the toolkit forget that the program was to end.
-    QTimer::singleShot(0, [] { QCoreApplication::exit(); });
-    QApplication::exec();
 }
 
 } // namespace

@@ -52,6 +52,24 @@ TEST_F(EditVoiceTest, ACancelledSheetChangesNothing) {
     EXPECT_FALSE(MainListState.dirty);
 }
 
+TEST_F(EditVoiceTest, ARequestToEndCancelsTheSheetAlsoInCarefulModeWithoutAQuestion) {
+    for (const int careful : {0, 1}) {
+        CarefulMode = careful;
+        MakeWindow();
+        MakeProgramFolders(); // for the settings, which the end saves
+        OpenBank();
+        const VoiceObject voice = *ListVoice(MainList, 2);
+        EndInBox([&] { DoubleClick(RowPoint(2)); },
+                 [](QDialog &box) {
+                     EXPECT_EQ(NameIn(box), "VOICE 03");
+                     TypeName(box, "BELL");
+                     EXPECT_EQ(NameIn(box), "BELL");
+                 });
+        EXPECT_EQ(ListVoice(MainList, 2)->bytes, voice.bytes);
+        EXPECT_FALSE(MainListState.dirty);
+    }
+}
+
 TEST_F(EditVoiceTest, ADoubleClickEditsItsRowAlsoAfterAMenuWasDismissedOverAnother) {
     OpenBank();
     EXPECT_TRUE(WithContextMenu(RowPoint(4), [](QMenu &) {}));

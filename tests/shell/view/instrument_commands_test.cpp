@@ -479,26 +479,13 @@ TEST_F(InstrumentCommands, ARequestToEndClosesTheBoxOfTheSettingsAndItsLinkAndSe
     FindReface();
     RefreshCommands();
     const Bytes settings = SystemSettingsOf(BuiltinInstrument::Reface);
-    bool stood = false;
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, [&] {
-        if (auto *box = QApplication::activeModalWidget()) {
-            look.stop();
-            stood = true;
-            box->findChild<QLineEdit *>("control_106")->setText("133");
-            EXPECT_EQ(OpenBuiltinStreams(), 2);
-            window->EndAtOnce();
-        }
-    });
-    look.start(5);
-    Trigger(CommandConfigure);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return stood; }));
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EndInBox([&] { Trigger(CommandConfigure); },
+             [](QDialog &box) {
+                 box.findChild<QLineEdit *>("control_106")->setText("133");
+                 EXPECT_EQ(OpenBuiltinStreams(), 2);
+             });
     EXPECT_EQ(OpenBuiltinStreams(), 0);
     EXPECT_EQ(SystemSettingsOf(BuiltinInstrument::Reface), settings);
-    // A loop that ends by itself lets the toolkit forget that the program was to end.
-    QTimer::singleShot(0, [] { QCoreApplication::exit(); });
-    QApplication::exec();
 }
 
 class AutoConfigured : public InstrumentCommands {

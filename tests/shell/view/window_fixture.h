@@ -177,6 +177,27 @@ protected:
         // The first round of the event loop begins what is posted, and stays in it.
         return QTest::qWaitFor([&] { return opened; }, 60);
     }
+    // Runs `start`, which opens a box at once or from the event loop, hands the box to `use`, and
+    // then asks the program to end, as a signal does. The test fails when the box stays.
+    void EndInBox(const std::function<void()> &start, const std::function<void(QDialog &)> &use) {
+        bool stood = false;
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, [&] {
+            if (auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                look.stop();
+                stood = true;
+                use(*box);
+                window->EndAtOnce();
+            }
+        });
+        look.start(5);
+        start();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return stood; }));
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        // A loop that ends by itself lets the toolkit forget that the program was to end.
+        QTimer::singleShot(0, [] { QCoreApplication::exit(); });
+        QApplication::exec();
+    }
     // Chooses a command in the menu bar.
     void Trigger(int command) {
         ASSERT_NE(window->MenuAction(command), nullptr);
