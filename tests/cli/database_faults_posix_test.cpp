@@ -221,10 +221,15 @@ TEST_F(CliDbFaults, AKillLeavesWhatTheCheckKnowsAndTheNextAddGoesOnWith) {
         }
         const std::string check = Cli({"db", "check"}).output;
         const auto count = Test32(ReadTestFile(path), 20);
-        const std::string good = "header\tok\ncount\t" + std::to_string(count) + "\n";
-        EXPECT_TRUE(check == good + "good\t" + std::to_string(count) + "\n" ||
-                    check == good + "behind\t1\ngood\t" + std::to_string(count) + "\n")
-            << check;
+        // Behind the records that count there may be one that does not yet, or, since a kill may
+        // divide a write, a part of it.
+        const auto behind = fs::file_size(path) - 152 - count * 446;
+        EXPECT_LE(behind, 446u);
+        EXPECT_EQ(check, "header\tok\ncount\t" + std::to_string(count) + "\n" +
+                             (behind == 446 ? "behind\t1\n"
+                              : behind > 0  ? "further\t" + std::to_string(behind) + "\n"
+                                            : "") +
+                             "good\t" + std::to_string(count) + "\n");
         EXPECT_EQ(Cli({"db", "add", bank}).output, bank + "\t32\t0\n");
         ExpectOutput({"db", "check"}, "header\tok\ncount\t" + std::to_string(count + 32) +
                                           "\ngood\t" + std::to_string(count + 32) + "\n");
