@@ -67,6 +67,8 @@ constexpr CliCommand Commands[] = {
      CliSettings},
     {"history", "", "print the documents in the history of the File menu", 0, 0,
      OptionBit(CliOption::File), CliHistory},
+    {"tip", "", "print the tip of the day that comes next, which stays the next one", 0, 0, 0,
+     CliTip},
     {"ports", "", "print index, interface, name, input and output of each MIDI port", 0, 0, 0,
      CliPorts},
     {"find", "", "look for the instrument; print its name, firmware and ports", 0, 0, MidiOptions,

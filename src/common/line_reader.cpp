@@ -27,8 +27,8 @@ void FillBuffer(LineReader &reader) {
 
 } // namespace
 
-std::optional<LineReader> OpenLines(const char *path) {
-    LineReader reader{.file = OpenFile(path, "rb"), .buffer = {}};
+std::optional<LineReader> OpenLines(const char *path, std::size_t limit) {
+    LineReader reader{.file = OpenFile(path, "rb"), .buffer = {}, .limit = limit};
     if (!reader.file) {
         return std::nullopt;
     }
@@ -46,13 +46,13 @@ LineReader LinesOf(std::string_view text) {
 
 bool NextLine(LineReader &reader, std::string_view &line) {
     // One byte more than a line can have tells whether a character is cut.
-    if (reader.end - reader.start <= LineLimit && !reader.fileEnded) {
+    if (reader.end - reader.start <= reader.limit && !reader.fileEnded) {
         FillBuffer(reader);
     }
     const std::string_view waiting(reader.buffer.data() + reader.start, reader.end - reader.start);
-    const std::size_t feed = waiting.substr(0, LineLimit).find('\n');
-    line =
-        feed != std::string_view::npos ? waiting.substr(0, feed + 1) : CutText(waiting, LineLimit);
+    const std::size_t feed = waiting.substr(0, reader.limit).find('\n');
+    line = feed != std::string_view::npos ? waiting.substr(0, feed + 1)
+                                          : CutText(waiting, reader.limit);
     reader.start += line.size();
     return !line.empty();
 }

@@ -10,22 +10,23 @@
 
 namespace tonewright {
 
-constexpr std::size_t LineLimit = 259; // bytes that are read as one line
+constexpr std::size_t LineLimit = 259; // bytes that are read as one line of most files
 
 struct LineReader {
     FilePointer file;
     std::vector<char> buffer;
     std::size_t start = 0, end = 0; // of what waits in the buffer
     bool fileEnded = false;
+    std::size_t limit = LineLimit; // bytes that are read as one line
 };
 
 // A reader at the start of a regular file; nothing when the file cannot be opened, or is a folder
-// or a pipe.
-std::optional<LineReader> OpenLines(const char *path);
+// or a pipe. `limit`, in bytes, is far below 64 KiB.
+std::optional<LineReader> OpenLines(const char *path, std::size_t limit = LineLimit);
 // The same of a text in memory, of which it keeps a copy.
 LineReader LinesOf(std::string_view text);
 
-// The next line with its line feed, valid until the next call. A line that is longer than LineLimit
+// The next line with its line feed, valid until the next call. A line that is longer than the limit
 // ends there, in front of a character that does not fit whole, and its rest is the next line. False
 // at the end of the file.
 bool NextLine(LineReader &reader, std::string_view &line);

@@ -13,6 +13,7 @@
 #include "shell/settings_flow.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
+#include "shell/tips.h"
 #include "shell/voice_commands.h"
 
 #include <algorithm>
@@ -190,7 +191,7 @@ constexpr CommandRow CommandTable[] = {
      .menu = Menu::Help,
      .label = "&System information",
      .built = false},
-    {.id = CommandTip, .menu = Menu::Help, .label = "&Tip of the day", .built = false},
+    {.id = CommandTip, .menu = Menu::Help, .label = "&Tip of the day", .run = RunTip},
     {.id = CommandAbout, .menu = Menu::Help, .label = "&About", .menuGap = true, .run = RunAbout},
     {.id = CommandWizard,
      .menu = Menu::Help,

@@ -10,8 +10,8 @@
 #include "shell/command_table.h"
 #include "shell/documents.h"
 #include "shell/list_state.h"
+#include "shell/tips.h"
 
-#include <ctime>
 #include <filesystem>
 #include <string_view>
 
@@ -31,24 +31,10 @@ constexpr const char *HelpText =
 
 constexpr int SmallestScreenWidth = 800;
 
-// The wizard is not built yet, so its key counts as 0 whatever it holds.
+// The wizard is not built yet, so its key counts as 0 for the startup window whatever it holds.
 constexpr bool WizardBuilt = false;
 bool WizardWanted() {
     return WizardBuilt && ShowWelcomeWizard != 0;
-}
-
-std::uint32_t Today() {
-    const std::time_t now = std::time(nullptr);
-    const std::tm *fields = std::localtime(&now);
-    return TipDate(fields->tm_mon + 1, fields->tm_mday, fields->tm_year + 1900);
-}
-
-// True on the first call of a day.
-bool TipDateDiffers() {
-    const std::uint32_t today = Today();
-    const bool differs = today != LastTipDate;
-    LastTipDate = today;
-    return differs;
 }
 
 std::string AbsolutePath(const std::string &path) {
@@ -134,13 +120,9 @@ void PostMainStartupDone() {
 }
 
 void MainStartupDone() {
-    if (ShowTipOfTheDay != 0 && TipDateDiffers() && !WizardWanted()) {
+    if (ShowTipOfTheDay != 0 && TipDateChanged() && ShowWelcomeWizard == 0) {
         PostCommand(CommandTip);
     }
-}
-
-std::uint32_t TipDate(int month, int day, int year) {
-    return static_cast<std::uint32_t>((month * 256 + day) * 65536 + year);
 }
 
 } // namespace tonewright

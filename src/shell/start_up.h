@@ -1,7 +1,6 @@
 // The decisions of start-up: sizes, default folders, the display test and the first commands.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -44,11 +43,9 @@ void PostFirstLookAtClipboard();
 // True when the startup window is to be shown.
 bool StartupWindowWanted();
 
-// After the startup window: the tip of the day.
+// After the startup window: posts the tip of the day, once a day. The day counts as used up even
+// when the welcome wizard, which is still to be shown, keeps the tip away.
 void PostMainStartupDone();
 void MainStartupDone();
-
-// month, day and year as LastTipDate keeps them: (month * 256 + day) * 65536 + year.
-std::uint32_t TipDate(int month, int day, int year);
 
 } // namespace tonewright

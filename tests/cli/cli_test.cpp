@@ -986,12 +986,26 @@ TEST(CliConfig, FailsOnAFileThatCannotBeRead) {
 TEST(CliCommandLine, ShowsItsHelp) {
     const auto result = Cli({"--help"});
     EXPECT_EQ(result.exitStatus, 0);
-    for (const char *command :
-         {"list FILE...", "check FILE...", "save IN OUT", "move IN FROM TO OUT",
-          "export IN PLACE OUT", "import IN PLACE VOICE OUT", "picture FILE OUT.png",
-          "print FILE OUT.pdf", "config FILE", "db print OUT.pdf", "--paper SIZE",
-          "settings WHAT [KEY [VALUE]]", "history", "--yes", "--no", "--screen WIDTHxHEIGHT",
-          "--file FILE", "--help", "--version"}) {
+    for (const char *command : {"list FILE...",
+                                "check FILE...",
+                                "save IN OUT",
+                                "move IN FROM TO OUT",
+                                "export IN PLACE OUT",
+                                "import IN PLACE VOICE OUT",
+                                "picture FILE OUT.png",
+                                "print FILE OUT.pdf",
+                                "config FILE",
+                                "db print OUT.pdf",
+                                "--paper SIZE",
+                                "settings WHAT [KEY [VALUE]]",
+                                "history",
+                                "tip",
+                                "--yes",
+                                "--no",
+                                "--screen WIDTHxHEIGHT",
+                                "--file FILE",
+                                "--help",
+                                "--version"}) {
         EXPECT_TRUE(Contains(result.output, std::string("  ") + command)) << command;
     }
     EXPECT_EQ(result.errors, "");

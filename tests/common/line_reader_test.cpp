@@ -41,6 +41,19 @@ TEST(LineReader, ALineEndsAfter259Bytes) {
     EXPECT_EQ(Lines(full.substr(1) + "\nb"), (Strings{full.substr(1) + "\n", "b"}));
 }
 
+TEST(LineReader, AReaderMayHaveALimitOfItsOwn) {
+    const TempFolder folder;
+    auto reader =
+        OpenLines(folder.WriteText("file", std::string(1000, 'a') + "bc\n").c_str(), 1001);
+    std::string_view line;
+    ASSERT_TRUE(reader);
+    EXPECT_TRUE(NextLine(*reader, line));
+    EXPECT_EQ(line, std::string(1000, 'a') + "b");
+    EXPECT_TRUE(NextLine(*reader, line));
+    EXPECT_EQ(line, "c\n");
+    EXPECT_FALSE(NextLine(*reader, line));
+}
+
 TEST(LineReader, ALongLineEndsInFrontOfACharacterThatDoesNotFit) {
     const std::string almost(258, 'a');
     EXPECT_EQ(Lines(almost + "\xC3\xA4z"), (Strings{almost, "\xC3\xA4z"}));

@@ -5,6 +5,7 @@
 #include "shell/command_queue.h"
 #include "shell/settings_flow.h"
 #include "shell/show_document.h"
+#include "shell/tips.h"
 #include "shell/voice_commands.h"
 #include "support/family_names.h"
 
@@ -46,7 +47,7 @@ constexpr ExpectedCommand ExpectedCommands[] = {
     {101, Rule::Never, nullptr, Built, "&New\tCtrl+N", nullptr, nullptr, "Ctrl+N"},
     {104, Rule::ListHasRows, RunSaveAs, Built, "Save &as...", nullptr, nullptr, nullptr},
     {105, Rule::Always, RunClear, Built, nullptr, nullptr, nullptr, nullptr},
-    {131, Rule::Always, nullptr, Later, "&Tip of the day", nullptr, nullptr, nullptr},
+    {131, Rule::Always, RunTip, Built, "&Tip of the day", nullptr, nullptr, nullptr},
     {132, Rule::Always, RunCloseAtOnce, Built, nullptr, nullptr, nullptr, nullptr},
     {202, Rule::Never, nullptr, Built, "Cu&t\tCtrl+X", "Cut", "Cut %s", "Ctrl+X"},
     {203, Rule::RowSelected, RunCopy, Built, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C"},
@@ -351,14 +352,14 @@ TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
 
 TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
     OpenBank(); // of a DX7, with its first voice selected
-    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 132, 203, 208,
-                         210, 211, 212, 213, 214, 215, 216, 217, 218, 219, 998, 999}) {
+    for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 131, 132, 203,
+                         208, 210, 211, 212, 213, 214, 215, 216, 217, 218, 219, 998, 999}) {
         EXPECT_TRUE(CommandEnabled(id)) << id;
     }
     for (const int notAllowed : {58, 60, 101, 202, 205}) {
         EXPECT_FALSE(CommandEnabled(notAllowed)) << notAllowed;
     }
-    for (const int notBuilt : {131, 997, 2907}) {
+    for (const int notBuilt : {997, 2907}) {
         EXPECT_TRUE(CommandAllowed(notBuilt)) << notBuilt;
         EXPECT_FALSE(CommandEnabled(notBuilt)) << notBuilt;
     }

@@ -156,7 +156,8 @@ TEST(HelpPages, OnlyWhatIsNotBuiltIsPromised) {
          {"SELECT", "COMMUNICATING", "AUDITION", "CONFIGURE", "VOICEEDIT", "SETUP",
           "SETUP_DOWNLOADONOPEN", "SETUP_MIDDLEBUTTONAUDITION", "SETUP_CURRENTMIDICHANNEL",
           "SETUP_VERBOSERIGHTCLICKMENU", "DATABASE", "EXIFEDIT", "SETUP_DATABASEMAKEPRETTYNAMES",
-          "SETUP_DATABASENODUPLICATES", "SETUP_FILETIPSHOW", "SETUP_WARNDATABASECHANGED"}) {
+          "SETUP_DATABASENODUPLICATES", "SETUP_FILETIPSHOW", "SETUP_WARNDATABASECHANGED",
+          "SETUP_SHOWTIPOFTHEDAY"}) {
         EXPECT_FALSE(Section(page, topic).empty()) << topic;
         EXPECT_EQ(Section(page, topic).find("class=\"later\""), std::string::npos) << topic;
     }
@@ -164,7 +165,8 @@ TEST(HelpPages, OnlyWhatIsNotBuiltIsPromised) {
         EXPECT_NE(Section(page, topic).find("class=\"later\""), std::string::npos) << topic;
     }
     EXPECT_EQ(page.find("settings window arrives"), std::string::npos);
-    for (const std::string_view built : {"database", "printing", "editor", "configuration"}) {
+    for (const std::string_view built :
+         {"database", "printing", "editor", "configuration", "tips"}) {
         EXPECT_EQ(Words(ReadPage("manual.html"), "LATER").find(built), std::string::npos) << built;
     }
 }

@@ -73,6 +73,19 @@ TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument)
     EXPECT_NE(Settings().find("\nOpenPath = " + home.Folder() + "\n"), std::string::npos);
 }
 
+TEST_F(ProgramStart, TheDayOfTheTipIsUsedUpUnlessTipsAreOff) {
+    const auto startWith = [this](const std::string &settings) {
+        std::filesystem::create_directories(home.path / ".config/Quillbrook");
+        WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"),
+                      "[Tonewright]\nShowStartupWindow = 0\n" + settings);
+        EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0);
+        return Settings().find("\nLastTipDate = 0\n") == std::string::npos;
+    };
+    EXPECT_TRUE(startWith("ShowWelcomeWizard = 1\n"));
+    EXPECT_TRUE(startWith("ShowWelcomeWizard = 0\n"));
+    EXPECT_FALSE(startWith("ShowTipOfTheDay = 0\n"));
+}
+
 // Bytes of all values but letters, which could happen to be the beginning of a key.
 std::string RandomBytes(std::size_t size) {
     std::mt19937 random(99);

@@ -175,19 +175,6 @@ TEST_F(FirstWork, TheWindowIsWokenForWorkPostedInsideACommand) {
     EXPECT_EQ(wakes, 1);
 }
 
-TEST_F(FirstWork, TheFirstDayOfATipIsStoredOnlyWhenTipsAreWanted) {
-    ShowTipOfTheDay = 0;
-    MainStartupDone();
-    EXPECT_EQ(LastTipDate, 0u);
-    ShowTipOfTheDay = 1;
-    MainStartupDone();
-    EXPECT_NE(LastTipDate, 0u);
-}
-
-TEST(StartUp, TheTipsDateHoldsMonthDayAndYear) {
-    EXPECT_EQ(TipDate(11, 21, 2026), (11u * 256 + 21) * 65536 + 2026);
-}
-
 TEST(StartUp, TheWizardsKeyDoesNotSuppressTheStartupWindowWhileThereIsNoWizard) {
     ShowWelcomeWizard = 1;
     EXPECT_TRUE(StartupWindowWanted());
