@@ -69,6 +69,8 @@ constexpr CliCommand Commands[] = {
      OptionBit(CliOption::File), CliHistory},
     {"tip", "", "print the tip of the day that comes next, which stays the next one", 0, 0, 0,
      CliTip},
+    {"system-information", "", "print facts about the machine and the program", 0, 0, 0,
+     CliSystemInformation},
     {"ports", "", "print index, interface, name, input and output of each MIDI port", 0, 0, 0,
      CliPorts},
     {"find", "", "look for the instrument; print its name, firmware and ports", 0, 0, MidiOptions,

@@ -117,6 +117,8 @@ struct Desktop {
 
     // Clipboard: a whole voice block under the program's own type, and its name as plain text.
     std::function<bool(std::span<const std::uint8_t> block, const std::string &name)> PutClipboard;
+    // Plain text, UTF-8.
+    std::function<bool(const std::string &text)> PutClipboardText;
     // True while something lies there under the program's own type.
     std::function<bool()> ClipboardHasVoice;
     // The block on the clipboard as it lies there; nothing while there is none.

@@ -16,6 +16,8 @@ struct SpecialFolders {
     std::string programs;
     // Settings for all users of the machine, the folder that counts most first.
     std::vector<std::string> systemConfiguration = {};
+    // Told in the report about the machine, and used for nothing else.
+    std::string music = {}, videos = {}, desktop = {}, profile = {};
 };
 extern SpecialFolders PlatformFolders;
 

@@ -14,9 +14,6 @@ extern const char PathSeparator; // '/' or '\\'
 // units since 1601 UTC. False when it cannot be opened or the file system keeps no such time.
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time);
 
-// True when this version of the operating system can run the program.
-bool PlatformVersionIsSupported();
-
 // What to run for a browser known by the name of its Windows program ("firefox.exe"): the path that
 // the system has registered for it, else the bare name of the program on this platform.
 std::string PlatformBrowserProgram(const char *windowsProgram);

@@ -90,10 +90,6 @@ bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
     return BirthTime(file.value, time);
 }
 
-bool PlatformVersionIsSupported() {
-    return true;
-}
-
 std::string PlatformBrowserProgram(const char *windowsProgram) {
     struct Name {
         std::string_view windows;

@@ -6,11 +6,6 @@
 #include <filesystem>
 
 namespace tonewright {
-namespace {
-
-constexpr DWORD FirstSupportedMajor = 10; // Windows 10 and 11 both report major version 10
-
-} // namespace
 
 const char PathSeparator = '\\';
 
@@ -27,20 +22,6 @@ bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
         *time = static_cast<std::uint64_t>(created.dwHighDateTime) << 32 | created.dwLowDateTime;
     }
     return read;
-}
-
-bool PlatformVersionIsSupported() {
-    // GetVersionEx answers for the program's manifest, RtlGetVersion for the system.
-    using RtlGetVersionCall = LONG(WINAPI *)(OSVERSIONINFOW *);
-    const HMODULE library = GetModuleHandleA("ntdll.dll");
-    const FARPROC address = library ? GetProcAddress(library, "RtlGetVersion") : nullptr;
-    if (!address) {
-        return false;
-    }
-    const auto call = reinterpret_cast<RtlGetVersionCall>(reinterpret_cast<void *>(address));
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    return call(&version) == 0 && version.dwMajorVersion >= FirstSupportedMajor;
 }
 
 std::string PlatformBrowserProgram(const char *windowsProgram) {

@@ -18,7 +18,8 @@ struct ShellWindow {
     std::function<void()> Close; // as the system's close message: settings are written
     std::function<void()> Wake;  // posted work waits: call RunNextPosted soon, from the event loop
     std::function<void()> ShowAboutBox;
-    std::function<void()> ShowTipBox;     // with the next tip of the day; returns when it is closed
+    std::function<void()> ShowTipBox; // with the next tip of the day; returns when it is closed
+    std::function<void()> ShowSystemInformation;
     std::function<void()> ShowSettings;   // the settings; returns when they are closed
     std::function<void()> DropBackground; // the picture is loaded anew at the next painting
     std::function<void()> RepaintWindow;

@@ -99,4 +99,11 @@ int RunAbout() {
     return 1;
 }
 
+int RunSystemInformation() {
+    if (TheShellWindow.ShowSystemInformation) {
+        TheShellWindow.ShowSystemInformation();
+    }
+    return 1;
+}
+
 } // namespace tonewright

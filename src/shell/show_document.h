@@ -1,4 +1,5 @@
-// The Help menu: shows a help page or another document in a browser, and the About box.
+// The Help menu: shows a help page or another document in a browser, and the boxes about the
+// program and the machine.
 #pragma once
 
 #include <string>
@@ -23,5 +24,6 @@ int ShowHelpTopic(QWidget *window, const std::string &topic);
 int RunManual();
 int RunHelp();
 int RunAbout();
+int RunSystemInformation();
 
 } // namespace tonewright

@@ -11,10 +11,6 @@
 
 using namespace tonewright;
 
-TEST(Platform, EveryVersionOfTheSystemIsSupported) {
-    EXPECT_TRUE(PlatformVersionIsSupported());
-}
-
 TEST(Platform, ABrowserIsKnownByTheNameThatItHasHere) {
     EXPECT_EQ(PlatformBrowserProgram("firefox.exe"), "firefox");
     EXPECT_EQ(PlatformBrowserProgram("opera.exe"), "opera");

@@ -107,6 +107,11 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 }
                 return clipboardWorks;
             },
+        .PutClipboardText =
+            [this](const std::string &text) {
+                clipboardTexts.push_back(text);
+                return true;
+            },
         .ClipboardHasVoice = [this] { return clipboard.has_value(); },
         .TakeClipboard = [this] { return clipboard; },
         .PlaySoundFile =

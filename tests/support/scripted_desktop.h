@@ -80,6 +80,7 @@ struct ScriptedDesktop {
     std::vector<std::string> helpTopics; // of the help that was opened
     std::vector<std::string> trashed; // paths moved to the trash; the files stay where they are
     std::vector<std::string> clipboardNames; // of each voice put on the clipboard
+    std::vector<std::string> clipboardTexts; // other texts put there
 
     // How the desktop behaves; change them as the test needs.
     std::optional<std::vector<std::uint8_t>> clipboard; // what is taken; set by each copy

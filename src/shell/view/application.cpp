@@ -9,6 +9,7 @@
 #include "common/sound.h"
 #include "common/text.h"
 #include "common/view/show_at_once.h"
+#include "common/windows_version.h"
 #include "core/current.h"
 #include "midi/midi_start.h"
 #include "shell/command_queue.h"
@@ -121,7 +122,7 @@ int RunApplication(int argc, char **argv) {
     UseQtDesktop();
     UsePlatformFolders();
     ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
-    if (!PlatformVersionIsSupported()) {
+    if (!IsWindows10OrLater()) {
         ShowVersionRefusedBox();
         return 0;
     }

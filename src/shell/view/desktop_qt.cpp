@@ -224,6 +224,11 @@ bool PutClipboard(std::span<const std::uint8_t> block, const std::string &name) 
     return true;
 }
 
+bool PutClipboardText(const std::string &text) {
+    QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+    return true;
+}
+
 // What lies on the clipboard, when that is a voice block; else null.
 const QMimeData *VoiceOnClipboard() {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
@@ -273,6 +278,7 @@ void UseQtDesktop() {
         .ShowHelp = [](QWidget *owner, const std::string &topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash = MoveToTrash,
         .PutClipboard = PutClipboard,
+        .PutClipboardText = PutClipboardText,
         .ClipboardHasVoice = ClipboardHasVoice,
         .TakeClipboard = TakeClipboard,
         .PlaySoundFile = [](const std::string &path) { return PlaySoundFile(path.c_str()); },

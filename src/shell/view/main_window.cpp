@@ -31,6 +31,7 @@
 #include "shell/view/midi_devices_box.h"
 #include "shell/view/select_synth_box.h"
 #include "shell/view/settings_sheet.h"
+#include "shell/view/system_information_box.h"
 #include "shell/view/tip_box.h"
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
@@ -140,6 +141,9 @@ void MainWindow::ConnectShell() {
     TheShellWindow.Wake = [this] { QTimer::singleShot(0, this, [] { RunNextPosted(); }); };
     TheShellWindow.ShowAboutBox = [this] { ShowAboutBox(this); };
     TheShellWindow.ShowTipBox = [this] { ShowTipBox(this); };
+    TheShellWindow.ShowSystemInformation = [this] {
+        ShowSystemInformation(this, ReadSystemFacts());
+    };
     TheShellWindow.ShowSettings = [this] { SetupShow(this); };
     TheShellWindow.DropBackground = [this] { DropBackground(); };
     TheShellWindow.RepaintWindow = [this] { update(); };

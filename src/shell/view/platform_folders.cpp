@@ -22,6 +22,10 @@ void UsePlatformFolders() {
         .pictures = StandardFolder(QStandardPaths::PicturesLocation),
         .programs = StandardFolder(QStandardPaths::ApplicationsLocation),
         .systemConfiguration = PlatformSystemConfigurationFolders(),
+        .music = StandardFolder(QStandardPaths::MusicLocation),
+        .videos = StandardFolder(QStandardPaths::MoviesLocation),
+        .desktop = StandardFolder(QStandardPaths::DesktopLocation),
+        .profile = StandardFolder(QStandardPaths::HomeLocation),
     };
 }
 
