@@ -6,6 +6,8 @@
 
 #include <shlobj.h>
 
+#include <filesystem>
+
 #if defined(__x86_64__) || defined(__i386__)
 #include <cpuid.h>
 #endif
@@ -18,8 +20,12 @@ bool IsMetricSet(int metric, int bits = ~0) {
 }
 
 std::string Folder(int number) {
-    char path[MAX_PATH + 1] = {};
-    return SHGetFolderPathA(nullptr, number, nullptr, SHGFP_TYPE_CURRENT, path) == S_OK ? path : "";
+    wchar_t path[MAX_PATH + 1] = {};
+    if (SHGetFolderPathW(nullptr, number, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK) {
+        return "";
+    }
+    const std::u8string text = std::filesystem::path(path).u8string();
+    return {text.begin(), text.end()};
 }
 
 std::optional<MemoryFacts> Memory() {

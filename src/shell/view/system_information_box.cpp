@@ -22,6 +22,7 @@ namespace {
 
 constexpr int TextInset = 4;     // pixels
 constexpr int ColumnGap = 12;    // pixels, at least
+constexpr int WidestLabel = 40;  // average characters that the column of labels takes
 constexpr int TabStop = 90;      // quarters of the average width of a character
 constexpr int ButtonHeight = 30; // pixels
 
@@ -29,8 +30,9 @@ DisplayFacts ReadDisplayFacts() {
     DisplayFacts facts;
     facts.monitors = static_cast<int>(QGuiApplication::screens().size());
     if (const QScreen *screen = QGuiApplication::primaryScreen()) {
-        facts.screenWidth = screen->size().width();
-        facts.screenHeight = screen->size().height();
+        const QSize pixels = screen->size() * screen->devicePixelRatio();
+        facts.screenWidth = pixels.width();
+        facts.screenHeight = pixels.height();
         facts.bitsPerPixel = screen->depth();
     }
     const QPointingDevice *mouse = QPointingDevice::primaryPointingDevice();
@@ -46,10 +48,14 @@ class TwoColumnPainter : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    // Keeps room for the label of a line.
+    // Keeps room for the label of a line; one that is very long, with the place of a volume in it,
+    // moves its own value only.
     void TakeLine(const QString &line, const QFontMetrics &metrics) {
-        valueLeft = std::max({valueLeft, TextInset + metrics.averageCharWidth() * TabStop / 4,
-                              TextInset + metrics.horizontalAdvance(LabelOf(line)) + ColumnGap});
+        valueLeft = std::max(valueLeft, TextInset + metrics.averageCharWidth() * TabStop / 4);
+        const int behind = BehindLabel(line, metrics);
+        if (behind <= metrics.averageCharWidth() * WidestLabel) {
+            valueLeft = std::max(valueLeft, behind);
+        }
     }
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
@@ -67,20 +73,29 @@ public:
         const QString line = index.data().toString();
         constexpr int InOneLine = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip;
         painter->drawText(option.rect.adjusted(TextInset, 0, 0, 0), InOneLine, LabelOf(line));
-        painter->drawText(option.rect.adjusted(valueLeft, 0, 0, 0), InOneLine, ValueOf(line));
+        painter->drawText(option.rect.adjusted(ValueLeft(line, option.fontMetrics), 0, 0, 0),
+                          InOneLine, ValueOf(line));
         painter->restore();
     }
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override {
-        const int value = option.fontMetrics.horizontalAdvance(ValueOf(index.data().toString()));
-        return {valueLeft + value + TextInset, option.fontMetrics.height() + 2};
+        const QString line = index.data().toString();
+        const int value = option.fontMetrics.horizontalAdvance(ValueOf(line));
+        return {ValueLeft(line, option.fontMetrics) + value + TextInset,
+                option.fontMetrics.height() + 2};
     }
 
 private:
     static QString LabelOf(const QString &line) { return line.section('\t', 0, 0); }
     static QString ValueOf(const QString &line) { return line.section('\t', 1); }
+    static int BehindLabel(const QString &line, const QFontMetrics &metrics) {
+        return TextInset + metrics.horizontalAdvance(LabelOf(line)) + ColumnGap;
+    }
+    int ValueLeft(const QString &line, const QFontMetrics &metrics) const {
+        return std::max(valueLeft, BehindLabel(line, metrics));
+    }
 
-    int valueLeft = 0; // pixels from the left edge of a row
+    int valueLeft = 0; // of most values, pixels from the left edge of a row
 };
 
 class SystemInformationDialog : public QDialog {

@@ -207,6 +207,34 @@ TEST_F(SystemInformationBox, ScreenReadersHearLabelAndValue) {
     });
 }
 
+TEST_F(SystemInformationBox, TheLongPlaceOfAVolumeMovesNoOtherValue) {
+    const auto widths = [](const std::string &place) {
+        std::vector<int> widths;
+        WithModalBox(
+            [&] {
+                ShowSystemInformation(
+                    nullptr,
+                    {.system = "Some Linux 12", .build = "6.1", .volumes = {{place, FixedVolume}}});
+            },
+            [&](QDialog &box) {
+                auto *list = box.findChild<QListWidget *>("control_61");
+                QTRY_COMPARE(list->item(list->count() - 1)->text(), "Patch:\t1");
+                for (int row = 0; row < list->count(); ++row) {
+                    if (!list->item(row)->text().startsWith("Drive") &&
+                        !list->item(row)->text().startsWith("Date")) {
+                        widths.push_back(
+                            list->sizeHintForIndex(list->model()->index(row, 0)).width());
+                    }
+                }
+                Click(box, "Dismiss");
+            });
+        return widths;
+    };
+    const std::vector<int> usual = widths("/");
+    ASSERT_FALSE(usual.empty());
+    EXPECT_EQ(widths("/" + std::string(100, 'm')), usual);
+}
+
 TEST_F(SystemInformationBox, ALongValueCanBeScrolledIntoSight) {
     WithModalBox(
         [] { ShowSystemInformation(nullptr, {.system = std::string(300, 'M'), .build = ""}); },
