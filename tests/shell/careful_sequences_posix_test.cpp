@@ -156,6 +156,7 @@ protected:
 
 private:
     int Any(int count) { return std::uniform_int_distribution<int>(0, count - 1)(chance); }
+    // Of one that holds something.
     template <typename Container> auto AnyOf(const Container &items) {
         return *std::next(std::begin(items), Any(static_cast<int>(std::size(items))));
     }
@@ -259,7 +260,11 @@ private:
     }
     void OpenDx7() { Open(PutIfMissing(FormatText("dx %d.syx", Any(3)), NewDx7Bank())); }
     void OpenReface() { Open(PutIfMissing(FormatText("reface %d.srx", Any(3)), NewRefaceBank())); }
-    void OpenAny() { Open(AnyOf(before).first); }
+    void OpenAny() {
+        if (!before.empty()) {
+            Open(AnyOf(before).first);
+        }
+    }
     void OpenBad() {
         Bytes cut = NewRefaceBank();
         cut.resize(cut.size() - 202);
@@ -348,6 +353,9 @@ private:
         }
     }
     void WriteByAnother() {
+        if (before.empty()) {
+            return;
+        }
         const std::string name = fs::path(AnyOf(before).first).filename().string();
         Put(name, name.ends_with(".srx") ? NewRefaceBank() : NewDx7Bank());
     }
