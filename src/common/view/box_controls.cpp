@@ -3,6 +3,7 @@
 
 #include "common/desktop.h"
 #include "common/view/dialog_controls.h"
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 
 #include <QCheckBox>

@@ -4,6 +4,7 @@
 #include "common/sound.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "ui_MessageBox.h"
 

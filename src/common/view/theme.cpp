@@ -1,11 +1,10 @@
-// Paints tool bar, buttons and pictures out of the palette and the SVG files.
+// Paints tool bar and pictures out of the palette and the SVG files.
 #include "common/view/theme.h"
 
 #include "common/desktop.h"
-#include "common/settings.h"
+#include "common/view/shapes.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QFile>
 #include <QImage>
 #include <QLinearGradient>
@@ -13,10 +12,6 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QPolygonF>
-#include <QPushButton>
-#include <QStyle>
-#include <QStyleOptionButton>
 #include <QSvgRenderer>
 
 #include <algorithm>
@@ -37,30 +32,11 @@ constexpr MetricRow Metrics[] = {
 
 constexpr int LargestPictureSide = 4096; // pixels
 constexpr double ToolRadius = 8;
-constexpr double SoftRadius = 5;
-constexpr double FlexRadius = 1.5;
-constexpr double WedgeCut = 7; // of the corners, along both sides
 constexpr double DisabledOpacity = 0.38;
-constexpr int PressedOffset = 2; // a caption moves down while its button is pressed
 
 QString PicturePath(std::uint32_t number) {
     return number == ApplicationPicture ? QStringLiteral(":/pictures/app.svg")
                                         : QStringLiteral(":/pictures/%1.svg").arg(number);
-}
-
-QColor Mixed(const QColor &first, const QColor &second, double partOfSecond) {
-    const auto mix = [&](float a, float b) {
-        return static_cast<float>(a + (b - a) * partOfSecond);
-    };
-    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
-                            mix(first.blueF(), second.blueF()));
-}
-
-// A path whose outline runs through the middle of the outermost pixels of a rectangle.
-QPainterPath RoundedOutline(const QRect &rectangle, double radius) {
-    QPainterPath path;
-    path.addRoundedRect(QRectF(rectangle).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
-    return path;
 }
 
 QPixmap GreyPicture(const QPixmap &picture) {
@@ -86,198 +62,6 @@ void DrawMissingPicture(QPainter &painter, const QRect &rectangle) {
     painter.setBrush(Mixed(palette.color(QPalette::Window), palette.color(QPalette::Mid), 0.4));
     painter.drawPath(RoundedOutline(rectangle, radius));
 }
-
-unsigned StateOf(const QPushButton &button) {
-    return (button.isDown() || button.isChecked() ? ButtonPressed : 0) |
-           (button.isEnabled() ? 0 : ButtonDisabled) | (button.underMouse() ? ButtonHover : 0) |
-           (button.hasFocus() ? ButtonFocus : 0) | (button.isDefault() ? ButtonDefault : 0);
-}
-
-struct SoftColours {
-    QColor face, edge, light, shade, ink;
-};
-
-SoftColours SoftColoursOf(unsigned state, const QPalette &palette) {
-    const bool disabled = state & ButtonDisabled;
-    const bool pressed = (state & ButtonPressed) && !disabled;
-    const bool hover = (state & ButtonHover) && !disabled;
-    const QPalette::ColorGroup group = disabled ? QPalette::Disabled : QPalette::Active;
-    const QColor button = palette.color(group, QPalette::Button);
-    const QColor light = palette.color(QPalette::Active, QPalette::Light);
-    const QColor text = palette.color(QPalette::Active, QPalette::ButtonText);
-    const QColor accent = palette.color(QPalette::Active, QPalette::Highlight);
-
-    SoftColours colours;
-    colours.face = disabled ? button : Mixed(button, light, 0.7);
-    colours.edge = Mixed(button, text, disabled ? 0.175 : 0.35);
-    colours.light = light;
-    colours.shade = Mixed(button, text, disabled ? 0.12 : 0.25);
-    colours.ink = palette.color(group, QPalette::ButtonText);
-    if (hover) {
-        colours.face = Mixed(colours.face, accent, 0.10);
-        colours.edge = Mixed(colours.edge, accent, 0.6);
-    }
-    if (pressed) {
-        colours.face = Mixed(button, accent, 0.28);
-    }
-    if ((state & (ButtonDefault | ButtonFocus)) && !disabled) {
-        colours.edge = accent;
-    }
-    return colours;
-}
-
-QPainterPath SoftOutline(const QRect &rectangle, int inset) {
-    return RoundedOutline(rectangle.adjusted(inset, inset, -inset, -inset), SoftRadius - inset);
-}
-
-QPainterPath FlexOutline(const QRect &rectangle, int inset) {
-    return RoundedOutline(rectangle.adjusted(inset, inset, -inset, -inset), FlexRadius);
-}
-
-// The corners of the wedge: those of the rectangle, each cut off by a slanting line.
-QPolygonF WedgeCorners(const QRect &rectangle, int inset) {
-    const QRectF box =
-        QRectF(rectangle).adjusted(inset + 0.5, inset + 0.5, -inset - 0.5, -inset - 0.5);
-    // Parallel slants keep their distance when the cut shrinks by less than the inset.
-    const double cut = std::min(WedgeCut - inset * 0.6, std::min(box.width(), box.height()) / 2);
-    return QPolygonF({{box.left() + cut, box.top()},
-                      {box.right() - cut, box.top()},
-                      {box.right(), box.top() + cut},
-                      {box.right(), box.bottom() - cut},
-                      {box.right() - cut, box.bottom()},
-                      {box.left() + cut, box.bottom()},
-                      {box.left(), box.bottom() - cut},
-                      {box.left(), box.top() + cut}});
-}
-
-QPainterPath WedgeOutline(const QRect &rectangle, int inset) {
-    QPainterPath path;
-    path.addPolygon(WedgeCorners(rectangle, inset));
-    path.closeSubpath();
-    return path;
-}
-
-// Two frames of one pixel, one inside the other, two pixels in from the edge.
-void DrawFlexFrame(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
-                   bool pressed) {
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(pressed ? colours.shade : colours.light);
-    painter.drawPath(FlexOutline(rectangle, 2));
-    painter.setPen(pressed ? colours.light : colours.shade);
-    painter.drawPath(FlexOutline(rectangle, 3));
-}
-
-// Single lines inside the edge, light where light falls from the upper left.
-void DrawWedgeFrame(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
-                    bool pressed) {
-    const QPolygonF corners = WedgeCorners(rectangle, 1);
-    const auto line = [&](std::initializer_list<int> numbers, const QColor &colour) {
-        QPolygonF points;
-        for (const int number : numbers) {
-            points.append(corners[number]);
-        }
-        painter.setPen(colour);
-        painter.drawPolyline(points);
-    };
-    line({1, 2, 3, 4, 5, 6}, pressed ? colours.light : colours.shade);
-    line({6, 7, 0, 1}, pressed ? colours.shade : colours.light);
-}
-
-// The face falls away from the light.
-QBrush WedgeFace(const QRect &rectangle, const SoftColours &colours) {
-    QLinearGradient slope(rectangle.topLeft(), rectangle.bottomLeft());
-    slope.setColorAt(0, Mixed(colours.face, colours.light, 0.6));
-    slope.setColorAt(1, Mixed(colours.face, colours.shade, 0.35));
-    return slope;
-}
-
-// Dull, so that both frames stand out from it.
-QBrush FlexFace(const QRect &, const SoftColours &colours) {
-    return Mixed(colours.face, colours.shade, 0.18);
-}
-
-QBrush SoftFace(const QRect &, const SoftColours &colours) {
-    return colours.face;
-}
-
-// A drawn look: the outline of a button, some pixels in from its edge, its face, and what lies upon
-// the face.
-struct SoftLook {
-    std::uint32_t style;
-    QBrush (*face)(const QRect &rectangle, const SoftColours &colours);
-    QPainterPath (*outline)(const QRect &rectangle, int inset);
-    void (*frame)(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
-                  bool pressed); // null: nothing
-};
-constexpr SoftLook SoftLooks[] = {
-    {SoftButtonSoft, SoftFace, SoftOutline, nullptr},
-    {SoftButtonFlex, FlexFace, FlexOutline, DrawFlexFrame},
-    {SoftButtonWedge, WedgeFace, WedgeOutline, DrawWedgeFrame},
-};
-
-const SoftLook &SoftLookOf(std::uint32_t style) {
-    for (const SoftLook &look : SoftLooks) {
-        if (look.style == style) {
-            return look;
-        }
-    }
-    return SoftLooks[0];
-}
-
-void DrawSoftButton(QPainter &painter, const QRect &rectangle, std::uint32_t style, unsigned state,
-                    const QString &text, const QPalette &palette) {
-    const bool enabled = !(state & ButtonDisabled);
-    const bool pressed = (state & ButtonPressed) && enabled;
-    const SoftLook &look = SoftLookOf(style);
-    const SoftColours colours = SoftColoursOf(state, palette);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(colours.edge);
-    painter.setBrush(look.face(rectangle, colours));
-    painter.drawPath(look.outline(rectangle, 0));
-    painter.setBrush(Qt::NoBrush);
-    if (look.frame) {
-        look.frame(painter, rectangle, colours, pressed);
-    }
-    if ((state & ButtonFocus) && enabled) {
-        painter.setPen(colours.edge);
-        painter.drawPath(look.outline(rectangle, 1));
-    }
-    painter.setPen(colours.ink);
-    painter.drawText(rectangle.translated(0, pressed ? PressedOffset : 0),
-                     Qt::AlignCenter | Qt::TextShowMnemonic, text);
-    painter.restore();
-}
-
-// Paints a push button in its own paint step; everything else stays the toolkit's.
-class SoftButtonPainter : public QObject {
-public:
-    SoftButtonPainter(QPushButton *button, std::uint32_t style)
-        : QObject(button), button(button), style(style) {
-        setObjectName(Name);
-        button->setAttribute(Qt::WA_Hover);
-        button->installEventFilter(this);
-        button->update();
-    }
-
-    static constexpr const char *Name = "SoftButtonPainter";
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() != QEvent::Paint) {
-            return false;
-        }
-        QPainter painter(button);
-        painter.setFont(button->font());
-        DrawSoftButton(painter, button->rect(), style, StateOf(*button), button->text(),
-                       button->palette());
-        return true;
-    }
-
-private:
-    QPushButton *button; // owns this object
-    std::uint32_t style;
-};
 
 } // namespace
 
@@ -377,32 +161,6 @@ void ThemeDrawPicture(QPainter &painter, std::uint32_t number, const QRect &rect
     } else {
         DrawMissingPicture(painter, rectangle);
     }
-    painter.restore();
-}
-
-void MakeSoftButton(QPushButton *button) {
-    if (SoftButtons == SoftButtonNone || !button ||
-        button->findChild<QObject *>(SoftButtonPainter::Name, Qt::FindDirectChildrenOnly)) {
-        return;
-    }
-    new SoftButtonPainter(button, SoftButtons); // a child of the button
-}
-
-void DrawSoftButtonSample(QPainter &painter, const QRect &rectangle, std::uint32_t style,
-                          const QString &caption) {
-    const QPalette palette = QApplication::palette();
-    if (style != SoftButtonNone) {
-        DrawSoftButton(painter, rectangle, style, 0, caption, palette);
-        return;
-    }
-    QStyleOptionButton option;
-    option.rect = rectangle;
-    option.palette = palette;
-    option.state = QStyle::State_Enabled | QStyle::State_Raised;
-    option.text = caption;
-    option.fontMetrics = painter.fontMetrics();
-    painter.save();
-    QApplication::style()->drawControl(QStyle::CE_PushButton, &option, &painter);
     painter.restore();
 }
 

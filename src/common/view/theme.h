@@ -1,5 +1,4 @@
-// The look of tool bar, buttons and pictures: measures, the numbered pictures, and the painting of
-// buttons.
+// The look of tool bar, buttons and pictures: measures and the numbered pictures.
 #pragma once
 
 #include <QPixmap>
@@ -9,8 +8,6 @@
 #include <cstdint>
 
 class QPainter;
-class QPushButton;
-class QString;
 
 namespace tonewright {
 
@@ -54,20 +51,5 @@ QSize PictureSize(std::uint32_t number);
 
 // Paints a numbered picture into a rectangle, its proportions kept.
 void ThemeDrawPicture(QPainter &painter, std::uint32_t number, const QRect &rectangle);
-
-// The looks of push buttons, the values of the setting SoftButtons. Any other value is drawn as
-// Soft.
-constexpr std::uint32_t SoftButtonNone = 0;  // the platform's own
-constexpr std::uint32_t SoftButtonSoft = 1;  // round corners
-constexpr std::uint32_t SoftButtonFlex = 2;  // a double frame, which turns inside out when pressed
-constexpr std::uint32_t SoftButtonWedge = 3; // cut corners, a bevel of single lines
-
-// Gives a push button the look that the setting SoftButtons names now, for the rest of its life;
-// with SoftButtonNone it stays as it is. A second call changes nothing.
-void MakeSoftButton(QPushButton *button);
-
-// Paints a button of a look at rest, with a caption in the painter's font, to show what it is like.
-void DrawSoftButtonSample(QPainter &painter, const QRect &rectangle, std::uint32_t style,
-                          const QString &caption);
 
 } // namespace tonewright

@@ -4,8 +4,8 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/view/soft_button.h"
 #include "common/view/text_line.h"
-#include "common/view/theme.h"
 #include "database/print_report.h"
 #include "database/view/print_painter.h"
 

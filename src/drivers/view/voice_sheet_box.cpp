@@ -4,7 +4,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
+#include "common/view/soft_button.h"
 #include "drivers/view/voice_page.h"
 #include "midi/view/audition_box.h"
 

@@ -5,6 +5,7 @@
 #include "common/version.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "shell/view/program_texts.h"
 #include "ui_AboutBox.h"

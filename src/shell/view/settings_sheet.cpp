@@ -5,6 +5,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "shell/show_document.h"
 #include "ui_SetupPropertyOne.h"

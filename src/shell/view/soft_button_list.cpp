@@ -1,6 +1,7 @@
 // Paints the items of the list of button styles.
 #include "shell/view/soft_button_list.h"
 
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 
 #include <QPainter>

@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "shell/system_information.h"
 #include "ui_SystemInformationBox.h"

@@ -7,6 +7,7 @@
 #include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
+#include "common/view/soft_button.h"
 #include "common/view/system_colours.h"
 #include "common/view/theme.h"
 #include "common/view/wrapped_text.h"

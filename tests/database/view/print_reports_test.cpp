@@ -1,6 +1,7 @@
 // Printing by the real dialog, into files: what it offers, and what stands on the screen meanwhile.
 #include "../test_catalogue.h"
 
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "database/view/print_reports.h"
 #include "support/modal_box.h"
