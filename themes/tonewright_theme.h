@@ -72,6 +72,12 @@ typedef struct ThemeRectangle {
 /* Or-ed with the number of a picture: the picture of a box (its control 10). */
 #define THEME_BITMAP_OF_BOX 0x10000000u
 
+/* Numbers of the pictures of boxes. A box that asks for another one, or for one that the theme does
+ * not have, shows none. */
+#define THEME_PICTURE_PROGRAM 0x8000001u /* the emblem of the program: messages and most boxes */
+#define THEME_PICTURE_SETTINGS 103u
+#define THEME_PICTURE_VOICE 8804u /* the page of a voice in its editor */
+
 #ifdef __cplusplus
 extern "C" {
 #endif

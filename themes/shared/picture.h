@@ -1,0 +1,28 @@
+// The pictures of a theme: SVG files that the build puts into its library.
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+
+#include <span>
+
+namespace tonewright::theme {
+
+// A row of embedded_pictures.inc, which the build makes of the SVG files that a theme names.
+struct EmbeddedPicture {
+    const char *name; // of the file, without ".svg"
+    const char *svg;
+};
+
+// The text of a picture; empty when there is none of this name.
+QByteArray SvgOf(std::span<const EmbeddedPicture> pictures, const char *name);
+
+// The size in which an SVG was drawn, in device-independent pixels.
+QSize SizeOfSvg(const QByteArray &svg);
+
+// An SVG in a size of device-independent pixels, its proportions kept, on a transparent ground,
+// with `ratio` pixels for each of them.
+QImage ImageOf(const QByteArray &svg, QSize size, double ratio);
+
+} // namespace tonewright::theme

@@ -1,0 +1,161 @@
+// The themes "Slate Medium" and "Slate Compact": line drawings with flat colours on a bar of slate,
+// which take ink and ground from the palette. SLATE_COMPACT makes the compact one.
+#include "shared/box_pictures.h"
+#include "shared/measures.h"
+#include "shared/shapes.h"
+#include "shared/tool_bar.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+
+namespace tonewright::theme {
+namespace {
+
+constexpr EmbeddedPicture Pictures[] = {
+#include "embedded_pictures.inc"
+};
+
+#if defined(SLATE_COMPACT)
+constexpr std::span<const MetricRow> Metrics = CompactMetrics;
+constexpr int ToolPictureSize = CompactToolPicture;
+constexpr double ToolRadius = 4;
+#else
+constexpr std::span<const MetricRow> Metrics = MediumMetrics;
+constexpr int ToolPictureSize = MediumToolPicture;
+constexpr double ToolRadius = 6;
+#endif
+
+constexpr QColor Slate(0x5b, 0x74, 0x8a);
+
+// The colours of a tool bar on a palette, and of the pictures on it.
+struct Colours {
+    QColor top, bottom, edge;              // of the bar
+    QColor ink, paper, tone, accent, warm; // of the pictures
+};
+
+bool IsDark(const QPalette &palette) {
+    return palette.color(QPalette::Window).lightness() <
+           palette.color(QPalette::WindowText).lightness();
+}
+
+Colours ColoursOf(const QPalette &palette) {
+    const QColor window = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
+    if (IsDark(palette)) {
+        return {.top = Mixed(window, Slate, 0.30),
+                .bottom = Mixed(window, Slate, 0.18),
+                .edge = Mixed(window, Qt::black, 0.45),
+                .ink = Mixed(text, Slate, 0.12),
+                .paper = Mixed(window, Slate, 0.65),
+                .tone = Mixed(window, Slate, 0.40),
+                .accent = QColor(0x22, 0x9c, 0x90),
+                .warm = QColor(0xd9, 0x92, 0x2c)};
+    }
+    return {.top = Mixed(window, Slate, 0.12),
+            .bottom = Mixed(window, Slate, 0.26),
+            .edge = Mixed(window, Slate, 0.75),
+            .ink = Mixed(text, Slate, 0.25),
+            .paper = Qt::white,
+            .tone = Mixed(Qt::white, Slate, 0.45),
+            .accent = QColor(0x35, 0xb5, 0xa6),
+            .warm = QColor(0xf0, 0xae, 0x48)};
+}
+
+// The colours as those of a button that is disabled: grey, and close to the bar.
+Colours Dimmed(const Colours &colours) {
+    const QColor ground = Mixed(colours.top, colours.bottom, 0.5);
+    Colours dimmed = colours;
+    dimmed.ink = Mixed(colours.ink, ground, 0.55);
+    for (QColor *fill : {&dimmed.paper, &dimmed.tone, &dimmed.accent, &dimmed.warm}) {
+        const int grey = qGray(fill->rgb());
+        *fill = Mixed(QColor(grey, grey, grey), ground, 0.75);
+    }
+    return dimmed;
+}
+
+// A picture of a tool in these colours. The files are drawn in colours of their own, one for each.
+QByteArray Coloured(const QByteArray &svg, const Colours &colours) {
+    struct ColourRow {
+        const char *drawn;
+        QColor wanted;
+    };
+    const ColourRow rows[] = {{"#24323f", colours.ink},
+                              {"#ffffff", colours.paper},
+                              {"#b4c3d0", colours.tone},
+                              {"#1f9e91", colours.accent},
+                              {"#e8a33a", colours.warm}};
+    QByteArray coloured = svg;
+    for (qsizetype place = coloured.indexOf('#'); place >= 0;
+         place = coloured.indexOf('#', place + 1)) {
+        for (const ColourRow &row : rows) {
+            if (coloured.sliced(place).startsWith(row.drawn)) {
+                coloured.replace(place, qstrlen(row.drawn), row.wanted.name().toLatin1());
+                break;
+            }
+        }
+    }
+    return coloured;
+}
+
+// A flat face, lighter than the bar under the mouse and darker while it is pressed, and the picture
+// in its middle.
+bool DrawButton(QPainter &painter, const QPalette &palette, const QRect &rectangle, int picture,
+                unsigned state) {
+    const char *name = ToolPictureName(picture);
+    if (!name) {
+        return false;
+    }
+    const Colours colours = ColoursOf(palette);
+    const bool disabled = state & THEME_STATE_DISABLED;
+    const bool pressed = (state & THEME_STATE_PRESSED) && !disabled;
+    const bool hover = (state & THEME_STATE_HOVER) && !disabled;
+    const QColor ground = Mixed(colours.top, colours.bottom, 0.5);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (pressed || hover) {
+        painter.setPen(Mixed(ground, Slate, pressed ? 0.9 : 0.6));
+        painter.setBrush(pressed ? Mixed(ground, Slate, 0.45)
+                                 : Mixed(ground, Qt::white, IsDark(palette) ? 0.14 : 0.65));
+        painter.drawPath(RoundedOutline(rectangle, ToolRadius));
+    }
+    if ((state & (THEME_STATE_FOCUS | THEME_STATE_DEFAULT)) && !disabled) {
+        painter.setPen(QPen(palette.color(QPalette::Highlight), 2));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawPath(RoundedOutline(rectangle.adjusted(1, 1, -1, -1), ToolRadius));
+    }
+    const QSize size(ToolPictureSize, ToolPictureSize);
+    QPoint corner(rectangle.left() + (rectangle.width() - size.width()) / 2,
+                  rectangle.top() + (rectangle.height() - size.height()) / 2);
+    if (pressed) {
+        corner += QPoint(0, 1);
+    }
+    painter.drawImage(corner,
+                      ImageOf(Coloured(SvgOf(Pictures, name), disabled ? Dimmed(colours) : colours),
+                              size, painter.device()->devicePixelRatioF()));
+    return true;
+}
+
+void DrawBackground(QPainter &painter, const QPalette &palette, const QRect &rectangle) {
+    const Colours colours = ColoursOf(palette);
+    QLinearGradient shade(rectangle.topLeft(), rectangle.bottomLeft());
+    shade.setColorAt(0, colours.top);
+    shade.setColorAt(1, colours.bottom);
+    painter.fillRect(rectangle, shade);
+    painter.fillRect(QRect(rectangle.left(), rectangle.bottom(), rectangle.width(), 1),
+                     colours.edge);
+}
+
+QImage Bitmap(std::uint32_t number, double ratio) {
+    return number == THEME_BITMAP_PREVIEW ? PreviewOfToolBar(ratio)
+                                          : BoxPicture(Pictures, number, ratio);
+}
+
+} // namespace
+
+constexpr Look TheLook{
+    .metrics = Metrics,
+    .drawButton = DrawButton,
+    .drawBackground = DrawBackground,
+    .bitmap = Bitmap,
+};
+
+} // namespace tonewright::theme
