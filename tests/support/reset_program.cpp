@@ -4,6 +4,7 @@
 #include "common/folders.h"
 #include "common/settings.h"
 #include "common/sound.h"
+#include "common/view/tool_tip.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "database/database_file.h"
@@ -75,6 +76,7 @@ void ResetProgram() {
     DatabaseUndoEnd();
     HistoryEnd();
     RestartNeeded = false;
+    UnregisterToolTipClass();
     ResetCommandState();
     RestoreDriverRows();
 }

@@ -41,6 +41,7 @@
 //   ThePreviousInstallation        shell/settings_migration.h nobody                      empty
 //   (busy boxes, status bar)       common/view/              their calls; they go with   none
 //                                                            their windows
+//   (the font of tool tips)        common/view/tool_tip.h    the application             none
 //   (looks of history entries)     shell/view/history_menu.h each rebuild of the menu    without picture
 //   StandardOutput, StandardError  cli/text_output.h         tonewright-cli              open
 //   (where answers come from, the  cli/terminal_desktop.h    UseTerminalDesktop and      no, none

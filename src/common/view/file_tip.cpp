@@ -3,8 +3,8 @@
 
 #include "common/tip_area.h"
 #include "common/view/fonts.h"
-#include "common/view/system_colours.h"
 #include "common/view/text_line.h"
+#include "common/view/tip_ground.h"
 #include "common/view/wrapped_text.h"
 
 #include <QPainter>
@@ -45,13 +45,8 @@ void FileTip::ShowAt(const QString &text, QPoint cursor) {
 }
 
 void FileTip::paintEvent(QPaintEvent *) {
-    // The last row and column are the shadow, which begins one pixel in.
-    const QRect box(0, 0, width() - 1, height() - 1);
     QPainter painter(this);
-    painter.fillRect(box.translated(1, 1), Qt::black);
-    painter.fillRect(box, Qt::black);
-    painter.fillRect(box.adjusted(1, 1, -1, -1), SystemColourOf(SystemColour::Info));
-    painter.setPen(SystemColourOf(SystemColour::InfoText));
+    PaintTipGround(painter, rect(), Qt::black, 1);
     const QString text = accessibleName();
     if (HasLineBreaks(text)) {
         constexpr int Margin = 5; // hundredths of the box

@@ -9,6 +9,7 @@
 #include "common/sound.h"
 #include "common/text.h"
 #include "common/view/show_at_once.h"
+#include "common/view/tool_tip.h"
 #include "common/windows_version.h"
 #include "core/current.h"
 #include "midi/midi_start.h"
@@ -72,6 +73,7 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
 
     ReadEarlySettings();
     FillDefaultFolders();
+    RegisterToolTipClass();
     MainWindow window(MainWindowSize(screenSize.height()), true);
     UndoInit(&window);
     HistoryInit();
@@ -131,6 +133,7 @@ int RunApplication(int argc, char **argv) {
     SeedRandomNumbers();
     ConfigMigrate();
     const int exitCode = RunLoop(application, CommandLinePath(argc, argv));
+    UnregisterToolTipClass();
     UndoEnd();
     StopSounds();
     EndMidi();

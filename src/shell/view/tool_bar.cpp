@@ -3,6 +3,7 @@
 
 #include "common/view/accessible_role.h"
 #include "common/view/theme.h"
+#include "common/view/tool_tip.h"
 #include "shell/command_table.h"
 
 #include <QApplication>
@@ -14,8 +15,9 @@ namespace tonewright {
 ToolButton::ToolButton(int commandId, const QString &name, const QString &tip, QWidget *parent)
     : QAbstractButton(parent), commandId(commandId) {
     setObjectName(QString("control_%1").arg(commandId));
-    setToolTip(tip);
     setAccessibleName(name);
+    setAccessibleDescription(tip);
+    MakeToolTip(this, tip);
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
 }

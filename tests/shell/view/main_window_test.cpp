@@ -4,6 +4,7 @@
 #include "common/view/busy_box.h"
 #include "common/view/fonts.h"
 #include "common/view/status_bar.h"
+#include "common/view/tool_tip.h"
 #include "drivers/dx7/voice_codec.h"
 #include "shell/command_queue.h"
 #include "shell/shell_window.h"
@@ -690,7 +691,7 @@ TEST_F(MainWindowTest, AToolForwardsItsCommandByPosting) {
     DragRow(4, 1);
     QAbstractButton *undo = nullptr;
     for (auto *button : window->Tools()->findChildren<QAbstractButton *>()) {
-        if (button->toolTip() == "Undoes changes to your current voice list") {
+        if (button->accessibleDescription() == "Undoes changes to your current voice list") {
             undo = button;
         }
     }
@@ -733,10 +734,26 @@ TEST_F(MainWindowTest, AToolIsLitOnlyWhileTheMouseIsOverItAfterABox) {
     EXPECT_EQ(picture(), unlit);
 }
 
+TEST_F(MainWindowTest, AToolShowsItsTipBelowItWhileTheMouseRests) {
+    RegisterToolTipClass();
+    MakeWindow();
+    const auto *tool = window->Tools()->findChild<QWidget *>("control_55");
+    const auto *tip = tool->findChild<QWidget *>("TonewrightTip");
+    ASSERT_NE(tip, nullptr);
+    const QPoint point = tool->mapTo(window.get(), tool->rect().center());
+    QCursor::setPos(window->mapToGlobal(point));
+    QTest::mouseMove(window->windowHandle(), point);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tip->isVisible(); }));
+    EXPECT_EQ(tip->accessibleName(), "Allows Tonewright's options to be configured");
+    EXPECT_EQ(tip->pos(), tool->mapToGlobal(QPoint(12, tool->height() + 1)));
+    QTest::keyClick(list, Qt::Key_Down);
+    EXPECT_FALSE(tip->isVisible());
+}
+
 TEST_F(MainWindowTest, TheToolsStandInTheirOrderWithTheirTips) {
     std::vector<std::pair<int, std::string>> tools;
     for (auto *button : window->Tools()->findChildren<QAbstractButton *>()) {
-        tools.emplace_back(button->x(), button->toolTip().toStdString());
+        tools.emplace_back(button->x(), button->accessibleDescription().toStdString());
     }
     std::sort(tools.begin(), tools.end());
     std::vector<std::string> tips;
