@@ -7,8 +7,6 @@
 #include <QLinearGradient>
 #include <QPainter>
 
-#include <cmath>
-
 namespace tonewright::theme {
 namespace {
 
@@ -57,14 +55,10 @@ bool DrawButton(QPainter &painter, const QPalette &palette, const QRect &rectang
         painter.setBrush(Qt::NoBrush);
         painter.drawPath(RoundedOutline(rectangle, ToolRadius));
     }
-    QPointF corner(rectangle.left() + std::floor((rectangle.width() - ToolPictureSize) / 2.0),
-                   rectangle.top() + std::floor((rectangle.height() - ToolPictureSize) / 2.0));
-    if (pressed) {
-        corner += QPointF(1, 1);
-    }
-    const QImage image = ImageOf(SvgOf(Pictures, name), {ToolPictureSize, ToolPictureSize},
-                                 painter.device()->devicePixelRatioF());
-    painter.drawImage(corner, disabled ? GreyImage(image) : image);
+    const QImage image =
+        ImageOf(SvgOf(Pictures, name), {ToolPictureSize, ToolPictureSize}, RatioOf(painter));
+    DrawInMiddle(painter, pressed ? rectangle.translated(1, 1) : rectangle,
+                 disabled ? GreyImage(image) : image);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include <cmath>
 #include <cstring>
 
 namespace tonewright::theme {
@@ -32,6 +33,19 @@ QImage ImageOf(const QByteArray &svg, QSize size, double ratio) {
     }
     image.setDevicePixelRatio(ratio);
     return image;
+}
+
+double RatioOf(const QPainter &painter) {
+    return painter.device()->devicePixelRatioF();
+}
+
+void DrawInMiddle(QPainter &painter, const QRect &rectangle, const QImage &image) {
+    const QSizeF room = QSizeF(rectangle.size()) - image.deviceIndependentSize();
+    const QTransform toPixels = painter.deviceTransform();
+    const QPointF corner =
+        toPixels.map(QPointF(rectangle.topLeft()) + QPointF(room.width(), room.height()) / 2);
+    painter.drawImage(
+        toPixels.inverted().map(QPointF(std::floor(corner.x()), std::floor(corner.y()))), image);
 }
 
 } // namespace tonewright::theme

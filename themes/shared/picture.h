@@ -3,9 +3,12 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QRect>
 #include <QSize>
 
 #include <span>
+
+class QPainter;
 
 namespace tonewright::theme {
 
@@ -24,5 +27,11 @@ QSize SizeOfSvg(const QByteArray &svg);
 // An SVG in a size of device-independent pixels, its proportions kept, on a transparent ground,
 // with `ratio` pixels for each of them.
 QImage ImageOf(const QByteArray &svg, QSize size, double ratio);
+
+// How many pixels a painter has for a device-independent one.
+double RatioOf(const QPainter &painter);
+
+// Draws an image in the middle of a rectangle, on whole pixels, so that it stays as sharp as it is.
+void DrawInMiddle(QPainter &painter, const QRect &rectangle, const QImage &image);
 
 } // namespace tonewright::theme

@@ -10,9 +10,10 @@ QColor Mixed(const QColor &first, const QColor &second, double partOfSecond) {
                             mix(first.blueF(), second.blueF()));
 }
 
-QPainterPath RoundedOutline(const QRect &rectangle, double radius) {
+QPainterPath RoundedOutline(const QRect &rectangle, double radius, int penWidth) {
+    const double inset = penWidth / 2.0;
     QPainterPath path;
-    path.addRoundedRect(QRectF(rectangle).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    path.addRoundedRect(QRectF(rectangle).adjusted(inset, inset, -inset, -inset), radius, radius);
     return path;
 }
 

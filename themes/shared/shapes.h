@@ -10,7 +10,7 @@ namespace tonewright::theme {
 // A colour between two others; `partOfSecond` from 0 to 1.
 QColor Mixed(const QColor &first, const QColor &second, double partOfSecond);
 
-// A path whose outline runs through the middle of the outermost pixels of a rectangle.
-QPainterPath RoundedOutline(const QRect &rectangle, double radius);
+// A path whose outline, drawn by a pen of this width, ends with the rectangle.
+QPainterPath RoundedOutline(const QRect &rectangle, double radius, int penWidth = 1);
 
 } // namespace tonewright::theme

@@ -24,46 +24,53 @@ constexpr std::span<const MetricRow> Metrics = MediumMetrics;
 constexpr int ToolPictureSize = MediumToolPicture;
 constexpr double ToolRadius = 6;
 #endif
+constexpr int FocusWidth = 2;
 
 constexpr QColor Slate(0x5b, 0x74, 0x8a);
 
 // The colours of a tool bar on a palette, and of the pictures on it.
 struct Colours {
     QColor top, bottom, edge;              // of the bar
+    QColor hover, pressed;                 // of the face of a button
     QColor ink, paper, tone, accent, warm; // of the pictures
 };
-
-bool IsDark(const QPalette &palette) {
-    return palette.color(QPalette::Window).lightness() <
-           palette.color(QPalette::WindowText).lightness();
-}
 
 Colours ColoursOf(const QPalette &palette) {
     const QColor window = palette.color(QPalette::Window);
     const QColor text = palette.color(QPalette::WindowText);
-    if (IsDark(palette)) {
-        return {.top = Mixed(window, Slate, 0.30),
+    if (window.lightness() < text.lightness()) {
+        const QColor top = Mixed(window, Slate, 0.3);
+        return {.top = top,
                 .bottom = Mixed(window, Slate, 0.18),
                 .edge = Mixed(window, Qt::black, 0.45),
-                .ink = Mixed(text, Slate, 0.12),
+                .hover = Mixed(top, Slate, 0.45),
+                .pressed = Mixed(top, Qt::black, 0.35),
+                .ink = Mixed(text, Slate, 0.15),
                 .paper = Mixed(window, Slate, 0.65),
-                .tone = Mixed(window, Slate, 0.40),
+                .tone = Mixed(window, Slate, 0.4),
                 .accent = QColor(0x22, 0x9c, 0x90),
                 .warm = QColor(0xd9, 0x92, 0x2c)};
     }
+    const QColor bottom = Mixed(window, Slate, 0.26);
     return {.top = Mixed(window, Slate, 0.12),
-            .bottom = Mixed(window, Slate, 0.26),
+            .bottom = bottom,
             .edge = Mixed(window, Slate, 0.75),
-            .ink = Mixed(text, Slate, 0.25),
+            .hover = Mixed(bottom, Qt::white, 0.75),
+            .pressed = Mixed(bottom, Slate, 0.35),
+            .ink = Mixed(text, Slate, 0.35),
             .paper = Qt::white,
             .tone = Mixed(Qt::white, Slate, 0.45),
             .accent = QColor(0x35, 0xb5, 0xa6),
             .warm = QColor(0xf0, 0xae, 0x48)};
 }
 
+QColor GroundOf(const Colours &colours) {
+    return Mixed(colours.top, colours.bottom, 0.5);
+}
+
 // The colours as those of a button that is disabled: grey, and close to the bar.
 Colours Dimmed(const Colours &colours) {
-    const QColor ground = Mixed(colours.top, colours.bottom, 0.5);
+    const QColor ground = GroundOf(colours);
     Colours dimmed = colours;
     dimmed.ink = Mixed(colours.ink, ground, 0.55);
     for (QColor *fill : {&dimmed.paper, &dimmed.tone, &dimmed.accent, &dimmed.warm}) {
@@ -109,28 +116,20 @@ bool DrawButton(QPainter &painter, const QPalette &palette, const QRect &rectang
     const bool disabled = state & THEME_STATE_DISABLED;
     const bool pressed = (state & THEME_STATE_PRESSED) && !disabled;
     const bool hover = (state & THEME_STATE_HOVER) && !disabled;
-    const QColor ground = Mixed(colours.top, colours.bottom, 0.5);
     painter.setRenderHint(QPainter::Antialiasing);
     if (pressed || hover) {
-        painter.setPen(Mixed(ground, Slate, pressed ? 0.9 : 0.6));
-        painter.setBrush(pressed ? Mixed(ground, Slate, 0.45)
-                                 : Mixed(ground, Qt::white, IsDark(palette) ? 0.14 : 0.65));
+        painter.setPen(Mixed(GroundOf(colours), Slate, pressed ? 0.9 : 0.6));
+        painter.setBrush(pressed ? colours.pressed : colours.hover);
         painter.drawPath(RoundedOutline(rectangle, ToolRadius));
     }
     if ((state & (THEME_STATE_FOCUS | THEME_STATE_DEFAULT)) && !disabled) {
-        painter.setPen(QPen(palette.color(QPalette::Highlight), 2));
+        painter.setPen(QPen(palette.color(QPalette::Highlight), FocusWidth));
         painter.setBrush(Qt::NoBrush);
-        painter.drawPath(RoundedOutline(rectangle.adjusted(1, 1, -1, -1), ToolRadius));
+        painter.drawPath(RoundedOutline(rectangle, ToolRadius, FocusWidth));
     }
-    const QSize size(ToolPictureSize, ToolPictureSize);
-    QPoint corner(rectangle.left() + (rectangle.width() - size.width()) / 2,
-                  rectangle.top() + (rectangle.height() - size.height()) / 2);
-    if (pressed) {
-        corner += QPoint(0, 1);
-    }
-    painter.drawImage(corner,
-                      ImageOf(Coloured(SvgOf(Pictures, name), disabled ? Dimmed(colours) : colours),
-                              size, painter.device()->devicePixelRatioF()));
+    const QByteArray svg = Coloured(SvgOf(Pictures, name), disabled ? Dimmed(colours) : colours);
+    DrawInMiddle(painter, pressed ? rectangle.translated(0, 1) : rectangle,
+                 ImageOf(svg, {ToolPictureSize, ToolPictureSize}, RatioOf(painter)));
     return true;
 }
 
