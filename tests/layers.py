@@ -6,7 +6,8 @@ usage: layers.py SOURCE_DIR BUILD_DIR
 Fails when a Qt header is included outside view/ folders, src/cli/ and src/main.cpp, when a lower
 layer includes a higher one, when neighbours include what they are not to know of each other, when
 units of a folder use each other in a circle, when a platform #ifdef stands outside the platform
-files, or when a source file is compiled by no target of the build.
+files, or when a source file is compiled by no target of the build. A theme includes neither the
+program nor another theme, and the program nothing of themes but their interface.
 
 A unit is a header with its sources: history.h with history.cpp, file_time.h with
 file_time_posix.cpp.
@@ -28,6 +29,11 @@ STRANGERS = [
 ]
 PLATFORM_FILE = re.compile(r"_(posix|windows|alsa)\.(cpp|h)$")
 PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|__linux__|__APPLE__|__unix__)")
+# The interface of themes, and what loads them, the only place of the program that knows it.
+THEME_INTERFACE = "tonewright_theme.h"
+THEME_LOADER = re.compile(r"common/(view/)?theme[a-z_]*\.(cpp|h)$")
+# What the build makes for every theme.
+EMBEDDED_PICTURES = "embedded_pictures.inc"
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
@@ -72,6 +78,10 @@ def check_file(source, path, problems):
         if match.group(1) == "<" or path.name == "main.cpp":
             continue
         included = pathlib.PurePosixPath(header)
+        if included.name == THEME_INTERFACE and not THEME_LOADER.match(str(path)):
+            problems.append(f"{where}: only what loads themes knows {header}")
+        if included.parts[0] in ("shared", "base", "slate", "themes"):
+            problems.append(f"{where}: the program is to know nothing of {header}")
         upper, own = layer_of(included), layer_of(path)
         if upper is not None and own is not None and upper > own:
             problems.append(f"{where}: {path.parts[0]} includes {header} of a higher layer")
@@ -81,6 +91,22 @@ def check_file(source, path, problems):
         if "view" in included.parts and not is_view and not may_use_qt(path):
             if not (joins_views and path.name in ("driver.cpp", "synth_driver_table.cpp")):
                 problems.append(f"{where}: engine code includes the view {header}")
+
+
+def check_theme_file(themes, path, problems):
+    """A file of a theme, its folder the first part of `path`."""
+    text = (themes / path).read_text(encoding="utf-8")
+    for number, line in enumerate(text.splitlines(), 1):
+        where = f"themes/{path}:{number}"
+        if PLATFORM_MACRO.search(line) and path.name != THEME_INTERFACE:
+            problems.append(f"{where}: platform macro outside the platform files")
+        match = INCLUDE.match(line)
+        if not match or match.group(1) == "<" or match.group(2) == EMBEDDED_PICTURES:
+            continue
+        included = pathlib.PurePosixPath(match.group(2))
+        folders = ("shared", path.parts[0])
+        if included.parts[0] not in folders and str(included) != THEME_INTERFACE:
+            problems.append(f"{where}: a theme is to know nothing of {included}")
 
 
 def unit_of(path):
@@ -141,15 +167,24 @@ def check_source(source):
     return problems + [f"a circle: {circle}" for circle in circles(source)]
 
 
+def check_themes(themes):
+    problems = []
+    for file in sorted(themes.rglob("*")):
+        if file.suffix in SUFFIXES:
+            check_theme_file(themes, pathlib.PurePosixPath(file.relative_to(themes)), problems)
+    return problems + [f"a circle: {circle}" for circle in circles(themes)]
+
+
 def main():
     root, build = map(pathlib.Path, sys.argv[1:3])
     source = root / "src"
-    problems = check_source(source)
+    themes = root / "themes"
+    problems = check_source(source) + check_themes(themes)
     compiled = {
         pathlib.Path(entry["directory"], entry["file"]).resolve()
         for entry in json.loads((build / "compile_commands.json").read_text())
     }
-    for file in sorted(source.rglob("*.cpp")):
+    for file in sorted([*source.rglob("*.cpp"), *themes.rglob("*.cpp")]):
         if not file.name.endswith("_windows.cpp") and file.resolve() not in compiled:
             problems.append(f"{file.relative_to(root)}: compiled by no target")
     if not compiled:

@@ -8,7 +8,7 @@ import layers
 
 
 class Layers(unittest.TestCase):
-    def problems(self, files):
+    def problems(self, files, check=layers.check_source):
         """What is wrong with a source of these files, each with the headers that it includes."""
         with tempfile.TemporaryDirectory() as folder:
             source = pathlib.Path(folder, "src")
@@ -18,10 +18,10 @@ class Layers(unittest.TestCase):
                 lines = [f"#include {header}" if header.startswith("<") else f'#include "{header}"'
                          for header in headers]
                 file.write_text("\n".join(lines) + "\n")
-            return layers.check_source(source)
+            return check(source)
 
-    def assert_problem(self, files, *words):
-        problems = self.problems(files)
+    def assert_problem(self, files, *words, check=layers.check_source):
+        problems = self.problems(files, check)
         self.assertEqual(len(problems), 1, problems)
         for word in words:
             self.assertIn(word, problems[0])
@@ -74,6 +74,25 @@ class Layers(unittest.TestCase):
                             "midi/instruments is to know nothing of midi/sysex.h")
         self.assertEqual(self.problems({"drivers/dx7/transfer.cpp": ["midi/sysex.h"],
                                         "midi/midi_start.cpp": ["midi/instruments/dx7.h"]}), [])
+
+    def test_only_what_loads_themes_knows_their_interface(self):
+        self.assertEqual(self.problems({"common/view/theme.cpp": ["tonewright_theme.h"]}), [])
+        self.assert_problem({"shell/view/tool_bar.cpp": ["tonewright_theme.h"]},
+                            "src/shell/view/tool_bar.cpp:1", "only what loads themes")
+        self.assert_problem({"common/view/theme.cpp": ["shared/look.h"]},
+                            "the program is to know nothing of shared/look.h")
+
+    def test_a_theme_knows_neither_the_program_nor_another_theme(self):
+        themes = layers.check_themes
+        self.assertEqual(self.problems({"shared/look.h": ["tonewright_theme.h", "<QImage>"],
+                                        "slate/slate.h": [],
+                                        "slate/slate.cpp": ["shared/look.h", "slate/slate.h",
+                                                            "embedded_pictures.inc"]}, themes), [])
+        self.assert_problem({"slate/slate.cpp": ["common/view/theme.h"]},
+                            "themes/slate/slate.cpp:1", "common/view/theme.h", check=themes)
+        self.assert_problem({"slate/slate.cpp": ["base/colours.h"]}, "base/colours.h", check=themes)
+        self.assert_problem({"shared/a.h": ["shared/b.h"], "shared/b.h": ["shared/a.h"]},
+                            "a circle", check=themes)
 
     def test_two_units_that_use_each_other_are_a_circle(self):
         self.assert_problem({"shell/undo.h": [], "shell/undo.cpp": ["shell/commands.h"],

@@ -999,7 +999,6 @@ TEST(CliCommandLine, ShowsItsHelp) {
                                 "--paper SIZE",
                                 "settings WHAT [KEY [VALUE]]",
                                 "history",
-                                "colours FILE",
                                 "tip",
                                 "--yes",
                                 "--no",
