@@ -18,6 +18,7 @@ int CliPicture(const CliCall &call);
 int CliConfig(const CliCall &call);
 int CliSettings(const CliCall &call);
 int CliHistory(const CliCall &call);
+int CliColours(const CliCall &call);
 int CliTip(const CliCall &call);
 int CliSystemInformation(const CliCall &call);
 int CliPorts(const CliCall &call);

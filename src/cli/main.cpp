@@ -67,6 +67,8 @@ constexpr CliCommand Commands[] = {
      CliSettings},
     {"history", "", "print the documents in the history of the File menu", 0, 0,
      OptionBit(CliOption::File), CliHistory},
+    {"colours", "FILE", "print name, red, green and blue of each color of a color table", 1, 1, 0,
+     CliColours},
     {"tip", "", "print the tip of the day that comes next, which stays the next one", 0, 0, 0,
      CliTip},
     {"system-information", "", "print facts about the machine and the program", 0, 0, 0,

@@ -242,6 +242,22 @@ bool EqualNoCase(std::string_view a, std::string_view b) {
     return std::ranges::equal(a, b, {}, LowerAscii, LowerAscii);
 }
 
+int CompareText(std::string_view one, std::string_view other) {
+    const auto folded = [](char byte) { return static_cast<unsigned char>(LowerAscii(byte)); };
+    const std::size_t size = std::min(one.size(), other.size());
+    for (std::size_t at = 0; at < size; ++at) {
+        if (const int difference = folded(one[at]) - folded(other[at])) {
+            return difference;
+        }
+    }
+    return (one.size() > other.size()) - (one.size() < other.size());
+}
+
+bool NameStandsBefore(std::string_view one, std::string_view other) {
+    const int order = CompareText(one, other);
+    return order != 0 ? order < 0 : one < other;
+}
+
 std::vector<std::string> SplitList(std::string_view text, char separator) {
     std::vector<std::string> items;
     while (!text.empty()) {

@@ -54,6 +54,12 @@ std::string BackupPathOf(std::string_view path);
 char LowerAscii(char character);
 // Compares without regard to the case of ASCII letters.
 bool EqualNoCase(std::string_view a, std::string_view b);
+// Below 0, 0 or above 0 as `one` stands in front of `other`, with it or behind it, by their bytes
+// with A to Z taken for small letters.
+int CompareText(std::string_view one, std::string_view other);
+// The order of a list of names in which none stands twice: by CompareText, and by their bytes where
+// that finds no difference.
+bool NameStandsBefore(std::string_view one, std::string_view other);
 
 // The items of a text separated by `separator`; empty items are dropped, each is cut to 260 bytes.
 std::vector<std::string> SplitList(std::string_view text, char separator = ';');

@@ -3,7 +3,6 @@
 
 #include "common/folders.h"
 #include "common/text.h"
-#include "database/record_sort.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -14,11 +13,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::u32string_view AllowedBesideLetters = U"$%'-_@~`!(){}^#&, ";
-
-bool StandsBefore(const std::string &one, const std::string &other) {
-    const int order = CompareText(one, other);
-    return order != 0 ? order < 0 : one < other;
-}
 
 } // namespace
 
@@ -40,7 +34,7 @@ std::vector<std::string> DatabaseNames(const char *extension, std::error_code *f
     if (failure) {
         *failure = error;
     }
-    std::ranges::sort(names, StandsBefore);
+    std::ranges::sort(names, NameStandsBefore);
     return names;
 }
 

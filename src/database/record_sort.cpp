@@ -126,16 +126,6 @@ int CompareFields(const DatabaseFields &one, const DatabaseFields &other, std::u
 
 } // namespace
 
-int CompareText(std::string_view one, std::string_view other) {
-    const std::size_t size = std::min(one.size(), other.size());
-    for (std::size_t at = 0; at < size; ++at) {
-        if (const int difference = FoldedAt(one, at) - FoldedAt(other, at)) {
-            return difference;
-        }
-    }
-    return (one.size() > other.size()) - (one.size() < other.size());
-}
-
 int CompareRecords(const DatabaseRecord &one, const DatabaseRecord &other, std::uint32_t mode) {
     const auto fields = RecordFields(one), otherFields = RecordFields(other);
     return fields && otherFields ? CompareFields(*fields, *otherFields, mode) : 0;

@@ -16,10 +16,6 @@ constexpr std::uint32_t SortBySource = 108;
 constexpr std::uint32_t SortByDate = 109;
 constexpr std::uint32_t SortByPosition = 110;
 
-// Below 0, 0 or above 0 as `one` stands in front of `other`, with it or behind it, by their bytes
-// with A to Z taken for small letters.
-int CompareText(std::string_view one, std::string_view other);
-
 // Below 0, 0 or above 0 as `one` stands in front of `other`, with it or behind it. Texts are
 // compared by their bytes with A to Z taken for small letters, positions as signed numbers; records
 // that are equal in what is sorted by stand in the order of their names. 0 when one of them is no

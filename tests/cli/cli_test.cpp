@@ -999,6 +999,7 @@ TEST(CliCommandLine, ShowsItsHelp) {
                                 "--paper SIZE",
                                 "settings WHAT [KEY [VALUE]]",
                                 "history",
+                                "colours FILE",
                                 "tip",
                                 "--yes",
                                 "--no",

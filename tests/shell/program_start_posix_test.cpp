@@ -37,6 +37,17 @@ TEST_F(ProgramStart, OnAnEmptyHomeItMakesItsFoldersAndKeepsItsSettings) {
     EXPECT_NE(Settings().find("\nShowWelcomeWizard = 1\n"), std::string::npos);
 }
 
+TEST_F(ProgramStart, TheColoursOfTheProgramBecomeTheUsersOnce) {
+    const std::string users = ".config/Quillbrook/Tonewright 17/TNWRGT.CCL";
+    RunProgram({WindowProgram()});
+    ASSERT_TRUE(home.Holds(users));
+    EXPECT_EQ(ReadTestText(home.File(users)), ReadTestText(SourceFile("resources/TNWRGT.CCL")));
+    EXPECT_NE(Settings().find("\nColourTableFile = TNWRGT.CCL\n"), std::string::npos);
+    WriteTestText(home.File(users), "mine=1,2,3\n");
+    RunProgram({WindowProgram()});
+    EXPECT_EQ(ReadTestText(home.File(users)), "mine=1,2,3\n");
+}
+
 TEST_F(ProgramStart, HelpAndVersionArePrintedWithoutADisplay) {
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     unsetenv("DISPLAY");

@@ -2,6 +2,7 @@
 // one another.
 #include "shell/view/application.h"
 
+#include "common/colour_table.h"
 #include "common/desktop.h"
 #include "common/folders.h"
 #include "common/platform.h"
@@ -132,6 +133,7 @@ int RunApplication(int argc, char **argv) {
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
+    InstallColourTable();
     const int exitCode = RunLoop(application, CommandLinePath(argc, argv));
     UnregisterToolTipClass();
     UndoEnd();

@@ -1,0 +1,91 @@
+// Tables of named colours where the disk is full and where a folder or file is closed.
+#include "common/colour_table.h"
+
+#include "common/folders.h"
+#include "common/settings.h"
+#include "support/posix_limits.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace tonewright {
+namespace {
+
+namespace fs = std::filesystem;
+
+ColourTable ThreeColours() {
+    ColourTable table;
+    ColourTableAdd(table, {"a", 0x030201});
+    ColourTableAdd(table, {"b", 0x060504});
+    ColourTableAdd(table, {"c", 0x090807});
+    return table; // each line has 8 bytes
+}
+
+TEST(ColourTableFaults, AFullDiskLeavesTheLinesThatHadRoomAndNoBackup) {
+    TempFolder folder;
+    const std::string path = folder.WriteText("t.ccl", "former=255,255,255\n");
+    folder.WriteText("t.ccl.bak", "former=255,255,255\n");
+    const ColourTable table = ThreeColours();
+    int saved = -1;
+    {
+        const FileSizeLimit limit(20);
+        saved = ColourTableSave(path.c_str(), &table);
+    }
+    EXPECT_EQ(saved, 0);
+    EXPECT_EQ(ReadTestText(path), "a=1,2,3\nb=4,5,6\nc=7,");
+    EXPECT_FALSE(folder.Holds("t.ccl.bak"));
+    EXPECT_EQ(ColourTableSave(path.c_str(), &table), 1);
+    EXPECT_EQ(ReadTestText(path), "a=1,2,3\nb=4,5,6\nc=7,8,9\n");
+}
+
+TEST(ColourTableFaults, AFileThatCannotBeOpenedForWritingStaysAsItIs) {
+    TempFolder folder;
+    fs::permissions(folder.path, fs::perms::all);
+    const std::string path = folder.WriteText("t.ccl", "former=255,255,255\n");
+    fs::permissions(path, fs::perms::owner_read | fs::perms::others_read);
+    RunUnprivileged([&] {
+        const ColourTable table = ThreeColours();
+        EXPECT_EQ(ColourTableSave(path.c_str(), &table), 0);
+        EXPECT_EQ(ColourTableSave(path.c_str(), nullptr), 0);
+    });
+    EXPECT_EQ(ReadTestText(path), "former=255,255,255\n");
+}
+
+TEST(ColourTableFaults, APipeInItsPlaceIsNoTable) {
+    TempFolder folder;
+    const std::string path = MakePipe(folder.File("t.ccl"));
+    ColourTable table = ThreeColours();
+    EXPECT_EQ(ColourTableSave(path.c_str(), &table), 0);
+    EXPECT_EQ(ColourTableLoad(path.c_str(), table), 0);
+    EXPECT_EQ(ListCount(table), 0);
+}
+
+TEST(ColourTableFaults, WhereTheProgramsTableCannotBeCopiedThereIsNone) {
+    TempFolder folder;
+    PlatformFolders = {
+        .applicationData = folder.Folder(), .documents = "", .pictures = "", .programs = ""};
+    ApplicationPath = folder.Folder();
+    folder.WriteText("TNWRGT.CCL", "a=1,2,3\nb=1,2,3\n");
+    const std::string users = folder.File("Quillbrook/Tonewright 17");
+    fs::create_directories(users);
+    {
+        const FileSizeLimit limit(10);
+        InstallColourTable();
+    }
+    EXPECT_TRUE(fs::is_empty(users));
+    for (const char *level : {"", "Quillbrook", "Quillbrook/Tonewright 17"}) {
+        fs::permissions(folder.path / level,
+                        fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
+    }
+    RunUnprivileged([&] {
+        InstallColourTable();
+        EXPECT_TRUE(fs::is_empty(users));
+    });
+    InstallColourTable();
+    EXPECT_EQ(ReadTestText(users + "/TNWRGT.CCL"), "a=1,2,3\nb=1,2,3\n");
+}
+
+} // namespace
+} // namespace tonewright
