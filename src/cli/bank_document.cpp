@@ -1,12 +1,12 @@
 // Opens and writes banks and single voices as documents.
 #include "cli/bank_document.h"
 
-#include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "common/file_time.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/voice_fault.h"

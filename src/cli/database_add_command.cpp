@@ -3,7 +3,6 @@
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/database_choice.h"
-#include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
@@ -13,6 +12,7 @@
 #include "common/open_file.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/document_file.h"
@@ -161,8 +161,7 @@ std::string FreeNameBeside(const std::string &path) {
     namespace fs = std::filesystem;
     std::error_code error;
     std::string name = path + ".former";
-    for (int number = 2; fs::exists(fs::symlink_status(PathOfUtf8(name.c_str()), error));
-         ++number) {
+    for (int number = 2; fs::exists(fs::symlink_status(PathOfUtf8(name), error)); ++number) {
         name = FormatText("%s.former%d", path.c_str(), number);
     }
     return name;
@@ -173,9 +172,9 @@ std::string FreeNameBeside(const std::string &path) {
 // stands in its place, or else under `left`.
 bool AddFirstInItsPlace(Catalogue &catalogue, int row, std::string &left) {
     std::error_code error;
-    const std::u8string target =
-        std::filesystem::canonical(PathOfUtf8(catalogue.chosen.path.c_str()), error).u8string();
-    const std::string path(target.begin(), target.end()), former = FreeNameBeside(path);
+    const std::string path =
+        Utf8OfPath(std::filesystem::canonical(PathOfUtf8(catalogue.chosen.path), error));
+    const std::string former = FreeNameBeside(path);
     if (error) {
         errno = error.value();
         return false;
@@ -257,8 +256,7 @@ bool AddVoices(Catalogue &catalogue, const char *file) {
 
 bool IsSameFile(const std::string &one, const std::string &other) {
     std::error_code error;
-    return one == other ||
-           std::filesystem::equivalent(PathOfUtf8(one.c_str()), PathOfUtf8(other.c_str()), error);
+    return one == other || std::filesystem::equivalent(PathOfUtf8(one), PathOfUtf8(other), error);
 }
 
 // Those of a run; what one file began with a catalogue counts for the next ones.

@@ -2,12 +2,12 @@
 #include "cli/database_choice.h"
 
 #include "cli/midi_session.h"
-#include "cli/paths.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
 #include "common/folders.h"
 #include "common/open_file.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "core/dispatch.h"
 #include "database/database_file.h"
 #include "database/record_sort.h"

@@ -3,12 +3,12 @@
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
 #include "cli/database_choice.h"
-#include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
 #include "common/folders.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "database/database_check.h"
@@ -107,7 +107,7 @@ int PutCatalogue(const std::string &name, const ChosenDatabase &catalogue) {
     };
     putOrNone(database != nullptr, database ? RecordsToLoad(*database) : 0);
     std::error_code error;
-    const auto size = std::filesystem::file_size(PathOfUtf8(catalogue.path.c_str()), error);
+    const auto size = std::filesystem::file_size(PathOfUtf8(catalogue.path), error);
     putOrNone(!error, size);
     Put(StandardOutput, FieldText(catalogue.path));
     Put(StandardOutput, '\n');

@@ -2,8 +2,8 @@
 // They go the way of the window's commands: the same functions, questions, backups.
 #include "cli/bank_document.h"
 #include "cli/cli_commands.h"
-#include "cli/paths.h"
 #include "cli/text_output.h"
+#include "common/utf8_path.h"
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "core/voice_file_reader.h"

@@ -3,10 +3,10 @@
 // what the other commands do.
 #include "cli/cli_commands.h"
 #include "cli/offscreen_toolkit.h"
-#include "cli/paths.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "shell/view/desktop_qt.h"
 #include "shell/view/window_picture.h"
 

@@ -4,6 +4,7 @@
 #include "common/file_bytes.h"
 #include "common/platform.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 
 #include <bit>
 #include <filesystem>
@@ -55,17 +56,15 @@ bool IsPlainName(std::string_view name) {
 // Lists a folder; one that is not there has no names. A folder that cannot be listed stays as it
 // is.
 void List(const std::string &path, ExistingFiles::Folder &folder) {
-    const char *shown = path.empty() ? "." : path.c_str();
     std::error_code error;
-    fs::directory_iterator entry(reinterpret_cast<const char8_t *>(shown), error);
+    fs::directory_iterator entry(PathOfUtf8(path.empty() ? "." : path), error);
     if (error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory) {
         folder.listed = true;
         return;
     }
     decltype(folder.names) names;
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const std::u8string name = entry->path().filename().u8string();
-        names.emplace(reinterpret_cast<const char *>(name.data()), name.size());
+        names.emplace(Utf8OfPath(entry->path().filename()));
     }
     if (!error) {
         folder.listed = true;

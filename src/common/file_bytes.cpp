@@ -2,6 +2,7 @@
 #include "common/file_bytes.h"
 
 #include "common/open_file.h"
+#include "common/utf8_path.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,10 +14,6 @@ namespace tonewright {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path PathOf(const char *utf8) {
-    return fs::path(reinterpret_cast<const char8_t *>(utf8));
-}
 
 // The entry of a folder that a path stands for: links on the way are followed, one at the end is an
 // entry of its own. Empty when the folder does not exist.
@@ -71,7 +68,7 @@ WriteOutcome WriteFileBytes(const char *path, std::span<const std::uint8_t> byte
 void DeleteWrittenFile(const char *path) {
     const int reason = errno;
     std::error_code error;
-    const fs::path target = fs::canonical(PathOf(path), error);
+    const fs::path target = fs::canonical(PathOfUtf8(path), error);
     if (!error && fs::is_regular_file(target, error)) {
         fs::remove(target, error);
     }
@@ -80,8 +77,8 @@ void DeleteWrittenFile(const char *path) {
 
 bool LeadsThrough(const char *path, const char *entry) {
     constexpr int linkLimit = 40; // as many as the system follows
-    const fs::path wanted = EntryOf(PathOf(entry));
-    fs::path followed = PathOf(path);
+    const fs::path wanted = EntryOf(PathOfUtf8(entry));
+    fs::path followed = PathOfUtf8(path);
     std::error_code error;
     for (int link = 0; link < linkLimit; ++link) {
         followed = EntryOf(followed);
@@ -98,8 +95,8 @@ bool LeadsThrough(const char *path, const char *entry) {
 }
 
 bool CopyFileTo(const char *from, const char *to) {
-    const fs::path source = PathOf(from);
-    const fs::path target = PathOf(to);
+    const fs::path source = PathOfUtf8(from);
+    const fs::path target = PathOfUtf8(to);
     if (LeadsThrough(from, to)) {
         return false;
     }
@@ -123,7 +120,7 @@ bool CopyFileTo(const char *from, const char *to) {
 
 bool FileExists(const char *path) {
     std::error_code error;
-    const fs::file_status status = fs::status(PathOf(path), error);
+    const fs::file_status status = fs::status(PathOfUtf8(path), error);
     return fs::exists(status) && !fs::is_directory(status);
 }
 

@@ -3,6 +3,7 @@
 
 #include "common/platform.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 
 #include <algorithm>
 #include <chrono>
@@ -72,8 +73,7 @@ std::string FormatTime(std::int64_t seconds, int flags) {
 
 std::int64_t ModificationTimeOrNow(const char *path) {
     std::error_code error;
-    const auto written =
-        std::filesystem::last_write_time(reinterpret_cast<const char8_t *>(path), error);
+    const auto written = std::filesystem::last_write_time(PathOfUtf8(path), error);
     if (error) {
         return static_cast<std::int64_t>(std::time(nullptr));
     }

@@ -3,6 +3,7 @@
 
 #include "common/platform.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 
 #include <filesystem>
 #include <system_error>
@@ -44,8 +45,7 @@ void AppendFolder(PathBuffer &path, const char *name) {
 void MakeFolder(const std::string &path) {
     std::error_code ignored;
     if (!path.empty()) {
-        std::filesystem::create_directories(reinterpret_cast<const char8_t *>(path.c_str()),
-                                            ignored);
+        std::filesystem::create_directories(PathOfUtf8(path), ignored);
     }
 }
 

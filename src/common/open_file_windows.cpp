@@ -1,6 +1,8 @@
 // Files on Windows, where only the wide functions take every path.
 #include "common/open_file.h"
 
+#include "common/utf8_path.h"
+
 #include <cerrno>
 #include <filesystem>
 #include <io.h>
@@ -9,16 +11,9 @@
 #include <windows.h>
 
 namespace tonewright {
-namespace {
-
-std::filesystem::path Wide(const char *path) {
-    return std::filesystem::path(reinterpret_cast<const char8_t *>(path));
-}
-
-} // namespace
 
 FilePointer OpenFile(const char *path, const char *mode) {
-    const std::filesystem::path wide = Wide(path);
+    const std::filesystem::path wide = PathOfUtf8(path);
     const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
     FilePointer file(_wfopen(wide.c_str(), wideMode.c_str()));
     if (file && GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file.get())))) !=
@@ -31,12 +26,12 @@ FilePointer OpenFile(const char *path, const char *mode) {
 
 // RenameOver keeps the users of the file that is replaced; a new file has those of its folder.
 FilePointer CreateFileLike(const char *path, const char *, NewFileUsers) {
-    return FilePointer(_wfopen(Wide(path).c_str(), L"wbx"));
+    return FilePointer(_wfopen(PathOfUtf8(path).c_str(), L"wbx"));
 }
 
 bool IsMoreThanItsName(const char *path) {
     std::error_code error;
-    const auto names = std::filesystem::hard_link_count(Wide(path), error);
+    const auto names = std::filesystem::hard_link_count(PathOfUtf8(path), error);
     return !error && names > 1;
 }
 
@@ -54,7 +49,7 @@ bool FlushToDisk(std::FILE *file) {
 }
 
 bool RenameOver(const char *from, const char *to) {
-    const std::filesystem::path target = Wide(to), source = Wide(from);
+    const std::filesystem::path target = PathOfUtf8(to), source = PathOfUtf8(from);
     if (ReplaceFileW(target.c_str(), source.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
                      nullptr, nullptr) != 0 ||
         MoveFileExW(source.c_str(), target.c_str(),

@@ -1,6 +1,8 @@
 // What is asked of the operating system directly, on Windows.
 #include "common/platform.h"
 
+#include "common/utf8_path.h"
+
 #include <windows.h>
 
 #include <filesystem>
@@ -55,9 +57,7 @@ void PlatformLetLongWritesFail() {} // no such signal here
 std::string PlatformExecutablePath() {
     wchar_t path[MAX_PATH + 1] = {};
     const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const auto utf8 =
-        std::filesystem::path(path, path + (length < MAX_PATH ? length : 0)).u8string();
-    return {utf8.begin(), utf8.end()};
+    return Utf8OfPath(std::filesystem::path(path, path + (length < MAX_PATH ? length : 0)));
 }
 
 std::vector<std::string> PlatformSystemConfigurationFolders() {

@@ -2,6 +2,7 @@
 #include "common/sound_file.h"
 
 #include "common/file_bytes.h"
+#include "common/utf8_path.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -99,7 +100,7 @@ std::optional<Sound> DecodeSound(std::span<const std::uint8_t> bytes) {
 
 std::optional<Sound> ReadSoundFile(const char *path) {
     std::error_code error;
-    const std::filesystem::path file(reinterpret_cast<const char8_t *>(path));
+    const std::filesystem::path file = PathOfUtf8(path);
     const auto size = std::filesystem::is_regular_file(file, error)
                           ? std::filesystem::file_size(file, error)
                           : SoundFileLimit + 1;

@@ -4,6 +4,7 @@
 #include "common/file_bytes.h"
 #include "common/open_file.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,15 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 using Bytes = std::span<const std::uint8_t>;
 
-fs::path PathOf(const std::string &utf8) {
-    return fs::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
-}
-
-std::string Utf8Of(const fs::path &path) {
-    const std::u8string utf8 = path.u8string();
-    return {utf8.begin(), utf8.end()};
-}
-
 bool FailFor(int reason) {
     errno = reason;
     return false;
@@ -37,7 +29,7 @@ bool FailFor(int reason) {
 
 fs::file_type TypeOf(const std::string &path) {
     std::error_code ignored;
-    return fs::symlink_status(PathOf(path), ignored).type();
+    return fs::symlink_status(PathOfUtf8(path), ignored).type();
 }
 
 WriteBytes PutBytes(Bytes bytes) {
@@ -114,7 +106,7 @@ bool IsForPlace(int reason) {
 void RemoveKeepingReason(const std::string &path) {
     const int reason = errno;
     std::error_code ignored;
-    fs::remove(PathOf(path), ignored);
+    fs::remove(PathOfUtf8(path), ignored);
     errno = reason;
 }
 
@@ -124,7 +116,7 @@ constexpr std::string_view EndBeside = ".new";
 std::string StartBeside(const fs::path &path) {
     // With number and end no longer than the 255 bytes that most file systems take.
     constexpr std::size_t longest = 230;
-    const std::string name = Utf8Of(path.filename());
+    const std::string name = Utf8OfPath(path.filename());
     return std::string(CutText(name, longest)) + ".";
 }
 
@@ -146,7 +138,7 @@ void RemoveLeftBeside(const fs::path &folder, std::string_view start) {
     while (!error && entry != fs::directory_iterator()) {
         const fs::path path = entry->path();
         std::error_code ignored;
-        if (IsNameBeside(Utf8Of(path.filename()), start) &&
+        if (IsNameBeside(Utf8OfPath(path.filename()), start) &&
             fs::is_regular_file(entry->symlink_status(ignored))) {
             const auto time = fs::last_write_time(path, ignored);
             if (!ignored && time < young) {
@@ -160,11 +152,12 @@ void RemoveLeftBeside(const fs::path &folder, std::string_view start) {
 // Brings a file beside `path` to the disk; its path, or nothing, with the reason in errno.
 std::optional<std::string> WriteBeside(const std::string &path, const WriteBytes &put,
                                        const std::string &model, NewFileUsers users) {
-    const fs::path folder = PathOf(path).parent_path();
-    const std::string start = StartBeside(PathOf(path));
+    const fs::path folder = PathOfUtf8(path).parent_path();
+    const std::string start = StartBeside(PathOfUtf8(path));
     RemoveLeftBeside(folder, start);
-    const std::string beside = Utf8Of(
-        folder / PathOf(start + std::to_string(std::random_device()()) + std::string(EndBeside)));
+    const std::string beside =
+        Utf8OfPath(folder / PathOfUtf8(start + std::to_string(std::random_device()()) +
+                                       std::string(EndBeside)));
     FilePointer file = CreateFileLike(beside.c_str(), model.c_str(), users);
     if (!file) {
         return std::nullopt;
@@ -185,7 +178,7 @@ std::optional<std::string> WriteBeside(const std::string &path, const WriteBytes
 // `path` is no link that is to be followed; `model` tells which users may use the new file.
 bool Replace(const std::string &path, const WriteBytes &put, const std::string &model,
              NewFileUsers users, const BeforeReplacing &before) {
-    if (PathOf(path).filename().empty()) {
+    if (PathOfUtf8(path).filename().empty()) {
         return FailFor(ENOENT);
     }
     const bool canBeWrittenInPlace = TypeOf(path) == fs::file_type::regular;
@@ -219,11 +212,11 @@ std::optional<fs::path> BehindLinks(fs::path path) {
 }
 
 bool WriteFileWhole(const char *path, const WriteBytes &write, const BeforeReplacing &before) {
-    const auto target = BehindLinks(PathOf(path));
+    const auto target = BehindLinks(PathOfUtf8(path));
     if (!target) {
         return FailFor(ELOOP);
     }
-    const std::string file = Utf8Of(*target);
+    const std::string file = Utf8OfPath(*target);
     if (TypeOf(file) != fs::file_type::not_found && !OpenFile(file.c_str(), "r+b")) {
         return false; // read-only, or no regular file
     }

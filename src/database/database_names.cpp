@@ -3,6 +3,7 @@
 
 #include "common/folders.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -19,13 +20,11 @@ constexpr std::u32string_view AllowedBesideLetters = U"$%'-_@~`!(){}^#&, ";
 std::vector<std::string> DatabaseNames(const char *extension, std::error_code *failure) {
     const std::string folder = DefaultDocumentsFolder();
     const std::string ending = std::string(".") + extension;
-    const char *listed = folder.empty() ? "." : folder.c_str();
     std::vector<std::string> names;
     std::error_code error;
-    fs::directory_iterator entry(reinterpret_cast<const char8_t *>(listed), error);
+    fs::directory_iterator entry(PathOfUtf8(folder.empty() ? "." : folder), error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const std::u8string bytes = entry->path().filename().u8string();
-        const std::string_view name(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+        const std::string name = Utf8OfPath(entry->path().filename());
         std::error_code unknown; // what it is
         if (name.ends_with(ending) && !name.starts_with('.') && entry->is_regular_file(unknown)) {
             names.emplace_back(name.substr(0, name.size() - ending.size()));

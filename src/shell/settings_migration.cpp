@@ -6,6 +6,7 @@
 #include "common/folders.h"
 #include "common/setting_rows.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "common/whole_file.h"
 #include "shell/single_setting.h"
 
@@ -17,10 +18,6 @@ namespace tonewright {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path PathOf(const std::string &utf8) {
-    return fs::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
-}
 
 // The version before this one.
 const Migration LastVersion = {
@@ -68,8 +65,7 @@ Copying CopyAsNew(const fs::path &from, const fs::path &to) {
     }
     const auto target = BehindLinks(to);
     const bool copied =
-        target && CopyFileWhole(reinterpret_cast<const char *>(from.u8string().c_str()),
-                                reinterpret_cast<const char *>(target->u8string().c_str()));
+        target && CopyFileWhole(Utf8OfPath(from).c_str(), Utf8OfPath(*target).c_str());
     return copied ? Copying::Done : Copying::Failed;
 }
 
@@ -78,8 +74,7 @@ bool CopyMatchingFiles(const std::string &pattern, const fs::path &from, const f
     std::error_code error;
     fs::directory_iterator entry(from, error);
     while (!error && entry != fs::directory_iterator()) {
-        const std::u8string utf8 = entry->path().filename().u8string();
-        const std::string name(utf8.begin(), utf8.end());
+        const std::string name = Utf8OfPath(entry->path().filename());
         std::error_code ignored;
         if (!name.starts_with('.') && MatchesPattern(name, pattern) &&
             entry->is_regular_file(ignored)) {
@@ -93,13 +88,13 @@ bool CopyMatchingFiles(const std::string &pattern, const fs::path &from, const f
 
 void CopySettings(const Migration &migration, const std::string &newPath,
                   const std::string &oldPath) {
-    const Copying settings = CopyAsNew(PathOf(oldPath), PathOf(newPath));
+    const Copying settings = CopyAsNew(PathOfUtf8(oldPath), PathOfUtf8(newPath));
     bool copied = settings != Copying::Failed;
     if (settings == Copying::Done) {
         copied = WriteSingleText(newPath.c_str(), migration.section, "ApplicationPath", "");
     }
-    const fs::path from = PathOf(UserFile(migration.oldFolder));
-    const fs::path to = PathOf(UserFile(migration.newFolder));
+    const fs::path from = PathOfUtf8(UserFile(migration.oldFolder));
+    const fs::path to = PathOfUtf8(UserFile(migration.newFolder));
     for (const std::string &pattern : SplitList(migration.patterns)) {
         copied = CopyMatchingFiles(pattern, from, to) && copied;
     }

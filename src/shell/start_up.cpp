@@ -4,6 +4,7 @@
 #include "common/folders.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "common/version.h"
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
@@ -12,7 +13,6 @@
 #include "shell/list_state.h"
 #include "shell/tips.h"
 
-#include <filesystem>
 #include <string_view>
 
 namespace tonewright {
@@ -35,13 +35,6 @@ constexpr int SmallestScreenWidth = 800;
 constexpr bool WizardBuilt = false;
 bool WizardWanted() {
     return WizardBuilt && ShowWelcomeWizard != 0;
-}
-
-std::string AbsolutePath(const std::string &path) {
-    std::error_code error;
-    const auto absolute =
-        std::filesystem::absolute(std::u8string(path.begin(), path.end()), error).u8string();
-    return error ? path : std::string(absolute.begin(), absolute.end());
 }
 
 } // namespace
