@@ -4,6 +4,7 @@
 #include "common/text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <utility>
 
@@ -23,6 +24,7 @@ void FillBuffer(LineReader &reader) {
                                        BufferSize - reader.end, reader.file.get());
     reader.end += got;
     reader.fileEnded = reader.end < BufferSize;
+    reader.error = std::ferror(reader.file.get()) != 0 ? errno : 0;
 }
 
 } // namespace

@@ -17,6 +17,7 @@ struct LineReader {
     std::vector<char> buffer;
     std::size_t start = 0, end = 0; // of what waits in the buffer
     bool fileEnded = false;
+    int error = 0;                 // why the rest of the file could not be read, as errno tells it
     std::size_t limit = LineLimit; // bytes that are read as one line
 };
 
@@ -28,7 +29,7 @@ LineReader LinesOf(std::string_view text);
 
 // The next line with its line feed, valid until the next call. A line that is longer than the limit
 // ends there, in front of a character that does not fit whole, and its rest is the next line. False
-// at the end of the file.
+// at the end of the file, and behind what could be read of it when `error` says why it was not all.
 bool NextLine(LineReader &reader, std::string_view &line);
 
 // Passes over lines that are a line feed alone, as many as wait in the buffer: a file of millions

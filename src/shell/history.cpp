@@ -9,10 +9,12 @@
 #include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "common/whole_file.h"
 #include "core/synth_driver.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <ctime>
 #include <filesystem>
 #include <system_error>
@@ -32,7 +34,7 @@ bool Used = false;        // an entry has been added, though it may be gone agai
 bool HasFolder(const std::string &path) {
     namespace fs = std::filesystem;
     std::error_code ignored;
-    const fs::path file(reinterpret_cast<const char8_t *>(path.c_str()));
+    const fs::path file = PathOfUtf8(path);
     return fs::status(file.parent_path(), ignored).type() != fs::file_type::not_found;
 }
 
@@ -154,7 +156,8 @@ bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEnt
         return false;
     }
     ReadHistoryLines(*reader, use);
-    return true;
+    errno = reader->error;
+    return reader->error == 0;
 }
 
 std::string HistoryFilePath() {

@@ -64,7 +64,8 @@ std::string HistoryFilePath();
 // Hands over the entries of a history file in the order of its lines, without looking at the
 // documents.
 void ReadHistoryLines(LineReader &lines, const std::function<void(const HistoryEntry &)> &use);
-// The same of any file. False when it cannot be opened.
+// The same of any file. False, the reason in errno, when it cannot be opened or read to its
+// end.
 bool ReadHistoryFile(const char *path, const std::function<void(const HistoryEntry &)> &use);
 
 } // namespace tonewright

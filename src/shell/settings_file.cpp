@@ -9,6 +9,7 @@
 #include "common/settings.h"
 #include "common/strings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "common/version.h"
 #include "common/whole_file.h"
 #include "shell/setting_line.h"
@@ -138,6 +139,10 @@ std::optional<std::string> LinesOfChosen(const SettingsList &list, const ConfigK
         ReadEachLine(list, *reader, [&](const ConfigKey &row, std::string_view value) {
             place(row) = LineOfValue(row, value);
         });
+        if (reader->error != 0) {
+            errno = reader->error;
+            return std::nullopt;
+        }
     } else if (errno != ENOENT) {
         return std::nullopt;
     }
@@ -163,10 +168,6 @@ std::string HeadOf(const SettingsList &list) {
     return PlatformLines(heading) + SectionLineOf(list);
 }
 
-std::filesystem::path PathOf(const std::string &utf8) {
-    return std::filesystem::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
-}
-
 // `copy` becomes a copy of `path`, if there is such a file. (Paths that were cut at their limit can
 // be the same.)
 bool KeepAs(const std::string &path, const std::string &copy) {
@@ -178,7 +179,7 @@ constexpr std::size_t ComparedSize = 64 * 1024 * 1024; // bytes from the start o
 // True when these are two files that can be read and hold the same.
 bool AreEqual(const std::string &one, const std::string &other) {
     std::error_code error;
-    if (std::filesystem::equivalent(PathOf(one), PathOf(other), error)) {
+    if (std::filesystem::equivalent(PathOfUtf8(one), PathOfUtf8(other), error)) {
         return false;
     }
     const auto bytes = ReadFileBytes(one.c_str(), ComparedSize);
@@ -260,7 +261,8 @@ int ReadSettingsFile(const SettingsList &list, const char *path,
         return 0;
     }
     ReadSettingsLines(list, *reader, takes);
-    return 1;
+    errno = reader->error;
+    return reader->error == 0;
 }
 
 void ReadSettingsLines(const SettingsList &list, LineReader &lines,

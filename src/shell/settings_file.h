@@ -29,7 +29,7 @@ std::string SettingsFilePath(const SettingsList &list);
 void ConfigRead();
 void ConfigRead(SettingsWritten written);
 // Fills the settings of one list from any regular file; with `takes`, only those whose rows it is
-// true of. 0 when the file cannot be opened, else 1.
+// true of. 0, the reason in errno, when the file cannot be opened or read to its end, else 1.
 //
 // A line is a name, a run of blanks and equal signs, and a value that ends at the first control
 // character. A name may be shortened: the first row that begins with it is meant, so that an empty

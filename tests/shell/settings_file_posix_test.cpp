@@ -251,6 +251,13 @@ TEST_F(SettingsFileObstacles, ExtrasThatCannotBeReadAreNotWrittenOver) {
     EXPECT_EQ(ReadTestText(extras), "WholeDetune = 1\n");
 }
 
+TEST_F(SettingsFileObstacles, AFileThatCannotBeReadToItsEndIsToldFromAWholeOne) {
+    errno = 0;
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, "/proc/self/mem"), 0); // nobody reads its start
+    EXPECT_EQ(errno, EIO);
+    EXPECT_EQ(ReadSettingsFile(ProgramSettings, temp.WriteText("empty", "").c_str()), 1);
+}
+
 TEST_F(SettingsFileObstacles, ASystemsFileThatMayNotBeReadOrIsAPipeDoesNoHarm) {
     WriteSystemExtras("CarefulMode = 1\n");
     WriteSystemExtras("WholeDetune = 1\n");

@@ -103,8 +103,9 @@ int ReadCrgFile(const char *path, SynthConfigBlock &block, std::vector<std::stri
     if (!reader) {
         return 0;
     }
-    if (!ReadCrgLines(*reader, block, missing)) {
-        errno = EINVAL;
+    if (!ReadCrgLines(*reader, block, missing) || reader->error != 0) {
+        errno = reader->error != 0 ? reader->error : EINVAL;
+        block = {};
         return 0;
     }
     return 1;

@@ -32,8 +32,9 @@ int WriteCrgFile(const char *path, const SynthConfigBlock &block);
 bool ReadCrgLines(LineReader &reader, SynthConfigBlock &block, std::vector<std::string> *missing);
 // Clears the block, driver and ports included, and reads the settings into it. A number is read as
 // atoi does, and its low eight bits count. A file without a line is one of zeros. 0, the reason in
-// errno and the block cleared, when the file cannot be opened, or its first line is another one
-// (EINVAL). `missing`, which may be null, becomes the keys that were not in it, without colons.
+// errno and the block cleared, when the file cannot be opened or read to its end, or its first line
+// is another one (EINVAL). `missing`, which may be null, becomes the keys that were not in it,
+// without colons.
 int ReadCrgFile(const char *path, SynthConfigBlock &block,
                 std::vector<std::string> *missing = nullptr);
 

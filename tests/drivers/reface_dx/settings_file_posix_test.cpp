@@ -51,6 +51,15 @@ TEST_F(SavedSettings, OnAFullDiskLeaveNoCutFileButTheBackup) {
     EXPECT_EQ(desktop.configurationsSaved, 0);
 }
 
+TEST_F(SavedSettings, ThatCannotBeReadToTheirEndAreNotTaken) {
+    block.system[0] = 5;
+    errno = 0;
+    EXPECT_EQ(ReadCrgFile("/proc/self/mem", block), 0); // a file whose start nobody can read
+    EXPECT_EQ(errno, EIO);
+    EXPECT_EQ(block.system[0], 0);
+    EXPECT_EQ(ReadCrgFile(folder.WriteText("empty.crg", "").c_str(), block), 1);
+}
+
 TEST_F(SavedSettings, OnAFullDiskKeepTheFormerFileInCarefulMode) {
     CreateBackups = 0;
     CarefulMode = 1;
