@@ -55,21 +55,6 @@ protected:
         WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), text);
     }
 
-    static void ExpectOutput(std::vector<std::string> arguments, const std::string &output,
-                             int status = 0) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, status);
-        EXPECT_EQ(result.output, output);
-        EXPECT_EQ(result.errors, "");
-    }
-    static void ExpectFailure(std::vector<std::string> arguments, const std::string &reason,
-                              int status = 1) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, status) << reason;
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
-    }
-
     TempFolder home;
 };
 

@@ -98,27 +98,6 @@ protected:
         setenv("TONEWRIGHT_INSTRUMENTS", "1", 1);
     }
 
-    // A call that succeeds and says nothing.
-    static void ExpectDone(std::vector<std::string> arguments) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, 0);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "");
-    }
-    static void ExpectOutput(std::vector<std::string> arguments, const std::string &output) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, 0);
-        EXPECT_EQ(result.output, output);
-        EXPECT_EQ(result.errors, "");
-    }
-    // A call that fails, prints nothing and explains itself so.
-    static void ExpectFailure(std::vector<std::string> arguments, const std::string &reason,
-                              int status = 1) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, status) << reason;
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
-    }
     void WriteSettings(const std::string &text) const {
         std::filesystem::create_directories(folder.path / ".config/Quillbrook");
         WriteTestText(folder.File(".config/Quillbrook/Tonewright 17.ini"), text);

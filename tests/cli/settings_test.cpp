@@ -20,18 +20,9 @@ protected:
         setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
     }
 
-    static void ExpectOutput(std::vector<std::string> arguments, const std::string &output) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, 0);
-        EXPECT_EQ(result.output, output);
-        EXPECT_EQ(result.errors, "");
-    }
     // A call that is refused with these words and writes nothing.
-    void ExpectRefused(std::vector<std::string> arguments, const std::string &reason) {
-        const auto result = Cli(std::move(arguments));
-        EXPECT_EQ(result.exitStatus, 2) << reason;
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors, "tonewright-cli: " + reason + "\n");
+    void ExpectRefused(const std::vector<std::string> &arguments, const std::string &reason) {
+        ExpectFailure(arguments, reason, 2);
         EXPECT_FALSE(home.Holds(".config/Quillbrook"));
     }
     std::string IniPath() const { return home.File(".config/Quillbrook/Tonewright 17.ini"); }

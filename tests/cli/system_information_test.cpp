@@ -36,6 +36,18 @@ TEST(CliSystemInformation, PrintsLabelTabAndValueOfWhatIsKnownWithoutAWindow) {
     }
 }
 
+TEST(CliSystemInformation, PrintsNoControlCharacterOfAName) {
+    const TempFolder home;
+    const std::string folder = home.File("a\xC2\x9B"
+                                         "2J\tb\xC3\xA9");
+    std::filesystem::create_directory(folder);
+    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+    const ProgramResult result = Cli({"system-information"});
+    EXPECT_NE(result.output.find("Configuration folder:\t" + home.File("a?2J?b\xC3\xA9\n")),
+              std::string::npos);
+    EXPECT_EQ(result.output.find("\xC2\x9B"), std::string::npos);
+}
+
 TEST(CliSystemInformation, TakesNoArguments) {
     EXPECT_EQ(Cli({"system-information", "x"}).exitStatus, 2);
     EXPECT_EQ(Cli({"system-information", "--yes"}).exitStatus, 2);
