@@ -174,9 +174,15 @@ void SaveConfiguration() {
     }
 }
 
-void ShowHelp(QWidget *owner, const std::string &topic) {
+void ShowHelp(QWidget *owner, ReferenceTopic topic) {
     if (TheDesktop.ShowHelp) {
         TheDesktop.ShowHelp(owner, topic);
+    }
+}
+
+void PutClipboardText(const std::string &text) {
+    if (TheDesktop.PutClipboardText) {
+        TheDesktop.PutClipboardText(text);
     }
 }
 

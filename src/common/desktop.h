@@ -4,6 +4,8 @@
 // are UTF-8.
 #pragma once
 
+#include "common/reference_topic.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -112,13 +114,13 @@ struct Desktop {
     std::function<bool(const std::string &program, const std::string &address, bool maximised)>
         OpenAddress;
     // The help page at a topic: what the Help button of a window opens.
-    std::function<void(QWidget *owner, const std::string &topic)> ShowHelp;
+    std::function<void(QWidget *owner, ReferenceTopic topic)> ShowHelp;
     std::function<bool(const std::string &path)> MoveToTrash;
 
     // Clipboard: a whole voice block under the program's own type, and its name as plain text.
     std::function<bool(std::span<const std::uint8_t> block, const std::string &name)> PutClipboard;
     // Plain text, UTF-8.
-    std::function<bool(const std::string &text)> PutClipboardText;
+    std::function<void(const std::string &text)> PutClipboardText;
     // True while something lies there under the program's own type.
     std::function<bool()> ClipboardHasVoice;
     // The block on the clipboard as it lies there; nothing while there is none.
@@ -174,7 +176,9 @@ std::optional<std::string> ChooseSaveExtraFile(QWidget *, const std::string &pat
 
 void SaveConfiguration();
 
-void ShowHelp(QWidget *owner, const std::string &topic);
+void ShowHelp(QWidget *owner, ReferenceTopic topic);
+
+void PutClipboardText(const std::string &text);
 
 void Beep();
 

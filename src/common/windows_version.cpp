@@ -51,8 +51,7 @@ std::string ValueOf(std::string_view text, std::string_view name) {
 } // namespace
 
 bool IsWindows10OrLater() {
-    const int generation = WindowsName(nullptr);
-    return generation == Windows10 || generation == Windows11;
+    return WindowsVersionAtLeast(10, 0, 0);
 }
 
 bool IsVersionAtLeast(const WindowsVersion &version, const WindowsVersion &asked) {

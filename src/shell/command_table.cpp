@@ -70,10 +70,7 @@ constexpr CommandRow CommandTable[] = {
      .key = "Ctrl+Z",
      .allowed = CommandRule::UndoLevelThere,
      .run = RunUndo},
-    {.id = CommandEdit,
-     .contextLabel = "Edit",
-     .contextNamedLabel = "Edit %s",
-     .run = RunEdit},
+    {.id = CommandEdit, .contextLabel = "Edit", .contextNamedLabel = "Edit %s", .run = RunEdit},
     {.id = CommandUploadVoice,
      .contextLabel = "Upload to synthesizer",
      .contextNamedLabel = "Upload %s to synthesizer",
@@ -226,7 +223,8 @@ static_assert(std::ranges::all_of(CommandTable, EntriesHaveLabels));
 // A separator needs its entry, a text for the key its key, and what an entry shows the menu that
 // shows it. A command that toggles a setting does nothing else.
 constexpr bool PartsHaveTheirEntry(const CommandRow &row) {
-    return (row.label || (!row.menuGap && !row.key && !row.hint && !row.topic && !row.toggles)) &&
+    return (row.label ||
+            (!row.menuGap && !row.key && !row.hint && !row.topic.name && !row.toggles)) &&
            (row.key || !row.shownKey) && (row.contextLabel || !row.contextGap) &&
            (!row.toggles || !row.run);
 }

@@ -4,6 +4,7 @@
 // shell/show_document.h.
 #pragma once
 
+#include "common/reference_topic.h"
 #include "common/settings.h"
 #include "shell/command_state.h"
 
@@ -25,7 +26,7 @@ struct CommandRow {
     const char *key = nullptr;      // "Ctrl+S"
     const char *shownKey = nullptr; // what the menu shows when that is not the key
     const char *hint = nullptr;     // in the status bar while the entry is highlighted
-    const char *topic = nullptr;    // of the reference page: F1 on the highlighted entry opens it
+    ReferenceTopic topic = {};      // of the reference page: F1 on the highlighted entry opens it
     // The entry has a check mark, which is there while the setting is not 0.
     BoolSettingValue *toggles = nullptr;
     // Context menu; null: not there.

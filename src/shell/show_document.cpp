@@ -9,6 +9,7 @@
 #include "shell/shell_window.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace tonewright {
 namespace {
@@ -49,6 +50,16 @@ bool OpenWithSomeBrowser(const std::string &address, bool maximised) {
     return false;
 }
 
+// The reference page at the place that has the name in capitals.
+int ShowReference(QWidget *window, std::string_view name) {
+    std::string fragment = "#";
+    for (const char character : name) {
+        fragment += character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                                         : character;
+    }
+    return ShowDocument(window, ApplicationPath + "html/referenc.html", fragment, false);
+}
+
 } // namespace
 
 std::string DocumentAddress(const std::string &path, const std::string &fragment) {
@@ -71,13 +82,13 @@ int ShowDocument(QWidget *window, const std::string &path, const std::string &fr
     return 0;
 }
 
-int ShowHelpTopic(QWidget *window, const std::string &topic) {
-    std::string fragment = "#";
-    for (const char character : topic) {
-        fragment += character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
-                                                         : character;
-    }
-    return ShowDocument(window, ApplicationPath + "html/referenc.html", fragment, false);
+int ShowHelpTopic(QWidget *window, ReferenceTopic topic) {
+    return ShowReference(window, topic.name);
+}
+
+int ShowSettingHelp(QWidget *window, const ConfigKey *setting) {
+    return setting ? ShowReference(window, std::string("SETUP_") + setting->name)
+                   : ShowHelpTopic(window, "SETUP");
 }
 
 int RunManual() {

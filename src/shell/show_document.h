@@ -2,6 +2,9 @@
 // program and the machine.
 #pragma once
 
+#include "common/reference_topic.h"
+#include "common/setting_rows.h"
+
 #include <string>
 
 class QWidget;
@@ -18,8 +21,10 @@ std::string DocumentAddress(const std::string &path, const std::string &fragment
 int ShowDocument(QWidget *window, const std::string &path, const std::string &fragment,
                  bool maximised);
 
-// The reference page at a topic, in any case of letters.
-int ShowHelpTopic(QWidget *window, const std::string &topic);
+// The reference page at a topic.
+int ShowHelpTopic(QWidget *window, ReferenceTopic topic);
+// The same at what it says of a setting; of null, at what it says of them all.
+int ShowSettingHelp(QWidget *window, const ConfigKey *setting);
 
 int RunManual();
 int RunHelp();

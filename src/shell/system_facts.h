@@ -17,7 +17,6 @@ struct DisplayFacts {
     int screenWidth = 0, screenHeight = 0; // pixels
     int bitsPerPixel = 0;
     int monitors = 0;
-    int mouseButtons = 0;
     std::optional<bool> mouseWheel = {};
 };
 
@@ -55,6 +54,7 @@ struct SystemFacts {
     std::string system; // name and version
     std::string build;
     DisplayFacts display = {};
+    int mouseButtons = 0;
     std::optional<bool> mouseButtonsSwapped = {}, network = {}, lowEndProcessor = {}, tabletPc = {};
     std::optional<MemoryFacts> memory = {};
     // Beside those of PlatformFolders.
@@ -77,5 +77,7 @@ std::vector<VolumeFacts> VolumesIn(std::string_view mounts);
 // The registers eax, ebx, ecx and edx that the instruction CPUID leaves for a function.
 using CpuidRegisters = std::array<std::uint32_t, 4>;
 ProcessorFacts ProcessorOf(const std::function<CpuidRegisters(std::uint32_t function)> &cpuid);
+// Of the processor that runs the program.
+std::optional<ProcessorFacts> ReadProcessorFacts();
 
 } // namespace tonewright

@@ -3,10 +3,6 @@
 #include "common/windows_version.h"
 #include "shell/system_facts.h"
 
-#if defined(__x86_64__) || defined(__i386__)
-#include <cpuid.h>
-#endif
-
 namespace tonewright {
 namespace {
 
@@ -18,18 +14,6 @@ std::string TextOf(const char *path) {
     return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
 }
 
-std::optional<ProcessorFacts> Processor() {
-#if defined(__x86_64__) || defined(__i386__)
-    return ProcessorOf([](std::uint32_t function) {
-        CpuidRegisters registers = {};
-        __cpuid(function, registers[0], registers[1], registers[2], registers[3]);
-        return registers;
-    });
-#else
-    return std::nullopt;
-#endif
-}
-
 } // namespace
 
 SystemFacts ReadSystemFacts() {
@@ -38,7 +22,7 @@ SystemFacts ReadSystemFacts() {
     facts.build = SystemBuild();
     facts.memory = MemoryIn(TextOf("/proc/meminfo"));
     facts.volumes = VolumesIn(TextOf("/proc/self/mounts"));
-    facts.processor = Processor();
+    facts.processor = ReadProcessorFacts();
     return facts;
 }
 

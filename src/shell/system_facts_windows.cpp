@@ -1,16 +1,11 @@
 // The facts of a machine with Windows.
+#include "common/utf8_path.h"
 #include "common/windows_version.h"
 #include "shell/system_facts.h"
 
 #include <windows.h>
 
 #include <shlobj.h>
-
-#include <filesystem>
-
-#if defined(__x86_64__) || defined(__i386__)
-#include <cpuid.h>
-#endif
 
 namespace tonewright {
 namespace {
@@ -24,8 +19,7 @@ std::string Folder(int number) {
     if (SHGetFolderPathW(nullptr, number, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK) {
         return "";
     }
-    const std::u8string text = std::filesystem::path(path).u8string();
-    return {text.begin(), text.end()};
+    return Utf8OfPath(path);
 }
 
 std::optional<MemoryFacts> Memory() {
@@ -84,18 +78,6 @@ std::vector<VolumeFacts> Volumes() {
     return volumes;
 }
 
-std::optional<ProcessorFacts> Processor() {
-#if defined(__x86_64__) || defined(__i386__)
-    return ProcessorOf([](std::uint32_t function) {
-        CpuidRegisters registers = {};
-        __cpuid(function, registers[0], registers[1], registers[2], registers[3]);
-        return registers;
-    });
-#else
-    return std::nullopt;
-#endif
-}
-
 } // namespace
 
 SystemFacts ReadSystemFacts() {
@@ -103,6 +85,7 @@ SystemFacts ReadSystemFacts() {
     SystemFacts facts;
     WindowsName(&facts.system);
     facts.build = SystemBuild();
+    facts.mouseButtons = GetSystemMetrics(SM_CMOUSEBUTTONS);
     facts.mouseButtonsSwapped = IsMetricSet(SM_SWAPBUTTON);
     facts.network = IsMetricSet(SM_NETWORK, NetworkIsThere);
     facts.lowEndProcessor = IsMetricSet(SM_SLOWMACHINE);
@@ -113,7 +96,7 @@ SystemFacts ReadSystemFacts() {
     facts.startUpFolder = Folder(CSIDL_STARTUP);
     facts.rawVersion = RawVersion();
     facts.volumes = Volumes();
-    facts.processor = Processor();
+    facts.processor = ReadProcessorFacts();
     return facts;
 }
 

@@ -6,6 +6,7 @@
 #include "common/settings.h"
 #include "common/strings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "common/version.h"
 #include "shell/settings_file.h"
 
@@ -49,8 +50,7 @@ struct ReportLines {
     }
     void Folder(const char *label, const std::string &path) {
         std::error_code ignored;
-        if (std::filesystem::is_directory(reinterpret_cast<const char8_t *>(path.c_str()),
-                                          ignored)) {
+        if (std::filesystem::is_directory(PathOfUtf8(path), ignored)) {
             Text(label, path);
         }
     }
@@ -65,7 +65,7 @@ void AddDisplay(ReportLines &report, const SystemFacts &facts) {
         report.Text("Screen colors", std::string(FormatThousands(1u << bits)) + " colors");
     }
     report.KnownNumber("Monitors", display.monitors);
-    report.KnownNumber("Mouse buttons", display.mouseButtons);
+    report.KnownNumber("Mouse buttons", facts.mouseButtons);
     report.YesOrNo("Mouse wheel", display.mouseWheel);
     report.YesOrNo("Mouse buttons swapped", facts.mouseButtonsSwapped);
 }

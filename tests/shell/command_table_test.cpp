@@ -134,7 +134,7 @@ TEST_F(CommandTest, AnExtraIsAnEntryOfItsMenuAloneWithACheckMarkAHintAndATopic) 
         const bool extra = row.menu == Menu::Extras;
         EXPECT_EQ(row.hint != nullptr, extra) << row.id;
         // A box without a button for help has its topic at its entry too.
-        EXPECT_EQ(row.topic != nullptr, extra || row.id == CommandSystemInformation) << row.id;
+        EXPECT_EQ(row.topic.name != nullptr, extra || row.id == CommandSystemInformation) << row.id;
         EXPECT_EQ(row.id > 40000, extra) << row.id;
     }
 }

@@ -1,4 +1,5 @@
 // The help pages have an entry for every topic that a window of the program asks for.
+#include "common/reference_topic.h"
 #include "common/setting_rows.h"
 #include "drivers/reface_dx/settings.h"
 #include "shell/command_table.h"
@@ -20,12 +21,6 @@ namespace {
 
 const std::string HtmlFolder = tonewright::SourceFile("resources/html/");
 
-// What the Help buttons and the help key of the windows open.
-constexpr std::string_view WindowTopics[] = {
-    "INDEX",    "SELECT",   "COMMUNICATING", "AUDITION", "CONFIGURE", "VOICEEDIT",
-    "DATABASE", "EXIFEDIT", "SETUP",         "THEME",    "COLORS",
-};
-
 // "SETUP_" and the name in capitals, of every setting that has the number of a control.
 std::vector<std::string> SettingTopics() {
     std::vector<std::string> topics;
@@ -43,8 +38,8 @@ std::vector<std::string> SettingTopics() {
 std::vector<std::string> MenuTopics() {
     std::vector<std::string> topics = {"EXTRAS"};
     for (const tonewright::CommandRow &row : tonewright::Commands()) {
-        if (row.topic) {
-            topics.push_back(row.topic);
+        if (row.topic.name) {
+            topics.push_back(row.topic.name);
         }
     }
     return topics;
@@ -121,7 +116,7 @@ constexpr std::size_t ShortestUsefulParagraph = 60;
 
 TEST(HelpPages, EveryWindowThatOffersHelpHasAParagraph) {
     const std::string page = ReadPage("referenc.html");
-    for (const auto topic : WindowTopics) {
+    for (const auto topic : tonewright::ReferenceTopics) {
         EXPECT_GE(FirstParagraph(page, topic).size(), ShortestUsefulParagraph) << topic;
     }
 }
@@ -144,7 +139,7 @@ TEST(HelpPages, EveryEntryOfAMenuWithATopicHasAParagraphThatNamesIt) {
         if (row.toggles) {
             std::string label = row.label;
             std::erase(label, '&');
-            EXPECT_NE(Words(page, row.topic).find(label), std::string::npos) << label;
+            EXPECT_NE(Words(page, row.topic.name).find(label), std::string::npos) << label;
         }
     }
 }

@@ -112,9 +112,15 @@ TEST_F(Documents, AMessageFollowsWhenNothingStarts) {
 
 TEST_F(Documents, HelpTopicsAreFragmentsInCapitals) {
     working = Browsers()[0];
-    EXPECT_EQ(ShowHelpTopic(nullptr, "Voice edit"), 1);
+    EXPECT_EQ(ShowHelpTopic(nullptr, "VOICEEDIT"), 1);
+    EXPECT_EQ(ShowSettingHelp(nullptr, nullptr), 1);
+    ConfigKey setting = ProgramSettings.rows[0];
+    setting.name = "Tip Font";
+    EXPECT_EQ(ShowSettingHelp(nullptr, &setting), 1);
     EXPECT_EQ(RunCommand(CommandHelp), 1);
-    EXPECT_EQ(addresses, (Strings{"file:////program/html/referenc.html#VOICE%20EDIT",
+    EXPECT_EQ(addresses, (Strings{"file:////program/html/referenc.html#VOICEEDIT",
+                                  "file:////program/html/referenc.html#SETUP",
+                                  "file:////program/html/referenc.html#SETUP_TIP%20FONT",
                                   "file:////program/html/referenc.html#INDEX"}));
 }
 

@@ -93,7 +93,7 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 return addressesOpen;
             },
         .ShowHelp = [this](QWidget *,
-                           const std::string &topic) { helpTopics.push_back(topic); },
+                           ReferenceTopic topic) { helpTopics.emplace_back(topic.name); },
         .MoveToTrash =
             [this](const std::string &path) {
                 trashed.push_back(path);
@@ -107,11 +107,7 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
                 }
                 return clipboardWorks;
             },
-        .PutClipboardText =
-            [this](const std::string &text) {
-                clipboardTexts.push_back(text);
-                return true;
-            },
+        .PutClipboardText = [this](const std::string &text) { clipboardTexts.push_back(text); },
         .ClipboardHasVoice = [this] { return clipboard.has_value(); },
         .TakeClipboard = [this] { return clipboard; },
         .PlaySoundFile =

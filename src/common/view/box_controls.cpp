@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 
 namespace tonewright {
 namespace {
@@ -39,7 +40,7 @@ public:
 
 } // namespace
 
-void SetUpBoxControls(QDialog &box, const char *helpTopic) {
+void SetUpBoxControls(QDialog &box, ReferenceTopic helpTopic) {
     const QSize pictureSize(ThemeGetMetric(MetricPictureWidth),
                             ThemeGetMetric(MetricPictureHeight));
     ControlOf<QLabel>(&box, Picture)
@@ -55,8 +56,9 @@ void SetUpBoxControls(QDialog &box, const char *helpTopic) {
     if (auto *reject = ControlOf<QPushButton>(&box, RejectButton)) {
         QObject::connect(reject, &QPushButton::clicked, &box, &QDialog::reject);
     }
-    QObject::connect(ControlOf<QPushButton>(&box, HelpButton), &QPushButton::clicked, &box,
-                     [&box, helpTopic] { ShowHelp(&box, helpTopic); });
+    const auto help = [&box, helpTopic] { ShowHelp(&box, helpTopic); };
+    QObject::connect(ControlOf<QPushButton>(&box, HelpButton), &QPushButton::clicked, &box, help);
+    QObject::connect(new QShortcut(Qt::Key_F1, &box), &QShortcut::activated, &box, help);
     accept->setFocus();
 }
 

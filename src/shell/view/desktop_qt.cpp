@@ -224,9 +224,8 @@ bool PutClipboard(std::span<const std::uint8_t> block, const std::string &name) 
     return true;
 }
 
-bool PutClipboardText(const std::string &text) {
+void PutTextOnClipboard(const std::string &text) {
     QGuiApplication::clipboard()->setText(QString::fromStdString(text));
-    return true;
 }
 
 // What lies on the clipboard, when that is a voice block; else null.
@@ -275,10 +274,10 @@ void UseQtDesktop() {
         .ChooseSaveExtraFile = ChooseFile<FileDialogKind::SaveExtra>,
         .SaveConfiguration = [] { ConfigWrite(); },
         .OpenAddress = OpenAddress,
-        .ShowHelp = [](QWidget *owner, const std::string &topic) { ShowHelpTopic(owner, topic); },
+        .ShowHelp = [](QWidget *owner, ReferenceTopic topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash = MoveToTrash,
         .PutClipboard = PutClipboard,
-        .PutClipboardText = PutClipboardText,
+        .PutClipboardText = PutTextOnClipboard,
         .ClipboardHasVoice = ClipboardHasVoice,
         .TakeClipboard = TakeClipboard,
         .PlaySoundFile = [](const std::string &path) { return PlaySoundFile(path.c_str()); },

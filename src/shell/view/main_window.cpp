@@ -335,7 +335,7 @@ bool MainWindow::eventFilter(QObject *object, QEvent *event) {
     }
     const auto chosen = std::ranges::find_if(
         actions, [menu](const auto &entry) { return entry.second == menu->activeAction(); });
-    if (chosen == actions.end() || !CommandOf(chosen->first)->topic) {
+    if (chosen == actions.end() || !CommandOf(chosen->first)->topic.name) {
         return false;
     }
     while (QWidget *popup = QApplication::activePopupWidget()) {

@@ -374,13 +374,13 @@ void ConnectKeyControls(QWidget *page, std::span<const ConfigKey> keys) {
     }
 }
 
-std::string HelpTopicOf(const QWidget *control, std::span<const ConfigKey> keys) {
+const ConfigKey *SettingOf(const QWidget *control, std::span<const ConfigKey> keys) {
     for (const ConfigKey &key : keys) {
         if (control && key.control != 0 && control->objectName() == ControlName(key.control)) {
-            return std::string("SETUP_") + key.name;
+            return &key;
         }
     }
-    return "SETUP";
+    return nullptr;
 }
 
 } // namespace tonewright

@@ -34,7 +34,7 @@ void ControlsToKeys(const QWidget *page, std::span<const ConfigKey> keys);
 // and its flags in the main window's title. `keys` must outlive the page. Once for each page.
 void ConnectKeyControls(QWidget *page, std::span<const ConfigKey> keys);
 
-// "SETUP_" and the name of the key whose control `control` is; "SETUP" for any other widget.
-std::string HelpTopicOf(const QWidget *control, std::span<const ConfigKey> keys);
+// The key whose control `control` is; null for any other widget.
+const ConfigKey *SettingOf(const QWidget *control, std::span<const ConfigKey> keys);
 
 } // namespace tonewright

@@ -97,7 +97,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override {
         if (event->key() == Qt::Key_F1) {
-            ShowHelpTopic(this, HelpTopicOf(focusWidget(), ProgramSettings.rows));
+            ShowSettingHelp(this, SettingOf(focusWidget(), ProgramSettings.rows));
             return;
         }
         QDialog::keyPressEvent(event);
@@ -139,7 +139,7 @@ private:
         connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
         connect(box, &QDialogButtonBox::helpRequested, this,
-                [this] { ShowHelpTopic(this, HelpTopicOf(nullptr, ProgramSettings.rows)); });
+                [this] { ShowSettingHelp(this, nullptr); });
         return box;
     }
 

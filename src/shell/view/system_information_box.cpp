@@ -38,7 +38,6 @@ DisplayFacts ReadDisplayFacts() {
     }
     const QPointingDevice *mouse = QPointingDevice::primaryPointingDevice();
     if (mouse && mouse->type() == QInputDevice::DeviceType::Mouse) {
-        facts.mouseButtons = mouse->buttonCount();
         facts.mouseWheel = mouse->hasCapability(QInputDevice::Capability::Scroll);
     }
     return facts;
@@ -150,8 +149,8 @@ private:
     }
 
     void Dismiss() {
-        if (ControlKeyDown() && TheDesktop.PutClipboardText) {
-            TheDesktop.PutClipboardText(ReportText(lines));
+        if (ControlKeyDown()) {
+            PutClipboardText(ReportText(lines));
         }
         accept();
     }

@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 
 namespace tonewright {
 namespace {
@@ -34,17 +35,17 @@ protected:
 };
 
 TEST_F(BoxControls, ThePictureHasTheMeasuresOfTheTheme) {
-    SetUpBoxControls(box, "TOPIC");
+    SetUpBoxControls(box, "SELECT");
     EXPECT_EQ(picture.pixmap().deviceIndependentSize(), QSizeF(96, 96));
 }
 
 TEST_F(BoxControls, EveryButtonIsSoftWhileTheSettingIsNotNone) {
     const QPushButton *other = Add(103);
     SoftButtons = 0;
-    SetUpBoxControls(box, "TOPIC");
+    SetUpBoxControls(box, "SELECT");
     EXPECT_FALSE(IsSoft(accept));
     SoftButtons = 1;
-    SetUpBoxControls(box, "TOPIC");
+    SetUpBoxControls(box, "SELECT");
     EXPECT_TRUE(IsSoft(accept));
     EXPECT_TRUE(IsSoft(help));
     EXPECT_TRUE(IsSoft(other));
@@ -52,13 +53,15 @@ TEST_F(BoxControls, EveryButtonIsSoftWhileTheSettingIsNotNone) {
 
 TEST_F(BoxControls, ButtonsAcceptRejectAndHelp) {
     QPushButton *reject = Add(2);
-    SetUpBoxControls(box, "TOPIC");
+    SetUpBoxControls(box, "SELECT");
     EXPECT_EQ(box.focusWidget(), accept);
     std::vector<int> results;
     QObject::connect(&box, &QDialog::finished, [&](int result) { results.push_back(result); });
     box.show();
     help->click();
-    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"TOPIC"});
+    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"SELECT"});
+    QTest::keyClick(accept, Qt::Key_F1);
+    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>(2, "SELECT"));
     EXPECT_TRUE(results.empty()) << "the box stays";
     accept->click();
     box.show();

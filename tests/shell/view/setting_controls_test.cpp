@@ -507,13 +507,15 @@ TEST_F(SettingControlsTest, AControlOfAnotherKindIsPassedOver) {
     EXPECT_EQ(ByIndex, 2u);
 }
 
-TEST_F(SettingControlsTest, TheHelpTopicNamesTheKeyOfAControl) {
-    EXPECT_EQ(HelpTopicOf(level, Keys), "SETUP_Level");
-    EXPECT_EQ(HelpTopicOf(flag, Keys), "SETUP_Flag");
-    EXPECT_EQ(HelpTopicOf(levelArrows, Keys), "SETUP");
-    EXPECT_EQ(HelpTopicOf(browse, Keys), "SETUP");
-    EXPECT_EQ(HelpTopicOf(page, Keys), "SETUP");
-    EXPECT_EQ(HelpTopicOf(nullptr, Keys), "SETUP");
+TEST_F(SettingControlsTest, AControlBelongsToTheKeyWithItsNumber) {
+    ASSERT_TRUE(SettingOf(level, Keys));
+    EXPECT_STREQ(SettingOf(level, Keys)->name, "Level");
+    ASSERT_TRUE(SettingOf(flag, Keys));
+    EXPECT_STREQ(SettingOf(flag, Keys)->name, "Flag");
+    EXPECT_FALSE(SettingOf(levelArrows, Keys));
+    EXPECT_FALSE(SettingOf(browse, Keys));
+    EXPECT_FALSE(SettingOf(page, Keys));
+    EXPECT_FALSE(SettingOf(nullptr, Keys));
 }
 
 } // namespace

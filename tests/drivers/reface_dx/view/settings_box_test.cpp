@@ -379,12 +379,13 @@ TEST_F(RefaceSettingsBoxTest, NoMidiCallIsMadeWhileItStands) {
     EXPECT_TRUE(midi.calls.empty());
 }
 
-TEST_F(RefaceSettingsBoxTest, HelpOpensItsTopic) {
+TEST_F(RefaceSettingsBoxTest, HelpAndF1OpenItsTopic) {
     WithBox([this] {
         Click(9);
+        QTest::keyClick(qApp->activeModalWidget()->focusWidget(), Qt::Key_F1);
         Click(2);
     });
-    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"CONFIGURE"});
+    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>(2, "CONFIGURE"));
 }
 
 TEST_F(RefaceSettingsBoxTest, AMissingControlIsTakenAsZero) {
