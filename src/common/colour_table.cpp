@@ -7,6 +7,7 @@
 #include "common/platform.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "common/utf8_path.h"
 #include "common/whole_file.h"
 
 #include <algorithm>
@@ -26,10 +27,6 @@ constexpr std::string_view BlanksOfNumbers = " \t\n\v\f\r";
 constexpr std::string_view DecimalDigits = "0123456789";
 constexpr std::string_view TableEnding = ".ccl";
 constexpr std::size_t LargestProgramTable = 1 << 20; // bytes
-
-fs::path PathOf(const std::string &utf8) {
-    return fs::path(reinterpret_cast<const char8_t *>(utf8.c_str()));
-}
 
 bool StandsBefore(const NamedColour &one, const NamedColour &other) {
     return CompareText(one.name, other.name) < 0;
@@ -89,9 +86,9 @@ void Fill(ColourTable &table, std::vector<NamedColour> colours) {
 
 void RemoveFile(const std::string &path) {
     std::error_code error;
-    const fs::file_status status = fs::symlink_status(PathOf(path), error);
+    const fs::file_status status = fs::symlink_status(PathOfUtf8(path), error);
     if (fs::is_regular_file(status) || fs::is_symlink(status)) {
-        fs::remove(PathOf(path), error);
+        fs::remove(PathOfUtf8(path), error);
     }
 }
 
@@ -183,7 +180,7 @@ void InstallColourTable() {
     const std::string path = ProductUserFile(DefaultColourTable);
     std::error_code error;
     if (path.empty() ||
-        fs::symlink_status(PathOf(path), error).type() != fs::file_type::not_found) {
+        fs::symlink_status(PathOfUtf8(path), error).type() != fs::file_type::not_found) {
         return;
     }
     const std::string source = ApplicationPath + DefaultColourTable;
@@ -195,7 +192,7 @@ void InstallColourTable() {
 std::vector<std::string> ColourTableNames() {
     std::vector<std::string> names;
     std::error_code error;
-    fs::directory_iterator entry(PathOf(ProductUserFile("")), error);
+    fs::directory_iterator entry(PathOfUtf8(ProductUserFile("")), error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const std::u8string bytes = entry->path().filename().u8string();
         std::string name(bytes.begin(), bytes.end());

@@ -60,6 +60,8 @@ TEST_F(BoxControls, ButtonsAcceptRejectAndHelp) {
     box.show();
     help->click();
     EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"SELECT"});
+    box.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
     QTest::keyClick(accept, Qt::Key_F1);
     EXPECT_EQ(desktop.helpTopics, std::vector<std::string>(2, "SELECT"));
     EXPECT_TRUE(results.empty()) << "the box stays";
