@@ -283,6 +283,9 @@ TEST_P(Themes, BitmapsHaveRowsBottomUpAndColoursInTheirOrder) {
     const int side = emblem.width();
     EXPECT_EQ(emblem.pixel(side / 4, side * 7 / 32), GetParam().upper);
     EXPECT_EQ(emblem.pixel(side / 4, side * 46 / 96), GetParam().lower);
+    const int between = side * 37 / 96; // two boxes of a row
+    EXPECT_GE(Contrast(emblem.pixel(between, side * 7 / 32), GetParam().upper), 3);
+    EXPECT_GE(Contrast(emblem.pixel(between, side * 46 / 96), GetParam().lower), 3);
 }
 
 // Colours are not multiplied by alpha: where a picture fades out, it does not turn black.
@@ -396,6 +399,19 @@ TEST_P(Themes, PicturesStandOutOnLightAndDarkGround) {
             EXPECT_GE(PixelsOfContrast(enabled, ground, 3), area / 10);
             EXPECT_LE(HighestContrast(disabled, ground), HighestContrast(enabled, ground) / 2);
             EXPECT_GE(PixelsOfContrast(disabled, ground, 1.5), area / 10);
+        }
+    }
+}
+
+TEST(SlateThemes, FacesAreLighterUnderTheMouseAndDarkerWhilePressed) {
+    for (const ThemeCase &size : {SlateMedium, SlateCompact}) {
+        LoadedTheme theme(size);
+        for (const QPalette &palette : {LightPalette(), DarkPalette()}) {
+            const auto grey = [&](int tool, unsigned state) {
+                return qGray(DrawBar(theme, palette, tool, state).image.pixel(9, 20));
+            };
+            EXPECT_GT(grey(8, Hover), grey(NoTool, 0) + 8);
+            EXPECT_LT(grey(8, Hover | Pressed), grey(NoTool, 0) - 8);
         }
     }
 }
