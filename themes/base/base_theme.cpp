@@ -18,8 +18,8 @@ constexpr int ToolPictureSize = MediumToolPicture;
 constexpr double ToolRadius = 8;
 constexpr double DisabledOpacity = 0.38;
 
-QImage GreyImage(const QImage &image) {
-    QImage grey = image.convertToFormat(QImage::Format_ARGB32);
+QPixmap GreyPicture(const QPixmap &picture) {
+    QImage grey = picture.toImage().convertToFormat(QImage::Format_ARGB32);
     for (int y = 0; y < grey.height(); ++y) {
         auto *pixels = reinterpret_cast<QRgb *>(grey.scanLine(y));
         for (int x = 0; x < grey.width(); ++x) {
@@ -27,7 +27,7 @@ QImage GreyImage(const QImage &image) {
             pixels[x] = qRgba(value, value, value, qRound(qAlpha(pixels[x]) * DisabledOpacity));
         }
     }
-    return grey;
+    return QPixmap::fromImage(grey);
 }
 
 // A face that shows when the mouse is over it or presses it, and the picture in its middle, grey
@@ -55,10 +55,10 @@ bool DrawButton(QPainter &painter, const QPalette &palette, const QRect &rectang
         painter.setBrush(Qt::NoBrush);
         painter.drawPath(RoundedOutline(rectangle, ToolRadius));
     }
-    const QImage image =
-        ImageOf(SvgOf(Pictures, name), {ToolPictureSize, ToolPictureSize}, RatioOf(painter));
+    const QPixmap shown =
+        PixmapFor(painter, SvgOf(Pictures, name), {ToolPictureSize, ToolPictureSize});
     DrawInMiddle(painter, pressed ? rectangle.translated(1, 1) : rectangle,
-                 disabled ? GreyImage(image) : image);
+                 disabled ? GreyPicture(shown) : shown);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "shared/picture.h"
 
 #include <QPainter>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 #include <cmath>
@@ -35,17 +36,28 @@ QImage ImageOf(const QByteArray &svg, QSize size, double ratio) {
     return image;
 }
 
-double RatioOf(const QPainter &painter) {
-    return painter.device()->devicePixelRatioF();
+QPixmap PixmapFor(const QPainter &painter, const QByteArray &svg, QSize size) {
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QString key = QStringLiteral("%1x%2 %3 %4")
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(ratio)
+                            .arg(QLatin1StringView(svg));
+    QPixmap picture;
+    if (!QPixmapCache::find(key, &picture)) {
+        picture = QPixmap::fromImage(ImageOf(svg, size, ratio));
+        QPixmapCache::insert(key, picture);
+    }
+    return picture;
 }
 
-void DrawInMiddle(QPainter &painter, const QRect &rectangle, const QImage &image) {
-    const QSizeF room = QSizeF(rectangle.size()) - image.deviceIndependentSize();
+void DrawInMiddle(QPainter &painter, const QRect &rectangle, const QPixmap &picture) {
+    const QSizeF room = QSizeF(rectangle.size()) - picture.deviceIndependentSize();
     const QTransform toPixels = painter.deviceTransform();
     const QPointF corner =
         toPixels.map(QPointF(rectangle.topLeft()) + QPointF(room.width(), room.height()) / 2);
-    painter.drawImage(
-        toPixels.inverted().map(QPointF(std::floor(corner.x()), std::floor(corner.y()))), image);
+    const QPointF pixel(std::floor(corner.x()), std::floor(corner.y()));
+    painter.drawPixmap(toPixels.inverted().map(pixel), picture);
 }
 
 } // namespace tonewright::theme

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QPixmap>
 #include <QRect>
 #include <QSize>
 
@@ -28,10 +29,11 @@ QSize SizeOfSvg(const QByteArray &svg);
 // with `ratio` pixels for each of them.
 QImage ImageOf(const QByteArray &svg, QSize size, double ratio);
 
-// How many pixels a painter has for a device-independent one.
-double RatioOf(const QPainter &painter);
+// The same in the pixels of a painter, kept for the next time.
+QPixmap PixmapFor(const QPainter &painter, const QByteArray &svg, QSize size);
 
-// Draws an image in the middle of a rectangle, on whole pixels, so that it stays as sharp as it is.
-void DrawInMiddle(QPainter &painter, const QRect &rectangle, const QImage &image);
+// Draws a picture in the middle of a rectangle, on whole pixels, so that it stays as sharp as it
+// is.
+void DrawInMiddle(QPainter &painter, const QRect &rectangle, const QPixmap &picture);
 
 } // namespace tonewright::theme

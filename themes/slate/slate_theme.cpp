@@ -129,7 +129,7 @@ bool DrawButton(QPainter &painter, const QPalette &palette, const QRect &rectang
     }
     const QByteArray svg = Coloured(SvgOf(Pictures, name), disabled ? Dimmed(colours) : colours);
     DrawInMiddle(painter, pressed ? rectangle.translated(0, 1) : rectangle,
-                 ImageOf(svg, {ToolPictureSize, ToolPictureSize}, RatioOf(painter)));
+                 PixmapFor(painter, svg, {ToolPictureSize, ToolPictureSize}));
     return true;
 }
 
