@@ -1,4 +1,5 @@
 // main() of the window tests: one QApplication for the process, made before the tests run.
+#include "common/view/soft_button.h"
 #include "support/run_tests.h"
 
 #include <QApplication>
@@ -11,5 +12,6 @@ int main(int argc, char **argv) {
     QApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    tonewright::MakeDialogButtonsSoft();
     return tonewright::RunTests(&argc, argv);
 }

@@ -3,7 +3,6 @@
 
 #include "common/desktop.h"
 #include "common/view/dialog_controls.h"
-#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 
 #include <QCheckBox>
@@ -45,9 +44,6 @@ void SetUpBoxControls(QDialog &box, ReferenceTopic helpTopic) {
                             ThemeGetMetric(MetricPictureHeight));
     ControlOf<QLabel>(&box, Picture)
         ->setPixmap(PictureOf(ApplicationPicture, pictureSize, box.devicePixelRatioF()));
-    for (QPushButton *button : box.findChildren<QPushButton *>()) {
-        MakeSoftButton(button);
-    }
     for (QCheckBox *check : box.findChildren<QCheckBox *>()) {
         LeaveReturnToBox(check);
     }

@@ -4,7 +4,6 @@
 #include "common/sound.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "ui_MessageBox.h"
 
@@ -183,7 +182,6 @@ private:
             if (Has(row.flag)) {
                 button->setText(QString::fromStdString(request.*row.caption));
             }
-            MakeSoftButton(button);
             connect(button, &QPushButton::clicked, this, [this, &row] {
                 if (row.result != 0) {
                     End(row.result);

@@ -6,6 +6,7 @@
 #include "common/view/theme.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QLinearGradient>
 #include <QPainter>
@@ -33,8 +34,14 @@ unsigned StateOf(const QPushButton &button) {
 }
 
 struct SoftColours {
-    QColor face, edge, light, shade, ink;
+    QColor face, edge, light, shade;
 };
+
+// True when a line of the first colour is seen on the second one.
+bool IsBrighter(const QColor &line, const QColor &face) {
+    constexpr int LeastDifference = 5; // of 255 steps from black to white
+    return qGray(line.rgb()) - qGray(face.rgb()) >= LeastDifference;
+}
 
 SoftColours SoftColoursOf(unsigned state, const QPalette &palette) {
     const bool disabled = state & ButtonDisabled;
@@ -49,9 +56,9 @@ SoftColours SoftColoursOf(unsigned state, const QPalette &palette) {
     SoftColours colours;
     colours.face = disabled ? button : Mixed(button, light, 0.7);
     colours.edge = Mixed(button, text, disabled ? 0.175 : 0.35);
-    colours.light = light;
-    colours.shade = Mixed(button, text, disabled ? 0.12 : 0.25);
-    colours.ink = palette.color(group, QPalette::ButtonText);
+    colours.light =
+        disabled || IsBrighter(light, colours.face) ? light : Mixed(light, Qt::white, 0.25);
+    colours.shade = Mixed(button, Qt::black, disabled ? 0.12 : 0.25);
     if (hover) {
         colours.face = Mixed(colours.face, accent, 0.10);
         colours.edge = Mixed(colours.edge, accent, 0.6);
@@ -96,6 +103,17 @@ QPainterPath WedgeOutline(const QRect &rectangle, int inset) {
     return path;
 }
 
+// An edge of two pixels where light falls from the upper left, and one of a pixel across from it.
+void DrawSoftFrame(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
+                   bool pressed) {
+    QPainterPath inside;
+    inside.addRoundedRect(QRectF(rectangle).adjusted(1, 1, -1, -1), SoftRadius - 1, SoftRadius - 1);
+    painter.fillPath(inside.subtracted(inside.translated(-1, -1)),
+                     pressed ? colours.light : colours.shade);
+    painter.fillPath(inside.subtracted(inside.translated(2, 2)),
+                     pressed ? colours.shade : colours.light);
+}
+
 // Two frames of one pixel, one inside the other, two pixels in from the edge.
 void DrawFlexFrame(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
                    bool pressed) {
@@ -136,7 +154,7 @@ QBrush FlexFace(const QRect &, const SoftColours &colours) {
 }
 
 QBrush SoftFace(const QRect &, const SoftColours &colours) {
-    return colours.face;
+    return Mixed(colours.face, colours.shade, 0.1);
 }
 
 // A drawn look: the outline of a button, some pixels in from its edge, its face, and what lies upon
@@ -146,10 +164,10 @@ struct SoftLook {
     QBrush (*face)(const QRect &rectangle, const SoftColours &colours);
     QPainterPath (*outline)(const QRect &rectangle, int inset);
     void (*frame)(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
-                  bool pressed); // null: nothing
+                  bool pressed);
 };
 constexpr SoftLook SoftLooks[] = {
-    {SoftButtonSoft, SoftFace, SoftOutline, nullptr},
+    {SoftButtonSoft, SoftFace, SoftOutline, DrawSoftFrame},
     {SoftButtonFlex, FlexFace, FlexOutline, DrawFlexFrame},
     {SoftButtonWedge, WedgeFace, WedgeOutline, DrawWedgeFrame},
 };
@@ -163,28 +181,39 @@ const SoftLook &SoftLookOf(std::uint32_t style) {
     return SoftLooks[0];
 }
 
-void DrawSoftButton(QPainter &painter, const QRect &rectangle, std::uint32_t style, unsigned state,
-                    const QString &text, const QPalette &palette) {
+// What the caption and the icon of a button take from its left to its right edge; a caption that is
+// wider than that ends in an ellipsis.
+void DrawLabel(QPainter &painter, QStyleOptionButton label, bool pressed) {
+    constexpr int Margin = 6, IconGap = 4;
+    const int icon = label.icon.isNull() ? 0 : label.iconSize.width() + IconGap;
+    label.text = label.fontMetrics.elidedText(
+        label.text, Qt::ElideRight, label.rect.width() - 2 * Margin - icon, Qt::TextShowMnemonic);
+    label.rect.translate(0, pressed ? PressedOffset : 0);
+    label.features = QStyleOptionButton::None;
+    label.state &= QStyle::State_Enabled | QStyle::State_Active; // a style moves what is pressed
+    QApplication::style()->drawControl(QStyle::CE_PushButtonLabel, &label, &painter);
+}
+
+void DrawSoftButton(QPainter &painter, const QStyleOptionButton &button, std::uint32_t style,
+                    unsigned state) {
+    const QRect &rectangle = button.rect;
     const bool enabled = !(state & ButtonDisabled);
     const bool pressed = (state & ButtonPressed) && enabled;
     const SoftLook &look = SoftLookOf(style);
-    const SoftColours colours = SoftColoursOf(state, palette);
+    const SoftColours colours = SoftColoursOf(state, button.palette);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(colours.edge);
     painter.setBrush(look.face(rectangle, colours));
     painter.drawPath(look.outline(rectangle, 0));
     painter.setBrush(Qt::NoBrush);
-    if (look.frame) {
-        look.frame(painter, rectangle, colours, pressed);
-    }
+    look.frame(painter, rectangle, colours, pressed);
     if ((state & ButtonFocus) && enabled) {
         painter.setPen(colours.edge);
         painter.drawPath(look.outline(rectangle, 1));
     }
-    painter.setPen(colours.ink);
-    painter.drawText(rectangle.translated(0, pressed ? PressedOffset : 0),
-                     Qt::AlignCenter | Qt::TextShowMnemonic, text);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    DrawLabel(painter, button, pressed);
     painter.restore();
 }
 
@@ -208,14 +237,35 @@ protected:
         }
         QPainter painter(button);
         painter.setFont(button->font());
-        DrawSoftButton(painter, button->rect(), style, StateOf(*button), button->text(),
-                       button->palette());
+        QStyleOptionButton option;
+        option.initFrom(button);
+        option.text = button->text();
+        option.icon = button->icon();
+        option.iconSize = button->iconSize();
+        DrawSoftButton(painter, option, style, StateOf(*button));
         return true;
     }
 
 private:
     QPushButton *button; // owns this object
     std::uint32_t style;
+};
+
+// Waits for the push buttons that dialogs show.
+class SoftButtonWatch : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *receiver, QEvent *event) override {
+        if (event->type() == QEvent::Polish) {
+            auto *button = qobject_cast<QPushButton *>(receiver);
+            if (button && qobject_cast<QDialog *>(button->window())) {
+                MakeSoftButton(button);
+            }
+        }
+        return false;
+    }
 };
 
 } // namespace
@@ -228,19 +278,22 @@ void MakeSoftButton(QPushButton *button) {
     new SoftButtonPainter(button, SoftButtons); // a child of the button
 }
 
+void MakeDialogButtonsSoft() {
+    qApp->installEventFilter(new SoftButtonWatch(qApp));
+}
+
 void DrawSoftButtonSample(QPainter &painter, const QRect &rectangle, std::uint32_t style,
                           const QString &caption) {
-    const QPalette palette = QApplication::palette();
-    if (style != SoftButtonNone) {
-        DrawSoftButton(painter, rectangle, style, 0, caption, palette);
-        return;
-    }
     QStyleOptionButton option;
     option.rect = rectangle;
-    option.palette = palette;
+    option.palette = QApplication::palette();
     option.state = QStyle::State_Enabled | QStyle::State_Raised;
     option.text = caption;
     option.fontMetrics = painter.fontMetrics();
+    if (style != SoftButtonNone) {
+        DrawSoftButton(painter, option, style, 0);
+        return;
+    }
     painter.save();
     QApplication::style()->drawControl(QStyle::CE_PushButton, &option, &painter);
     painter.restore();

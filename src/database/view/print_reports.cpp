@@ -4,7 +4,6 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/text.h"
-#include "common/view/soft_button.h"
 #include "common/view/text_line.h"
 #include "database/print_report.h"
 #include "database/view/print_painter.h"
@@ -63,9 +62,6 @@ bool AskForPrinter(QWidget *owner, QPrinter &printer, const Report &report) {
         file->setText(path);
         const int frame = file->sizeHint().height(); // what it needs beside the text
         file->setMinimumWidth(std::min(WidestFile, TextLineWidth(path, file->font()) + frame));
-    }
-    for (QPushButton *button : dialog.findChildren<QPushButton *>()) {
-        MakeSoftButton(button);
     }
     return dialog.exec() == QDialog::Accepted;
 }

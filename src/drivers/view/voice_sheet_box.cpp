@@ -4,7 +4,6 @@
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
-#include "common/view/soft_button.h"
 #include "drivers/view/voice_page.h"
 #include "midi/view/audition_box.h"
 
@@ -120,7 +119,6 @@ private:
         for (const auto &[number, caption] : captions) {
             auto *button = new QPushButton(caption, this);
             button->setObjectName(ControlName(number));
-            MakeSoftButton(button);
             connect(button, &QPushButton::clicked, this,
                     [this, number = number] { Press(number, number); });
             row->addWidget(button);

@@ -5,7 +5,6 @@
 #include "common/version.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "shell/view/program_texts.h"
 #include "ui_AboutBox.h"
@@ -48,7 +47,6 @@ void ShowAboutBox(QWidget *owner) {
     ui.control_104->setText(QString("%1.\n%2").arg(ProgramLicence, Copyright));
     ui.control_105->setText(Libraries());
     ui.control_105->setFont(FontOfHeight("Arial", SmallFontHeight));
-    MakeSoftButton(ui.control_1);
     QObject::connect(ui.control_1, &QPushButton::clicked, &box, &QDialog::accept);
     ui.control_1->setFocus();
     box.adjustSize();

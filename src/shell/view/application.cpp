@@ -10,6 +10,7 @@
 #include "common/sound.h"
 #include "common/text.h"
 #include "common/view/show_at_once.h"
+#include "common/view/soft_button.h"
 #include "common/view/tool_tip.h"
 #include "common/windows_version.h"
 #include "core/current.h"
@@ -123,6 +124,7 @@ int RunApplication(int argc, char **argv) {
     Application application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
     UseQtDesktop();
+    MakeDialogButtonsSoft();
     UsePlatformFolders();
     ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
     if (!IsWindows10OrLater()) {

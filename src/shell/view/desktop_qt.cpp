@@ -8,7 +8,6 @@
 #include "common/view/busy_box.h"
 #include "common/view/centre_window.h"
 #include "common/view/message_dialog.h"
-#include "common/view/soft_button.h"
 #include "common/view/status_bar.h"
 #include "core/dispatch.h"
 #include "shell/settings_file.h"
@@ -147,13 +146,6 @@ void PlaceDialog(QFileDialog &dialog) {
     CentreWindow(dialog);
 }
 
-// The dialog's own buttons in the program's look; a platform's dialog has none.
-void DrawButtons(QFileDialog &dialog) {
-    for (QPushButton *button : dialog.findChildren<QPushButton *>()) {
-        MakeSoftButton(button);
-    }
-}
-
 std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
                                          const std::string &path, DriverId driverId) {
     const FileTypeMembers members = MembersOf(kind);
@@ -167,7 +159,6 @@ std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
     } else {
         dialog.setFileMode(QFileDialog::ExistingFile);
     }
-    DrawButtons(dialog);
     PlaceDialog(dialog);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     FileWindowX = static_cast<std::uint32_t>(dialog.width());

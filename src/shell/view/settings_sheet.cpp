@@ -5,7 +5,6 @@
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
-#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "shell/show_document.h"
 #include "ui_SetupPropertyOne.h"
@@ -37,7 +36,6 @@ void FillPageOne(QWidget *page) {
         decoration->setFixedSize(size);
     }
     auto *selectTheme = ControlOf<QPushButton>(page, ControlSelectTheme);
-    MakeSoftButton(selectTheme);
     selectTheme->setEnabled(false); // there is one theme only
 }
 
@@ -130,7 +128,6 @@ private:
             QPushButton *button = box->addButton(caption, role);
             button->setObjectName(ControlName(number));
             button->setMinimumSize(96, 30);
-            MakeSoftButton(button);
             return button;
         };
         add("OK", QDialogButtonBox::AcceptRole, 1)->setDefault(true);

@@ -4,7 +4,6 @@
 #include "common/desktop.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "shell/system_information.h"
 #include "ui_SystemInformationBox.h"
@@ -111,7 +110,6 @@ public:
         AddLines(SystemLines(facts));
         ui.control_61->setCurrentRow(0);
         AddFolderButtons();
-        MakeSoftButton(ui.control_1);
         connect(ui.control_1, &QPushButton::clicked, this, [this] { Dismiss(); });
         ui.control_1->setFocus();
         // The program's own lines come when the box stands.
@@ -137,7 +135,6 @@ private:
         for (const ReportFolder &row : ReportFolders()) {
             auto *button = new QPushButton(row.caption, this);
             button->setMinimumHeight(ButtonHeight);
-            MakeSoftButton(button);
             connect(button, &QPushButton::clicked, this, [row] {
                 ShowInExplorer(row.folder, row.file.empty() ? nullptr : row.file.c_str());
             });

@@ -7,7 +7,6 @@
 #include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/soft_button.h"
 #include "common/view/system_colours.h"
 #include "common/view/theme.h"
 #include "common/view/wrapped_text.h"
@@ -69,7 +68,6 @@ void ShowTipBox(QWidget *owner) {
     box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     box.setFont(DialogFont());
-    MakeSoftButton(ui.control_1);
     LeaveReturnToBox(ui.control_101);
     ui.control_6101->setPixmap(
         PictureOf(HeadingPicture, PictureSize(HeadingPicture), box.devicePixelRatioF()));

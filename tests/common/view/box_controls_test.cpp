@@ -23,9 +23,6 @@ protected:
         button->setObjectName(QString("control_%1").arg(number));
         return button;
     }
-    static bool IsSoft(const QPushButton *button) {
-        return button->findChild<QObject *>("SoftButtonPainter") != nullptr;
-    }
 
     ScriptedDesktop desktop;
     QDialog box;
@@ -37,18 +34,6 @@ protected:
 TEST_F(BoxControls, ThePictureHasTheMeasuresOfTheTheme) {
     SetUpBoxControls(box, "SELECT");
     EXPECT_EQ(picture.pixmap().deviceIndependentSize(), QSizeF(96, 96));
-}
-
-TEST_F(BoxControls, EveryButtonIsSoftWhileTheSettingIsNotNone) {
-    const QPushButton *other = Add(103);
-    SoftButtons = 0;
-    SetUpBoxControls(box, "SELECT");
-    EXPECT_FALSE(IsSoft(accept));
-    SoftButtons = 1;
-    SetUpBoxControls(box, "SELECT");
-    EXPECT_TRUE(IsSoft(accept));
-    EXPECT_TRUE(IsSoft(help));
-    EXPECT_TRUE(IsSoft(other));
 }
 
 TEST_F(BoxControls, ButtonsAcceptRejectAndHelp) {

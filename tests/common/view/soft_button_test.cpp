@@ -1,9 +1,12 @@
 // The looks of push buttons.
 #include "common/settings.h"
 #include "common/view/soft_button.h"
+#include "support/pixels.h"
 
 #include <gtest/gtest.h>
 
+#include <QDialog>
+#include <QIcon>
 #include <QImage>
 #include <QPainter>
 #include <QPushButton>
@@ -126,6 +129,175 @@ TEST(SoftButton, ASampleShowsEachStyleInsideItsRectangle) {
             EXPECT_EQ(image.pixelColor(x, 45), QColor(Qt::magenta)) << first;
         }
     }
+}
+
+TEST(SoftButton, ASoftOneHasABroadLightEdgeAboveAndOnTheLeftAndADarkLineAcross) {
+    const QImage image = SampleImage(SoftButtonSoft);
+    const auto grey = [&](int x, int y) { return qGray(image.pixel(x, y)); };
+    const int face = grey(15, 15), right = image.width() - 1, bottom = image.height() - 1;
+    for (const int inset : {1, 2}) {
+        EXPECT_GT(grey(50, inset), face) << inset;
+        EXPECT_GT(grey(inset, 15), face) << inset;
+    }
+    EXPECT_EQ(grey(50, 3), face);
+    EXPECT_EQ(grey(3, 15), face);
+    EXPECT_LT(grey(50, bottom - 1), face);
+    EXPECT_LT(grey(right - 1, 15), face);
+    EXPECT_EQ(grey(50, bottom - 2), face);
+    EXPECT_EQ(grey(right - 2, 15), face);
+}
+
+TEST(SoftButton, AFlexOneHasADoubleFrameTwoPixelsInThatTurnsInsideOut) {
+    const QImage rest = SoftButtonImage(SoftButtonFlex, false),
+                 pressed = SoftButtonImage(SoftButtonFlex, true);
+    const auto grey = [](const QImage &image, int y) { return qGray(image.pixel(20, y)); };
+    EXPECT_GT(grey(rest, 2), grey(rest, 3));
+    EXPECT_LT(grey(pressed, 2), grey(pressed, 3));
+    EXPECT_EQ(grey(rest, 4), grey(rest, 10));
+    EXPECT_EQ(grey(rest, 1), grey(rest, 4)); // the face, around the frame too
+}
+
+TEST(SoftButton, TheCaptionMovesDownTwoPixelsWhilePressed) {
+    for (const std::uint32_t style : {SoftButtonSoft, SoftButtonFlex, SoftButtonWedge}) {
+        SoftButtons = style;
+        int top[2];
+        for (const bool pressed : {false, true}) {
+            QPushButton button("HHHH");
+            QPalette colours = button.palette();
+            colours.setColor(QPalette::ButtonText, Qt::red);
+            button.setPalette(colours);
+            button.resize(100, 40);
+            MakeSoftButton(&button);
+            button.setDown(pressed);
+            const QImage image = button.grab().toImage();
+            int row = 8;
+            while (row < 32 && !HasPixel(image, QRect(20, row, 60, 1), 0xFFFF0000)) {
+                ++row;
+            }
+            top[pressed] = row;
+        }
+        EXPECT_EQ(top[1], top[0] + 2) << style;
+    }
+    SoftButtons = 1;
+}
+
+// A button of a style in a window that has the keyboard.
+struct ButtonInWindow {
+    explicit ButtonInWindow(std::uint32_t style, const QString &text = "&Audition") {
+        SoftButtons = style;
+        button.setText(text);
+        button.setGeometry(10, 10, 100, 30);
+        other.setGeometry(10, 50, 100, 30);
+        MakeSoftButton(&button);
+        SoftButtons = 1;
+        QObject::connect(&button, &QPushButton::clicked, [this] { ++clicks; });
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+        other.setFocus();
+    }
+
+    QWidget window;
+    QPushButton button{&window}, other{&window};
+    int clicks = 0;
+};
+constexpr std::uint32_t DrawnStyles[] = {SoftButtonSoft, SoftButtonFlex, SoftButtonWedge};
+
+TEST(SoftButton, TheFocusIsSeenInEachStyle) {
+    for (const std::uint32_t style : DrawnStyles) {
+        ButtonInWindow shown(style);
+        const QImage without = shown.button.grab().toImage();
+        shown.button.setFocus();
+        const QImage with = shown.button.grab().toImage();
+        EXPECT_NE(with, without) << style;
+        shown.button.setDown(true);
+        EXPECT_NE(shown.button.grab().toImage(), with) << style;
+    }
+}
+
+TEST(SoftButton, TheDefaultButtonIsSeenInEachStyle) {
+    for (const std::uint32_t style : DrawnStyles) {
+        ButtonInWindow shown(style);
+        const QImage without = shown.button.grab().toImage();
+        shown.button.setDefault(true);
+        EXPECT_NE(shown.button.grab().toImage(), without) << style;
+    }
+}
+
+TEST(SoftButton, SpaceEnterAndTheLetterOfTheCaptionPress) {
+    for (const std::uint32_t style : DrawnStyles) {
+        ButtonInWindow shown(style);
+        QTest::keyClick(&shown.other, Qt::Key_A, Qt::AltModifier);
+        QTest::qWait(150); // it is seen pressed for a moment
+        EXPECT_EQ(shown.clicks, 1) << style;
+        shown.button.setFocus();
+        QTest::keyClick(&shown.button, Qt::Key_Space);
+        EXPECT_EQ(shown.clicks, 2) << style;
+        QDialog dialog;
+        SoftButtons = style;
+        QPushButton inDialog("Done", &dialog);
+        MakeSoftButton(&inDialog);
+        SoftButtons = 1;
+        int clicks = 0;
+        QObject::connect(&inDialog, &QPushButton::clicked, [&] { ++clicks; });
+        dialog.show();
+        inDialog.setFocus();
+        QTest::keyClick(&inDialog, Qt::Key_Return);
+        QTest::keyClick(&inDialog, Qt::Key_Enter);
+        EXPECT_EQ(clicks, 2) << style;
+    }
+}
+
+TEST(SoftButton, ALongCaptionEndsBeforeTheEdge) {
+    for (const std::uint32_t style : DrawnStyles) {
+        SoftButtons = style;
+        const auto image = [](const QString &text) {
+            QPushButton button(text);
+            button.resize(100, 30);
+            MakeSoftButton(&button);
+            return button.grab().toImage();
+        };
+        const QImage empty = image(""), full = image("WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW");
+        EXPECT_NE(full, empty);
+        EXPECT_EQ(full.copy(0, 0, 6, 30), empty.copy(0, 0, 6, 30)) << style;
+        EXPECT_EQ(full.copy(94, 0, 6, 30), empty.copy(94, 0, 6, 30)) << style;
+    }
+    SoftButtons = 1;
+}
+
+TEST(SoftButton, AnIconStandsBesideTheCaption) {
+    QPixmap picture(16, 16);
+    picture.fill(QColor(Qt::green));
+    for (const std::uint32_t style : DrawnStyles) {
+        SoftButtons = style;
+        QPushButton button(QIcon(picture), "Open");
+        button.resize(120, 30);
+        MakeSoftButton(&button);
+        const QImage image = button.grab().toImage();
+        EXPECT_TRUE(HasPixel(image, QRect(0, 0, 60, 30), 0xFF00FF00)) << style;
+        EXPECT_FALSE(HasPixel(image, QRect(70, 0, 50, 30), 0xFF00FF00)) << style;
+    }
+    SoftButtons = 1;
+}
+
+TEST(SoftButton, TheButtonsOfADialogAreDrawnAndThoseOfAnotherWindowAreNot) {
+    const auto isSoft = [](const QPushButton &button) {
+        return button.findChild<QObject *>("SoftButtonPainter") != nullptr;
+    };
+    for (const std::uint32_t style : {0u, 1u, 2u, 3u}) {
+        SoftButtons = style;
+        QDialog dialog;
+        QWidget page(&dialog), window;
+        QPushButton onPage("One", &page), elsewhere("Two", &window);
+        dialog.show();
+        window.show();
+        EXPECT_EQ(isSoft(onPage), style != 0) << style;
+        EXPECT_FALSE(isSoft(elsewhere)) << style;
+        QPushButton late("Three", &dialog);
+        late.show();
+        EXPECT_EQ(isSoft(late), style != 0) << style;
+    }
+    SoftButtons = 1;
 }
 
 } // namespace
