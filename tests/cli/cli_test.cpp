@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -1101,6 +1102,28 @@ TEST(CliCommandLine, EndsTheOptionsAtTwoDashes) {
     EXPECT_EQ(named.output, "--yes.syx\tok\t32\n");
     EXPECT_EQ(unnamed.exitStatus, 2);
     EXPECT_EQ(twice.output.substr(0, 3), "--\t");
+}
+
+// What stands in front of a run of blanks, of the lines of the help that begin with two blanks.
+std::vector<std::string> Usages(const std::string &help) {
+    std::vector<std::string> usages;
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("  ") && line[2] != ' ') {
+            line.erase(0, 2);
+            usages.push_back(line.substr(0, line.find("  ")));
+        }
+    }
+    return usages;
+}
+
+TEST(CliHelp, EveryCommandAndOptionStandsInTheHelpPage) {
+    const std::string page = ReadTestText(SourceFile("resources/html/cli.html"));
+    const auto usages = Usages(Cli({"--help"}).output);
+    EXPECT_GE(usages.size(), 50u);
+    for (const std::string &usage : usages) {
+        EXPECT_TRUE(Contains(page, "<td><code>" + usage + "</code></td>")) << usage;
+    }
 }
 
 } // namespace

@@ -45,6 +45,8 @@ std::vector<std::string> MenuTopics() {
     return topics;
 }
 
+constexpr const char *Pages[] = {"manual.html", "referenc.html", "cli.html"};
+
 std::string ReadPage(const std::string &name) {
     std::ifstream file(HtmlFolder + name, std::ios::binary);
     EXPECT_TRUE(file.is_open()) << name;
@@ -101,15 +103,43 @@ std::string Words(const std::string &page, std::string_view topic) {
     return words;
 }
 
-std::vector<std::string> Links(const std::string &page) {
-    std::vector<std::string> links;
-    constexpr std::string_view Start = "href=\"";
-    for (auto place = page.find(Start); place != std::string::npos;
-         place = page.find(Start, place)) {
-        place += Start.size();
-        links.push_back(page.substr(place, page.find('"', place) - place));
+// The values of an attribute, "href", throughout a page or a tag.
+std::vector<std::string> Values(const std::string &page, const std::string &attribute) {
+    std::vector<std::string> values;
+    const std::string start = " " + attribute + "=\"";
+    for (auto place = page.find(start); place != std::string::npos;
+         place = page.find(start, place)) {
+        place += start.size();
+        values.push_back(page.substr(place, page.find('"', place) - place));
     }
-    return links;
+    return values;
+}
+
+// The tags of a page with what stands in them: "img src=...", "/p".
+std::vector<std::string> Tags(const std::string &page) {
+    std::vector<std::string> tags;
+    for (auto place = page.find('<'); place != std::string::npos; place = page.find('<', place)) {
+        const auto end = page.find('>', place);
+        tags.push_back(page.substr(place + 1, end - place - 1));
+        std::ranges::replace(tags.back(), '\n', ' ');
+        place = end;
+    }
+    return tags;
+}
+
+// Width and height of a PNG, as text.
+std::vector<std::string> SizeOfPicture(const std::string &name) {
+    constexpr std::size_t WidthOffset = 16; // of the first block
+    const std::string bytes = ReadPage(name);
+    std::vector<std::string> size;
+    for (const std::size_t offset : {WidthOffset, WidthOffset + 4}) {
+        unsigned value = 0;
+        for (std::size_t at = offset; at < offset + 4; ++at) {
+            value = value << 8 | static_cast<unsigned char>(bytes.at(at));
+        }
+        size.push_back(std::to_string(value));
+    }
+    return size;
 }
 
 constexpr std::size_t ShortestUsefulParagraph = 60;
@@ -271,9 +301,9 @@ TEST(HelpPages, TheManualHasThePlaceWhereItIsOpened) {
 }
 
 TEST(HelpPages, EveryLinkLeadsToAPlaceThatExists) {
-    for (const std::string name : {"manual.html", "referenc.html"}) {
+    for (const std::string name : Pages) {
         const std::string page = ReadPage(name);
-        const auto links = Links(page);
+        const auto links = Values(page, "href");
         EXPECT_GT(links.size(), 10U) << name;
         for (const std::string &link : links) {
             const auto hash = link.find('#');
@@ -288,8 +318,77 @@ TEST(HelpPages, EveryLinkLeadsToAPlaceThatExists) {
     }
 }
 
+// The parts of a page lie within each other, whatever stands in them.
+TEST(HelpPages, EveryTagIsClosedInItsPlace) {
+    constexpr std::string_view Alone[] = {"!DOCTYPE", "meta", "link", "img", "br"};
+    for (const std::string name : Pages) {
+        std::vector<std::string> open;
+        for (const std::string &tag : Tags(ReadPage(name))) {
+            const std::string word = tag.substr(0, tag.find(' '));
+            if (tag.starts_with('/')) {
+                ASSERT_FALSE(open.empty()) << name << ": " << tag;
+                ASSERT_EQ("/" + open.back(), tag) << name;
+                open.pop_back();
+            } else if (!tag.ends_with('/') && std::ranges::find(Alone, word) == std::end(Alone)) {
+                open.push_back(word);
+            }
+        }
+        EXPECT_TRUE(open.empty()) << name << ": " << open.back();
+    }
+}
+
+TEST(HelpPages, EveryPictureIsThereInItsSizeWithItsWordsAndIsShown) {
+    constexpr std::uintmax_t MostBytes = 1'500'000; // of all of them
+    std::vector<std::string> shown;
+    for (const std::string name : Pages) {
+        for (const std::string &tag : Tags(ReadPage(name))) {
+            if (!tag.starts_with("img ")) {
+                continue;
+            }
+            const auto source = Values(tag, "src"), words = Values(tag, "alt");
+            ASSERT_EQ(source.size(), 1u) << tag;
+            ASSERT_EQ(words.size(), 1u) << tag;
+            EXPECT_GE(words[0].size(), 20u) << tag;
+            ASSERT_TRUE(std::filesystem::exists(HtmlFolder + source[0])) << tag;
+            const auto size = SizeOfPicture(source[0]);
+            EXPECT_EQ(Values(tag, "width"), std::vector<std::string>{size[0]}) << tag;
+            EXPECT_EQ(Values(tag, "height"), std::vector<std::string>{size[1]}) << tag;
+            shown.push_back(source[0]);
+        }
+    }
+    EXPECT_GE(shown.size(), 10u);
+    std::uintmax_t bytes = 0;
+    for (const auto &entry : std::filesystem::directory_iterator(HtmlFolder + "pictures")) {
+        const std::string picture = "pictures/" + entry.path().filename().string();
+        EXPECT_NE(std::ranges::find(shown, picture), shown.end()) << picture;
+        bytes += entry.file_size();
+    }
+    EXPECT_LE(bytes, MostBytes);
+}
+
+TEST(HelpPages, TheManualHasEveryEntryOfEveryMenu) {
+    const std::string menus = Section(ReadPage("manual.html"), "MENUS");
+    for (const tonewright::CommandRow &row : tonewright::Commands()) {
+        if (row.menu != tonewright::Menu::None) {
+            std::string label = row.label;
+            std::erase(label, '&');
+            EXPECT_NE(menus.find("<td>" + label + "</td>"), std::string::npos) << label;
+        }
+    }
+}
+
+TEST(HelpPages, TheReferenceHasEveryLineOfTheSettingsFiles) {
+    const std::string page = ReadPage("referenc.html");
+    for (const tonewright::SettingsList *list : tonewright::SettingsLists) {
+        for (const tonewright::ConfigKey &row : list->rows) {
+            const std::string name = std::string("<code>") + row.name + "</code>";
+            EXPECT_NE(page.find(name), std::string::npos) << name;
+        }
+    }
+}
+
 TEST(HelpPages, NoPageHasAnAnchorTwice) {
-    for (const std::string name : {"manual.html", "referenc.html"}) {
+    for (const std::string name : Pages) {
         const std::string page = ReadPage(name);
         constexpr std::string_view Start = " id=\"";
         for (auto place = page.find(Start); place != std::string::npos;
@@ -302,7 +401,7 @@ TEST(HelpPages, NoPageHasAnAnchorTwice) {
 }
 
 TEST(HelpPages, NothingIsFetchedAndNothingRuns) {
-    for (const std::string name : {"manual.html", "referenc.html", "tonewright.css"}) {
+    for (const std::string name : {"manual.html", "referenc.html", "cli.html", "tonewright.css"}) {
         const std::string page = ReadPage(name);
         for (const char *word : {"<script", "http:", "https:", "@import", "url(", "<iframe"}) {
             EXPECT_EQ(page.find(word), std::string::npos) << name << ": " << word;

@@ -1,0 +1,258 @@
+// Takes the pictures of the help pages anew: opens each window of the program with the example bank
+// and the built-in instruments, without a display, and writes it as a PNG. The same windows give
+// the same pictures.
+//
+// usage: manual_pictures EXAMPLE_BANK FOLDER
+#include "common/folders.h"
+#include "common/platform.h"
+#include "common/settings.h"
+#include "common/view/dialog_controls.h"
+#include "core/current.h"
+#include "core/voice_list.h"
+#include "midi/instruments/builtin_instruments.h"
+#include "midi/midi_api.h"
+#include "shell/command_table.h"
+#include "shell/documents.h"
+#include "shell/history.h"
+#include "shell/list_state.h"
+#include "shell/start_up.h"
+#include "shell/undo.h"
+#include "shell/view/desktop_qt.h"
+#include "shell/view/main_window.h"
+#include "shell/view/voice_list_view.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QDateTime>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QImage>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSet>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+
+namespace tonewright {
+namespace {
+
+constexpr int ScreenHeight = 820;  // pixels, of the screen that the main window fits into
+constexpr int TimeToStand = 400;   // milliseconds, for what a window does behind its first painting
+constexpr int TimeToOpen = 10'000; // milliseconds
+constexpr int LongestRun = 60'000; // milliseconds
+constexpr int LargestPalette = 256; // colours
+constexpr int SettingsPages = 2;
+constexpr int VoiceRow = 2; // of the voice that is shown in the editor
+
+struct Pictures {
+    QString folder;
+    int failed = 0;
+};
+
+void Wait(int milliseconds) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < milliseconds) {
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+}
+
+// Few colours become a palette, which makes a small file; nothing is lost.
+QImage WithPalette(const QImage &picture) {
+    QSet<QRgb> colours;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            colours.insert(picture.pixel(x, y));
+        }
+    }
+    if (colours.size() > LargestPalette) {
+        return picture;
+    }
+    QList<QRgb> palette(colours.begin(), colours.end());
+    std::sort(palette.begin(), palette.end());
+    return picture.convertToFormat(QImage::Format_Indexed8, palette, Qt::ThresholdDither);
+}
+
+void Save(Pictures &pictures, const char *name, QWidget &widget) {
+    constexpr int SmallestFile = 0; // quality of a PNG
+    const QImage picture = widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QString path = pictures.folder + '/' + name + ".png";
+    if (!WithPalette(picture).save(path, "PNG", SmallestFile)) {
+        std::fprintf(stderr, "manual_pictures: %s cannot be written\n", qPrintable(path));
+        ++pictures.failed;
+    }
+}
+
+// Takes a picture of the box that `open` shows until it is closed, after `prepare` has had it.
+void TakeBox(Pictures &pictures, const char *name, const std::function<void()> &open,
+             const std::function<void(QWidget &)> &prepare = {}) {
+    bool taken = false;
+    QTimer timer;
+    QElapsedTimer waiting;
+    waiting.start();
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        QWidget *box = QApplication::activeModalWidget();
+        if (!box || !box->isVisible()) {
+            return;
+        }
+        timer.stop();
+        if (prepare) {
+            prepare(*box);
+        }
+        Wait(TimeToStand);
+        Save(pictures, name, *box);
+        taken = true;
+        static_cast<QDialog *>(box)->done(QDialog::Rejected);
+    });
+    timer.start(10);
+    open();
+    while (!taken && waiting.elapsed() < TimeToOpen) {
+        Wait(10);
+    }
+    if (!taken) {
+        std::fprintf(stderr, "manual_pictures: %s: no box has opened\n", name);
+        ++pictures.failed;
+    }
+    Wait(TimeToStand);
+}
+
+void TakeCommand(Pictures &pictures, const char *name, int command,
+                 const std::function<void(QWidget &)> &prepare = {}) {
+    TakeBox(
+        pictures, name, [command] { RunUserCommand(command); }, prepare);
+}
+
+void OpenBank(const QString &path) {
+    PendingOpenPath = path.toStdString();
+    RunUserCommand(CommandOpen);
+    Wait(TimeToStand);
+}
+
+void SelectRow(MainWindow &window, int row) {
+    ListSelect(MainList, row);
+    window.List()->setFocus();
+    Wait(TimeToStand);
+}
+
+void ShowTab(QWidget &box, int page) {
+    box.findChild<QTabWidget *>()->setCurrentIndex(page);
+}
+
+// A copy of a bank that was written at a time of its own.
+QString CopyOfBank(const QString &bank, const QString &copy) {
+    constexpr qint64 Time = 1'793'973'909; // seconds
+    QFile::copy(bank, copy);
+    QFile file(copy);
+    if (file.open(QIODevice::ReadWrite)) {
+        file.setFileTime(QDateTime::fromSecsSinceEpoch(Time), QFileDevice::FileModificationTime);
+    }
+    return copy;
+}
+
+// Makes a built-in instrument the current one.
+void Connect(const char *family, const char *ports) {
+    SelectKeyboardName = family;
+    SelectKeyboardMidiIn = SelectKeyboardMidiOut = ports;
+    MainListChanged(1);
+    RunCommand(CommandFind);
+    Wait(TimeToStand);
+}
+
+void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const QString &home) {
+    const QString dx7Bank = CopyOfBank(bank, home + "/Tonewright.syx");
+    Connect("Yamaha DX7, TX7, Korg Volca FM", "Built-in DX7");
+    OpenBank(dx7Bank);
+    SelectRow(window, VoiceRow);
+    Save(pictures, "window-dx7", window);
+
+    QTimer::singleShot(TimeToStand, [&] {
+        if (QWidget *menu = QApplication::activePopupWidget()) {
+            Save(pictures, "menu", *menu);
+            menu->close();
+        }
+    });
+    const QPoint point = window.List()->RowRectangle(VoiceRow).center();
+    QContextMenuEvent request(QContextMenuEvent::Keyboard, point,
+                              window.List()->viewport()->mapToGlobal(point));
+    QApplication::sendEvent(window.List()->viewport(), &request);
+    Wait(TimeToStand);
+
+    TakeCommand(pictures, "editor-dx7", CommandEdit, [](QWidget &box) { ShowTab(box, 0); });
+    TakeCommand(pictures, "editor-dx7-operator", CommandEdit,
+                [](QWidget &box) { ShowTab(box, 1); });
+    TakeCommand(pictures, "audition", CommandAudition);
+    TakeCommand(pictures, "select-synthesizer", CommandSelectSynth);
+    TakeCommand(pictures, "midi-devices", CommandMidiDevices);
+    for (int page = 0; page < SettingsPages; ++page) {
+        const std::string name = "settings-" + std::to_string(page + 1);
+        TakeCommand(pictures, name.c_str(), CommandSettings,
+                    [page](QWidget &box) { ShowTab(box, page); });
+    }
+    TakeCommand(pictures, "tip", CommandTip);
+    for (int row = 0; row < MainList.count; ++row) {
+        MainListState.clickedIndex = row;
+        RunUserCommand(CommandAddToDatabase);
+    }
+    TakeCommand(pictures, "catalogue", CommandInsertFromDatabase);
+
+    Connect("Yamaha reface DX", "Built-in reface DX");
+    RunUserCommand(CommandDownload);
+    SelectRow(window, VoiceRow);
+    Save(pictures, "window-reface", window);
+    TakeCommand(pictures, "editor-reface", CommandEdit, [](QWidget &box) { ShowTab(box, 0); });
+    TakeCommand(pictures, "editor-reface-operator", CommandEdit,
+                [](QWidget &box) { ShowTab(box, 1); });
+    TakeCommand(pictures, "configure", CommandConfigure);
+}
+
+int Take(const QString &bank, const QString &folder) {
+    const QTemporaryDir home;
+    const std::string path = home.path().toStdString();
+    PlatformFolders = {
+        .applicationData = path, .documents = path, .pictures = path, .programs = path};
+    ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
+    TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
+    MakeProgramFolders();
+    FillDefaultFolders();
+    QApplication::setCursorFlashTime(0);
+    UseQtDesktop();
+
+    Pictures pictures{.folder = folder};
+    MainWindow window(MainWindowSize(ScreenHeight), true);
+    UndoInit(&window);
+    HistoryInit();
+    window.AddBars();
+    window.AddList();
+    QTimer::singleShot(LongestRun, [] {
+        std::fputs("manual_pictures: a box stands that nobody has asked for\n", stderr);
+        std::_Exit(1);
+    });
+    window.show();
+    window.activateWindow();
+    Wait(TimeToStand);
+    TakeAll(pictures, window, bank, home.path());
+    HistoryEnd();
+    UndoEnd();
+    return pictures.failed == 0 ? 0 : 1;
+}
+
+} // namespace
+} // namespace tonewright
+
+int main(int argc, char **argv) {
+    if (argc != 3) {
+        std::fputs("usage: manual_pictures EXAMPLE_BANK FOLDER\n", stderr);
+        return 2;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    return tonewright::Take(argv[1], argv[2]);
+}
