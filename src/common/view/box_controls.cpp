@@ -42,8 +42,9 @@ public:
 void SetUpBoxControls(QDialog &box, ReferenceTopic helpTopic) {
     const QSize pictureSize(ThemeGetMetric(MetricPictureWidth),
                             ThemeGetMetric(MetricPictureHeight));
-    ControlOf<QLabel>(&box, Picture)
-        ->setPixmap(PictureOf(ApplicationPicture, pictureSize, box.devicePixelRatioF()));
+    if (auto *picture = ControlOf<QLabel>(&box, Picture)) {
+        picture->setPixmap(PictureOf(ApplicationPicture, pictureSize, box.devicePixelRatioF()));
+    }
     for (QCheckBox *check : box.findChildren<QCheckBox *>()) {
         LeaveReturnToBox(check);
     }

@@ -13,4 +13,7 @@ public:
     QSize minimumSizeHint() const override;
 };
 
+// Lets a line take whole numbers from 0 to `largest` only, and no text at all.
+void TakeNumbersUpTo(QLineEdit *edit, int largest);
+
 } // namespace tonewright

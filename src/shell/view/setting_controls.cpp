@@ -6,9 +6,10 @@
 #include "common/view/dialog_controls.h"
 #include "common/view/up_down.h"
 #include "shell/shell_window.h"
+#include "shell/view/colour_box.h"
+#include "shell/view/colour_field.h"
 
 #include <QAbstractButton>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QEvent>
 #include <QFontDatabase>
@@ -39,15 +40,6 @@ std::string *TextOf(const ConfigKey &key) {
 const SettingChoice *ChoicesOf(const ConfigKey &key) {
     const SettingChoice *const *choices = std::get_if<const SettingChoice *>(&key.items);
     return choices ? *choices : nullptr;
-}
-
-// A colour is kept as red in the low byte, then green, then blue.
-QColor ColourOf(std::uint32_t value) {
-    return QColor(value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF);
-}
-
-std::uint32_t ColourValue(const QColor &colour) {
-    return static_cast<std::uint32_t>(colour.red() | colour.green() << 8 | colour.blue() << 16);
 }
 
 void ShowColour(const QWidget *, QWidget *control, const ConfigKey &key) {
@@ -244,7 +236,7 @@ protected:
         QPainter painter(control);
         const QRect frame = control->rect().adjusted(0, 0, -1, -1);
         painter.setPen(control->palette().color(QPalette::Shadow));
-        painter.setBrush(ColourOf(control->property(UserData).toUInt()));
+        painter.setBrush(QColourOf(control->property(UserData).toUInt()));
         painter.drawRect(frame);
         if (control->hasFocus()) {
             painter.setBrush(Qt::NoBrush);
@@ -260,11 +252,9 @@ private:
     QWidget *control; // owns this object
 };
 
-void ChooseColour(QWidget *control) {
-    const QColor chosen = QColorDialog::getColor(ColourOf(control->property(UserData).toUInt()),
-                                                 control->window(), "Color");
-    if (chosen.isValid()) {
-        control->setProperty(UserData, ColourValue(chosen));
+void ChooseColourOf(QWidget *control) {
+    if (const auto chosen = ChooseColour(control, control->property(UserData).toUInt())) {
+        control->setProperty(UserData, *chosen);
         control->update();
     }
 }
@@ -311,7 +301,7 @@ void ConnectSwatch(QWidget *page, QWidget *control) {
     if (auto *button = qobject_cast<QAbstractButton *>(control)) {
         QObject::connect(button, &QAbstractButton::clicked, page, [page, button] {
             if (page->isVisible()) {
-                ChooseColour(button);
+                ChooseColourOf(button);
             }
         });
     }

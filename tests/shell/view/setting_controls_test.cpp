@@ -3,19 +3,18 @@
 #include "common/view/up_down.h"
 #include "shell/shell_window.h"
 #include "shell/view/setting_controls.h"
+#include "support/modal_box.h"
 #include "support/put_back.h"
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QComboBox>
+#include <QDialog>
 #include <QFontDatabase>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
 #include <memory>
@@ -374,30 +373,27 @@ TEST_F(SettingControlsTest, AColourIsPaintedAsASwatchWithRedInTheLowByte) {
     EXPECT_EQ(colour->grab().toImage().pixelColor(60, 13), QColor(Qt::red));
 }
 
-// Answers the colour dialog that the next event loop shows.
-void AnswerColourDialog(const QColor &colour, bool accept, QColor &shown) {
-    QTimer::singleShot(0, [=, &shown] {
-        auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        shown = dialog->currentColor();
-        dialog->setCurrentColor(colour);
-        QMetaObject::invokeMethod(dialog, accept ? "accept" : "reject");
-    });
-}
-
-TEST_F(SettingControlsTest, ASwatchOpensTheColourDialogAndTakesItsColourOnOk) {
+TEST_F(SettingControlsTest, ASwatchOpensTheColourBoxAndTakesItsColourOnOk) {
     Colour = 0x00332211;
     Show();
-    QColor shown;
-    AnswerColourDialog(QColor(1, 2, 3), true, shown);
-    QTest::mouseClick(colour, Qt::LeftButton);
-    EXPECT_EQ(shown, QColor(0x11, 0x22, 0x33));
+    const auto open = [this] { QTest::mouseClick(colour, Qt::LeftButton); };
+    const auto writeAndPress = [](QDialog &box, const char *number, const char *button) {
+        auto *hex = box.findChild<QLineEdit *>("control_102");
+        hex->selectAll();
+        QTest::keyClicks(hex, number);
+        QTest::mouseClick(box.findChild<QPushButton *>(button), Qt::LeftButton);
+    };
+    WithModalBox(open, [&](QDialog &box) {
+        EXPECT_EQ(box.windowTitle(), "Color");
+        EXPECT_EQ(box.parentWidget(), &window);
+        EXPECT_EQ(box.findChild<QLineEdit *>("control_102")->text(), "#112233");
+        writeAndPress(box, "#010203", "control_1");
+    });
     EXPECT_EQ(colour->property("userData").toUInt(), 0x00030201u);
     EXPECT_EQ(colour->grab().toImage().pixelColor(60, 13), QColor(1, 2, 3));
     EXPECT_EQ(Colour, 0x00332211u); // until it is stored
 
-    AnswerColourDialog(QColor(9, 9, 9), false, shown);
-    QTest::mouseClick(colour, Qt::LeftButton);
+    WithModalBox(open, [&](QDialog &box) { writeAndPress(box, "#090909", "control_2"); });
     EXPECT_EQ(colour->property("userData").toUInt(), 0x00030201u);
     Store();
     EXPECT_EQ(Colour, 0x00030201u);
