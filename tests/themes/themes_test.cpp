@@ -49,18 +49,21 @@ constexpr unsigned Pictures[] = {0x8000001 | OfBox, 103 | OfBox, 8804 | OfBox};
 
 constexpr unsigned Pressed = 0x1, Disabled = 0x4, Focus = 0x10, Default = 0x20, Hover = 0x40;
 
-// A theme that is loaded as long as this lives. The entry points are typed by the header.
+// A theme, its file beside the program, that is loaded as long as this lives. The entry points are
+// typed by the header.
 class LoadedTheme {
 public:
-    explicit LoadedTheme(const ThemeCase &theme) {
+    explicit LoadedTheme(const char *file) {
         const std::string program = WindowProgram();
-        library.setFileName(QString::fromStdString(
-            program.substr(0, program.find_last_of('/') + 1) + theme.library));
+        library.setFileName(
+            QString::fromStdString(program.substr(0, program.find_last_of('/') + 1) + file));
         EXPECT_TRUE(library.load()) << library.errorString().toStdString();
         EXPECT_EQ(Call<decltype(THEMEInit)>("THEMEInit")(18, 17, 0, 1), 1);
     }
     ~LoadedTheme() {
-        Call<decltype(THEMEDeInit)>("THEMEDeInit")();
+        if (Exports("THEMEDeInit")) {
+            Call<decltype(THEMEDeInit)>("THEMEDeInit")();
+        }
         library.unload();
     }
     bool Exports(const char *name) { return library.resolve(name) != nullptr; }
@@ -180,7 +183,7 @@ double HighestContrast(const QImage &image, const QImage &ground) {
 
 class Themes : public testing::TestWithParam<ThemeCase> {
 protected:
-    LoadedTheme theme{GetParam()};
+    LoadedTheme theme{GetParam().library};
     Sizes sizes = GetParam().sizes;
 };
 
@@ -311,8 +314,8 @@ TEST_P(Themes, BitmapsHaveThePixelsOfTheScreensScale) {
     const std::string self = QCoreApplication::applicationFilePath().toStdString();
     for (const char *scale : {"1.5", "2", "3"}) {
         const ProgramResult result =
-            RunProgram({"/usr/bin/env", "-u", "TEST_COUNTS", "-u", "GTEST_TOTAL_SHARDS",
-                        std::string("QT_SCALE_FACTOR=") + scale, self,
+            RunProgram({"/usr/bin/env", "-u", "TEST_COUNTS", "-u", "GTEST_TOTAL_SHARDS", "-u",
+                        "GTEST_SHARD_INDEX", std::string("QT_SCALE_FACTOR=") + scale, self,
                         std::string("--gtest_filter=*BitmapsHaveTheHeader*/") + GetParam().name});
         EXPECT_EQ(result.exitStatus, 0) << scale << result.output;
         EXPECT_NE(result.output.find("[  PASSED  ] 1 test"), std::string::npos) << result.output;
@@ -405,7 +408,7 @@ TEST_P(Themes, PicturesStandOutOnLightAndDarkGround) {
 
 TEST(SlateThemes, FacesAreLighterUnderTheMouseAndDarkerWhilePressed) {
     for (const ThemeCase &size : {SlateMedium, SlateCompact}) {
-        LoadedTheme theme(size);
+        LoadedTheme theme(size.library);
         for (const QPalette &palette : {LightPalette(), DarkPalette()}) {
             const auto grey = [&](int tool, unsigned state) {
                 return qGray(DrawBar(theme, palette, tool, state).image.pixel(9, 20));
@@ -484,9 +487,9 @@ TEST_P(Themes, PicturesStaySharpBetweenPixels) {
 }
 
 TEST(ThemesTogether, EachAnswersForItself) {
-    LoadedTheme base(Base);
-    auto medium = std::make_unique<LoadedTheme>(SlateMedium);
-    LoadedTheme compact(SlateCompact);
+    LoadedTheme base(Base.library);
+    auto medium = std::make_unique<LoadedTheme>(SlateMedium.library);
+    LoadedTheme compact(SlateCompact.library);
     EXPECT_EQ(base.Metric(1), 56);
     EXPECT_EQ(medium->Metric(1), 56);
     EXPECT_EQ(compact.Metric(1), 40);
@@ -498,6 +501,37 @@ TEST(ThemesTogether, EachAnswersForItself) {
     EXPECT_EQ(compact.Metric(1), 40);
     EXPECT_EQ(DrawBar(compact, LightPalette(), 8, 0).image, drawn);
     EXPECT_EQ(ImageOf(base.Bitmap(Pictures[0])).width(), qRound(96 * qApp->devicePixelRatio()));
+}
+
+// What themes/README.md shows is a theme: all that has to be there is there, and it does what the
+// text says.
+TEST(ThemeOfTheReadme, IsComplete) {
+    LoadedTheme theme("tests/THEME_Plain_x64");
+    for (const char *name : {"THEMEGetSupport", "THEMEDrawSmallButton", "THEMEDrawTool"}) {
+        EXPECT_TRUE(theme.Exports(name)) << name;
+    }
+    EXPECT_EQ(theme.Metric(THEME_METRIC_TOOLBAR_HEIGHT), 44);
+    EXPECT_EQ(theme.Metric(THEME_METRIC_PICTURE_WIDTH), 64);
+    std::vector<QImage> tools;
+    for (const int tool : Tools) {
+        const auto [image, drawn] = DrawBar(theme, LightPalette(), tool, 0);
+        EXPECT_EQ(drawn, 1) << tool;
+        EXPECT_FALSE(HasPixel(image, image.rect(), Untouched));
+        for (const QImage &other : tools) {
+            EXPECT_NE(image, other) << tool;
+        }
+        tools.push_back(image);
+        EXPECT_NE(DrawBar(theme, LightPalette(), tool, Hover).image, image) << tool;
+        EXPECT_NE(DrawBar(theme, LightPalette(), tool, Disabled).image, image) << tool;
+    }
+    EXPECT_EQ(DrawBar(theme, LightPalette(), NoTool, 0).drawn, 0);
+    const LoadedTheme::Block preview = theme.Bitmap(THEME_BITMAP_PREVIEW);
+    ASSERT_TRUE(preview);
+    const quint32 header[10] = {40, 200, 40, 1 | 24 << 16, 0, 200 * 40 * 3, 3780, 3780, 0, 0};
+    for (int place = 0; place < 10; ++place) {
+        EXPECT_EQ(qFromLittleEndian<quint32>(preview.get() + place * 4), header[place]) << place;
+    }
+    EXPECT_FALSE(theme.Bitmap(THEME_BITMAP_TIP_HEADING));
 }
 
 } // namespace
