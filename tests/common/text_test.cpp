@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 using namespace tonewright;
 
@@ -149,6 +150,21 @@ TEST(ReplaceExtension, ReplacesWhatStandsBehindTheLastDotOfTheName) {
 TEST(BackupPathOf, PutsItsWordsInFrontOfTheName) {
     EXPECT_EQ(BackupPathOf("/a/bank.syx"), "/a/Backup of bank.syx");
     EXPECT_EQ(BackupPathOf("bank.syx"), "Backup of bank.syx");
+}
+
+TEST(CompareText, GoesByTheBytesWithCapitalsTakenForSmallLetters) {
+    EXPECT_EQ(CompareText("Aa", "aA"), 0);
+    EXPECT_EQ(CompareText("", ""), 0);
+    for (const auto &[one, other] :
+         {std::pair("a", "B"), {"A", "b"}, {"a", "aa"}, {"", " "}, {"[", "a"}, {"z", "\xC3"}}) {
+        EXPECT_LT(CompareText(one, other), 0) << one << other;
+        EXPECT_GT(CompareText(other, one), 0) << one << other;
+        EXPECT_TRUE(NameStandsBefore(one, other)) << one << other;
+        EXPECT_FALSE(NameStandsBefore(other, one)) << one << other;
+    }
+    EXPECT_TRUE(NameStandsBefore("A", "a"));
+    EXPECT_FALSE(NameStandsBefore("a", "A"));
+    EXPECT_FALSE(NameStandsBefore("a", "a"));
 }
 
 TEST(EqualNoCase, LooksAtAsciiLettersOnly) {
