@@ -5,6 +5,8 @@
 #include "database/view/file_time_box.h"
 #include "database/view/new_database_box.h"
 #include "drivers/reface_dx/view/settings_box.h"
+#include "shell/view/colour_box.h"
+#include "shell/view/colour_table_boxes.h"
 #include "shell/view/desktop_qt.h"
 #include "support/builtin_midi.h"
 #include "support/modal_box.h"
@@ -55,6 +57,13 @@ protected:
                             SynthConfigBlock block;
                             RunRefaceSettingsBox(window.get(), block);
                         }});
+        rows.push_back({"colour", [this] { ChooseColour(window.get(), 0x00FF8800); }});
+        rows.push_back({"colours", [this] {
+                            std::vector<ColourOption> options = {{"One", 1}, {"Two", 2}};
+                            ChooseColours(window.get(), options);
+                        }});
+        rows.push_back({"new colour", [this] { RunAddColourBox(window.get(), {"1", "2", "3"}); }});
+        rows.push_back({"colour table", [this] { RunColourTableBox(window.get()); }});
         return rows;
     }
 
