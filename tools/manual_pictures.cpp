@@ -3,6 +3,7 @@
 // the same pictures.
 //
 // usage: manual_pictures EXAMPLE_BANK FOLDER
+#include "common/colour_table.h"
 #include "common/folders.h"
 #include "common/platform.h"
 #include "common/settings.h"
@@ -17,6 +18,7 @@
 #include "shell/list_state.h"
 #include "shell/start_up.h"
 #include "shell/undo.h"
+#include "shell/view/colour_box.h"
 #include "shell/view/desktop_qt.h"
 #include "shell/view/main_window.h"
 #include "shell/view/voice_list_view.h"
@@ -50,7 +52,8 @@ constexpr int TimeToOpen = 10'000; // milliseconds
 constexpr int LongestRun = 60'000; // milliseconds
 constexpr int LargestPalette = 256; // colours
 constexpr int SettingsPages = 2;
-constexpr int VoiceRow = 2; // of the voice that is shown in the editor
+constexpr std::uint32_t Teal = 0x9C'AB'22; // blue, green and red
+constexpr int VoiceRow = 2;                // of the voice that is shown in the editor
 
 struct Pictures {
     QString folder;
@@ -197,6 +200,7 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
                     [page](QWidget &box) { ShowTab(box, page); });
     }
     TakeCommand(pictures, "tip", CommandTip);
+    TakeBox(pictures, "colors", [&window] { ChooseColour(&window, Teal); });
     for (int row = 0; row < MainList.count; ++row) {
         MainListState.clickedIndex = row;
         RunUserCommand(CommandAddToDatabase);
@@ -221,6 +225,7 @@ int Take(const QString &bank, const QString &folder) {
     ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
     TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
     MakeProgramFolders();
+    InstallColourTable();
     FillDefaultFolders();
     QApplication::setCursorFlashTime(0);
     UseQtDesktop();
