@@ -121,7 +121,6 @@ private:
         list->setAccessibleName("Named colors");
         list->setMinimumSize(ListWidth,
                              FewestRows * selection.table.itemHeight + 2 * list->frameWidth());
-        list->installEventFilter(this);
         LeaveReturnToBox(list);
         ui.names->insertWidget(0, list, 1);
     }
