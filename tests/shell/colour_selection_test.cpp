@@ -87,10 +87,10 @@ TEST_F(ColourSelections, AWholeColourHasANameAndOneToThreeDigitsInEachField) {
 }
 
 TEST_F(ColourSelections, ANameHoldsNoSignAndNoControlCharacter) {
-    for (const char32_t character : U" aZ,;#\u00E4\u97F3\U0001F3B9") {
+    for (const char32_t character : U" aZ,;#~\u00A0\u00E4\u97F3\U0001F3B9") {
         EXPECT_EQ(MayStandInColourName(character), character != 0) << std::uint32_t(character);
     }
-    for (const char32_t character : U"=\t\n\x7F\x9B") {
+    for (const char32_t character : U"=\t\n\x1F\x7F\x9F") {
         EXPECT_FALSE(MayStandInColourName(character)) << std::uint32_t(character);
     }
 }

@@ -94,6 +94,7 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
         ShowScreenDriverMessage();
         return 0;
     }
+    InstallColourTable(); // not in front of the first painting, since it waits for the disk
     FollowSessionEnd(window);
     PostFirstDocument(commandLinePath);
     PostFirstLookAtClipboard();
@@ -135,7 +136,6 @@ int RunApplication(int argc, char **argv) {
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
-    InstallColourTable();
     const int exitCode = RunLoop(application, CommandLinePath(argc, argv));
     UnregisterToolTipClass();
     UndoEnd();
