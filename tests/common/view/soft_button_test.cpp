@@ -147,6 +147,26 @@ TEST(SoftButton, ASoftOneHasABroadLightEdgeAboveAndOnTheLeftAndADarkLineAcross) 
     EXPECT_EQ(grey(right - 2, 15), face);
 }
 
+TEST(SoftButton, LightAndShadeAreToldApartOnADarkPaletteToo) {
+    QPalette dark;
+    dark.setColor(QPalette::Button, QColor(53, 53, 53));
+    dark.setColor(QPalette::Light, QColor(55, 55, 55)); // hardly brighter than the face
+    dark.setColor(QPalette::ButtonText, Qt::white);
+    for (const std::uint32_t style : {SoftButtonSoft, SoftButtonFlex}) {
+        SoftButtons = style;
+        QPushButton button;
+        button.setPalette(dark);
+        button.resize(100, 30);
+        MakeSoftButton(&button);
+        const QImage image = button.grab().toImage();
+        const int face = qGray(image.pixel(50, 15));
+        EXPECT_GE(qGray(image.pixel(50, 2)), face + 16) << style;
+        const int shade = style == SoftButtonFlex ? 3 : 28;
+        EXPECT_LE(qGray(image.pixel(50, shade)), face - 4) << style;
+    }
+    SoftButtons = 1;
+}
+
 TEST(SoftButton, AFlexOneHasADoubleFrameTwoPixelsInThatTurnsInsideOut) {
     const QImage rest = SoftButtonImage(SoftButtonFlex, false),
                  pressed = SoftButtonImage(SoftButtonFlex, true);
