@@ -19,6 +19,7 @@ int CliConfig(const CliCall &call);
 int CliSettings(const CliCall &call);
 int CliHistory(const CliCall &call);
 int CliColours(const CliCall &call);
+int CliThemes(const CliCall &call);
 int CliTip(const CliCall &call);
 int CliSystemInformation(const CliCall &call);
 int CliPorts(const CliCall &call);

@@ -69,6 +69,8 @@ constexpr CliCommand Commands[] = {
      OptionBit(CliOption::File), CliHistory},
     {"colours", "FILE", "print name, red, green and blue of each color of a color table", 1, 1, 0,
      CliColours},
+    {"themes", "", "print name and file of each theme, and whether it loads or why not", 0, 0, 0,
+     CliThemes},
     {"tip", "", "print the tip of the day that comes next, which stays the next one", 0, 0, 0,
      CliTip},
     {"system-information", "", "print facts about the machine and the program", 0, 0, 0,

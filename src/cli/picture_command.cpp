@@ -5,8 +5,11 @@
 #include "cli/offscreen_toolkit.h"
 #include "cli/terminal_desktop.h"
 #include "cli/text_output.h"
+#include "cli/user_settings.h"
 #include "common/text.h"
+#include "common/theme_files.h"
 #include "common/utf8_path.h"
+#include "common/view/theme.h"
 #include "shell/view/desktop_qt.h"
 #include "shell/view/window_picture.h"
 
@@ -37,8 +40,14 @@ int CliPicture(const CliCall &call) {
     QApplication application(count, arguments);
     UseQtDesktop(); // its status bar is in the picture
     UseTerminalDesktop(call);
+    ReadThemeSettings();
+    ThemeChooseDefault(screen.width);
+    ThemeLoad();
     std::string error;
-    if (!PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.height, error)) {
+    const bool painted =
+        PaintMainWindowPicture(AbsolutePath(bank), AbsolutePath(picture), screen.height, error);
+    ThemeUnload();
+    if (!painted) {
         TellError("", error);
         return ExitFailed;
     }

@@ -53,6 +53,10 @@ int CliPicture(const CliCall &call) {
     return RunPainting("picture", call);
 }
 
+int CliThemes(const CliCall &call) {
+    return RunPainting("themes", call);
+}
+
 int CliPrint(const CliCall &call) {
     return RunPainting("print", call);
 }

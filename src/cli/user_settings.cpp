@@ -38,6 +38,10 @@ bool IsForAdding(const ConfigKey &row) {
     return row.value == decltype(row.value)(&CreateBackups) || IsForDatabases(row);
 }
 
+bool IsForThemes(const ConfigKey &row) {
+    return row.value == decltype(row.value)(&ThemeCurrent);
+}
+
 void ReadSomeSettings(bool (*takes)(const ConfigKey &row)) {
     PrepareSettings();
     ReadSettingsFile(ProgramSettings, SettingsFilePath(ProgramSettings).c_str(), takes);
@@ -77,6 +81,10 @@ void ReadUserSettings() {
 
 void ReadInstrumentSettings() {
     ReadSomeSettings(IsForInstruments);
+}
+
+void ReadThemeSettings() {
+    ReadSomeSettings(IsForThemes);
 }
 
 void ReadDatabaseSettings() {

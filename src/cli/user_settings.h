@@ -17,6 +17,8 @@ void ReadUserSettings();
 // Of the user's file only what the commands for instruments go by: ports, channel, waiting and
 // velocity. In all else they do as the other commands, whatever the user's window program does.
 void ReadInstrumentSettings();
+// The same for the commands that paint windows: the look of these.
+void ReadThemeSettings();
 // The same for the commands of catalogues: those of catalogues, and the instrument.
 void ReadDatabaseSettings();
 // The same for the one that adds to them: also whether a backup is made.

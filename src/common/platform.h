@@ -2,6 +2,7 @@
 // platform: platform_posix.cpp, platform_windows.cpp.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -9,10 +10,15 @@
 namespace tonewright {
 
 extern const char PathSeparator; // '/' or '\\'
+// Of the libraries that a program loads while it runs, without a dot: "so" or "dll".
+extern const char *const PlatformLibraryExtension;
 
 // Creation ("birth") time of an existing file that can be opened for writing, in 100-nanosecond
 // units since 1601 UTC. False when it cannot be opened or the file system keeps no such time.
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time);
+
+// Bytes of a block that malloc() has given: as many as were asked for, or a few more.
+std::size_t PlatformBlockSize(const void *block);
 
 // What to run for a browser known by the name of its Windows program ("firefox.exe"): the path that
 // the system has registered for it, else the bare name of the program on this platform.

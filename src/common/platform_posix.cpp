@@ -14,6 +14,9 @@
 
 #ifdef __APPLE__
 #include <mach-o/dyld.h>
+#include <malloc/malloc.h>
+#else
+#include <malloc.h>
 #endif
 
 namespace tonewright {
@@ -79,6 +82,7 @@ std::string EscapeForAddress(const std::string &path) {
 } // namespace
 
 const char PathSeparator = '/';
+const char *const PlatformLibraryExtension = "so";
 
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
     // Neither a pipe without a reader nor a terminal holds the program up.
@@ -88,6 +92,14 @@ bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
         return false;
     }
     return BirthTime(file.value, time);
+}
+
+std::size_t PlatformBlockSize(const void *block) {
+#ifdef __APPLE__
+    return malloc_size(block);
+#else
+    return malloc_usable_size(const_cast<void *>(block));
+#endif
 }
 
 std::string PlatformBrowserProgram(const char *windowsProgram) {

@@ -6,10 +6,12 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <malloc.h>
 
 namespace tonewright {
 
 const char PathSeparator = '\\';
+const char *const PlatformLibraryExtension = "dll";
 
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
     const HANDLE file =
@@ -24,6 +26,10 @@ bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
         *time = static_cast<std::uint64_t>(created.dwHighDateTime) << 32 | created.dwLowDateTime;
     }
     return read;
+}
+
+std::size_t PlatformBlockSize(const void *block) {
+    return _msize(const_cast<void *>(block));
 }
 
 std::string PlatformBrowserProgram(const char *windowsProgram) {

@@ -1001,6 +1001,7 @@ TEST(CliCommandLine, ShowsItsHelp) {
                                 "settings WHAT [KEY [VALUE]]",
                                 "history",
                                 "colours FILE",
+                                "themes",
                                 "tip",
                                 "--yes",
                                 "--no",

@@ -1,5 +1,7 @@
 #include "support/paths.h"
 
+#include "common/platform.h"
+
 namespace tonewright {
 
 std::string SourceFile(const std::string &name) {
@@ -8,6 +10,10 @@ std::string SourceFile(const std::string &name) {
 
 std::string ExampleFile(const std::string &name) {
     return SourceFile("examples/" + name);
+}
+
+std::string TestTheme(const std::string &name) {
+    return TEST_THEME_FOLDER "/" + name + "." + PlatformLibraryExtension;
 }
 
 std::string WindowProgram() {

@@ -12,6 +12,9 @@ std::string SourceFile(const std::string &name);
 // Of a file in examples/; ExampleFile("") is the folder.
 std::string ExampleFile(const std::string &name);
 
+// Of a theme made for tests, by its name in tests/CMakeLists.txt.
+std::string TestTheme(const std::string &name);
+
 std::string WindowProgram();    // tonewright
 std::string CliProgram();       // tonewright-cli
 std::string VoicetextProgram(); // of tools/

@@ -1,7 +1,9 @@
 // Looks at the pixels of a painted picture.
 #include "support/pixels.h"
 
+#include <QPixmap>
 #include <QTransform>
+#include <QWidget>
 
 namespace tonewright {
 
@@ -32,6 +34,11 @@ QRect InkOf(const QImage &image, const QRect &area, QRgb background) {
         }
     }
     return ink;
+}
+
+bool HasInk(QWidget &widget) {
+    const QImage image = widget.grab().toImage();
+    return !InkOf(image, image.rect(), image.pixel(0, 0)).isEmpty();
 }
 
 bool HasPixel(const QImage &image, const QRect &area, QRgb colour) {

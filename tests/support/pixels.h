@@ -6,6 +6,8 @@
 
 #include <utility>
 
+class QWidget;
+
 namespace tonewright {
 
 constexpr QRgb Black = 0xFF000000;
@@ -20,6 +22,9 @@ bool HasPixel(const QImage &image, const QRect &area, QRgb colour);
 // The smallest rectangle around every pixel within `area` that differs from `background`; an empty
 // one when there is none.
 QRect InkOf(const QImage &image, const QRect &area, QRgb background = White);
+
+// True when a widget is painted in more than one colour, over a ground of one.
+bool HasInk(QWidget &widget);
 
 // First and last row, or column, of the run of ink through column x and row y; -1 and -1 when the
 // pixel there has another colour.

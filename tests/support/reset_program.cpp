@@ -4,6 +4,7 @@
 #include "common/folders.h"
 #include "common/settings.h"
 #include "common/sound.h"
+#include "common/view/theme.h"
 #include "common/view/tool_tip.h"
 #include "core/current.h"
 #include "core/dispatch.h"
@@ -47,6 +48,7 @@ void ResetWindows() {
 void ResetProgram() {
     ResetWindows();
     StopSounds();
+    ThemeUnload();
     TheDesktop = {};
     TheShellWindow = {};
     TheDatabaseViews = {};

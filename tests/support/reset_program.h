@@ -14,6 +14,7 @@
 //   TheDesktop                     common/desktop.h          both main()s                empty
 //   TheSoundDevice                 common/sound.h            nobody                      the machine's
 //   (the thread that plays)        common/sound.h            PlaySoundFile, StopSounds   none
+//   (the theme that draws)         common/view/theme.h       ThemeLoad, ThemeUnload      the linked one
 //   CurrentDriverId, MidiInPort,   core/current.h            search and choice of an     none
 //     MidiOutPort, SynthFirmware                             instrument
 //   CurrentDocumentPath            core/current.h            shell/documents             Untitled.Twl

@@ -3,7 +3,7 @@
 
 #include "common/desktop.h"
 #include "common/view/dialog_controls.h"
-#include "common/view/theme.h"
+#include "common/view/theme_picture.h"
 
 #include <QCheckBox>
 #include <QDialog>
@@ -40,10 +40,8 @@ public:
 } // namespace
 
 void SetUpBoxControls(QDialog &box, ReferenceTopic helpTopic) {
-    const QSize pictureSize(ThemeGetMetric(MetricPictureWidth),
-                            ThemeGetMetric(MetricPictureHeight));
     if (auto *picture = ControlOf<QLabel>(&box, Picture)) {
-        picture->setPixmap(PictureOf(ApplicationPicture, pictureSize, box.devicePixelRatioF()));
+        ShowThemePicture(*picture, ApplicationPicture);
     }
     for (QCheckBox *check : box.findChildren<QCheckBox *>()) {
         LeaveReturnToBox(check);

@@ -1,7 +1,7 @@
 // Painting, scrolling, selecting and dragging in a list box.
 #include "common/view/list_box_view.h"
 
-#include "common/view/theme.h"
+#include "common/view/pictures.h"
 
 #include <QAbstractListModel>
 #include <QApplication>

@@ -4,7 +4,7 @@
 #include "common/sound.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
+#include "common/view/theme_picture.h"
 #include "ui_MessageBox.h"
 
 #include <QApplication>
@@ -157,16 +157,11 @@ private:
     }
 
     void SetPicture() {
-        const QSize size(ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight));
-        if (!Has(MessageFlagPicture)) {
+        if (Has(MessageFlagPicture)) {
+            ShowThemePicture(*ui.control_10, request.picture);
+        } else {
             ui.control_10->hide();
-            return;
         }
-        if (size.width() >= 1 && size.height() >= 1) {
-            ui.control_10->resize(size);
-        }
-        ui.control_10->setPixmap(
-            PictureOf(request.picture, ui.control_10->size(), devicePixelRatioF()));
     }
 
     void MakeButtons() {

@@ -1,55 +1,67 @@
-// The look of tool bar, buttons and pictures: measures and the numbered pictures.
+// The look of tool bar and pictures of boxes: the theme that the program draws with, a library
+// named by the setting ThemeCurrent or, where none is loaded, the one that is linked to the
+// program. Callers do not care which; a new choice counts from the next start on.
 #pragma once
 
-#include <QPixmap>
-#include <QRect>
-#include <QSize>
+#include "common/theme_bitmap.h"
+#include "tonewright_theme.h"
+
+#include <QImage>
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
+class QColor;
 class QPainter;
+class QRect;
+class QWidget;
 
 namespace tonewright {
 
-// Measures that ThemeGetMetric knows.
-constexpr int MetricToolBarHeight = 1;
-constexpr int MetricToolWidth = 2;
-constexpr int MetricToolHeight = 3;
-constexpr int MetricToolGroupGap = 5; // extra gap behind the last button of a group
-constexpr int MetricToolLeft = 6;     // left edge of the first button
-constexpr int MetricToolTop = 7;
-constexpr int MetricToolGap = 8;
-constexpr int MetricPictureWidth = 17; // of the picture of a dialog
-constexpr int MetricPictureHeight = 18;
+// Loads the theme that ThemeCurrent names from the folder "theme" below ApplicationPath. Where no
+// such file is, ThemeCurrent becomes the medium theme. True when the program draws with it from now
+// on. False when something is wrong with it: then the linked theme draws, and a message says so.
+// Once, after the application object of the toolkit is made.
+bool ThemeLoad();
+// Ends the theme that the program draws with; from now on the linked one would draw.
+void ThemeUnload();
+// True when the program draws with the library in this file, under whatever path.
+bool ThemeIsLoadedFrom(const std::string &path);
 
-// A measure in pixels; 0 for a number that has none.
+// The largest measure that is believed, in pixels.
+constexpr int LargestThemeMetric = 4096;
+// A measure by its number, THEME_METRIC_...; 0 for one that has none, and for what is negative.
 int ThemeGetMetric(int number);
 
+// A bitmap by its number, THEME_BITMAP_..., if the theme has it.
+std::optional<ThemeBitmap> ThemeGetBitmap(std::uint32_t number);
+
 // The state of a button that is painted; the values are or-ed.
-constexpr unsigned ButtonPressed = 0x1;
-constexpr unsigned ButtonDisabled = 0x2;
-constexpr unsigned ButtonHover = 0x4;
-constexpr unsigned ButtonFocus = 0x8;
-constexpr unsigned ButtonDefault = 0x10; // what the Return key presses
+constexpr unsigned ButtonPressed = THEME_STATE_PRESSED;
+constexpr unsigned ButtonDisabled = THEME_STATE_DISABLED;
+constexpr unsigned ButtonHover = THEME_STATE_HOVER;
+constexpr unsigned ButtonFocus = THEME_STATE_FOCUS;
+constexpr unsigned ButtonDefault = THEME_STATE_DEFAULT; // what the Return key presses
 
-// Paints a tool button into a rectangle: a face that shows when the mouse is over it or presses
-// it, and the picture in its middle, grey while the button is disabled.
-void ThemeDrawButton(QPainter &painter, const QRect &rectangle, unsigned state,
-                     const QPixmap &picture);
-// The side of the square picture of a tool button, in pixels.
-constexpr int ToolPictureSize = 32;
+// Paints a tool button with a picture, THEME_TOOL_..., into a rectangle of a window.
+void ThemeDrawButton(QWidget &window, QPainter &painter, const QRect &rectangle, int picture,
+                     unsigned state);
 
-// Paints what lies behind the tool buttons.
-void ThemeDrawToolbarBackground(QPainter &painter, const QRect &rectangle);
+// Paints what lies behind the tool buttons over a whole window.
+void ThemeDrawToolbarBackground(QWidget &window, QPainter &painter);
 
-// A numbered picture in a size of logical pixels, its proportions kept, on a transparent ground. A
-// number without a picture gives a grey tile. ApplicationPicture is the program's own.
-QPixmap PictureOf(std::uint32_t number, QSize size, double devicePixelRatio = 1.0);
+// A bitmap in the device pixels of a screen that has so many for one at scale 1.
+QImage ImageOfThemeBitmap(const ThemeBitmap &bitmap, double devicePixelRatio);
 
-// The size in which a numbered picture was drawn; empty when there is none.
-QSize PictureSize(std::uint32_t number);
-
-// Paints a numbered picture into a rectangle, its proportions kept.
-void ThemeDrawPicture(QPainter &painter, std::uint32_t number, const QRect &rectangle);
+// Gives the picture of a box, its control 10, the size that the theme has for it, if it has one.
+void ThemeSizePicture(QWidget &control);
+// Paints a bitmap of the theme at the top left of a rectangle, over a ground of one colour. Where
+// the theme has none of that number nothing is painted.
+void ThemeDrawBitmap(QPainter &painter, const QRect &rectangle, std::uint32_t number,
+                     const QColor &background);
+// The same with the picture of a box that goes with a number, THEME_PICTURE_...
+void ThemeDrawPicture(QPainter &painter, const QRect &rectangle, std::uint32_t number,
+                      const QColor &background);
 
 } // namespace tonewright

@@ -7,7 +7,7 @@
 #include "common/view/dialog_controls.h"
 #include "common/view/drop_down.h"
 #include "common/view/scroll_actions.h"
-#include "common/view/theme.h"
+#include "common/view/theme_picture.h"
 #include "common/view/up_down.h"
 #include "drivers/view/name_edit.h"
 
@@ -74,8 +74,7 @@ QWidget *VoicePageView::MakeContents(const VoicePagesLook &look, int page, int i
         picture->SetLook(look.algorithms);
     }
     if (auto *decoration = ControlOf<QLabel>(contents, ControlDecoration)) {
-        decoration->setFixedSize(ThemeGetMetric(MetricPictureWidth),
-                                 ThemeGetMetric(MetricPictureHeight));
+        ShowThemePicture(*decoration, DecorationPicture);
     }
     if (auto *place = ControlOf<QLabel>(contents, ControlPlace)) {
         place->setText(QString::fromStdString(look.family.PlaceText(itemIndex)));
@@ -98,10 +97,6 @@ QSize VoicePageView::SizeOf(const VoicePagesLook &look, int page, int itemIndex,
 void VoicePageView::Make() {
     setWidget(MakeContents(look, page, sheet.itemIndex));
     widget()->setAutoFillBackground(false);
-    if (auto *decoration = ControlOf<QLabel>(this, ControlDecoration)) {
-        decoration->setPixmap(
-            PictureOf(DecorationPicture, decoration->size(), devicePixelRatioF()));
-    }
     for (const VoiceParameter &row : RowsOf(look.family, page)) {
         controls.push_back({.label = ControlOf<QLabel>(this, row.control + LabelOffset),
                             .edit = ControlOf<QLineEdit>(this, row.control),

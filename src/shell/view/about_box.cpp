@@ -5,7 +5,7 @@
 #include "common/version.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
+#include "common/view/theme_picture.h"
 #include "shell/view/program_texts.h"
 #include "ui_AboutBox.h"
 
@@ -15,7 +15,6 @@
 namespace tonewright {
 namespace {
 
-constexpr QSize PictureExtent{112, 112}; // pixels
 constexpr int NameFontHeight = 34;
 constexpr int SmallFontHeight = 14;
 constexpr int BoldWeight = 700;
@@ -40,7 +39,7 @@ void ShowAboutBox(QWidget *owner) {
     box.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     box.setFont(DialogFont());
-    ui.control_10->setPixmap(PictureOf(ApplicationPicture, PictureExtent, box.devicePixelRatioF()));
+    ShowThemePicture(*ui.control_10, ApplicationPicture);
     ui.control_101->setText(LoadProgramString(109));
     ui.control_101->setFont(FontOfHeight("Arial", NameFontHeight, BoldWeight));
     ui.control_102->setText(QString("Version %1").arg(ProgramVersion));

@@ -9,8 +9,10 @@
 #include "common/settings.h"
 #include "common/sound.h"
 #include "common/text.h"
+#include "common/theme_files.h"
 #include "common/view/show_at_once.h"
 #include "common/view/soft_button.h"
+#include "common/view/theme.h"
 #include "common/view/tool_tip.h"
 #include "common/windows_version.h"
 #include "core/current.h"
@@ -74,6 +76,8 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
     const int colourDepth = ColourDepthOf(screen ? screen->depth() : 0);
 
     ReadEarlySettings();
+    ThemeChooseDefault(screenSize.width());
+    ThemeLoad();
     FillDefaultFolders();
     RegisterToolTipClass();
     MainWindow window(MainWindowSize(screenSize.height()), true);
@@ -137,6 +141,7 @@ int RunApplication(int argc, char **argv) {
     SeedRandomNumbers();
     ConfigMigrate();
     const int exitCode = RunLoop(application, CommandLinePath(argc, argv));
+    ThemeUnload();
     UnregisterToolTipClass();
     UndoEnd();
     StopSounds();

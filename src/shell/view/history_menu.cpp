@@ -4,7 +4,7 @@
 #include "common/settings.h"
 #include "common/view/system_colours.h"
 #include "common/view/text_line.h"
-#include "common/view/theme.h"
+#include "common/view/pictures.h"
 #include "shell/command_table.h"
 #include "shell/history.h"
 

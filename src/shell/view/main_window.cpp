@@ -9,6 +9,7 @@
 #include "common/view/fonts.h"
 #include "common/view/status_bar.h"
 #include "common/view/system_colours.h"
+#include "common/view/pictures.h"
 #include "common/view/theme.h"
 #include "common/view/window_title.h"
 #include "core/current.h"
@@ -256,7 +257,7 @@ void MainWindow::PlaceChildren() {
     menuBar->setGeometry(0, 0, width(), menuHeight);
     int top = menuHeight;
     if (toolBar) {
-        const int barHeight = ThemeGetMetric(1);
+        const int barHeight = ThemeGetMetric(THEME_METRIC_TOOLBAR_HEIGHT);
         toolBar->setGeometry(0, top, width(), barHeight);
         top += barHeight;
     }

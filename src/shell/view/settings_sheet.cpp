@@ -1,12 +1,14 @@
 // Builds the sheet of settings out of its two templates.
 #include "shell/view/settings_sheet.h"
 
+#include "common/desktop.h"
 #include "common/settings.h"
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
+#include "common/view/theme_picture.h"
 #include "shell/show_document.h"
+#include "shell/view/select_theme_box.h"
 #include "ui_SetupPropertyOne.h"
 #include "ui_SetupPropertyTwo.h"
 
@@ -29,14 +31,16 @@ constexpr std::uint32_t ControlSelectTheme = 2001;
 constexpr std::uint32_t DecorationPicture = 103;
 constexpr int SheetMargin = 10; // pixels
 
-void FillPageOne(QWidget *page) {
-    auto *decoration = ControlOf<QLabel>(page, ControlDecoration);
-    const QSize size(ThemeGetMetric(MetricPictureWidth), ThemeGetMetric(MetricPictureHeight));
-    if (size.width() >= 1 && size.height() >= 1) {
-        decoration->setFixedSize(size);
+void SelectTheme(QWidget *page) {
+    if (SelectThemeBox(page, ThemeCurrent)) {
+        ShowMessage(page, "You must restart this application for your new theme to become active.");
     }
+}
+
+void FillPageOne(QWidget *page) {
+    ShowThemePicture(*ControlOf<QLabel>(page, ControlDecoration), DecorationPicture);
     auto *selectTheme = ControlOf<QPushButton>(page, ControlSelectTheme);
-    selectTheme->setEnabled(false); // there is one theme only
+    QObject::connect(selectTheme, &QPushButton::clicked, page, [page] { SelectTheme(page); });
 }
 
 void FillPageTwo(QWidget *page) {
@@ -153,13 +157,7 @@ private:
         KeysToControls(page, ProgramSettings.rows);
         ConnectKeyControls(page, ProgramSettings.rows);
         // Once the sheet is on the screen and its frame is known.
-        QTimer::singleShot(0, page, [this, page] {
-            if (auto *decoration = ControlOf<QLabel>(page, ControlDecoration)) {
-                decoration->setPixmap(
-                    PictureOf(DecorationPicture, decoration->size(), devicePixelRatioF()));
-            }
-            CentreWindow(*this);
-        });
+        QTimer::singleShot(0, page, [this] { CentreWindow(*this); });
     }
 
     void FocusFirstControl() {

@@ -2,7 +2,6 @@
 #include "shell/view/soft_button_list.h"
 
 #include "common/view/soft_button.h"
-#include "common/view/theme.h"
 
 #include <QPainter>
 #include <QStyledItemDelegate>

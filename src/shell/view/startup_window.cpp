@@ -4,7 +4,7 @@
 #include "common/strings.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
+#include "common/view/pictures.h"
 #include "shell/view/program_texts.h"
 
 #include <QCloseEvent>

@@ -4,7 +4,6 @@
 #include "common/desktop.h"
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
-#include "common/view/theme.h"
 #include "shell/system_information.h"
 #include "ui_SystemInformationBox.h"
 

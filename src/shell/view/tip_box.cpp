@@ -8,7 +8,7 @@
 #include "common/view/centre_window.h"
 #include "common/view/fonts.h"
 #include "common/view/system_colours.h"
-#include "common/view/theme.h"
+#include "common/view/theme_picture.h"
 #include "common/view/wrapped_text.h"
 #include "shell/tips.h"
 #include "ui_TipOfTheDayBox.h"
@@ -21,7 +21,6 @@
 namespace tonewright {
 namespace {
 
-constexpr std::uint32_t HeadingPicture = 6101;
 constexpr int TipFontHeight = 18;
 constexpr int TipFontWeight = 700;
 constexpr int TextMargin = 8; // pixels
@@ -69,8 +68,7 @@ void ShowTipBox(QWidget *owner) {
                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     box.setFont(DialogFont());
     LeaveReturnToBox(ui.control_101);
-    ui.control_6101->setPixmap(
-        PictureOf(HeadingPicture, PictureSize(HeadingPicture), box.devicePixelRatioF()));
+    ShowThemeBitmap(*ui.control_6101, THEME_BITMAP_TIP_HEADING);
     WrappedText *text = MakeTipText(*ui.control_102);
     ShowNextTip(*ui.control_102, *text);
     Beep();

@@ -11,6 +11,31 @@
 #include <QPainter>
 
 namespace tonewright {
+namespace {
+
+// The pictures that themes have for tools.
+struct ToolPictureRow {
+    int command;
+    int picture;
+};
+constexpr ToolPictureRow ToolPictures[] = {
+    {CommandOpen, THEME_TOOL_OPEN},     {CommandSave, THEME_TOOL_SAVE},
+    {CommandManual, THEME_TOOL_MANUAL}, {CommandSettings, THEME_TOOL_SETTINGS},
+    {CommandExit, THEME_TOOL_EXIT},     {CommandDownload, THEME_TOOL_DOWNLOAD},
+    {CommandUpload, THEME_TOOL_UPLOAD}, {CommandUndo, THEME_TOOL_UNDO},
+};
+
+// 0, which is no picture, for a command that is no tool.
+int ToolPictureOf(int command) {
+    for (const ToolPictureRow &row : ToolPictures) {
+        if (row.command == command) {
+            return row.picture;
+        }
+    }
+    return 0;
+}
+
+} // namespace
 
 ToolButton::ToolButton(int commandId, const QString &name, const QString &tip, QWidget *parent)
     : QAbstractButton(parent), commandId(commandId) {
@@ -26,9 +51,7 @@ void ToolButton::paintEvent(QPaintEvent *) {
     QPainter painter(this);
     const unsigned state = (isDown() ? ButtonPressed : 0) | (isEnabled() ? 0 : ButtonDisabled) |
                            (underMouse() && isEnabled() ? ButtonHover : 0);
-    ThemeDrawButton(painter, rect(), state,
-                    PictureOf(static_cast<std::uint32_t>(commandId),
-                              {ToolPictureSize, ToolPictureSize}, devicePixelRatioF()));
+    ThemeDrawButton(*this, painter, rect(), ToolPictureOf(commandId), state);
 }
 
 bool ToolButton::event(QEvent *event) {
@@ -45,19 +68,20 @@ ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {
     setObjectName("TonewrightBar");
     SetAccessibleRole(*this, QAccessible::ToolBar);
     setAccessibleName("Tool bar");
-    setFixedHeight(ThemeGetMetric(MetricToolBarHeight));
-    int left = ThemeGetMetric(MetricToolLeft);
+    setFixedHeight(ThemeGetMetric(THEME_METRIC_TOOLBAR_HEIGHT));
+    int left = ThemeGetMetric(THEME_METRIC_TOOL_LEFT);
     for (const ToolRow &tool : ReadToolBar(ToolBarList)) {
         auto *button =
             new ToolButton(tool.id, QString::fromStdString(CommandName(*CommandOf(tool.id))),
                            QString::fromStdString(tool.tip), this);
-        button->setGeometry(left, ThemeGetMetric(MetricToolTop), ThemeGetMetric(MetricToolWidth),
-                            ThemeGetMetric(MetricToolHeight));
+        button->setGeometry(left, ThemeGetMetric(THEME_METRIC_TOOL_TOP),
+                            ThemeGetMetric(THEME_METRIC_TOOL_WIDTH),
+                            ThemeGetMetric(THEME_METRIC_TOOL_HEIGHT));
         button->setEnabled(CommandEnabled(tool.id));
         QObject::connect(button, &QAbstractButton::clicked, [id = tool.id] { PostCommand(id); });
         buttons[tool.id] = button;
-        left += button->width() + ThemeGetMetric(MetricToolGap) +
-                (tool.gapBehind ? ThemeGetMetric(MetricToolGroupGap) : 0);
+        left += button->width() + ThemeGetMetric(THEME_METRIC_TOOL_GAP) +
+                (tool.gapBehind ? ThemeGetMetric(THEME_METRIC_TOOL_GROUP_GAP) : 0);
     }
 }
 
@@ -75,7 +99,7 @@ void ToolBar::RepaintButtons() {
 
 void ToolBar::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    ThemeDrawToolbarBackground(painter, rect());
+    ThemeDrawToolbarBackground(*this, painter);
 }
 
 } // namespace tonewright

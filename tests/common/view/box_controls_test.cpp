@@ -2,6 +2,7 @@
 #include "common/view/box_controls.h"
 
 #include "common/settings.h"
+#include "support/pixels.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,8 @@ protected:
 
 TEST_F(BoxControls, ThePictureHasTheMeasuresOfTheTheme) {
     SetUpBoxControls(box, "SELECT");
-    EXPECT_EQ(picture.pixmap().deviceIndependentSize(), QSizeF(96, 96));
+    EXPECT_EQ(picture.size(), QSize(96, 96));
+    EXPECT_TRUE(HasInk(picture));
 }
 
 TEST_F(BoxControls, ButtonsAcceptRejectAndHelp) {

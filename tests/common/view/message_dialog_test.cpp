@@ -7,6 +7,7 @@
 #include "common/view/wrapped_text.h"
 #include "support/paths.h"
 
+#include "support/pixels.h"
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -384,10 +385,10 @@ TEST(MessageDialog, ThePictureStandsInControl10OnlyWithItsFlag) {
     });
     request.flags |= MessageFlagPicture;
     RunWith(request, [&](QDialog &dialog) {
-        const QLabel *picture = dialog.findChild<QLabel *>("control_10");
+        auto *picture = dialog.findChild<QLabel *>("control_10");
         EXPECT_TRUE(picture->isVisible());
         EXPECT_EQ(picture->size(), QSize(96, 96));
-        EXPECT_FALSE(picture->pixmap().isNull());
+        EXPECT_TRUE(HasInk(*picture));
         EXPECT_GT(TextOf(dialog)->x(), picture->geometry().right());
         EXPECT_GT(TextOf(dialog)->x(), textLeftWithout);
         Click(dialog, 1);

@@ -2,7 +2,6 @@
 #include "../test_catalogue.h"
 
 #include "common/view/soft_button.h"
-#include "common/view/theme.h"
 #include "database/view/print_reports.h"
 #include "support/modal_box.h"
 #include "support/run_program.h"

@@ -3,6 +3,7 @@
 #include "shell/start_up.h"
 #include "shell/view/refusal_box.h"
 
+#include "support/pixels.h"
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -22,7 +23,7 @@ TEST(ChangeDriverBox, TellsWhatIsNeededWithoutATitleBarAndEndsByClose) {
         ASSERT_NE(box, nullptr);
         seen = true;
         EXPECT_TRUE(box->windowFlags() & Qt::FramelessWindowHint);
-        EXPECT_FALSE(box->findChild<QLabel *>("control_10")->pixmap().isNull());
+        EXPECT_TRUE(HasInk(*box->findChild<QLabel *>("control_10")));
         EXPECT_TRUE(
             box->findChild<QLabel *>("control_65")
                 ->text()

@@ -3,7 +3,7 @@
 #include "window_fixture.h"
 
 #include "common/view/system_colours.h"
-#include "common/view/theme.h"
+#include "common/view/pictures.h"
 #include "shell/history.h"
 #include "shell/view/desktop_qt.h"
 

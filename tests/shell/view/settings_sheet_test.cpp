@@ -2,7 +2,6 @@
 #include "window_fixture.h"
 
 #include "common/view/dialog_controls.h"
-#include "common/view/theme.h"
 #include "common/view/up_down.h"
 #include "shell/history.h"
 #include "shell/settings_flow.h"
@@ -11,6 +10,9 @@
 #include "shell/view/settings_sheet.h"
 #include "shell/view/tool_bar.h"
 
+#include "support/modal_box.h"
+#include "support/pixels.h"
+#include "support/test_themes.h"
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
@@ -241,9 +243,9 @@ TEST_F(SettingsSheetTest, TheSheetStandsInTheMiddleOfTheScreen) {
 TEST_F(SettingsSheetTest, TheDecorationStandsAtTheLowerRightInTheThemesSize) {
     WithSheet([&] {
         QTest::qWait(20);
-        const auto *decoration = Control<QLabel>(10);
+        auto *decoration = Control<QLabel>(10);
         EXPECT_EQ(decoration->size(), QSize(96, 96));
-        EXPECT_EQ(decoration->pixmap().toImage(), PictureOf(103, {96, 96}).toImage());
+        EXPECT_TRUE(HasInk(*decoration));
         const QPoint corner = decoration->mapTo(tabs->widget(0), QPoint());
         EXPECT_GT(corner.x(), tabs->widget(0)->width() / 2);
         EXPECT_GT(corner.y(), tabs->widget(0)->height() / 2);
@@ -574,12 +576,32 @@ TEST_F(SettingsSheetTest, WithSoftButtonsTheButtonsAreDrawnAndWithNoneTheyAreNot
     }
 }
 
-TEST_F(SettingsSheetTest, SelectThemeStandsAndIsDisabled) {
+TEST_F(SettingsSheetTest, AThemeIsChosenByItsButtonAndToldOf) {
+    ThemeHouse house;
+    house.Put("whole", "THEME_A.dll");
+    house.Put("bits_24", "THEME_B.dll");
+    ThemeCurrent = "THEME_A.dll";
+    const auto select = [&](const std::function<void(QDialog &)> &use) {
+        WithModalBox([this] { Press(2001); }, use);
+    };
     WithSheet([&] {
-        EXPECT_TRUE(Control(2001)->isVisible());
-        EXPECT_FALSE(Control(2001)->isEnabled());
+        EXPECT_TRUE(Control(2001)->isEnabled());
+        select([](QDialog &box) {
+            QTest::keyClick(box.focusWidget(), Qt::Key_Down);
+            QTest::keyClick(box.focusWidget(), Qt::Key_Escape);
+        });
+        EXPECT_EQ(ThemeCurrent, "THEME_A.dll");
+        desktop.ExpectMessage(
+            "You must restart this application for your new theme to become active.");
+        select([](QDialog &box) {
+            QTest::keyClick(box.focusWidget(), Qt::Key_Down);
+            QTest::keyClick(box.focusWidget(), Qt::Key_Return);
+        });
+        desktop.ExpectNothingLeft();
+        EXPECT_EQ(ThemeCurrent, "THEME_B.dll");
         PressCancel();
     });
+    EXPECT_EQ(ThemeCurrent, "THEME_B.dll"); // also when the sheet is cancelled
 }
 
 TEST_F(SettingsSheetTest, EachCommandOfANumbersEditShowsItsKeyInTheTitle) {

@@ -1,0 +1,32 @@
+// A theme that was made for another machine.
+#include "common/settings.h"
+#include "common/view/theme.h"
+#include "support/scripted_desktop.h"
+#include "support/test_themes.h"
+
+#include <gtest/gtest.h>
+
+namespace tonewright {
+namespace {
+
+TEST(ThemeOfAnotherMachine, IsToldAndTheDefaultThemeIsUsed) {
+    ThemeHouse house;
+    ScriptedDesktop desktop;
+    const std::string path = house.Put("whole", "THEME_A.dll");
+    std::vector<std::uint8_t> bytes = ReadTestFile(path);
+    ASSERT_EQ(std::vector<std::uint8_t>(bytes.begin(), bytes.begin() + 4),
+              (std::vector<std::uint8_t>{0x7F, 'E', 'L', 'F'}));
+    bytes[18] = 0x16; // the machine: one of IBM's
+    bytes[19] = 0;
+    WriteTestFile(path, bytes);
+    ThemeCurrent = "THEME_A.dll";
+    desktop.ExpectMessage("There has been an error initializing the current theme for this "
+                          "application. The default theme will be used.");
+    EXPECT_FALSE(ThemeLoad());
+    desktop.ExpectNothingLeft();
+    EXPECT_EQ(house.Calls(), std::vector<std::string>());
+    EXPECT_EQ(ThemeGetMetric(THEME_METRIC_TOOLBAR_HEIGHT), 56);
+}
+
+} // namespace
+} // namespace tonewright
