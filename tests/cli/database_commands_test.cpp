@@ -724,20 +724,6 @@ TEST_F(CliDb, ChecksTheHeader) {
 
 // ---- all of them, as README shows them
 
-TEST_F(CliDb, EachCommandStandsInTheManual) {
-    const std::string manual = ReadTestText(SourceFile("resources/html/manual.html"));
-    std::istringstream lines(Cli({"db", "--help"}).output);
-    int commands = 0;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with("  db ")) {
-            const std::string name = line.substr(2, line.find(' ', 5) - 2);
-            EXPECT_TRUE(Contains(manual, "<tr><td><code>" + name)) << name;
-            ++commands;
-        }
-    }
-    EXPECT_EQ(commands, 8);
-}
-
 TEST_F(CliDb, WalkFromAnEmptyHomeAsTheReadmeSays) {
     fs::remove_all(home.path / "Documents");
     fs::remove_all(home.path / ".config");
