@@ -72,6 +72,19 @@ TEST_F(ProgramStart, ASettingOfTheFileLivesThroughARun) {
     EXPECT_TRUE(home.Holds(".config/Quillbrook/Backup of Tonewright 17.ini"));
 }
 
+TEST_F(ProgramStart, TheThemeOfTheScreenIsChosenOnceAndASenselessOneEndsNothing) {
+    const std::string path = ".config/Quillbrook/Tonewright 17.ini";
+    EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0); // on a screen of 800 pixels
+    EXPECT_NE(Settings().find("\nThemeCurrent = THEME_Slate Compact.dll\n"), std::string::npos);
+    WriteTestText(home.File(path), "[Tonewright]\nThemeCurrent = \n");
+    EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0);
+    EXPECT_NE(Settings().find("\nThemeCurrent = THEME_Slate Compact.dll\n"), std::string::npos);
+    for (const std::string &name : {std::string("../x"), std::string(1100, 'x')}) {
+        WriteTestText(home.File(path), "[Tonewright]\nThemeCurrent = " + name + "\n");
+        EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0) << name;
+    }
+}
+
 TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument) {
     const std::string bank = home.Write("a bank.syx", ReadTestFile(ExampleFile("tonewright.syx")));
     RunProgram({WindowProgram()});

@@ -1,6 +1,7 @@
 // Loads theme libraries and resolves their entry points.
 #include "common/view/theme_library.h"
 
+#include "common/library_file.h"
 #include "common/platform.h"
 
 #include <QString>
@@ -13,6 +14,10 @@ namespace {
 
 // Null when it is no library of this machine; the reason in `fault`.
 std::unique_ptr<QLibrary> LoadLibrary(const std::string &path, std::string &fault) {
+    if (!LibraryFileIsWhole(path)) {
+        fault = "the file is cut";
+        return nullptr;
+    }
     auto module = std::make_unique<QLibrary>(QString::fromStdString(path));
     if (module->load()) {
         return module;

@@ -27,8 +27,6 @@ constexpr std::uint32_t ControlPicture = 125;
 constexpr std::uint32_t ControlPlace = 126;
 constexpr std::uint32_t ControlPageIndex = 225; // a hidden text, of an operator's page
 
-constexpr std::uint32_t DecorationPicture = 8804;
-
 // The label of a row as the name of its other controls.
 QString NameOf(const VoiceParameter &row) {
     QString name = QString::fromUtf8(row.label);
@@ -74,7 +72,7 @@ QWidget *VoicePageView::MakeContents(const VoicePagesLook &look, int page, int i
         picture->SetLook(look.algorithms);
     }
     if (auto *decoration = ControlOf<QLabel>(contents, ControlDecoration)) {
-        ShowThemePicture(*decoration, DecorationPicture);
+        ShowThemePicture(*decoration, THEME_PICTURE_VOICE);
     }
     if (auto *place = ControlOf<QLabel>(contents, ControlPlace)) {
         place->setText(QString::fromStdString(look.family.PlaceText(itemIndex)));

@@ -81,6 +81,7 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
     FillDefaultFolders();
     RegisterToolTipClass();
     MainWindow window(MainWindowSize(screenSize.height()), true);
+    ThemeChooseDefault(screenSize.width()); // again: the file that was read may name no theme
     UndoInit(&window);
     HistoryInit();
     HistoryRead();

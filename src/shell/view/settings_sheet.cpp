@@ -28,7 +28,6 @@ namespace {
 constexpr std::uint32_t LargestPageIndex = 2;
 constexpr std::uint32_t ControlDecoration = 10;
 constexpr std::uint32_t ControlSelectTheme = 2001;
-constexpr std::uint32_t DecorationPicture = 103;
 constexpr int SheetMargin = 10; // pixels
 
 void SelectTheme(QWidget *page) {
@@ -38,7 +37,7 @@ void SelectTheme(QWidget *page) {
 }
 
 void FillPageOne(QWidget *page) {
-    ShowThemePicture(*ControlOf<QLabel>(page, ControlDecoration), DecorationPicture);
+    ShowThemePicture(*ControlOf<QLabel>(page, ControlDecoration), THEME_PICTURE_SETTINGS);
     auto *selectTheme = ControlOf<QPushButton>(page, ControlSelectTheme);
     QObject::connect(selectTheme, &QPushButton::clicked, page, [page] { SelectTheme(page); });
 }

@@ -1,4 +1,4 @@
-// A theme that was made for another machine.
+// Files that are libraries, but not for here, or not whole.
 #include "common/settings.h"
 #include "common/view/theme.h"
 #include "support/scripted_desktop.h"
@@ -26,6 +26,23 @@ TEST(ThemeOfAnotherMachine, IsToldAndTheDefaultThemeIsUsed) {
     desktop.ExpectNothingLeft();
     EXPECT_EQ(house.Calls(), std::vector<std::string>());
     EXPECT_EQ(ThemeGetMetric(THEME_METRIC_TOOLBAR_HEIGHT), 56);
+}
+
+TEST(ThemeFileThatIsCut, IsToldAndTheDefaultThemeIsUsed) {
+    ThemeHouse house;
+    ScriptedDesktop desktop;
+    const std::string path = house.Put("whole", "THEME_A.dll");
+    const std::vector<std::uint8_t> bytes = ReadTestFile(path);
+    const std::size_t step = bytes.size() / 16;
+    ThemeCurrent = "THEME_A.dll";
+    for (std::size_t size = 4; size < bytes.size() / 2; size += step) {
+        WriteTestFile(path, std::span(bytes).first(size));
+        desktop.ExpectMessage("There has been an error initializing the current theme for this "
+                              "application. The default theme will be used.");
+        EXPECT_FALSE(ThemeLoad()) << size;
+        desktop.ExpectNothingLeft();
+    }
+    EXPECT_EQ(house.Calls(), std::vector<std::string>());
 }
 
 } // namespace

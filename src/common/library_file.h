@@ -1,0 +1,13 @@
+// What the file of a library is looked at for before the system loads it.
+#pragma once
+
+#include <string>
+
+namespace tonewright {
+
+// False for a library whose file ends before what it says to hold, as a copy that broke off leaves
+// it: loading it may end the program. True for all other files, also for such as are no library,
+// which the system refuses.
+bool LibraryFileIsWhole(const std::string &path);
+
+} // namespace tonewright
