@@ -8,6 +8,7 @@
 #include "common/platform.h"
 #include "common/settings.h"
 #include "common/view/dialog_controls.h"
+#include "common/view/theme.h"
 #include "core/current.h"
 #include "core/voice_list.h"
 #include "midi/instruments/builtin_instruments.h"
@@ -21,6 +22,7 @@
 #include "shell/view/colour_box.h"
 #include "shell/view/desktop_qt.h"
 #include "shell/view/main_window.h"
+#include "shell/view/select_theme_box.h"
 #include "shell/view/voice_list_view.h"
 
 #include <QApplication>
@@ -200,6 +202,8 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
                     [page](QWidget &box) { ShowTab(box, page); });
     }
     TakeCommand(pictures, "tip", CommandTip);
+    std::string theme = ThemeCurrent;
+    TakeBox(pictures, "themes", [&] { SelectThemeBox(&window, theme); });
     TakeBox(pictures, "colors", [&window] { ChooseColour(&window, Teal); });
     for (int row = 0; row < MainList.count; ++row) {
         MainListState.clickedIndex = row;
@@ -230,6 +234,9 @@ int Take(const QString &bank, const QString &folder) {
     QApplication::setCursorFlashTime(0);
     UseQtDesktop();
 
+    ThemeCurrent = "THEME_Slate Medium.dll";
+    ThemeLoad();
+
     Pictures pictures{.folder = folder};
     MainWindow window(MainWindowSize(ScreenHeight), true);
     UndoInit(&window);
@@ -244,6 +251,7 @@ int Take(const QString &bank, const QString &folder) {
     window.activateWindow();
     Wait(TimeToStand);
     TakeAll(pictures, window, bank, home.path());
+    ThemeUnload();
     HistoryEnd();
     UndoEnd();
     return pictures.failed == 0 ? 0 : 1;

@@ -5,6 +5,7 @@
 #include "shell/command_table.h"
 #include "support/family_names.h"
 #include "support/paths.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -375,6 +376,20 @@ TEST(HelpPages, EveryPictureIsThereInItsSizeWithItsWordsAndIsShown) {
         bytes += entry.file_size();
     }
     EXPECT_LE(bytes, MostBytes);
+}
+
+TEST(HelpPages, TheManualShowsTheToolsAsAFirstStartDoes) {
+    const std::string page = ReadPage("manual.html");
+    int tools = 0;
+    for (const auto &entry : std::filesystem::directory_iterator(
+             tonewright::SourceFile("themes/slate/pictures/medium"))) {
+        const std::string picture = tonewright::ReadTestText(entry.path().string());
+        const auto begin = picture.find('>') + 1;
+        EXPECT_NE(page.find(picture.substr(begin, picture.find("</svg>") - begin)), page.npos)
+            << entry.path();
+        ++tools;
+    }
+    EXPECT_EQ(tools, 8);
 }
 
 TEST(HelpPages, TheManualHasEveryEntryOfEveryMenu) {
