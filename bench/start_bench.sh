@@ -11,6 +11,9 @@ home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 export HOME=$home XDG_CONFIG_HOME=$home/config XDG_RUNTIME_DIR=$home
 export TONEWRIGHT_EXIT_AFTER_FIRST_PAINT=1
+mkdir -p "$XDG_CONFIG_HOME/Quillbrook"
+printf '[Tonewright]\nShowWelcomeWizard = 0\nShowTipOfTheDay = 0\n' \
+    >"$XDG_CONFIG_HOME/Quillbrook/Tonewright 17.ini"
 if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     export QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES="*.warning=false"
 fi

@@ -66,7 +66,7 @@ def photograph(build, folder):
     (home / "config/Quillbrook/Tonewright 17.ini").write_text(
         "[Tonewright]\nSelectKeyboardName = Yamaha DX7, TX7, Korg Volca FM\n"
         "SelectKeyboardMidiIn = Built-in DX7\nSelectKeyboardMidiOut = Built-in DX7\n"
-        "ShowStartupWindow = 0\n")
+        "ShowStartupWindow = 0\nShowTipOfTheDay = 0\nShowWelcomeWizard = 0\n")
     environment = dict(os.environ, DISPLAY=f":{number}", HOME=str(home), LC_ALL="C.UTF-8",
                        XDG_CONFIG_HOME=str(home / "config"), XDG_RUNTIME_DIR=str(home),
                        TONEWRIGHT_INSTRUMENTS="1", QT_QPA_PLATFORM="xcb")

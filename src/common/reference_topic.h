@@ -24,6 +24,7 @@ constexpr std::string_view ReferenceTopics[] = {
     "EXTRAS_WHOLEDETUNE",
     "EXTRAS_AUDITIONKEEPSVOICE",
     "SYSTEMINFORMATION",
+    "WELCOME",
 };
 
 // One of them: a text that is none does not compile, so that no window asks for what the page

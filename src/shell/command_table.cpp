@@ -15,6 +15,7 @@
 #include "shell/show_document.h"
 #include "shell/tips.h"
 #include "shell/voice_commands.h"
+#include "shell/wizard.h"
 
 #include <algorithm>
 #include <iterator>
@@ -195,7 +196,8 @@ constexpr CommandRow CommandTable[] = {
      .menu = Menu::Help,
      .label = "Welcome wi&zard",
      .menuGap = true,
-     .built = false},
+     .topic = "WELCOME",
+     .run = RunWelcomeWizard},
 };
 
 constexpr int FirstTool = CommandOpen;
@@ -280,10 +282,8 @@ bool IsOffered(int id, int row) {
 
 // The menu bar's rules do not count here: the clicked row is there to act on.
 bool IsEnabledInContext(const CommandRow &row) {
-    const bool allowed = row.allowed == CommandRule::VoiceOnClipboard
-                             ? ClipboardHoldsVoice()
-                             : row.allowed != CommandRule::Never;
-    return allowed && row.built;
+    return row.allowed == CommandRule::VoiceOnClipboard ? ClipboardHoldsVoice()
+                                                        : row.allowed != CommandRule::Never;
 }
 
 std::string ContextText(const CommandRow &row, const std::string &name) {
@@ -374,17 +374,13 @@ bool CommandAllowed(int id) {
     return row && RuleAllows(row->allowed);
 }
 
-bool CommandEnabled(int id) {
-    return CommandAllowed(id) && RowOf(id)->built;
-}
-
 int RunCommand(int id) {
     const RunningMark running;
     const CommandRow *row = RowOf(id);
     int result = 0;
     if (id >= HistoryFirstItem && id < HistoryFirstItem + static_cast<int>(HistoryLimit)) {
         result = RunHistoryItem(id);
-    } else if (row && row->built && row->run) {
+    } else if (row && row->run) {
         result = row->run();
     } else if (row && row->toggles) {
         result = ToggleSetting(*row->toggles);
@@ -396,7 +392,7 @@ int RunCommand(int id) {
 }
 
 int RunUserCommand(int id) {
-    return CommandEnabled(id) && !SomethingIsRunning() ? RunCommand(id) : 0;
+    return CommandAllowed(id) && !SomethingIsRunning() ? RunCommand(id) : 0;
 }
 
 void PostCommand(int id) {

@@ -35,7 +35,6 @@ struct CommandRow {
     bool contextGap = false;                 // a separator stands above it
     // What it does.
     CommandRule allowed = CommandRule::Always;
-    bool built = true;      // false: grey and without effect until its feature stands
     int (*run)() = nullptr; // null: the command toggles its setting, or only refreshes
     bool refreshes = true;  // RefreshCommands follows
 };
@@ -77,13 +76,11 @@ struct ContextEntry {
 // the menu bar's state of a command does not count here.
 std::vector<ContextEntry> BuildContextMenu(int row);
 
-// What the enabling rule of a command says, whether it is built or not.
+// What the enabling rule of a command says.
 bool CommandAllowed(int id);
-// True when the enabling rule and the "built" column both say so.
-bool CommandEnabled(int id);
 
-// Runs a command and refreshes, if its row says so. A command that is not built does nothing.
-// Returns what the command returns, 0 without one.
+// Runs a command and refreshes, if its row says so. Returns what the command returns, 0 without
+// one.
 int RunCommand(int id);
 // The same from a menu or a key, where a disabled command does nothing, nor does any while
 // something runs.

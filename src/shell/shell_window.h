@@ -9,6 +9,8 @@ class QWidget;
 
 namespace tonewright {
 
+struct WizardRequest;
+
 struct ShellWindow {
     QWidget *window = nullptr; // owner of all dialogs
     std::function<void(const std::string &title)> SetTitle;
@@ -20,6 +22,8 @@ struct ShellWindow {
     std::function<void()> ShowAboutBox;
     std::function<void()> ShowTipBox; // with the next tip of the day; returns when it is closed
     std::function<void()> ShowSystemInformation;
+    std::function<int()> AskForWizard; // whether a first start shows it: ResultYes or ResultNo
+    std::function<int(const WizardRequest &)> ShowWizard; // WizardDismissed or 0
     std::function<void()> ShowSettings;   // the settings; returns when they are closed
     std::function<void()> DropBackground; // the picture is loaded anew at the next painting
     std::function<void()> RepaintWindow;

@@ -12,6 +12,7 @@
 #include "shell/documents.h"
 #include "shell/list_state.h"
 #include "shell/tips.h"
+#include "shell/wizard.h"
 
 #include <string_view>
 
@@ -30,12 +31,6 @@ constexpr const char *HelpText =
     "Either counts as the only argument. tonewright-cli is the program without a window.\n";
 
 constexpr int SmallestScreenWidth = 800;
-
-// The wizard is not built yet, so its key counts as 0 for the startup window whatever it holds.
-constexpr bool WizardBuilt = false;
-bool WizardWanted() {
-    return WizardBuilt && ShowWelcomeWizard != 0;
-}
 
 } // namespace
 
@@ -105,7 +100,7 @@ void PostFirstLookAtClipboard() {
 }
 
 bool StartupWindowWanted() {
-    return ShowStartupWindow != 0 && !WizardWanted();
+    return ShowStartupWindow != 0 && ShowWelcomeWizard == 0;
 }
 
 void PostMainStartupDone() {
@@ -116,6 +111,7 @@ void MainStartupDone() {
     if (ShowTipOfTheDay != 0 && TipDateChanged() && ShowWelcomeWizard == 0) {
         PostCommand(CommandTip);
     }
+    Post([] { RunFirstWizard(); });
 }
 
 } // namespace tonewright

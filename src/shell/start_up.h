@@ -40,11 +40,11 @@ void PostFirstDocument(const std::string &commandLinePath);
 // answer holds it up for seconds, so that it is the only one and comes when all else is shown.
 void PostFirstLookAtClipboard();
 
-// True when the startup window is to be shown.
+// True when the startup window is to be shown: not at the start that shows the welcome wizard.
 bool StartupWindowWanted();
 
-// After the startup window: posts the tip of the day, once a day. The day counts as used up even
-// when the welcome wizard, which is still to be shown, keeps the tip away.
+// After the startup window: the tip of the day, once a day, or, as long as it has not been shown,
+// the welcome wizard. That keeps the tip away, and the day counts as used up all the same.
 void PostMainStartupDone();
 void MainStartupDone();
 

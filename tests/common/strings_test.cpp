@@ -80,15 +80,23 @@ TEST(LoadProgramString, HasATipForEachToolOfTheBar) {
     }
 }
 
-TEST(LoadProgramString, HasTheFourPagesOfTheWizard) {
-    EXPECT_TRUE(std::string(LoadProgramString(12002)).starts_with("This wizard will help you"));
-    EXPECT_TRUE(std::string(LoadProgramString(12003)).starts_with("Tonewright offers user-sel"));
-    EXPECT_TRUE(std::string(LoadProgramString(12004)).starts_with("Tonewright has a number of"));
-    EXPECT_TRUE(std::string(LoadProgramString(12005)).starts_with("You've completed the init"));
-    EXPECT_EQ(std::string(LoadProgramString(12002)).size(), 488u);
-    EXPECT_EQ(std::string(LoadProgramString(12003)).size(), 523u);
-    EXPECT_EQ(std::string(LoadProgramString(12004)).size(), 813u);
-    EXPECT_EQ(std::string(LoadProgramString(12005)).size(), 544u);
+TEST(LoadProgramString, HasTheFourPagesOfTheWizardAsMarkup) {
+    const std::string look = "type=static;fontface=arial;fontsize=16;text=";
+    struct Page {
+        unsigned number;
+        const char *begin;
+        std::size_t size; // bytes
+    };
+    const Page pages[] = {{12002, "This wizard will help you", 488},
+                          {12003, "Tonewright offers user-sel", 523},
+                          {12004, "Tonewright has a number of", 813},
+                          {12005, "You've completed the init", 544}};
+    for (const Page &page : pages) {
+        const std::string text = LoadProgramString(page.number);
+        EXPECT_TRUE(text.starts_with(look + page.begin)) << page.number;
+        EXPECT_EQ(text.size() - look.size(), page.size) << page.number;
+        EXPECT_EQ(text.find(';', look.size()), text.npos) << "it would end there";
+    }
 }
 
 TEST(LoadProgramString, OfANumberWithoutTextGivesTheFallback) {

@@ -58,7 +58,7 @@ protected:
     void ExpectRefused(Bytes bytes, const std::string &what) {
         SCOPED_TRACE(what);
         Put(std::move(bytes));
-        EXPECT_TRUE(CommandEnabled(CommandPaste));
+        EXPECT_TRUE(CommandAllowed(CommandPaste));
         const auto before = MainList.items;
         const int levels = UndoCount();
         MainListState.clickedIndex = 5;

@@ -7,6 +7,7 @@
 #include "shell/show_document.h"
 #include "shell/tips.h"
 #include "shell/voice_commands.h"
+#include "shell/wizard.h"
 #include "support/family_names.h"
 
 #include <algorithm>
@@ -22,60 +23,53 @@ std::string TextOf(const char *text) {
 }
 
 using Rule = CommandRule;
-constexpr bool Built = true, Later = false; // grey until its feature stands
 
 struct ExpectedCommand {
     int id;
     Rule allowed;
     int (*run)();
-    bool built;
     const char *menu, *context, *named, *key;
 };
 
 constexpr ExpectedCommand ExpectedCommands[] = {
-    {50, Rule::Always, RunOpen, Built, "&Open\tCtrl+0", nullptr, nullptr, "Ctrl+O"},
-    {51, Rule::ListHasRows, RunSave, Built, "&Save\tCtrl+S", nullptr, nullptr, "Ctrl+S"},
-    {54, Rule::Always, RunManual, Built, "&Manual", nullptr, nullptr, nullptr},
-    {55, Rule::Always, RunSettings, Built, "Set&tings", nullptr, nullptr, nullptr},
-    {56, Rule::Always, RunExit, Built, "E&xit", nullptr, nullptr, nullptr},
-    {57, Rule::ListHasRows, RunPrint, Built, "&Print", nullptr, nullptr, nullptr},
-    {58, Rule::DriverDownloads, RunDownload, Built, "&Download current voices", nullptr, nullptr,
+    {50, Rule::Always, RunOpen, "&Open\tCtrl+0", nullptr, nullptr, "Ctrl+O"},
+    {51, Rule::ListHasRows, RunSave, "&Save\tCtrl+S", nullptr, nullptr, "Ctrl+S"},
+    {54, Rule::Always, RunManual, "&Manual", nullptr, nullptr, nullptr},
+    {55, Rule::Always, RunSettings, "Set&tings", nullptr, nullptr, nullptr},
+    {56, Rule::Always, RunExit, "E&xit", nullptr, nullptr, nullptr},
+    {57, Rule::ListHasRows, RunPrint, "&Print", nullptr, nullptr, nullptr},
+    {58, Rule::DriverDownloads, RunDownload, "&Download current voices", nullptr, nullptr, nullptr},
+    {59, Rule::DriverUploads, RunUpload, "&Upload current voices", nullptr, nullptr, nullptr},
+    {60, Rule::UndoLevelThere, RunUndo, "&Undo\tCtrl+Z", nullptr, nullptr, "Ctrl+Z"},
+    {101, Rule::Never, nullptr, "&New\tCtrl+N", nullptr, nullptr, "Ctrl+N"},
+    {104, Rule::ListHasRows, RunSaveAs, "Save &as...", nullptr, nullptr, nullptr},
+    {105, Rule::Always, RunClear, nullptr, nullptr, nullptr, nullptr},
+    {131, Rule::Always, RunTip, "&Tip of the day", nullptr, nullptr, nullptr},
+    {132, Rule::Always, RunCloseAtOnce, nullptr, nullptr, nullptr, nullptr},
+    {202, Rule::Never, nullptr, "Cu&t\tCtrl+X", "Cut", "Cut %s", "Ctrl+X"},
+    {203, Rule::RowSelected, RunCopy, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C"},
+    {204, Rule::VoiceOnClipboard, RunPaste, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V"},
+    {205, Rule::DriverFinds, RunFind, "&Find synthesizer", nullptr, nullptr, nullptr},
+    {208, Rule::Always, RunEdit, nullptr, "Edit", "Edit %s", nullptr},
+    {209, Rule::DriverConfigures, RunConfigure, "Con&figure &synthesizer", nullptr, nullptr,
      nullptr},
-    {59, Rule::DriverUploads, RunUpload, Built, "&Upload current voices", nullptr, nullptr,
-     nullptr},
-    {60, Rule::UndoLevelThere, RunUndo, Built, "&Undo\tCtrl+Z", nullptr, nullptr, "Ctrl+Z"},
-    {101, Rule::Never, nullptr, Built, "&New\tCtrl+N", nullptr, nullptr, "Ctrl+N"},
-    {104, Rule::ListHasRows, RunSaveAs, Built, "Save &as...", nullptr, nullptr, nullptr},
-    {105, Rule::Always, RunClear, Built, nullptr, nullptr, nullptr, nullptr},
-    {131, Rule::Always, RunTip, Built, "&Tip of the day", nullptr, nullptr, nullptr},
-    {132, Rule::Always, RunCloseAtOnce, Built, nullptr, nullptr, nullptr, nullptr},
-    {202, Rule::Never, nullptr, Built, "Cu&t\tCtrl+X", "Cut", "Cut %s", "Ctrl+X"},
-    {203, Rule::RowSelected, RunCopy, Built, "&Copy\tCtrl+C", "Copy", "Copy %s", "Ctrl+C"},
-    {204, Rule::VoiceOnClipboard, RunPaste, Built, "&Paste\tCtrl+V", "Paste", "Paste %s", "Ctrl+V"},
-    {205, Rule::DriverFinds, RunFind, Built, "&Find synthesizer", nullptr, nullptr, nullptr},
-    {208, Rule::Always, RunEdit, Built, nullptr, "Edit", "Edit %s", nullptr},
-    {209, Rule::DriverConfigures, RunConfigure, Built, "Con&figure &synthesizer", nullptr, nullptr,
-     nullptr},
-    {210, Rule::Always, RunMidiDevices, Built, "&MIDI devices", nullptr, nullptr, nullptr},
-    {211, Rule::Always, RunUploadVoice, Built, nullptr, "Upload to synthesizer",
+    {210, Rule::Always, RunMidiDevices, "&MIDI devices", nullptr, nullptr, nullptr},
+    {211, Rule::Always, RunUploadVoice, nullptr, "Upload to synthesizer",
      "Upload %s to synthesizer", nullptr},
-    {212, Rule::Always, RunMoveUp, Built, nullptr, "Move up", "Move %s up", nullptr},
-    {213, Rule::Always, RunMoveDown, Built, nullptr, "Move down", "Move %s down", nullptr},
-    {214, Rule::Always, RunExport, Built, nullptr, "Export", "Export %s", nullptr},
-    {215, Rule::Always, RunImport, Built, nullptr, "Import", "Import to replace %s", nullptr},
-    {216, Rule::Always, RunSelectSynth, Built, "Select &synthesizer", nullptr, nullptr, nullptr},
-    {217, Rule::Always, RunAudition, Built, nullptr, "Audition", "Audition %s on synthesizer",
-     nullptr},
-    {218, Rule::Always, RunAddToDatabase, Built, nullptr, "Add to current database",
+    {212, Rule::Always, RunMoveUp, nullptr, "Move up", "Move %s up", nullptr},
+    {213, Rule::Always, RunMoveDown, nullptr, "Move down", "Move %s down", nullptr},
+    {214, Rule::Always, RunExport, nullptr, "Export", "Export %s", nullptr},
+    {215, Rule::Always, RunImport, nullptr, "Import", "Import to replace %s", nullptr},
+    {216, Rule::Always, RunSelectSynth, "Select &synthesizer", nullptr, nullptr, nullptr},
+    {217, Rule::Always, RunAudition, nullptr, "Audition", "Audition %s on synthesizer", nullptr},
+    {218, Rule::Always, RunAddToDatabase, nullptr, "Add to current database",
      "Add %s to current database (Shift for all)", nullptr},
-    {219, Rule::Always, RunInsertFromDatabase, Built, nullptr,
-     "Insert a voice from the current database", "Insert a voice from the current database",
-     nullptr},
-    {997, Rule::Always, RunSystemInformation, Built, "&System information", nullptr, nullptr,
-     nullptr},
-    {998, Rule::Always, RunHelp, Built, "&Help", nullptr, nullptr, nullptr},
-    {999, Rule::Always, RunAbout, Built, "&About", nullptr, nullptr, nullptr},
-    {2907, Rule::Always, nullptr, Later, "Welcome wi&zard", nullptr, nullptr, nullptr},
+    {219, Rule::Always, RunInsertFromDatabase, nullptr, "Insert a voice from the current database",
+     "Insert a voice from the current database", nullptr},
+    {997, Rule::Always, RunSystemInformation, "&System information", nullptr, nullptr, nullptr},
+    {998, Rule::Always, RunHelp, "&Help", nullptr, nullptr, nullptr},
+    {999, Rule::Always, RunAbout, "&About", nullptr, nullptr, nullptr},
+    {2907, Rule::Always, RunWelcomeWizard, "Welcome wi&zard", nullptr, nullptr, nullptr},
 };
 
 // What goes beyond these, each with the setting that it toggles.
@@ -98,7 +92,6 @@ TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
         EXPECT_EQ(row->id, expected.id);
         EXPECT_EQ(row->allowed, expected.allowed) << expected.id;
         EXPECT_EQ(row->run, expected.run) << expected.id;
-        EXPECT_EQ(row->built, expected.built) << expected.id;
         EXPECT_EQ(row->label ? MenuText(*row) : "(none)", TextOf(expected.menu)) << expected.id;
         EXPECT_EQ(TextOf(row->contextLabel), TextOf(expected.context)) << expected.id;
         EXPECT_EQ(TextOf(row->contextNamedLabel), TextOf(expected.named)) << expected.id;
@@ -108,7 +101,6 @@ TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
     EXPECT_EQ(Commands().size(), std::size(ExpectedCommands) + std::size(ExpectedExtras) + 1);
     EXPECT_EQ(CommandOf(10)->allowed, Rule::Always);
     EXPECT_EQ(CommandOf(10)->run, nullptr);
-    EXPECT_TRUE(CommandOf(10)->built);
     for (const int unknown : {0, -1, 49, 170, 181, 3000}) {
         EXPECT_EQ(CommandOf(unknown), nullptr) << unknown;
     }
@@ -128,13 +120,15 @@ TEST_F(CommandTest, AnExtraIsAnEntryOfItsMenuAloneWithACheckMarkAHintAndATopic) 
         EXPECT_EQ(row->menu, Menu::Extras) << expected.id;
         EXPECT_EQ(row->toggles, expected.setting) << expected.id;
         EXPECT_EQ(row->contextLabel, nullptr) << expected.id;
-        EXPECT_TRUE(CommandEnabled(expected.id)) << expected.id;
+        EXPECT_TRUE(CommandAllowed(expected.id)) << expected.id;
     }
     for (const CommandRow &row : Commands()) {
         const bool extra = row.menu == Menu::Extras;
         EXPECT_EQ(row.hint != nullptr, extra) << row.id;
         // A box without a button for help has its topic at its entry too.
-        EXPECT_EQ(row.topic.name != nullptr, extra || row.id == CommandSystemInformation) << row.id;
+        EXPECT_EQ(row.topic.name != nullptr,
+                  extra || row.id == CommandSystemInformation || row.id == CommandWizard)
+            << row.id;
         EXPECT_EQ(row.id > 40000, extra) << row.id;
     }
 }
@@ -256,7 +250,7 @@ TEST_F(CommandTest, AZeroOrANumberOutside50To60EndsTheToolBar) {
 TEST_F(CommandTest, NewAndCutAreGreyAlwaysAndUndoFromTheStart) {
     for (const int id : {CommandNew, CommandCut, CommandUndo}) {
         EXPECT_FALSE(CommandAllowed(id)) << id;
-        EXPECT_FALSE(CommandEnabled(id)) << id;
+        EXPECT_FALSE(CommandAllowed(id)) << id;
     }
     OpenBank();
     ListSelect(MainList, 3);
@@ -352,24 +346,20 @@ TEST_F(CommandTest, WhatHasNoRuleIsAlwaysAllowed) {
     EXPECT_FALSE(CommandAllowed(12345));
 }
 
-TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsItAndItIsBuilt) {
+TEST_F(CommandTest, ACommandIsEnabledWhenItsRuleAllowsIt) {
     OpenBank(); // of a DX7, with its first voice selected
     for (const int id : {10,  50,  51,  54,  55,  56,  57,  59,  104, 105, 131, 132, 203, 208,
-                         210, 211, 212, 213, 214, 215, 216, 217, 218, 219, 997, 998, 999}) {
-        EXPECT_TRUE(CommandEnabled(id)) << id;
+                         210, 211, 212, 213, 214, 215, 216, 217, 218, 219, 997, 998, 999, 2907}) {
+        EXPECT_TRUE(CommandAllowed(id)) << id;
     }
-    for (const int notAllowed : {58, 60, 101, 202, 205}) {
-        EXPECT_FALSE(CommandEnabled(notAllowed)) << notAllowed;
+    for (const int notAllowed : {58, 60, 101, 202, 205, 209, 12345}) {
+        EXPECT_FALSE(CommandAllowed(notAllowed)) << notAllowed;
     }
-    EXPECT_TRUE(CommandAllowed(2907)); // not built
-    EXPECT_FALSE(CommandEnabled(2907));
-    EXPECT_FALSE(CommandEnabled(209)); // neither
-    EXPECT_FALSE(CommandEnabled(12345));
 }
 
 TEST_F(CommandTest, TheWindowHearsWhenARuleSaysOtherwiseThanBefore) {
     std::vector<bool> heard; // whether Save was enabled then
-    TheShellWindow.CommandStatesChanged = [&] { heard.push_back(CommandEnabled(CommandSave)); };
+    TheShellWindow.CommandStatesChanged = [&] { heard.push_back(CommandAllowed(CommandSave)); };
     RefreshCommands();
     EXPECT_TRUE(heard.empty());
     ListAdd(MainList);
@@ -622,7 +612,7 @@ TEST_F(CommandTest, ANameInTheContextMenuIsUtf8AndTakenAsItIs) {
     EXPECT_EQ(EntryOf(2, CommandAudition).text, "Audition \xC3\x89T\xC3\x89 %s %d on synthesizer");
 }
 
-TEST_F(CommandTest, InTheContextMenuCutIsGreyAndTheRestIsNotIfItIsBuilt) {
+TEST_F(CommandTest, InTheContextMenuCutIsGreyAndTheRestIsNot) {
     OpenBank();
     for (const std::uint32_t verbose : {0u, 1u}) {
         VerboseRightClickMenu = verbose;
@@ -630,9 +620,8 @@ TEST_F(CommandTest, InTheContextMenuCutIsGreyAndTheRestIsNotIfItIsBuilt) {
         for (const int id : {CommandEdit, CommandUploadVoice, CommandAudition, CommandCopy,
                              CommandAddToDatabase, CommandInsertFromDatabase, CommandExport,
                              CommandImport, CommandMoveUp, CommandMoveDown}) {
-            EXPECT_EQ(EntryOf(2, id).enabled, CommandOf(id)->built) << id;
+            EXPECT_TRUE(EntryOf(2, id).enabled) << id;
         }
-        EXPECT_TRUE(EntryOf(2, CommandExport).enabled);
     }
 }
 
@@ -641,7 +630,7 @@ TEST_F(CommandTest, InTheContextMenuCopyDoesNotWaitForASelectedRow) {
     ListSelect(MainList, NoRow);
     RefreshCopy();
     EXPECT_FALSE(CommandAllowed(CommandCopy));
-    EXPECT_EQ(EntryOf(2, CommandCopy).enabled, CommandOf(CommandCopy)->built);
+    EXPECT_TRUE(EntryOf(2, CommandCopy).enabled);
 }
 
 class AskingToSave : public ShellTest {

@@ -35,7 +35,7 @@ protected:
 };
 
 TEST_F(SettingsFlowTest, TheCommandIsBuiltAndAlwaysEnabled) {
-    EXPECT_TRUE(CommandEnabled(CommandSettings));
+    EXPECT_TRUE(CommandAllowed(CommandSettings));
 }
 
 TEST_F(SettingsFlowTest, TheSheetIsShownThenTheWindowIsBroughtUpToDateInOrder) {

@@ -9,7 +9,9 @@
 #include "shell/command_table.h"
 #include "shell/documents.h"
 #include "shell/shell_window.h"
+#include "shell/wizard.h"
 #include "support/scripted_desktop.h"
+#include "support/temp_folder.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -175,12 +177,35 @@ TEST_F(FirstWork, TheWindowIsWokenForWorkPostedInsideACommand) {
     EXPECT_EQ(wakes, 1);
 }
 
-TEST(StartUp, TheWizardsKeyDoesNotSuppressTheStartupWindowWhileThereIsNoWizard) {
-    ShowWelcomeWizard = 1;
+TEST(StartUp, TheStartupWindowIsShownUnlessTheWizardIs) {
+    EXPECT_FALSE(StartupWindowWanted()) << "a first start";
+    ShowWelcomeWizard = 0;
     EXPECT_TRUE(StartupWindowWanted());
-    EXPECT_EQ(ShowWelcomeWizard, 1u);
     ShowStartupWindow = 0;
     EXPECT_FALSE(StartupWindowWanted());
+    ShowWelcomeWizard = 1;
+    EXPECT_FALSE(StartupWindowWanted());
+}
+
+TEST_F(FirstWork, AFirstStartShowsTheWizardAndNoTip) {
+    const TempFolder home;
+    PlatformFolders.applicationData = home.path.string();
+    MakeProgramFolders();
+    int wizards = 0, tips = 0;
+    TheShellWindow.AskForWizard = [] { return ResultYes; };
+    TheShellWindow.ShowWizard = [&](const WizardRequest &) { return ++wizards; };
+    TheShellWindow.ShowTipBox = [&] { ++tips; };
+    for (int start = 0; start < 3; ++start) {
+        PostMainStartupDone();
+        RunAll();
+        EXPECT_EQ(wizards, 1);
+        EXPECT_EQ(tips, 0) << "the day is used up";
+    }
+    LastTipDate = 0;
+    PostMainStartupDone();
+    RunAll();
+    EXPECT_EQ(wizards, 1);
+    EXPECT_EQ(tips, 1);
 }
 
 } // namespace

@@ -47,7 +47,7 @@ TEST_F(Undo, ADirectPopOfAnEmptyStoreShowsAMessage) {
 }
 
 TEST_F(Undo, TheMenuShowsNoMessageForAnEmptyStore) {
-    EXPECT_FALSE(CommandEnabled(CommandUndo));
+    EXPECT_FALSE(CommandAllowed(CommandUndo));
     EXPECT_EQ(RunUserCommand(CommandUndo), 0);
 }
 

@@ -114,5 +114,28 @@ TEST(SeenWindow, TheKeysForTheContextMenuActOnTheSelectedRow) {
     }
 }
 
+// Whoever kills the program at the question of its first start is never asked again.
+TEST(SeenWindow, KilledAtTheQuestionOfItsFirstStartItNeverComesBack) {
+    XDisplay display;
+    ASSERT_TRUE(display.Start()) << "no X server";
+    ProgramOnDisplay program(display);
+    program.Start({}, {"ShowWelcomeWizard = 1", "ShowTipOfTheDay = 1", "ShowStartupWindow = 1"});
+    const auto asks = [&] { return !display.FindWindow("^Welcome$").empty(); };
+    ASSERT_TRUE(Becomes(asks, 15s));
+    EXPECT_TRUE(display.FindWindow(BoxTitle).empty()) << "no startup window";
+    program.process->Kill();
+    const std::string settings =
+        ReadTestText(program.home.File(".config/Quillbrook/Tonewright 17.ini"));
+    EXPECT_NE(settings.find("\nShowWelcomeWizard = 0\n"), std::string::npos) << settings;
+    // The next start goes on behind where the question stood: to the tip, behind the startup
+    // window.
+    program.StartAgain({});
+    ASSERT_TRUE(program.Stands("Untitled.Twl"));
+    ASSERT_TRUE(Becomes([&] { return !display.FindWindow(BoxTitle).empty(); }, 10s));
+    ASSERT_TRUE(display.Tool({"mousemove", "640", "512", "click", "1"}));
+    ASSERT_TRUE(Becomes([&] { return !display.FindWindow("^Tip of the day$").empty(); }, 10s));
+    EXPECT_FALSE(asks());
+}
+
 } // namespace
 } // namespace tonewright

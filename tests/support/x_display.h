@@ -88,10 +88,13 @@ struct ProgramOnDisplay {
 
     explicit ProgramOnDisplay(const XDisplay &display);
 
-    // `settings`: lines "Key = value" beside those that keep the windows of a start away;
+    // `settings`: lines "Key = value" beside, or in place of, those that keep the windows of a start
+    // away;
     // `environment`: "NAME=value".
     void Start(const Strings &arguments, const Strings &settings = {},
                const Strings &environment = {});
+    // Once more, with the settings that the last run has left.
+    void StartAgain(const Strings &arguments, const Strings &environment = {});
     // True once the window shows the document of that name.
     bool Stands(const std::string &document);
     // Presses keys while this program's window has the focus; false when it does not get it.

@@ -242,12 +242,21 @@ void ProgramOnDisplay::Start(const Strings &arguments, const Strings &settings,
     std::filesystem::create_directories(home.path / ".config/Quillbrook");
     std::filesystem::create_directory(home.path / "runtime");
     std::filesystem::permissions(home.path / "runtime", std::filesystem::perms::owner_all);
-    std::string lines = "[Tonewright]\nShowStartupWindow = 0\nShowTipOfTheDay = 0\n"
-                        "ShowWelcomeWizard = 0\nCreateBackups = 0\n";
+    std::string lines = "[Tonewright]\n";
+    for (const std::string name : {"ShowStartupWindow = ", "ShowTipOfTheDay = ",
+                                   "ShowWelcomeWizard = ", "CreateBackups = "}) {
+        const bool isGiven = std::ranges::any_of(
+            settings, [&](const std::string &setting) { return setting.starts_with(name); });
+        lines += isGiven ? "" : name + "0\n";
+    }
     for (const std::string &setting : settings) {
         lines += setting + "\n";
     }
     WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"), lines);
+    StartAgain(arguments, environment);
+}
+
+void ProgramOnDisplay::StartAgain(const Strings &arguments, const Strings &environment) {
     Strings variables = display.environment;
     for (const std::string &variable :
          {"HOME=" + home.path.string(), "XDG_CONFIG_HOME=" + home.File(".config"),

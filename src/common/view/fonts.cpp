@@ -22,6 +22,7 @@ struct FaceRow {
 constexpr FaceRow Faces[] = {
     {"Arial", "Liberation Sans", QFont::SansSerif},
     {"Times New Roman", "Liberation Serif", QFont::Serif},
+    {"Verdana", "DejaVu Sans", QFont::SansSerif},
 };
 
 QFont FontOfPixelSize(const QString &family, int pixelSize, int weight) {

@@ -36,6 +36,7 @@
 #include "shell/view/tip_box.h"
 #include "shell/view/tool_bar.h"
 #include "shell/view/voice_list_view.h"
+#include "shell/view/wizard_box.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -145,6 +146,8 @@ void MainWindow::ConnectShell() {
     TheShellWindow.ShowSystemInformation = [this] {
         ShowSystemInformation(this, ReadSystemFacts());
     };
+    TheShellWindow.AskForWizard = [this] { return AskForWizard(this); };
+    TheShellWindow.ShowWizard = ShowWizardBox;
     TheShellWindow.ShowSettings = [this] { SetupShow(this); };
     TheShellWindow.DropBackground = [this] { DropBackground(); };
     TheShellWindow.RepaintWindow = [this] { update(); };
@@ -195,7 +198,7 @@ void MainWindow::AddMenu(const MenuRow &row) {
         const CommandRow &command = *CommandOf(id);
         QAction *action = menu->addAction(WithOneMnemonic(MenuText(command)));
         action->setMenuRole(QAction::NoRole);
-        action->setEnabled(CommandEnabled(id));
+        action->setEnabled(CommandAllowed(id));
         action->setCheckable(command.toggles != nullptr);
         action->setStatusTip(command.hint);
         QObject::connect(action, &QAction::triggered, [id] { RunUserCommand(id); });
@@ -209,7 +212,7 @@ void MainWindow::AddMenu(const MenuRow &row) {
 
 void MainWindow::FollowCommands() {
     for (const auto &[id, action] : actions) {
-        action->setEnabled(CommandEnabled(id));
+        action->setEnabled(CommandAllowed(id));
         if (const BoolSettingValue *setting = CommandOf(id)->toggles) {
             action->setChecked(*setting != 0);
         }

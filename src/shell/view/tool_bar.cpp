@@ -77,7 +77,7 @@ ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {
         button->setGeometry(left, ThemeGetMetric(THEME_METRIC_TOOL_TOP),
                             ThemeGetMetric(THEME_METRIC_TOOL_WIDTH),
                             ThemeGetMetric(THEME_METRIC_TOOL_HEIGHT));
-        button->setEnabled(CommandEnabled(tool.id));
+        button->setEnabled(CommandAllowed(tool.id));
         QObject::connect(button, &QAbstractButton::clicked, [id = tool.id] { PostCommand(id); });
         buttons[tool.id] = button;
         left += button->width() + ThemeGetMetric(THEME_METRIC_TOOL_GAP) +
@@ -87,7 +87,7 @@ ToolBar::ToolBar(QWidget *parent) : QWidget(parent) {
 
 void ToolBar::FollowCommands() {
     for (const auto &[commandId, button] : buttons) {
-        button->setEnabled(CommandEnabled(commandId));
+        button->setEnabled(CommandAllowed(commandId));
     }
 }
 

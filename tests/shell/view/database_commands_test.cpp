@@ -60,7 +60,7 @@ TEST_F(DatabaseCommands, AddTakesTheClickedVoice) {
     EXPECT_EQ(desktop.sounds.size(), 1u);
     EXPECT_EQ(MainList.selection, 9);
     EXPECT_FALSE(MainListState.dirty);
-    EXPECT_FALSE(CommandEnabled(CommandUndo));
+    EXPECT_FALSE(CommandAllowed(CommandUndo));
 }
 
 TEST_F(DatabaseCommands, AShiftClickInTheMenuAddsAllVoices) {
@@ -104,7 +104,7 @@ TEST_F(DatabaseCommands, InsertOpensTheWindowForTheClickedRow) {
     EXPECT_EQ(Names(4, 5), (std::vector<std::string>{"VOICE 21", "VOICE 06"}));
     EXPECT_EQ(desktop.sounds.size(), 1u);
     EXPECT_TRUE(MainListState.dirty);
-    EXPECT_TRUE(CommandEnabled(CommandUndo));
+    EXPECT_TRUE(CommandAllowed(CommandUndo));
 }
 
 // From the list to the catalogue and back into another row, by mouse and keys alone.
@@ -138,7 +138,7 @@ TEST_F(DatabaseCommands, TheRealWindowThatIsCancelledInsertsNothing) {
                         [](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); }));
     EXPECT_EQ(NameAt(4), "VOICE 05");
     EXPECT_FALSE(MainListState.dirty);
-    EXPECT_TRUE(CommandEnabled(CommandUndo)); // the level was made before
+    EXPECT_TRUE(CommandAllowed(CommandUndo)); // the level was made before
 }
 
 } // namespace
