@@ -29,6 +29,7 @@ constexpr QSize BoxSize{405, 544};      // pixels
 constexpr int RowMargin = 10;           // above, between and below preview and name
 constexpr int PreviewHeightOfNone = 12; // where there is no theme
 constexpr int PreviewPlace = 4;         // from the left and the top of a row
+constexpr int NameGap = 3;              // between preview and name
 constexpr int LineWidth = 2;            // along the top of a row
 
 struct ThemeRow {
@@ -145,9 +146,9 @@ private:
         painter.drawImage(area.topLeft() + QPoint(PreviewPlace, PreviewPlace),
                           ImageOfThemeBitmap(row.preview, devicePixelRatioF()));
         painter.setPen(selected ? Qt::white : Qt::black);
-        const int below = qCeil(preview.height()) + PreviewPlace;
+        const int below = PreviewPlace + qCeil(preview.height()) + NameGap;
         painter.drawText(area.adjusted(PreviewPlace, below, -PreviewPlace, 0),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, row.name);
+                         Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, row.name);
     }
 
     void Configure() {
