@@ -30,6 +30,7 @@ constexpr int RowMargin = 10;           // above, between and below preview and 
 constexpr int PreviewHeightOfNone = 12; // where there is no theme
 constexpr int PreviewPlace = 4;         // from the left and the top of a row
 constexpr int NameGap = 3;              // between preview and name
+constexpr int LargestListWidth = 600;   // a wider preview is cut
 constexpr int LineWidth = 2;            // along the top of a row
 
 struct ThemeRow {
@@ -120,7 +121,8 @@ private:
             this);
         view->setObjectName("control_101");
         view->setAccessibleName("Themes");
-        view->setMinimumWidth(width + 2 * PreviewPlace + 2 * view->frameWidth() +
+        view->setMinimumWidth(std::min(width, LargestListWidth) + 2 * PreviewPlace +
+                              2 * view->frameWidth() +
                               view->verticalScrollBar()->sizeHint().width());
         ui.place_101->addWidget(view);
         const std::string current = ThemeDiskName(theme);

@@ -128,6 +128,15 @@ TEST_F(SelectThemeTest, ARowHasTheHeightOfItsTextOfTheTallestPreviewAndTenMore) 
     });
 }
 
+TEST_F(SelectThemeTest, APreviewThatIsTooWideIsCut) {
+    house.Put("wide", "THEME_A.dll");
+    WithBox([&](QDialog &box) {
+        EXPECT_EQ(Rows(box), Calls{"A"});
+        EXPECT_LE(box.width(), 800);
+        Press(box, 2);
+    });
+}
+
 TEST_F(SelectThemeTest, WithoutAThemeTheBoxIsEmptyAndOkClosesItAsCancelDoes) {
     EXPECT_FALSE(WithBox([&](QDialog &box) {
         EXPECT_EQ(Rows(box), Calls());
