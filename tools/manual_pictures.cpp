@@ -7,7 +7,6 @@
 #include "common/folders.h"
 #include "common/platform.h"
 #include "common/settings.h"
-#include "common/view/dialog_controls.h"
 #include "common/view/theme.h"
 #include "core/current.h"
 #include "core/voice_list.h"
@@ -26,7 +25,6 @@
 #include "shell/view/voice_list_view.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QDateTime>
 #include <QDialog>
@@ -34,9 +32,7 @@
 #include <QFile>
 #include <QImage>
 #include <QMenu>
-#include <QMenuBar>
 #include <QSet>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -53,7 +49,7 @@ constexpr int TimeToStand = 400;   // milliseconds, for what a window does behin
 constexpr int TimeToOpen = 10'000; // milliseconds
 constexpr int LongestRun = 60'000; // milliseconds
 constexpr int LargestPalette = 256; // colours
-constexpr int SettingsPages = 2;
+constexpr std::uint32_t SettingsPages = 2;
 constexpr std::uint32_t Teal = 0x9C'AB'22; // blue, green and red
 constexpr int VoiceRow = 2;                // of the voice that is shown in the editor
 
@@ -147,8 +143,9 @@ void SelectRow(MainWindow &window, int row) {
     Wait(TimeToStand);
 }
 
-void ShowTab(QWidget &box, int page) {
-    box.findChild<QTabWidget *>()->setCurrentIndex(page);
+void TakeEditor(Pictures &pictures, const char *name, std::uint32_t page) {
+    VoiceEditPage = page;
+    TakeCommand(pictures, name, CommandEdit);
 }
 
 // A copy of a bank that was written at a time of its own.
@@ -190,18 +187,17 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
     QApplication::sendEvent(window.List()->viewport(), &request);
     Wait(TimeToStand);
 
-    TakeCommand(pictures, "editor-dx7", CommandEdit, [](QWidget &box) { ShowTab(box, 0); });
-    TakeCommand(pictures, "editor-dx7-operator", CommandEdit,
-                [](QWidget &box) { ShowTab(box, 1); });
+    TakeEditor(pictures, "editor-dx7", 0);
+    TakeEditor(pictures, "editor-dx7-operator", 1);
     TakeCommand(pictures, "audition", CommandAudition);
     TakeCommand(pictures, "select-synthesizer", CommandSelectSynth);
     TakeCommand(pictures, "midi-devices", CommandMidiDevices);
-    for (int page = 0; page < SettingsPages; ++page) {
-        const std::string name = "settings-" + std::to_string(page + 1);
-        TakeCommand(pictures, name.c_str(), CommandSettings,
-                    [page](QWidget &box) { ShowTab(box, page); });
+    for (SetupPageIndex = 0; SetupPageIndex < SettingsPages; ++SetupPageIndex) {
+        const std::string name = "settings-" + std::to_string(SetupPageIndex + 1);
+        TakeCommand(pictures, name.c_str(), CommandSettings);
     }
     TakeCommand(pictures, "tip", CommandTip);
+    TakeCommand(pictures, "wizard", CommandWizard);
     std::string theme = ThemeCurrent;
     TakeBox(pictures, "themes", [&] { SelectThemeBox(&window, theme); });
     TakeBox(pictures, "colors", [&window] { ChooseColour(&window, Teal); });
@@ -215,9 +211,8 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
     RunUserCommand(CommandDownload);
     SelectRow(window, VoiceRow);
     Save(pictures, "window-reface", window);
-    TakeCommand(pictures, "editor-reface", CommandEdit, [](QWidget &box) { ShowTab(box, 0); });
-    TakeCommand(pictures, "editor-reface-operator", CommandEdit,
-                [](QWidget &box) { ShowTab(box, 1); });
+    TakeEditor(pictures, "editor-reface", 0);
+    TakeEditor(pictures, "editor-reface-operator", 1);
     TakeCommand(pictures, "configure", CommandConfigure);
 }
 
