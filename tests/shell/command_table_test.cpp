@@ -106,6 +106,14 @@ TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
     }
 }
 
+TEST_F(CommandTest, NoCommandThatCanBeChosenLacksItsFlow) {
+    for (const CommandRow &row : Commands()) {
+        const bool isOffered = row.label || row.contextLabel;
+        EXPECT_TRUE(row.run || row.toggles || row.allowed == Rule::Never || !isOffered) << row.id;
+        EXPECT_FALSE(row.allowed == Rule::Never && row.run) << row.id;
+    }
+}
+
 TEST_F(CommandTest, TheNameOfACommandIsItsLabelWithoutTheMarksOfAMenu) {
     EXPECT_EQ(CommandName(*CommandOf(CommandSaveAs)), "Save as");
     EXPECT_EQ(CommandName(*CommandOf(CommandConfigure)), "Configure synthesizer");
