@@ -92,9 +92,8 @@ void Save(Pictures &pictures, const char *name, QWidget &widget) {
     }
 }
 
-// Takes a picture of the box that `open` shows until it is closed, after `prepare` has had it.
-void TakeBox(Pictures &pictures, const char *name, const std::function<void()> &open,
-             const std::function<void(QWidget &)> &prepare = {}) {
+// Takes a picture of the box that `open` shows until it is closed.
+void TakeBox(Pictures &pictures, const char *name, const std::function<void()> &open) {
     bool taken = false;
     QTimer timer;
     QElapsedTimer waiting;
@@ -105,9 +104,6 @@ void TakeBox(Pictures &pictures, const char *name, const std::function<void()> &
             return;
         }
         timer.stop();
-        if (prepare) {
-            prepare(*box);
-        }
         Wait(TimeToStand);
         Save(pictures, name, *box);
         taken = true;
@@ -125,10 +121,8 @@ void TakeBox(Pictures &pictures, const char *name, const std::function<void()> &
     Wait(TimeToStand);
 }
 
-void TakeCommand(Pictures &pictures, const char *name, int command,
-                 const std::function<void(QWidget &)> &prepare = {}) {
-    TakeBox(
-        pictures, name, [command] { RunUserCommand(command); }, prepare);
+void TakeCommand(Pictures &pictures, const char *name, int command) {
+    TakeBox(pictures, name, [command] { RunUserCommand(command); });
 }
 
 void OpenBank(const QString &path) {
