@@ -24,7 +24,8 @@ namespace {
 
 constexpr double SoftRadius = 5;
 constexpr double FlexRadius = 1.5;
-constexpr double WedgeCut = 7;   // of the corners, along both sides
+constexpr double WedgeCut = 7;                       // of the corners, along both sides
+constexpr const char *PaintsItself = "paintsItself"; // a property
 constexpr int PressedOffset = 2; // a caption moves down while its button is pressed
 
 unsigned StateOf(const QPushButton &button) {
@@ -271,11 +272,15 @@ protected:
 } // namespace
 
 void MakeSoftButton(QPushButton *button) {
-    if (SoftButtons == SoftButtonNone || !button ||
+    if (SoftButtons == SoftButtonNone || !button || button->property(PaintsItself).toBool() ||
         button->findChild<QObject *>(SoftButtonPainter::Name, Qt::FindDirectChildrenOnly)) {
         return;
     }
     new SoftButtonPainter(button, SoftButtons); // a child of the button
+}
+
+void KeepOwnPainting(QWidget *button) {
+    button->setProperty(PaintsItself, true);
 }
 
 void MakeDialogButtonsSoft() {

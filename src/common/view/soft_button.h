@@ -8,6 +8,7 @@
 class QPainter;
 class QPushButton;
 class QString;
+class QWidget;
 
 namespace tonewright {
 
@@ -20,11 +21,15 @@ constexpr std::uint32_t SoftButtonFlex = 2;  // a double frame, which turns insi
 constexpr std::uint32_t SoftButtonWedge = 3; // cut corners, a bevel of single lines
 
 // Gives a push button the look that the setting SoftButtons names now, for the rest of its life;
-// with SoftButtonNone it stays as it is. A second call changes nothing.
+// with SoftButtonNone it stays as it is, and so does one that paints itself. A second call changes
+// nothing.
 void MakeSoftButton(QPushButton *button);
 
-// From now on each push button of a dialog, the program's or the toolkit's, gets its look when it is
-// first shown. For the life of the application.
+// Leaves a button to the painting of its own that it has.
+void KeepOwnPainting(QWidget *button);
+
+// From now on each push button of a dialog, the program's or the toolkit's, gets its look when it
+// is first shown. For the life of the application.
 void MakeDialogButtonsSoft();
 
 // Paints a button of a look at rest, with a caption in the painter's font, to show what it is like.

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "common/view/dialog_controls.h"
+#include "common/view/soft_button.h"
 #include "common/view/up_down.h"
 #include "shell/shell_window.h"
 #include "shell/view/colour_box.h"
@@ -226,6 +227,7 @@ class SwatchPainter : public QObject {
 public:
     explicit SwatchPainter(QWidget *control) : QObject(control), control(control) {
         control->installEventFilter(this);
+        KeepOwnPainting(control);
     }
 
 protected:

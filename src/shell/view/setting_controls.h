@@ -14,8 +14,8 @@ namespace tonewright {
 
 // The controls of a row, in the order in which the flags are looked at:
 //   SettingColour   a button, painted as a swatch of the colour in its property "userData"
-//   SettingDropDown     a QComboBox; its choices come from the row, from the system's fonts
-//                  (SettingFontList), or are there already
+//   SettingDropDown a QComboBox; its choices come from the row, from the system's fonts
+//                   (SettingFontList), or are there already
 //   SettingInteger  a QLineEdit; with SettingSpin an UpDown of its number + 10000 gives the range
 //   SettingText     a QLineEdit; with SettingBrowse a button of its number + 15000 stands beside it
 //   SettingBool     a check box

@@ -4,6 +4,7 @@
 #include "shell/shell_window.h"
 #include "shell/view/setting_controls.h"
 #include "support/modal_box.h"
+#include "support/pixels.h"
 #include "support/put_back.h"
 
 #include <gtest/gtest.h>
@@ -371,6 +372,27 @@ TEST_F(SettingControlsTest, AColourIsPaintedAsASwatchWithRedInTheLowByte) {
     Colour = 0x000000FF;
     Load();
     EXPECT_EQ(colour->grab().toImage().pixelColor(60, 13), QColor(Qt::red));
+}
+
+TEST_F(SettingControlsTest, ASwatchShowsItsColourInADialogWhoseOtherButtonsAreSoft) {
+    Colour = 0x00332211;
+    for (SoftButtons = 0; SoftButtons < 4; ++SoftButtons) {
+        QDialog dialog;
+        dialog.resize(400, 500);
+        auto *sheet = new QWidget(&dialog);
+        auto *swatch = new QPushButton(sheet), *plain = new QPushButton(sheet);
+        swatch->setObjectName("control_2");
+        plain->setGeometry(0, 40, 120, 26);
+        swatch->setGeometry(0, 80, 120, 26);
+        KeysToControls(sheet, Keys);
+        ConnectKeyControls(sheet, Keys);
+        dialog.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&dialog));
+        EXPECT_EQ(plain->children().isEmpty(), SoftButtons == 0); // it has its painter
+        const QImage image = swatch->grab().toImage();
+        EXPECT_TRUE(IsAll(image, image.rect().adjusted(3, 3, -3, -3), qRgb(0x11, 0x22, 0x33)))
+            << SoftButtons;
+    }
 }
 
 TEST_F(SettingControlsTest, ASwatchOpensTheColourBoxAndTakesItsColourOnOk) {
