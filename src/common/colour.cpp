@@ -73,16 +73,12 @@ std::optional<std::uint32_t> ReadHexColour(std::string_view text) {
         return std::nullopt;
     }
     std::uint32_t number = 0;
-    std::size_t at = 1;
-    for (; at < text.size(); ++at) {
-        const std::size_t digit = Digits.find(LowerAscii(text[at]));
+    for (const char character : text.substr(1)) {
+        const std::size_t digit = Digits.find(LowerAscii(character));
         if (digit == Digits.npos) {
             break;
         }
         number = number << 4 | static_cast<std::uint32_t>(digit);
-    }
-    if (at == 1) {
-        return std::nullopt;
     }
     return ColourOf({.red = static_cast<std::uint8_t>(number >> 16),
                      .green = static_cast<std::uint8_t>(number >> 8),

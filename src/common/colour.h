@@ -39,8 +39,8 @@ std::uint32_t ColourAt(ColourPlace place);
 // "#RRGGBB": red comes first.
 std::string HexOfColour(std::uint32_t colour);
 // The colour of a hash sign and hexadecimal digits, of which the last six count: red in the highest
-// byte of the number. Nothing for a text without the sign, or without a digit behind it; what
-// stands behind the digits is passed over.
+// byte of the number, which is 0 without a digit. What stands behind the digits is passed over.
+// Nothing for a text without the sign.
 std::optional<std::uint32_t> ReadHexColour(std::string_view text);
 // A part of a colour, 0 to 255, as "0FH".
 std::string HexOfPart(unsigned part);

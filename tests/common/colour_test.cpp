@@ -26,11 +26,14 @@ TEST(Colour, HexadecimalTheRedPairComesFirstAlthoughItIsTheLowByte) {
     EXPECT_EQ(HexOfPart(0), "00H");
 }
 
-TEST(Colour, AHexadecimalTextNeedsItsSignAndADigit) {
+TEST(Colour, AHexadecimalTextNeedsItsSignAndIs0WithoutADigit) {
     EXPECT_EQ(ReadHexColour("#f"), 0x000F0000u);
     EXPECT_EQ(ReadHexColour("#12G"), 0x00120000u);
     EXPECT_EQ(ReadHexColour("#9990aBcDe"), 0x00DEBC0Au);
-    for (const char *text : {"", "#", "AB0F01", " #AB0F01", "#x", "##1"}) {
+    for (const char *text : {"#", "#x", "##1", "# 12"}) {
+        EXPECT_EQ(ReadHexColour(text), 0u) << text;
+    }
+    for (const char *text : {"", "AB0F01", " #AB0F01"}) {
         EXPECT_EQ(ReadHexColour(text), std::nullopt) << text;
     }
 }

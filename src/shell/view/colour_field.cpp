@@ -16,8 +16,10 @@ namespace {
 constexpr int FieldWidth = 240;  // pixels
 constexpr int FieldHeight = 220; // of the bar too
 constexpr int BarWidth = 20;
-constexpr int ArrowWidth = 9; // beside the bar
-constexpr int CrossReach = 9; // of the mark in the field
+constexpr int ArrowWidth = 9;  // beside the bar
+constexpr int ArrowReach = 4;  // up and down from its tip
+constexpr int ArrowMargin = 3; // above and below the bar, for an arrow at its end
+constexpr int CrossReach = 9;  // of the mark in the field
 constexpr int CrossGap = 3;
 
 // The number, 0 to HueRange, of a pixel among so many.
@@ -25,9 +27,11 @@ int NumberAt(int pixel, int pixels) {
     return std::clamp(pixel, 0, pixels - 1) * HueRange / std::max(1, pixels - 1);
 }
 
+// The pixel that NumberAt gives the number of: there are no more pixels than numbers.
 int PixelOf(int number, int pixels) {
-    return number * (pixels - 1) / HueRange;
+    return (number * (pixels - 1) + HueRange - 1) / HueRange;
 }
+static_assert(FieldWidth <= HueRange + 1 && FieldHeight <= HueRange + 1);
 
 QRgb RgbOf(std::uint32_t colour) {
     const ColourParts parts = PartsOf(colour);
@@ -113,21 +117,22 @@ void ColourField::paintEvent(QPaintEvent *) {
     painter.setClipRect(inside);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(inside, picture);
-    painter.setPen(QPen(Qt::black, 3, Qt::SolidLine, Qt::FlatCap));
     const QPoint middle(1 + PixelOf(std::min(place.hue, HueRange), FieldWidth),
                         1 + PixelOf(HueRange - place.saturation, FieldHeight));
-    for (const QPoint way : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)}) {
-        painter.drawLine(middle + way * CrossGap, middle + way * CrossReach);
+    constexpr int Arm = CrossReach - CrossGap + 1;
+    for (const QRect arm : {QRect(CrossGap, -1, Arm, 3), QRect(-CrossReach, -1, Arm, 3),
+                            QRect(-1, CrossGap, 3, Arm), QRect(-1, -CrossReach, 3, Arm)}) {
+        painter.fillRect(arm.translated(middle), Qt::black);
     }
 }
 
 LuminanceBar::LuminanceBar(QWidget *parent) : ColourPicker(parent) {
-    setFixedSize(BarWidth + 2 + ArrowWidth, FieldHeight + 2);
+    setFixedSize(BarWidth + 2 + ArrowWidth, FieldHeight + 2 + 2 * ArrowMargin);
     setAccessibleName("Luminance");
 }
 
 void LuminanceBar::Choose(QPoint point) {
-    place.luminance = HueRange - NumberAt(point.y() - 1, FieldHeight);
+    place.luminance = HueRange - NumberAt(point.y() - ArrowMargin - 1, FieldHeight);
 }
 
 void LuminanceBar::paintEvent(QPaintEvent *) {
@@ -143,15 +148,16 @@ void LuminanceBar::paintEvent(QPaintEvent *) {
         }
     }
     QPainter painter(this);
-    const QRect bar(0, 0, BarWidth + 2, height());
+    const QRect bar(0, ArrowMargin, BarWidth + 2, FieldHeight + 2);
     painter.drawImage(DrawFrame(painter, bar), picture);
-    const int y = 1 + PixelOf(HueRange - std::min(place.luminance, HueRange), FieldHeight);
-    const int left = bar.right() + 2, right = width() - 1, reach = (right - left) / 2 + 1;
+    const int y =
+        bar.top() + 1 + PixelOf(HueRange - std::min(place.luminance, HueRange), FieldHeight);
+    const int left = bar.right() + 2, right = width() - 1;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(SystemColourOf(SystemColour::ButtonText));
-    painter.drawPolygon(QPolygonF({QPointF(left, y + 0.5), QPointF(right, y + 0.5 - reach),
-                                   QPointF(right, y + 0.5 + reach)}));
+    painter.drawPolygon(QPolygonF({QPointF(left, y + 0.5), QPointF(right, y + 0.5 - ArrowReach),
+                                   QPointF(right, y + 0.5 + ArrowReach)}));
 }
 
 ColourSample::ColourSample(QWidget *parent) : QWidget(parent) {
