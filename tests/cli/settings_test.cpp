@@ -2,6 +2,7 @@
 #include "run_cli.h"
 
 #include "common/setting_rows.h"
+#include "support/environment.h"
 #include "support/reface_bytes.h"
 #include "support/temp_folder.h"
 
@@ -33,17 +34,6 @@ protected:
     }
 
     TempFolder home;
-};
-
-// A variable of the environment has another value as long as this lives.
-struct PutEnvironmentBack {
-    PutEnvironmentBack(const char *variable, const std::string &value)
-        : name(variable), before(std::getenv(variable)) {
-        setenv(name, value.c_str(), 1);
-    }
-    ~PutEnvironmentBack() { setenv(name, before.c_str(), 1); }
-    const char *name;
-    std::string before;
 };
 
 bool Contains(const std::string &text, const std::string &part) {
@@ -89,7 +79,7 @@ TEST_F(CliSettings, ListPrintsEveryKeyInTheOrderOfTheTable) {
 TEST_F(CliSettings, AnExtraIsReadFromTheFilesOfSystemAndUser) {
     std::filesystem::create_directories(home.path / "system/Quillbrook");
     WriteTestText(home.File("system/Quillbrook/Extras.ini"), "CarefulMode = 1\nWholeDetune = 1\n");
-    const PutEnvironmentBack back("XDG_CONFIG_DIRS", home.File("system"));
+    const EnvironmentVariable folders("XDG_CONFIG_DIRS", home.File("system"));
     ExpectOutput({"settings", "get", "extras.CarefulMode"}, "1\n");
     EXPECT_FALSE(home.Holds(".config/Quillbrook"));
     WriteUserFile("Tonewright 17/Extras.ini", "CarefulMode = 0\n");

@@ -1,4 +1,5 @@
 // The real program from start to end, in a process of its own with a home of its own.
+#include "support/environment.h"
 #include "support/paths.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
@@ -14,19 +15,27 @@ namespace {
 
 class ProgramStart : public testing::Test {
 protected:
-    void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
-        setenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT", "1", 1);
-    }
-
     std::string Settings() {
         return ReadTestText(home.File(".config/Quillbrook/Tonewright 17.ini"));
     }
 
     TempFolder home;
+    const EnvironmentOfOnePaint environment{home.path.string()};
 };
+
+TEST(Environment, AVariableIsPutBackWhetherItWasSetOrNot) {
+    constexpr const char *Name = "TONEWRIGHT_TEST_OF_THE_ENVIRONMENT";
+    ASSERT_EQ(std::getenv(Name), nullptr);
+    {
+        const EnvironmentVariable one(Name, "1");
+        {
+            const EnvironmentVariable other(Name, std::nullopt);
+            EXPECT_EQ(std::getenv(Name), nullptr);
+        }
+        EXPECT_STREQ(std::getenv(Name), "1");
+    }
+    EXPECT_EQ(std::getenv(Name), nullptr);
+}
 
 TEST_F(ProgramStart, OnAnEmptyHomeItMakesItsFoldersAndKeepsItsSettings) {
     EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0);
@@ -49,8 +58,8 @@ TEST_F(ProgramStart, TheColoursOfTheProgramBecomeTheUsersOnce) {
 }
 
 TEST_F(ProgramStart, HelpAndVersionArePrintedWithoutADisplay) {
-    setenv("QT_QPA_PLATFORM", "xcb", 1);
-    unsetenv("DISPLAY");
+    const EnvironmentVariable platform("QT_QPA_PLATFORM", "xcb");
+    const EnvironmentVariable display("DISPLAY", std::nullopt);
     auto result = RunProgram({WindowProgram(), "--version"});
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(result.output, "tonewright 17.0a revision 1\n");

@@ -3,6 +3,7 @@
 
 #include "shell/history.h"
 #include "shell_fixture.h"
+#include "support/environment.h"
 #include "support/paths.h"
 #include "support/posix_limits.h"
 #include "support/run_program.h"
@@ -67,10 +68,7 @@ TEST_F(SaveAtEnd, AHistoryThatCannotBeWrittenIsToldWithPathAndReason) {
 
 TEST_F(SaveAtEnd, TheProgramSaysSoWhenItEnds) {
     const TempFolder user;
-    setenv("HOME", user.path.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", user.File(".config").c_str(), 1);
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    setenv("TONEWRIGHT_EXIT_AFTER_FIRST_PAINT", "1", 1);
+    const EnvironmentOfOnePaint environment(user.path.string());
     const std::string settings = user.File(".config/Quillbrook/Tonewright 17.ini");
     const std::string history = user.File(".config/Quillbrook/Tonewright 17/FileMenuHistory.txt");
     std::filesystem::create_directories(settings);
