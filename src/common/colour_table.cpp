@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cerrno>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -25,7 +26,8 @@ namespace fs = std::filesystem;
 constexpr std::string_view BehindName = " \b=";
 constexpr std::string_view BlanksOfNumbers = " \t\n\v\f\r";
 constexpr std::string_view DecimalDigits = "0123456789";
-constexpr std::string_view TableEnding = ".ccl";
+constexpr std::string_view TableEnding = ".CCL";
+constexpr std::size_t LongestName = 240; // bytes, which fit behind the name of the setting
 constexpr std::size_t LargestProgramTable = 1 << 20; // bytes
 
 bool StandsBefore(const NamedColour &one, const NamedColour &other) {
@@ -92,6 +94,19 @@ void RemoveFile(const std::string &path) {
     }
 }
 
+// What is put behind the name of a table.
+std::string_view EndingOf(std::string_view name) {
+    return name.find('.') == name.npos ? TableEnding : std::string_view();
+}
+
+// Whether a name stands for a file of the user's folder, in whose path nothing of it is cut.
+bool IsPlainName(std::string_view name) {
+    const auto isControl = [](char character) { return character >= 0 && character < ' '; };
+    const std::string_view folder = ProductUserFile("");
+    return name.find_first_not_of('.') != name.npos && name.find_first_of("/\\:") == name.npos &&
+           std::ranges::none_of(name, isControl) && folder.size() + name.size() <= PathLimit;
+}
+
 bool WriteText(std::FILE *file, const std::string &text) {
     std::setvbuf(file, nullptr, _IONBF, 0);
     return std::fwrite(text.data(), 1, text.size(), file) == text.size();
@@ -124,23 +139,29 @@ int ColourTableRowOf(const ColourTable &table, std::uint32_t colour) {
 }
 
 int ColourTableLoad(const char *path, ColourTable &table) {
-    Fill(table, {});
     auto lines = OpenLines(path);
     if (!lines) {
+        const int reason = errno;
+        Fill(table, {});
+        errno = reason;
         return 0;
     }
-    ColourTableRead(*lines, table);
-    return 1;
+    return ColourTableRead(*lines, table);
 }
 
-void ColourTableRead(LineReader &lines, ColourTable &table) {
+int ColourTableRead(LineReader &lines, ColourTable &table) {
     std::vector<NamedColour> colours;
     for (std::string_view line; NextLine(lines, line);) {
         if (auto colour = ReadColour(line)) {
             colours.push_back(std::move(*colour));
         }
     }
+    if (lines.error != 0) {
+        colours.clear();
+    }
     Fill(table, std::move(colours));
+    errno = lines.error;
+    return lines.error == 0 ? 1 : 0;
 }
 
 std::string ColourTableText(const ColourTable &table) {
@@ -154,6 +175,7 @@ std::string ColourTableText(const ColourTable &table) {
 
 int ColourTableSave(const char *path, const ColourTable *table) {
     if (!*path) {
+        errno = ENOENT;
         return 0;
     }
     const std::string backup = std::string(path) + ".bak";
@@ -169,11 +191,34 @@ int ColourTableSave(const char *path, const ColourTable *table) {
         return 0;
     }
     const bool written = WriteText(file.get(), PlatformLines(ColourTableText(*table)));
-    return std::fclose(file.release()) == 0 && written ? 1 : 0;
+    const int reason = errno;
+    const bool closed = std::fclose(file.release()) == 0;
+    if (!written) {
+        errno = reason;
+    }
+    return written && closed ? 1 : 0;
+}
+
+std::string ColourTableName() {
+    return IsPlainName(ColourTableFile) ? ColourTableFile : DefaultColourTable;
 }
 
 std::string ColourTablePath() {
-    return ProductUserFile(ColourTableFile.empty() ? DefaultColourTable : ColourTableFile.c_str());
+    return ProductUserFile(ColourTableName().c_str());
+}
+
+bool IsColourTableName(std::string_view name) {
+    const std::string file = std::string(name) + std::string(EndingOf(name));
+    return !name.empty() && name.front() != ' ' && name.front() != '=' && IsPlainName(file) &&
+           file.size() <= LongestName && EqualNoCase(ExtensionOfPath(file), TableEnding.substr(1));
+}
+
+std::string ColourTableMeantBy(std::string_view name) {
+    const std::string file = std::string(name) + std::string(EndingOf(name));
+    const std::vector<std::string> names = ColourTableNames();
+    const auto isMeant = [&file](const std::string &other) { return EqualNoCase(other, file); };
+    const auto meant = std::ranges::find_if(names, isMeant);
+    return meant == names.end() || std::ranges::find(names, file) != names.end() ? file : *meant;
 }
 
 void InstallColourTable() {
@@ -196,10 +241,8 @@ std::vector<std::string> ColourTableNames() {
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         const std::u8string bytes = entry->path().filename().u8string();
         std::string name(bytes.begin(), bytes.end());
-        const std::size_t stem = name.size() - std::min(name.size(), TableEnding.size());
         std::error_code unknown; // what it is
-        if (EqualNoCase(std::string_view(name).substr(stem), TableEnding) &&
-            entry->is_regular_file(unknown)) {
+        if (EndingOf(name).empty() && IsColourTableName(name) && entry->is_regular_file(unknown)) {
             names.push_back(std::move(name));
         }
     }

@@ -3,18 +3,16 @@
 
 #include "common/colour.h"
 #include "common/desktop.h"
-#include "common/folders.h"
 #include "common/settings.h"
 #include "common/text.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <utility>
 
 namespace tonewright {
 namespace {
-
-constexpr std::string_view TableEnding = ".CCL";
-constexpr std::size_t LongestName = 240; // bytes, which fit behind the name of the setting
 
 bool RowHasColour(const ColourTable &table, int row, std::uint32_t colour) {
     return ListHasRow(table, row) && table.items[row].colour == colour;
@@ -26,24 +24,40 @@ int RowOf(const ColourTable &table, std::uint32_t colour) {
                                                         : ColourTableRowOf(table, colour);
 }
 
-// What is put behind the name of a table.
-std::string_view EndingOf(std::string_view name) {
-    return name.find('.') == name.npos ? TableEnding : std::string_view();
+// What went wrong with the file of the table, and what follows from that.
+std::string FailureText(const char *failure, int reason, const char *consequence) {
+    return std::string(failure) + "\n\n" + ColourTablePath() + ": " + std::strerror(reason) +
+           ".\n\n" + consequence;
 }
 
-void Save(ColourSelection &selection) {
+// Saves the table. What went wrong, with `consequence`; empty when nothing did.
+std::string Save(ColourSelection &selection, const char *consequence) {
     selection.editPending = ColourTableSave(ColourTablePath().c_str(), &selection.table) == 0;
+    return selection.editPending
+               ? FailureText("The color table could not be saved.", errno, consequence)
+               : std::string();
 }
+
+void SaveOrSay(QWidget *owner, ColourSelection &selection, const char *consequence) {
+    const std::string failure = Save(selection, consequence);
+    if (!failure.empty()) {
+        ShowMessage(owner, failure);
+    }
+}
+
+constexpr const char *StaysInList = "The change stays in the list. It will be saved once more when "
+                                    "the list is changed or left.";
 
 } // namespace
 
 void BeginColourSelection(ColourSelection &selection) {
-    ColourTableLoad(ColourTablePath().c_str(), selection.table);
+    const bool loaded = ColourTableLoad(ColourTablePath().c_str(), selection.table) != 0;
+    selection.readError = loaded || errno == ENOENT ? 0 : errno;
 }
 
-void EndColourSelection(ColourSelection &selection) {
+void EndColourSelection(QWidget *owner, ColourSelection &selection) {
     if (selection.editPending) {
-        Save(selection);
+        SaveOrSay(owner, selection, "The changes of its colors are lost.");
     }
 }
 
@@ -67,6 +81,11 @@ std::string NameOfColour(const ColourSelection &selection, std::uint32_t colour)
 }
 
 bool MayAddColour(QWidget *owner, const ColourSelection &selection, std::uint32_t colour) {
+    if (selection.readError != 0) {
+        ShowMessage(owner, FailureText("The color table could not be read.", selection.readError,
+                                       "It stays as it is, and no color can be added to it."));
+        return false;
+    }
     const int row = RowOf(selection.table, colour);
     return row == NoRow ||
            AskYesNo(owner, "This color already exists in the current color database as " +
@@ -83,12 +102,12 @@ bool IsWholeColour(std::string_view name, const ColourFields &fields) {
         return !field.empty() && field.size() <= 3 &&
                field.find_first_not_of("0123456789") == field.npos;
     };
-    return !name.empty() && std::ranges::all_of(fields, isNumber);
+    return name.find_first_not_of(' ') != name.npos && std::ranges::all_of(fields, isNumber);
 }
 
-void AddColour(ColourSelection &selection, NamedColour colour) {
+void AddColour(QWidget *owner, ColourSelection &selection, NamedColour colour) {
     ListSelect(selection.table, ColourTableAdd(selection.table, std::move(colour)));
-    Save(selection);
+    SaveOrSay(owner, selection, StaysInList);
 }
 
 bool DeleteColour(QWidget *owner, ColourSelection &selection) {
@@ -99,28 +118,23 @@ bool DeleteColour(QWidget *owner, ColourSelection &selection) {
         return false;
     }
     ColourTableDelete(selection.table, row);
-    Save(selection);
+    SaveOrSay(owner, selection, StaysInList);
     ListSelect(selection.table, std::max(row - 1, 0));
     return true;
 }
 
-bool IsColourTableName(std::string_view name) {
-    const auto isControl = [](char character) { return character >= 0 && character < ' '; };
-    const std::string_view folder = ProductUserFile("");
-    const std::size_t room = std::min(LongestName, PathLimit - std::min(folder.size(), PathLimit));
-    return !name.empty() && name.size() + EndingOf(name).size() <= room && name.front() != ' ' &&
-           name.front() != '=' && name.find_first_of("/\\:") == name.npos &&
-           std::ranges::none_of(name, isControl) &&
-           (name.find('.') == name.npos ||
-            EqualNoCase(ExtensionOfPath(name), TableEnding.substr(1)));
-}
-
-void OpenColourTable(ColourSelection &selection, std::string_view name) {
-    EndColourSelection(selection);
-    selection.editPending = false;
-    ColourTableFile = name;
-    ColourTableFile += EndingOf(name);
+bool OpenColourTable(QWidget *owner, ColourSelection &selection, std::string_view name) {
+    if (selection.editPending) {
+        const std::string failure =
+            Save(selection, "Do you wish to open another color table and lose the changes?");
+        if (!failure.empty() && AskYesNo(owner, failure) != ResultYes) {
+            return false;
+        }
+        selection.editPending = false;
+    }
+    ColourTableFile = ColourTableMeantBy(name);
     BeginColourSelection(selection);
+    return true;
 }
 
 } // namespace tonewright

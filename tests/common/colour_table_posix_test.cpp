@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 
 namespace tonewright {
@@ -29,11 +30,14 @@ TEST(ColourTableFaults, AFullDiskLeavesTheLinesThatHadRoomAndNoBackup) {
     folder.WriteText("t.ccl.bak", "former=255,255,255\n");
     const ColourTable table = ThreeColours();
     int saved = -1;
+    int reason = 0;
     {
         const FileSizeLimit limit(20);
         saved = ColourTableSave(path.c_str(), &table);
+        reason = errno;
     }
     EXPECT_EQ(saved, 0);
+    EXPECT_EQ(reason, EFBIG);
     EXPECT_EQ(ReadTestText(path), "a=1,2,3\nb=4,5,6\nc=7,");
     EXPECT_FALSE(folder.Holds("t.ccl.bak"));
     EXPECT_EQ(ColourTableSave(path.c_str(), &table), 1);
@@ -48,6 +52,7 @@ TEST(ColourTableFaults, AFileThatCannotBeOpenedForWritingStaysAsItIs) {
     RunUnprivileged([&] {
         const ColourTable table = ThreeColours();
         EXPECT_EQ(ColourTableSave(path.c_str(), &table), 0);
+        EXPECT_EQ(errno, EACCES);
         EXPECT_EQ(ColourTableSave(path.c_str(), nullptr), 0);
     });
     EXPECT_EQ(ReadTestText(path), "former=255,255,255\n");
@@ -59,6 +64,23 @@ TEST(ColourTableFaults, APipeInItsPlaceIsNoTable) {
     ColourTable table = ThreeColours();
     EXPECT_EQ(ColourTableSave(path.c_str(), &table), 0);
     EXPECT_EQ(ColourTableLoad(path.c_str(), table), 0);
+    EXPECT_EQ(ListCount(table), 0);
+}
+
+TEST(ColourTableFaults, AFileThatCannotBeReadToItsEndIsNoTable) {
+    ColourTable table = ThreeColours();
+    ListSelect(table, 1);
+    EXPECT_EQ(ColourTableLoad("/proc/self/mem", table), 0); // nobody reads its start
+    EXPECT_EQ(errno, EIO);
+    EXPECT_EQ(ListCount(table), 0);
+    // The lines before the fault are not the table either.
+    TempFolder folder;
+    LineReader lines = LinesOf("a=1,2,3\nb=4,5,6\n");
+    lines.file = OpenFile(folder.File("closed").c_str(), "wb"); // not for reading
+    lines.fileEnded = false;
+    table = ThreeColours();
+    EXPECT_EQ(ColourTableRead(lines, table), 0);
+    EXPECT_EQ(errno, EBADF);
     EXPECT_EQ(ListCount(table), 0);
 }
 

@@ -201,8 +201,43 @@ TEST_F(ColourTables, TheCurrentOneStandsInTheUsersFolderAndIsTheDefaultWithoutAN
     EXPECT_EQ(ColourTablePath(), Folder() + "TNWRGT.CCL");
     ColourTableFile = "Mine.ccl";
     EXPECT_EQ(ColourTablePath(), Folder() + "Mine.ccl");
+    EXPECT_EQ(ColourTableName(), "Mine.ccl");
     ColourTableFile = "";
     EXPECT_EQ(ColourTablePath(), Folder() + "TNWRGT.CCL");
+    EXPECT_EQ(ColourTableName(), "TNWRGT.CCL");
+}
+
+TEST_F(ColourTables, WhereTheSettingIsNoPlainNameTheDefaultTableIsTheCurrentOne) {
+    UseFolder();
+    for (const char *file : {"../Tonewright 17.ini", "/etc/a.ccl", "a/b.ccl", "a\\b.ccl", "c:a.ccl",
+                             "a\nb.ccl", "a\x1F.ccl", ".", "..", "..."}) {
+        ColourTableFile = file;
+        EXPECT_EQ(ColourTablePath(), Folder() + "TNWRGT.CCL") << file;
+        EXPECT_EQ(ColourTableName(), "TNWRGT.CCL") << file;
+    }
+    // 260 bytes have room in a path.
+    const std::string fits = std::string(260 - Folder().size() - 4, 'n') + ".CCL";
+    ColourTableFile = fits;
+    EXPECT_EQ(ColourTablePath(), Folder() + fits);
+    ColourTableFile = "n" + fits;
+    EXPECT_EQ(ColourTablePath(), Folder() + "TNWRGT.CCL");
+    for (const char *file : {"colors.txt", ".hidden", "a b", "\xC3\xB6.ccl", "a..b"}) {
+        ColourTableFile = file;
+        EXPECT_EQ(ColourTablePath(), Folder() + file);
+    }
+}
+
+TEST_F(ColourTables, ANameMeansTheTableThatDiffersFromItInTheCaseOfLettersOnly) {
+    UseFolder();
+    WriteTestText(Folder() + "more.ccl", "");
+    for (const char *name : {"more", "MORE", "More.CCL", "more.ccl"}) {
+        EXPECT_EQ(ColourTableMeantBy(name), "more.ccl") << name;
+    }
+    EXPECT_EQ(ColourTableMeantBy("mor"), "mor.CCL");
+    EXPECT_EQ(ColourTableMeantBy("mor.ccl"), "mor.ccl");
+    WriteTestText(Folder() + "MORE.CCL", "");
+    EXPECT_EQ(ColourTableMeantBy("more.ccl"), "more.ccl"); // the very file comes first
+    EXPECT_EQ(ColourTableMeantBy("MORE"), "MORE.CCL");
 }
 
 TEST_F(ColourTables, TheProgramsTableIsCopiedWhereThereIsNone) {
@@ -230,10 +265,13 @@ TEST_F(ColourTables, TheNamesAreThoseOfTheFilesThatEndInCclInLettersOfEitherCase
     EXPECT_EQ(ColourTableNames(), std::vector<std::string>{});
     UseFolder();
     for (const char *name :
-         {"b.ccl", "A.CCL", "a.Ccl", "\xC3\xB6.CCL", ".ccl", "c.txt", "cclx", "d.ccl.bak", "l"}) {
+         {"b.ccl", "A.CCL", "a.Ccl", "\xC3\xB6.CCL", ".ccl", "c.txt", "cclx", "d.ccl.bak", "l",
+          " a.ccl", "=a.ccl", "a:b.ccl", "a\\b.ccl", "a\nb.ccl"}) {
         WriteTestText(Folder() + name, "");
     }
     fs::create_directory(Folder() + "e.ccl");
+    const std::string fits = std::string(240 - 4, 'n') + ".ccl";
+    WriteTestText(Folder() + "n" + fits, "");
     EXPECT_EQ(ColourTableNames(),
               (std::vector<std::string>{".ccl", "A.CCL", "a.Ccl", "b.ccl", "\xC3\xB6.CCL"}));
 }

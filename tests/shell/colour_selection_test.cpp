@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 
 namespace tonewright {
@@ -35,6 +36,18 @@ protected:
         std::filesystem::create_directory(Path());
     }
     void UnblockTable() const { std::filesystem::remove(Path()); }
+    // What is said of a table in whose place there is a folder.
+    std::string NotSaved(const std::string &consequence) const {
+        return "The color table could not be saved.\n\n" + Path() + ": Is a directory.\n\n" +
+               consequence;
+    }
+    std::string StaysInList() const {
+        return NotSaved("The change stays in the list. It will be saved once more when the list is "
+                        "changed or left.");
+    }
+    std::string MayItBeLost() const {
+        return NotSaved("Do you wish to open another color table and lose the changes?");
+    }
 
     TempFolder home;
     ScriptedDesktop desktop;
@@ -79,7 +92,9 @@ TEST_F(ColourSelections, AColourThatIsThereIsAddedAfterAQuestionOnly) {
 
 TEST_F(ColourSelections, AWholeColourHasANameAndOneToThreeDigitsInEachField) {
     EXPECT_TRUE(IsWholeColour("a", {"0", "12", "255"}));
+    EXPECT_TRUE(IsWholeColour(" a ", {"0", "12", "255"}));
     EXPECT_FALSE(IsWholeColour("", {"0", "12", "255"}));
+    EXPECT_FALSE(IsWholeColour("  ", {"0", "12", "255"}));
     for (const char *field : {"", "1234", "1x", "-1", " 1", "+1"}) {
         EXPECT_FALSE(IsWholeColour("a", {"0", "12", field})) << field;
         EXPECT_FALSE(IsWholeColour("a", {field, "12", "0"})) << field;
@@ -100,7 +115,7 @@ TEST_F(ColourSelections, TheLongestNameComesBackFromTheFile) {
     for (int i = 0; i < ColourNameLimit; ++i) {
         name += "\U0001F3B9";
     }
-    AddColour(selection, {name, 0x00FFFFFF});
+    AddColour(nullptr, selection, {name, 0x00FFFFFF});
     ColourTable again;
     ColourTableLoad(Path().c_str(), again);
     EXPECT_EQ(again.items.back().name, name);
@@ -108,7 +123,7 @@ TEST_F(ColourSelections, TheLongestNameComesBackFromTheFile) {
 }
 
 TEST_F(ColourSelections, AddingSelectsTheNewRowAndSaves) {
-    AddColour(selection, {"Coal", 0});
+    AddColour(nullptr, selection, {"Coal", 0});
     EXPECT_EQ(selection.table.selection, 2);
     EXPECT_EQ(Saved(), "Amber=255,191,0\nBlack=0,0,0\nCoal=0,0,0\nInk=0,0,0\nNavy=0,0,128\n");
     EXPECT_FALSE(selection.editPending);
@@ -150,46 +165,116 @@ TEST_F(ColourSelections, TheLastRowLeavesAnEmptyList) {
     EXPECT_EQ(Saved(), "");
 }
 
-TEST_F(ColourSelections, AnEditThatCouldNotBeSavedIsSavedAtTheEnd) {
+TEST_F(ColourSelections, AnEditThatCouldNotBeSavedIsToldAndSavedAtTheEnd) {
     BlockTable();
-    AddColour(selection, {"Coal", 1});
+    desktop.ExpectMessage(StaysInList());
+    AddColour(nullptr, selection, {"Coal", 1});
+    desktop.ExpectNothingLeft();
     EXPECT_TRUE(selection.editPending);
+    EXPECT_EQ(ListCount(selection.table), 5);
     UnblockTable();
-    EndColourSelection(selection);
+    EndColourSelection(nullptr, selection);
     EXPECT_EQ(Saved(), "Amber=255,191,0\nBlack=0,0,0\nCoal=1,0,0\nInk=0,0,0\nNavy=0,0,128\n");
     EXPECT_FALSE(selection.editPending);
     // Without an edit that is pending the file is left alone.
     WriteTable("other=1,2,3\n");
-    EndColourSelection(selection);
+    EndColourSelection(nullptr, selection);
     EXPECT_EQ(Saved(), "other=1,2,3\n");
+}
+
+TEST_F(ColourSelections, ADeletionThatCouldNotBeSavedIsToldAndTheNextChangeSavesIt) {
+    BlockTable();
+    ListSelect(selection.table, 0);
+    desktop.ExpectYesNo(DeleteQuestion, ResultYes);
+    desktop.ExpectMessage(StaysInList());
+    EXPECT_TRUE(DeleteColour(nullptr, selection));
+    EXPECT_TRUE(selection.editPending);
+    EXPECT_EQ(selection.table.selection, 0);
+    UnblockTable();
+    AddColour(nullptr, selection, {"Coal", 1});
+    EXPECT_FALSE(selection.editPending);
+    EXPECT_EQ(Saved(), "Black=0,0,0\nCoal=1,0,0\nInk=0,0,0\nNavy=0,0,128\n");
+}
+
+TEST_F(ColourSelections, AnEditThatCannotBeSavedAtTheEndEitherIsSaidToBeLost) {
+    BlockTable();
+    desktop.ExpectMessage(StaysInList());
+    AddColour(nullptr, selection, {"Coal", 1});
+    desktop.ExpectMessage(NotSaved("The changes of its colors are lost."));
+    EndColourSelection(nullptr, selection);
+    EXPECT_TRUE(selection.editPending);
+}
+
+TEST_F(ColourSelections, ToATableThatCouldNotBeReadNoColourIsAdded) {
+    BlockTable();
+    BeginColourSelection(selection); // without a word
+    EXPECT_EQ(ListCount(selection.table), 0);
+    EXPECT_EQ(selection.readError, EISDIR);
+    desktop.ExpectMessage("The color table could not be read.\n\n" + Path() +
+                          ": Is a directory.\n\nIt stays as it is, and no color can be added to "
+                          "it.");
+    EXPECT_FALSE(MayAddColour(nullptr, selection, 1));
+    desktop.ExpectNothingLeft();
+    // One that does not exist is made by the first colour.
+    UnblockTable();
+    BeginColourSelection(selection);
+    EXPECT_EQ(selection.readError, 0);
+    EXPECT_TRUE(MayAddColour(nullptr, selection, 1));
+    WriteTable("a=1,2,3\n");
+    BeginColourSelection(selection);
+    EXPECT_EQ(selection.readError, 0);
 }
 
 TEST_F(ColourSelections, AnotherTableBecomesTheCurrentOne) {
     WriteTestText(Path("Mine.ccl"), "mine=1,2,3\n");
     ListSelect(selection.table, 1);
-    OpenColourTable(selection, "Mine.ccl");
+    OpenColourTable(nullptr, selection, "Mine.ccl");
     EXPECT_EQ(ColourTableFile, "Mine.ccl");
     EXPECT_EQ(ColourTableText(selection.table), "mine=1,2,3\n");
     EXPECT_EQ(selection.table.selection, NoRow);
-    OpenColourTable(selection, "New");
+    OpenColourTable(nullptr, selection, "New");
     EXPECT_EQ(ColourTableFile, "New.CCL");
     EXPECT_EQ(ListCount(selection.table), 0);
-    AddColour(selection, {"a", 1});
+    AddColour(nullptr, selection, {"a", 1});
     EXPECT_EQ(ReadTestText(Path("New.CCL")), "a=1,0,0\n");
     EXPECT_EQ(ReadTestText(Path("Mine.ccl")), "mine=1,2,3\n");
 }
 
+TEST_F(ColourSelections, AnExistingTableIsOpenedWhateverTheCaseOfItsLetters) {
+    WriteTestText(Path("more.ccl"), "mine=1,2,3\n");
+    EXPECT_TRUE(OpenColourTable(nullptr, selection, "More"));
+    EXPECT_EQ(ColourTableFile, "more.ccl");
+    EXPECT_EQ(ListCount(selection.table), 1);
+}
+
 TEST_F(ColourSelections, AnEditThatIsPendingGoesToTheFormerTable) {
     BlockTable();
-    AddColour(selection, {"Coal", 1});
-    OpenColourTable(selection, "New.CCL"); // it cannot be saved before either
-    EndColourSelection(selection);
-    EXPECT_FALSE(std::filesystem::exists(Path("New.CCL")));
-    OpenColourTable(selection, "TNWRGT.CCL");
-    AddColour(selection, {"Coal", 1});
+    desktop.ExpectMessage(StaysInList());
+    AddColour(nullptr, selection, {"Coal", 1});
     UnblockTable();
-    OpenColourTable(selection, "New.CCL");
-    EXPECT_EQ(Saved(), "Coal=1,0,0\n");
+    EXPECT_TRUE(OpenColourTable(nullptr, selection, "New.CCL"));
+    EXPECT_EQ(Saved(), "Amber=255,191,0\nBlack=0,0,0\nCoal=1,0,0\nInk=0,0,0\nNavy=0,0,128\n");
+    EXPECT_EQ(ColourTableFile, "New.CCL");
+    EXPECT_FALSE(selection.editPending);
+    EndColourSelection(nullptr, selection);
+    EXPECT_FALSE(std::filesystem::exists(Path("New.CCL")));
+}
+
+TEST_F(ColourSelections, AnEditThatCannotBeSavedIsLostToAnotherTableAfterAYesOnly) {
+    BlockTable();
+    desktop.ExpectMessage(StaysInList());
+    AddColour(nullptr, selection, {"Coal", 1});
+    desktop.ExpectYesNo(MayItBeLost(), ResultNo);
+    EXPECT_FALSE(OpenColourTable(nullptr, selection, "New.CCL"));
+    EXPECT_EQ(ColourTableFile, "TNWRGT.CCL");
+    EXPECT_TRUE(selection.editPending);
+    EXPECT_EQ(ListCount(selection.table), 5);
+    desktop.ExpectYesNo(MayItBeLost(), ResultYes);
+    EXPECT_TRUE(OpenColourTable(nullptr, selection, "New.CCL"));
+    EXPECT_EQ(ColourTableFile, "New.CCL");
+    EXPECT_EQ(ListCount(selection.table), 0);
+    EndColourSelection(nullptr, selection);
+    EXPECT_FALSE(std::filesystem::exists(Path("New.CCL")));
 }
 
 TEST_F(ColourSelections, ATableIsAFileOfTheUsersFolderThatEndsInCcl) {

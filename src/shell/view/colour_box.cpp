@@ -13,10 +13,12 @@
 #include "ui_COMMONColourSelectBox.h"
 #include "ui_COMMONColourSelectBox_S.h"
 
+#include <QComboBox>
 #include <QDialog>
 #include <QFontDatabase>
+#include <QLabel>
 #include <QPainter>
-#include <QScrollBar>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <array>
@@ -76,7 +78,7 @@ public:
         CentreWindow(*this);
     }
     ~ColourBox() override {
-        EndColourSelection(selection);
+        EndColourSelection(parentWidget(), selection);
         delete list; // before the rows that it shows
     }
 
@@ -123,6 +125,7 @@ private:
                              FewestRows * selection.table.itemHeight + 2 * list->frameWidth());
         LeaveReturnToBox(list);
         ui.names->insertWidget(0, list, 1);
+        setTabOrder(ui.control_9, list); // from the last control to the first one
     }
 
     void MakeOptions() {
@@ -142,6 +145,7 @@ private:
         });
         LeaveReturnToBox(optionsUi.control_112);
         ui.names->insertWidget(0, row);
+        setTabOrder(ui.control_9, optionsUi.control_112);
     }
 
     void MakeFields() {
@@ -171,6 +175,7 @@ private:
         fixedPitch.setPixelSize(QFontInfo(font()).pixelSize());
         ui.control_102->setFont(fixedPitch);
         connect(ui.control_102, &QLineEdit::textEdited, this, [this] { FollowHex(); });
+        connect(ui.control_102, &QLineEdit::editingFinished, this, [this] { ShowHex(); });
     }
 
     void MakePictures() {
@@ -183,7 +188,9 @@ private:
                 }
             };
         }
+        clickTimer.setObjectName("timer_18");
         clickTimer.setInterval(ClickMilliseconds);
+        nameTimer.setObjectName("timer_17");
         nameTimer.setInterval(NameMilliseconds);
         for (QTimer *timer : {&clickTimer, &nameTimer}) {
             timer->setTimerType(Qt::PreciseTimer);
@@ -206,8 +213,8 @@ private:
             }
         });
         connect(ui.control_101, &QPushButton::clicked, this, [this] {
-            if (const auto name = RunColourTableBox(this)) {
-                OpenColourTable(selection, *name);
+            const auto name = RunColourTableBox(this);
+            if (name && OpenColourTable(this, selection, *name)) {
                 FollowSampleAndName();
             }
         });
@@ -348,7 +355,7 @@ private:
             return;
         }
         if (const auto colour = RunAddColourBox(this, Fields())) {
-            AddColour(selection, *colour);
+            AddColour(this, selection, *colour);
             ShowColour(colour->colour);
             FollowColour();
         }
@@ -364,7 +371,7 @@ private:
     std::array<QLineEdit *, 3> placeFields{}; // hue, saturation, luminance
     std::array<QLabel *, 3> hexLabels{};
     bool isSetting = false; // fields are being set, not written by the user
-    QTimer clickTimer, nameTimer;
+    QTimer clickTimer{this}, nameTimer{this};
 };
 
 } // namespace

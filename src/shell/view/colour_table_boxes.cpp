@@ -1,7 +1,6 @@
 // Takes the name of a colour, and that of a table.
 #include "shell/view/colour_table_boxes.h"
 
-#include "common/settings.h"
 #include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/filtered_edit.h"
@@ -9,6 +8,7 @@
 #include "ui_COMMONAddColourBox.h"
 #include "ui_COMMONOpenColourTableBox.h"
 
+#include <QComboBox>
 #include <QDialog>
 
 #include <array>
@@ -77,10 +77,13 @@ public:
         QComboBox &names = *ui.control_101;
         names.setMinimumWidth(NameWidth);
         for (const std::string &name : ColourTableNames()) {
-            names.addItem(QString::fromStdString(name));
+            const QString text = QString::fromStdString(name);
+            if (text.toStdString() == name) { // or what is chosen would be another name
+                names.addItem(text);
+            }
         }
         names.setCompleter(nullptr); // it would write an existing name while a new one is typed
-        names.setEditText(QString::fromStdString(ColourTableFile));
+        names.setEditText(QString::fromStdString(ColourTableName()));
         connect(&names, &QComboBox::editTextChanged, this, [this] { FollowText(); });
         SetUpBoxControls(*this, ColourHelpTopic);
         names.setFocus();

@@ -19,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QWheelEvent>
 
@@ -29,6 +30,7 @@ namespace tonewright {
 namespace {
 
 constexpr std::uint32_t Navy = 0x00800000;
+constexpr QRgb SelectedGround = 0xFFC8C8C8;
 
 class ColourBoxTest : public testing::Test {
 protected:
@@ -88,6 +90,39 @@ protected:
         QTest::mouseClick(Control(number), Qt::LeftButton, {}, point);
     }
     void Cancel() const { Click(2); }
+    // That the box waits for so many milliseconds after an act of the user. The end of the wait is
+    // waited for.
+    void ExpectWait(const char *name, int milliseconds) const {
+        const auto *timer = box->findChild<QTimer *>(name);
+        ASSERT_NE(timer, nullptr) << name;
+        EXPECT_EQ(timer->interval(), milliseconds);
+        EXPECT_TRUE(timer->isSingleShot());
+        EXPECT_TRUE(timer->isActive());
+        QTRY_VERIFY_WITH_TIMEOUT(!timer->isActive(), 20'000);
+    }
+    // The controls that Tab goes to, one after the other, until it comes to one again.
+    std::string TabOrder() const {
+        std::string order = " ";
+        for (;;) {
+            const std::string name =
+                " " + box->focusWidget()->objectName().section('_', 1).toStdString() + " ";
+            if (order.find(name) != order.npos) {
+                return order;
+            }
+            order += name.substr(1);
+            QTest::keyClick(box->focusWidget(), Qt::Key_Tab);
+        }
+    }
+    // Gives the colour of the box a name.
+    void AddAs(const char *name) {
+        QDialog *colours = box;
+        WithModalBox([this] { Click(109); },
+                     [name](QDialog &add) {
+                         QTest::keyClicks(add.focusWidget(), name);
+                         QTest::keyClick(add.focusWidget(), Qt::Key_Return);
+                     });
+        box = colours;
+    }
 
     TempFolder home;
     ScriptedDesktop desktop;
@@ -210,7 +245,7 @@ TEST_F(ColourBoxTest, AWrittenNumberSetsTheFieldsAndAfter100MillisecondsSampleAn
     EXPECT_EQ(Choose(Navy,
                      [this] {
                          Type(102, "#FFBF0");
-                         QTest::qWait(150);
+                         ExpectWait("timer_17", 100);
                          EXPECT_EQ(Parts(), "15 251 240");
                          QTest::keyClicks(Control(102), "0");
                          EXPECT_EQ(Parts(), "255 191 0");
@@ -218,7 +253,8 @@ TEST_F(ColourBoxTest, AWrittenNumberSetsTheFieldsAndAfter100MillisecondsSampleAn
                          EXPECT_EQ(Control<QLabel>(15707)->text(), "BFH");
                          EXPECT_NE(Sample(), 0x0000BFFFu);
                          EXPECT_EQ(Name(), "");
-                         QTRY_COMPARE_WITH_TIMEOUT(Name(), "Amber", 2000);
+                         ExpectWait("timer_17", 100);
+                         EXPECT_EQ(Name(), "Amber");
                          EXPECT_EQ(Sample(), 0x0000BFFFu);
                          EXPECT_EQ(Selected(), 0);
                          EXPECT_EQ(Text(102), "#FFBF00");
@@ -231,13 +267,38 @@ TEST_F(ColourBoxTest, AWrittenNumberSetsTheFieldsAndAfter100MillisecondsSampleAn
 
 TEST_F(ColourBoxTest, ANumberWithoutItsSignChangesNothing) {
     Choose(Navy, [this] {
-        for (const char *text : {"FFBF00", "#", "#x", ""}) {
+        for (const char *text : {"FFBF00", "x", " #1", ""}) {
             Type(102, text);
+            if (!*text) {
+                QTest::keyClick(Control(102), Qt::Key_Backspace);
+            }
+            EXPECT_EQ(Text(102), text);
             EXPECT_EQ(Parts(), "0 0 128") << text;
         }
+        Cancel();
+    });
+}
+
+TEST_F(ColourBoxTest, TheDigitsBehindTheSignAreTheNumberAndWithoutAnyItIs0) {
+    Choose(Navy, [this] {
+        Type(102, "#");
+        EXPECT_EQ(Parts(), "0 0 0");
         Type(102, "#12g");
         EXPECT_EQ(Parts(), "0 0 18");
         EXPECT_EQ(Text(102), "#12g");
+        Cancel();
+    });
+}
+
+TEST_F(ColourBoxTest, AnOddTextGivesWayToTheNumberOfTheColourWhenItsLineIsLeft) {
+    Choose(Navy, [this] {
+        for (const auto &[text, number] :
+             {std::pair("FFBF00", "#000080"), {"#12g", "#000012"}, {"#", "#000000"}}) {
+            Type(102, text);
+            EXPECT_EQ(Text(102), text);
+            Control(706)->setFocus();
+            EXPECT_EQ(Text(102), number);
+        }
         Cancel();
     });
 }
@@ -252,7 +313,8 @@ TEST_F(ColourBoxTest, AClickIntoTheFieldOfColoursIsFollowedAfter50Milliseconds) 
         EXPECT_EQ(Control<QLabel>(15706)->text(), "FFH");
         EXPECT_EQ(Sample(), former);
         EXPECT_NE(Text(102), "#FF0000");
-        QTRY_COMPARE_WITH_TIMEOUT(Text(102), "#FF0000", 2000);
+        ExpectWait("timer_18", 50);
+        EXPECT_EQ(Text(102), "#FF0000");
         EXPECT_EQ(Sample(), 0x000000FFu);
         ClickAt(710, {Control(710)->width() - 1, Control(710)->height() - 1});
         EXPECT_EQ(Place(), "239 0 120");
@@ -267,7 +329,8 @@ TEST_F(ColourBoxTest, TheLuminanceIsChosenInTheBar) {
         EXPECT_EQ(Parts(), "255 255 255");
         ClickAt(702, {5, Control(702)->height() - 2});
         EXPECT_EQ(Parts(), "0 0 0");
-        QTRY_COMPARE_WITH_TIMEOUT(Name(), "Black", 2000);
+        ExpectWait("timer_18", 50);
+        EXPECT_EQ(Name(), "Black");
         EXPECT_EQ(Selected(), 1);
         EXPECT_EQ(Place(), "160 240 0"); // hue and saturation are not lost
         Cancel();
@@ -278,7 +341,7 @@ TEST_F(ColourBoxTest, AClickWhoseCursorHasGoneIsNotFollowed) {
     Choose(Navy, [this] {
         ClickAt(702, {5, 1});
         QCursor::setPos(790, 790);
-        QTest::qWait(120);
+        ExpectWait("timer_18", 50);
         EXPECT_EQ(Text(102), "#000080");
         EXPECT_EQ(Sample(), Navy);
         Cancel();
@@ -293,7 +356,8 @@ TEST_F(ColourBoxTest, AMouseThatIsHeldChoosesBesideThePictureToo) {
                          Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(bar, &move);
         EXPECT_EQ(Parts(), "255 255 255");
-        QTRY_COMPARE_WITH_TIMEOUT(Text(102), "#FFFFFF", 2000);
+        ExpectWait("timer_18", 50);
+        EXPECT_EQ(Text(102), "#FFFFFF");
         QMouseEvent moveDown(QEvent::MouseMove, QPointF(-50, 999),
                              bar->mapToGlobal(QPointF(-50, 999)), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(bar, &moveDown);
@@ -317,7 +381,8 @@ TEST_F(ColourBoxTest, AClickOnANameSetsFieldsAndNumberAndAfter100MillisecondsThe
                          EXPECT_EQ(Place(), "30 240 120");
                          EXPECT_EQ(Sample(), Navy);
                          EXPECT_EQ(Name(), "Navy");
-                         QTRY_COMPARE_WITH_TIMEOUT(Name(), "Amber", 2000);
+                         ExpectWait("timer_17", 100);
+                         EXPECT_EQ(Name(), "Amber");
                          EXPECT_EQ(Sample(), 0x0000BFFFu);
                          // The same row again, after another colour was written.
                          Type(706, "7");
@@ -359,7 +424,8 @@ TEST_F(ColourBoxTest, OfTwoNamesOfAColourTheOneThatWasClickedStays) {
     Choose(0, [this] {
         EXPECT_EQ(Name(), "Black");
         ClickRow(1);
-        QTRY_COMPARE_WITH_TIMEOUT(Name(), "Ink", 2000);
+        ExpectWait("timer_17", 100);
+        EXPECT_EQ(Name(), "Ink");
         EXPECT_EQ(Selected(), 1);
         Cancel();
     });
@@ -456,6 +522,37 @@ TEST_F(ColourBoxTest, AddAsksAboutAColourThatIsThere) {
     EXPECT_EQ(Saved(), former);
 }
 
+TEST_F(ColourBoxTest, AColourThatIsThereGetsASecondNameAfterAYes) {
+    Choose(Navy, [this] {
+        desktop.ExpectYesNo("This color already exists in the current color database as Navy. Do "
+                            "you wish to add it anyway?",
+                            ResultYes);
+        AddAs("Ocean");
+        EXPECT_EQ(List()->model()->rowCount(), 26);
+        EXPECT_EQ(Selected(), 3);
+        EXPECT_EQ(Name(), "Ocean");
+        EXPECT_EQ(Parts(), "0 0 128");
+        Cancel();
+    });
+    EXPECT_TRUE(
+        Saved().starts_with("Amber=255,191,0\nBlack=0,0,0\nNavy=0,0,128\nOcean=0,0,128\nza="));
+}
+
+TEST_F(ColourBoxTest, ANameOfBlanksAloneIsNone) {
+    Choose(0x00030201, [this] {
+        WithModalBox([this] { Click(109); },
+                     [](QDialog &add) {
+                         auto *ok = add.findChild<QPushButton *>("control_1");
+                         QTest::keyClicks(add.focusWidget(), "  ");
+                         EXPECT_FALSE(ok->isEnabled());
+                         QTest::keyClicks(add.focusWidget(), "a ");
+                         EXPECT_TRUE(ok->isEnabled());
+                         QTest::keyClick(&add, Qt::Key_Escape);
+                     });
+        Cancel();
+    });
+}
+
 TEST_F(ColourBoxTest, DeleteTakesTheSelectedNameAway) {
     Choose(Navy, [this] {
         desktop.ExpectYesNo("Do you really want to delete this color from the current color "
@@ -468,6 +565,40 @@ TEST_F(ColourBoxTest, DeleteTakesTheSelectedNameAway) {
         Cancel();
     });
     EXPECT_TRUE(Saved().starts_with("Amber=255,191,0\nBlack=0,0,0\nza="));
+}
+
+TEST_F(ColourBoxTest, BehindTheFirstRowTheNewFirstOneIsSelected) {
+    Choose(0x0000BFFF, [this] {
+        ASSERT_EQ(Selected(), 0);
+        desktop.ExpectYesNo("Do you really want to delete this color from the current color "
+                            "database?",
+                            ResultYes);
+        Click(110);
+        EXPECT_EQ(Selected(), 0);
+        EXPECT_EQ(List()->model()->index(0, 0).data().toString(), "Black");
+        const QRect row = List()->RowRectangle(0);
+        EXPECT_EQ(List()->viewport()->grab().toImage().pixel(row.right() - 5, row.center().y()),
+                  SelectedGround);
+        Cancel();
+    });
+    EXPECT_TRUE(Saved().starts_with("Black=0,0,0\nNavy=0,0,128\n"));
+}
+
+TEST_F(ColourBoxTest, OpenBeginsWithTheDefaultTableWhereTheSettingsNameNone) {
+    for (const char *file : {"", "../TNWRGT.CCL"}) {
+        ColourTableFile = file;
+        Choose(Navy, [this] {
+            EXPECT_EQ(Name(), "Navy");
+            WithModalBox([this] { Click(101); },
+                         [](QDialog &open) {
+                             EXPECT_EQ(open.findChild<QComboBox *>("control_101")->currentText(),
+                                       "TNWRGT.CCL");
+                             EXPECT_TRUE(open.findChild<QWidget *>("control_1")->isEnabled());
+                             QTest::keyClick(&open, Qt::Key_Escape);
+                         });
+            Cancel();
+        });
+    }
 }
 
 TEST_F(ColourBoxTest, OpenChangesToAnotherTable) {
@@ -515,11 +646,14 @@ TEST_F(ColourBoxTest, AnEditThatIsPendingIsSavedWhenTheBoxCloses) {
     Choose(0x00030201, [this] {
         std::filesystem::rename(Path(), Path("away"));
         std::filesystem::create_directory(Path());
-        WithModalBox([this] { Click(109); },
-                     [](QDialog &add) {
-                         QTest::keyClicks(add.focusWidget(), "Coal");
-                         QTest::keyClick(add.focusWidget(), Qt::Key_Return);
-                     });
+        desktop.Expect(
+            {.text = "The color table could not be saved.\n\n" + Path() +
+                     ": Is a directory.\n\nThe change stays in the list. It will be saved "
+                     "once more when the list is changed or left.",
+             .buttons = {"Dismiss"},
+             .during = [this](MessageRequest &request) { EXPECT_EQ(request.owner, box); }});
+        AddAs("Coal");
+        EXPECT_EQ(Name(), "Coal");
         std::filesystem::remove(Path());
         EXPECT_FALSE(std::filesystem::exists(Path()));
         Cancel();
@@ -531,10 +665,115 @@ TEST_F(ColourBoxTest, HelpOpensTheTopicOfColours) {
     Choose(Navy, [this] {
         EXPECT_EQ(Control<QPushButton>(9)->text(), "&Help");
         Click(9);
+        EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"COLORS"});
+        QTest::keyClick(List(), Qt::Key_F1);
+        EXPECT_EQ(desktop.helpTopics, (std::vector<std::string>{"COLORS", "COLORS"}));
         Cancel();
     });
-    EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"COLORS"});
-    EXPECT_FALSE(box == nullptr);
+}
+
+TEST_F(ColourBoxTest, TabGoesThroughTheControlsAsTheyAreRead) {
+    Choose(Navy, [this] {
+        EXPECT_EQ(TabOrder(), " 108 109 110 101 102 703 704 705 706 707 708 1 2 9 ");
+        Cancel();
+    });
+    std::vector<ColourOption> options = {{"Paper", 0x00FFFFFF}, {"Ink", 0}};
+    WithModalBox([&] { ChooseColours(nullptr, options); },
+                 [this](QDialog &shown) {
+                     box = &shown;
+                     Control(112)->setFocus();
+                     EXPECT_EQ(TabOrder(),
+                               " 112 108 109 110 101 102 703 704 705 706 707 708 1 2 9 ");
+                     Cancel();
+                 });
+}
+
+// The rectangle around what is painted in a colour.
+QRect PaintedIn(const QImage &image, QRgb colour) {
+    QRect painted;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) == colour) {
+                painted |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return painted;
+}
+
+TEST_F(ColourBoxTest, TheMarkStandsWhereTheFieldOfColoursWasClicked) {
+    Choose(0x00FFFFFF, [this] {
+        const auto painted = [this] { return Control(710)->grab().toImage(); };
+        for (int x = 15, y = 205; x < 225; x += 7, y -= 6) {
+            ClickAt(710, {x, y});
+            const QRect mark = PaintedIn(painted(), Black);
+            EXPECT_EQ(mark.center(), QPoint(x, y));
+            EXPECT_EQ(mark.size(), QSize(19, 19));
+        }
+        ClickAt(710, {240, 220}); // the last place
+        EXPECT_EQ(PaintedIn(painted(), Black), QRect(QPoint(231, 211), QPoint(240, 220)));
+        EXPECT_EQ(painted().pixel(240, 214), Black);
+        EXPECT_NE(painted().pixel(238, 214), Black);
+        Cancel();
+    });
+}
+
+TEST_F(ColourBoxTest, TheFieldOfColoursShowsAllHuesSaturatedAtTheTop) {
+    Choose(0x00FFFFFF, [this] {
+        const QImage field = Control(710)->grab().toImage();
+        EXPECT_EQ(field.size(), QSize(242, 222));
+        EXPECT_EQ(field.pixelColor(1, 1), QColor(255, 0, 0));
+        EXPECT_EQ(field.pixelColor(81, 1), QColor(0, 255, 0));
+        EXPECT_EQ(field.pixelColor(120, 1), QColor(0, 255, 249));
+        EXPECT_EQ(field.pixelColor(240, 1), QColor(255, 0, 0));
+        EXPECT_EQ(field.pixelColor(60, 220), QColor(128, 128, 128));
+        EXPECT_NE(field.pixelColor(0, 0), QColor(255, 0, 0)); // its frame
+        Cancel();
+    });
+}
+
+TEST_F(ColourBoxTest, TheBarShowsTheLuminancesAndAnArrowThatIsWholeAtBothEnds) {
+    Choose(Navy, [this] {
+        QWidget *bar = Control(702);
+        const int height = bar->height();
+        const auto arrow = [&](int y) {
+            ClickAt(702, {5, y});
+            const QImage image = bar->grab().toImage();
+            const QRect beside(23, 0, image.width() - 23, height);
+            return InkOf(image, beside, image.pixel(image.width() - 1, y < 99 ? height - 1 : 0));
+        };
+        for (const int y : {50, 51, 110, 180}) {
+            EXPECT_EQ(arrow(y).center().y(), y);
+        }
+        const QSize whole = arrow(110).size();
+        EXPECT_GT(whole.height(), 6);
+        EXPECT_EQ(arrow(0).size(), whole);
+        EXPECT_EQ(arrow(height - 1).size(), whole);
+        // Black and blue between white and black; the colour in the middle is the strongest one.
+        const QImage image = bar->grab().toImage();
+        const QRect white = PaintedIn(image.copy(5, 0, 10, height), White);
+        const QRect black = PaintedIn(image.copy(5, 0, 10, height), Black);
+        EXPECT_EQ(black.bottom() - white.top(), 219);
+        EXPECT_EQ(image.pixelColor(10, white.top() + 110), QColor(0, 0, 255));
+        Cancel();
+    });
+}
+
+TEST_F(ColourBoxTest, TheSampleShowsTheColourAndTheNameIsWrittenBesideIt) {
+    Choose(0x0000BFFF, [this] {
+        const auto sample = [this] {
+            const QImage image = Control(709)->grab().toImage();
+            EXPECT_NE(image.pixel(0, 0), image.pixel(5, 5)); // its frame
+            EXPECT_TRUE(IsAll(image, image.rect().adjusted(1, 1, -1, -1), image.pixel(5, 5)));
+            return image.pixelColor(5, 5);
+        };
+        EXPECT_EQ(sample(), QColor(255, 191, 0));
+        EXPECT_TRUE(HasInk(*Control(104)));
+        Type(706, "7");
+        EXPECT_EQ(sample(), QColor(7, 191, 0));
+        EXPECT_FALSE(HasInk(*Control(104)));
+        Cancel();
+    });
 }
 
 TEST_F(ColourBoxTest, SeveralColoursAreChosenInOneBox) {
