@@ -11,6 +11,10 @@ TipStep StepAt(PicturePoint cursor, bool leftButtonDown = false, bool tipShows =
                      tipShows);
 }
 
+TEST(ToolTipStep, TheMouseRestsForAQuarterOfASecond) {
+    EXPECT_EQ(ToolTipDelay, 250);
+}
+
 TEST(ToolTipStep, AMoveInsideStartsTheTimerUnlessTheTipShows) {
     for (const PicturePoint cursor :
          {PicturePoint{0, 0}, PicturePoint{47, 0}, PicturePoint{0, 29}, PicturePoint{47, 29}}) {

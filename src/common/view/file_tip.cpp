@@ -2,6 +2,7 @@
 #include "common/view/file_tip.h"
 
 #include "common/tip_area.h"
+#include "common/view/accessible_role.h"
 #include "common/view/fonts.h"
 #include "common/view/text_line.h"
 #include "common/view/tip_ground.h"
@@ -24,6 +25,7 @@ bool HasLineBreaks(const QString &text) {
 } // namespace
 
 FileTip::FileTip(QWidget *list) : QWidget(list) {
+    SetAccessibleRole(*this, QAccessible::ToolTip);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::NoFocus);

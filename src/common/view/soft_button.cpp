@@ -159,18 +159,19 @@ QBrush SoftFace(const QRect &, const SoftColours &colours) {
 }
 
 // A drawn look: the outline of a button, some pixels in from its edge, its face, and what lies upon
-// the face.
+// the face. The frame of the focus lies inside all lines of the look.
 struct SoftLook {
     std::uint32_t style;
+    int focusInset; // pixels
     QBrush (*face)(const QRect &rectangle, const SoftColours &colours);
     QPainterPath (*outline)(const QRect &rectangle, int inset);
     void (*frame)(QPainter &painter, const QRect &rectangle, const SoftColours &colours,
                   bool pressed);
 };
 constexpr SoftLook SoftLooks[] = {
-    {SoftButtonSoft, SoftFace, SoftOutline, DrawSoftFrame},
-    {SoftButtonFlex, FlexFace, FlexOutline, DrawFlexFrame},
-    {SoftButtonWedge, WedgeFace, WedgeOutline, DrawWedgeFrame},
+    {SoftButtonSoft, 4, SoftFace, SoftOutline, DrawSoftFrame},
+    {SoftButtonFlex, 5, FlexFace, FlexOutline, DrawFlexFrame},
+    {SoftButtonWedge, 3, WedgeFace, WedgeOutline, DrawWedgeFrame},
 };
 
 const SoftLook &SoftLookOf(std::uint32_t style) {
@@ -180,6 +181,16 @@ const SoftLook &SoftLookOf(std::uint32_t style) {
         }
     }
     return SoftLooks[0];
+}
+
+// A dotted line in the colour of captions, every other pixel of it, so that the button that has the
+// keyboard is told from the default one.
+void DrawFocusFrame(QPainter &painter, const QPainterPath &outline, const QPalette &palette) {
+    QPen dots(palette.color(QPalette::Active, QPalette::ButtonText), 1, Qt::CustomDashLine,
+              Qt::FlatCap);
+    dots.setDashPattern({1, 1});
+    painter.setPen(dots);
+    painter.drawPath(outline);
 }
 
 // What the caption and the icon of a button take from its left to its right edge; a caption that is
@@ -209,11 +220,10 @@ void DrawSoftButton(QPainter &painter, const QStyleOptionButton &button, std::ui
     painter.drawPath(look.outline(rectangle, 0));
     painter.setBrush(Qt::NoBrush);
     look.frame(painter, rectangle, colours, pressed);
-    if ((state & ButtonFocus) && enabled) {
-        painter.setPen(colours.edge);
-        painter.drawPath(look.outline(rectangle, 1));
-    }
     painter.setRenderHint(QPainter::Antialiasing, false);
+    if ((state & ButtonFocus) && enabled) {
+        DrawFocusFrame(painter, look.outline(rectangle, look.focusInset), button.palette);
+    }
     DrawLabel(painter, button, pressed);
     painter.restore();
 }
@@ -252,14 +262,15 @@ private:
     std::uint32_t style;
 };
 
-// Waits for the push buttons that dialogs show.
+// Waits for the push buttons that dialogs show. A button may be polished before it is in its
+// dialog, when its size is asked for.
 class SoftButtonWatch : public QObject {
 public:
     using QObject::QObject;
 
 protected:
     bool eventFilter(QObject *receiver, QEvent *event) override {
-        if (event->type() == QEvent::Polish) {
+        if (event->type() == QEvent::Show) {
             auto *button = qobject_cast<QPushButton *>(receiver);
             if (button && qobject_cast<QDialog *>(button->window())) {
                 MakeSoftButton(button);

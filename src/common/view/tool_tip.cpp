@@ -80,6 +80,7 @@ protected:
         case QEvent::MouseButtonRelease:
         case QEvent::MouseButtonDblClick:
         case QEvent::Wheel:
+        case QEvent::ShortcutOverride: // a key that is a shortcut has no KeyPress
         case QEvent::KeyPress:
         case QEvent::KeyRelease:
             Follow({});

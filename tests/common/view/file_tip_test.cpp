@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QFontMetrics>
 #include <QMouseEvent>
@@ -111,6 +112,14 @@ TEST_F(FileTipOf, CannotBeMadeAnotherTextByWhatANameHolds) {
     tip.ShowAt(QString("NAME: a[*]b") + QChar(0x9C) + "long\r\nPOSITION: 1", {0, 0});
     EXPECT_EQ(tip.width(), WidthOf("NAME: a[*]b\u0080long") * 110 / 100 + 8);
     EXPECT_EQ(tip.height(), 2 * 14 * 110 / 100 + 4);
+}
+
+TEST_F(FileTipOf, AScreenReaderFindsATipWithItsText) {
+    tip.ShowAt("One line", {0, 0});
+    const QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(&tip);
+    ASSERT_NE(seen, nullptr);
+    EXPECT_EQ(seen->role(), QAccessible::ToolTip);
+    EXPECT_EQ(seen->text(QAccessible::Name), "One line");
 }
 
 TEST_F(FileTipOf, ShowsTheLatestText) {

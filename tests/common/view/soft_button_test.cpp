@@ -5,12 +5,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
+#include <QApplication>
 #include <QDialog>
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
 #include <QPushButton>
 #include <QTest>
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace tonewright {
 namespace {
@@ -223,15 +228,66 @@ struct ButtonInWindow {
 };
 constexpr std::uint32_t DrawnStyles[] = {SoftButtonSoft, SoftButtonFlex, SoftButtonWedge};
 
-TEST(SoftButton, TheFocusIsSeenInEachStyle) {
+// What tells the default button with the keyboard from the default button without it.
+TEST(SoftButton, TheFocusIsADottedFrameInsideTheFace) {
+    QPalette dark(QColor(50, 50, 50), QColor(50, 50, 50));
+    dark.setColor(QPalette::ButtonText, Qt::white);
+    for (const QPalette &palette : {QApplication::palette(), dark}) {
+        for (const std::uint32_t style : DrawnStyles) {
+            const int inset = style == SoftButtonSoft ? 4 : style == SoftButtonFlex ? 5 : 3;
+            ButtonInWindow shown(style);
+            shown.button.setPalette(palette);
+            shown.button.setDefault(true);
+            const QImage without = shown.button.grab().toImage();
+            shown.button.setFocus();
+            const QImage with = shown.button.grab().toImage();
+            const int right = with.width() - 1 - inset, bottom = with.height() - 1 - inset;
+            const auto dots = [&](QPoint from, QPoint step, int count) {
+                int seen = 0;
+                for (QPoint at = from; count > 0; at += step, --count) {
+                    seen += std::abs(qGray(with.pixel(at)) - qGray(without.pixel(at))) >= 96;
+                }
+                return seen;
+            };
+            EXPECT_NEAR(dots({20, inset}, {1, 0}, 60), 30, 3) << style;
+            EXPECT_NEAR(dots({20, bottom}, {1, 0}, 60), 30, 3) << style;
+            EXPECT_NEAR(dots({inset, 10}, {0, 1}, 10), 5, 1) << style;
+            EXPECT_NEAR(dots({right, 10}, {0, 1}, 10), 5, 1) << style;
+            // Edge and lines of the look stay, and so does all that is inside the frame.
+            for (int y = 0; y < with.height(); ++y) {
+                for (int x = 0; x < with.width(); ++x) {
+                    const int edge = std::min({x, y, with.width() - 1 - x, with.height() - 1 - y});
+                    if (edge < inset || edge > inset + 3) {
+                        EXPECT_EQ(with.pixel(x, y), without.pixel(x, y))
+                            << style << ": " << x << ", " << y;
+                    }
+                }
+            }
+            shown.button.setDown(true);
+            EXPECT_NE(shown.button.grab().toImage(), with) << style;
+        }
+    }
+}
+
+TEST(SoftButton, TheFocusLeavesTheInkOfACaptionThatReachesIt) {
     for (const std::uint32_t style : DrawnStyles) {
-        ButtonInWindow shown(style);
+        ButtonInWindow shown(style, "W\nW");
+        QPalette colours = shown.button.palette();
+        colours.setColor(QPalette::ButtonText, Qt::white); // what differs is darker
+        shown.button.setPalette(colours);
         const QImage without = shown.button.grab().toImage();
         shown.button.setFocus();
         const QImage with = shown.button.grab().toImage();
-        EXPECT_NE(with, without) << style;
-        shown.button.setDown(true);
-        EXPECT_NE(shown.button.grab().toImage(), with) << style;
+        int ink = 0;
+        for (int y = 3; y < 7; ++y) {
+            for (int x = 30; x < 70; ++x) {
+                if (without.pixel(x, y) == White) {
+                    ++ink;
+                    EXPECT_EQ(with.pixel(x, y), White) << style << ": " << x << ", " << y;
+                }
+            }
+        }
+        EXPECT_GT(ink, 0) << style;
     }
 }
 
@@ -298,6 +354,29 @@ TEST(SoftButton, AnIconStandsBesideTheCaption) {
         EXPECT_FALSE(HasPixel(image, QRect(70, 0, 50, 30), 0xFF00FF00)) << style;
     }
     SoftButtons = 1;
+}
+
+TEST(SoftButton, AScreenReaderFindsAButtonAndPressesIt) {
+    for (const std::uint32_t style : DrawnStyles) {
+        ButtonInWindow shown(style);
+        QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(&shown.button);
+        ASSERT_NE(seen, nullptr);
+        EXPECT_EQ(seen->role(), QAccessible::PushButton);
+        EXPECT_EQ(seen->text(QAccessible::Name), "Audition");
+        ASSERT_NE(seen->actionInterface(), nullptr);
+        seen->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return shown.clicks == 1; })) << style;
+    }
+}
+
+TEST(SoftButton, AButtonThatWasMeasuredBeforeItCameIntoItsDialogIsDrawn) {
+    QPushButton button("One");
+    EXPECT_GT(button.sizeHint().width(), 0);
+    QDialog dialog;
+    button.setParent(&dialog);
+    dialog.show();
+    EXPECT_NE(button.findChild<QObject *>("SoftButtonPainter"), nullptr);
+    button.setParent(nullptr);
 }
 
 TEST(SoftButton, TheButtonsOfADialogAreDrawnAndThoseOfAnotherWindowAreNot) {

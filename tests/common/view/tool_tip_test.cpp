@@ -2,11 +2,13 @@
 #include "common/view/tool_tip.h"
 
 #include "common/settings.h"
+#include "common/tip_step.h"
 #include "common/view/fonts.h"
 #include "support/pixels.h"
 
 #include <gtest/gtest.h>
 
+#include <QAbstractEventDispatcher>
 #include <QAccessible>
 #include <QApplication>
 #include <QElapsedTimer>
@@ -15,6 +17,7 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QTest>
 
 #include <optional>
@@ -23,7 +26,7 @@ namespace tonewright {
 namespace {
 
 constexpr QRgb Paper = 0xFFFFEEBB, Ink = 0xFF0000AA;
-constexpr int LongerThanTheDelay = 400; // milliseconds
+constexpr int LongerThanTheDelay = ToolTipDelay + 150; // milliseconds
 
 class ToolTips : public testing::Test {
 protected:
@@ -57,6 +60,10 @@ protected:
     void RestOnControl() {
         MoveTo({60, 50});
         ASSERT_TRUE(TipComes());
+    }
+    // The timers that run for the tip.
+    QList<QAbstractEventDispatcher::TimerInfo> Timers() const {
+        return QAbstractEventDispatcher::instance()->registeredTimers(tip);
     }
     static QImage Painted(QWidget &tip) {
         QImage image = EmptyImage(tip.width(), tip.height());
@@ -119,12 +126,33 @@ TEST_F(ToolTips, ShowAfterTheMouseHasRestedOnTheControl) {
     rest.start();
     MoveTo({60, 50});
     EXPECT_TRUE(TipComes());
-    EXPECT_GE(rest.elapsed(), 250 - 13); // the toolkit's timers may be a twentieth early
+    EXPECT_GE(rest.elapsed(), ToolTipDelay - 13); // the toolkit's timers may be a twentieth early
     // 12 pixels right of the control, a pixel below it.
     EXPECT_EQ(tip->pos(), window.mapToGlobal(QPoint(40 + 12, 30 + 50 + 1)));
     EXPECT_TRUE(window.isActiveWindow());
     MoveTo({70, 55});
     EXPECT_TRUE(tip->isVisible());
+}
+
+TEST_F(ToolTips, ATimerOfTheDelayRunsUntilTheyShow) {
+    EXPECT_TRUE(Timers().isEmpty());
+    MoveTo({60, 50});
+    ASSERT_EQ(Timers().size(), 1);
+    EXPECT_EQ(Timers()[0].interval, ToolTipDelay);
+    ASSERT_TRUE(TipComes());
+    EXPECT_TRUE(Timers().isEmpty());
+}
+
+TEST_F(ToolTips, AMoveOnTheControlDoesNotBeginTheDelayAnew) {
+    MoveTo({60, 50});
+    QTest::qWait(100);
+    MoveTo({70, 55});
+    if (!tip->isVisible()) {
+        ASSERT_EQ(Timers().size(), 1);
+        auto *dispatcher = QAbstractEventDispatcher::instance();
+        EXPECT_LE(dispatcher->remainingTime(Timers()[0].timerId), 200);
+    }
+    EXPECT_TRUE(TipComes());
 }
 
 TEST_F(ToolTips, ShowOnADisabledControlToo) {
@@ -171,6 +199,17 @@ TEST_F(ToolTips, HideAtAnyButtonAndKeyAndTurnOfTheWheel) {
         EXPECT_FALSE(tip->isVisible()) << index;
     }
     EXPECT_EQ(edit->text(), "a"); // what hides a tip is not taken away
+}
+
+TEST_F(ToolTips, HideAtThePressOfAShortcut) {
+    const QShortcut shortcut(Qt::Key_F1, &window);
+    int presses = 0;
+    QObject::connect(&shortcut, &QShortcut::activated, [&] { ++presses; });
+    RestOnControl();
+    QTest::keyPress(edit, Qt::Key_F1);
+    EXPECT_FALSE(tip->isVisible());
+    EXPECT_EQ(presses, 1);
+    QTest::keyRelease(edit, Qt::Key_F1);
 }
 
 TEST_F(ToolTips, AKeyStopsTheTimer) {
