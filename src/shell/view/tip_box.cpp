@@ -14,9 +14,12 @@
 #include "ui_TipOfTheDayBox.h"
 
 #include <QDialog>
+#include <QKeySequence>
 #include <QScrollBar>
+#include <QShortcut>
 
 #include <cstdlib>
+#include <functional>
 
 namespace tonewright {
 namespace {
@@ -25,8 +28,9 @@ constexpr int TipFontHeight = 18;
 constexpr int TipFontWeight = 700;
 constexpr int TextMargin = 8; // pixels
 
-// The colour of texts on information, which belongs to a light ground on many dark palettes: where
-// it could not be read, that of the text of windows.
+// The colour of texts on information. The ground is not that of information: many dark desktops
+// pair black letters with a yellow ground there, and black on the dark ground of this box could not
+// be read. There it is the colour of the text of windows.
 QColor TextColourOn(const QColor &ground) {
     constexpr int LeastDifference = 128; // of 255 steps from black to white
     const QColor text = SystemColourOf(SystemColour::InfoText);
@@ -51,11 +55,31 @@ WrappedText *MakeTipText(QScrollArea &area) {
     return text;
 }
 
-void ShowNextTip(QScrollArea &area, WrappedText &text) {
+// A screen reader says the tip with "Done", which has the keyboard.
+void ShowNextTip(const Ui::TipOfTheDayBox &ui, WrappedText &text) {
     const QString tip = QString::fromStdString(NextTip());
     text.setText(tip);
-    area.setAccessibleName(tip);
-    area.verticalScrollBar()->setValue(0);
+    ui.control_102->setAccessibleName(tip);
+    ui.control_102->verticalScrollBar()->setValue(0);
+    ui.control_1->setAccessibleDescription(tip);
+}
+
+void OnKeys(QDialog &box, const QList<QKeySequence> &keys, const std::function<void()> &then) {
+    for (const QKeySequence &key : keys) {
+        QObject::connect(new QShortcut(key, &box), &QShortcut::activated, &box, then);
+    }
+}
+
+// Return is "Done" wherever the keyboard is, and so it is with Shift. The text takes no keyboard:
+// a tip that is too long for it is scrolled from anywhere in the box.
+void SetUpKeys(QDialog &box, const Ui::TipOfTheDayBox &ui) {
+    OnKeys(box, {Qt::SHIFT | Qt::Key_Return, Qt::SHIFT | Qt::Key_Enter},
+           [&ui] { ui.control_1->click(); });
+    QScrollBar *bar = ui.control_102->verticalScrollBar();
+    OnKeys(box, {Qt::Key_PageUp},
+           [bar] { bar->triggerAction(QAbstractSlider::SliderPageStepSub); });
+    OnKeys(box, {Qt::Key_PageDown},
+           [bar] { bar->triggerAction(QAbstractSlider::SliderPageStepAdd); });
 }
 
 } // namespace
@@ -70,17 +94,18 @@ void ShowTipBox(QWidget *owner) {
     LeaveReturnToBox(ui.control_101);
     ShowThemeBitmap(*ui.control_6101, THEME_BITMAP_TIP_HEADING);
     WrappedText *text = MakeTipText(*ui.control_102);
-    ShowNextTip(*ui.control_102, *text);
+    ShowNextTip(ui, *text);
     Beep();
     ui.control_101->setChecked(ShowTipOfTheDay != 0);
     QObject::connect(ui.control_1, &QPushButton::clicked, &box, [&] {
         if (ShiftKeyDown()) {
-            ShowNextTip(*ui.control_102, *text);
+            ShowNextTip(ui, *text);
             return;
         }
         ShowTipOfTheDay = ui.control_101->isChecked() ? 1 : 0;
         box.accept();
     });
+    SetUpKeys(box, ui);
     ui.control_1->setFocus();
     box.adjustSize();
     CentreWindow(box);

@@ -1,15 +1,17 @@
 // The box with the tip of the day, and the tip that comes by itself.
 #include "shell/view/tip_box.h"
 
+#include "common/view/fonts.h"
 #include "shell/command_queue.h"
 #include "shell/start_up.h"
 #include "support/modal_box.h"
 #include "support/paths.h"
+#include "support/pixels.h"
 #include "window_fixture.h"
 
-#include "support/pixels.h"
 #include <QAccessible>
 #include <QCheckBox>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollArea>
@@ -90,6 +92,101 @@ TEST_F(TipBox, ShiftAtDoneShowsTheNextTipAndTheBoxStays) {
     EXPECT_EQ(ShowTipOfTheDay, 0u);
 }
 
+TEST_F(TipBox, ReturnWithShiftShowsTheNextTipWhereverTheKeyboardIs) {
+    WithTipBox([](QDialog &box) {
+        Check(box).setFocus();
+        QTest::keyClick(&Check(box), Qt::Key_Return, Qt::ShiftModifier);
+        EXPECT_EQ(Shown(box), "two");
+        QTest::keyClick(&Check(box), Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier);
+        EXPECT_EQ(Shown(box), "three");
+        Done(box).setFocus();
+        QTest::keyClick(&Done(box), Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier);
+        EXPECT_EQ(Shown(box), "one");
+        EXPECT_TRUE(box.isVisible());
+        Click(box);
+    });
+}
+
+TEST_F(TipBox, TabGoesBetweenDoneAndTheCheckBoxOnly) {
+    WriteTips(std::string(1022, 'W') + "\n"); // as long as can be: it is scrolled
+    WithTipBox([](QDialog &box) {
+        QTest::keyClick(&box, Qt::Key_Tab);
+        EXPECT_TRUE(Check(box).hasFocus());
+        QTest::keyClick(&box, Qt::Key_Tab);
+        EXPECT_TRUE(Done(box).hasFocus());
+        Click(box);
+    });
+}
+
+TEST_F(TipBox, TheHeadingStandsAtTheTopLeftOfItsPlace) {
+    WithTipBox([](QDialog &box) {
+        auto &heading = *box.findChild<QLabel *>("control_6101");
+        const auto painted = [&heading] {
+            QImage image = EmptyImage(heading.width(), heading.height());
+            heading.render(&image, QPoint(), QRegion(), {});
+            return image;
+        };
+        const QImage whole = painted();
+        heading.setFixedSize(heading.size() + QSize(40, 30));
+        EXPECT_EQ(painted().copy(whole.rect()), whole);
+        Click(box);
+    });
+}
+
+TEST_F(TipBox, TheTextIsInABoldFontOf18Pixels) {
+    WithTipBox([](QDialog &box) {
+        EXPECT_EQ(Area(box).widget()->font(), FontOfHeight("Arial", 18, 700));
+        EXPECT_EQ(Area(box).widget()->font().weight(), 700);
+        const QFontMetrics metrics(Area(box).widget()->font());
+        EXPECT_NEAR(metrics.ascent() + metrics.descent(), 18, 1);
+        Click(box);
+    });
+}
+
+TEST_F(TipBox, ABumpedEdgeStandsOnAllSidesOfTheText) {
+    QPalette colours = QApplication::palette();
+    colours.setColor(QPalette::Light, QColor(Qt::yellow));
+    colours.setColor(QPalette::Dark, QColor(Qt::blue));
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(colours);
+    WithTipBox([](QDialog &box) {
+        const QImage image = Area(box).grab().toImage();
+        const int width = image.width(), height = image.height();
+        constexpr QRgb light = 0xFFFFFF00, dark = 0xFF0000FF;
+        EXPECT_TRUE(IsAll(image, QRect(2, 0, width - 4, 1), light));
+        EXPECT_TRUE(IsAll(image, QRect(0, 2, 1, height - 4), light));
+        EXPECT_TRUE(IsAll(image, QRect(2, height - 1, width - 4, 1), dark));
+        EXPECT_TRUE(IsAll(image, QRect(width - 1, 2, 1, height - 4), dark));
+        // Within the light outer line lies a dark one, and the other way round.
+        EXPECT_TRUE(IsAll(image, QRect(4, 1, width - 8, 1), dark));
+        EXPECT_TRUE(IsAll(image, QRect(1, 4, 1, height - 8), dark));
+        EXPECT_TRUE(IsAll(image, QRect(4, height - 2, width - 8, 1), light));
+        EXPECT_TRUE(IsAll(image, QRect(width - 2, 4, 1, height - 8), light));
+        Click(box);
+    });
+    QApplication::setPalette(before);
+}
+
+TEST_F(TipBox, TheTextStandsEightPixelsInOnAllSides) {
+    WriteTips(std::string(1000, 'W') + "\n");
+    WithTipBox([](QDialog &box) {
+        QTest::qWait(1);
+        QWidget &text = *Area(box).widget();
+        ASSERT_GT(text.height(), Area(box).viewport()->height());
+        const QImage image = text.grab().toImage();
+        const QRect ink = InkOf(image, image.rect(), image.pixel(1, 1));
+        EXPECT_NEAR(ink.left(), 8, 1);
+        EXPECT_GE(ink.left(), 8);
+        EXPECT_LE(ink.right(), image.width() - 1 - 8);
+        EXPECT_GT(ink.right(), image.width() - 1 - 8 - 20); // a letter's width
+        EXPECT_GE(ink.top(), 8);
+        EXPECT_LT(ink.top(), 8 + 6); // what a line has above a capital letter
+        EXPECT_LE(ink.bottom(), image.height() - 1 - 8);
+        EXPECT_GT(ink.bottom(), image.height() - 1 - 8 - 6);
+        Click(box);
+    });
+}
+
 TEST_F(TipBox, DoneKeepsTheCheckBoxByMouseAndKeys) {
     WithTipBox([](QDialog &box) {
         QTest::mouseClick(&Check(box), Qt::LeftButton, Qt::NoModifier,
@@ -126,12 +223,18 @@ TEST_F(TipBox, WithoutTheFileTheErrorTextIsShownAndTheNumberStays) {
 }
 
 TEST_F(TipBox, AScreenReaderFindsTheTip) {
-    WriteTips("a \\n b\xC3\xA9\n");
+    WriteTips("a \\n b\xC3\xA9\ntwo\n");
     WithTipBox([](QDialog &box) {
         auto *seen = QAccessible::queryAccessibleInterface(&Area(box));
         ASSERT_NE(seen, nullptr);
         EXPECT_EQ(seen->text(QAccessible::Name).toStdString(), "a \n b\xC3\xA9");
         EXPECT_EQ(seen->role(), QAccessible::StaticText);
+        // It is said with the button that has the keyboard, each time.
+        seen = QAccessible::queryAccessibleInterface(&Done(box));
+        ASSERT_NE(seen, nullptr);
+        EXPECT_EQ(seen->text(QAccessible::Description).toStdString(), "a \n b\xC3\xA9");
+        Click(box, Qt::ShiftModifier);
+        EXPECT_EQ(seen->text(QAccessible::Description).toStdString(), "two");
         Click(box);
     });
 }
@@ -143,9 +246,14 @@ TEST_F(TipBox, ALongTipIsScrolledDownwardByKeysAndTheNextOneBeginsAtItsTop) {
         QTest::qWait(1);
         EXPECT_LE(Area(box).widget()->width(), Area(box).viewport()->width());
         ASSERT_GT(bar.maximum(), 0);
-        Area(box).setFocus();
+        ASSERT_TRUE(Done(box).hasFocus());
+        QTest::keyClick(&Done(box), Qt::Key_PageDown);
+        EXPECT_GT(bar.value(), 0);
+        QTest::keyClick(&Done(box), Qt::Key_PageUp);
+        EXPECT_EQ(bar.value(), 0);
+        Check(box).setFocus();
         for (int i = 0; i < 100; ++i) {
-            QTest::keyClick(&Area(box), Qt::Key_PageDown);
+            QTest::keyClick(&Check(box), Qt::Key_PageDown);
         }
         EXPECT_EQ(bar.value(), bar.maximum());
         Click(box, Qt::ShiftModifier);
@@ -166,6 +274,21 @@ TEST_F(TipBox, EveryTipOfTheProgramFitsWithoutScrolling) {
         EXPECT_EQ(TipOfTheDay, 2u);
         Click(box);
     });
+}
+
+TEST_F(TipBox, TheTextHasTheColourOfTextsOnInformation) {
+    const QPalette before = QApplication::palette();
+    QPalette colours = before;
+    colours.setColor(QPalette::Light, Qt::white);
+    colours.setColor(QPalette::ToolTipText, QColor(0, 0, 170));
+    QApplication::setPalette(colours);
+    WithTipBox([](QDialog &box) {
+        const QImage image = Area(box).viewport()->grab().toImage();
+        EXPECT_TRUE(HasPixel(image, QRect(8, 8, 60, 22), 0xFF0000AA));
+        EXPECT_FALSE(HasPixel(image, QRect(8, 8, 60, 22), Black));
+        Click(box);
+    });
+    QApplication::setPalette(before);
 }
 
 TEST_F(TipBox, TheTextIsReadableOnLightAndDarkPalettes) {
