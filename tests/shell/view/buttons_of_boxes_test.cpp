@@ -5,16 +5,24 @@
 #include "database/view/file_time_box.h"
 #include "database/view/new_database_box.h"
 #include "drivers/reface_dx/view/settings_box.h"
+#include "drivers/reface_dx/view/voice_editor.h"
+#include "drivers/reface_dx/voice_codec.h"
 #include "shell/view/colour_box.h"
 #include "shell/view/colour_table_boxes.h"
 #include "shell/view/desktop_qt.h"
+#include "shell/view/select_theme_box.h"
+#include "shell/view/wizard_box.h"
 #include "support/builtin_midi.h"
 #include "support/modal_box.h"
+#include "support/paths.h"
 
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTabWidget>
+
+#include <filesystem>
+#include <set>
 
 namespace tonewright {
 namespace {
@@ -25,8 +33,7 @@ protected:
         WindowTest::SetUp();
         UseQtDesktop();
         MakeProgramFolders();
-        PendingOpenPath = home.Write("bank.syx", TestBank());
-        ASSERT_EQ(RunCommand(CommandOpen), 1);
+        OpenBank();
         ASSERT_EQ(RunCommand(CommandFind), 1);
     }
 
@@ -41,12 +48,23 @@ protected:
         for (const int command :
              {CommandOpen, CommandSaveAs, CommandImport, CommandExport, CommandSettings,
               CommandPrint, CommandTip, CommandEdit, CommandMidiDevices, CommandSelectSynth,
-              CommandAudition, CommandInsertFromDatabase, CommandSystemInformation, CommandAbout}) {
+              CommandAudition, CommandInsertFromDatabase, CommandSystemInformation, CommandAbout,
+              CommandWizard}) {
             rows.push_back({"command " + std::to_string(command), [command] {
                                 MainListState.clickedIndex = 3;
+                                MainListState.dirty = false; // no question comes before the box
                                 RunCommand(command);
                             }});
         }
+        rows.push_back({"reface voice", [this] {
+                            VoiceObject voice = MakeRefaceVoiceObject();
+                            RefaceEditVoice(window.get(), voice, {}, 0);
+                        }});
+        rows.push_back({"themes", [this] {
+                            std::string theme = ThemeCurrent;
+                            SelectThemeBox(window.get(), theme);
+                        }});
+        rows.push_back({"first start", [this] { AskForWizard(window.get()); }});
         rows.push_back({"question", [this] { AskYesNoCancel(window.get(), "Is it so?"); }});
         rows.push_back({"file time", [this] {
                             std::uint32_t seconds = 1'000'000'000;
@@ -78,6 +96,14 @@ protected:
         box.reject();
     }
 
+    // The forms in resources/dialogs of which a box is made: each names its outermost widget.
+    static void NoteForms(const QDialog &box, std::set<std::string> &forms) {
+        forms.insert(box.objectName().toStdString());
+        for (const QWidget *part : box.findChildren<QWidget *>()) {
+            forms.insert(part->objectName().toStdString());
+        }
+    }
+
     // Every push button that can be seen in a box; their number.
     static int ExpectLook(const QDialog &box, std::uint32_t style, const std::string &name) {
         int count = 0;
@@ -93,6 +119,7 @@ protected:
 };
 
 TEST_F(ButtonsOfBoxes, EveryBoxHasThemWhileTheSettingIsNotNone) {
+    std::set<std::string> forms;
     for (const std::uint32_t style : {0u, 1u, 2u, 3u}) {
         for (const BoxRow &row : Boxes()) {
             SCOPED_TRACE(row.name);
@@ -105,9 +132,14 @@ TEST_F(ButtonsOfBoxes, EveryBoxHasThemWhileTheSettingIsNotNone) {
                         ExpectLook(box, style, row.name);
                     }
                 }
+                NoteForms(box, forms);
                 Close(box);
             });
         }
+    }
+    // No box of the program is missing among those above.
+    for (const auto &file : std::filesystem::directory_iterator(SourceFile("resources/dialogs"))) {
+        EXPECT_TRUE(forms.contains(file.path().stem().string())) << file.path();
     }
 }
 
