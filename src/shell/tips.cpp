@@ -6,7 +6,6 @@
 #include "common/strings.h"
 #include "shell/shell_window.h"
 
-#include <ctime>
 #include <optional>
 #include <string_view>
 
@@ -69,9 +68,11 @@ std::uint32_t TipDate(int month, int day, int year) {
     return static_cast<std::uint32_t>((month * 256 + day) * 65536 + year);
 }
 
-bool TipDateChanged() {
-    const std::time_t now = std::time(nullptr);
+bool TipDateChanged(std::time_t now) {
     const std::tm *fields = std::localtime(&now);
+    if (!fields) {
+        return false;
+    }
     const std::uint32_t today =
         TipDate(fields->tm_mon + 1, fields->tm_mday, fields->tm_year + 1900);
     const bool changed = today != LastTipDate;

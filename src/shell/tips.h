@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <string>
 
 namespace tonewright {
@@ -29,8 +30,9 @@ std::string NextTip();
 
 // month, day and year as LastTipDate keeps them: (month * 256 + day) * 65536 + year.
 std::uint32_t TipDate(int month, int day, int year);
-// True when LastTipDate is another day than today's (local date), which it is from then on.
-bool TipDateChanged();
+// True when LastTipDate is another day than that of `now` (local date), which it is from then on.
+// False, and nothing changes, for a time that has no date.
+bool TipDateChanged(std::time_t now = std::time(nullptr));
 
 // Shows the box with the next tip. 1.
 int RunTip();

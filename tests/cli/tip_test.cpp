@@ -7,6 +7,11 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -45,6 +50,25 @@ TEST_F(CliTip, PrintsTheNextTipAndChangesNoSetting) {
     EXPECT_EQ(ReadTestText(IniPath()), ini);
     WriteIni("[Tonewright]\nTipOfTheDay = 4000000000\n");
     EXPECT_EQ(Cli({"tip"}).output, first);
+}
+
+// Each call that a tip quotes, up to its last word.
+TEST_F(CliTip, TheTipsTellOfCommandsThatThereAre) {
+    const std::string tips = ReadTestText(SourceFile("resources/TNWRGT.TIP"));
+    const std::regex call("\"tonewright-cli ([^\"]*)\"");
+    int calls = 0;
+    for (auto at = std::sregex_iterator(tips.begin(), tips.end(), call);
+         at != std::sregex_iterator(); ++at, ++calls) {
+        std::istringstream text((*at)[1]);
+        std::vector<std::string> words{std::istream_iterator<std::string>(text), {}};
+        const std::string name = words[0] + (words[0] == "db" ? " " + words.at(1) : "");
+        words.push_back("--help");
+        const auto result = Cli(words);
+        EXPECT_EQ(result.exitStatus, 0) << (*at)[1];
+        EXPECT_TRUE(result.output.starts_with("usage: tonewright-cli " + name + ' '))
+            << result.output;
+    }
+    EXPECT_GE(calls, 4);
 }
 
 TEST_F(CliTip, TheTipsStandBesideTheProgram) {
