@@ -4,6 +4,7 @@
 
 #ifndef __APPLE__
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -18,15 +19,24 @@ bool LibraryFileIsWhole(const std::string &) {
     return true;
 }
 
+bool LibraryIsWhole(std::istream &) {
+    return true;
+}
+
 #else
 
 namespace {
 
-// The same numbers for every kind of machine; what is of another class the system refuses.
+// Of this machine's bits and byte order, the only ones that are looked at.
 using Header = ElfW(Ehdr);
 using Segment = ElfW(Phdr);
 
-bool ReadAt(std::ifstream &file, std::uint64_t place, void *target, std::size_t size) {
+// What the numbers of a header have to be, for them to be read here.
+constexpr unsigned char OwnClass = sizeof(void *) == 8 ? ELFCLASS64 : ELFCLASS32;
+constexpr unsigned char OwnOrder =
+    std::endian::native == std::endian::little ? ELFDATA2LSB : ELFDATA2MSB;
+
+bool ReadAt(std::istream &file, std::uint64_t place, void *target, std::size_t size) {
     file.seekg(static_cast<std::streamoff>(place));
     return static_cast<bool>(
         file.read(static_cast<char *>(target), static_cast<std::streamsize>(size)));
@@ -35,11 +45,17 @@ bool ReadAt(std::ifstream &file, std::uint64_t place, void *target, std::size_t 
 } // namespace
 
 bool LibraryFileIsWhole(const std::string &path) {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::ifstream file(path, std::ios::binary);
+    return LibraryIsWhole(file);
+}
+
+bool LibraryIsWhole(std::istream &file) {
+    file.seekg(0, std::ios::end);
     const auto size = static_cast<std::uint64_t>(std::max<std::streamoff>(file.tellg(), 0));
     Header header;
     if (!ReadAt(file, 0, &header, sizeof header) ||
-        std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) {
+        std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != OwnClass ||
+        header.e_ident[EI_DATA] != OwnOrder) {
         return true;
     }
     for (std::uint64_t index = 0; index < header.e_phnum; ++index) {

@@ -7,4 +7,8 @@ bool LibraryFileIsWhole(const std::string &) {
     return true;
 }
 
+bool LibraryIsWhole(std::istream &) {
+    return true;
+}
+
 } // namespace tonewright

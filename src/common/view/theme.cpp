@@ -15,6 +15,7 @@
 #include <cmath>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace tonewright {
 namespace {

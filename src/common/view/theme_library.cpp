@@ -3,6 +3,7 @@
 
 #include "common/library_file.h"
 #include "common/platform.h"
+#include "common/theme_files.h"
 
 #include <QString>
 #include <QWidget>
@@ -14,11 +15,19 @@ namespace {
 
 // Null when it is no library of this machine; the reason in `fault`.
 std::unique_ptr<QLibrary> LoadLibrary(const std::string &path, std::string &fault) {
+    if (!ThemeFileExists(path)) { // QLibrary would try other names in its place
+        fault = "there is no such file";
+        return nullptr;
+    }
     if (!LibraryFileIsWhole(path)) {
         fault = "the file is cut";
         return nullptr;
     }
     auto module = std::make_unique<QLibrary>(QString::fromStdString(path));
+    // A function that is in no library is found now, and not when it is called, which would end
+    // the program. The code stays when the library is let go: objects of Qt that a theme leaves
+    // behind, below the owner of its box or as the application's, are destroyed with it later on.
+    module->setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
     if (module->load()) {
         return module;
     }
@@ -31,10 +40,8 @@ template <typename Entry> bool Resolve(QLibrary &module, const char *name, Entry
     return entry != nullptr;
 }
 
-bool Begin(QLibrary &module) {
-    decltype(&THEMEInit) init = nullptr;
-    return Resolve(module, "THEMEInit", init) &&
-           init(THEME_VERSION, THEME_PROGRAM, THEME_INIT_THIRD, THEME_INIT_FOURTH) != 0;
+bool Begins(decltype(&THEMEInit) init) {
+    return init(THEME_VERSION, THEME_PROGRAM, THEME_INIT_THIRD, THEME_INIT_FOURTH) != 0;
 }
 
 // The first thing that a library does not pass; empty when it passes all.
@@ -46,10 +53,11 @@ std::string FaultOf(QLibrary &module, ThemeDrawing &drawing) {
     if (getSupport(THEME_VERSION) == 0) {
         return "does not support version " + std::to_string(THEME_VERSION) + " of the interface";
     }
-    if (!module.resolve("THEMEInit")) {
+    decltype(&THEMEInit) init = nullptr;
+    if (!Resolve(module, "THEMEInit", init)) {
         return "has no THEMEInit";
     }
-    if (!Begin(module)) {
+    if (!Begins(init)) {
         return "THEMEInit failed";
     }
     decltype(&THEMEDrawSmallButton) drawSmallButton = nullptr; // these two must be there only
@@ -103,8 +111,10 @@ std::optional<ThemeBitmap> ThemePreviewOf(const std::string &path) {
         return std::nullopt;
     }
     std::optional<ThemeBitmap> preview;
+    decltype(&THEMEInit) init = nullptr;
     decltype(&THEMEGetBitmap) getBitmap = nullptr;
-    if (Begin(*module) && Resolve(*module, "THEMEGetBitmap", getBitmap)) {
+    if (Resolve(*module, "THEMEInit", init) && Begins(init) &&
+        Resolve(*module, "THEMEGetBitmap", getBitmap)) {
         preview = TakeThemeBitmap(getBitmap(THEME_BITMAP_PREVIEW));
     }
     EndTheme(std::move(module));

@@ -36,7 +36,9 @@ struct StartedTheme {
 // version of the interface, its beginning succeeds, and each entry point is there. It stops at the
 // first that it does not pass; what has been loaded by then is the caller's to end.
 StartedTheme StartTheme(const std::string &path);
-// Calls the library's THEMEDeInit, if it has one, and lets it go.
+// Calls the library's THEMEDeInit, if it has one, and lets it go. Its code stays in memory until
+// the program ends, so that what it has left behind does not call into nothing; a theme that is put
+// in its place meanwhile is looked at from the next start on.
 void EndTheme(std::unique_ptr<QLibrary> module);
 
 // The bitmap in a block that a theme has handed over, which is freed; nothing for null and for a

@@ -1,10 +1,13 @@
 // Files that are libraries, but not for here, or not whole.
 #include "common/settings.h"
 #include "common/view/theme.h"
+#include "common/view/theme_library.h"
 #include "support/scripted_desktop.h"
 #include "support/test_themes.h"
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -28,6 +31,21 @@ TEST(ThemeOfAnotherMachine, IsToldAndTheDefaultThemeIsUsed) {
     EXPECT_EQ(ThemeGetMetric(THEME_METRIC_TOOLBAR_HEIGHT), 56);
 }
 
+// A whole library is not called cut.
+TEST(ThemeOfAnotherMachine, WhichHasTheHighestByteFirstIsToldInTheWordsOfTheSystem) {
+    ThemeHouse house;
+    const std::string path = house.Put("whole", "THEME_A.dll");
+    std::vector<std::uint8_t> bytes = ReadTestFile(path);
+    bytes[5] = 2; // the byte order
+    // The number of segments, 16 bits, the other way around: read in this machine's order it tells
+    // of more than there are.
+    std::swap(bytes[56], bytes[57]);
+    WriteTestFile(path, bytes);
+    const std::string fault = StartTheme(path).fault;
+    EXPECT_NE(fault, "");
+    EXPECT_NE(fault, "the file is cut");
+}
+
 TEST(ThemeFileThatIsCut, IsToldAndTheDefaultThemeIsUsed) {
     ThemeHouse house;
     ScriptedDesktop desktop;
@@ -41,6 +59,9 @@ TEST(ThemeFileThatIsCut, IsToldAndTheDefaultThemeIsUsed) {
                               "application. The default theme will be used.");
         EXPECT_FALSE(ThemeLoad()) << size;
         desktop.ExpectNothingLeft();
+        if (size >= 64) { // there is a header
+            EXPECT_EQ(StartTheme(path).fault, "the file is cut") << size;
+        }
     }
     EXPECT_EQ(house.Calls(), std::vector<std::string>());
 }

@@ -171,6 +171,16 @@ TEST_F(ThemeLoading, EachWayNotToStartIsToldOnceAndTheDefaultThemeIsUsed) {
     }
 }
 
+TEST_F(ThemeLoading, AThemeThatCallsAFunctionWhichNobodyHasFailsBeforeItIsAsked) {
+    house.Put("unresolved", "THEME_A.dll");
+    ThemeCurrent = "THEME_A.dll";
+    ExpectFailure();
+    EXPECT_EQ(house.Calls(), Calls());
+    EXPECT_FALSE(ThemePreviewOf(house.PathOf("THEME_A.dll")));
+    const std::string fault = StartTheme(house.PathOf("THEME_A.dll")).fault;
+    EXPECT_NE(fault.find("TonewrightTestFunctionThatNobodyHas"), std::string::npos) << fault;
+}
+
 TEST_F(ThemeLoading, AThemeThatExportsAllButDrawToolFailsAlthoughItIsNeverCalled) {
     house.Put("without_draw_tool", "THEME_A.dll");
     ThemeCurrent = "THEME_A.dll";
@@ -207,6 +217,16 @@ TEST_F(ThemeLoading, ThemeCurrentOfADeletedFileFallsBackByNameWhetherOrNotTheMed
     ThemeCurrent = "THEME_Deleted.dll";
     ExpectFailure();
     EXPECT_EQ(ThemeCurrent, "THEME_Slate Medium.dll");
+}
+
+TEST_F(ThemeLoading, NoLibraryOfAnotherNameIsLoadedInThePlaceOfAMissingOne) {
+    const std::string path = house.Put("whole", ThemeMedium);
+    std::filesystem::rename(path, house.program.File("theme/lib" + ThemeDiskName(ThemeMedium)));
+    ThemeCurrent = "THEME_Deleted.dll";
+    ExpectFailure();
+    EXPECT_EQ(StartTheme(path).fault, "there is no such file");
+    EXPECT_FALSE(ThemePreviewOf(path));
+    EXPECT_EQ(house.Calls(), Calls());
 }
 
 TEST_F(ThemeLoading, ANameThatLeadsOutOfTheFolderCountsAsAFileThatIsNotThere) {

@@ -230,6 +230,17 @@ TEST_F(SelectThemeTest, ConfigureCallsTheSelectedThemeWhichMayHaveNothingToConfi
     });
 }
 
+TEST_F(SelectThemeTest, ADialogThatAThemeLeavesBehindGoesWithTheBox) {
+    house.Put("leaves_dialog", "THEME_A.dll");
+    WithBox([&](QDialog &box) {
+        house.Calls();
+        Press(box, 102);
+        EXPECT_EQ(house.Calls(), Calls{"THEMEConfigure owner 18"});
+        Press(box, 2);
+    });
+    EXPECT_EQ(house.Calls(), Calls{"dialog gone"});
+}
+
 TEST_F(SelectThemeTest, ConfigureTakesTheFileBelowTheProgramFirst) {
     house.Put("bare", "THEME_A.dll");
     house.PutForUser("whole", "THEME_A.dll");

@@ -1,12 +1,17 @@
-// A theme for tests, which needs nothing but the header of themes. It is compiled once for each
-// thing that may be wrong with a theme: WITHOUT_... leaves an entry point out, the others change an
-// answer. What it is called with goes as lines to the file that TEST_THEME_CALLS names.
+// A theme for tests, which needs nothing but the header of themes, and Qt in one case. It is
+// compiled once for each thing that may be wrong with a theme: WITHOUT_... leaves an entry point
+// out, the others change an answer. What it is called with goes as lines to the file that
+// TEST_THEME_CALLS names.
 #include "tonewright_theme.h"
 
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#ifdef LEAVES_DIALOG
+#include <QDialog>
+#endif
 
 #ifndef SUPPORT
 #define SUPPORT 1
@@ -43,7 +48,20 @@ void Tell(const char *format, ...) {
     std::fclose(file);
 }
 
+#ifdef LEAVES_DIALOG
+// Its code is this library's.
+class LeftDialog : public QDialog {
+public:
+    using QDialog::QDialog;
+    ~LeftDialog() override { Tell("dialog gone"); }
+};
+#endif
+
 } // namespace
+
+#ifdef CALLS_WHAT_NOBODY_HAS
+extern "C" int TonewrightTestFunctionThatNobodyHas(void);
+#endif
 
 #ifndef WITHOUT_GET_SUPPORT
 int THEMEGetSupport(int version) {
@@ -71,7 +89,11 @@ int THEMEDrawButton(ThemeWindow *window, ThemePainter *painter, const ThemeRecta
     Tell("THEMEDrawButton %s %s %d %d %d %d picture %d state %x", window ? "window" : "null",
          painter ? "painter" : "null", rectangle->left, rectangle->top, rectangle->right,
          rectangle->bottom, picture, state);
+#ifdef CALLS_WHAT_NOBODY_HAS
+    return TonewrightTestFunctionThatNobodyHas();
+#else
     return 1;
+#endif
 }
 #endif
 
@@ -151,5 +173,8 @@ void *THEMEGetBitmap(uint32_t number) {
 #ifndef WITHOUT_CONFIGURE
 void THEMEConfigure(ThemeWindow *owner, int version) {
     Tell("THEMEConfigure %s %d", owner ? "owner" : "null", version);
+#ifdef LEAVES_DIALOG
+    (new LeftDialog(static_cast<QWidget *>(owner)))->show();
+#endif
 }
 #endif
