@@ -24,9 +24,10 @@ namespace {
 
 constexpr double SoftRadius = 5;
 constexpr double FlexRadius = 1.5;
-constexpr double WedgeCut = 7;                       // of the corners, along both sides
-constexpr const char *PaintsItself = "paintsItself"; // a property
+constexpr double WedgeCut = 7;   // of the corners, along both sides
 constexpr int PressedOffset = 2; // a caption moves down while its button is pressed
+
+constexpr const char *PaintsItself = "paintsItself"; // a property of buttons
 
 unsigned StateOf(const QPushButton &button) {
     return (button.isDown() || button.isChecked() ? ButtonPressed : 0) |
