@@ -1,5 +1,6 @@
 // A list of 120,000 plain rows, driven by keyboard and mouse and asked by a screen reader.
 #include "common/view/list_box_view.h"
+#include "support/mouse_buttons.h"
 
 #include <gtest/gtest.h>
 
@@ -74,12 +75,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         view->setFocus();
         scrolls = 0;
-        // The toolkit remembers buttons that a test has left pressed.
-        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
-            if (QGuiApplication::mouseButtons() & button) {
-                QTest::mouseRelease(Viewport(), button);
-            }
-        }
+        ReleaseMouseButtons(Viewport());
     }
 
     QWidget *Viewport() const { return view->viewport(); }

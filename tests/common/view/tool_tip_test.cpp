@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "common/tip_step.h"
 #include "common/view/fonts.h"
+#include "support/mouse_buttons.h"
 #include "support/pixels.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +45,7 @@ protected:
         tip = MakeToolTip(control, "Loads a document from disk");
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+        ReleaseMouseButtons(&window);
         MoveTo({290, 190});
     }
     ~ToolTips() override { QApplication::setPalette(former); }
