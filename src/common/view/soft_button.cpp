@@ -194,10 +194,10 @@ void DrawFocusFrame(QPainter &painter, const QPainterPath &outline, const QPalet
     painter.drawPath(outline);
 }
 
-// What the caption and the icon of a button take from its left to its right edge; a caption that is
-// wider than that ends in an ellipsis.
+// A caption that is wider than the button ends in an ellipsis. The margin is as narrow as the one
+// with which the toolkit works out the size of a button, so that a button of that size says all.
 void DrawLabel(QPainter &painter, QStyleOptionButton label, bool pressed) {
-    constexpr int Margin = 6, IconGap = 4;
+    constexpr int Margin = 4, IconGap = 4; // pixels
     const int icon = label.icon.isNull() ? 0 : label.iconSize.width() + IconGap;
     label.text = label.fontMetrics.elidedText(
         label.text, Qt::ElideRight, label.rect.width() - 2 * Margin - icon, Qt::TextShowMnemonic);

@@ -335,8 +335,45 @@ TEST(SoftButton, ALongCaptionEndsBeforeTheEdge) {
         };
         const QImage empty = image(""), full = image("WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW");
         EXPECT_NE(full, empty);
-        EXPECT_EQ(full.copy(0, 0, 6, 30), empty.copy(0, 0, 6, 30)) << style;
-        EXPECT_EQ(full.copy(94, 0, 6, 30), empty.copy(94, 0, 6, 30)) << style;
+        EXPECT_EQ(full.copy(0, 0, 4, 30), empty.copy(0, 0, 4, 30)) << style;
+        EXPECT_EQ(full.copy(96, 0, 4, 30), empty.copy(96, 0, 4, 30)) << style;
+    }
+    SoftButtons = 1;
+}
+
+// How many pixels a red caption takes from its left to its right end.
+int WidthOfRed(const QImage &image) {
+    int first = image.width(), last = -1;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            const QRgb pixel = image.pixel(x, y);
+            if (qRed(pixel) - qGreen(pixel) > 150) {
+                first = std::min(first, x);
+                last = x;
+            }
+        }
+    }
+    return last - first + 1;
+}
+
+TEST(SoftButton, ACaptionIsWholeAtTheSizeThatTheToolkitGivesIt) {
+    constexpr int LargeFont = 16; // points
+    for (const std::uint32_t style : DrawnStyles) {
+        SoftButtons = style;
+        const auto width = [](int more) {
+            QPushButton button("Cancellation");
+            QFont font = button.font();
+            font.setPointSize(LargeFont);
+            button.setFont(font);
+            QPalette colours = button.palette();
+            colours.setColor(QPalette::ButtonText, Qt::red);
+            button.setPalette(colours);
+            button.resize(button.sizeHint() + QSize(more, 0));
+            MakeSoftButton(&button);
+            return WidthOfRed(button.grab().toImage());
+        };
+        EXPECT_GT(width(40), 60) << style;
+        EXPECT_EQ(width(0), width(40)) << style;
     }
     SoftButtons = 1;
 }
