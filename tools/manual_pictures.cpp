@@ -7,6 +7,7 @@
 #include "common/folders.h"
 #include "common/platform.h"
 #include "common/settings.h"
+#include "common/view/soft_button.h"
 #include "common/view/theme.h"
 #include "core/current.h"
 #include "core/voice_list.h"
@@ -222,6 +223,7 @@ int Take(const QString &bank, const QString &folder) {
     FillDefaultFolders();
     QApplication::setCursorFlashTime(0);
     UseQtDesktop();
+    MakeDialogButtonsSoft();
 
     ThemeCurrent = "THEME_Slate Medium.dll";
     ThemeLoad();
