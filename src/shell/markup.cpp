@@ -81,7 +81,8 @@ bool MarkupNumber(std::string_view markup, std::string_view key, std::uint32_t &
 std::string MarkupOfTitle(std::string_view title) {
     if (const std::size_t mark = title.find(NumberedTextMark); mark != title.npos) {
         const std::uint32_t number = ReadInteger(title.substr(mark + NumberedTextMark.size()));
-        std::string text = number >= 1 ? LoadProgramString(number) : "";
+        const bool isPositive = static_cast<std::int32_t>(number) >= 1; // "-5" is none
+        std::string text = isPositive ? LoadProgramString(number) : "";
         if (text.size() >= ShortestNumberedText) {
             return text;
         }

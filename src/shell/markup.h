@@ -29,8 +29,8 @@ std::optional<std::string> MarkupText(std::string_view markup, std::string_view 
 bool MarkupNumber(std::string_view markup, std::string_view key, std::uint32_t &number);
 
 // What a title stands for: where it holds the mark "~!!~" with a number behind it, the program's
-// text of that number, which is mark-up as well. The title itself without a mark, for the number 0
-// and for a text of less than two bytes.
+// text of that number, which is mark-up as well. The title itself without a mark, for a number
+// below 1 and for a text of less than two bytes.
 std::string MarkupOfTitle(std::string_view title);
 
 enum class ControlKind { None, AlphaGraphic, Static, CheckBox, RadioButton, ListBox };
@@ -42,7 +42,7 @@ struct ControlRecord {
     std::string variable;                 // the name of a setting
     std::string fontFace;                 // of a Static; empty: the font around it
     int fontHeight = 14;                  // character cell, pixels; 4 to 128
-    int fontWeight = 400;                 // 0 to 1000
+    int fontWeight = 400;                 // 0, the usual one, to 1000
     bool italic = false;
     std::uint32_t checkedValue = 1;   // what a check box, or a radio button, stores of a number
     std::uint32_t uncheckedValue = 0; // what a check box stores that is not checked

@@ -111,6 +111,8 @@ void MainStartupDone() {
     if (ShowTipOfTheDay != 0 && TipDateChanged() && ShowWelcomeWizard == 0) {
         PostCommand(CommandTip);
     }
+    // Behind what is posted already: a start that is to end with its first painting ends before it
+    // can wait for an answer.
     Post([] { RunFirstWizard(); });
 }
 

@@ -9,6 +9,9 @@
 #include "shell/single_setting.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -24,11 +27,36 @@ WizardRequest WelcomeRequest(std::uint32_t *firstRun) {
             .firstRun = firstRun};
 }
 
+// True when the next start, which takes the last line of the file that may mean it, reads a flag
+// that is cleared.
+bool FlagIsClearedIn(const std::string &path) {
+    ReadSettingsFile(ProgramSettings, path.c_str(), [](const ConfigKey &row) {
+        return row.value == decltype(row.value)(&ShowWelcomeWizard);
+    });
+    return std::exchange(ShowWelcomeWizard, 0) == 0;
+}
+
+// Clears the flag in the file of settings: in its line, or, where that is not enough, by a file
+// with every setting. False, the reason in errno, when it could not be written.
+bool ClearFlagInFile(const std::string &path) {
+    const bool isWritten =
+        WriteSingleText(path.c_str(), ProgramSettings.section, "ShowWelcomeWizard", "0");
+    return (isWritten && FlagIsClearedIn(path)) ||
+           WriteSettingsFile(ProgramSettings) != SettingsWrite::Failed;
+}
+
 // Clears the flag for good, then asks. True when the user wants to go on.
 bool MayBeginFirstRun(std::uint32_t &flag) {
     flag = 0;
-    WriteSingleText(SettingsFilePath(ProgramSettings).c_str(), ProgramSettings.section,
-                    "ShowWelcomeWizard", "0");
+    const std::string path = SettingsFilePath(ProgramSettings);
+    if (!ClearFlagInFile(path)) {
+        const int reason = errno;
+        ShowMessage(
+            TheShellWindow.window,
+            FormatText("It could not be noted that the welcome wizard has come. The next start "
+                       "may bring it again:\n\n%s: %s",
+                       path.c_str(), std::strerror(reason)));
+    }
     const bool proceeds = TheShellWindow.AskForWizard && TheShellWindow.AskForWizard() == ResultYes;
     PlayEventSound(DefaultEventSound);
     return proceeds;
@@ -97,13 +125,16 @@ const char *DismissCaption(const WizardPages &pages) {
     return HasNext(pages) ? "Close" : "Finish";
 }
 
-bool IsChecked(const ControlRecord &record, std::span<const ConfigKey> rows) {
+std::optional<bool> IsChecked(const ControlRecord &record, std::span<const ConfigKey> rows) {
+    const bool isRadioButton = record.kind == ControlKind::RadioButton;
+    if (!isRadioButton && record.kind != ControlKind::CheckBox) {
+        return std::nullopt;
+    }
     if (const std::uint32_t *number = NumberOf(record, rows)) {
         return *number == record.checkedValue;
     }
-    const std::string *text = TextOf(record, rows);
-    return text && record.kind == ControlKind::RadioButton &&
-           EqualNoCase(*text, record.checkedString);
+    const std::string *text = isRadioButton ? TextOf(record, rows) : nullptr;
+    return text ? std::optional(EqualNoCase(*text, record.checkedString)) : std::nullopt;
 }
 
 std::optional<std::uint32_t> SelectedIndex(const ControlRecord &record,

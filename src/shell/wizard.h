@@ -28,7 +28,8 @@ constexpr int WizardDismissed = 1;
 
 // Shows the wizard: WizardDismissed when it ended by "Dismiss", which stores its values, else 0.
 // With a first-run flag nothing happens unless that is set. It is cleared then, in the file of
-// settings too, so that no crash brings the wizard back, before the user is asked.
+// settings too, so that no crash brings the wizard back, before the user is asked; when that file
+// cannot be written, the user is told so first.
 int RunWizard(const WizardRequest &request);
 
 // The four pages of the program, at the user's wish, and at the first start. The result of
@@ -49,9 +50,9 @@ void GoPrevious(WizardPages &pages);
 std::string PageLabel(const WizardPages &pages); // "Page 1 / 4"
 const char *DismissCaption(const WizardPages &pages);
 
-// What a control shows when it is made. Nothing or false where its variable is not among the rows,
-// or of another type than the control's.
-bool IsChecked(const ControlRecord &record, std::span<const ConfigKey> rows);
+// What a control shows of its setting when it is made. Nothing for a control of another kind, and
+// where its variable is not among the rows, or of another type than the control's.
+std::optional<bool> IsChecked(const ControlRecord &record, std::span<const ConfigKey> rows);
 // Of a list: an index, which may be none of its items, or the text of one.
 std::optional<std::uint32_t> SelectedIndex(const ControlRecord &record,
                                            std::span<const ConfigKey> rows);

@@ -95,9 +95,14 @@ TEST(Markup, ATitleWithTheMarkIsReplacedByTheTextOfItsNumber) {
 }
 
 TEST(Markup, ATitleWithoutANumberBehindTheMarkStays) {
-    for (const char *title : {"~!!~0", "~!!~", "~!!~x", "~!! ~12002", "12002"}) {
+    for (const char *title :
+         {"~!!~0", "~!!~", "~!!~x", "~!! ~12002", "12002", "~!!~-1", "~!!~-5", "~!!~-2147483648"}) {
         EXPECT_EQ(MarkupOfTitle(title), title);
     }
+}
+
+TEST(Markup, ANumberWithoutATextGivesWhatStandsForOne) {
+    EXPECT_EQ(MarkupOfTitle("~!!~12006"), "String table error - this application may be damaged");
 }
 
 // ---- what a title says

@@ -114,6 +114,34 @@ TEST(SeenWindow, TheKeysForTheContextMenuActOnTheSelectedRow) {
     }
 }
 
+TEST(SeenWindow, OnAnEmptyHomeTheWizardComesWithoutStartupWindowAndTip) {
+    XDisplay display;
+    ASSERT_TRUE(display.Start()) << "no X server";
+    ProgramOnDisplay program(display);
+    program.StartAgain({}); // there is no file of settings
+    const auto heightOfWelcome = [&] {
+        const std::string welcome = display.FindWindow("^Welcome$");
+        const auto size = welcome.empty() ? std::nullopt : display.SizeOf(welcome);
+        return size ? size->height : 0;
+    };
+    const auto isNotThere = [&](const char *title) { return display.FindWindow(title).empty(); };
+    ASSERT_TRUE(Becomes([&] { return heightOfWelcome() > 0; }, 15s));
+    const int question = heightOfWelcome();
+    EXPECT_EQ(ReadTestText(program.home.File(".config/Quillbrook/Tonewright 17.ini")),
+              "[Tonewright]\nShowWelcomeWizard = 0\n");
+    EXPECT_TRUE(isNotThere(BoxTitle));
+    ASSERT_TRUE(display.Tool({"key", "Return"})); // presses "Proceed"
+    constexpr int Page = 560;                     // pixels
+    EXPECT_LT(question, Page);
+    ASSERT_TRUE(Becomes([&] { return heightOfWelcome() > Page; }, 10s));
+    EXPECT_TRUE(isNotThere(BoxTitle));
+    ASSERT_TRUE(display.Tool({"key", "Escape"}));
+    ASSERT_TRUE(Becomes([&] { return heightOfWelcome() == 0; }, 10s));
+    EXPECT_FALSE(Becomes([&] { return !isNotThere("^Tip of the day$"); }, 1s));
+    EXPECT_TRUE(isNotThere(BoxTitle));
+    EXPECT_TRUE(program.Stands("Untitled.Twl"));
+}
+
 // Whoever kills the program at the question of its first start is never asked again.
 TEST(SeenWindow, KilledAtTheQuestionOfItsFirstStartItNeverComesBack) {
     XDisplay display;

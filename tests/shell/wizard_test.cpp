@@ -3,7 +3,7 @@
 
 #include "common/desktop.h"
 #include "common/settings.h"
-#include "common/text.h"
+#include "shell/settings_file.h"
 #include "shell/shell_window.h"
 #include "shell_fixture.h"
 
@@ -54,6 +54,23 @@ TEST_F(Wizard, TheOtherSettingsOfTheFileStay) {
     WriteTestText(settingsPath, ";c\n[Tonewright]\nSysexWait = 7\nShowWelcomeWizard = 1\nx\n");
     RunWizard(FirstRun());
     EXPECT_EQ(fileAtQuestion, ";c\n[Tonewright]\nSysexWait = 7\nShowWelcomeWizard = 0\nx\n");
+}
+
+// The reader of the file takes the last of them, whatever section it stands in, and beginnings of
+// names as well.
+TEST_F(Wizard, NoOtherLineOfTheFileBringsItBack) {
+    for (const std::string other :
+         {"ShowWelcomeWizard = 1\n", "showx\nShowW = 1\n", "[Other]\nShowWelcomeWizard = 1\n"}) {
+        WriteTestText(settingsPath, "[Tonewright]\nSysexWait = 7\nShowWelcomeWizard = 1\n" + other);
+        ConfigRead();
+        ASSERT_EQ(ShowWelcomeWizard, 1u) << other;
+        RunWizard(FirstRun());
+        EXPECT_EQ(flagAtQuestion, 0u) << other;
+        WriteTestText(settingsPath, fileAtQuestion); // and the program is killed
+        ConfigRead();
+        EXPECT_EQ(ShowWelcomeWizard, 0u) << other;
+        EXPECT_EQ(SysexWait, 7u) << other;
+    }
 }
 
 TEST_F(Wizard, NeverRunsTwiceOnItsOwn) {
@@ -131,7 +148,10 @@ protected:
         Text.clear();
     }
     static bool Checked(const std::string &title) {
-        return IsChecked(ReadControlRecord(title), Rows);
+        return IsChecked(ReadControlRecord(title), Rows).value_or(false);
+    }
+    static bool IsBound(const std::string &title) {
+        return IsChecked(ReadControlRecord(title), Rows).has_value();
     }
     static void Store(const std::string &title, bool checked) {
         StoreChecked(ReadControlRecord(title), checked, Rows);
@@ -150,7 +170,21 @@ TEST_F(WizardValues, ACheckBoxIsCheckedWhenItsVariableHasTheCheckedValue) {
     Number = 2;
     EXPECT_TRUE(Checked("type=checkbox;variable=Number;checkedvalue=2"));
     EXPECT_FALSE(Checked("type=checkbox;variable=Fla")) << "a name counts whole";
-    EXPECT_FALSE(Checked("type=checkbox;variable=Text"));
+    EXPECT_FALSE(IsBound("type=checkbox;variable=Text"));
+    EXPECT_FALSE(IsBound("type=checkbox"));
+    Flag = 0;
+    EXPECT_TRUE(IsBound("type=checkbox;variable=Flag"));
+}
+
+TEST_F(WizardValues, AControlOfAnotherKindIsBoundToNothing) {
+    Flag = Number = 1;
+    Text = "a";
+    for (const char *kind :
+         {"", "type=slider;", "type=static;", "type=listbox;", "type=alphagraphic;"}) {
+        EXPECT_FALSE(IsBound(std::string(kind) + "variable=Flag")) << kind;
+        EXPECT_FALSE(IsBound(std::string(kind) + "variable=Number")) << kind;
+        EXPECT_FALSE(IsBound(std::string(kind) + "variable=Text;checkedstring=a")) << kind;
+    }
 }
 
 TEST_F(WizardValues, ACheckBoxStoresOneOfItsTwoValues) {

@@ -2,13 +2,13 @@
 #include "shell/view/wizard_box.h"
 
 #include "common/desktop.h"
+#include "common/text.h"
 #include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
 #include "common/view/dialog_controls.h"
 #include "common/view/drop_down.h"
 #include "common/view/fonts.h"
 #include "common/view/pictures.h"
-#include "common/view/soft_button.h"
 #include "common/view/wrapped_text.h"
 #include "shell/view/wizard_page.h"
 #include "shell/wizard.h"
@@ -20,10 +20,14 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QGroupBox>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QMetaEnum>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 
 #include <algorithm>
 #include <map>
@@ -36,6 +40,8 @@ namespace {
 constexpr std::uint32_t FirstPagedControl = 100; // those below it are never hidden
 // What of the screen the pages may take; a title bar comes above them.
 constexpr int WidthPercent = 98, HeightPercent = 90;
+
+constexpr int UsualWeight = 400; // what a page means by 0
 
 constexpr int QuestionFontHeight = 15;
 constexpr int QuestionFontWeight = 500;
@@ -53,6 +59,11 @@ constexpr const char *QuestionText =
 
 constexpr Qt::WindowFlags BoxFlags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                      Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+
+void OpenHelpByF1(QDialog &box) {
+    QObject::connect(new QShortcut(Qt::Key_F1, &box), &QShortcut::activated, &box,
+                     [&box] { ShowHelp(&box, "WELCOME"); });
+}
 
 // Dialog units in pixels, as the font of dialogs has them, which is of one size everywhere: four to
 // the average width of its letters, eight to its height.
@@ -79,7 +90,7 @@ QWidget *MakeLabel(const PageControl &, const ControlRecord &record, QWidget *pa
     label->setText(text);
     if (record.kind == ControlKind::Static && !record.fontFace.empty()) {
         QFont font = FontOfHeight(QString::fromStdString(record.fontFace), record.fontHeight,
-                                  record.fontWeight);
+                                  record.fontWeight == 0 ? UsualWeight : record.fontWeight);
         font.setItalic(record.italic);
         label->setFont(font);
     }
@@ -89,9 +100,7 @@ QWidget *MakeLabel(const PageControl &, const ControlRecord &record, QWidget *pa
 template <typename Button>
 QWidget *MakeButton(const PageControl &, const ControlRecord &record, QWidget *parent) {
     auto *button = new Button(QString::fromStdString(record.text), parent);
-    if (auto *push = qobject_cast<QPushButton *>(button)) {
-        MakeSoftButton(push);
-    } else {
+    if (button->isCheckable()) {
         LeaveReturnToBox(button);
     }
     return button;
@@ -121,18 +130,57 @@ QWidget *MakeList(const PageControl &control, const ControlRecord &record, QWidg
     return list;
 }
 
+// Frames lie below what stands in them.
+QWidget *MakeGroup(const PageControl &, const ControlRecord &record, QWidget *parent) {
+    auto *group = new QGroupBox(QString::fromStdString(record.text), parent);
+    group->lower();
+    return group;
+}
+
+QWidget *MakeFrameOf(int shape, QWidget *parent) {
+    auto *frame = new QFrame(parent);
+    frame->setFrameStyle(shape | QFrame::Sunken);
+    frame->lower();
+    return frame;
+}
+
+QWidget *MakeFrame(const PageControl &control, const ControlRecord &, QWidget *parent) {
+    const QByteArray name = control.frameShape.section("::", -1).toLatin1();
+    const int shape = QMetaEnum::fromType<QFrame::Shape>().keyToValue(name.constData());
+    return MakeFrameOf(std::max<int>(shape, QFrame::NoFrame), parent);
+}
+
+QWidget *MakeRule(const PageControl &control, const ControlRecord &, QWidget *parent) {
+    const bool isUpright = control.place.height() > control.place.width();
+    return MakeFrameOf(isUpright ? QFrame::VLine : QFrame::HLine, parent);
+}
+
+QWidget *MakeLineEdit(const PageControl &, const ControlRecord &record, QWidget *parent) {
+    return new QLineEdit(QString::fromStdString(record.text), parent);
+}
+
 struct ClassRow {
     const char *name;
     QWidget *(*make)(const PageControl &control, const ControlRecord &record, QWidget *parent);
 };
 constexpr ClassRow Classes[] = {
-    {"QLabel", MakeLabel},
     {"QCheckBox", MakeButton<QCheckBox>},
     {"QRadioButton", MakeButton<QRadioButton>},
     {"QPushButton", MakeButton<QPushButton>},
     {"QComboBox", MakeDropDown},
     {"QListWidget", MakeList},
+    {"QLineEdit", MakeLineEdit},
+    {"QGroupBox", MakeGroup},
+    {"QFrame", MakeFrame},
+    {"Line", MakeRule},
 };
+
+// A label, and what is of no class in the table, shows its text.
+QWidget *MakeWidget(const PageControl &control, const ControlRecord &record, QWidget *parent) {
+    const auto row = std::ranges::find_if(
+        Classes, [&](const ClassRow &one) { return control.className == one.name; });
+    return (row == std::end(Classes) ? MakeLabel : row->make)(control, record, parent);
+}
 
 // Where a control stands: its place, or more where what is in it would be cut off.
 QRect RoomFor(QRect place, const QWidget &widget) {
@@ -149,9 +197,10 @@ QRect RoomFor(QRect place, const QWidget &widget) {
 
 // ---- values
 
-void ShowValue(QWidget &widget, const ControlRecord &record, std::span<const ConfigKey> rows) {
+void ShowValue(QWidget &widget, const PageControl &control, const ControlRecord &record,
+               std::span<const ConfigKey> rows) {
     if (auto *button = qobject_cast<QAbstractButton *>(&widget)) {
-        button->setChecked(IsChecked(record, rows));
+        button->setChecked(IsChecked(record, rows).value_or(control.checked));
         return;
     }
     const auto indexIn = [&](const auto &list, const auto &find) {
@@ -210,7 +259,6 @@ public:
             AddPage(page);
         }
         for (QPushButton *button : {ui.control_12, ui.control_11, ui.control_10}) {
-            MakeSoftButton(button);
             Follow(button);
         }
         connect(ui.control_10, &QPushButton::clicked, this, [this] { Dismiss(); });
@@ -228,6 +276,7 @@ public:
                 ui.pages->ensureWidgetVisible(control);
             }
         });
+        OpenHelpByF1(*this);
         ShowPage();
         (HasNext(pages) ? ui.control_11 : ui.control_10)->setFocus();
         PlacePages();
@@ -246,11 +295,10 @@ private:
         }
         std::map<QString, QButtonGroup *> groups; // of radio buttons, by their variable
         for (const PageControl &control : read->controls) {
-            PagedControl made = MakeControl(control);
-            if (!made.widget) {
-                continue;
-            }
-            made.page = page;
+            PagedControl made{.record = ReadControlRecord(control.title.toStdString()),
+                              .number = control.number,
+                              .page = page};
+            made.widget = MakeWidget(control, made.record, ui.page);
             if (auto *radio = qobject_cast<QRadioButton *>(made.widget)) {
                 QButtonGroup *&group =
                     groups[QString::fromStdString(made.record.variable).toLower()];
@@ -259,23 +307,32 @@ private:
             }
             made.widget->setObjectName(ControlName(made.number));
             made.widget->setGeometry(RoomFor(PixelsOf(control.place), *made.widget));
-            ShowValue(*made.widget, made.record, request.rows);
+            ShowValue(*made.widget, control, made.record, request.rows);
             Follow(made.widget);
+            if (auto *radio = qobject_cast<QRadioButton *>(made.widget);
+                radio && !made.record.variable.empty()) {
+                connect(radio, &QRadioButton::toggled, this, [this, radio](bool on) {
+                    if (on) {
+                        ClearOnOtherPages(*radio);
+                    }
+                });
+            }
             controls.push_back(std::move(made));
         }
     }
 
-    // A control of a class that is none of the table has no widget.
-    PagedControl MakeControl(const PageControl &control) {
-        PagedControl made;
-        const auto row = std::ranges::find_if(
-            Classes, [&](const ClassRow &one) { return control.className == one.name; });
-        if (row != std::end(Classes)) {
-            made.record = ReadControlRecord(control.title.toStdString());
-            made.number = control.number;
-            made.widget = row->make(control, made.record, ui.page);
+    // A setting has one value: what is chosen on one page is chosen on no other any more.
+    void ClearOnOtherPages(const QRadioButton &chosen) {
+        const auto own = std::ranges::find(controls, &chosen, &PagedControl::widget);
+        for (const PagedControl &control : controls) {
+            auto *radio = qobject_cast<QRadioButton *>(control.widget);
+            if (radio && radio->isChecked() && control.page != own->page &&
+                EqualNoCase(control.record.variable, own->record.variable)) {
+                radio->group()->setExclusive(false);
+                radio->setChecked(false);
+                radio->group()->setExclusive(true);
+            }
         }
-        return made;
     }
 
     // Puts a control behind the last one in the order of the tab key.
@@ -362,9 +419,7 @@ int AskForWizard(QWidget *owner) {
     ui.control_65->setFont(FontOfHeight("Verdana", QuestionFontHeight, QuestionFontWeight));
     ui.control_65->setText(QuestionText);
     ui.control_65->setFixedSize(QuestionWidth, ui.control_65->heightForWidth(QuestionWidth));
-    for (QPushButton *button : {ui.control_6, ui.control_7}) {
-        MakeSoftButton(button);
-    }
+    OpenHelpByF1(box);
     QObject::connect(ui.control_6, &QPushButton::clicked, &box, [&box] { box.done(ResultYes); });
     QObject::connect(ui.control_7, &QPushButton::clicked, &box, [&box] { box.done(ResultNo); });
     ui.control_6->setFocus();

@@ -33,11 +33,11 @@ QRect ReadRectangle(QXmlStreamReader &reader) {
     return {x, y, width, height};
 }
 
-// The string inside of a property.
-QString ReadString(QXmlStreamReader &reader) {
+// The value of a property, which stands in an element of its type.
+QString ReadValue(QXmlStreamReader &reader, QStringView type) {
     QString text;
     while (reader.readNextStartElement()) {
-        if (reader.name() == u"string") {
+        if (reader.name() == type) {
             text = reader.readElementText();
         } else {
             reader.skipCurrentElement();
@@ -48,8 +48,12 @@ QString ReadString(QXmlStreamReader &reader) {
 
 void ReadProperty(QXmlStreamReader &reader, PageControl &control) {
     const QString name = reader.attributes().value("name").toString();
-    if (name == u"text") {
-        control.title = ReadString(reader);
+    if (name == u"text" || name == u"title") {
+        control.title = ReadValue(reader, u"string");
+    } else if (name == u"checked") {
+        control.checked = ReadValue(reader, u"bool") == u"true";
+    } else if (name == u"frameShape") {
+        control.frameShape = ReadValue(reader, u"enum");
     } else if (name == u"geometry") {
         while (reader.readNextStartElement()) {
             control.place = ReadRectangle(reader);

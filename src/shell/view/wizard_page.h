@@ -18,9 +18,11 @@ constexpr std::uint32_t NoControlNumber = 0xFFFF; // of a control that no name g
 struct PageControl {
     std::uint32_t number = NoControlNumber; // "control_101" has 101
     QString className;
-    QString title;     // its text, which is mark-up
-    QRect place;       // dialog units, inside the page
-    QStringList items; // of a list
+    QString title;        // its text, which is mark-up
+    QRect place;          // dialog units, inside the page
+    QStringList items;    // of a list
+    QString frameShape;   // of a frame: "QFrame::Panel"
+    bool checked = false; // of a check box or radio button, when its mark-up binds it to no setting
 };
 
 struct WizardPage {

@@ -326,6 +326,7 @@ class FirstTipOfTheDay : public WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
+        MakeProgramFolders(); // the wizard writes there
         ApplicationPath = home.Folder();
         home.WriteText("TNWRGT.TIP", "one\ntwo\n");
         ShowWelcomeWizard = 0;

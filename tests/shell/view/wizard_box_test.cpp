@@ -1,9 +1,8 @@
 // The windows of the welcome wizard, over pages that only the tests have: 9101 with every kind of
-// control, 9102, 9103, which breaks off, and 9104, which is larger than any screen; and over the
-// program's own.
+// control that is bound, 9102, 9103, which breaks off, 9104, which is larger than any screen, and
+// 9105 with controls that are bound to nothing; and over the program's own.
 #include "shell/view/wizard_box.h"
 
-#include "common/text.h"
 #include "common/view/fonts.h"
 #include "common/view/pictures.h"
 #include "shell/command_queue.h"
@@ -15,7 +14,9 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QScreen>
@@ -23,6 +24,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <array>
 
 namespace tonewright {
 namespace {
@@ -77,6 +79,8 @@ protected:
 TEST_F(WizardBox, OnATwoPageRunDismissReadsFinishAfterNext) {
     WithPages(9101, 2, [](QDialog &box) {
         EXPECT_EQ(box.windowTitle(), "Welcome");
+        EXPECT_EQ(NextOf(box).text(), "Next");
+        EXPECT_EQ(PreviousOf(box).text(), "Previous");
         EXPECT_EQ(LabelOf(box), "Page 1 / 2");
         EXPECT_EQ(DismissOf(box).text(), "Close");
         EXPECT_FALSE(PreviousOf(box).isEnabled());
@@ -105,6 +109,40 @@ TEST_F(WizardBox, BeginsAtItsStartPage) {
             Click(DismissOf(box));
         },
         1);
+}
+
+TEST_F(WizardBox, ARunMayHaveOnePageOrThree) {
+    for (const int start : {-1, 0, 1, 7}) {
+        WithPages(
+            9101, 1,
+            [](QDialog &box) {
+                EXPECT_EQ(LabelOf(box), "Page 1 / 1");
+                EXPECT_EQ(DismissOf(box).text(), "Finish");
+                EXPECT_FALSE(PreviousOf(box).isEnabled());
+                EXPECT_FALSE(NextOf(box).isEnabled());
+                EXPECT_NE(Shown<QLabel>(box, 101), nullptr);
+                Click(DismissOf(box));
+            },
+            start);
+        EXPECT_EQ(result, WizardDismissed) << start;
+    }
+    WithPages(
+        9101, 3,
+        [](QDialog &box) {
+            EXPECT_EQ(LabelOf(box), "Page 3 / 3");
+            EXPECT_EQ(DismissOf(box).text(), "Finish");
+            Click(PreviousOf(box));
+            EXPECT_EQ(LabelOf(box), "Page 2 / 3");
+            EXPECT_EQ(DismissOf(box).text(), "Close");
+            EXPECT_TRUE(PreviousOf(box).isEnabled());
+            EXPECT_TRUE(NextOf(box).isEnabled());
+            Click(PreviousOf(box));
+            EXPECT_EQ(LabelOf(box), "Page 1 / 3");
+            EXPECT_FALSE(PreviousOf(box).isEnabled());
+            Click(DismissOf(box));
+        },
+        3);
+    EXPECT_EQ(result, WizardDismissed);
 }
 
 TEST_F(WizardBox, ShowsTheControlsOfOnePageAndThoseBelow100Always) {
@@ -203,9 +241,50 @@ TEST_F(WizardBox, ATitleWithoutATypeStaysPlainTextUnlessItHasATextItem) {
         EXPECT_EQ(Shown<QLabel>(box, 102)->text(), "no type; res=3");
         EXPECT_EQ(Shown<QLabel>(box, 103)->text(), "only the text");
         EXPECT_EQ(Shown<QPushButton>(box, 141)->text(), "Push me");
-        EXPECT_EQ(Shown<QWidget>(box, 142), nullptr) << "no class of ours";
+        ASSERT_NE(Shown<QLabel>(box, 142), nullptr) << "of a class that is no other";
+        EXPECT_EQ(Shown<QLabel>(box, 142)->text(), "what is this?");
         Click(DismissOf(box));
     });
+}
+
+TEST_F(WizardBox, FramesAndPlainControlsOfAPageAreShownToo) {
+    WithPages(9105, 1, [](QDialog &box) {
+        ASSERT_NE(Shown<QGroupBox>(box, 151), nullptr);
+        EXPECT_EQ(Shown<QGroupBox>(box, 151)->title(), "A group");
+        EXPECT_EQ(Shown<QFrame>(box, 152)->frameShape(), QFrame::Panel);
+        EXPECT_EQ(Shown<QFrame>(box, 153)->frameShape(), QFrame::HLine);
+        EXPECT_EQ(Shown<QFrame>(box, 154)->frameShape(), QFrame::VLine);
+        EXPECT_EQ(Shown<QLineEdit>(box, 155)->text(), "a line");
+        EXPECT_EQ(Shown<QListWidget>(box, 156)->count(), 2);
+        // What stands in a frame is not covered by it.
+        for (const int number : {111, 113, 155}) {
+            const QWidget &control = *Shown<QWidget>(box, number);
+            EXPECT_EQ(box.findChild<QWidget *>("page")->childAt(control.geometry().center()),
+                      &control)
+                << number;
+        }
+        box.reject();
+    });
+}
+
+TEST_F(WizardBox, AControlThatIsBoundToNothingComesUpAsItsTemplateSays) {
+    ASSERT_EQ(DownloadOnOpen, 0u);
+    ASSERT_EQ(CreateBackups, 1u);
+    MaxUndoLevel = 1;
+    WithPages(9105, 1, [](QDialog &box) {
+        EXPECT_FALSE(Shown<QCheckBox>(box, 111)->isChecked()) << "its setting counts";
+        EXPECT_FALSE(Shown<QCheckBox>(box, 112)->isChecked()) << "of no kind";
+        EXPECT_TRUE(Shown<QCheckBox>(box, 113)->isChecked()) << "of another kind";
+        EXPECT_EQ(Shown<QListWidget>(box, 156)->currentRow(), -1);
+        Click(*Shown<QCheckBox>(box, 112));
+        Shown<QListWidget>(box, 156)->setCurrentRow(0);
+        Shown<QLineEdit>(box, 155)->setText("x");
+        Click(DismissOf(box));
+    });
+    EXPECT_EQ(DownloadOnOpen, 0u);
+    EXPECT_EQ(CreateBackups, 1u);
+    EXPECT_EQ(MaxUndoLevel, 1u);
+    EXPECT_EQ(DatabaseCurrentName, "Voices");
 }
 
 TEST_F(WizardBox, AFontOf200IsUsedAs128AndOneOf1As4) {
@@ -216,6 +295,7 @@ TEST_F(WizardBox, AFontOf200IsUsedAs128AndOneOf1As4) {
         const QFont heading = Shown<QLabel>(box, 101)->font();
         EXPECT_EQ(heading.pixelSize(), FontOfHeight("arial", 20, 700).pixelSize());
         EXPECT_EQ(heading.weight(), 700);
+        EXPECT_EQ(Shown<QLabel>(box, 106)->font().weight(), 400) << "of fontweight=0";
         EXPECT_TRUE(heading.italic());
         const QLabel &big = *Shown<QLabel>(box, 105);
         EXPECT_GE(big.height(), 128) << "nothing of it is cut off";
@@ -227,8 +307,6 @@ TEST_F(WizardBox, APictureIsBlendedOverTheFaceInItsOwnSize) {
     WithPages(9101, 1, [](QDialog &box) {
         const QLabel &picture = *Shown<QLabel>(box, 104);
         EXPECT_EQ(picture.size(), PictureSize(7403));
-        const QPixmap pixmap = picture.pixmap();
-        EXPECT_TRUE(pixmap.hasAlphaChannel());
         const QColor face = box.palette().color(QPalette::Window);
         EXPECT_EQ(box.grab().toImage().pixelColor(picture.mapTo(&box, QPoint(0, 0))), face)
             << "its corner is transparent";
@@ -236,6 +314,24 @@ TEST_F(WizardBox, APictureIsBlendedOverTheFaceInItsOwnSize) {
         EXPECT_EQ(Shown<QLabel>(box, 108)->text(), "");
         Click(DismissOf(box));
     });
+}
+
+TEST_F(WizardBox, ThePicturesOfTheWelcomePagesAreTransparentAroundWhatTheyShow) {
+    for (const std::uint32_t number : {7400u, 7402u, 7403u, 7404u}) {
+        ASSERT_FALSE(PictureSize(number).isEmpty()) << number;
+        const QImage picture = PictureOf(number, PictureSize(number)).toImage();
+        std::array<int, 3> pixels{}; // transparent, partly transparent, opaque
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const int alpha = picture.pixelColor(x, y).alpha();
+                ++pixels[alpha == 0 ? 0 : alpha < 255 ? 1 : 2];
+            }
+        }
+        EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0) << number;
+        for (const int count : pixels) {
+            EXPECT_GT(count, 100) << number;
+        }
+    }
 }
 
 // ---- values
@@ -350,6 +446,38 @@ TEST_F(WizardBox, RadioButtonsOfOneVariableOfAPageExcludeEachOther) {
     });
 }
 
+// Only one value of a setting can be kept, whatever page it is chosen on.
+TEST_F(WizardBox, ARadioButtonTakesTheChoiceFromThoseOfItsVariableOnOtherPages) {
+    MaxUndoLevel = 4;
+    const auto isChecked = [](QDialog &box, int number) {
+        return Shown<QRadioButton>(box, number)->isChecked();
+    };
+    WithPages(9101, 2, [&](QDialog &box) {
+        Click(NextOf(box));
+        EXPECT_FALSE(isChecked(box, 121));
+        Click(*Shown<QRadioButton>(box, 121)); // six
+        Click(PreviousOf(box));
+        EXPECT_FALSE(isChecked(box, 121));
+        EXPECT_FALSE(isChecked(box, 122));
+        EXPECT_TRUE(isChecked(box, 123)) << "another variable";
+        // A page without a choice can still be chosen on by the keyboard.
+        EXPECT_TRUE(Shown<QRadioButton>(box, 121)->focusPolicy() & Qt::TabFocus);
+        Click(*Shown<QRadioButton>(box, 122)); // five
+        Click(NextOf(box));
+        EXPECT_FALSE(isChecked(box, 121));
+        Click(PreviousOf(box));
+        EXPECT_TRUE(isChecked(box, 122));
+        Click(DismissOf(box));
+    });
+    EXPECT_EQ(MaxUndoLevel, 5u);
+    WithPages(9101, 2, [&](QDialog &box) {
+        Click(NextOf(box));
+        Click(*Shown<QRadioButton>(box, 121));
+        Click(DismissOf(box));
+    });
+    EXPECT_EQ(MaxUndoLevel, 6u);
+}
+
 // ---- the keyboard, and those who do not see
 
 TEST_F(WizardBox, ReturnGoesOnAndEndsItOnTheLastPage) {
@@ -413,7 +541,7 @@ TEST_F(WizardBox, ScreenReadersHearThePageItsTextsAndControls) {
 
 // ---- the program's own pages
 
-TEST_F(WizardBox, TheWelcomePagesAreAsTold) {
+TEST_F(WizardBox, TheWelcomePagesHaveAHeadingATextAndAPicture) {
     struct Page {
         const char *heading;
         unsigned text;
@@ -441,12 +569,13 @@ TEST_F(WizardBox, TheWelcomePagesAreAsTold) {
 }
 
 TEST_F(WizardBox, TheWelcomePagesSetThemeAndOptions) {
+    ThemeCurrent = "THEME_Mine.dll";
     ShowTipOfTheDay = 0;
     WithPages(7400, 4, [](QDialog &box) {
         Click(NextOf(box));
         EXPECT_EQ(Shown<QRadioButton>(box, 111)->text(), "Slate large");
         EXPECT_EQ(Shown<QRadioButton>(box, 112)->text(), "Slate small");
-        EXPECT_FALSE(Shown<QRadioButton>(box, 111)->isChecked()) << "no theme is chosen yet";
+        EXPECT_FALSE(Shown<QRadioButton>(box, 111)->isChecked()) << "a theme of the user's own";
         EXPECT_FALSE(Shown<QRadioButton>(box, 112)->isChecked());
         Click(*Shown<QRadioButton>(box, 112));
         Click(NextOf(box));
@@ -506,6 +635,16 @@ TEST_F(WizardBox, OnTheWelcomePagesNothingIsCutOffAndNothingCoversAnother) {
 
 // ---- the question, and the wizard in the program
 
+constexpr const char *QuestionText =
+    "Tonewright is about to open its welcome wizard, which will guide you through configuring "
+    "some of the initial options of this application.\n\n"
+    "Click on Proceed to run the welcome wizard.\n\n"
+    "Click on Skip if you'd like to bypass the welcome wizard, for example, if you're happy with "
+    "the configuration of Tonewright as it is.\n\n"
+    "If you skip the welcome wizard, it won't appear again. You can subsequently run it manually "
+    "through the Help menu, and all the configurable options for Tonewright can be managed "
+    "through its Setup window and user interface.";
+
 class FirstStart : public WindowTest {
 protected:
     void SetUp() override {
@@ -532,9 +671,7 @@ TEST_F(FirstStart, AsksThenShowsTheWizardOnce) {
                       QSizeF(64, 64));
             const QLabel &text = *box->findChild<QLabel *>("control_65");
             EXPECT_EQ(text.font(), FontOfHeight("Verdana", 15, 500));
-            EXPECT_TRUE(text.text().startsWith(
-                "Tonewright is about to open its welcome wizard, which will guide you"));
-            EXPECT_TRUE(text.text().endsWith("through its Setup window and user interface."));
+            EXPECT_EQ(text.text(), QuestionText);
             EXPECT_EQ(ShowWelcomeWizard, 0u);
             EXPECT_EQ(Settings(), "[Tonewright]\nShowWelcomeWizard = 0\n");
             boxes.emplace_back("question");
@@ -582,6 +719,21 @@ TEST_F(FirstStart, TheMenuShowsTheWizardWithoutTheQuestion) {
     }
     EXPECT_EQ(ShowWelcomeWizard, 1u);
     EXPECT_TRUE(desktop.sounds.empty());
+}
+
+TEST_F(FirstStart, F1OpensTheHelpOfTheWizard) {
+    for (const bool asks : {true, false}) {
+        desktop.helpTopics.clear();
+        WithModalBox([&] { asks ? AskForWizard(window.get()) : RunWelcomeWizard(); },
+                     [](QDialog &box) {
+                         // The toolkit looks for a shortcut in what it takes for the active window.
+                         EXPECT_TRUE(
+                             QTest::qWaitFor([&] { return QApplication::activeWindow() == &box; }));
+                         QTest::keyClick(&box, Qt::Key_F1);
+                         box.reject();
+                     });
+        EXPECT_EQ(desktop.helpTopics, std::vector<std::string>{"WELCOME"}) << asks;
+    }
 }
 
 TEST_F(FirstStart, ARequestToEndTheProgramStoresNothingAndShowsNothingMore) {
