@@ -1,4 +1,5 @@
-// The push buttons of every box, each opened as the user does, in the look of the settings.
+// Every box, each opened as the user does: its push buttons in the look of the settings, and its
+// texts, which must have room.
 #include "window_fixture.h"
 
 #include "common/desktop.h"
@@ -16,9 +17,13 @@
 #include "support/modal_box.h"
 #include "support/paths.h"
 
+#include <QCheckBox>
 #include <QFileDialog>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QRadioButton>
 #include <QTabWidget>
 
 #include <filesystem>
@@ -116,6 +121,51 @@ protected:
         }
         return count;
     }
+
+    // What a widget needs to show its text; nothing for one without any.
+    static QSize NeededForText(const QWidget &widget) {
+        if (auto *label = qobject_cast<const QLabel *>(&widget)) {
+            if (label->text().isEmpty()) {
+                return {};
+            }
+            return label->wordWrap() ? QSize(0, label->heightForWidth(label->width()))
+                                     : label->sizeHint();
+        }
+        if (auto *button = qobject_cast<const QPushButton *>(&widget)) {
+            constexpr int Margin = 4; // pixels, of the caption on each side
+            return button->fontMetrics().size(Qt::TextShowMnemonic, button->text()) +
+                   QSize(2 * Margin, 0);
+        }
+        if (qobject_cast<const QCheckBox *>(&widget) ||
+            qobject_cast<const QRadioButton *>(&widget)) {
+            return widget.sizeHint();
+        }
+        if (auto *group = qobject_cast<const QGroupBox *>(&widget)) {
+            return group->fontMetrics().size(Qt::TextShowMnemonic, group->title());
+        }
+        return {};
+    }
+
+    // That every text in a box that can be seen has room, and stands inside the box; their number.
+    static int ExpectWholeTexts(const QDialog &box) {
+        int count = 0;
+        for (const QWidget *widget : box.findChildren<QWidget *>()) {
+            const QSize needed = NeededForText(*widget);
+            if (!widget->isVisible() || !needed.isValid()) {
+                continue;
+            }
+            ++count;
+            const std::string name =
+                widget->objectName().toStdString() + " " + widget->accessibleName().toStdString();
+            EXPECT_LE(needed.width(), widget->width()) << name;
+            EXPECT_LE(needed.height(), widget->height()) << name;
+            if (widget->window() == &box) {
+                const QRect place(widget->mapTo(&box, QPoint()), widget->size());
+                EXPECT_TRUE(box.rect().contains(place)) << name;
+            }
+        }
+        return count;
+    }
 };
 
 TEST_F(ButtonsOfBoxes, EveryBoxHasThemWhileTheSettingIsNotNone) {
@@ -158,6 +208,31 @@ TEST_F(ButtonsOfBoxes, ABoxThatTheFileDialogOpensByItselfHasThemToo) {
                                       });
                          Close(box);
                      });
+    }
+}
+
+TEST_F(ButtonsOfBoxes, NoTextIsCutWithALargeFontOfTheDesktop) {
+    constexpr int LargeFont = 16; // points
+    struct FontGuard {
+        const QFont former = QApplication::font();
+        ~FontGuard() { QApplication::setFont(former); }
+    } const guard;
+    QFont large = guard.former;
+    large.setPointSize(LargeFont);
+    QApplication::setFont(large);
+    for (const BoxRow &row : Boxes()) {
+        SCOPED_TRACE(row.name);
+        WithModalBox(row.open, [](QDialog &box) {
+            EXPECT_GT(ExpectWholeTexts(box), 0);
+            if (auto *pages = box.findChild<QTabWidget *>()) {
+                for (int page = 1; page < pages->count(); ++page) {
+                    pages->setCurrentIndex(page);
+                    QTest::qWait(1); // a page gets its places from the event loop
+                    ExpectWholeTexts(box);
+                }
+            }
+            Close(box);
+        });
     }
 }
 
