@@ -28,7 +28,8 @@ WindowsVersion RunningVersion() {
 } // namespace
 
 bool WindowsVersionAtLeast(unsigned major, unsigned minor, unsigned servicePack) {
-    return IsVersionAtLeast(RunningVersion(), {major, minor, servicePack});
+    const WindowsVersion version = RunningVersion();
+    return version.major != 0 && IsVersionAtLeast(version, {major, minor, servicePack});
 }
 
 int WindowsName(std::string *name) {

@@ -1,4 +1,4 @@
-// The facts of a machine with Linux or macOS.
+// The facts of a machine in the files of Linux; a system without such a file leaves its facts out.
 #include "common/file_bytes.h"
 #include "common/windows_version.h"
 #include "shell/system_facts.h"

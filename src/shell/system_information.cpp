@@ -18,8 +18,8 @@
 namespace tonewright {
 namespace {
 
-constexpr std::size_t FeatureColumns = 60; // bytes of the features on a line
-constexpr std::size_t ConfigurationLimit = std::size_t{1} << 30;
+constexpr std::size_t FeatureColumns = 60;                       // bytes of the features on a line
+constexpr std::size_t ConfigurationLimit = std::size_t{1} << 26; // bytes
 constexpr int LargestColourBits = 24;
 constexpr const char *ConfigurationHeading = ";\r\n;\r\n;------ INI FILE ------\r\n;\r\n;\r\n";
 
@@ -94,7 +94,8 @@ void AddRawVersion(ReportLines &report, const RawVersionFacts &version) {
     report.Number("Raw minor version", version.minor);
     report.Number("Raw build number", version.build);
     report.Number("Raw platform ID", version.platformId);
-    report.Text("Raw CSD version", version.servicePack);
+    // Without a service pack the line stands with nothing behind it.
+    report.lines.push_back("Raw CSD version:\t" + InOneLine(version.servicePack));
     report.Number("Raw service major version", version.serviceMajor);
     report.Number("Raw service minor version", version.serviceMinor);
     report.Number("Raw suite mask", version.suiteMask);

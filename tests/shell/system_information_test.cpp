@@ -130,6 +130,13 @@ TEST_F(SystemInformation, AnAbsentSpecialFolderHasNoLine) {
     }
 }
 
+TEST_F(SystemInformation, WithoutAServicePackItsLineStandsEmpty) {
+    SystemFacts facts = NoFacts();
+    facts.rawVersion = RawVersionFacts{};
+    const Texts lines = SystemLines(facts);
+    EXPECT_NE(std::ranges::find(lines, "Raw CSD version:\t"), lines.end());
+}
+
 TEST_F(SystemInformation, MoreThan24BitsOfColourCountAs24) {
     SystemFacts facts = NoFacts();
     facts.display.bitsPerPixel = 32;

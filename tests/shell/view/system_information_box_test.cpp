@@ -118,6 +118,14 @@ TEST_F(SystemInformationBox, DismissWithCtrlCopiesTheReportWithTheConfigurationF
         << text;
 }
 
+TEST_F(SystemInformationBox, WithTheConfigurationFileMissingTheClipboardHoldsTheReportAlone) {
+    desktop.controlDown = true;
+    WithBox([](QDialog &box, QListWidget &) { Click(box, "Dismiss"); });
+    ASSERT_EQ(desktop.clipboardTexts.size(), 1u);
+    EXPECT_TRUE(desktop.clipboardTexts[0].ends_with("\r\nPatch:                  1\r\n"))
+        << desktop.clipboardTexts[0];
+}
+
 TEST_F(SystemInformationBox, KeysDismissItWithAndWithoutACopy) {
     WithBox([](QDialog &box, QListWidget &) {
         EXPECT_TRUE(Button(box, "Dismiss").hasFocus());

@@ -92,6 +92,19 @@ TEST_F(TipBox, ShiftAtDoneShowsTheNextTipAndTheBoxStays) {
     EXPECT_EQ(ShowTipOfTheDay, 0u);
 }
 
+TEST_F(TipBox, AnEmptyLineInTheMiddleSendsTheNextShowBackToTheFirstTip) {
+    WriteTips("one\n\nthree\n");
+    WithTipBox([&](QDialog &box) {
+        EXPECT_EQ(Shown(box), "one");
+        Click(box);
+    });
+    WithTipBox([&](QDialog &box) {
+        EXPECT_EQ(Shown(box), "one");
+        Click(box);
+    });
+    EXPECT_EQ(TipOfTheDay, 2u);
+}
+
 TEST_F(TipBox, ReturnWithShiftShowsTheNextTipWhereverTheKeyboardIs) {
     WithTipBox([](QDialog &box) {
         Check(box).setFocus();
