@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     Check(bitmap->width >= 1 && bitmap->width <= 4096);
     Check(bitmap->height >= 1 && bitmap->height <= 4096);
-    Check(bitmap->ratio >= 0.25 && bitmap->ratio <= 16);
+    Check(bitmap->ratio >= 1 && bitmap->ratio <= 8);
     const std::size_t count = static_cast<std::size_t>(bitmap->width) * bitmap->height;
     Check(bitmap->pixels.size() == count);
     Check(ThemeBitmapHeaderSize + count * 3 <= block.size());

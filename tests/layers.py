@@ -31,7 +31,7 @@ PLATFORM_FILE = re.compile(r"_(posix|windows|alsa)\.(cpp|h)$")
 PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|__linux__|__APPLE__|__unix__)")
 # The interface of themes, and what loads them, the only place of the program that knows it.
 THEME_INTERFACE = "tonewright_theme.h"
-THEME_LOADER = re.compile(r"common/(view/)?theme[a-z_]*\.(cpp|h)$")
+THEME_LOADER = re.compile(r"common/view/theme(_library|_picture)?\.h$")
 # What the build makes for every theme.
 EMBEDDED_PICTURES = "embedded_pictures.inc"
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -76,7 +76,11 @@ class Layers(unittest.TestCase):
                                         "midi/midi_start.cpp": ["midi/instruments/dx7.h"]}), [])
 
     def test_only_what_loads_themes_knows_their_interface(self):
-        self.assertEqual(self.problems({"common/view/theme.cpp": ["tonewright_theme.h"]}), [])
+        self.assertEqual(self.problems({"common/view/theme.h": ["tonewright_theme.h"]}), [])
+        self.assert_problem({"common/theme_files.cpp": ["tonewright_theme.h"]},
+                            "only what loads themes")
+        self.assert_problem({"common/view/theme_colour.h": ["tonewright_theme.h"]},
+                            "only what loads themes")
         self.assert_problem({"shell/view/tool_bar.cpp": ["tonewright_theme.h"]},
                             "src/shell/view/tool_bar.cpp:1", "only what loads themes")
         self.assert_problem({"common/view/theme.cpp": ["shared/look.h"]},

@@ -7,10 +7,15 @@
  * This header is all that a theme needs besides.
  *
  * A theme that the program loads is asked in this order: THEMEGetSupport, THEMEInit, then the
- * drawing as long as the program runs, at last THEMEDeInit. To show its preview the program calls
- * THEMEInit, THEMEGetBitmap(0) and THEMEDeInit only, and to configure it THEMEConfigure only; so
- * that one theme may be loaded beside another, a theme calls its own entry points by names that
- * are not exported. */
+ * drawing as long as the program runs, at last THEMEDeInit. THEMEDeInit is called also when
+ * THEMEGetSupport or THEMEInit gave 0 or is missing, so that it ends only what has begun. To show
+ * its preview the program calls THEMEInit, THEMEGetBitmap(0) and THEMEDeInit only, and to configure
+ * it THEMEConfigure only, without a beginning or an end. A theme without a preview, bitmap 0, is
+ * not shown to be chosen.
+ *
+ * So that one theme may be loaded beside another, a theme calls its own entry points by names that
+ * are not exported. The code of a theme stays in memory until the program ends. No exception of C++
+ * may leave an entry point: it would end the program. */
 #ifndef TONEWRIGHT_THEME_H
 #define TONEWRIGHT_THEME_H
 
@@ -45,7 +50,8 @@ typedef struct ThemeRectangle {
 #define THEME_STATE_DEFAULT 0x20u /* what the Return key presses */
 #define THEME_STATE_HOVER 0x40u   /* the mouse is over it */
 
-/* Numbers of metrics, all in device-independent pixels. */
+/* Numbers of metrics, all in device-independent pixels. A value below 0 counts as 0, one above 128,
+ * or above 192 for the picture of a box, as that, since there are screens of 800 by 480. */
 #define THEME_METRIC_TOOLBAR_HEIGHT 1
 #define THEME_METRIC_TOOL_WIDTH 2
 #define THEME_METRIC_TOOL_HEIGHT 3
@@ -117,8 +123,11 @@ THEME_EXPORT int THEMEGetMetric(int number);
  * (BITMAPINFOHEADER, little-endian): size 40, width and height above 0 and up to 4096, 1 plane, 24
  * or 32 bits, no compression, no colour table. The rows follow bottom-up, each padded to a
  * multiple of four bytes, a pixel being blue, green, red and, with 32 bits, alpha (not
- * premultiplied). 3780 pixels a metre, or 0, is one pixel of the bitmap for each of the screen at
- * scale 1, 7560 two. Whatever differs from this counts as no bitmap. */
+ * premultiplied). The size of the rows in the header is theirs, or 0. The pixels a metre are the
+ * same across and down and tell the scale: 3780, or 0, is one pixel of the bitmap for each of the
+ * screen at scale 1, 7560 two, up to 30240, which is eight. Whatever differs from this counts as no
+ * bitmap. What is scaled for the screen is never made larger than 4096 a side, and a preview and
+ * the heading of the tips are cut at 600 by 200 device-independent pixels. */
 THEME_EXPORT void *THEMEGetBitmap(uint32_t number);
 
 /* Optional: lets the user configure the theme, in a window of its own above `owner`. */

@@ -4,10 +4,8 @@
 namespace tonewright {
 namespace {
 
-constexpr std::uint32_t LargestSide = 4096;         // pixels
-constexpr std::uint32_t PixelsPerMetre = 3780;      // at scale 1
-constexpr std::uint32_t LeastPixelsPerMetre = 945;  // a quarter of it
-constexpr std::uint32_t MostPixelsPerMetre = 60480; // 16 times as many
+constexpr std::uint32_t PixelsPerMetre = 3780;          // at scale 1
+constexpr std::uint32_t MostPixelsPerMetre = 8 * 3780u; // at scale 8
 constexpr std::uint32_t Opaque = 0xFF;
 
 // Little-endian, whatever the machine is.
@@ -37,12 +35,12 @@ Header ReadHeader(std::span<const std::uint8_t> block) {
 }
 
 bool IsSide(std::uint32_t pixels) {
-    return pixels >= 1 && pixels <= LargestSide; // a negative one is above
+    return pixels >= 1 && pixels <= LargestThemeBitmapSide; // a negative one is above
 }
 
 bool IsDensity(std::uint32_t across, std::uint32_t down) {
     return across == down &&
-           (across == 0 || (across >= LeastPixelsPerMetre && across <= MostPixelsPerMetre));
+           (across == 0 || (across >= PixelsPerMetre && across <= MostPixelsPerMetre));
 }
 
 bool IsTaken(const Header &header) {

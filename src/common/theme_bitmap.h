@@ -9,8 +9,9 @@
 //         14  20 00         bits a pixel: 24, or 32 with alpha
 //         16  00 00 00 00   compression, none
 //         20  00 00 00 00   bytes of the rows, or 0
-//         24  90 1D 00 00   pixels a metre, across: 0 or 3780 at scale 1, 7560 at scale 2
-//         28  90 1D 00 00   and down: the same number
+//         24  88 1D 00 00   pixels a metre, across: 0 or 3780 at scale 1, 7560 at scale 2, up to
+//                           30240 at scale 8
+//         28  88 1D 00 00   and down: the same number
 //         32  00 00 00 00   colours of a table, none
 //         36  00 00 00 00   not looked at
 //         40  FF 00 00 80   blue, green, red, alpha of the lowest row's first pixel: a blue that
@@ -28,7 +29,7 @@ namespace tonewright {
 
 struct ThemeBitmap {
     int width = 0, height = 0; // pixels
-    double ratio = 1;          // pixels of the bitmap for each of the screen at scale 1
+    double ratio = 1;          // its scale: pixels for each of the screen at scale 1, 1 to 8
     // 0xAARRGGBB, from the highest row down, each from the left.
     std::vector<std::uint32_t> pixels;
 };
@@ -36,9 +37,11 @@ struct ThemeBitmap {
 // Bytes of the header with which every bitmap begins.
 constexpr std::size_t ThemeBitmapHeaderSize = 40;
 
+constexpr std::uint32_t LargestThemeBitmapSide = 4096; // pixels
+
 // Reads the bitmap at the beginning of `block`; its pixels are opaque where they have no alpha.
-// Nothing when the header tells of anything but the above, when there are fewer than 945 or more
-// than 60480 pixels a metre, or when the block ends before the last row.
+// Nothing when the header tells of anything but the above, or when the block ends before the last
+// row.
 std::optional<ThemeBitmap> ReadThemeBitmap(std::span<const std::uint8_t> block);
 
 // Lays a bitmap over a ground of one colour, 0xRRGGBB: for each of red, green and blue its own

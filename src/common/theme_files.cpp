@@ -74,6 +74,11 @@ bool IsThemeName(std::string_view name) {
            EqualNoCase(PartsOf(name).extension, PlatformLibraryExtension);
 }
 
+bool IsSameFile(const std::string &first, const std::string &second) {
+    std::error_code error;
+    return std::filesystem::equivalent(PathOfUtf8(first), PathOfUtf8(second), error);
+}
+
 } // namespace
 
 std::string ThemeDiskName(std::string_view settingName) {
@@ -141,9 +146,10 @@ std::vector<std::string> ThemeFiles() {
         std::error_code error;
         std::filesystem::directory_iterator entries(PathOfUtf8(folder), error), end;
         for (; !error && entries != end; entries.increment(error)) {
-            std::string path = folder + Utf8OfPath(entries->path().filename());
-            if (IsThemeName(std::string_view(path).substr(folder.size())) && IsPath(path) &&
-                ThemeFileExists(path)) {
+            const std::string name = Utf8OfPath(entries->path().filename());
+            std::string path = folder + name;
+            if (IsThemeName(name) && IsPath(path) && ThemeFileExists(path) &&
+                IsSameFile(ThemeFilePath(programFolder, ThemeSettingName(name)), path)) {
                 found.push_back(std::move(path));
             }
         }

@@ -36,7 +36,7 @@ std::string FindThemeFile(std::string_view settingName);
 
 // The full paths of the themes in the folders "theme" below ApplicationPath and below
 // MakerProgramFolder(), each folder in the order of the names. Not those whose names begin with a
-// dot or lack "_x64", nor folders.
+// dot, lack "_x64" or would not be found again by their name of the settings, nor folders.
 std::vector<std::string> ThemeFiles();
 
 // Where ThemeCurrent is empty, chooses a theme for a screen of so many pixels across: the medium

@@ -53,6 +53,10 @@ protected:
     TempFolder home;
 };
 
+// Of a theme that only stands in the wrong folder.
+constexpr const char *LoadsAside =
+    "loads, but is used only from the folder \"theme\" beside the program";
+
 TEST_F(CliThemes, PrintsNameFileAndThatItLoads) {
     const auto result = Cli({"themes"});
     EXPECT_EQ(result.exitStatus, 0);
@@ -68,11 +72,26 @@ TEST_F(CliThemes, PrintsWhyAThemeOfTheUserDoesNotLoad) {
     const auto result = Cli({"themes"});
     EXPECT_EQ(result.exitStatus, 0);
     const std::string start = OwnLines() + "Broken\t" + broken + "\thas no THEMEDrawTool\nMine\t" +
-                              whole + "\tloads\nText\t" + text + "\t";
+                              whole + "\t" + LoadsAside + "\nText\t" + text + "\t";
     EXPECT_TRUE(result.output.starts_with(start)) << result.output;
     // The words of the system, in one line.
     EXPECT_GT(result.output.size(), start.size() + 1);
     EXPECT_EQ(result.output.find('\n', start.size()), result.output.size() - 1);
+}
+
+TEST_F(CliThemes, PrintsThatAThemeWithoutAPreviewIsNotShown) {
+    const std::string unseen = Put("no_bitmap", "THEME_Unseen.dll");
+    EXPECT_EQ(Cli({"themes"}).output,
+              OwnLines() + "Unseen\t" + unseen + "\t" + LoadsAside +
+                  "; has no valid preview, so that \"Select theme...\" does not show it\n");
+}
+
+// The line that ends early is that of the theme which did it.
+TEST_F(CliThemes, NameAndFileOfAThemeThatEndsTheProgramArePrinted) {
+    const std::string path = Put("aborting", "THEME_Wild.dll");
+    const auto result = Cli({"themes"});
+    EXPECT_NE(result.exitStatus, 0);
+    EXPECT_EQ(result.output, OwnLines() + "Wild\t" + path + "\t");
 }
 
 TEST_F(CliThemes, TakesNoWords) {

@@ -54,12 +54,12 @@ TEST(ThemeBitmap, RowsOf24BitsArePaddedAndOpaque) {
 }
 
 TEST(ThemeBitmap, PixelsPerMetreAreItsScale) {
-    // 3780, 5670, 7560, 945 and 60480.
+    // None, 3780, 5670, 7560 and 30240.
+    EXPECT_EQ(ReadChanged({})->ratio, 1.0);
     EXPECT_EQ(ReadChanged({{24, 0xC4}, {25, 0x0E}, {28, 0xC4}, {29, 0x0E}})->ratio, 1.0);
     EXPECT_EQ(ReadChanged({{24, 0x26}, {25, 0x16}, {28, 0x26}, {29, 0x16}})->ratio, 1.5);
     EXPECT_EQ(ReadChanged({{24, 0x88}, {25, 0x1D}, {28, 0x88}, {29, 0x1D}})->ratio, 2.0);
-    EXPECT_EQ(ReadChanged({{24, 0xB1}, {25, 0x03}, {28, 0xB1}, {29, 0x03}})->ratio, 0.25);
-    EXPECT_EQ(ReadChanged({{24, 0x40}, {25, 0xEC}, {28, 0x40}, {29, 0xEC}})->ratio, 16.0);
+    EXPECT_EQ(ReadChanged({{24, 0x20}, {25, 0x76}, {28, 0x20}, {29, 0x76}})->ratio, 8.0);
 }
 
 TEST(ThemeBitmap, AHeaderThatTellsOfAnythingElseIsNoBitmap) {
@@ -86,8 +86,9 @@ TEST(ThemeBitmap, AHeaderThatTellsOfAnythingElseIsNoBitmap) {
         {"15 bytes of rows", {{20, 15}}},
         {"17 bytes of rows", {{20, 17}}},
         {"pixels per metre across only", {{24, 0xC4}, {25, 0x0E}}},
-        {"944 pixels per metre", {{24, 0xB0}, {25, 0x03}, {28, 0xB0}, {29, 0x03}}},
-        {"60481 pixels per metre", {{24, 0x41}, {25, 0xEC}, {28, 0x41}, {29, 0xEC}}},
+        {"1 pixel per metre", {{24, 1}, {28, 1}}},
+        {"3779 pixels per metre", {{24, 0xC3}, {25, 0x0E}, {28, 0xC3}, {29, 0x0E}}},
+        {"30241 pixels per metre", {{24, 0x21}, {25, 0x76}, {28, 0x21}, {29, 0x76}}},
         {"negative pixels per metre", {{27, 0x80}, {31, 0x80}}},
         {"a table of colours", {{32, 1}}},
     };

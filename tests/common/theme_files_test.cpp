@@ -103,6 +103,17 @@ TEST_F(ThemeFolders, OtherFilesAndFoldersAreNoThemes) {
     EXPECT_EQ(ThemeFiles(), std::vector<std::string>());
 }
 
+TEST_F(ThemeFolders, AFileWhoseNameOfTheSettingsLeadsToAnotherOneIsNoTheme) {
+    for (const std::string &name :
+         {OnDisk("THEME_A_x64_beta"), OnDisk("THEME_A_x64_x64"), std::string("THEME_A_x64.So")}) {
+        Put(ProgramThemes(), name);
+    }
+    EXPECT_EQ(ThemeFiles(), std::vector<std::string>());
+    const std::string path = Put(ProgramThemes(), OnDisk("THEME_A_x64_beta_x64"));
+    EXPECT_EQ(ThemeFiles(), std::vector<std::string>{path});
+    EXPECT_EQ(FindThemeFile("THEME_A_x64_beta.dll"), path);
+}
+
 TEST_F(ThemeFolders, FoldersThatAreNotThereHoldNoThemes) {
     ApplicationPath = program.File("nothing") + PathSeparator;
     PlatformFolders.programs.clear();

@@ -3,9 +3,11 @@
 #include "support/paths.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
+#include "support/test_themes.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <random>
@@ -92,6 +94,23 @@ TEST_F(ProgramStart, TheThemeOfTheScreenIsChosenOnceAndASenselessOneEndsNothing)
         WriteTestText(home.File(path), "[Tonewright]\nThemeCurrent = " + name + "\n");
         EXPECT_EQ(RunProgram({WindowProgram()}).exitStatus, 0) << name;
     }
+}
+
+TEST_F(ProgramStart, TheThemeIsAskedOnceDrawsAndIsEndedWithTheProgram) {
+    const ThemeHouse house;
+    house.Put("whole", "THEME_A.dll");
+    std::filesystem::create_directories(home.path / ".config/Quillbrook");
+    WriteTestText(home.File(".config/Quillbrook/Tonewright 17.ini"),
+                  "[Tonewright]\nThemeCurrent = THEME_A.dll\nShowStartupWindow = 0\n");
+    EXPECT_EQ(RunProgram({PutProgram(house.program)}).exitStatus, 0);
+    const std::vector<std::string> calls = house.Calls();
+    ASSERT_GT(calls.size(), 4u);
+    EXPECT_EQ(calls[0], "THEMEGetSupport 18");
+    EXPECT_EQ(calls[1], "THEMEInit 18 17 0 1");
+    EXPECT_EQ(std::ranges::count(calls, "THEMEInit 18 17 0 1"), 1);
+    EXPECT_GE(std::ranges::count(calls, "THEMEDrawToolbarBackground window painter 0 0"), 1);
+    EXPECT_EQ(std::ranges::count(calls, "THEMEDeInit"), 1);
+    EXPECT_EQ(calls.back(), "THEMEDeInit");
 }
 
 TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument) {

@@ -1,11 +1,13 @@
 // The windows of the real program on an X server with a window manager: where they stand, who has
 // the keyboard, and what keys do that only a real keyboard has.
 #include "support/bank_bytes.h"
+#include "support/test_themes.h"
 #include "support/x_display.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 
 namespace tonewright {
@@ -140,6 +142,31 @@ TEST(SeenWindow, OnAnEmptyHomeTheWizardComesWithoutStartupWindowAndTip) {
     EXPECT_FALSE(Becomes([&] { return !isNotThere("^Tip of the day$"); }, 1s));
     EXPECT_TRUE(isNotThere(BoxTitle));
     EXPECT_TRUE(program.Stands("Untitled.Twl"));
+}
+
+TEST(SeenWindow, ABrokenThemeIsToldOnceAndTheProgramRunsOn) {
+    XDisplay display;
+    ASSERT_TRUE(display.Start()) << "no X server";
+    const ThemeHouse house;
+    house.Put("without_draw_tool", "THEME_A.dll");
+    ProgramOnDisplay program(display);
+    program.file = PutProgram(house.program);
+    program.Start({}, {"ThemeCurrent = THEME_A.dll"});
+    const auto tells = [&] { return !display.FindWindow("^Message$").empty(); };
+    ASSERT_TRUE(Becomes(tells, 15s));
+    EXPECT_TRUE(display.FindWindow("Untitled.Twl").empty()) << "the message comes first";
+    program.window = display.FindWindow("^Message$");
+    ASSERT_TRUE(program.Press({"Return"}));
+    ASSERT_TRUE(program.Stands("Untitled.Twl"));
+    EXPECT_FALSE(tells());
+    ASSERT_FALSE(program.process->HasEnded());
+    kill(program.process->id, SIGTERM);
+    ASSERT_TRUE(program.process->Ends(10s));
+    EXPECT_EQ(program.process->ExitStatus(), 0);
+    EXPECT_EQ(house.Calls(), (Strings{"THEMEGetSupport 18", "THEMEInit 18 17 0 1", "THEMEDeInit"}));
+    const std::string settings =
+        ReadTestText(program.home.File(".config/Quillbrook/Tonewright 17.ini"));
+    EXPECT_NE(settings.find("\nThemeCurrent = THEME_A.dll\n"), std::string::npos);
 }
 
 // Whoever kills the program at the question of its first start is never asked again.

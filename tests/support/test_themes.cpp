@@ -25,7 +25,7 @@ const std::vector<std::string> ThemesThatDoNotStart = {
     "failing",
 };
 const std::vector<std::string> ThemesWithoutBitmaps = {
-    "bits_16", "negative_height", "too_wide", "cut", "no_bitmap",
+    "bits_16", "negative_height", "too_wide", "cut", "coarse", "no_bitmap",
 };
 
 namespace {
@@ -39,6 +39,20 @@ std::string Copied(const std::string &library, const std::filesystem::path &fold
 }
 
 } // namespace
+
+std::string PutProgram(const TempFolder &folder) {
+    const std::filesystem::path program = WindowProgram();
+    for (const std::filesystem::path &file :
+         {program,
+          program.parent_path() / ("basetheme_x64." + std::string(PlatformLibraryExtension))}) {
+        std::error_code error; // a link where it can be had, since the program is large
+        std::filesystem::create_hard_link(file, folder.path / file.filename(), error);
+        if (error) {
+            std::filesystem::copy_file(file, folder.path / file.filename());
+        }
+    }
+    return (folder.path / program.filename()).string();
+}
 
 ThemeHouse::ThemeHouse() {
     ApplicationPath = program.Folder();

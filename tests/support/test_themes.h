@@ -33,4 +33,8 @@ struct ThemeHouse {
     TempFolder program, user;
 };
 
+// Puts the window program and the default theme, without which it does not start, into a folder;
+// the program's path there. It looks for other themes beside itself.
+std::string PutProgram(const TempFolder &folder);
+
 } // namespace tonewright

@@ -83,14 +83,14 @@ struct XDisplay {
 struct ProgramOnDisplay {
     const XDisplay &display;
     TempFolder home;
+    std::string file;   // the program itself; the one of the build unless set
     std::string window; // set by Stands
     std::optional<Process> process;
 
     explicit ProgramOnDisplay(const XDisplay &display);
 
-    // `settings`: lines "Key = value" beside, or in place of, those that keep the windows of a start
-    // away;
-    // `environment`: "NAME=value".
+    // `settings`: lines "Key = value" beside, or in place of, those that keep the windows of a
+    // start away; `environment`: "NAME=value".
     void Start(const Strings &arguments, const Strings &settings = {},
                const Strings &environment = {});
     // Once more, with the settings that the last run has left.

@@ -270,7 +270,7 @@ void ProgramOnDisplay::StartAgain(const Strings &arguments, const Strings &envir
     variables.push_back(std::string("ASAN_OPTIONS=") + (checks ? checks : "") +
                         ":strict_string_checks=0");
     variables.insert(variables.end(), environment.begin(), environment.end());
-    Strings command = {WindowProgram()};
+    Strings command = {file.empty() ? WindowProgram() : file};
     command.insert(command.end(), arguments.begin(), arguments.end());
     process.emplace(command, variables);
 }

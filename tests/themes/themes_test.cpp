@@ -237,7 +237,7 @@ TEST_P(Themes, MetricsAreThoseOfTheirSize) {
     EXPECT_EQ(theme.Metric(-1), 0);
 }
 
-// Runs at other scales too: see AtOtherScales.
+// Runs at other scales too: see BitmapsHaveThePixelsOfTheScreensScale.
 TEST_P(Themes, BitmapsHaveTheHeaderAndAlpha) {
     const double ratio = qApp->devicePixelRatio();
     std::vector<std::pair<unsigned, QSize>> bitmaps{{0, {280, sizes.height}}, {2, {400, 72}}};

@@ -95,8 +95,10 @@ bool ThemeIsLoadedFrom(const std::string &path) {
 }
 
 int ThemeGetMetric(int number) {
+    const bool isOfPicture =
+        number == THEME_METRIC_PICTURE_WIDTH || number == THEME_METRIC_PICTURE_HEIGHT;
     return std::clamp(Serving(&ThemeDrawing::getMetric, &::THEMEGetMetric)(number), 0,
-                      LargestThemeMetric);
+                      isOfPicture ? LargestPictureMetric : LargestBarMetric);
 }
 
 std::optional<ThemeBitmap> ThemeGetBitmap(std::uint32_t number) {
@@ -117,9 +119,15 @@ void ThemeDrawToolbarBackground(QWidget &window, QPainter &painter) {
                                                                                  0, 0);
 }
 
+QSizeF SizeOfThemeBitmap(const ThemeBitmap &bitmap) {
+    return QSizeF(bitmap.width, bitmap.height) / bitmap.ratio;
+}
+
 QImage ImageOfThemeBitmap(const ThemeBitmap &bitmap, double devicePixelRatio) {
     const QImage pixels(reinterpret_cast<const uchar *>(bitmap.pixels.data()), bitmap.width,
                         bitmap.height, QImage::Format_ARGB32);
+    const double longest = std::max(bitmap.width, bitmap.height);
+    devicePixelRatio = std::min(devicePixelRatio, LargestThemeBitmapSide / longest * bitmap.ratio);
     const double scale = devicePixelRatio / bitmap.ratio;
     const auto side = [scale](int length) {
         return std::max(1, static_cast<int>(std::lround(length * scale)));

@@ -7,6 +7,7 @@
 #include "tonewright_theme.h"
 
 #include <QImage>
+#include <QSizeF>
 
 #include <cstdint>
 #include <optional>
@@ -29,9 +30,11 @@ void ThemeUnload();
 // True when the program draws with the library in this file, under whatever path.
 bool ThemeIsLoadedFrom(const std::string &path);
 
-// The largest measure that is believed, in pixels.
-constexpr int LargestThemeMetric = 4096;
-// A measure by its number, THEME_METRIC_...; 0 for one that has none, and for what is negative.
+// The largest measures that are believed, in device-independent pixels: no theme pushes the list or
+// the buttons of the settings off a small screen, so that another one can be chosen.
+constexpr int LargestBarMetric = 128;     // of the tool bar
+constexpr int LargestPictureMetric = 192; // of the picture of a box
+// A measure by its number, THEME_METRIC_..., from 0 to the largest; 0 for one that has none.
 int ThemeGetMetric(int number);
 
 // A bitmap by its number, THEME_BITMAP_..., if the theme has it.
@@ -51,7 +54,12 @@ void ThemeDrawButton(QWidget &window, QPainter &painter, const QRect &rectangle,
 // Paints what lies behind the tool buttons over a whole window.
 void ThemeDrawToolbarBackground(QWidget &window, QPainter &painter);
 
-// A bitmap in the device pixels of a screen that has so many for one at scale 1.
+// What a box has room for of a bitmap that is shown in its own size.
+constexpr QSize LargestShownBitmap{600, 200}; // device-independent pixels
+// How large a bitmap is shown, in device-independent pixels.
+QSizeF SizeOfThemeBitmap(const ThemeBitmap &bitmap);
+// A bitmap in the device pixels of a screen that has so many for one at scale 1; in as many as a
+// bitmap may have, where it would get more.
 QImage ImageOfThemeBitmap(const ThemeBitmap &bitmap, double devicePixelRatio);
 
 // Gives the picture of a box, its control 10, the size that the theme has for it, if it has one.

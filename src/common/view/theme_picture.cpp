@@ -73,7 +73,7 @@ void ShowThemeBitmap(QLabel &control, std::uint32_t number) {
     const std::optional<ThemeBitmap> bitmap = ThemeGetBitmap(number);
     control.setVisible(bitmap.has_value());
     if (bitmap) {
-        control.setFixedSize(ImageOfThemeBitmap(*bitmap, 1).size());
+        control.setFixedSize(SizeOfThemeBitmap(*bitmap).toSize().boundedTo(LargestShownBitmap));
         new ThemePicturePainter(control, ThemeDrawBitmap, number);
     }
 }

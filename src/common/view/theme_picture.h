@@ -14,7 +14,7 @@ namespace tonewright {
 void ShowThemePicture(QLabel &control, std::uint32_t number);
 
 // Makes a label show a bitmap of the theme by its number, THEME_BITMAP_..., in the size of the
-// bitmap; hides it where the theme has none.
+// bitmap, cut to LargestShownBitmap; hides it where the theme has none.
 void ShowThemeBitmap(QLabel &control, std::uint32_t number);
 
 } // namespace tonewright

@@ -30,30 +30,44 @@ constexpr int RowMargin = 10;           // above, between and below preview and 
 constexpr int PreviewHeightOfNone = 12; // where there is no theme
 constexpr int PreviewPlace = 4;         // from the left and the top of a row
 constexpr int NameGap = 3;              // between preview and name
-constexpr int LargestListWidth = 600;   // a wider preview is cut
 constexpr int LineWidth = 2;            // along the top of a row
 
 struct ThemeRow {
     std::string path;
     QString name;
     ThemeBitmap preview;
+    QSize size;            // of what is shown of the preview, in device-independent pixels
+    QImage image = {};     // that, made when it is painted first
+    double imageScale = 0; // of the screen for which it is made
 };
 
-QSizeF SizeOf(const ThemeBitmap &preview) {
-    return QSizeF(preview.width, preview.height) / preview.ratio;
+// What is shown of the preview of a row on a screen of a scale.
+const QImage &ImageOf(ThemeRow &row, double scale) {
+    if (row.imageScale != scale) {
+        const QImage whole = ImageOfThemeBitmap(row.preview, scale);
+        const QSize shown = (QSizeF(row.size) * whole.devicePixelRatio()).toSize();
+        row.image = whole.copy(QRect(QPoint(), shown.boundedTo(whole.size())));
+        row.imageScale = scale;
+    }
+    return row.image;
 }
 
 std::vector<ThemeRow> ReadThemes() {
     std::vector<ThemeRow> rows;
     for (const std::string &path : ThemeFiles()) {
-        // A second beginning and end would take the theme away from under the program.
+        // Whether it is the theme that draws is told by its file, not by its name, which another
+        // one may have been chosen over, or which a second file has: a second beginning and end
+        // would take the theme away from under the program.
         std::optional<ThemeBitmap> preview =
             ThemeIsLoadedFrom(path) ? ThemeGetBitmap(THEME_BITMAP_PREVIEW) : ThemePreviewOf(path);
         if (preview) {
+            const QSizeF size = SizeOfThemeBitmap(*preview);
             rows.push_back(
                 {.path = path,
                  .name = QString::fromStdString(ThemeDisplayName(FileNameOfPath(path.c_str()))),
-                 .preview = std::move(*preview)});
+                 .preview = std::move(*preview),
+                 .size = QSize(qCeil(size.width()), qCeil(size.height()))
+                             .boundedTo(LargestShownBitmap)});
         }
     }
     return rows;
@@ -105,10 +119,8 @@ private:
     void MakeList() {
         int height = rows.empty() ? PreviewHeightOfNone : 0, width = 0;
         for (const ThemeRow &row : rows) {
-            const QSizeF preview = SizeOf(row.preview);
-            height = std::max(height, qCeil(preview.height()));
-            width = std::max(
-                {width, qCeil(preview.width()), fontMetrics().horizontalAdvance(row.name)});
+            height = std::max(height, row.size.height());
+            width = std::max({width, row.size.width(), fontMetrics().horizontalAdvance(row.name)});
         }
         ListBoxFill(list, static_cast<int>(rows.size()));
         ListSetItemHeight(list, fontMetrics().height() + RowMargin + height);
@@ -121,7 +133,7 @@ private:
             this);
         view->setObjectName("control_101");
         view->setAccessibleName("Themes");
-        view->setMinimumWidth(std::min(width, LargestListWidth) + 2 * PreviewPlace +
+        view->setMinimumWidth(std::min(width, LargestShownBitmap.width()) + 2 * PreviewPlace +
                               2 * view->frameWidth() +
                               view->verticalScrollBar()->sizeHint().width());
         ui.place_101->addWidget(view);
@@ -135,20 +147,19 @@ private:
         view->setFocus();
     }
 
-    void PaintRow(const ListRowPainting &painting) const {
+    void PaintRow(const ListRowPainting &painting) {
         const auto &[painter, area, number, selected] = painting;
-        const ThemeRow &row = rows[static_cast<std::size_t>(number)];
+        ThemeRow &row = rows[static_cast<std::size_t>(number)];
         painter.fillRect(area, selected ? QColor(Qt::darkGray) : QColor(Qt::white));
         if (!selected) {
             painter.setPen(SystemColourOf(SystemColour::ButtonFace));
             painter.drawRect(area.adjusted(0, 0, -1, -1));
         }
         painter.fillRect(QRect(area.topLeft(), QSize(area.width(), LineWidth)), Qt::black);
-        const QSizeF preview = SizeOf(row.preview);
         painter.drawImage(area.topLeft() + QPoint(PreviewPlace, PreviewPlace),
-                          ImageOfThemeBitmap(row.preview, devicePixelRatioF()));
+                          ImageOf(row, devicePixelRatioF()));
         painter.setPen(selected ? Qt::white : Qt::black);
-        const int below = PreviewPlace + qCeil(preview.height()) + NameGap;
+        const int below = PreviewPlace + row.size.height() + NameGap;
         painter.drawText(area.adjusted(PreviewPlace, below, -PreviewPlace, 0),
                          Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine, row.name);
     }
@@ -162,7 +173,7 @@ private:
 
     Ui::SelectThemeBox ui;
     std::string &theme;
-    const std::vector<ThemeRow> rows;
+    std::vector<ThemeRow> rows;
     ListBox list;
     ListBoxView *view = nullptr; // a child
 };

@@ -35,6 +35,10 @@ QImage Ground(QSize size, const QColor &colour) {
     return image;
 }
 
+std::vector<std::uint32_t> Pixels(std::size_t width, std::size_t height) {
+    return std::vector<std::uint32_t>(width * height, 0xFF336699);
+}
+
 QImage DrawnButton(unsigned state, int picture = THEME_TOOL_OPEN) {
     QImage image = Ground({48, 48}, Qt::white);
     QWidget window;
@@ -70,7 +74,6 @@ TEST(LinkedTheme, ThePictureOfABoxIsPaintedIntoItsRectangle) {
         ThemeDrawPicture(painter, QRect(0, 0, 48, 48), ApplicationPicture, Qt::white);
     }
     EXPECT_NE(image.copy(0, 0, 48, 48), Ground({48, 48}, Qt::white));
-    image.setDevicePixelRatio(1);
     EXPECT_EQ(image.copy(48, 0, 72, 120), Ground({72, 120}, Qt::white));
 }
 
@@ -145,7 +148,33 @@ TEST_F(ThemeLoading, SenselessMetricsAreKeptWithinReason) {
     ThemeCurrent = "THEME_A.dll";
     ASSERT_TRUE(ThemeLoad());
     EXPECT_EQ(ThemeGetMetric(THEME_METRIC_TOOL_LEFT), 0);
-    EXPECT_EQ(ThemeGetMetric(THEME_METRIC_TOOL_TOP), 4096);
+    EXPECT_EQ(ThemeGetMetric(THEME_METRIC_TOOL_TOP), 128);
+    ThemeUnload();
+    house.Put("senseless", "THEME_B.dll");
+    ThemeCurrent = "THEME_B.dll";
+    ASSERT_TRUE(ThemeLoad());
+    for (const int number : {1, 2, 3, 5, 6, 7, 8}) {
+        EXPECT_EQ(ThemeGetMetric(number), 128) << number;
+    }
+    EXPECT_EQ(ThemeGetMetric(THEME_METRIC_PICTURE_WIDTH), 192);
+    EXPECT_EQ(ThemeGetMetric(THEME_METRIC_PICTURE_HEIGHT), 192);
+}
+
+TEST(ThemeBitmapImage, HasThePixelsOfTheScreen) {
+    const ThemeBitmap bitmap{.width = 20, .height = 10, .ratio = 2, .pixels = Pixels(20, 10)};
+    EXPECT_EQ(SizeOfThemeBitmap(bitmap), QSizeF(10, 5));
+    EXPECT_EQ(ImageOfThemeBitmap(bitmap, 1).size(), QSize(10, 5));
+    EXPECT_EQ(ImageOfThemeBitmap(bitmap, 2).size(), QSize(20, 10));
+    EXPECT_EQ(ImageOfThemeBitmap(bitmap, 3).size(), QSize(30, 15));
+    EXPECT_EQ(ImageOfThemeBitmap(bitmap, 3).deviceIndependentSize(), QSizeF(10, 5));
+}
+
+TEST(ThemeBitmapImage, IsNeverLargerThanTheLargestBitmap) {
+    const ThemeBitmap bitmap{.width = 3000, .height = 300, .pixels = Pixels(3000, 300)};
+    const QImage image = ImageOfThemeBitmap(bitmap, 2);
+    EXPECT_EQ(image.size(), QSize(4096, 410));
+    EXPECT_NEAR(image.deviceIndependentSize().width(), 3000, 0.5); // where it is painted
+    EXPECT_EQ(ImageOfThemeBitmap(bitmap, 1).size(), QSize(3000, 300));
 }
 
 TEST_F(ThemeLoading, AThemeWithoutDeInitAndConfigureLoads) {
@@ -351,6 +380,16 @@ TEST_F(ThemeLoading, ALabelOfABitmapHasItsSizeAndHidesWhereThereIsNone) {
     EXPECT_EQ(heading->size(), QSize(8, 8));
     EXPECT_FALSE(heading->isHidden());
     EXPECT_TRUE(none->isHidden());
+}
+
+TEST_F(ThemeLoading, ALabelOfALargeBitmapLeavesRoomForItsBox) {
+    house.Put("large", "THEME_A.dll");
+    ThemeCurrent = "THEME_A.dll";
+    ASSERT_TRUE(ThemeLoad());
+    QLabel heading;
+    ShowThemeBitmap(heading, THEME_BITMAP_TIP_HEADING);
+    EXPECT_EQ(heading.size(), QSize(600, 200));
+    EXPECT_EQ(heading.grab().toImage().pixelColor(599, 199), QColor(Qt::red));
 }
 
 TEST_F(ThemeLoading, APreviewIsAskedForBetweenABeginningAndAnEnd) {

@@ -137,6 +137,21 @@ TEST_F(SelectThemeTest, APreviewThatIsTooWideIsCut) {
     });
 }
 
+TEST_F(SelectThemeTest, APreviewThatIsTooLargeIsCutSoThatItsNameIsSeen) {
+    house.Put("large", "THEME_A.dll");
+    WithBox([&](QDialog &box) {
+        const int text = List(box).fontMetrics().height();
+        EXPECT_EQ(List(box).RowRectangle(0).height(), text + 10 + 200);
+        List(box).resize(box.size());
+        const QImage row = Picture(box, 0);
+        const QRgb grey = 0xFF808080, red = 0xFFFF0000;
+        EXPECT_TRUE(IsAll(row, QRect(4, 4, 600, 200), red));
+        EXPECT_TRUE(IsAll(row, QRect(0, 204, 4, text), grey));
+        EXPECT_TRUE(HasPixel(row, QRect(4, 204, 20, text + 6), White));
+        Press(box, 2);
+    });
+}
+
 TEST_F(SelectThemeTest, WithoutAThemeTheBoxIsEmptyAndOkClosesItAsCancelDoes) {
     EXPECT_FALSE(WithBox([&](QDialog &box) {
         EXPECT_EQ(Rows(box), Calls());

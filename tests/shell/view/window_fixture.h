@@ -59,9 +59,9 @@ protected:
         }
     }
 
-    void MakeWindow() {
+    void MakeWindow(int screenHeight = 1080) {
         window.reset();
-        window = std::make_unique<MainWindow>(MainWindowSize(1080), true);
+        window = std::make_unique<MainWindow>(MainWindowSize(screenHeight), true);
         UndoInit(window.get());
         window->AddBars();
         window->AddList();

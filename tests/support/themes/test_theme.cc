@@ -31,6 +31,9 @@
 #ifndef BITMAP_CUT // bytes that the block has too few
 #define BITMAP_CUT 0
 #endif
+#ifndef BITMAP_DENSITY
+#define BITMAP_DENSITY 0
+#endif
 
 namespace {
 
@@ -73,6 +76,9 @@ int THEMEGetSupport(int version) {
 #ifndef WITHOUT_INIT
 int THEMEInit(int version, int program, int third, int fourth) {
     Tell("THEMEInit %d %d %d %d", version, program, third, fourth);
+#ifdef ABORTS
+    std::_Exit(134); // as abort() would, without a core
+#endif
     return INIT;
 }
 #endif
@@ -122,6 +128,9 @@ int THEMEDrawToolbarBackground(ThemeWindow *window, ThemePainter *painter, uintp
 
 #ifndef WITHOUT_GET_METRIC
 int THEMEGetMetric(int number) {
+#ifdef METRICS // all of them
+    return number > 0 ? METRICS : 0;
+#else
     switch (number) {
     case THEME_METRIC_PICTURE_WIDTH:
         return 40;
@@ -134,6 +143,7 @@ int THEMEGetMetric(int number) {
     default:
         return 30 + number;
     }
+#endif
 }
 #endif
 
@@ -156,6 +166,8 @@ void *THEMEGetBitmap(uint32_t number) {
     for (int index = 0; index < 4; ++index) {
         block[4 + index] = static_cast<unsigned char>(BITMAP_WIDTH >> 8 * index);
         block[8 + index] = static_cast<unsigned char>(BITMAP_HEIGHT >> 8 * index);
+        block[24 + index] = block[28 + index] =
+            static_cast<unsigned char>(BITMAP_DENSITY >> 8 * index);
     }
     block[12] = 1;
     block[14] = BITMAP_BITS;
