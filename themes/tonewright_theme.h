@@ -123,10 +123,10 @@ THEME_EXPORT int THEMEGetMetric(int number);
  * (BITMAPINFOHEADER, little-endian): size 40, width and height above 0 and up to 4096, 1 plane, 24
  * or 32 bits, no compression, no colour table. The rows follow bottom-up, each padded to a
  * multiple of four bytes, a pixel being blue, green, red and, with 32 bits, alpha (not
- * premultiplied). The size of the rows in the header is theirs, or 0. The pixels a metre are the
- * same across and down and tell the scale: 3780, or 0, is one pixel of the bitmap for each of the
- * screen at scale 1, 7560 two, up to 30240, which is eight. Whatever differs from this counts as no
- * bitmap. What is scaled for the screen is never made larger than 4096 a side, and a preview and
+ * premultiplied). The size of the rows in the header is theirs, or 0. Whatever differs from this
+ * counts as no bitmap. The pixels a metre, the same across and down, tell the scale: 3780 is one
+ * pixel of the bitmap for each of the screen at scale 1, 7560 two, up to 30240, which is eight; with
+ * any others the bitmap is drawn as it stands. What is scaled for the screen is never made larger than 4096 a side, and a preview and
  * the heading of the tips are cut at 600 by 200 device-independent pixels. */
 THEME_EXPORT void *THEMEGetBitmap(uint32_t number);
 

@@ -38,15 +38,17 @@ bool IsSide(std::uint32_t pixels) {
     return pixels >= 1 && pixels <= LargestThemeBitmapSide; // a negative one is above
 }
 
-bool IsDensity(std::uint32_t across, std::uint32_t down) {
-    return across == down &&
-           (across == 0 || (across >= PixelsPerMetre && across <= MostPixelsPerMetre));
+// Programs that make pictures write densities of many kinds there, 2835 for one: what is no scale
+// of a screen is drawn as it stands.
+double ScaleOf(std::uint32_t across, std::uint32_t down) {
+    const bool isScale = across == down && across >= PixelsPerMetre && across <= MostPixelsPerMetre;
+    return isScale ? static_cast<double>(across) / PixelsPerMetre : 1.0;
 }
 
 bool IsTaken(const Header &header) {
     return header.size == ThemeBitmapHeaderSize && IsSide(header.width) && IsSide(header.height) &&
            header.planes == 1 && (header.bits == 24 || header.bits == 32) &&
-           header.compression == 0 && IsDensity(header.across, header.down) && header.colours == 0;
+           header.compression == 0 && header.colours == 0;
 }
 
 std::uint32_t Blended(std::uint32_t source, std::uint32_t alpha, std::uint32_t background) {
@@ -70,11 +72,10 @@ std::optional<ThemeBitmap> ReadThemeBitmap(std::span<const std::uint8_t> block) 
         block.size() - ThemeBitmapHeaderSize < size) {
         return std::nullopt;
     }
-    ThemeBitmap bitmap{
-        .width = static_cast<int>(header.width),
-        .height = static_cast<int>(header.height),
-        .ratio = header.across == 0 ? 1.0 : static_cast<double>(header.across) / PixelsPerMetre,
-        .pixels = {}};
+    ThemeBitmap bitmap{.width = static_cast<int>(header.width),
+                       .height = static_cast<int>(header.height),
+                       .ratio = ScaleOf(header.across, header.down),
+                       .pixels = {}};
     bitmap.pixels.reserve(std::size_t{header.width} * header.height);
     for (std::uint32_t row = header.height; row-- > 0;) {
         std::span<const std::uint8_t> bytes =

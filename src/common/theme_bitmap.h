@@ -9,9 +9,9 @@
 //         14  20 00         bits a pixel: 24, or 32 with alpha
 //         16  00 00 00 00   compression, none
 //         20  00 00 00 00   bytes of the rows, or 0
-//         24  88 1D 00 00   pixels a metre, across: 0 or 3780 at scale 1, 7560 at scale 2, up to
-//                           30240 at scale 8
-//         28  88 1D 00 00   and down: the same number
+//         24  88 1D 00 00   pixels a metre, across: 3780 at scale 1, 7560 at scale 2, up to 30240
+//                           at scale 8
+//         28  88 1D 00 00   and down: the same number; with other ones the scale is 1
 //         32  00 00 00 00   colours of a table, none
 //         36  00 00 00 00   not looked at
 //         40  FF 00 00 80   blue, green, red, alpha of the lowest row's first pixel: a blue that

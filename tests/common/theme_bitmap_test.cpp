@@ -62,6 +62,22 @@ TEST(ThemeBitmap, PixelsPerMetreAreItsScale) {
     EXPECT_EQ(ReadChanged({{24, 0x20}, {25, 0x76}, {28, 0x20}, {29, 0x76}})->ratio, 8.0);
 }
 
+TEST(ThemeBitmap, PixelsPerMetreThatAreNoScaleOfAScreenLeaveItAsItStands) {
+    const std::pair<const char *, std::initializer_list<std::pair<int, int>>> densities[] = {
+        {"across only", {{24, 0x88}, {25, 0x1D}}},
+        {"1", {{24, 1}, {28, 1}}},
+        {"2835", {{24, 0x13}, {25, 0x0B}, {28, 0x13}, {29, 0x0B}}},
+        {"3779", {{24, 0xC3}, {25, 0x0E}, {28, 0xC3}, {29, 0x0E}}},
+        {"30241", {{24, 0x21}, {25, 0x76}, {28, 0x21}, {29, 0x76}}},
+        {"negative", {{27, 0x80}, {31, 0x80}}},
+    };
+    for (const auto &[what, bytes] : densities) {
+        const auto bitmap = ReadChanged(bytes);
+        ASSERT_TRUE(bitmap) << what;
+        EXPECT_EQ(bitmap->ratio, 1.0) << what;
+    }
+}
+
 TEST(ThemeBitmap, AHeaderThatTellsOfAnythingElseIsNoBitmap) {
     struct Lie {
         const char *what;
@@ -85,11 +101,6 @@ TEST(ThemeBitmap, AHeaderThatTellsOfAnythingElseIsNoBitmap) {
         {"compression", {{16, 3}}},
         {"15 bytes of rows", {{20, 15}}},
         {"17 bytes of rows", {{20, 17}}},
-        {"pixels per metre across only", {{24, 0xC4}, {25, 0x0E}}},
-        {"1 pixel per metre", {{24, 1}, {28, 1}}},
-        {"3779 pixels per metre", {{24, 0xC3}, {25, 0x0E}, {28, 0xC3}, {29, 0x0E}}},
-        {"30241 pixels per metre", {{24, 0x21}, {25, 0x76}, {28, 0x21}, {29, 0x76}}},
-        {"negative pixels per metre", {{27, 0x80}, {31, 0x80}}},
         {"a table of colours", {{32, 1}}},
     };
     for (const Lie &lie : lies) {

@@ -25,7 +25,7 @@ const std::vector<std::string> ThemesThatDoNotStart = {
     "failing",
 };
 const std::vector<std::string> ThemesWithoutBitmaps = {
-    "bits_16", "negative_height", "too_wide", "cut", "coarse", "no_bitmap",
+    "bits_16", "negative_height", "too_wide", "cut", "no_bitmap",
 };
 
 namespace {

@@ -31,9 +31,6 @@
 #ifndef BITMAP_CUT // bytes that the block has too few
 #define BITMAP_CUT 0
 #endif
-#ifndef BITMAP_DENSITY
-#define BITMAP_DENSITY 0
-#endif
 
 namespace {
 
@@ -157,6 +154,7 @@ void *THEMEGetBitmap(uint32_t number) {
     if (number == 99) {
         return nullptr;
     }
+    constexpr int PixelsPerMetre = 2835; // as many programs write, and no scale of a screen
     const std::size_t pixelBytes = BITMAP_BITS / 8;
     const std::size_t rowSize = (BITMAP_WIDTH * pixelBytes + 3) / 4 * 4;
     const int rows = BITMAP_HEIGHT < 0 ? -(BITMAP_HEIGHT) : BITMAP_HEIGHT;
@@ -167,7 +165,7 @@ void *THEMEGetBitmap(uint32_t number) {
         block[4 + index] = static_cast<unsigned char>(BITMAP_WIDTH >> 8 * index);
         block[8 + index] = static_cast<unsigned char>(BITMAP_HEIGHT >> 8 * index);
         block[24 + index] = block[28 + index] =
-            static_cast<unsigned char>(BITMAP_DENSITY >> 8 * index);
+            static_cast<unsigned char>(PixelsPerMetre >> 8 * index);
     }
     block[12] = 1;
     block[14] = BITMAP_BITS;
