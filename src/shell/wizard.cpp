@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/text.h"
+#include "shell/screen_saver.h"
 #include "shell/settings_file.h"
 #include "shell/shell_window.h"
 #include "shell/single_setting.h"
@@ -152,7 +153,11 @@ std::optional<std::string> SelectedText(const ControlRecord &record,
 void StoreChecked(const ControlRecord &record, bool checked, std::span<const ConfigKey> rows) {
     std::uint32_t *number = NumberOf(record, rows);
     if (record.kind == ControlKind::CheckBox) {
-        if (number && record.screenSaver.empty()) {
+        if (!record.screenSaver.empty()) {
+            if (checked) {
+                InstallScreenSaver(record.screenSaver);
+            }
+        } else if (number) {
             *number = checked ? record.checkedValue : record.uncheckedValue;
         }
     } else if (record.kind == ControlKind::RadioButton && checked) {
