@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 namespace tonewright {
 namespace {
 
@@ -28,7 +31,7 @@ Bytes Bitmap24() {
 }
 
 // The bitmap of 32 bits with some bytes of its header changed.
-std::optional<ThemeBitmap> ReadChanged(std::initializer_list<std::pair<int, int>> changes) {
+std::optional<ThemeBitmap> ReadChanged(const std::vector<std::pair<int, int>> &changes) {
     Bytes block = Bitmap32();
     for (const auto &[place, value] : changes) {
         block[static_cast<std::size_t>(place)] = static_cast<std::uint8_t>(value);
@@ -62,8 +65,13 @@ TEST(ThemeBitmap, PixelsPerMetreAreItsScale) {
     EXPECT_EQ(ReadChanged({{24, 0x20}, {25, 0x76}, {28, 0x20}, {29, 0x76}})->ratio, 8.0);
 }
 
+struct Change {
+    const char *what;
+    std::vector<std::pair<int, int>> bytes; // place and value
+};
+
 TEST(ThemeBitmap, PixelsPerMetreThatAreNoScaleOfAScreenLeaveItAsItStands) {
-    const std::pair<const char *, std::initializer_list<std::pair<int, int>>> densities[] = {
+    const Change densities[] = {
         {"across only", {{24, 0x88}, {25, 0x1D}}},
         {"1", {{24, 1}, {28, 1}}},
         {"2835", {{24, 0x13}, {25, 0x0B}, {28, 0x13}, {29, 0x0B}}},
@@ -79,11 +87,7 @@ TEST(ThemeBitmap, PixelsPerMetreThatAreNoScaleOfAScreenLeaveItAsItStands) {
 }
 
 TEST(ThemeBitmap, AHeaderThatTellsOfAnythingElseIsNoBitmap) {
-    struct Lie {
-        const char *what;
-        std::initializer_list<std::pair<int, int>> bytes;
-    };
-    const Lie lies[] = {
+    const Change lies[] = {
         {"size of the header 12", {{0, 12}}},
         {"size of the header 124", {{0, 124}}},
         {"width 0", {{4, 0}}},
@@ -103,7 +107,7 @@ TEST(ThemeBitmap, AHeaderThatTellsOfAnythingElseIsNoBitmap) {
         {"17 bytes of rows", {{20, 17}}},
         {"a table of colours", {{32, 1}}},
     };
-    for (const Lie &lie : lies) {
+    for (const Change &lie : lies) {
         EXPECT_FALSE(ReadChanged(lie.bytes)) << lie.what;
     }
     EXPECT_TRUE(ReadChanged({{20, 16}}));

@@ -14,9 +14,8 @@ namespace tonewright {
 
 // The looks of push buttons, the values of the setting SoftButtons. Any other value is drawn as
 // Soft.
-constexpr std::uint32_t SoftButtonNone = 0; // the platform's own
-constexpr std::uint32_t SoftButtonSoft =
-    1; // round corners, a broad edge where the light falls from
+constexpr std::uint32_t SoftButtonNone = 0;  // the platform's own
+constexpr std::uint32_t SoftButtonSoft = 1;  // round corners, a broad edge at the top and left
 constexpr std::uint32_t SoftButtonFlex = 2;  // a double frame, which turns inside out when pressed
 constexpr std::uint32_t SoftButtonWedge = 3; // cut corners, a bevel of single lines
 
