@@ -1,5 +1,4 @@
 // The default theme: coloured pictures on a bar shaded from the palette.
-#include "shared/box_pictures.h"
 #include "shared/measures.h"
 #include "shared/shapes.h"
 #include "shared/tool_bar.h"
@@ -72,18 +71,13 @@ void DrawBackground(QPainter &painter, const QPalette &palette, const QRect &rec
                      palette.color(QPalette::Mid));
 }
 
-QImage Bitmap(std::uint32_t number, double ratio) {
-    return number == THEME_BITMAP_PREVIEW ? PreviewOfToolBar(ratio)
-                                          : BoxPicture(Pictures, number, ratio);
-}
-
 } // namespace
 
 constexpr Look TheLook{
     .metrics = MediumMetrics,
     .drawButton = DrawButton,
     .drawBackground = DrawBackground,
-    .bitmap = Bitmap,
+    .pictures = Pictures,
 };
 
 } // namespace tonewright::theme

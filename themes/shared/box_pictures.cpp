@@ -18,12 +18,12 @@ constexpr BoxPictureRow BoxPictures[] = {
 
 } // namespace
 
-QImage BoxPicture(std::span<const EmbeddedPicture> pictures, std::uint32_t number, double ratio) {
+QImage BoxPicture(std::uint32_t number, double ratio) {
     for (const BoxPictureRow &row : BoxPictures) {
         if (row.number != number) {
             continue;
         }
-        const QByteArray svg = SvgOf(pictures, row.name);
+        const QByteArray svg = SvgOf(TheLook.pictures, row.name);
         const QSize size =
             number & THEME_BITMAP_OF_BOX
                 ? QSize(MetricOf(THEME_METRIC_PICTURE_WIDTH), MetricOf(THEME_METRIC_PICTURE_HEIGHT))

@@ -1,7 +1,7 @@
 // The pictures of boxes by the numbers of the interface.
 #pragma once
 
-#include "shared/picture.h"
+#include <QImage>
 
 #include <cstdint>
 
@@ -9,7 +9,7 @@ namespace tonewright::theme {
 
 // The heading of the tip box in the size in which it was drawn, or the picture of a box in the size
 // of the metrics, with `ratio` pixels for each device-independent one; a null image for any other
-// number. `pictures` has "tip-heading", "app", "settings-box" and "voice-box".
-QImage BoxPicture(std::span<const EmbeddedPicture> pictures, std::uint32_t number, double ratio);
+// number. TheLook has their pictures as "tip-heading", "app", "settings-box" and "voice-box".
+QImage BoxPicture(std::uint32_t number, double ratio);
 
 } // namespace tonewright::theme

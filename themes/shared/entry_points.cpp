@@ -1,6 +1,8 @@
 // The entry points of the theme interface, for every theme: they answer from TheLook.
 #include "shared/bitmap.h"
+#include "shared/box_pictures.h"
 #include "shared/look.h"
+#include "shared/tool_bar.h"
 
 #include <QGuiApplication>
 #include <QPainter>
@@ -84,5 +86,7 @@ int THEMEGetMetric(int number) {
 
 void *THEMEGetBitmap(uint32_t number) {
     const double ratio = qGuiApp ? std::clamp(qGuiApp->devicePixelRatio(), 1.0, LargestRatio) : 1.0;
-    return PackedBitmap(TheLook.bitmap(number, ratio), ratio);
+    return PackedBitmap(number == THEME_BITMAP_PREVIEW ? PreviewOfToolBar(ratio)
+                                                       : BoxPicture(number, ratio),
+                        ratio);
 }

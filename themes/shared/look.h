@@ -2,13 +2,12 @@
 // every theme: they ask the look of the theme that they are linked with.
 #pragma once
 
+#include "shared/picture.h"
 #include "tonewright_theme.h"
 
-#include <QImage>
 #include <QPalette>
 #include <QRect>
 
-#include <cstdint>
 #include <span>
 
 class QPainter;
@@ -28,9 +27,8 @@ struct Look {
                        int picture, unsigned state);
     // What lies behind the buttons. The painter's state may be changed.
     void (*drawBackground)(QPainter &painter, const QPalette &palette, const QRect &rectangle);
-    // A bitmap by its number, with `ratio` pixels for each device-independent one; a null image
-    // for a number that the theme does not have.
-    QImage (*bitmap)(std::uint32_t number, double ratio);
+    // Those of the tools (shared/tool_bar.h) and of the boxes (shared/box_pictures.h), by name.
+    std::span<const EmbeddedPicture> pictures;
 };
 
 extern const Look TheLook;

@@ -1,6 +1,5 @@
 // The themes "Slate Medium" and "Slate Compact": line drawings with flat colours on a bar of slate,
 // which take ink and ground from the palette. SLATE_COMPACT makes the compact one.
-#include "shared/box_pictures.h"
 #include "shared/measures.h"
 #include "shared/shapes.h"
 #include "shared/tool_bar.h"
@@ -143,18 +142,13 @@ void DrawBackground(QPainter &painter, const QPalette &palette, const QRect &rec
                      colours.edge);
 }
 
-QImage Bitmap(std::uint32_t number, double ratio) {
-    return number == THEME_BITMAP_PREVIEW ? PreviewOfToolBar(ratio)
-                                          : BoxPicture(Pictures, number, ratio);
-}
-
 } // namespace
 
 constexpr Look TheLook{
     .metrics = Metrics,
     .drawButton = DrawButton,
     .drawBackground = DrawBackground,
-    .bitmap = Bitmap,
+    .pictures = Pictures,
 };
 
 } // namespace tonewright::theme

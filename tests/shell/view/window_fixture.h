@@ -13,6 +13,7 @@
 #include "shell/view/main_window.h"
 #include "shell/view/voice_list_view.h"
 #include "support/bank_bytes.h"
+#include "support/mouse_buttons.h"
 #include "support/scripted_desktop.h"
 #include "support/temp_folder.h"
 
@@ -51,12 +52,7 @@ protected:
                            .programs = home.path.string()};
         FillDefaultFolders();
         MakeWindow();
-        // The toolkit remembers buttons that a test has left pressed.
-        for (const auto button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
-            if (QGuiApplication::mouseButtons() & button) {
-                QTest::mouseRelease(Viewport(), button);
-            }
-        }
+        ReleaseMouseButtons(Viewport());
     }
 
     void MakeWindow(int screenHeight = 1080) {
