@@ -1,0 +1,15 @@
+# mingw-w64 with POSIX threads, for 64-bit Windows; libraries and headers from @PREFIX@ and from
+# Debian's own folder of cross-built packages.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(target x86_64-w64-mingw32)
+set(CMAKE_C_COMPILER ${target}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${target}-g++-posix)
+set(CMAKE_RC_COMPILER ${target}-windres)
+set(CMAKE_AR ${target}-gcc-ar-posix)
+set(CMAKE_RANLIB ${target}-gcc-ranlib-posix)
+set(CMAKE_FIND_ROOT_PATH /usr/${target} @PREFIX@)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
