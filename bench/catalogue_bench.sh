@@ -58,7 +58,7 @@ int main(int, char **arguments) {
     return status != 0;
 }
 SOURCE
-memory() { "$folder/memory_of" "$@" 2>&1 >/dev/null; }
+memory() { { "$folder/memory_of" "$@" >/dev/null; } 2>&1; }
 
 names=(./*.syx)
 half=$((files / 2))

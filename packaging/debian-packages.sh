@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034 # the lists are for those who source this file
 # Installs the Debian packages that building and testing need; sourced by ./run and ./test.
 # need_packages NAME... installs what is missing and says so.
 
