@@ -1,6 +1,7 @@
 # shellcheck shell=bash disable=SC2034 # the lists are for those who source this file
 # Installs the Debian packages that building and testing need; sourced by ./run and ./test.
-# need_packages NAME... installs what is missing and says so.
+# need_packages NAME... installs what is missing and says so: as root, or by sudo, which asks for a
+# password only where it can be answered. What cannot be installed is named, with the command for it.
 
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-svg-dev libqt6svg6
   libportmidi-dev libasound2-dev zlib1g-dev fonts-liberation fonts-dejavu-core"
@@ -11,8 +12,6 @@ WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest
 WINDOWS_TEST_PACKAGES="wine64 xvfb xauth"
 PACKAGE_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils lintian shellcheck fakeroot
   dpkg-dev man-db"
-CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot
-  desktop-file-utils appstream shared-mime-info groff-base"
 
 need_packages() {
     local missing="" name
@@ -22,10 +21,17 @@ need_packages() {
     done
     [ -z "$missing" ] && return 0
     echo "Installing:$missing"
-    local sudo=""
-    [ "$(id -u)" = 0 ] || sudo="sudo"
-    $sudo apt-get update -qq
+    local -a as_root=()
+    if [ "$(id -u)" != 0 ]; then
+        as_root=(sudo)
+        # A question for a password needs somebody who reads it.
+        [ -t 0 ] && [ -t 2 ] || as_root+=(-n)
+    fi
     # shellcheck disable=SC2086 # the names are separate words
-    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends $missing \
-        >/dev/null
+    command -v "${as_root[0]:-apt-get}" >/dev/null && "${as_root[@]}" apt-get update -qq &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -qq --no-install-recommends $missing >/dev/null && return
+    echo "They could not be installed. As root:
+apt-get install --no-install-recommends$missing" >&2
+    return 1
 }
