@@ -21,9 +21,10 @@
 #                                 environment and nothing of this one's; what follows the command
 #                                 are its arguments $1, $2... Its result
 #   remove_root ROOT
-#   step LOG WORDS COMMAND...     runs a command into a log and prints a line about it; fails when
-#                                 the command failed or a compiler (or dpkg) warned in the log
+#   step                          as step.sh has it
 # Wanted packages: debootstrap debian-archive-keyring git
+
+. "${BASH_SOURCE[0]%/*}/step.sh"
 
 bare_systems=(bookworm trixie) # Debian 12 and 13
 bare_folder=                   # where roots and logs go
@@ -118,18 +119,4 @@ in_root() { # ROOT USER FOLDER COMMAND...
         setpriv --reuid "$user" --regid "$user" --init-groups --reset-env \
             sh -c "cd \"\$0\" && $command" "$folder" "$@" </dev/null || status=$?
         exit $status' inside "$1" "$2" "$3" "$4" "$(printf '%s\n' "${bare_binds[@]}")" "${@:5}"
-}
-
-step() { # LOG WORDS COMMAND...
-    local log=$1 words=$2 begin=$SECONDS result=ok warnings
-    shift 2
-    "$@" >"$log" 2>&1 || result=failed
-    warnings=$(grep -c ': warning: ' "$log" || true)
-    [ "$warnings" = 0 ] || result=failed
-    printf '%-40s %-7s %5d s' "$words" $result $((SECONDS - begin))
-    printf '%s' "$(sed -n 's/\(.*% tests passed.*\)/  \1/p' "$log" | tr -d '\n')"
-    [ "$warnings" = 0 ] || printf '  %d warnings' "$warnings"
-    printf '\n'
-    [ $result = ok ] || { tail -n 20 "$log" | sed 's/^/    /' && echo "    all of it: $log"; }
-    [ $result = ok ]
 }
