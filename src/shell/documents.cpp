@@ -2,6 +2,7 @@
 #include "shell/documents.h"
 
 #include "common/desktop.h"
+#include "common/file_bytes.h"
 #include "common/settings.h"
 #include "common/strings.h"
 #include "common/text.h"
@@ -73,6 +74,10 @@ int SaveUnderNewName() {
 
 std::string PendingOpenPath;
 
+std::string UnquotedPath(const std::string &text) {
+    return FileExists(text.c_str()) ? text : StripQuotes(text.c_str());
+}
+
 bool AskToSave() {
     if (!MainListState.dirty || CarefulHasNothingToSave()) {
         return true;
@@ -106,7 +111,7 @@ int RunOpen() {
         }
         path = *chosen;
     } else {
-        path = CutText(StripQuotes(PendingOpenPath.c_str()), PathLimit);
+        path = CutText(UnquotedPath(PendingOpenPath), PathLimit);
     }
     PendingOpenPath.clear();
 

@@ -9,6 +9,10 @@ namespace tonewright {
 // The path that the next Open takes without asking; empty: it asks.
 extern std::string PendingOpenPath;
 
+// The path that a text of a command line or the history stands for: the text without its double
+// quotes, which stand around paths; as it is where a file of just that name exists.
+std::string UnquotedPath(const std::string &text);
+
 // If the document is dirty, asks whether to save it; "yes" saves and goes on whether or not that
 // worked, in careful mode when it worked. False: the user wants to stay.
 bool AskToSave();

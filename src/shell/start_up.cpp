@@ -62,7 +62,7 @@ std::string CommandLinePath(int argumentCount, char **arguments) {
         line += i > 1 ? " " : "";
         line += arguments[i];
     }
-    return StripQuotes(line.c_str());
+    return UnquotedPath(line);
 }
 
 std::optional<std::string> TextInsteadOfStart(int argumentCount, char **arguments) {

@@ -125,6 +125,25 @@ TEST_F(ProgramStart, AQuotedPathOnTheCommandLineIsOpenedAndNotTheRecentDocument)
     EXPECT_NE(Settings().find("\nOpenPath = " + home.Folder() + "\n"), std::string::npos);
 }
 
+// As a file manager names a file: its path is one argument, whatever is in it.
+TEST_F(ProgramStart, AFileIsOpenedWhateverIsInItsName) {
+    std::filesystem::create_directories(home.path / ".config/Quillbrook/Tonewright 17");
+    const auto bytes = ReadTestFile(ExampleFile("tonewright.syx"));
+    for (const char *name :
+         {"two  blanks.syx", "it's.syx", "12\" single.syx", "12 single.syx", "\"all\".syx",
+          "100%s.syx", "$HOME `a`.syx", "back\\slash.syx", "Zwölf \u97f3\u8272 \u0437\u0432.syx",
+          "-dash.syx", "#1 & 2; (3) [4] {5} <6> | 7?*.syx"}) {
+        RunProgram({WindowProgram(), home.Write(name, bytes)});
+        EXPECT_NE(Settings().find("\nRecentDocumentPath = " + home.File(name) + "\n"),
+                  std::string::npos)
+            << name;
+        // It has what was opened, and nothing else.
+        const std::string history =
+            ReadTestText(home.File(".config/Quillbrook/Tonewright 17/FileMenuHistory.txt"));
+        EXPECT_NE(history.find(home.File(name) + ","), std::string::npos) << name;
+    }
+}
+
 TEST_F(ProgramStart, TheDayOfTheTipIsUsedUpUnlessTipsAreOff) {
     const auto startWith = [this](const std::string &settings) {
         std::filesystem::create_directories(home.path / ".config/Quillbrook");
