@@ -12,6 +12,8 @@ WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest
 WINDOWS_TEST_PACKAGES="wine64 xvfb xauth"
 PACKAGE_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils lintian shellcheck fakeroot
   dpkg-dev man-db"
+CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot
+  desktop-file-utils appstream shared-mime-info groff-base"
 
 need_packages() {
     local missing="" name
