@@ -1,4 +1,4 @@
-// The commands of the command-line program; what each takes stands in the table in main.cpp. Each
+// The commands of the command-line program; what each takes stands in command_table. Each
 // returns the exit status and explains a failure on standard error.
 #pragma once
 
@@ -42,5 +42,6 @@ int CliDbExport(const CliCall &call);
 int CliDbInsert(const CliCall &call);
 int CliDbCheck(const CliCall &call);
 int CliDbPrint(const CliCall &call);
+int CliComplete(const CliCall &call);
 
 } // namespace tonewright

@@ -1,0 +1,103 @@
+// The completions of shells, in these shells themselves. bash is everywhere, fish where it is
+// there; packaging/linux/test has zsh, which needs a terminal.
+#include "cli/run_cli.h"
+#include "support/temp_folder.h"
+
+#include <filesystem>
+
+namespace tonewright {
+namespace {
+
+class ShellCompletion : public testing::Test {
+protected:
+    ShellCompletion() {
+        for (const char *name :
+             {"a.syx", "B.SRX", "two words.syx", "v.sy1", "notes.txt", "c.crg"}) {
+            folder.WriteText(name, "");
+        }
+        std::filesystem::create_directory(folder.File("sub"));
+    }
+
+    // What a script of a shell prints, with the programs found by name and the folder the current
+    // one.
+    std::string Printed(const std::vector<std::string> &shell, const std::string &script) {
+        const std::string programs = std::filesystem::path(CliProgram()).parent_path().string();
+        std::vector<std::string> call = {"/usr/bin/env", "-C", folder.path.string(),
+                                         "PATH=" + programs + ":/usr/bin:/bin"};
+        call.insert(call.end(), shell.begin(), shell.end());
+        call.push_back(script);
+        const auto result = RunProgram(call);
+        EXPECT_EQ(result.errors, "");
+        return result.output;
+    }
+
+    // What bash offers for the last of these words, in brackets. It takes words apart at equal
+    // signs.
+    std::string Bash(const std::string &function, const std::string &words) {
+        return Printed(
+            {"/bin/bash", "--norc", "-c"},
+            ". " + SourceFile("packaging/linux/completion/tonewright.bash") + "; COMP_WORDS=(" +
+                words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
+                " \"${COMP_WORDS[0]}\" \"${COMP_WORDS[-1]}\" \"${COMP_WORDS[-2]}\";"
+                "((${#COMPREPLY[@]} == 0)) || printf '[%s]\\n' \"${COMPREPLY[@]}\" | sort");
+    }
+
+    std::string Cli(const std::string &words) {
+        return Bash("_tonewright_cli", "tonewright-cli " + words);
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(ShellCompletion, BashOffersCommandsOptionsAndValues) {
+    EXPECT_EQ(Cli("ex"), "[export]\n");
+    EXPECT_EQ(Cli("db p"), "[print]\n");
+    EXPECT_EQ(Cli("find --t"), "[--trace]\n");
+    EXPECT_EQ(Cli("settings get extras.W"), "[extras.WholeDetune]\n");
+    EXPECT_EQ(Cli("db list --sort po"), "[position]\n");
+    EXPECT_EQ(Cli("db list --sort = po"), "[position]\n");
+    EXPECT_EQ(Cli("db list --sort ="), "[date]\n[name]\n[position]\n[source]\n");
+    EXPECT_EQ(Cli("find --synth ''"),
+              "[Yamaha\\ DX7\\,\\ TX7\\,\\ Korg\\ Volca\\ FM]\n[Yamaha\\ reface\\ DX]\n");
+    EXPECT_EQ(Cli("edit a.syx 1 lfoW"), "[lfoWave=]\n");
+    EXPECT_EQ(Cli("edit a.syx 1 name ="), "");
+    EXPECT_EQ(Cli("edit a.syx 1 name = GLASS lfoW"), "[lfoWave=]\n");
+}
+
+TEST_F(ShellCompletion, BashOffersFilesOfTheRightKindAndFolders) {
+    EXPECT_EQ(Cli("upload ''"), "[B.SRX]\n[a.syx]\n[sub]\n[two words.syx]\n");
+    EXPECT_EQ(Cli("list tw"), "[two words.syx]\n");
+    EXPECT_EQ(Cli("reface-settings load ''"), "[c.crg]\n[sub]\n");
+    EXPECT_EQ(Cli("memory n"), "[notes.txt]\n");
+    EXPECT_EQ(Cli("edit a.syx 1 name = A a"), "[a.syx]\n[algorithm=]\n");
+}
+
+TEST_F(ShellCompletion, BashCompletesTheWindowProgramToo) {
+    EXPECT_EQ(Bash("_tonewright", "tonewright ''"), "[B.SRX]\n[a.syx]\n[sub]\n[two words.syx]\n");
+    EXPECT_EQ(Bash("_tonewright", "tonewright --v"), "[--version]\n");
+    EXPECT_EQ(Printed({"/bin/bash", "--norc", "-c"},
+                      ". " + SourceFile("packaging/linux/completion/tonewright.bash") +
+                          "; complete -p tonewright tonewright-cli"),
+              "complete -F _tonewright tonewright\ncomplete -F _tonewright_cli tonewright-cli\n");
+}
+
+TEST_F(ShellCompletion, FishOffersTheSame) {
+    if (!std::filesystem::exists("/usr/bin/fish")) {
+        GTEST_SKIP() << "no fish here";
+    }
+    const auto fish = [&](const std::string &line) {
+        return Printed({"HOME=" + folder.path.string(), "fish", "--no-config", "-c"},
+                       "source " + SourceFile("packaging/linux/completion/tonewright.fish") +
+                           "; complete -C '" + line + "'");
+    };
+    EXPECT_EQ(fish("tonewright-cli ex"),
+              "export\twrite the voice at PLACE into a file of its own\n");
+    EXPECT_EQ(fish("tonewright-cli list tw"), "two words.syx\n");
+    EXPECT_EQ(fish("tonewright-cli reface-settings load c"), "c.crg\n");
+    EXPECT_EQ(fish("tonewright-cli edit a.syx 1 lfoW"), "lfoWave=\n");
+    EXPECT_EQ(fish("tonewright-cli db list --sort=p"), "--sort=position\n");
+    EXPECT_EQ(fish("tonewright --v"), "--version\tshow the program's version\n");
+}
+
+} // namespace
+} // namespace tonewright
