@@ -19,7 +19,6 @@
 #include <cerrno>
 #include <ctime>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string_view>
 #include <system_error>
@@ -109,36 +108,74 @@ std::string LinesOfAll(const SettingsList &list) {
     return lines;
 }
 
-// What is done with a row that a line names, and with the value in that line.
-using TakeLine = std::function<void(const ConfigKey &row, std::string_view value)>;
-
-void ReadEachLine(const SettingsList &list, LineReader &lines, const TakeLine &take) {
-    const RowFinder finder = FinderOf(list);
-    std::string_view line;
-    while (NextLine(lines, line)) {
-        if (line == "\n") {
-            SkipEmptyLines(lines); // each would set the same row to the same value
-        } else if (line.starts_with(';') || BeginsNoRow(finder, line[0])) {
-            continue;
-        }
-        const auto [name, value] = SplitSettingLine(line);
-        if (const ConfigKey *row = FindRow(finder, name)) {
-            take(*row, value);
-        }
+// The row that a line names, and its value there; null for none.
+const ConfigKey *RowOfLine(const RowFinder &finder, std::string_view line,
+                           std::string_view &value) {
+    if (line.starts_with(';') || BeginsNoRow(finder, line[0])) {
+        return nullptr;
     }
+    const SettingLine setting = SplitSettingLine(line);
+    value = setting.value;
+    return FindRow(finder, setting.name);
 }
 
-// The lines of the rows that the user has chosen, `chosen` being the last of them. Nothing, the
-// reason in errno, when the file with the others cannot be read.
+std::string SectionLineOf(const SettingsList &list) {
+    return PlatformLines(FormatText("[%s]\n", list.section));
+}
+
+// The lines of a file that name no row, as they stand there: settings of a newer program, and what
+// the user noted. The comments above everything else, the line of the section and empty lines are
+// none of them, since they are written anew.
+struct OtherLines {
+    std::string_view section; // as its line names it
+    std::string text;
+    bool inHead = true;
+    bool isWhole = true; // the last line had its end; else the next one is the rest of it
+    bool isKept = false; // the last line is the end of `text`
+};
+
+void TakeOtherLine(OtherLines &others, std::string_view line) {
+    if (others.isWhole) { // a rest stays with its beginning
+        const std::string_view words = CutAtControl(line);
+        others.inHead = others.inHead && (words.empty() || words.starts_with(';'));
+        others.isKept = !others.inHead && !words.empty() && words != others.section;
+    }
+    if (others.isKept) {
+        others.text += line;
+    }
+    others.isWhole = line.ends_with('\n');
+}
+
+// Ends the last line of the text, which has none when it was the last one of its file or too long.
+void EndOtherLine(OtherLines &others) {
+    if (others.isKept && !others.isWhole) {
+        others.text += PlatformLines("\n");
+    }
+    others.isKept = false;
+}
+
+// The lines of the rows that the user has chosen, `chosen` being the last of them, and behind them
+// the other lines of the file. Nothing, the reason in errno, when it cannot be read.
 std::optional<std::string> LinesOfChosen(const SettingsList &list, const ConfigKey &chosen) {
     std::vector<std::string> lines(list.rows.size());
     const auto place = [&](const ConfigKey &row) -> std::string & {
         return lines[static_cast<std::size_t>(&row - list.rows.data())];
     };
+    const std::string sectionLine = SectionLineOf(list);
+    OtherLines others{.section = CutAtControl(sectionLine), .text = {}};
     if (auto reader = OpenLines(SettingsFilePath(list).c_str())) {
-        ReadEachLine(list, *reader, [&](const ConfigKey &row, std::string_view value) {
-            place(row) = LineOfValue(row, value);
-        });
+        const RowFinder finder = FinderOf(list);
+        std::string_view line, value;
+        while (NextLine(*reader, line)) {
+            if (const ConfigKey *row = RowOfLine(finder, line, value)) {
+                EndOtherLine(others);
+                others.inHead = false;
+                others.isWhole = line.ends_with('\n');
+                place(*row) = LineOfValue(*row, value);
+            } else {
+                TakeOtherLine(others, line);
+            }
+        }
         if (reader->error != 0) {
             errno = reader->error;
             return std::nullopt;
@@ -146,16 +183,13 @@ std::optional<std::string> LinesOfChosen(const SettingsList &list, const ConfigK
     } else if (errno != ENOENT) {
         return std::nullopt;
     }
+    EndOtherLine(others);
     place(chosen) = LineOfRow(chosen);
     std::string text;
     for (const std::string &line : lines) {
         text += line;
     }
-    return text;
-}
-
-std::string SectionLineOf(const SettingsList &list) {
-    return PlatformLines(FormatText("[%s]\n", list.section));
+    return text + others.text;
 }
 
 std::string HeadOf(const SettingsList &list) {
@@ -267,11 +301,17 @@ int ReadSettingsFile(const SettingsList &list, const char *path,
 
 void ReadSettingsLines(const SettingsList &list, LineReader &lines,
                        bool (*takes)(const ConfigKey &row)) {
-    ReadEachLine(list, lines, [takes](const ConfigKey &row, std::string_view value) {
-        if (!takes || takes(row)) {
-            SetValue(row, value);
+    const RowFinder finder = FinderOf(list);
+    std::string_view line, value;
+    while (NextLine(lines, line)) {
+        if (line == "\n") {
+            SkipEmptyLines(lines); // each would set the same row to the same value
         }
-    });
+        const ConfigKey *row = RowOfLine(finder, line, value);
+        if (row && (!takes || takes(*row))) {
+            SetValue(*row, value);
+        }
+    }
 }
 
 SettingsWrite WriteSettingsFile(const SettingsList &list) {

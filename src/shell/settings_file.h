@@ -54,7 +54,8 @@ enum class SettingsWrite {
 SettingsWrite WriteSettingsFile(const SettingsList &list);
 // Writes the value that the user has given to one row of the list, in the same way. Of a list that
 // is written when the user chooses, the other rows are those that stand in the user's file by now,
-// with the values that they have there; when it is there and cannot be read, nothing is written.
+// with the values that they have there, and lines that name no row stay, behind them; when the file
+// is there and cannot be read, nothing is written.
 SettingsWrite WriteChosenSetting(const SettingsList &list, const ConfigKey &chosen);
 // Writes the files of the lists that are written at the end: the worst that happened to one of
 // them, after `tell` has heard, with the reason in errno, of each that is not Done. Shows nothing.

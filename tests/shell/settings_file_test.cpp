@@ -481,6 +481,23 @@ TEST_F(SettingsFile, BackupsAreCopiesByteForByte) {
     EXPECT_EQ(ReadTestText(older), "two");
 }
 
+// Of a newer program's file this one keeps what it knows; the rest is in its backups.
+TEST_F(SettingsFile, AFileOfANewerProgramIsReadAndStaysWholeAsABackup) {
+    const std::string newer = ";Tonewright configuration file\n;Tonewright 18.0 revision 4\n;\n"
+                              "[Tonewright]\nFuture = 3\nMaxUndoLevel = 9\nVersionNumber = 600\n"
+                              "[Tonewright Windows]\nFutureX = 1\n";
+    WriteTestText(path, newer);
+    ConfigRead();
+    EXPECT_EQ(MaxUndoLevel, 9u);
+    EXPECT_EQ(VersionNumber, 544u);
+    ConfigWrite();
+    EXPECT_EQ(ReadTestText(backup), newer);
+    EXPECT_EQ(LineOf(ReadTestText(path), "MaxUndoLevel"), "MaxUndoLevel = 9");
+    EXPECT_EQ(ReadTestText(path).find("Future"), std::string::npos);
+    ConfigWrite();
+    EXPECT_EQ(ReadTestText(older), newer);
+}
+
 TEST_F(SettingsFile, ABackupWithoutAFileMovesOnAllTheSame) {
     WriteTestText(backup, "two");
     ConfigWrite();
@@ -688,7 +705,38 @@ TEST_F(ExtrasFile, ChoosingAValueKeepsTheOtherRowsOfTheFileAsTheyStandThere) {
     WholeDetune = 0; // for this start only, as by an option
     EXPECT_EQ(Choose("AuditionKeepsVoice", 0), SettingsWrite::Done);
     EXPECT_EQ(LinesBehindHead(extras),
-              "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1\nAuditionKeepsVoice = 0\n");
+              "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1\nAuditionKeepsVoice = 0\n"
+              ";AuditionKeepsVoice = 1\n");
+}
+
+// What a newer program has chosen is still chosen when that one starts again.
+TEST_F(ExtrasFile, LinesThatNameNoRowStayBehindTheRows) {
+    const std::string head = ";Tonewright configuration file\n;\n\n;\n[Extras]\n";
+    WriteTestText(extras, head + "Future = yes\nWholeDetune = 1\n;a note\r\n\n[Other]\n"
+                                 "WholeDetunes\t= \xFF\n");
+    EXPECT_EQ(Choose("CarefulMode", 1), SettingsWrite::Done);
+    const std::string written = "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1\nFuture = yes\n"
+                                ";a note\r\n[Other]\nWholeDetunes\t= \xFF\n";
+    EXPECT_EQ(LinesBehindHead(extras), written);
+    EXPECT_EQ(Choose("CarefulMode", 1), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(extras), written);
+}
+
+TEST_F(ExtrasFile, ALongLineThatNamesNoRowStaysWhole) {
+    const std::string future = "Future = " + std::string(900, 'x');
+    WriteTestText(extras, "WholeDetune = 1" + std::string(600, ' ') + "2\n" + future);
+    EXPECT_EQ(Choose("CarefulMode", 1), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(extras), "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1" +
+                                           std::string(243, ' ') + "\n" + future + "\n");
+}
+
+TEST_F(ExtrasFile, ARestOfALongLineThatIsARowEndsTheLine) {
+    // 259 bytes, which is where a line ends at the latest
+    const std::string future = "Future = " + std::string(250, 'x');
+    WriteTestText(extras, future + "WholeDetune = 1\nLater = 1\n");
+    EXPECT_EQ(Choose("CarefulMode", 1), SettingsWrite::Done);
+    EXPECT_EQ(LinesBehindHead(extras),
+              "\n;\n[Extras]\nCarefulMode = 1\nWholeDetune = 1\n" + future + "\nLater = 1\n");
 }
 
 TEST_F(ExtrasFile, TwoVersionsAreKeptAsBackups) {
