@@ -10,6 +10,8 @@ TEST_PACKAGES="libgtest-dev libbenchmark-dev clang libclang-rt-dev llvm python3 
 WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev patch
   nsis zip"
 WINDOWS_TEST_PACKAGES="wine64 xvfb xauth"
+DEB_PACKAGES="dpkg-dev"
+DEB_TEST_PACKAGES="xvfb jwm imagemagick"
 PACKAGE_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils lintian shellcheck fakeroot
   dpkg-dev man-db"
 CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot
