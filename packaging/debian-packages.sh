@@ -16,6 +16,8 @@ PACKAGE_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils lintia
   dpkg-dev man-db"
 CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot
   desktop-file-utils appstream shared-mime-info groff-base"
+INSTALL_TEST_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils libglib2.0-bin mandoc
+  groff-base xvfb xauth xdotool zsh"
 
 need_packages() {
     local missing="" name
