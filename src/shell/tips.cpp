@@ -24,7 +24,7 @@ std::string TextOfLine(std::string_view line) {
     std::string text(line);
     constexpr std::string_view lineBreak = "\\n";
     for (auto at = text.find(lineBreak); at != text.npos; at = text.find(lineBreak, at)) {
-        text.replace(at, lineBreak.size(), "\n");
+        text.replace(at, lineBreak.size(), 1, '\n');
     }
     return text;
 }
