@@ -19,6 +19,9 @@ CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroo
 INSTALL_TEST_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils libglib2.0-bin mandoc
   groff-base xvfb xauth xdotool zsh"
 
+TAR_PACKAGES="xz-utils"
+TAR_TEST_PACKAGES="debootstrap debian-archive-keyring git xz-utils xvfb jwm imagemagick"
+
 need_packages() {
     local missing="" name
     for name in "$@"; do
