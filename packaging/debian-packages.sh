@@ -17,7 +17,7 @@ PACKAGE_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils lintia
 CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot
   desktop-file-utils appstream shared-mime-info groff-base"
 INSTALL_TEST_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils libglib2.0-bin mandoc
-  groff-base xvfb xauth xdotool zsh"
+  groff-base xvfb xauth xdotool zsh bash-completion"
 
 TAR_PACKAGES="xz-utils"
 TAR_TEST_PACKAGES="debootstrap debian-archive-keyring git xz-utils xvfb jwm imagemagick"

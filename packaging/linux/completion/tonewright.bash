@@ -4,7 +4,7 @@
 # _tonewright_offer WORD...: what the last of these words of tonewright-cli may become, as it stands in
 # $cur with $lead in front of it.
 _tonewright_offer() {
-    local kind word extension letter pattern
+    local kind word extension letter pattern file files=()
     COMPREPLY=()
     while IFS=$'\t' read -r kind word extension; do
         if [ "$kind" = word ]; then
@@ -15,12 +15,11 @@ _tonewright_offer() {
             COMPREPLY+=("$word")
             continue
         fi
-        compopt -o filenames 2>/dev/null
         if [ -z "$word" ]; then
-            mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "$cur")
+            mapfile -t files < <(compgen -f -- "$cur")
             continue
         fi
-        mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -d -- "$cur")
+        mapfile -t files < <(compgen -d -- "$cur")
         for extension in $word $extension; do
             pattern=""
             while [ -n "$extension" ]; do # in letters of either case
@@ -28,9 +27,19 @@ _tonewright_offer() {
                 pattern+="[${letter,}${letter^}]"
                 extension=${extension:1}
             done
-            mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -X "!*.$pattern" -- "$cur")
+            mapfile -t -O "${#files[@]}" files < <(compgen -f -X "!*.$pattern" -- "$cur")
         done
     done < <("$program" complete -- "$@" 2>/dev/null)
+    # Among other words bash would take all for names of files, and quote an equal sign.
+    if ((${#COMPREPLY[@]} == 0)); then
+        compopt -o filenames 2>/dev/null
+        COMPREPLY=("${files[@]}")
+        return
+    fi
+    for file in "${files[@]}"; do
+        printf -v file '%q' "$file"
+        COMPREPLY+=("$file")
+    done
 }
 
 _tonewright_cli() {
