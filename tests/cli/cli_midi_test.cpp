@@ -40,7 +40,7 @@ TEST_F(CliPorts, PrintsTheBuiltInInstrumentsAheadOfTheRealPorts) {
     EXPECT_EQ(all.errors, "");
     EXPECT_TRUE(all.output.starts_with(BuiltinPorts)) << all.output;
     // A machine without MIDI has no line, and says nothing of it.
-    unsetenv("TONEWRIGHT_INSTRUMENTS");
+    RemoveVariable("TONEWRIGHT_INSTRUMENTS");
     const auto real = Cli({"ports"});
     EXPECT_EQ(real.exitStatus, 0);
     EXPECT_EQ(real.errors, "");
@@ -54,7 +54,7 @@ class CliWithoutInstruments : public CliMidi {
 protected:
     void SetUp() override {
         CliMidi::SetUp();
-        unsetenv("TONEWRIGHT_INSTRUMENTS");
+        RemoveVariable("TONEWRIGHT_INSTRUMENTS");
     }
     // Every command that needs a DX7, with further options.
     void ExpectNoDx7(const std::vector<std::string> &options, const std::string &reason) const {
@@ -715,7 +715,7 @@ TEST_F(CliMemory, ReadingItBackNeedsTheFileTheInstrumentAndTheRightExtension) {
 
 TEST_F(CliMemory, CanBeReadWithoutTheInstruments) {
     ExpectDone({"upload", Bank(), "--out", "dx7", "--memory", Memory()});
-    unsetenv("TONEWRIGHT_INSTRUMENTS");
+    RemoveVariable("TONEWRIGHT_INSTRUMENTS");
     ExpectDone({"memory", Memory(), "dx7", folder.File("out.syx")});
     EXPECT_EQ(ReadTestFile(folder.File("out.syx")), TestBank());
 }

@@ -4,13 +4,13 @@
 #include "core/synth_driver.h"
 #include "run_cli.h"
 #include "support/bank_bytes.h"
+#include "support/environment.h"
 #include "support/paths.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -454,7 +454,7 @@ Bytes BankWithHighDetunes() {
 
 TEST(CliWholeDetune, IsWhatTheOptionSaysOrElseExtras) {
     const TempFolder folder;
-    setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1);
+    SetVariable("XDG_CONFIG_HOME", folder.File("config"));
     const Bytes bank = BankWithHighDetunes();
     const std::string in = folder.Write("in.syx", bank);
     const auto saved = [&](std::vector<std::string> options) {
@@ -964,8 +964,8 @@ TEST(CliConfig, ReadsAsTheProgramDoes) {
 
 TEST(CliConfig, StartsFromTheDefaultFolders) {
     const TempFolder folder;
-    setenv("HOME", folder.path.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", folder.path.c_str(), 1);
+    SetVariable("HOME", folder.path.string());
+    SetVariable("XDG_CONFIG_HOME", folder.path.string());
     const auto result = Cli({"config", folder.WriteText("a.ini", "")});
     EXPECT_EQ(ConfigValue(result.output, "OpenPath"),
               folder.File("Documents/My Tonewright 17 Documents/"));

@@ -4,12 +4,12 @@
 #include "run_cli.h"
 
 #include "database/test_catalogue.h"
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -29,8 +29,7 @@ inline bool Contains(const std::string &text, const std::string &part) {
 class CliDb : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
+        SetHome(home.path.string());
         fs::create_directories(Documents());
         fs::create_directories(home.path / ".config/Quillbrook");
     }

@@ -4,6 +4,7 @@
 #include "run_cli.h"
 
 #include "support/bank_bytes.h"
+#include "support/environment.h"
 #include "support/family_names.h"
 #include "support/reface_bytes.h"
 #include "support/temp_folder.h"
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -93,9 +93,8 @@ inline std::string HexOf(const Bytes &bytes) {
 class CliMidi : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", folder.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", folder.File(".config").c_str(), 1);
-        setenv("TONEWRIGHT_INSTRUMENTS", "1", 1);
+        SetHome(folder.path.string());
+        SetVariable("TONEWRIGHT_INSTRUMENTS", "1");
     }
 
     void WriteSettings(const std::string &text) const {

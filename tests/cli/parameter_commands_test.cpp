@@ -2,6 +2,7 @@
 #include "run_cli.h"
 #include "support/bank_bytes.h"
 #include "support/comma_locale.h"
+#include "support/environment.h"
 #include "support/family_names.h"
 #include "support/parameter_bytes.h"
 #include "support/reface_bytes.h"
@@ -9,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -70,8 +70,7 @@ void ExpectDone(const ProgramResult &result) {
 class CliParameters : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", folder.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", folder.File(".config").c_str(), 1);
+        SetHome(folder.path.string());
     }
     // A call that fails so, prints nothing, and leaves the file that it was to write as it was.
     void ExpectRefused(const std::string &in, const std::string &place, const Words &changes,

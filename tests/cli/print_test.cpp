@@ -3,10 +3,10 @@
 
 #include "database/local_time.h"
 #include "database/test_catalogue.h"
+#include "support/environment.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <regex>
 #include <string>
@@ -28,12 +28,11 @@ bool Matches(const std::string &text, const std::string &pattern) {
 class CliPrint : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
-        setenv("SOURCE_DATE_EPOCH", std::to_string(LocalTime(2026, 11, 14, 14, 5, 9)).c_str(), 1);
+        SetHome(home.path.string());
+        SetVariable("SOURCE_DATE_EPOCH", std::to_string(LocalTime(2026, 11, 14, 14, 5, 9)));
         std::filesystem::create_directories(home.path / ".config/Quillbrook");
     }
-    void TearDown() override { unsetenv("SOURCE_DATE_EPOCH"); }
+    void TearDown() override { RemoveVariable("SOURCE_DATE_EPOCH"); }
 
     // A call that fails and writes no file.
     void ExpectNoPrint(const std::vector<std::string> &arguments, const std::string &reason,
@@ -108,7 +107,7 @@ TEST_F(CliPrint, TheSizeOfThePaperMayBeLetter) {
 }
 
 TEST_F(CliPrint, APresentTimeThatIsNoneIsTheClocks) {
-    setenv("SOURCE_DATE_EPOCH", "tomorrow", 1);
+    SetVariable("SOURCE_DATE_EPOCH", "tomorrow");
     ExpectDone({"print", Bank(), Out});
     EXPECT_FALSE(Contains(Text(), " 1970"));
     EXPECT_TRUE(Contains(Text(), "printed on "));

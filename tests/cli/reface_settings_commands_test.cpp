@@ -337,7 +337,7 @@ TEST_F(CliRefaceSettings, AnInstrumentThatDoesNotAnswerIsToldOf) {
 }
 
 TEST_F(CliRefaceSettings, WithoutPortsNothingIsDone) {
-    unsetenv("TONEWRIGHT_INSTRUMENTS");
+    RemoveVariable("TONEWRIGHT_INSTRUMENTS");
     const std::string out = folder.File("a.crg");
     const std::string file = folder.WriteText("full.crg", FirstLine + Keys(Factory));
     for (Words words : {Words{"get"}, {"set", "tempo=100"}, {"save", out}, {"load", file}}) {

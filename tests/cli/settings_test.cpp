@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace tonewright {
 namespace {
@@ -17,8 +16,7 @@ namespace {
 class CliHome : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
+        SetHome(home.path.string());
     }
 
     // A call that is refused with these words and writes nothing.
@@ -219,7 +217,7 @@ class CliCareful : public CliHome {
 protected:
     void SetUp() override {
         CliHome::SetUp();
-        setenv("TONEWRIGHT_INSTRUMENTS", "1", 1);
+        SetVariable("TONEWRIGHT_INSTRUMENTS", "1");
         auto bank = TestRefaceBank();
         bank[160 + 6 * 202 + 16] = 'y'; // the family of voice 7
         in = home.Write("in.srx", bank);

@@ -1,12 +1,12 @@
 // The command "system-information".
 #include "run_cli.h"
 
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 
 namespace tonewright {
@@ -14,8 +14,7 @@ namespace {
 
 TEST(CliSystemInformation, PrintsLabelTabAndValueOfWhatIsKnownWithoutAWindow) {
     const TempFolder home;
-    setenv("HOME", home.path.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
+    SetHome(home.path.string());
     std::filesystem::create_directory(home.path / ".config");
     const ProgramResult result = Cli({"system-information"});
     EXPECT_EQ(result.exitStatus, 0);
@@ -41,7 +40,7 @@ TEST(CliSystemInformation, PrintsNoControlCharacterOfAName) {
     const std::string folder = home.File("a\xC2\x9B"
                                          "2J\tb\xC3\xA9");
     std::filesystem::create_directory(folder);
-    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+    SetVariable("XDG_CONFIG_HOME", folder);
     const ProgramResult result = Cli({"system-information"});
     EXPECT_NE(result.output.find("Configuration folder:\t" + home.File("a?2J?b\xC3\xA9\n")),
               std::string::npos);

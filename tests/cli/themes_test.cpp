@@ -3,11 +3,11 @@
 
 #include "common/theme_files.h"
 #include "support/bank_bytes.h"
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace tonewright {
@@ -16,11 +16,10 @@ namespace {
 class CliThemes : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
-        setenv("XDG_DATA_HOME", home.File(".local/share").c_str(), 1);
+        SetHome(home.path.string());
+        SetVariable("XDG_DATA_HOME", home.File(".local/share"));
     }
-    void TearDown() override { unsetenv("XDG_DATA_HOME"); }
+    void TearDown() override { RemoveVariable("XDG_DATA_HOME"); }
 
     // The two that come with the program.
     static std::string OwnLines() {

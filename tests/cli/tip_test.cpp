@@ -1,11 +1,11 @@
 // The command "tip", beside the tips of the program and beside files of tips of other kinds.
 #include "run_cli.h"
 
+#include "support/environment.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <regex>
@@ -19,8 +19,7 @@ namespace {
 class CliTip : public testing::Test {
 protected:
     void SetUp() override {
-        setenv("HOME", home.path.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", home.File(".config").c_str(), 1);
+        SetHome(home.path.string());
     }
 
     void WriteIni(const std::string &text) const {

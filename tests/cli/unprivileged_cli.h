@@ -1,6 +1,7 @@
 // Runs tonewright-cli as a user who is not root.
 #pragma once
 
+#include "support/environment.h"
 #include "support/paths.h"
 #include "support/posix_limits.h"
 #include "support/run_program.h"
@@ -30,7 +31,7 @@ inline void RunCliUnprivileged(std::vector<std::string> arguments,
     arguments.insert(arguments.begin(), program);
     RunUnprivileged([&] {
         const std::string options = "suppressions=" + leaks + ":print_suppressions=0";
-        setenv("LSAN_OPTIONS", options.c_str(), 1);
+        SetVariable("LSAN_OPTIONS", options);
         judge(RunProgram(arguments));
     });
 }

@@ -85,7 +85,7 @@ TEST(LineReader, AFileBeyondItsBufferComesWhole) {
 TEST(LineReader, AMissingFileAndAFolderAreNotRead) {
     const TempFolder folder;
     EXPECT_FALSE(OpenLines(folder.File("gone").c_str()));
-    EXPECT_FALSE(OpenLines(folder.path.c_str()));
+    EXPECT_FALSE(OpenLines(folder.path.string().c_str()));
     EXPECT_FALSE(OpenLines(""));
 }
 

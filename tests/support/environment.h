@@ -1,17 +1,32 @@
-// The environment of a test and of the programs that it starts, on POSIX systems.
+// The environment of a test and of the programs that it starts.
 #pragma once
 
-#include <cstdlib>
+#include <QByteArray>
+
 #include <optional>
 #include <string>
 
 namespace tonewright {
 
+inline void SetVariable(const char *name, const std::string &value) {
+    qputenv(name, QByteArray::fromStdString(value));
+}
+inline void RemoveVariable(const char *name) {
+    qunsetenv(name);
+}
+
+// Programs that are started from now on take `home` for the user's home folder. Their settings are
+// in its folder .config, their documents in Documents.
+inline void SetHome(const std::string &home) {
+    SetVariable("HOME", home);
+    SetVariable("XDG_CONFIG_HOME", home + "/.config");
+}
+
 // A variable of the environment has another value, or none, as long as this lives.
 struct EnvironmentVariable {
     EnvironmentVariable(const char *name, const std::optional<std::string> &value) : name(name) {
-        if (const char *text = std::getenv(name)) {
-            former = text;
+        if (qEnvironmentVariableIsSet(name)) {
+            former = qgetenv(name).toStdString();
         }
         Set(value);
     }
@@ -22,9 +37,9 @@ struct EnvironmentVariable {
 private:
     void Set(const std::optional<std::string> &value) const {
         if (value) {
-            setenv(name, value->c_str(), 1);
+            SetVariable(name, *value);
         } else {
-            unsetenv(name);
+            RemoveVariable(name);
         }
     }
 
