@@ -970,7 +970,7 @@ TEST(CliConfig, StartsFromTheDefaultFolders) {
     EXPECT_EQ(ConfigValue(result.output, "OpenPath"),
               folder.File("Documents/My Tonewright 17 Documents/"));
     EXPECT_EQ(ConfigValue(result.output, "ApplicationPath"),
-              std::filesystem::path(CliProgram()).parent_path().string() + "/");
+              (std::filesystem::path(CliProgram()).parent_path() / "").string());
 }
 
 TEST(CliConfig, FailsOnAFileThatCannotBeRead) {

@@ -24,7 +24,7 @@ protected:
     // The two that come with the program.
     static std::string OwnLines() {
         const std::string folder =
-            std::filesystem::path(CliProgram()).parent_path().string() + "/theme/";
+            (std::filesystem::path(CliProgram()).parent_path() / "theme" / "").string();
         return "Slate Compact\t" + folder + ThemeDiskName(ThemeCompact) + "\tloads\n" +
                "Slate Medium\t" + folder + ThemeDiskName(ThemeMedium) + "\tloads\n";
     }

@@ -19,9 +19,9 @@ TEST(Utf8Path, ATextAndItsPathStandForEachOther) {
 }
 
 TEST(Utf8Path, APathIsMadeAbsoluteAgainstTheCurrentFolder) {
-    const std::string here = Utf8OfPath(std::filesystem::current_path());
-    EXPECT_EQ(AbsolutePath("a/b"), here + "/a/b");
-    EXPECT_EQ(AbsolutePath("/a/b"), "/a/b");
+    const std::filesystem::path here = std::filesystem::current_path();
+    EXPECT_EQ(AbsolutePath("a/b"), Utf8OfPath(here / "a" / "b"));
+    EXPECT_EQ(AbsolutePath("/a/b"), Utf8OfPath(here.root_path() / "a" / "b"));
 }
 
 } // namespace

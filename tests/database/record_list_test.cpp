@@ -203,7 +203,8 @@ protected:
     int Load() { return DatabaseLoadList(index, list); }
     int Store() { return DatabaseStoreList(nullptr, list, index); }
     std::string Backup() const {
-        return folder.path.string() + "/My Tonewright 17 Documents/Voices" + family.backupExtension;
+        return folder.File(std::string("My Tonewright 17 Documents/Voices") +
+                           family.backupExtension);
     }
 };
 

@@ -148,7 +148,7 @@ inline TestBytes TestCatalogue(const TestFamily &family, int records, std::uint3
 class CatalogueTest : public testing::TestWithParam<TestFamily> {
 protected:
     CatalogueTest() {
-        PlatformFolders.documents = folder.path.string() + "/";
+        PlatformFolders.documents = folder.Folder();
         std::filesystem::create_directory(folder.path / "My Tonewright 17 Documents");
     }
 
@@ -157,7 +157,7 @@ protected:
     const SynthDriver &row = *SynthDrivers[family.sizeB == 0 ? 0 : 1];
 
     std::string Path() const {
-        return folder.path.string() + "/My Tonewright 17 Documents/Voices." + family.extension;
+        return folder.File(std::string("My Tonewright 17 Documents/Voices.") + family.extension);
     }
     TestBytes File() const { return ReadTestFile(Path()); }
     std::size_t Size() const { return std::filesystem::file_size(Path()); }

@@ -15,7 +15,7 @@ namespace {
 TEST(DatabaseWindowSequences, HoldWhatTheModelHolds) {
     constexpr int Sequences = 40, BytesOfSequence = 400;
     const TempFolder home;
-    PlatformFolders.documents = home.path.string() + "/";
+    PlatformFolders.documents = home.Folder();
     const std::string folder = home.File("My Tonewright 17 Documents");
     std::filesystem::create_directory(folder);
     const int seed = testing::UnitTest::GetInstance()->random_seed();

@@ -2,10 +2,20 @@
 
 #include "common/platform.h"
 
+#include <filesystem>
+
 namespace tonewright {
+namespace {
+
+// As the platform writes it.
+std::string Preferred(const std::string &path) {
+    return std::filesystem::path(path).make_preferred().string();
+}
+
+} // namespace
 
 std::string SourceFile(const std::string &name) {
-    return SOURCE_FOLDER "/" + name;
+    return Preferred(SOURCE_FOLDER "/" + name);
 }
 
 std::string ExampleFile(const std::string &name) {
@@ -13,19 +23,19 @@ std::string ExampleFile(const std::string &name) {
 }
 
 std::string TestTheme(const std::string &name) {
-    return TEST_THEME_FOLDER "/" + name + "." + PlatformLibraryExtension;
+    return Preferred(TEST_THEME_FOLDER "/" + name + "." + PlatformLibraryExtension);
 }
 
 std::string WindowProgram() {
-    return WINDOW_PROGRAM;
+    return Preferred(WINDOW_PROGRAM);
 }
 
 std::string CliProgram() {
-    return CLI_PROGRAM;
+    return Preferred(CLI_PROGRAM);
 }
 
 std::string VoicetextProgram() {
-    return VOICETEXT_PROGRAM;
+    return Preferred(VOICETEXT_PROGRAM);
 }
 
 } // namespace tonewright

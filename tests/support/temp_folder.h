@@ -15,7 +15,7 @@
 namespace tonewright {
 
 inline void WriteTestFile(const std::string &path, std::span<const std::uint8_t> bytes) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
     file.write(reinterpret_cast<const char *>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));
     file.close();
@@ -31,7 +31,7 @@ inline void WriteTestText(const std::string &path, const std::string &text) {
 
 // Throws, and so fails the test, when there is no such file.
 inline std::vector<std::uint8_t> ReadTestFile(const std::string &path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
     if (!file) {
         throw std::runtime_error("cannot read " + path);
     }
@@ -60,13 +60,15 @@ struct TempFolder {
     TempFolder(const TempFolder &) = delete;
     TempFolder &operator=(const TempFolder &) = delete;
 
-    // The full path of a name in the folder; nothing is created.
-    std::string File(const std::string &name) const { return (path / name).string(); }
+    // The full path of a name in the folder, as the platform writes it; nothing is created.
+    std::string File(const std::string &name) const {
+        return (path / name).make_preferred().string();
+    }
     // The full path, of so many bytes, of a name in a folder in it, which is created.
     std::string FileOfSize(std::size_t bytes, const std::string &name) const {
         const std::size_t rest = bytes - Folder().size() - 1 - name.size();
         std::filesystem::create_directory(path / std::string(rest, 'f'));
-        return (path / std::string(rest, 'f') / name).string();
+        return (path / std::string(rest, 'f') / name).make_preferred().string();
     }
     // The folder itself with a trailing separator, as the settings keep folders.
     std::string Folder() const { return (path / "").string(); }

@@ -56,7 +56,7 @@ protected:
     ListBoxView *list = nullptr;
 
     DatabaseBox() {
-        PlatformFolders.documents = folder.path.string() + "/";
+        PlatformFolders.documents = folder.Folder();
         fs::create_directory(folder.path / "My Tonewright 17 Documents");
         Write("Voices",
               {{"charlie", "Moon", 31, 7}, {"Alpha", "zoo", 5, 9}, {"Bravo", "Zoo", 0, 8}});

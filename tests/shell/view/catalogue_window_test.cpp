@@ -13,7 +13,7 @@ class CatalogueOverMainWindow : public WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
-        PlatformFolders.documents = home.path.string() + "/";
+        PlatformFolders.documents = home.Folder();
         MakeProgramFolders();
         OpenBank();
     }
