@@ -9,7 +9,7 @@ TEST_PACKAGES="libgtest-dev libbenchmark-dev clang libclang-rt-dev llvm python3 
   xvfb xauth jwm xdotool dbus-daemon at-spi2-core poppler-utils"
 WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev patch
   nsis zip"
-WINDOWS_TEST_PACKAGES="wine64 xvfb xauth"
+WINDOWS_TEST_PACKAGES="wine64 xvfb xauth jwm xdotool poppler-utils"
 DEB_PACKAGES="dpkg-dev"
 DEB_TEST_PACKAGES="xvfb jwm imagemagick"
 PACKAGE_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils lintian shellcheck fakeroot
