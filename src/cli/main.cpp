@@ -1,6 +1,7 @@
 // tonewright-cli, the program without windows: for scripts, for servers and for tests from outside.
 #include "cli/command_table.h"
 #include "cli/midi_session.h"
+#include "cli/terminal.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
 #include "common/platform.h"
@@ -166,7 +167,9 @@ int Run(std::span<char *> arguments) {
 int main(int argc, char **argv) {
     using namespace tonewright;
     PlatformLetLongWritesFail();
-    std::span<char *> arguments(argv, static_cast<std::size_t>(argc));
+    UseUtf8Terminal();
+    std::vector<char *> texts = PlatformArguments(argc, argv);
+    const std::span<char *> arguments(texts.data(), texts.size() - 1);
     int status = Run(arguments.empty() ? arguments : arguments.subspan(1));
     errno = 0;
     if (!Flush(StandardOutput)) {

@@ -1,6 +1,8 @@
 // Here a process cannot become another program: the new one is waited for.
 #include "cli/picture_program.h"
 
+#include "common/utf8_path.h"
+
 #include <process.h>
 
 namespace tonewright {
@@ -27,16 +29,16 @@ std::string Quoted(const std::string &argument) {
 } // namespace
 
 int RunInPlace(const std::string &program, const std::vector<std::string> &arguments) {
-    std::vector<std::string> quoted = {Quoted(program)};
+    std::vector<std::wstring> quoted = {PathOfUtf8(Quoted(program)).wstring()};
     for (const std::string &argument : arguments) {
-        quoted.push_back(Quoted(argument));
+        quoted.push_back(PathOfUtf8(Quoted(argument)).wstring());
     }
-    std::vector<const char *> words;
-    for (const std::string &argument : quoted) {
+    std::vector<const wchar_t *> words;
+    for (const std::wstring &argument : quoted) {
         words.push_back(argument.c_str());
     }
     words.push_back(nullptr);
-    return static_cast<int>(_spawnv(_P_WAIT, program.c_str(), words.data()));
+    return static_cast<int>(_wspawnv(_P_WAIT, PathOfUtf8(program).c_str(), words.data()));
 }
 
 } // namespace tonewright

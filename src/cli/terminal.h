@@ -3,6 +3,8 @@
 
 namespace tonewright {
 
+// From now on until the program ends the terminal takes what is printed as UTF-8.
+void UseUtf8Terminal();
 // True when standard input is a terminal, so that somebody can answer a question.
 bool StandardInputIsTerminal();
 // True when standard error is a terminal, so that somebody can watch.

@@ -5,6 +5,8 @@
 
 namespace tonewright {
 
+void UseUtf8Terminal() {} // it does so by the user's locale
+
 bool StandardInputIsTerminal() {
     return isatty(STDIN_FILENO) != 0;
 }

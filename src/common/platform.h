@@ -42,8 +42,20 @@ std::string PlatformLines(std::string text);
 // first of all.
 void PlatformLetLongWritesFail();
 
+// The arguments that main() was called with as UTF-8, behind them a null pointer. The texts stay as
+// long as the process runs.
+std::vector<char *> PlatformArguments(int argumentCount, char **arguments);
+
+// For a program with windows that is to print: without a standard output of its own it gets that of
+// the terminal that it was started from, if there is one.
+void PlatformUseTerminalOfParent();
+
 // The full path of the running executable, empty when unknown.
 std::string PlatformExecutablePath();
+
+// The folder in which programs keep what belongs to the user, where the platform's own differs from
+// `configuration`, the toolkit's folder of the user's configuration.
+std::string PlatformApplicationDataFolder(const std::string &configuration);
 
 // The folders in which settings for all users of the machine stand, the one that counts most first.
 std::vector<std::string> PlatformSystemConfigurationFolders();

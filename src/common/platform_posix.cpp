@@ -131,6 +131,14 @@ void PlatformLetLongWritesFail() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+std::vector<char *> PlatformArguments(int argumentCount, char **arguments) {
+    std::vector<char *> texts(arguments, arguments + argumentCount);
+    texts.push_back(nullptr);
+    return texts;
+}
+
+void PlatformUseTerminalOfParent() {} // its standard output is the terminal's already
+
 std::string PlatformExecutablePath() {
     char path[PATH_MAX + 1];
 #ifdef __APPLE__
@@ -144,6 +152,10 @@ std::string PlatformExecutablePath() {
     const ssize_t length = readlink("/proc/self/exe", path, PATH_MAX);
     return length > 0 ? std::string(path, static_cast<std::size_t>(length)) : std::string();
 #endif
+}
+
+std::string PlatformApplicationDataFolder(const std::string &configuration) {
+    return configuration;
 }
 
 std::vector<std::string> PlatformSystemConfigurationFolders() {

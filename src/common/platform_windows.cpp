@@ -5,17 +5,37 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <cstdio>
 #include <filesystem>
 #include <malloc.h>
 
 namespace tonewright {
+namespace {
+
+// The arguments of this process, without those that an expansion of wildcards has made of them.
+std::vector<std::string> ReadArguments() {
+    std::vector<std::string> arguments;
+    int count = 0;
+    if (LPWSTR *words = CommandLineToArgvW(GetCommandLineW(), &count)) {
+        for (int i = 0; i < count; ++i) {
+            arguments.push_back(Utf8OfPath(words[i]));
+        }
+        LocalFree(words);
+    }
+    return arguments;
+}
+
+} // namespace
 
 const char PathSeparator = '\\';
 const char *const PlatformLibraryExtension = "dll";
 
 bool PlatformFileCreationTime(const char *path, std::uint64_t *time) {
-    const HANDLE file =
-        CreateFileA(path, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(PathOfUtf8(path).c_str(), GENERIC_WRITE, 0, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return false;
     }
@@ -36,12 +56,12 @@ std::string PlatformBrowserProgram(const char *windowsProgram) {
     const std::string key =
         std::string("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\") + windowsProgram;
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-        char path[MAX_PATH + 1] = {};
-        DWORD size = MAX_PATH;
-        if (RegGetValueA(root, key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path, &size) ==
-                ERROR_SUCCESS &&
+        wchar_t path[MAX_PATH + 1] = {};
+        DWORD size = sizeof path;
+        if (RegGetValueW(root, PathOfUtf8(key).c_str(), nullptr, RRF_RT_REG_SZ, nullptr, path,
+                         &size) == ERROR_SUCCESS &&
             path[0] != 0) {
-            return path;
+            return Utf8OfPath(path);
         }
     }
     return windowsProgram;
@@ -60,10 +80,40 @@ std::string PlatformLines(std::string text) {
 
 void PlatformLetLongWritesFail() {} // no such signal here
 
+// What main() gets is in the code page of the system, which need not hold every name of a file.
+std::vector<char *> PlatformArguments(int, char **) {
+    static std::vector<std::string> arguments = ReadArguments();
+    std::vector<char *> texts;
+    for (std::string &argument : arguments) {
+        texts.push_back(argument.data());
+    }
+    texts.push_back(nullptr);
+    return texts;
+}
+
+void PlatformUseTerminalOfParent() {
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    if ((!output || output == INVALID_HANDLE_VALUE) && AttachConsole(ATTACH_PARENT_PROCESS)) {
+        static_cast<void>(std::freopen("CONOUT$", "w", stdout));
+    }
+}
+
 std::string PlatformExecutablePath() {
-    wchar_t path[MAX_PATH + 1] = {};
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return Utf8OfPath(std::filesystem::path(path, path + (length < MAX_PATH ? length : 0)));
+    constexpr std::size_t LongestPath = 32767;
+    std::wstring path(LongestPath + 1, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), LongestPath + 1));
+    return Utf8OfPath(path);
+}
+
+// The one that follows the user from machine to machine; the toolkit's stays on this one.
+std::string PlatformApplicationDataFolder(const std::string &) {
+    PWSTR path = nullptr;
+    std::string folder;
+    if (SHGetKnownFolderPath(FOLDERID_RoamingAppData, KF_FLAG_DEFAULT, nullptr, &path) == S_OK) {
+        folder = Utf8OfPath(path);
+    }
+    CoTaskMemFree(path);
+    return folder;
 }
 
 std::vector<std::string> PlatformSystemConfigurationFolders() {

@@ -35,6 +35,7 @@
 #include "shell/view/voice_list_view.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QScreen>
 
 #include <cstdlib>
@@ -132,7 +133,9 @@ int RunApplication(int argc, char **argv) {
     UseQtDesktop();
     MakeDialogButtonsSoft();
     UsePlatformFolders();
-    ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
+    ApplicationPath =
+        QDir::toNativeSeparators(QCoreApplication::applicationDirPath()).toStdString() +
+        PathSeparator;
     if (!IsWindows10OrLater()) {
         ShowVersionRefusedBox();
         return 0;

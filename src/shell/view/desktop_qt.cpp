@@ -12,6 +12,7 @@
 #include "core/dispatch.h"
 #include "shell/settings_file.h"
 #include "shell/show_document.h"
+#include "shell/view/start_program.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -22,7 +23,6 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QStandardPaths>
@@ -174,7 +174,7 @@ std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
                              " already exists.\nDo you want to replace it?") != ResultYes) {
         return std::nullopt;
     }
-    return taken.toStdString();
+    return QDir::toNativeSeparators(taken).toStdString();
 }
 
 template <FileDialogKind kind>
@@ -188,7 +188,7 @@ bool OpenAddress(const std::string &program, const std::string &address, bool) {
     if (program.empty()) {
         return QDesktopServices::openUrl(QUrl(target));
     }
-    return QProcess::startDetached(QString::fromStdString(program), {target});
+    return StartProgram(QString::fromStdString(program), target);
 }
 
 // The trash of a home whose data folder is missing would be made in the current folder, and so it

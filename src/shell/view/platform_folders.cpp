@@ -4,20 +4,22 @@
 #include "common/folders.h"
 #include "common/platform.h"
 
+#include <QDir>
 #include <QStandardPaths>
 
 namespace tonewright {
 namespace {
 
 std::string StandardFolder(QStandardPaths::StandardLocation location) {
-    return QStandardPaths::writableLocation(location).toStdString();
+    return QDir::toNativeSeparators(QStandardPaths::writableLocation(location)).toStdString();
 }
 
 } // namespace
 
 void UsePlatformFolders() {
     PlatformFolders = {
-        .applicationData = StandardFolder(QStandardPaths::GenericConfigLocation),
+        .applicationData =
+            PlatformApplicationDataFolder(StandardFolder(QStandardPaths::GenericConfigLocation)),
         .documents = StandardFolder(QStandardPaths::DocumentsLocation),
         .pictures = StandardFolder(QStandardPaths::PicturesLocation),
         .programs = StandardFolder(QStandardPaths::ApplicationsLocation),

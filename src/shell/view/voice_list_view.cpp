@@ -10,6 +10,7 @@
 #include "shell/reorder.h"
 #include "shell/voice_commands.h"
 
+#include <QDir>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -136,7 +137,7 @@ void VoiceListView::dropEvent(QDropEvent *event) {
     std::vector<std::string> paths;
     for (const QUrl &url : event->mimeData()->urls()) {
         if (url.isLocalFile()) {
-            paths.push_back(url.toLocalFile().toStdString());
+            paths.push_back(QDir::toNativeSeparators(url.toLocalFile()).toStdString());
         }
     }
     AcceptFiles(*event);
