@@ -2,7 +2,9 @@
 #include "cli/offscreen_toolkit.h"
 
 #include "cli/text_output.h"
+#include "common/platform.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QtGlobal>
 
@@ -22,6 +24,10 @@ void DropToolkitHints(QtMsgType type, const QMessageLogContext &, const QString 
 void UseOffscreenToolkit() {
     qInstallMessageHandler(DropToolkitHints);
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::string fonts = PlatformFontFolder();
+    if (!fonts.empty() && !qEnvironmentVariableIsSet("QT_QPA_FONTDIR")) {
+        qputenv("QT_QPA_FONTDIR", QByteArray::fromStdString(fonts));
+    }
 }
 
 } // namespace tonewright

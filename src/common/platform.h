@@ -57,6 +57,9 @@ std::string PlatformExecutablePath();
 // `configuration`, the toolkit's folder of the user's configuration.
 std::string PlatformApplicationDataFolder(const std::string &configuration);
 
+// The folder of the system's fonts; empty where a toolkit without a display finds them by itself.
+std::string PlatformFontFolder();
+
 // The folders in which settings for all users of the machine stand, the one that counts most first.
 std::vector<std::string> PlatformSystemConfigurationFolders();
 

@@ -158,6 +158,10 @@ std::string PlatformApplicationDataFolder(const std::string &configuration) {
     return configuration;
 }
 
+std::string PlatformFontFolder() {
+    return {};
+}
+
 std::vector<std::string> PlatformSystemConfigurationFolders() {
     const char *variable = std::getenv("XDG_CONFIG_DIRS");
     std::string_view rest = variable && *variable ? variable : "/etc/xdg";

@@ -28,6 +28,16 @@ std::vector<std::string> ReadArguments() {
     return arguments;
 }
 
+std::string KnownFolder(REFKNOWNFOLDERID id) {
+    PWSTR path = nullptr;
+    std::string folder;
+    if (SHGetKnownFolderPath(id, KF_FLAG_DEFAULT, nullptr, &path) == S_OK) {
+        folder = Utf8OfPath(path);
+    }
+    CoTaskMemFree(path);
+    return folder;
+}
+
 } // namespace
 
 const char PathSeparator = '\\';
@@ -107,13 +117,11 @@ std::string PlatformExecutablePath() {
 
 // The one that follows the user from machine to machine; the toolkit's stays on this one.
 std::string PlatformApplicationDataFolder(const std::string &) {
-    PWSTR path = nullptr;
-    std::string folder;
-    if (SHGetKnownFolderPath(FOLDERID_RoamingAppData, KF_FLAG_DEFAULT, nullptr, &path) == S_OK) {
-        folder = Utf8OfPath(path);
-    }
-    CoTaskMemFree(path);
-    return folder;
+    return KnownFolder(FOLDERID_RoamingAppData);
+}
+
+std::string PlatformFontFolder() {
+    return KnownFolder(FOLDERID_Fonts);
 }
 
 std::vector<std::string> PlatformSystemConfigurationFolders() {
