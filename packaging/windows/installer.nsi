@@ -70,7 +70,8 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
     WriteRegStr HKCU "${CLASSES}\Applications\tonewright.exe\SupportedTypes" ".${Extension}" ""
   !endif
   ReadRegStr $0 HKCR ".${Extension}" ""
-  ${If} $0 == ""
+  ReadRegStr $1 HKCU "${CLASSES}\.${Extension}" "" ; part of the former, but not everywhere
+  ${If} "$0$1" == ""
     WriteRegStr HKCU "${CLASSES}\.${Extension}" "" "Tonewright.${Name}"
   ${EndIf}
 !macroend
