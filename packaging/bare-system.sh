@@ -22,7 +22,7 @@
 #                                 are its arguments $1, $2... Its result
 #   remove_root ROOT
 #   step                          as step.sh has it
-# Wanted packages: debootstrap debian-archive-keyring git
+# Wanted packages: BARE_PACKAGES
 
 . "${BASH_SOURCE[0]%/*}/step.sh"
 

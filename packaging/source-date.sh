@@ -5,9 +5,7 @@
 # an archive made by git sets to the commit's. Sourced, in the checkout's folder; a time that is given
 # in the environment stays.
 
-newest_changes_day() {
-    sed -n '/^## /{s/.*(\([0-9]\{4\}-[0-9][0-9]-[0-9][0-9]\)).*/\1/p;q}' CHANGELOG.md
-}
+. packaging/version.sh
 
 # The date of the checkout's own commit; nothing where the folder is only below a repository of others.
 commit_time() {
@@ -17,7 +15,7 @@ commit_time() {
 
 if [ -z "${SOURCE_DATE_EPOCH:-}" ]; then
     SOURCE_DATE_EPOCH=$(commit_time ||
-        { day=$(newest_changes_day) && [ -n "$day" ] && date -u -d "$day" +%s; } ||
+        { [ -n "$changes_day" ] && date -u -d "$changes_day" +%s; } ||
         stat -c %Y CHANGELOG.md)
 fi
 export SOURCE_DATE_EPOCH
