@@ -38,6 +38,6 @@ need_packages() {
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
             apt-get install -y -qq --no-install-recommends $missing >/dev/null && return
     echo "They could not be installed. As root:
-apt-get install --no-install-recommends$missing" >&2
+apt-get update && apt-get install --no-install-recommends$missing" >&2
     return 1
 }
