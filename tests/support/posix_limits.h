@@ -98,9 +98,29 @@ inline void RunUnprivileged(const std::function<void()> &body) {
 // Runs `body` in a child process for which a disk of 64 KB, of its own, stands at `folder`.
 inline void RunOnSmallDisk(const std::string &folder, const std::function<void()> &body) {
     const auto mountDisk = [](const std::string &at) {
-        const int spaces = CLONE_NEWNS | (geteuid() == 0 ? 0 : CLONE_NEWUSER);
-        return unshare(spaces) == 0 &&
-               mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        const auto write = [](const char *path, const std::string &text) {
+            const int descriptor = open(path, O_WRONLY | O_CLOEXEC);
+            const bool written =
+                ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+            close(descriptor);
+            return written;
+        };
+        const uid_t user = geteuid();
+        const gid_t group = getegid();
+        const int spaces = CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER);
+        if (unshare(spaces) != 0) {
+            return false;
+        }
+        // In a name space of its own a user who is not root owns nothing until it is told who it
+        // is.
+        if (user != 0 && !(write("/proc/self/uid_map",
+                                 std::to_string(user) + " " + std::to_string(user) + " 1") &&
+                           write("/proc/self/setgroups", "deny") &&
+                           write("/proc/self/gid_map",
+                                 std::to_string(group) + " " + std::to_string(group) + " 1"))) {
+            return false;
+        }
+        return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                mount("tmpfs", at.c_str(), "tmpfs", 0, "size=64k") == 0;
     };
     RunInChild(mountDisk, folder, "could not mount a disk", body);
