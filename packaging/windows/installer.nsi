@@ -22,8 +22,10 @@ InstallDir "$LOCALAPPDATA\Programs\Tonewright"
 BrandingText " "
 
 !define CLASSES "Software\Classes"
-!define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Tonewright"
-!define APP_PATH "Software\Microsoft\Windows\CurrentVersion\App Paths\tonewright.exe"
+!define UNINSTALLS "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+!define UNINSTALL "${UNINSTALLS}\Tonewright"
+!define APP_PATHS "Software\Microsoft\Windows\CurrentVersion\App Paths"
+!define APP_PATH "${APP_PATHS}\tonewright.exe"
 !define SETTINGS "Quillbrook\Extras.ini" ; for all users, which an administrator may have changed
 
 InstallDirRegKey HKCU "${UNINSTALL}" "InstallLocation"
@@ -207,5 +209,10 @@ Section Uninstall
   DeleteRegKey HKCU "${CLASSES}\Applications\tonewright.exe"
   DeleteRegKey HKCU "${APP_PATH}"
   DeleteRegKey HKCU "${UNINSTALL}"
+  ; Keys that others have too, unless the program was the first.
+  DeleteRegKey /ifempty HKCU "${CLASSES}\Applications"
+  DeleteRegKey /ifempty HKCU "${CLASSES}"
+  DeleteRegKey /ifempty HKCU "${APP_PATHS}"
+  DeleteRegKey /ifempty HKCU "${UNINSTALLS}"
   !insertmacro TellExplorer
 SectionEnd
