@@ -47,7 +47,7 @@ void OfferFiles(const std::vector<std::string> &extensions) {
     Put(StandardOutput, '\n');
 }
 
-// The files of every family whose row has a text there.
+// What the rows of the families say there, but for those that leave it empty.
 template <typename Member> std::vector<std::string> ExtensionsOf(Member member) {
     std::vector<std::string> extensions;
     for (const SynthDriver *synth : SynthDrivers) {
