@@ -2,6 +2,8 @@
 // files in it, apart from the code under test.
 #pragma once
 
+#include "common/utf8_path.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -15,7 +17,7 @@
 namespace tonewright {
 
 inline void WriteTestFile(const std::string &path, std::span<const std::uint8_t> bytes) {
-    std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
+    std::ofstream file(PathOfUtf8(path), std::ios::binary | std::ios::trunc);
     file.write(reinterpret_cast<const char *>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));
     file.close();
@@ -31,16 +33,20 @@ inline void WriteTestText(const std::string &path, const std::string &text) {
 
 // Throws, and so fails the test, when there is no such file.
 inline std::vector<std::uint8_t> ReadTestFile(const std::string &path) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::ifstream file(PathOfUtf8(path), std::ios::binary);
     if (!file) {
         throw std::runtime_error("cannot read " + path);
     }
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+// So does this; its lines end in line feeds, whatever the platform's own editors write.
 inline std::string ReadTestText(const std::string &path) {
-    const auto bytes = ReadTestFile(path);
-    return {bytes.begin(), bytes.end()};
+    std::ifstream file(PathOfUtf8(path));
+    if (!file) {
+        throw std::runtime_error("cannot read " + path);
+    }
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 struct TempFolder {
@@ -62,16 +68,16 @@ struct TempFolder {
 
     // The full path of a name in the folder, as the platform writes it; nothing is created.
     std::string File(const std::string &name) const {
-        return (path / name).make_preferred().string();
+        return Utf8OfPath((path / PathOfUtf8(name)).make_preferred());
     }
     // The full path, of so many bytes, of a name in a folder in it, which is created.
     std::string FileOfSize(std::size_t bytes, const std::string &name) const {
         const std::size_t rest = bytes - Folder().size() - 1 - name.size();
         std::filesystem::create_directory(path / std::string(rest, 'f'));
-        return (path / std::string(rest, 'f') / name).make_preferred().string();
+        return Utf8OfPath((path / std::string(rest, 'f') / PathOfUtf8(name)).make_preferred());
     }
     // The folder itself with a trailing separator, as the settings keep folders.
-    std::string Folder() const { return (path / "").string(); }
+    std::string Folder() const { return Utf8OfPath(path / ""); }
     // Writes a file into the folder and returns its full path.
     std::string Write(const std::string &name, std::span<const std::uint8_t> bytes) const {
         WriteTestFile(File(name), bytes);
@@ -82,7 +88,7 @@ struct TempFolder {
         return File(name);
     }
     bool Holds(const std::string &name) const {
-        return std::filesystem::exists(std::filesystem::symlink_status(path / name));
+        return std::filesystem::exists(std::filesystem::symlink_status(path / PathOfUtf8(name)));
     }
 };
 
