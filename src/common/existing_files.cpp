@@ -6,6 +6,7 @@
 #include "common/text.h"
 #include "common/utf8_path.h"
 
+#include <algorithm>
 #include <bit>
 #include <filesystem>
 #include <system_error>
@@ -72,9 +73,18 @@ void List(const std::string &path, ExistingFiles::Folder &folder) {
     }
 }
 
+// True for a folder that no other lists: where drives have letters, "C:\" and "\\machine\share\".
+bool IsDrive(std::string_view folder) {
+    if (PathSeparator == '/') {
+        return false;
+    }
+    const bool isShare = folder.starts_with("\\\\") && std::ranges::count(folder, '\\') <= 4;
+    return isShare || (folder.size() <= 3 && folder.find(':') == 1);
+}
+
 // A folder's path without the separator at its end; empty for one that is in no other.
 std::string_view NameOfFolder(std::string_view folder) {
-    return folder.empty() ? folder : folder.substr(0, folder.size() - 1);
+    return folder.empty() || IsDrive(folder) ? "" : folder.substr(0, folder.size() - 1);
 }
 
 // False when the listings say that neither a file nor a folder has this path.

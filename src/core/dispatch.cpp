@@ -74,7 +74,7 @@ std::string WithSingleBlanks(std::string_view latin1) {
 // The folder of `path` as the settings keep it: with a trailing separator unless it is empty.
 std::string KeptFolder(std::string_view path) {
     std::string folder = FolderOfPath(path);
-    if (!folder.empty() && folder.back() != PathSeparator) {
+    if (!folder.empty() && folder.back() != '/' && folder.back() != PathSeparator) {
         folder += PathSeparator;
     }
     return std::string(CutText(folder, SettingTextLimit));

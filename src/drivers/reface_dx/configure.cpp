@@ -23,7 +23,7 @@ constexpr unsigned WriteFailure = 11;
 // Where the dialogs start: the folder of the last one, with a separator behind it.
 std::string StartFolder() {
     std::string folder = OpenExportPath;
-    if (!folder.empty() && folder.back() != PathSeparator) {
+    if (!folder.empty() && folder.back() != '/' && folder.back() != PathSeparator) {
         folder += PathSeparator;
     }
     return folder;
