@@ -2,7 +2,9 @@
 #include "shell/start_up.h"
 
 #include "common/folders.h"
+#include "common/platform.h"
 #include "common/settings.h"
+#include "common/utf8_path.h"
 #include "core/current.h"
 #include "drivers/reface_dx/voice_codec.h"
 #include "shell/command_queue.h"
@@ -50,7 +52,8 @@ TEST(StartUp, EmptyFoldersGetTheDefaultAndOthersStay) {
     PlatformFolders.documents = "/home/someone/Documents";
     OpenExportPath = "/elsewhere/";
     FillDefaultFolders();
-    EXPECT_EQ(OpenPath, "/home/someone/Documents/My Tonewright 17 Documents/");
+    EXPECT_EQ(OpenPath, std::string("/home/someone/Documents") + PathSeparator +
+                            "My Tonewright 17 Documents" + PathSeparator);
     EXPECT_EQ(OpenImportPath, OpenPath);
     EXPECT_EQ(OpenExportPath, "/elsewhere/");
 }
@@ -84,7 +87,7 @@ TEST(StartUp, TheClipboardIsLookedAtOnceAndBehindTheFirstDocument) {
     PostFirstLookAtClipboard();
     desktop.ExpectMessage("There has been an error reading this file. It might be corrupted.");
     EXPECT_TRUE(RunNextPosted());
-    EXPECT_EQ(CurrentDocumentPath, "/banks/missing.syx");
+    EXPECT_EQ(CurrentDocumentPath, AbsolutePath("/banks/missing.syx"));
     EXPECT_EQ(looks, 0);
     EXPECT_TRUE(RunNextPosted());
     EXPECT_EQ(looks, 1);
@@ -118,7 +121,7 @@ TEST_F(FirstWork, TheCommandLineWinsOverTheRecentDocument) {
     OpenRecentDocument = 1;
     RecentDocumentPath = "/recent.syx";
     PostFirstDocument("/line.syx");
-    EXPECT_EQ(PendingOpenPath, "/line.syx");
+    EXPECT_EQ(PendingOpenPath, AbsolutePath("/line.syx"));
 }
 
 TEST_F(FirstWork, APathOfTheCommandLineIsMadeAbsolute) {

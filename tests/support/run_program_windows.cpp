@@ -14,7 +14,8 @@ namespace {
 std::wstring Quoted(const std::string &argument) {
     std::wstring quoted = L"\"";
     std::size_t backslashes = 0;
-    for (const wchar_t character : PathOfUtf8(argument).native()) {
+    const std::wstring wide = PathOfUtf8(argument).wstring();
+    for (const wchar_t character : wide) {
         if (character == L'\\') {
             ++backslashes;
             continue;
