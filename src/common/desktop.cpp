@@ -58,7 +58,7 @@ int PlayFile(const std::string &path) {
 
 // A sound that comes with the program.
 int PlayOwnSound(std::string_view name) {
-    return PlayFile(ApplicationPath + "sounds" + PathSeparator + std::string(name) + ".wav");
+    return PlayFile(ApplicationPath + "sounds/" + std::string(name) + ".wav");
 }
 
 bool PlayNotifySound() {

@@ -217,7 +217,7 @@ TEST(PlayEventSound, OfTheDefaultPlaysTheProgramsOwn) {
     UseFolders(temp);
     SoundRecorder recorder;
     EXPECT_EQ(PlayEventSound("~~~DEFAULT~~~"), 1);
-    EXPECT_EQ(recorder.tried, std::vector{temp.File("sounds/confirm.wav")});
+    EXPECT_EQ(recorder.tried, std::vector{temp.Folder() + "sounds/confirm.wav"});
 }
 
 TEST(PlayEventSound, OfANumberPlaysTheSoundOfThatNumber) {
@@ -227,7 +227,7 @@ TEST(PlayEventSound, OfANumberPlaysTheSoundOfThatNumber) {
     EXPECT_EQ(PlayEventSound("::RSRC::9003"), 1);
     EXPECT_EQ(PlayEventSound("::RSRC::9004,4194304"), 1);
     EXPECT_EQ(recorder.tried,
-              (std::vector{temp.File("sounds/9003.wav"), temp.File("sounds/9004.wav")}));
+              (std::vector{temp.Folder() + "sounds/9003.wav", temp.Folder() + "sounds/9004.wav"}));
 }
 
 TEST(PlayEventSound, OfANumberThatIsNonePlaysNothing) {
@@ -267,5 +267,5 @@ TEST(PlayEventSound, GoesOnWhenTheUsersSoundCannotBePlayed) {
     SoundRecorder recorder;
     recorder.refused = notify;
     EXPECT_EQ(PlayEventSound("~~~DEFAULT~~~"), 1);
-    EXPECT_EQ(recorder.tried, (std::vector{notify, temp.File("sounds/confirm.wav")}));
+    EXPECT_EQ(recorder.tried, (std::vector{notify, temp.Folder() + "sounds/confirm.wav"}));
 }
