@@ -1,9 +1,9 @@
 // The command complete: what a shell may offer for the last word of a call. Commands, options and
 // what stands where come from the table of the commands; names of settings, parameters and
 // instruments from the tables that the commands themselves read them from.
+#include "cli/choices.h"
 #include "cli/cli_commands.h"
 #include "cli/command_table.h"
-#include "cli/settings_commands.h"
 #include "cli/text_output.h"
 #include "common/setting_rows.h"
 #include "common/text.h"
@@ -96,9 +96,9 @@ void OfferColourTables(const Begun &) {
     OfferFiles({"ccl"});
 }
 
-void OfferSettingsActions(const Begun &begun) {
-    for (const SettingsAction &action : SettingsActions) {
-        OfferWord(begun, action.name);
+template <const auto &Choices> void OfferChoices(const Begun &begun) {
+    for (const Choice &choice : Choices) {
+        OfferWord(begun, choice.name);
     }
 }
 
@@ -161,46 +161,37 @@ void OfferInstruments(const Begun &begun) {
     }
 }
 
-void OfferOrders(const Begun &begun) {
-    for (const char *order : {"name", "source", "date", "position"}) {
-        OfferWord(begun, order);
-    }
-}
-
-void OfferSizesOfPaper(const Begun &begun) {
-    OfferWord(begun, "A4");
-    OfferWord(begun, "Letter");
-}
-
 using Offer = void (*)(const Begun &);
 
-// What stands for an argument, by its name in the help: of that command, or of all others. One that
-// bears its extension needs no row; nothing is offered for a place, a note or a text.
+// What stands for an argument, by its name in the help: of that command, which its function tells,
+// or of all others. One that bears its extension needs no row; nothing is offered for a place, a
+// note or a text.
 struct ArgumentRow {
-    std::string_view command, argument;
+    int (*command)(const CliCall &call);
+    std::string_view argument;
     Offer offer;
 };
 constexpr ArgumentRow Arguments[] = {
-    {"picture", "FILE", OfferBanks},
-    {"print", "FILE", OfferBanks},
-    {"upload", "FILE", OfferBanks},
-    {"config", "FILE", OfferSettingsFiles},
-    {"colours", "FILE", OfferColourTables},
-    {"", "FILE", OfferBanksAndVoices},
-    {"", "IN", OfferBanks},
-    {"", "BANK", OfferBanks},
-    {"", "VOICE", OfferVoices},
-    {"export", "OUT", OfferVoices},
-    {"db export", "OUT", OfferVoices},
-    {"edit", "OUT", OfferBanksAndVoices},
-    {"memory", "OUT", OfferBanksAndVoices},
-    {"", "OUT", OfferBanks},
-    {"", "MEMORY", OfferAnyFile},
-    {"settings", "WHAT", OfferSettingsActions},
-    {"settings", "KEY", OfferSettingKeys},
-    {"reface-settings get", "KEY", OfferInstrumentKeys},
-    {"reface-settings set", "KEY=VALUE", OfferInstrumentAssignments},
-    {"edit", "NAME=VALUE", OfferParameters},
+    {CliPicture, "FILE", OfferBanks},
+    {CliPrint, "FILE", OfferBanks},
+    {CliUpload, "FILE", OfferBanks},
+    {CliConfig, "FILE", OfferSettingsFiles},
+    {CliColours, "FILE", OfferColourTables},
+    {nullptr, "FILE", OfferBanksAndVoices},
+    {nullptr, "IN", OfferBanks},
+    {nullptr, "BANK", OfferBanks},
+    {nullptr, "VOICE", OfferVoices},
+    {CliExport, "OUT", OfferVoices},
+    {CliDbExport, "OUT", OfferVoices},
+    {CliEdit, "OUT", OfferBanksAndVoices},
+    {CliMemory, "OUT", OfferBanksAndVoices},
+    {nullptr, "OUT", OfferBanks},
+    {nullptr, "MEMORY", OfferAnyFile},
+    {CliSettings, "WHAT", OfferChoices<SettingsActions>},
+    {CliSettings, "KEY", OfferSettingKeys},
+    {CliRefaceSettingsGet, "KEY", OfferInstrumentKeys},
+    {CliRefaceSettingsSet, "KEY=VALUE", OfferInstrumentAssignments},
+    {CliEdit, "NAME=VALUE", OfferParameters},
 };
 
 // The same for the value of an option.
@@ -209,9 +200,12 @@ struct ValueRow {
     Offer offer;
 };
 constexpr ValueRow Values[] = {
-    {CliOption::File, OfferAnyFile},        {CliOption::Memory, OfferAnyFile},
-    {CliOption::Database, OfferCatalogues}, {CliOption::Synth, OfferInstruments},
-    {CliOption::Sort, OfferOrders},         {CliOption::Paper, OfferSizesOfPaper},
+    {CliOption::File, OfferAnyFile},
+    {CliOption::Memory, OfferAnyFile},
+    {CliOption::Database, OfferCatalogues},
+    {CliOption::Synth, OfferInstruments},
+    {CliOption::Sort, OfferChoices<SortOrders>},
+    {CliOption::Paper, OfferChoices<Papers>},
 };
 
 void OfferArgument(const CliCommand &command, std::string_view argument, const Begun &begun) {
@@ -221,7 +215,7 @@ void OfferArgument(const CliCommand &command, std::string_view argument, const B
         return;
     }
     const auto fits = [&](const ArgumentRow &row) {
-        return row.argument == argument && (row.command.empty() || row.command == command.name);
+        return row.argument == argument && (!row.command || row.command == command.run);
     };
     const auto *row = std::ranges::find_if(Arguments, fits);
     if (row != std::end(Arguments)) {

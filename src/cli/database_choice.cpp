@@ -1,6 +1,7 @@
 // Chooses and opens the catalogue of a command.
 #include "cli/database_choice.h"
 
+#include "cli/choices.h"
 #include "cli/midi_session.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
@@ -10,12 +11,10 @@
 #include "common/utf8_path.h"
 #include "core/dispatch.h"
 #include "database/database_file.h"
-#include "database/record_sort.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <string_view>
-#include <utility>
 
 namespace tonewright {
 namespace {
@@ -67,14 +66,6 @@ std::optional<ChosenDatabase> NamedDatabase(const SynthDriver &family, std::stri
     }
     return ChosenDatabase{&family, path};
 }
-
-// The names of --sort.
-constexpr std::pair<std::string_view, std::uint32_t> Orders[] = {
-    {"name", SortByName},
-    {"source", SortBySource},
-    {"date", SortByDate},
-    {"position", SortByPosition},
-};
 
 } // namespace
 
@@ -152,13 +143,12 @@ bool ReadSortMode(const CliCall &call, std::optional<std::uint32_t> &mode) {
     if (!name) {
         return true;
     }
-    const auto order = std::ranges::find_if(
-        Orders, [name](const auto &row) { return EqualNoCase(row.first, name); });
-    if (order == std::end(Orders)) {
-        TellError(name, "not an order: name, source, date and position are");
+    const Choice *order = ChoiceOfName(SortOrders, name);
+    if (!order) {
+        TellError(name, "not an order: " + InWords(SortOrders, "and") + " are");
         return false;
     }
-    mode = order->second;
+    mode = order->value;
     return true;
 }
 

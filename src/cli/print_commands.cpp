@@ -1,6 +1,7 @@
 // The commands that print into a PDF: the voices of a bank, and a catalogue. Like the picture they
 // are part of tonewright-picture only.
 #include "cli/bank_document.h"
+#include "cli/choices.h"
 #include "cli/cli_commands.h"
 #include "cli/database_choice.h"
 #include "cli/offscreen_toolkit.h"
@@ -28,16 +29,14 @@
 namespace tonewright {
 namespace {
 
-// The names of --paper, of which the first one is taken without it.
-constexpr std::pair<const char *, QPageSize::PageSizeId> Papers[] = {
-    {"A4", QPageSize::A4},
-    {"Letter", QPageSize::Letter},
-};
+QPageSize::PageSizeId PageOf(const Choice &paper) {
+    return paper.value == PaperLetter ? QPageSize::Letter : QPageSize::A4;
+}
 
 // Where a call prints to.
 struct PdfOrder {
     const char *path = nullptr;
-    QPageSize::PageSizeId paper = Papers[0].second;
+    QPageSize::PageSizeId paper = PageOf(Papers[0]);
 };
 
 // Nothing after telling why the call is wrong.
@@ -48,15 +47,12 @@ std::optional<PdfOrder> ReadPdfOrder(const CliCall &call, const char *path) {
         return std::nullopt;
     }
     if (const char *name = call[CliOption::Paper]) {
-        const auto *paper = std::begin(Papers);
-        while (paper != std::end(Papers) && !EqualNoCase(name, paper->first)) {
-            ++paper;
-        }
-        if (paper == std::end(Papers)) {
-            TellError(name, "not a size of paper: A4 and Letter are");
+        const Choice *paper = ChoiceOfName(Papers, name);
+        if (!paper) {
+            TellError(name, "not a size of paper: " + InWords(Papers, "and") + " are");
             return std::nullopt;
         }
-        order.paper = paper->second;
+        order.paper = PageOf(*paper);
     }
     return order;
 }

@@ -1,7 +1,6 @@
 // The commands for settings: config shows any file of settings as the program would read it,
 // settings shows and changes the user's own.
-#include "cli/settings_commands.h"
-
+#include "cli/choices.h"
 #include "cli/cli_commands.h"
 #include "cli/text_output.h"
 #include "cli/user_settings.h"
@@ -134,8 +133,6 @@ int SetAndWrite(const NamedSetting &setting, const char *value) {
 
 } // namespace
 
-const std::array<SettingsAction, 3> SettingsActions = {{{"list", 1}, {"get", 2}, {"set", 3}}};
-
 int CliConfig(const CliCall &call) {
     PrepareSettings();
     const char *path = call.words[0];
@@ -149,11 +146,12 @@ int CliConfig(const CliCall &call) {
 
 int CliSettings(const CliCall &call) {
     const std::string_view action = call.words[0];
-    const auto row = std::ranges::find(SettingsActions, action, &SettingsAction::name);
+    const auto row = std::ranges::find(SettingsActions, action, &Choice::name);
     if (row == SettingsActions.end()) {
-        return TellWrongCall("settings", "takes list, get or set, not " + FieldText(action));
+        return TellWrongCall("settings", "takes " + InWords(SettingsActions, "or") + ", not " +
+                                             FieldText(action));
     }
-    const std::size_t words = row->words;
+    const std::size_t words = row->value;
     if (call.words.size() != words) {
         return TellWrongCall("settings",
                              FormatText("%s %s arguments", call.words[0],

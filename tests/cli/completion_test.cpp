@@ -53,6 +53,17 @@ Lines Usages(const Lines &call) {
     return usages;
 }
 
+// Expects the line of a help that shows this command or option to name all these words.
+void ExpectHelpNames(const Lines &call, const std::string &usage, const Lines &words) {
+    const Lines help = LinesOf(Cli(call).output);
+    const auto line = std::ranges::find_if(
+        help, [&](const std::string &text) { return text.starts_with("  " + usage); });
+    ASSERT_NE(line, help.end()) << usage;
+    for (const std::string &word : words) {
+        EXPECT_NE(line->find(word, 2 + usage.size()), line->npos) << *line << " lacks " << word;
+    }
+}
+
 TEST(Completion, OffersEveryCommandOfTheHelp) {
     Lines firsts, groups;
     for (const std::string &usage : Usages({"--help"})) {
@@ -102,12 +113,17 @@ TEST(Completion, FilesAreThoseThatTheCommandTakesAtThatPlace) {
     const std::string both = "files\tsyx\tsrx\tsy1\tsr1";
     EXPECT_EQ(Offered({"check", "a.syx", "b.syx", "c"}), Lines{both});
     EXPECT_EQ(Offered({"picture", ""}), Lines{banks});
+    EXPECT_EQ(Offered({"print", ""}), Lines{banks});
+    EXPECT_EQ(Offered({"upload", ""}), Lines{banks});
     EXPECT_EQ(Offered({"picture", "a.syx", ""}), Lines{"files\tpng"});
     EXPECT_EQ(Offered({"picture", "a.syx", "b.png", ""}), Lines{});
     EXPECT_EQ(Offered({"import", "--yes", "a.syx", "3", ""}), Lines{voices});
     EXPECT_EQ(Offered({"import", "a.syx", ""}), Lines{});
     EXPECT_EQ(Offered({"export", "a.syx", "3", ""}), Lines{voices});
     EXPECT_EQ(Offered({"db", "export", "3", ""}), Lines{voices});
+    EXPECT_EQ(Offered({"db", "insert", ""}), Lines{banks});
+    EXPECT_EQ(Offered({"move", ""}), Lines{banks});
+    EXPECT_EQ(Offered({"memory", "studio", "dx7", ""}), Lines{both});
     EXPECT_EQ(Offered({"move", "a.syx", "3", "4", ""}), Lines{banks});
     EXPECT_EQ(Offered({"reface-settings", "load", ""}), Lines{"files\tcrg"});
     EXPECT_EQ(Offered({"config", ""}), Lines{"files\tini"});
@@ -127,6 +143,7 @@ TEST(Completion, ValuesOfOptionsAreThoseThatTheyTake) {
             << order;
     }
     EXPECT_EQ(Words({"db", "list", "--sort=p"}), Lines{"--sort=position"});
+    ExpectHelpNames({"db", "list", "--help"}, "--sort", orders);
     const Lines papers = Words({"print", "--paper", ""});
     EXPECT_EQ(papers, (Lines{"A4", "Letter"}));
     for (const std::string &paper : papers) {
@@ -136,6 +153,7 @@ TEST(Completion, ValuesOfOptionsAreThoseThatTheyTake) {
             0)
             << paper;
     }
+    ExpectHelpNames({"print", "--help"}, "--paper", papers);
     EXPECT_EQ(Words({"find", "--synth", ""}),
               (Lines{"Yamaha DX7, TX7, Korg Volca FM", "Yamaha reface DX"}));
     EXPECT_EQ(Offered({"db", "list", "--database", ""}), Lines{"files\tsyx_db\tsrx_db"});
@@ -146,6 +164,7 @@ TEST(Completion, ValuesOfOptionsAreThoseThatTheyTake) {
 
 TEST(Completion, SettingsAreThoseThatCanBeReadOrSet) {
     EXPECT_EQ(Words({"settings", ""}), (Lines{"list", "get", "set"}));
+    ExpectHelpNames({"--help"}, "settings WHAT", Words({"settings", ""}));
     Lines keys;
     for (const std::string &line : LinesOf(Cli({"settings", "list"}).output)) {
         keys.push_back(line.substr(0, line.find('\t')));
