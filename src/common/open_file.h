@@ -26,13 +26,16 @@ enum class NewFileUsers {
     AsModel, // owner, group and permissions are those of the model, or no file is made: EPERM
     AsModelOrFewer, // as far as they can be given; nobody may do more than with the model
 };
+// On Windows a new file has the users that its folder gives it, whatever the model's are;
+// RenameOver hands it those of the file that it replaces.
+//
 // Makes a file that does not exist, open for writing, for the users of the file `model` if there is
 // one. Null, with the reason in errno, when it cannot be made, or exists; there is none then that
 // was not there before.
 FilePointer CreateFileLike(const char *path, const char *model, NewFileUsers users);
 
 // Whether a new file in the place of this one would lose what belongs to the file and not to its
-// name: its other names, its list of access rights.
+// name: its other names, its list of access rights (which RenameOver keeps on Windows).
 bool IsMoreThanItsName(const char *path);
 
 // Gives a file that is open for writing its size in bytes. False, with the reason in errno, when it
@@ -45,7 +48,8 @@ bool FlushToDisk(std::FILE *file);
 
 // Gives a file another name, in the place of the file that has it, in one step. The step is on the
 // disk too, unless the folder cannot be waited for: after a power cut the name may then stand for
-// the former file. False, with the reason in errno, when it keeps its name.
+// the former file. False, with the reason in errno, when it keeps its name; on Windows after a
+// third of a second in which another program did not let go of either file.
 bool RenameOver(const char *from, const char *to);
 
 // Replaces `bytes`, whose room is used again, by up to `limit` bytes from the start of a regular

@@ -4,18 +4,113 @@
 #include "common/utf8_path.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <io.h>
-#include <string>
-#include <system_error>
+#include <sys/stat.h>
 #include <windows.h>
 
 namespace tonewright {
 
+namespace {
+
+int FlagsOf(const char *mode) {
+    const bool updates = mode[1] == '+';
+    switch (mode[0]) {
+    case 'w':
+        return (updates ? _O_RDWR : _O_WRONLY) | _O_CREAT | _O_TRUNC;
+    case 'a':
+        return (updates ? _O_RDWR : _O_WRONLY) | _O_CREAT | _O_APPEND;
+    default:
+        return updates ? _O_RDWR : _O_RDONLY;
+    }
+}
+
+// Not by the letters of a mode: those for a file that must not exist and for one that started
+// programs do not inherit are unknown to older libraries of the system.
+FilePointer OpenBytes(const char *path, int flags, const char *mode) {
+    const int descriptor =
+        _wopen(PathOfUtf8(path).c_str(), flags | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    FilePointer file(_fdopen(descriptor, mode));
+    if (!file) {
+        const int reason = errno;
+        _close(descriptor);
+        errno = reason;
+    }
+    return file;
+}
+
+// The errno that says what an error of Windows does.
+int WindowsErrno(DWORD error) {
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+        return ENOENT;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_UNABLE_TO_REMOVE_REPLACED:
+    case ERROR_UNABLE_TO_MOVE_REPLACEMENT:
+    case ERROR_UNABLE_TO_MOVE_REPLACEMENT_2:
+        return EACCES;
+    case ERROR_WRITE_PROTECT:
+        return EROFS;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
+        return EEXIST;
+    case ERROR_DIRECTORY:
+        return ENOTDIR;
+    case ERROR_NOT_SAME_DEVICE:
+        return EXDEV;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+        return ENOSPC;
+    case ERROR_FILENAME_EXCED_RANGE:
+        return ENAMETOOLONG;
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+        return ENOMEM;
+    default:
+        return EIO;
+    }
+}
+
+// A file that is replaced leaves its users, and the time of its making, to the one in its place.
+// Where there is none, or the file system has no such step, the name alone is moved.
+DWORD TryRenameOver(const std::filesystem::path &source, const std::filesystem::path &target) {
+    if (ReplaceFileW(target.c_str(), source.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                     nullptr, nullptr)) {
+        return ERROR_SUCCESS;
+    }
+    const DWORD error = GetLastError();
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_FUNCTION:
+    case ERROR_INVALID_PARAMETER:
+    case ERROR_NOT_SUPPORTED:
+    case ERROR_CALL_NOT_IMPLEMENTED:
+        return MoveFileExW(source.c_str(), target.c_str(),
+                           MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)
+                   ? ERROR_SUCCESS
+                   : GetLastError();
+    default:
+        return error;
+    }
+}
+
+} // namespace
+
 FilePointer OpenFile(const char *path, const char *mode) {
-    const std::filesystem::path wide = PathOfUtf8(path);
-    const std::wstring wideMode(mode, mode + std::char_traits<char>::length(mode));
-    FilePointer file(_wfopen(wide.c_str(), wideMode.c_str()));
+    FilePointer file = OpenBytes(path, FlagsOf(mode), mode);
     if (file && GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file.get())))) !=
                     FILE_TYPE_DISK) {
         file.reset();
@@ -24,15 +119,22 @@ FilePointer OpenFile(const char *path, const char *mode) {
     return file;
 }
 
-// RenameOver keeps the users of the file that is replaced; a new file has those of its folder.
 FilePointer CreateFileLike(const char *path, const char *, NewFileUsers) {
-    return FilePointer(_wfopen(PathOfUtf8(path).c_str(), L"wbx"));
+    return OpenBytes(path, _O_WRONLY | _O_CREAT | _O_EXCL, "wb");
 }
 
+// Its list of access rights goes to the file in its place.
 bool IsMoreThanItsName(const char *path) {
-    std::error_code error;
-    const auto names = std::filesystem::hard_link_count(PathOfUtf8(path), error);
-    return !error && names > 1;
+    constexpr DWORD everybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file = CreateFileW(PathOfUtf8(path).c_str(), FILE_READ_ATTRIBUTES, everybody,
+                                    nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    BY_HANDLE_FILE_INFORMATION information = {};
+    const bool known = GetFileInformationByHandle(file, &information) != 0;
+    CloseHandle(file);
+    return known && information.nNumberOfLinks > 1;
 }
 
 bool SetFileSize(std::FILE *file, std::size_t size) {
@@ -50,13 +152,19 @@ bool FlushToDisk(std::FILE *file) {
 
 bool RenameOver(const char *from, const char *to) {
     const std::filesystem::path target = PathOfUtf8(to), source = PathOfUtf8(from);
-    if (ReplaceFileW(target.c_str(), source.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
-                     nullptr, nullptr) != 0 ||
-        MoveFileExW(source.c_str(), target.c_str(),
-                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+    // Who scans or indexes a file that has just been written lets go of it soon.
+    constexpr DWORD firstPause = 10, longestPause = 160; // milliseconds, twice as long each time
+    DWORD pause = firstPause;
+    DWORD error = TryRenameOver(source, target);
+    while (WindowsErrno(error) == EACCES && pause <= longestPause) {
+        Sleep(pause);
+        pause *= 2;
+        error = TryRenameOver(source, target);
+    }
+    if (error == ERROR_SUCCESS) {
         return true;
     }
-    errno = EACCES;
+    errno = WindowsErrno(error);
     return false;
 }
 
@@ -67,7 +175,11 @@ bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8
         return false;
     }
     if (size) {
-        *size = static_cast<std::uint64_t>(_filelengthi64(_fileno(file.get())));
+        const long long length = _filelengthi64(_fileno(file.get()));
+        if (length < 0) {
+            return false;
+        }
+        *size = static_cast<std::uint64_t>(length);
     }
     ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t size) {
         return std::fread(place, 1, size, file.get());
