@@ -31,13 +31,18 @@ protected:
         return result.output;
     }
 
+    // A command that reads a file of packaging/linux/completion, wherever the checkout lies.
+    static std::string Source(const std::string &file) {
+        return "source '" + SourceFile("packaging/linux/completion/" + file) + "'; ";
+    }
+
     // What bash offers for the last of these words, in brackets. It takes words apart at equal
     // signs.
     std::string Bash(const std::string &function, const std::string &words) {
         return Printed(
             {"/bin/bash", "--norc", "-c"},
-            ". " + SourceFile("packaging/linux/completion/tonewright.bash") + "; COMP_WORDS=(" +
-                words + "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
+            Source("tonewright.bash") + "COMP_WORDS=(" + words +
+                "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); " + function +
                 " \"${COMP_WORDS[0]}\" \"${COMP_WORDS[-1]}\" \"${COMP_WORDS[-2]}\";"
                 "((${#COMPREPLY[@]} == 0)) || printf '[%s]\\n' \"${COMPREPLY[@]}\" | sort");
     }
@@ -72,12 +77,36 @@ TEST_F(ShellCompletion, BashOffersFilesOfTheRightKindAndFolders) {
     EXPECT_EQ(Cli("edit a.syx 1 name = A a"), "[a.syx]\n[algorithm=]\n");
 }
 
+// As they are typed: quoted, with a backslash, and with a quote that is open.
+TEST_F(ShellCompletion, BashKnowsQuotedWords) {
+    EXPECT_EQ(Cli(R"(edit '"two words.syx"' 1 lfoW)"), "[lfoWave=]\n");
+    EXPECT_EQ(Cli(R"(edit 'two\ words.syx' 1 lfoW)"), "[lfoWave=]\n");
+    EXPECT_EQ(Cli(R"(edit "'two words.syx'" 1 lfoW)"), "[lfoWave=]\n");
+    EXPECT_EQ(Cli(R"(find --synth 'Yamaha\ re')"), "[Yamaha\\ reface\\ DX]\n");
+    EXPECT_EQ(Cli(R"(find --synth = 'Yamaha\ re')"), "[Yamaha\\ reface\\ DX]\n");
+    EXPECT_EQ(Cli(R"(find --synth '"Yamaha re')"), "[Yamaha reface DX]\n");
+    EXPECT_EQ(Cli(R"(find --synth "'Yamaha re")"), "[Yamaha reface DX]\n");
+}
+
+TEST_F(ShellCompletion, BashTakesQuotesAwayAsACommandGetsWords) {
+    const auto plain = [&](const std::string &word) {
+        return Printed({"/bin/bash", "--norc", "-c"}, Source("tonewright.bash") +
+                                                          "_tonewright_unquote " + word +
+                                                          R"(; printf '%s|%s' "$plain" "$quote")");
+    };
+    EXPECT_EQ(plain(R"('a"b c"d')"), "ab cd|");
+    EXPECT_EQ(plain(R"('"a\"b\c\\"')"), R"(a"b\c\|)");
+    EXPECT_EQ(plain(R"("'a\\\"b'c\\'d")"), R"(a\"bc'd|)");
+    EXPECT_EQ(plain(R"('a"b\"')"), "ab\"|\"");
+    EXPECT_EQ(plain(R"("a'b")"), "ab|'");
+    EXPECT_EQ(plain(R"('~/$HOME$(echo)')"), "~/$HOME$(echo)|");
+}
+
 TEST_F(ShellCompletion, BashCompletesTheWindowProgramToo) {
     EXPECT_EQ(Bash("_tonewright", "tonewright ''"), "[B.SRX]\n[a.syx]\n[sub]\n[two words.syx]\n");
     EXPECT_EQ(Bash("_tonewright", "tonewright --v"), "[--version]\n");
     EXPECT_EQ(Printed({"/bin/bash", "--norc", "-c"},
-                      ". " + SourceFile("packaging/linux/completion/tonewright.bash") +
-                          "; complete -p tonewright tonewright-cli"),
+                      Source("tonewright.bash") + "complete -p tonewright tonewright-cli"),
               "complete -F _tonewright tonewright\ncomplete -F _tonewright_cli tonewright-cli\n");
 }
 
@@ -87,8 +116,7 @@ TEST_F(ShellCompletion, FishOffersTheSame) {
     }
     const auto fish = [&](const std::string &line) {
         return Printed({"HOME=" + folder.path.string(), "fish", "--no-config", "-c"},
-                       "source " + SourceFile("packaging/linux/completion/tonewright.fish") +
-                           "; complete -C '" + line + "'");
+                       Source("tonewright.fish") + "complete -C '" + line + "'");
     };
     EXPECT_EQ(fish("tonewright-cli ex"),
               "export\twrite the voice at PLACE into a file of its own\n");
@@ -96,6 +124,17 @@ TEST_F(ShellCompletion, FishOffersTheSame) {
     EXPECT_EQ(fish("tonewright-cli reface-settings load c"), "c.crg\n");
     EXPECT_EQ(fish("tonewright-cli edit a.syx 1 lfoW"), "lfoWave=\n");
     EXPECT_EQ(fish("tonewright-cli db list --sort=p"), "--sort=position\n");
+    EXPECT_EQ(fish("tonewright-cli list ~/tw"), "~/two words.syx\n");
+    EXPECT_EQ(fish("tonewright-cli list $HOME/tw"), "$HOME/two words.syx\n");
+    EXPECT_EQ(fish(R"(tonewright-cli list "tw)"), "two words.syx\n");
+    EXPECT_EQ(fish(R"(tonewright-cli list "$HOME/tw)"), "$HOME/two words.syx\n");
+    EXPECT_EQ(fish("tonewright-cli list s"), "sub/\n");
+    EXPECT_EQ(fish("tonewright-cli history --file=no"), "--file=notes.txt\n");
+    EXPECT_EQ(fish("tonewright-cli history --file=$HOME/no"), "--file=$HOME/notes.txt\n");
+    EXPECT_EQ(fish(R"(tonewright-cli edit "two words.syx" 1 lfoW)"), "lfoWave=\n");
+    EXPECT_EQ(fish(R"(tonewright-cli find --synth "Yamaha re)"), "Yamaha reface DX\n");
+    EXPECT_EQ(fish(R"(tonewright-cli find --synth=Yamaha\\ re)"), "--synth=Yamaha reface DX\n");
+    EXPECT_EQ(fish("tonewright ~/tw"), "~/two words.syx\n");
     EXPECT_EQ(fish("tonewright --v"), "--version\tshow the program's version\n");
 }
 

@@ -1,8 +1,28 @@
 # Completion of tonewright-cli and tonewright for bash: asks tonewright-cli, which knows what it takes.
 # shellcheck shell=bash
 
+# _tonewright_unquote WORD: sets $plain to the word as a command would get it, but for tildes and
+# variables, which stay, and $quote to the quote that is open at its end.
+_tonewright_unquote() {
+    local word=$1 letter at
+    plain="" quote=""
+    for ((at = 0; at < ${#word}; ++at)); do
+        letter=${word:at:1}
+        case $quote$letter in
+        "''" | '""') quote="" ;;
+        "'" | '"') quote=$letter ;;
+        \\) plain+=${word: ++at:1} ;;
+        "\"\\")
+            [[ ${word:at + 1:1} == [\"\$\`\\] ]] && letter=${word: ++at:1}
+            plain+=$letter
+            ;;
+        *) plain+=$letter ;;
+        esac
+    done
+}
+
 # _tonewright_offer WORD...: what the last of these words of tonewright-cli may become, as it stands in
-# $cur with $lead in front of it.
+# $cur with $lead in front of it. Names are quoted where no $quote is open.
 _tonewright_offer() {
     local kind word extension letter pattern file files=()
     COMPREPLY=()
@@ -11,7 +31,7 @@ _tonewright_offer() {
             # The part in front of an equal sign is a word of its own for bash.
             word=${word#"$lead"}
             [[ $word == *= ]] && compopt -o nospace 2>/dev/null
-            [[ $word == *[^[:alnum:]_.=-]* ]] && printf -v word '%q' "$word"
+            [[ -z $quote && $word == *[^[:alnum:]_.=-]* ]] && printf -v word '%q' "$word"
             COMPREPLY+=("$word")
             continue
         fi
@@ -37,19 +57,20 @@ _tonewright_offer() {
         return
     fi
     for file in "${files[@]}"; do
-        printf -v file '%q' "$file"
+        [ -n "$quote" ] || printf -v file '%q' "$file"
         COMPREPLY+=("$file")
     done
 }
 
 _tonewright_cli() {
-    local program=$1 cur=$2 lead="" at words=()
+    local program=$1 cur=$2 lead="" plain quote at words=()
     # Joins what bash has taken apart at equal signs.
     for ((at = 1; at <= COMP_CWORD; ++at)); do
+        _tonewright_unquote "${COMP_WORDS[at]}"
         if ((${#words[@]})) && [[ ${COMP_WORDS[at]} == = || ${COMP_WORDS[at - 1]} == = ]]; then
-            words[-1]+=${COMP_WORDS[at]}
+            words[-1]+=$plain
         else
-            words+=("${COMP_WORDS[at]}")
+            words+=("$plain")
         fi
     done
     [[ $cur == = ]] && cur=""
@@ -58,7 +79,8 @@ _tonewright_cli() {
 }
 
 _tonewright() {
-    local program=tonewright-cli cur=$2 lead=""
+    local program=tonewright-cli cur=$2 lead="" plain quote
+    _tonewright_unquote "${COMP_WORDS[COMP_CWORD]}"
     if [[ $cur == -* ]]; then
         _tonewright_offer "$cur"
     else

@@ -1,8 +1,9 @@
 # Completion of tonewright-cli and tonewright for fish: asks tonewright-cli, which knows what it takes.
 
-function __tonewright_offer --description 'PROGRAM WORD...: what the last word may become'
-    set --local cur $argv[-1]
-    for line in ($argv[1] complete -- $argv[2..-1] 2>/dev/null)
+function __tonewright_offer --description 'PROGRAM WORD...: what may stand for the last word, without that'
+    # As it is typed, with tilde, variables and quotes, which fish knows how to complete to files.
+    set --local typed (commandline --current-token --cut-at-cursor)
+    for line in ($argv[1] complete -- $argv[2..-1] (string unescape -- $typed) 2>/dev/null)
         set --local fields (string split \t -- $line)
         switch $fields[1]
             case word
@@ -12,7 +13,8 @@ function __tonewright_offer --description 'PROGRAM WORD...: what the last word m
                 if test (count $fields) -gt 1
                     set ending '\.(?:'(string join '|' $fields[2..-1])')'
                 end
-                __fish_complete_path $cur | string match --entire --regex --ignore-case -- "^[^\t]*(?:/|$ending)(?:\t|\$)"
+                # Of a command that nothing is known of, all files are offered.
+                complete --do-complete "__tonewright_any $typed" | string match --entire --regex --ignore-case -- "^[^\t]*(?:/|$ending)(?:\t|\$)"
         end
     end
     return 0
@@ -20,15 +22,14 @@ end
 
 function __tonewright_cli_offer
     set --local words (commandline --current-process --tokenize --cut-at-cursor)
-    __tonewright_offer $words[1] $words[2..-1] (commandline --current-token --cut-at-cursor)
+    __tonewright_offer $words[1] $words[2..-1]
 end
 
 function __tonewright_window_offer
-    set --local cur (commandline --current-token --cut-at-cursor)
-    if string match --quiet -- '-*' $cur
-        __tonewright_offer tonewright-cli $cur
+    if string match --quiet -- '-*' (commandline --current-token --cut-at-cursor)
+        __tonewright_offer tonewright-cli
     else
-        __tonewright_offer tonewright-cli upload $cur # takes a bank, too
+        __tonewright_offer tonewright-cli upload # takes a bank, too
     end
 end
 
