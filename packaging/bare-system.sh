@@ -20,9 +20,13 @@
 #   in_root ROOT USER FOLDER COMMAND...   a shell command in a folder of the root, with that user's
 #                                 environment and nothing of this one's; what follows the command
 #                                 are its arguments $1, $2... Its result
+#   paint_window ROOT USER PICTURE TITLE COMMAND   starts a command of a user on a display of its own,
+#                                 until a window of that title has been painted, for two minutes at
+#                                 most; makes a picture of the display, and ends both. Fails when there
+#                                 is no such window, or when the command has ended by itself
 #   remove_root ROOT
 #   step                          as step.sh has it
-# Wanted packages: BARE_PACKAGES
+# Wanted packages: BARE_PACKAGES, for paint_window WINDOW_PACKAGES
 
 . "${BASH_SOURCE[0]%/*}/step.sh"
 
@@ -33,7 +37,8 @@ bare_store=
 bare_binds=()
 systems=()
 bare_usage="SYSTEM           ${bare_systems[*]}; all of them when none is named
---folder FOLDER  where roots and logs go; a folder in build/ when it is not given
+--folder FOLDER  where roots and logs go; a folder in build/ when it is not given. What an earlier run
+                 has left there is removed
 --mirror URL     what stands before /debian and /debian-security; $bare_mirror when it is not given
 --store FOLDER   where tar files of the bare systems are kept for the next time"
 
@@ -65,13 +70,14 @@ apart() {
 
 make_bare_root() { # SYSTEM ROOT
     local kept="${bare_store:+$bare_store/minbase-$1.tar}"
-    remove_root "$2" && mkdir -p "$2" || return
+    remove_root "$2" && mkdir -p "$2" && touch "$2/.bare-system" || return
     if [ -n "$kept" ] && [ -e "$kept" ]; then
         tar -x --numeric-owner -f "$kept" -C "$2" || return
     else
         apart debootstrap --variant=minbase "$1" "$2" "$bare_mirror/debian" || return
         if [ -n "$kept" ]; then
-            mkdir -p "$bare_store" && tar -c --numeric-owner -f "$kept.$$" -C "$2" . &&
+            mkdir -p "$bare_store" &&
+                tar -c --numeric-owner --exclude=./.bare-system -f "$kept.$$" -C "$2" . &&
                 mv "$kept.$$" "$kept" || return
         fi
     fi
@@ -83,7 +89,13 @@ make_bare_root() { # SYSTEM ROOT
         chmod 755 "$2"
 }
 
+# Only what make_bare_root has begun here: a mark stands in it before anything else.
 remove_root() { # ROOT
+    [ -n "$(ls -A "$1" 2>/dev/null)" ] || return 0
+    [ -e "$1/.bare-system" ] || {
+        echo "$1 is no bare system that was made here, so it stays." >&2
+        return 1
+    }
     rm -rf --one-file-system "$1"
 }
 
@@ -119,4 +131,41 @@ in_root() { # ROOT USER FOLDER COMMAND...
         setpriv --reuid "$user" --regid "$user" --init-groups --reset-env \
             sh -c "cd \"\$0\" && $command" "$folder" "$@" </dev/null || status=$?
         exit $status' inside "$1" "$2" "$3" "$4" "$(printf '%s\n' "${bare_binds[@]}")" "${@:5}"
+}
+
+# The display is one of this machine, of which a picture tells by its colors that more than a frame is
+# painted: the main window has about 1000 of them.
+paint_window() { # ROOT USER PICTURE TITLE COMMAND
+    local number=$3.display begin=$SECONDS colors=0 there=yes display server manager program
+    local -a binds=("${bare_binds[@]}")
+    rm -f "$number"
+    Xvfb -displayfd 5 -ac -screen 0 1024x768x24 -nolisten tcp 5>"$number" 2>/dev/null &
+    server=$!
+    while [ ! -s "$number" ]; do
+        if [ $((SECONDS - begin)) -ge 60 ] || ! kill -0 $server; then
+            kill $server || true
+            return 1
+        fi
+        sleep 0.2
+    done
+    display=:$(cat "$number")
+    DISPLAY=$display jwm >/dev/null 2>&1 &
+    manager=$!
+    local -a bare_binds=("${binds[@]}" /tmp/.X11-unix:/tmp/.X11-unix)
+    in_root "$1" "$2" / "DISPLAY=$display $5" &
+    program=$!
+    begin=$SECONDS
+    while [ "$colors" -lt 500 ] && [ $((SECONDS - begin)) -lt 120 ] && kill -0 $program; do
+        sleep 1
+        DISPLAY=$display xdotool search --onlyvisible --name "^$4\$" || continue
+        sleep 2 # for the boxes before it
+        DISPLAY=$display import -window root "$3" && colors=$(identify -format %k "$3")
+    done
+    echo "$3: $colors colors after $((SECONDS - begin)) s"
+    [ "$colors" -ge 500 ] || DISPLAY=$display import -window root "$3" || true
+    kill -0 $program || there=no
+    kill $program $manager $server || true
+    wait $program $manager $server || true
+    rm -f "$number"
+    [ "$colors" -ge 500 ] && [ $there = yes ]
 }

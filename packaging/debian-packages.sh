@@ -11,13 +11,13 @@ WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest
   nsis zip"
 WINDOWS_TEST_PACKAGES="wine64 xvfb xauth jwm xdotool poppler-utils"
 DEB_PACKAGES="dpkg-dev"
-DEB_TEST_PACKAGES="xvfb jwm imagemagick"
 BARE_PACKAGES="debootstrap debian-archive-keyring git" # for bare-system.sh
-CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot lintian"
+WINDOW_PACKAGES="xvfb jwm xdotool imagemagick"
+LINT_PACKAGES="lintian appstream"
+CHECK_PACKAGES="shellcheck g++-mingw-w64-x86-64-posix libz-mingw-w64-dev fakeroot $LINT_PACKAGES"
 INSTALL_TEST_PACKAGES="desktop-file-utils appstream shared-mime-info xdg-utils libglib2.0-bin mandoc
   groff-base xvfb xauth xdotool zsh bash-completion"
 TAR_PACKAGES="xz-utils"
-TAR_TEST_PACKAGES="xz-utils xvfb jwm imagemagick"
 
 need_packages() {
     local missing="" name

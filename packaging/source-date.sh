@@ -5,17 +5,23 @@
 # an archive made by git sets to the commit's. Sourced, in the checkout's folder; a time that is given
 # in the environment stays.
 
+. packaging/debian-packages.sh
 . packaging/version.sh
 
-# The date of the checkout's own commit; nothing where the folder is only below a repository of others.
-commit_time() {
-    [ "$(git rev-parse --show-cdup 2>/dev/null || echo none)" = "" ] &&
-        git log -1 --format=%ct 2>/dev/null
-}
-
 if [ -z "${SOURCE_DATE_EPOCH:-}" ]; then
-    SOURCE_DATE_EPOCH=$(commit_time ||
-        { [ -n "$changes_day" ] && date -u -d "$changes_day" +%s; } ||
-        stat -c %Y CHANGELOG.md)
+    # A folder that is only below a repository of others has none of its own. Where git does not tell
+    # the time, another one in its stead would make other bytes of the same commit. Whose the checkout
+    # is does not matter, as its scripts are running already.
+    if [ -e .git ]; then
+        need_packages git
+        SOURCE_DATE_EPOCH=$(git -c safe.directory="$PWD" log -1 --format=%ct) || {
+            echo "The time of the commit is not known; SOURCE_DATE_EPOCH may give it." >&2
+            return 1
+        }
+    elif [ -n "$changes_day" ]; then
+        SOURCE_DATE_EPOCH=$(date -u -d "$changes_day" +%s)
+    else
+        SOURCE_DATE_EPOCH=$(stat -c %Y CHANGELOG.md)
+    fi
 fi
 export SOURCE_DATE_EPOCH
