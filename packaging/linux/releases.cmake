@@ -1,7 +1,5 @@
 # Sets RELEASES to what AppStream is to know of the releases: those of CHANGELOG.md, of which each begins
-# "## VERSION (DATE)" and is a list. One without a date is in the making and bears that of the build.
-string(TIMESTAMP today %Y-%m-%d UTC) # or what SOURCE_DATE_EPOCH says
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/CHANGELOG.md)
+# "## VERSION (DATE)" and is a list. One without a date is in the making and bears that of version.cmake.
 file(READ ${CMAKE_SOURCE_DIR}/CHANGELOG.md RELEASES)
 string(REPLACE "&" "&amp;" RELEASES "${RELEASES}")
 string(REPLACE "<" "&lt;" RELEASES "${RELEASES}")
@@ -15,7 +13,7 @@ set(end "        </ul>\n      </description>\n    </release>\n")
 string(REGEX REPLACE "\n## ([^ \n]+) \\(([0-9-]+)\\)\n\n"
        "${end}    <release version=\"\\1\" date=\"\\2\">\n${begin}\n" RELEASES "${RELEASES}")
 string(REGEX REPLACE "\n## ([^ \n]+) \\([^)\n]*\\)\n\n"
-       "${end}    <release type=\"development\" version=\"\\1\" date=\"${today}\">\n${begin}\n"
+       "${end}    <release type=\"development\" version=\"\\1\" date=\"${program_day}\">\n${begin}\n"
        RELEASES "${RELEASES}")
 string(LENGTH "${end}" ended)
 string(SUBSTRING "${RELEASES}" ${ended} -1 RELEASES)

@@ -1,13 +1,4 @@
-# What the programs for Windows carry inside: icon, version and manifest. The version is that which
-# the program tells of itself.
-file(STRINGS ${PROJECT_SOURCE_DIR}/src/common/version.h version_lines REGEX "constexpr")
-if(NOT version_lines MATCHES "ProgramVersion = \"([0-9]+)\\.([0-9]+)([a-z]*)\".*ProgramRevision = ([0-9]+)")
-  message(FATAL_ERROR "src/common/version.h tells no version")
-endif()
-set(program_version "${CMAKE_MATCH_1}.${CMAKE_MATCH_2}${CMAKE_MATCH_3}")
-set(program_version_numbers "${CMAKE_MATCH_1},${CMAKE_MATCH_2},0,${CMAKE_MATCH_4}")
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
-             ${PROJECT_SOURCE_DIR}/src/common/version.h)
+# What the programs for Windows carry inside: icon, version and manifest.
 
 # describe_program(TARGET DESCRIPTION)
 function(describe_program target program_description)
