@@ -1,6 +1,7 @@
 # Completion of tonewright-cli and tonewright for fish: asks tonewright-cli, which knows what it takes.
 
-function __tonewright_offer --description 'PROGRAM WORD...: what may stand for the last word, without that'
+# PROGRAM WORD...: what the token at the cursor may become behind these words.
+function __tonewright_offer
     # As it is typed, with tilde, variables and quotes, which fish knows how to complete to files.
     set --local typed (commandline --current-token --cut-at-cursor)
     for line in ($argv[1] complete -- $argv[2..-1] (string unescape -- $typed) 2>/dev/null)
@@ -14,7 +15,8 @@ function __tonewright_offer --description 'PROGRAM WORD...: what may stand for t
                     set ending '\.(?:'(string join '|' $fields[2..-1])')'
                 end
                 # Of a command that nothing is known of, all files are offered.
-                complete --do-complete "__tonewright_any $typed" | string match --entire --regex --ignore-case -- "^[^\t]*(?:/|$ending)(?:\t|\$)"
+                complete --do-complete "__tonewright_any $typed" |
+                    string match --entire --regex --ignore-case -- "^[^\t]*(?:/|$ending)(?:\t|\$)"
         end
     end
     return 0
