@@ -6,8 +6,6 @@
 #include "support/paths.h"
 #include "support/posix_limits.h"
 
-#include <sys/stat.h>
-
 namespace tonewright {
 namespace {
 
@@ -138,10 +136,9 @@ TEST_F(CliMidiOnPosix, AClosedOutputIsNoMatterWhereNothingIsPrinted) {
 
 TEST_F(CliMidiOnPosix, AMemoryInAReadOnlyFolderIsToldOf) {
     const std::string bank = Bank();
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    ASSERT_EQ(chmod(bank.c_str(), 0644), 0);
     RunCliUnprivileged(
-        {"upload", bank, "--out", "dx7", "--memory", Memory()}, [&](const ProgramResult &result) {
+        {{folder.path, 0500}}, {"upload", bank, "--out", "dx7", "--memory", Memory()},
+        [&](const ProgramResult &result) {
             EXPECT_EQ(result.exitStatus, 1);
             EXPECT_EQ(result.errors, "tonewright-cli: " + Memory() +
                                          ": could not be written: Permission denied\n");
@@ -153,10 +150,8 @@ TEST_F(CliMidiOnPosix, AMemoryThatMayNotBeReadIsToldOfAndStays) {
     const std::string bank = Bank();
     ExpectDone({"upload", bank, "--out", "dx7", "--memory", Memory()});
     const Bytes studio = ReadTestFile(Memory());
-    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
-    ASSERT_EQ(chmod(bank.c_str(), 0644), 0);
-    ASSERT_EQ(chmod(Memory().c_str(), 0200), 0);
-    RunCliUnprivileged({"upload", bank, "--out", "volca", "--memory", Memory(), "--trace"},
+    RunCliUnprivileged({{Memory(), 0200}},
+                       {"upload", bank, "--out", "volca", "--memory", Memory(), "--trace"},
                        [&](const ProgramResult &result) {
                            EXPECT_EQ(result.exitStatus, 1);
                            EXPECT_EQ(result.errors, "tonewright-cli: " + Memory() +

@@ -15,7 +15,6 @@
 #include <filesystem>
 #include <string>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -228,9 +227,7 @@ TEST(CliOnAPipe, CheckRefusesItAndGoesOn) {
 TEST(CliWithoutPermission, SaysThatAFileIsNotReadable) {
     const TempFolder folder;
     const std::string bank = folder.Write("a.syx", TestBank());
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    ASSERT_EQ(chmod(bank.c_str(), 0600), 0);
-    RunCliUnprivileged({"check", bank}, [&](const ProgramResult &result) {
+    RunCliUnprivileged({{bank, 0}}, {"check", bank}, [&](const ProgramResult &result) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.output, bank + "\trefused\tnot readable: Permission denied\n");
     });
@@ -239,9 +236,7 @@ TEST(CliWithoutPermission, SaysThatAFileIsNotReadable) {
 TEST(CliWithoutPermission, SaysThatAFolderIsReadOnly) {
     const TempFolder folder;
     const std::string in = folder.Write("in.syx", TestBank()), out = folder.File("out.syx");
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    ASSERT_EQ(chmod(in.c_str(), 0644), 0);
-    RunCliUnprivileged({"save", in, out}, [&](const ProgramResult &result) {
+    RunCliUnprivileged({{folder.path, 0500}}, {"save", in, out}, [&](const ProgramResult &result) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.errors,
                   "tonewright-cli: " + out + ": could not be written: Permission denied\n");

@@ -71,25 +71,22 @@ TEST_F(CliDbFaults, NoRoomForANewOneLeavesNone) {
 TEST_F(CliDbFaults, WhatMayNotBeWrittenStays) {
     const TestBytes former = TestCatalogue(Dx7, 2, 2);
     const std::string path = Write("Voices.syx_db", former), bank = Bank();
-    fs::permissions(home.path, fs::perms(0755));
-    fs::permissions(Documents(), fs::perms(0777));
-    for (const auto perms : {fs::perms(0444), fs::perms(0)}) {
-        fs::permissions(path, perms);
-        RunCliUnprivileged({"db", "add", bank}, [&](const ProgramResult &result) {
+    for (const mode_t mode : {0400, 0}) {
+        RunCliUnprivileged({{path, mode}}, {"db", "add", bank}, [&](const ProgramResult &result) {
             EXPECT_EQ(result.exitStatus, 1);
-            EXPECT_EQ(result.output, perms == fs::perms(0) ? "" : bank + "\t0\t0\n");
+            EXPECT_EQ(result.output, mode == 0 ? "" : bank + "\t0\t0\n");
             EXPECT_TRUE(Contains(result.errors, ": Permission denied\n")) << result.errors;
             EXPECT_FALSE(Contains(result.errors, "deleted"));
         });
         EXPECT_EQ(ReadTestFile(path), former);
     }
     fs::remove(path);
-    fs::permissions(Documents(), fs::perms(0555));
-    RunCliUnprivileged({"db", "add", bank}, [&](const ProgramResult &result) {
-        EXPECT_EQ(result.exitStatus, 1);
-        EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 1 of " + bank +
-                                     " could not be added: Permission denied\n");
-    });
+    RunCliUnprivileged(
+        {{Documents(), 0500}}, {"db", "add", bank}, [&](const ProgramResult &result) {
+            EXPECT_EQ(result.exitStatus, 1);
+            EXPECT_EQ(result.errors, "tonewright-cli: " + path + ": place 1 of " + bank +
+                                         " could not be added: Permission denied\n");
+        });
     EXPECT_FALSE(fs::exists(path));
 }
 
@@ -162,9 +159,7 @@ TEST_F(CliDbFaults, FilesBehindAFailureAreNamedAndThoseOfTheOtherFamilyAdded) {
 
 TEST_F(CliDbFaults, NamesOfAFolderThatMayNotBeReadAreNone) {
     Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
-    fs::permissions(home.path, fs::perms(0755));
-    fs::permissions(Documents(), fs::perms(0311));
-    RunCliUnprivileged({"db", "names"}, [&](const ProgramResult &result) {
+    RunCliUnprivileged({{Documents(), 0300}}, {"db", "names"}, [&](const ProgramResult &result) {
         EXPECT_EQ(result.exitStatus, 1);
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.errors, "tonewright-cli: " + Documents().string() +
@@ -172,14 +167,13 @@ TEST_F(CliDbFaults, NamesOfAFolderThatMayNotBeReadAreNone) {
     });
 }
 
-TEST_F(CliDbFaults, OthersMayListAndCheckWhatTheyMayNotWrite) {
+TEST_F(CliDbFaults, WhatMayOnlyBeReadIsListedAndChecked) {
     const std::string path = Write("Voices.syx_db", TestCatalogue(Dx7, 2, 2));
-    fs::permissions(home.path, fs::perms(0755));
-    fs::permissions(path, fs::perms(0444));
-    RunCliUnprivileged({"db", "check", "--database", path}, [&](const ProgramResult &result) {
-        EXPECT_EQ(result.output, "header\tok\ncount\t2\ngood\t2\n");
-    });
-    RunCliUnprivileged({"db", "list", "--database", path},
+    RunCliUnprivileged({{path, 0400}}, {"db", "check", "--database", path},
+                       [&](const ProgramResult &result) {
+                           EXPECT_EQ(result.output, "header\tok\ncount\t2\ngood\t2\n");
+                       });
+    RunCliUnprivileged({{path, 0400}}, {"db", "list", "--database", path},
                        [&](const ProgramResult &result) { EXPECT_EQ(result.exitStatus, 0); });
 }
 

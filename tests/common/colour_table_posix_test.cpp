@@ -46,10 +46,8 @@ TEST(ColourTableFaults, AFullDiskLeavesTheLinesThatHadRoomAndNoBackup) {
 
 TEST(ColourTableFaults, AFileThatCannotBeOpenedForWritingStaysAsItIs) {
     TempFolder folder;
-    fs::permissions(folder.path, fs::perms::all);
     const std::string path = folder.WriteText("t.ccl", "former=255,255,255\n");
-    fs::permissions(path, fs::perms::owner_read | fs::perms::others_read);
-    RunUnprivileged([&] {
+    RunUnprivileged({{path, 0400}}, [&] {
         const ColourTable table = ThreeColours();
         EXPECT_EQ(ColourTableSave(path.c_str(), &table), 0);
         EXPECT_EQ(errno, EACCES);
@@ -97,11 +95,7 @@ TEST(ColourTableFaults, WhereTheProgramsTableCannotBeCopiedThereIsNone) {
         InstallColourTable();
     }
     EXPECT_TRUE(fs::is_empty(users));
-    for (const char *level : {"", "Quillbrook", "Quillbrook/Tonewright 17"}) {
-        fs::permissions(folder.path / level,
-                        fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
-    }
-    RunUnprivileged([&] {
+    RunUnprivileged({{users, 0500}}, [&] {
         InstallColourTable();
         EXPECT_TRUE(fs::is_empty(users));
     });

@@ -53,20 +53,17 @@ TEST(WriteFileBytes, LeavesTheReasonOfAShortWriteInErrno) {
 
 TEST(WriteFileBytes, LeavesAReadOnlyFileAsItIs) {
     const TempFolder folder;
-    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
     const std::string path = folder.Write("file", Bytes{1, 2});
-    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-    RunUnprivileged(
-        [&] { EXPECT_EQ(WriteFileBytes(path.c_str(), Bytes{3}), WriteOutcome::NotOpened); });
+    RunUnprivileged({{path, 0400}}, [&] {
+        EXPECT_EQ(WriteFileBytes(path.c_str(), Bytes{3}), WriteOutcome::NotOpened);
+    });
     EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2}));
 }
 
 TEST(ReadFileBytes, GivesNothingWithoutPermission) {
     const TempFolder folder;
-    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
     const std::string path = folder.Write("file", Bytes{1, 2});
-    ASSERT_EQ(chmod(path.c_str(), 0), 0);
-    RunUnprivileged([&] { EXPECT_FALSE(ReadFileBytes(path.c_str(), 10)); });
+    RunUnprivileged({{path, 0}}, [&] { EXPECT_FALSE(ReadFileBytes(path.c_str(), 10)); });
 }
 
 TEST(ReadFileBytes, GivesNothingForAPipeWithoutAWriterAndDoesNotWaitForOne) {
@@ -139,11 +136,11 @@ TEST(CopyFileTo, RemovesACopyThatFallsShort) {
 
 TEST(CopyFileTo, ReplacesAReadOnlyCopy) {
     const TempFolder folder;
-    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
     const std::string from = folder.Write("from", Bytes{1});
-    ASSERT_EQ(chmod(folder.Write("to", Bytes{2}).c_str(), 0444), 0);
-    RunUnprivileged([&] { EXPECT_TRUE(CopyFileTo(from.c_str(), folder.File("to").c_str())); });
-    EXPECT_EQ(ReadTestFile(folder.File("to")), Bytes{1});
+    const std::string to = folder.Write("to", Bytes{2});
+    ASSERT_EQ(chmod(to.c_str(), 0400), 0);
+    RunUnprivileged({}, [&] { EXPECT_TRUE(CopyFileTo(from.c_str(), to.c_str())); });
+    EXPECT_EQ(ReadTestFile(to), Bytes{1});
 }
 
 TEST(CopyFileTo, MakesAFileOfItsOwnOfAnotherNameOfTheSameFile) {

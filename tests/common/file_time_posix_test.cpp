@@ -15,15 +15,12 @@ using namespace tonewright;
 TEST(FileCreationTime, OfAFileWithoutWritePermissionIsNone) {
     const TempFolder temp;
     const std::string path = temp.WriteText("bank.syx", "content");
-    ASSERT_EQ(chmod(temp.path.c_str(), 0755), 0);
-    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-    RunUnprivileged([&path] {
+    RunUnprivileged({{path, 0400}}, [&path] {
         std::uint64_t time = 77;
         EXPECT_FALSE(FileCreationTime(path.c_str(), &time));
         EXPECT_EQ(time, 77u);
     });
-    ASSERT_EQ(chmod(path.c_str(), 0666), 0);
-    RunUnprivileged([&path] {
+    RunUnprivileged({{path, 0600}}, [&path] {
         std::uint64_t time = 0;
         EXPECT_TRUE(FileCreationTime(path.c_str(), &time));
     });

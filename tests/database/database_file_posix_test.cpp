@@ -70,11 +70,8 @@ TEST_P(DatabaseFaults, AFullDiskWhileAddingCostsTheWholeCatalogue) {
 TEST_P(DatabaseFaults, AFileThatMayNotBeOpenedSurvivesTheAddThatFails) {
     const TestBytes bytes = TestCatalogue(family, 2, 2);
     WriteTestFile(Path(), bytes);
-    fs::permissions(folder.path, fs::perms::all);
-    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms::all);
-    for (const auto perms : {fs::perms::none, fs::perms(0444)}) {
-        fs::permissions(Path(), perms);
-        RunUnprivileged([&] {
+    for (const mode_t mode : {0, 0400}) {
+        RunUnprivileged({{Path(), mode}}, [&] {
             EXPECT_EQ(Add(9), 0);
             EXPECT_TRUE(HasFile());
         });
@@ -86,10 +83,7 @@ TEST_P(DatabaseFaults, AFileThatMayNotBeWrittenIsNotReplaced) {
     CreateBackups = 0;
     const TestBytes bytes = TestCatalogue(family, 2, 2);
     WriteTestFile(Path(), bytes);
-    fs::permissions(folder.path, fs::perms::all);
-    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms::all);
-    fs::permissions(Path(), fs::perms(0444));
-    RunUnprivileged([&] {
+    RunUnprivileged({{Path(), 0400}}, [&] {
         EXPECT_EQ(row.DatabaseOpen(Path().c_str(), 2), nullptr);
         EXPECT_EQ(errno, EACCES);
         EXPECT_EQ(DatabaseStoreList(nullptr, {}, DriverIndexOfId(row.id)), 0);
@@ -108,9 +102,8 @@ TEST_P(DatabaseFaults, AFileThatCouldNotBeLookedIntoSurvivesTheAddThatFails) {
 }
 
 TEST_P(DatabaseFaults, InAFolderThatMayNotBeWrittenNothingIsMade) {
-    fs::permissions(folder.path, fs::perms(0755));
-    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms(0555));
-    RunUnprivileged([&] { EXPECT_EQ(Add(9), 0); });
+    RunUnprivileged({{folder.File("My Tonewright 17 Documents"), 0500}},
+                    [&] { EXPECT_EQ(Add(9), 0); });
     EXPECT_FALSE(HasFile());
 }
 
@@ -211,12 +204,9 @@ TEST_P(DatabaseFaults, AStoreChangesNoFileThatMayNotBeWrittenAndNoFolder) {
     const int driver = DriverIndexOfId(row.id);
     RecordList list;
     RecordListAdd(list, {TestRecordAt(family, 0)});
-    fs::permissions(folder.path, fs::perms(0755));
-    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms(0555));
-    fs::permissions(Path(), fs::perms(0444));
-    RunUnprivileged([&] { EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0); });
+    RunUnprivileged({{Path(), 0400}, {folder.File("My Tonewright 17 Documents"), 0500}},
+                    [&] { EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0); });
     EXPECT_EQ(File(), bytes);
-    fs::permissions(folder.path / "My Tonewright 17 Documents", fs::perms(0755));
     fs::remove(Path());
     fs::create_directory(Path());
     EXPECT_EQ(DatabaseStoreList(nullptr, list, driver), 0);

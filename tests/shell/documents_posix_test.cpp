@@ -67,10 +67,7 @@ TEST_F(ObstructedFile, ABackupThatDoesNotFitIsAskedAbout) {
 }
 
 TEST_F(ObstructedFile, AReadOnlyFileIsReportedAndKept) {
-    std::filesystem::permissions(home.path, std::filesystem::perms::all);
-    std::filesystem::permissions(home.path / "bank.syx", std::filesystem::perms::owner_read |
-                                                             std::filesystem::perms::others_read);
-    RunUnprivileged([this] {
+    RunUnprivileged({{home.File("bank.syx"), 0400}}, [this] {
         desktop.ExpectMessage(WriteError);
         EXPECT_EQ(RunCommand(CommandSave), 0);
         EXPECT_TRUE(MainListState.dirty);
@@ -81,11 +78,9 @@ TEST_F(ObstructedFile, AReadOnlyFileIsReportedAndKept) {
 }
 
 TEST_F(ObstructedFile, AFileThatMayNotBeReadIsReported) {
-    std::filesystem::permissions(home.path, std::filesystem::perms::all);
     home.Write("secret.syx", TestBank());
-    std::filesystem::permissions(home.path / "secret.syx", std::filesystem::perms::none);
     MainListState.dirty = false;
-    RunUnprivileged([this] {
+    RunUnprivileged({{home.File("secret.syx"), 0}}, [this] {
         PendingOpenPath = home.File("secret.syx");
         desktop.ExpectMessage(ReadError);
         EXPECT_EQ(RunCommand(CommandOpen), 0);

@@ -10,24 +10,11 @@
 
 using namespace tonewright;
 
-namespace {
-
-// A configuration folder that everyone may enter and write to.
-struct SettingsFileObstacles : SettingsHome {
-    SettingsFileObstacles() {
-        for (const auto &folder : {temp.path, temp.path / "app"}) {
-            EXPECT_EQ(chmod(folder.c_str(), 0755), 0);
-        }
-        EXPECT_EQ(chmod(maker.c_str(), 0777), 0);
-    }
-};
-
-} // namespace
+struct SettingsFileObstacles : SettingsHome {};
 
 TEST_F(SettingsFileObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
-    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-    RunUnprivileged([this] {
+    RunUnprivileged({{path, 0400}}, [this] {
         ConfigRead();
         EXPECT_EQ(MaxUndoLevel, 9u);
         MaxUndoLevel = 10;
@@ -46,8 +33,7 @@ TEST_F(SettingsFileObstacles, AReadOnlyFileIsReadAndLosesTheChangesInSilence) {
 
 TEST_F(SettingsFileObstacles, AFileThatCannotBeReadGivesDefaults) {
     WriteTestText(path, "MaxUndoLevel = 9\n");
-    ASSERT_EQ(chmod(path.c_str(), 0000), 0);
-    RunUnprivileged([this] {
+    RunUnprivileged({{path, 0}}, [this] {
         EXPECT_EQ(ReadSettingsFile(ProgramSettings, path.c_str()), 0);
         ConfigRead();
         EXPECT_EQ(MaxUndoLevel, 3u);
@@ -56,8 +42,7 @@ TEST_F(SettingsFileObstacles, AFileThatCannotBeReadGivesDefaults) {
 }
 
 TEST_F(SettingsFileObstacles, AReadOnlyFolderLosesTheChangesInSilence) {
-    ASSERT_EQ(chmod(maker.c_str(), 0555), 0);
-    RunUnprivileged([this] {
+    RunUnprivileged({{maker, 0500}}, [this] {
         EXPECT_EQ(ConfigWrite(), SettingsWrite::Failed);
         EXPECT_FALSE(WriteSingleText(path.c_str(), "Tonewright", "MaxUndoLevel", "11"));
         EXPECT_FALSE(std::filesystem::exists(path));
@@ -239,10 +224,8 @@ TEST_F(SettingsFileObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
 }
 
 TEST_F(SettingsFileObstacles, ExtrasThatCannotBeReadAreNotWrittenOver) {
-    ASSERT_EQ(chmod((maker + "Tonewright 17").c_str(), 0777), 0);
-    RunUnprivileged([this] {
-        WriteTestText(extras, "WholeDetune = 1\n");
-        EXPECT_EQ(chmod(extras.c_str(), 0200), 0); // its own, and so it could be replaced
+    WriteTestText(extras, "WholeDetune = 1\n");
+    RunUnprivileged({{extras, 0200}}, [this] { // it could be replaced
         CarefulMode = 1;
         EXPECT_EQ(WriteChosenSetting(ExtrasSettings, ExtrasSettings.rows[0]),
                   SettingsWrite::Failed);
@@ -263,8 +246,7 @@ TEST_F(SettingsFileObstacles, ASystemsFileThatMayNotBeReadOrIsAPipeDoesNoHarm) {
     WriteSystemExtras("WholeDetune = 1\n");
     std::filesystem::remove(temp.File("system1/Quillbrook/Extras.ini"));
     MakePipe(temp.File("system1/Quillbrook/Extras.ini"));
-    ASSERT_EQ(chmod(temp.File("system0/Quillbrook/Extras.ini").c_str(), 0000), 0);
-    RunUnprivileged([] {
+    RunUnprivileged({{temp.File("system0/Quillbrook/Extras.ini"), 0}}, [] {
         ConfigRead();
         EXPECT_EQ(CarefulMode, 0u);
         EXPECT_EQ(WholeDetune, 0u);

@@ -8,8 +8,6 @@
 #include "shell_fixture.h"
 #include "support/posix_limits.h"
 
-#include <sys/stat.h>
-
 namespace tonewright {
 namespace {
 
@@ -44,17 +42,13 @@ protected:
 };
 
 TEST_F(WizardObstacles, InAReadOnlyFolderTheWizardComesAllTheSame) {
-    ASSERT_EQ(chmod(home.path.c_str(), 0755), 0);
-    ASSERT_EQ(chmod(maker.c_str(), 0555), 0);
-    RunUnprivileged([this] { ExpectOneRunBehindAMessage("Permission denied"); });
+    RunUnprivileged({{maker, 0500}}, [this] { ExpectOneRunBehindAMessage("Permission denied"); });
 }
 
 TEST_F(WizardObstacles, WithAReadOnlyFileTheWizardComesAllTheSame) {
     WriteTestText(settingsPath, "[Tonewright]\nShowWelcomeWizard = 1\n");
-    ASSERT_EQ(chmod(home.path.c_str(), 0755), 0);
-    ASSERT_EQ(chmod(maker.c_str(), 0777), 0);
-    ASSERT_EQ(chmod(settingsPath.c_str(), 0444), 0);
-    RunUnprivileged([this] { ExpectOneRunBehindAMessage("Permission denied"); });
+    RunUnprivileged({{settingsPath, 0400}},
+                    [this] { ExpectOneRunBehindAMessage("Permission denied"); });
     EXPECT_EQ(ReadTestText(settingsPath), "[Tonewright]\nShowWelcomeWizard = 1\n");
 }
 

@@ -1,5 +1,5 @@
-// Real obstacles for tests on POSIX systems: a limit on the size of files, a child process that is
-// not root, and a named pipe in place of a file.
+// Real obstacles for tests on POSIX systems: a limit on the size of files, files and folders whose
+// permissions stand in the way, and a named pipe in place of a file.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,15 +9,18 @@
 #include <exception>
 #include <fcntl.h>
 #include <functional>
-#include <grp.h>
+#include <linux/capability.h>
 #include <sched.h>
 #include <span>
 #include <string>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace tonewright {
 
@@ -84,43 +87,65 @@ inline void RunInChild(bool (*prepare)(const std::string &folder), const std::st
         << (WEXITSTATUS(status) == NotPrepared ? whatPrepares : "see the failures above");
 }
 
-// Runs `body` in a child process under an unprivileged user, for whom a file without permission
-// really is closed. Expectations that fail inside fail the test.
-inline void RunUnprivileged(const std::function<void()> &body) {
+// The permissions of a file or folder, of which those for its owner count in RunUnprivileged.
+struct Permissions {
+    std::string path;
+    mode_t mode;
+};
+
+// Runs `body` in a child process while files and folders have these permissions; afterwards they
+// have their former ones again. They bind whoever runs the test, their owner: root too, whose
+// privileges are given up in the child, by the programs that it starts as well. Expectations that
+// fail inside fail the test.
+inline void RunUnprivileged(const std::vector<Permissions> &permissions,
+                            const std::function<void()> &body) {
     const auto giveUp = [](const std::string &) {
-        constexpr uid_t nobody = 65534;
-        return geteuid() != 0 ||
-               (setgroups(0, nullptr) == 0 && setgid(nobody) == 0 && setuid(nobody) == 0);
+        __user_cap_header_struct self{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
+        __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+        return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && syscall(SYS_capset, &self, none) == 0;
     };
-    RunInChild(giveUp, "", "could not become an unprivileged user", body);
+    std::vector<Permissions> former;
+    for (const auto &[path, mode] : permissions) {
+        struct stat status {};
+        EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
+        former.push_back({path, status.st_mode & 07777});
+        EXPECT_EQ(chmod(path.c_str(), mode), 0) << path;
+    }
+    RunInChild(giveUp, "", "could not give up root's privileges", body);
+    for (auto last = former.rbegin(); last != former.rend(); ++last) {
+        EXPECT_EQ(chmod(last->path.c_str(), last->mode), 0) << last->path;
+    }
+}
+
+// Moves the process into a name space of users of its own, where it may do what root may and is the
+// user of that number, though it owns the files of its former one. False when it may not.
+inline bool EnterUserSpace(uid_t number) {
+    const auto write = [](const char *path, const std::string &text) {
+        const int descriptor = open(path, O_WRONLY | O_CLOEXEC);
+        const bool written =
+            ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        close(descriptor);
+        return written;
+    };
+    const std::string user = std::to_string(geteuid()), group = std::to_string(getegid());
+    return unshare(CLONE_NEWUSER) == 0 &&
+           write("/proc/self/uid_map", std::to_string(number) + " " + user + " 1") &&
+           write("/proc/self/setgroups", "deny") &&
+           write("/proc/self/gid_map", group + " " + group + " 1");
+}
+
+// Runs `body` in a child process that belongs to a user without an account.
+inline void RunWithoutAccount(const std::function<void()> &body) {
+    const auto become = [](const std::string &) { return EnterUserSpace(54321); };
+    RunInChild(become, "", "could not become another user", body);
 }
 
 // Runs `body` in a child process for which a disk of 64 KB, of its own, stands at `folder`.
 inline void RunOnSmallDisk(const std::string &folder, const std::function<void()> &body) {
     const auto mountDisk = [](const std::string &at) {
-        const auto write = [](const char *path, const std::string &text) {
-            const int descriptor = open(path, O_WRONLY | O_CLOEXEC);
-            const bool written =
-                ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-            close(descriptor);
-            return written;
-        };
         const uid_t user = geteuid();
-        const gid_t group = getegid();
-        const int spaces = CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER);
-        if (unshare(spaces) != 0) {
-            return false;
-        }
-        // In a name space of its own a user who is not root owns nothing until it is told who it
-        // is.
-        if (user != 0 && !(write("/proc/self/uid_map",
-                                 std::to_string(user) + " " + std::to_string(user) + " 1") &&
-                           write("/proc/self/setgroups", "deny") &&
-                           write("/proc/self/gid_map",
-                                 std::to_string(group) + " " + std::to_string(group) + " 1"))) {
-            return false;
-        }
-        return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        return (user == 0 || EnterUserSpace(user)) && unshare(CLONE_NEWNS) == 0 &&
+               mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                mount("tmpfs", at.c_str(), "tmpfs", 0, "size=64k") == 0;
     };
     RunInChild(mountDisk, folder, "could not mount a disk", body);

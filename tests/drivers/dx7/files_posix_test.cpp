@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
-#include <sys/stat.h>
 
 namespace tonewright {
 namespace {
@@ -29,9 +28,6 @@ struct Dx7FilesPosix : testing::Test {
     ScriptedDesktop desktop;
     VoiceList list = ListOfOne();
 
-    // Lets everybody make and delete files in the folder, so that only a file's own permission
-    // stands in the way.
-    void OpenFolderToAll() { ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0); }
     int SaveWithin(rlim_t size, const std::string &path) {
         const FileSizeLimit limit(size);
         return Dx7SaveBank(nullptr, list, path.c_str());
@@ -105,10 +101,8 @@ TEST_F(Dx7FilesPosix, AShortWriteOfAVoiceDeletesTheFileAndLeavesTheListEnabled) 
 }
 
 TEST_F(Dx7FilesPosix, AnUnreadableBankIsRefusedWithoutAQuestion) {
-    OpenFolderToAll();
     const std::string path = folder.Write("bank.syx", TestBank());
-    ASSERT_EQ(chmod(path.c_str(), 0), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{path, 0}}, [&] {
         std::int64_t time = 0;
         EXPECT_EQ(Dx7OpenBank(nullptr, list, path.c_str(), &time), 0);
         EXPECT_NE(time, 0);
@@ -117,10 +111,8 @@ TEST_F(Dx7FilesPosix, AnUnreadableBankIsRefusedWithoutAQuestion) {
 }
 
 TEST_F(Dx7FilesPosix, AnUnreadableVoiceIsRefusedWithoutAQuestion) {
-    OpenFolderToAll();
     const std::string path = folder.Write("voice.sy1", TestVoiceFile());
-    ASSERT_EQ(chmod(path.c_str(), 0), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{path, 0}}, [&] {
         VoiceObject voice;
         EXPECT_EQ(Dx7ImportVoice(nullptr, list, 0, path.c_str(), &voice), 0);
         EXPECT_TRUE(voice.bytes.empty());
@@ -131,12 +123,10 @@ TEST_F(Dx7FilesPosix, AnUnreadableVoiceIsRefusedWithoutAQuestion) {
 
 TEST_F(Dx7FilesPosix, AReadOnlyBankIsNeitherWrittenNorDeletedAndTheListStaysEnabled) {
     CreateBackups = 1;
-    OpenFolderToAll();
     const std::string path = folder.Write("bank.syx", Bytes{1, 2, 3});
-    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
     // Twice: the backup of a read-only file is read-only too, and is replaced all the same.
     for (int time = 0; time < 2; ++time) {
-        RunUnprivileged([&] {
+        RunUnprivileged({{path, 0400}}, [&] {
             EXPECT_EQ(Dx7SaveBank(nullptr, list, path.c_str()), 0);
             EXPECT_TRUE(list.enabled);
         });
@@ -146,11 +136,10 @@ TEST_F(Dx7FilesPosix, AReadOnlyBankIsNeitherWrittenNorDeletedAndTheListStaysEnab
 }
 
 TEST_F(Dx7FilesPosix, AReadOnlyVoiceIsNeitherWrittenNorDeleted) {
-    OpenFolderToAll();
     const std::string path = folder.Write("voice.sy1", Bytes{1, 2, 3});
-    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-    RunUnprivileged(
-        [&] { EXPECT_EQ(Dx7ExportVoice(nullptr, list, nullptr, path.c_str(), 0, 0), 0); });
+    RunUnprivileged({{path, 0400}}, [&] {
+        EXPECT_EQ(Dx7ExportVoice(nullptr, list, nullptr, path.c_str(), 0, 0), 0);
+    });
     EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2, 3}));
 }
 
@@ -216,15 +205,13 @@ TEST_F(Dx7FilesPosix, APipeHasNoBackupWhichIsAskedAbout) {
 TEST_F(Dx7FilesPosix, InAReadOnlyFolderTheBackupFailsAndIsAskedAbout) {
     CreateBackups = 1;
     const std::string path = folder.Write("bank.syx", Bytes{1, 2, 3});
-    ASSERT_EQ(chmod(path.c_str(), 0666), 0);
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{folder.path, 0500}}, [&] {
         desktop.ExpectYesNo(BackupQuestion, ResultNo);
         EXPECT_EQ(Dx7SaveBank(nullptr, list, path.c_str()), 0);
         desktop.ExpectNothingLeft();
     });
     EXPECT_EQ(ReadTestFile(path), (Bytes{1, 2, 3}));
-    RunUnprivileged([&] {
+    RunUnprivileged({{folder.path, 0500}}, [&] {
         desktop.ExpectYesNo(BackupQuestion, ResultYes);
         EXPECT_EQ(Dx7SaveBank(nullptr, list, path.c_str()), 1);
         desktop.ExpectNothingLeft();
@@ -233,8 +220,7 @@ TEST_F(Dx7FilesPosix, InAReadOnlyFolderTheBackupFailsAndIsAskedAbout) {
 }
 
 TEST_F(Dx7FilesPosix, ANewFileInAReadOnlyFolderFails) {
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{folder.path, 0500}}, [&] {
         EXPECT_EQ(Dx7SaveBank(nullptr, list, folder.File("bank.syx").c_str()), 0);
         EXPECT_TRUE(list.enabled);
         EXPECT_EQ(Dx7ExportVoice(nullptr, list, nullptr, folder.File("voice.sy1").c_str(), 0, 0),

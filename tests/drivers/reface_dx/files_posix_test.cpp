@@ -9,8 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 namespace tonewright {
 namespace {
 
@@ -29,9 +27,6 @@ struct RefaceFilesPosix : testing::Test {
     ScriptedDesktop desktop;
     VoiceList list = FullList();
 
-    // Lets everybody make and delete files in the folder, so that only a file's own permission
-    // stands in the way.
-    void OpenFolderToAll() { ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0); }
     int SaveWithin(rlim_t size, const std::string &path) {
         const FileSizeLimit limit(size);
         return RefaceSaveBank(nullptr, list, path.c_str());
@@ -74,12 +69,9 @@ TEST_F(RefaceFilesPosix, AShortWriteOfAVoiceDeletesTheFile) {
 }
 
 TEST_F(RefaceFilesPosix, AnUnreadableFileIsRefused) {
-    OpenFolderToAll();
     const std::string bank = folder.Write("bank.srx", TestRefaceBank());
     const std::string voice = folder.Write("voice.sr1", TestRefaceVoiceFile(0));
-    ASSERT_EQ(chmod(bank.c_str(), 0), 0);
-    ASSERT_EQ(chmod(voice.c_str(), 0), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{bank, 0}, {voice, 0}}, [&] {
         std::int64_t time = 0;
         EXPECT_EQ(RefaceOpenBank(nullptr, list, bank.c_str(), &time), 0);
         EXPECT_NE(time, 0);
@@ -89,13 +81,10 @@ TEST_F(RefaceFilesPosix, AnUnreadableFileIsRefused) {
 }
 
 TEST_F(RefaceFilesPosix, AReadOnlyFileStaysAsItWas) {
-    OpenFolderToAll();
     CreateBackups = 0;
     const std::string bank = folder.Write("bank.srx", Bytes{1, 2, 3});
     const std::string voice = folder.Write("voice.sr1", Bytes{4, 5, 6});
-    ASSERT_EQ(chmod(bank.c_str(), 0444), 0);
-    ASSERT_EQ(chmod(voice.c_str(), 0444), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{bank, 0400}, {voice, 0400}}, [&] {
         EXPECT_EQ(RefaceSaveBank(nullptr, list, bank.c_str()), 0);
         VoiceList few;
         EXPECT_EQ(RefaceSaveBank(nullptr, few, bank.c_str()), 0) << "not deleted either";
@@ -106,8 +95,7 @@ TEST_F(RefaceFilesPosix, AReadOnlyFileStaysAsItWas) {
 }
 
 TEST_F(RefaceFilesPosix, ANewFileInAReadOnlyFolderFails) {
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    RunUnprivileged([&] {
+    RunUnprivileged({{folder.path, 0500}}, [&] {
         EXPECT_EQ(RefaceSaveBank(nullptr, list, folder.File("bank.srx").c_str()), 0);
         EXPECT_EQ(RefaceExportVoice(nullptr, list, nullptr, folder.File("voice.sr1").c_str(), 0, 0),
                   0);

@@ -12,8 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-
 namespace tonewright {
 namespace {
 
@@ -90,8 +88,7 @@ TEST_F(SavedSettings, WithoutRoomForABackupKeepTheFormerFileUnlessTheUserGoesOn)
 
 TEST_F(SavedSettings, InAReadOnlyFolderTellOfTheFailure) {
     CreateBackups = 0;
-    ASSERT_EQ(chmod(folder.path.c_str(), 0755), 0);
-    RunUnprivileged([this] {
+    RunUnprivileged({{folder.path, 0500}}, [this] {
         ExpectSaveAs("new.crg");
         ExpectFailure();
         Save();
@@ -103,9 +100,7 @@ TEST_F(SavedSettings, InAReadOnlyFolderTellOfTheFailure) {
 
 TEST_F(SavedSettings, OverAReadOnlyFileLeaveItAsItWas) {
     CreateBackups = 0;
-    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
-    ASSERT_EQ(chmod(folder.WriteText("mine.crg", Former).c_str(), 0444), 0);
-    RunUnprivileged([this] {
+    RunUnprivileged({{folder.WriteText("mine.crg", Former), 0400}}, [this] {
         ExpectSaveAs("mine.crg");
         ExpectFailure();
         Save();
@@ -133,9 +128,7 @@ TEST_F(SavedSettings, AreNotSentFromAPipeThatIsAutoConfig) {
 
 TEST_F(SavedSettings, AreNotReadWithoutPermission) {
     const std::string path = folder.WriteText("mine.crg", CrgFirstLine);
-    ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
-    ASSERT_EQ(chmod(path.c_str(), 0), 0);
-    RunUnprivileged([&] { EXPECT_EQ(ReadCrgFile(path.c_str(), block), 0); });
+    RunUnprivileged({{path, 0}}, [&] { EXPECT_EQ(ReadCrgFile(path.c_str(), block), 0); });
 }
 
 } // namespace
