@@ -1,6 +1,7 @@
 // Reads the settings as the start of the window program does.
 #include "cli/user_settings.h"
 
+#include "cli/text_output.h"
 #include "common/platform.h"
 #include "common/setting_rows.h"
 #include "common/settings.h"
@@ -60,7 +61,9 @@ constexpr ExtraOptions OptionsOfExtras[] = {
 } // namespace
 
 void ReadExtras(const CliCall &call) {
-    UsePlatformFolders();
+    if (!UsePlatformFolders()) {
+        TellError("", NoHomeFolder);
+    }
     ConfigRead(SettingsWritten::WhenChosen);
     for (const ExtraOptions &extra : OptionsOfExtras) {
         if (call[extra.on] || call[extra.off]) {

@@ -50,6 +50,11 @@ std::vector<char *> PlatformArguments(int argumentCount, char **arguments);
 // the terminal that it was started from, if there is one.
 void PlatformUseTerminalOfParent();
 
+// Sees to it that the variable HOME names the user's home folder, since the toolkit and the
+// programs that this one starts look for it there: missing or empty, it gets the home folder of the
+// user's account. False when there is none either. Called before there is a second thread.
+bool PlatformFindHome();
+
 // The full path of the running executable, empty when unknown.
 std::string PlatformExecutablePath();
 

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <limits.h>
+#include <pwd.h>
 #include <stdlib.h>
 #include <string_view>
 #include <sys/file.h>
@@ -138,6 +139,15 @@ std::vector<char *> PlatformArguments(int argumentCount, char **arguments) {
 }
 
 void PlatformUseTerminalOfParent() {} // its standard output is the terminal's already
+
+bool PlatformFindHome() {
+    const char *home = std::getenv("HOME");
+    if (home && *home) {
+        return true;
+    }
+    const passwd *account = getpwuid(getuid());
+    return account && *account->pw_dir && setenv("HOME", account->pw_dir, 1) == 0;
+}
 
 std::string PlatformExecutablePath() {
     char path[PATH_MAX + 1];

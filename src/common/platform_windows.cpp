@@ -108,6 +108,10 @@ void PlatformUseTerminalOfParent() {
     }
 }
 
+bool PlatformFindHome() {
+    return true; // the system keeps it for every user
+}
+
 std::string PlatformExecutablePath() {
     constexpr std::size_t LongestPath = 32767;
     std::wstring path(LongestPath + 1, L'\0');

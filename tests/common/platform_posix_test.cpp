@@ -2,12 +2,15 @@
 #include "common/desktop.h"
 #include "common/folders.h"
 #include "common/platform.h"
+#include "support/posix_limits.h"
 #include "support/scripted_desktop.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <pwd.h>
+#include <unistd.h>
 
 using namespace tonewright;
 
@@ -42,6 +45,31 @@ TEST(Platform, TheSystemsFoldersOfSettingsAreThoseOfTheEnvironment) {
     unsetenv("XDG_CONFIG_DIRS");
     EXPECT_EQ(PlatformSystemConfigurationFolders(), Folders{"/etc/xdg"});
     setenv("XDG_CONFIG_DIRS", before.c_str(), 1);
+}
+
+TEST(Platform, AMissingOrEmptyHomeIsThatOfTheAccount) {
+    const std::string before = std::getenv("HOME");
+    const std::string ofAccount = getpwuid(getuid())->pw_dir;
+    setenv("HOME", "/somewhere", 1);
+    EXPECT_TRUE(PlatformFindHome());
+    EXPECT_STREQ(std::getenv("HOME"), "/somewhere");
+    setenv("HOME", "", 1);
+    EXPECT_TRUE(PlatformFindHome());
+    EXPECT_EQ(std::getenv("HOME"), ofAccount);
+    unsetenv("HOME");
+    EXPECT_TRUE(PlatformFindHome());
+    EXPECT_EQ(std::getenv("HOME"), ofAccount);
+    setenv("HOME", before.c_str(), 1);
+}
+
+TEST(Platform, WithoutAnAccountThereIsNoHomeButThatOfTheEnvironment) {
+    RunWithoutAccount([] {
+        setenv("HOME", "/somewhere", 1);
+        EXPECT_TRUE(PlatformFindHome());
+        unsetenv("HOME");
+        EXPECT_FALSE(PlatformFindHome());
+        EXPECT_EQ(std::getenv("HOME"), nullptr);
+    });
 }
 
 TEST(ShowInExplorer, CallsWhateverOpensFoldersWithoutTheTrailingSeparator) {

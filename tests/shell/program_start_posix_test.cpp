@@ -1,6 +1,7 @@
 // The real program from start to end, in a process of its own with a home of its own.
 #include "support/environment.h"
 #include "support/paths.h"
+#include "support/posix_limits.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 #include "support/test_themes.h"
@@ -71,6 +72,19 @@ TEST_F(ProgramStart, HelpAndVersionArePrintedWithoutADisplay) {
     EXPECT_EQ(result.output.substr(0, 25), "usage: tonewright [FILE]\n");
     EXPECT_EQ(result.errors, "");
     EXPECT_TRUE(std::filesystem::is_empty(home.path));
+}
+
+TEST_F(ProgramStart, WithoutAHomeFolderItSaysSoAndRuns) {
+    const EnvironmentVariable noHome("HOME", std::nullopt);
+    const EnvironmentVariable noConfiguration("XDG_CONFIG_HOME", std::nullopt);
+    RunWithoutAccount([] {
+        const ProgramResult result = RunProgram({WindowProgram()});
+        EXPECT_EQ(result.exitStatus, 0);
+        EXPECT_TRUE(
+            result.errors.starts_with("tonewright: HOME is not set and this user has no home "
+                                      "folder: documents and settings have no place\n"))
+            << result.errors;
+    });
 }
 
 TEST_F(ProgramStart, ASettingOfTheFileLivesThroughARun) {

@@ -38,6 +38,7 @@
 #include <QDir>
 #include <QScreen>
 
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 
@@ -126,13 +127,15 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
 } // namespace
 
 int RunApplication(int argc, char **argv) {
+    if (!UsePlatformFolders()) {
+        std::fprintf(stderr, "tonewright: %s\n", NoHomeFolder);
+    }
     QApplication::setApplicationName("Tonewright");
     QApplication::setDesktopFileName("tonewright");
     Application application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
     UseQtDesktop();
     MakeDialogButtonsSoft();
-    UsePlatformFolders();
     ApplicationPath =
         QDir::toNativeSeparators(QCoreApplication::applicationDirPath()).toStdString() +
         PathSeparator;

@@ -16,7 +16,16 @@ std::string StandardFolder(QStandardPaths::StandardLocation location) {
 
 } // namespace
 
-void UsePlatformFolders() {
+bool UsePlatformFolders() {
+    if (!PlatformFindHome()) {
+        // The toolkit would take the root of the file system for the home folder.
+        PlatformFolders = {};
+        PlatformFolders.systemConfiguration = PlatformSystemConfigurationFolders();
+        if (!qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME")) {
+            PlatformFolders.applicationData = StandardFolder(QStandardPaths::GenericConfigLocation);
+        }
+        return false;
+    }
     PlatformFolders = {
         .applicationData =
             PlatformApplicationDataFolder(StandardFolder(QStandardPaths::GenericConfigLocation)),
@@ -29,6 +38,7 @@ void UsePlatformFolders() {
         .desktop = StandardFolder(QStandardPaths::DesktopLocation),
         .profile = StandardFolder(QStandardPaths::HomeLocation),
     };
+    return true;
 }
 
 } // namespace tonewright
