@@ -13,3 +13,7 @@ if(NOT TONEWRIGHT_WINDOWS_CACHE)
 endif()
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES TONEWRIGHT_WINDOWS_CACHE)
 include(${TONEWRIGHT_WINDOWS_CACHE}/windows/lib/cmake/Qt6/qt.toolchain.cmake)
+# Nor is there a path of the checkout in what is made.
+get_filename_component(checkout ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
+get_filename_component(checkout ${checkout} DIRECTORY)
+string(APPEND CMAKE_CXX_FLAGS_INIT " \"-ffile-prefix-map=${checkout}=.\"")

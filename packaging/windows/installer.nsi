@@ -1,20 +1,25 @@
-; The installer of Tonewright for Windows: for one user, without an administrator. It takes what the
-; folder of the program holds from two lists, which `build` writes:
-;   FILES_TO_INSTALL  a SetOutPath for each folder, a File for each file
-;   FILES_TO_REMOVE   a Delete for each file, an RMDir for each folder, the inner ones first
-; Also given: VERSION, VERSION_NUMBERS (four, with dots), KILOBYTES, ICON, OUTPUT.
-; In silent mode (/S) nothing is asked; /D=FOLDER, as the last argument, chooses the folder.
+; The installer of Tonewright for Windows: for one user, without an administrator. It takes the
+; program from the folder SOURCE by lists, which `build` writes into the folder LISTS:
+;   install.nsh     a CreateDirectory for each folder, a File for each file that nobody but us changes
+;   remove.nsh      a Delete for each of these files
+;   folders.nsh     an RMDir for each folder, the inner ones first
+;   changeable.nsh  the macro EachChangeable, a row for each file that its user may change
+;   programs.nsh    the macro EachProgramFile, a row for each program and each library
+; Also given: VERSION, VERSION_NUMBERS (four, with dots), COPYRIGHT, KILOBYTES, ICON, OUTPUT.
+; In silent mode (/S) nothing is asked; /D=FOLDER, as the last argument, chooses the folder. The status
+; is 0, or 2 when nothing was installed; then something says why, unless it is silent.
 Target amd64-unicode
 Unicode true
 SetCompressor /SOLID lzma
 SetDateSave off
+AllowSkipFiles off
 ManifestDPIAware true
 ManifestSupportedOS Win10
 RequestExecutionLevel user
 
 !include MUI2.nsh
 !include LogicLib.nsh
-!include FileFunc.nsh
+!include WinVer.nsh
 
 Name "Tonewright"
 OutFile "${OUTPUT}"
@@ -28,6 +33,9 @@ BrandingText " "
 !define APP_PATH "${APP_PATHS}\tonewright.exe"
 !define SETTINGS "Quillbrook\Extras.ini" ; for all users, which an administrator may have changed
 
+!include "${LISTS}/changeable.nsh"
+!include "${LISTS}/programs.nsh"
+
 InstallDirRegKey HKCU "${UNINSTALL}" "InstallLocation"
 
 VIProductVersion "${VERSION_NUMBERS}"
@@ -37,7 +45,7 @@ VIAddVersionKey /LANG=0 "ProductVersion" "${VERSION}"
 VIAddVersionKey /LANG=0 "FileVersion" "${VERSION}"
 VIAddVersionKey /LANG=0 "FileDescription" "Installs Tonewright"
 VIAddVersionKey /LANG=0 "CompanyName" "Tonewright developers"
-VIAddVersionKey /LANG=0 "LegalCopyright" ""
+VIAddVersionKey /LANG=0 "LegalCopyright" "${COPYRIGHT}"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
@@ -61,8 +69,25 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
   !insertmacro ${Do} srx_db RefaceDxDatabase "reface DX voice database" ""
 !macroend
 
-; What the user has chosen to open such files with stays; only a kind that nobody has claimed becomes
-; the program's own.
+; $1 becomes "there" when the class NAME is registered, else "missing".
+!macro FindClass Name
+  StrCpy $1 "missing"
+  ${If} ${Name} != ""
+    ClearErrors
+    EnumRegKey $2 HKCR "${Name}" 0
+    ${If} ${Errors}
+      ClearErrors
+      EnumRegKey $2 HKCU "${CLASSES}\${Name}" 0
+    ${EndIf}
+    ${IfNot} ${Errors}
+      StrCpy $1 "there"
+    ${EndIf}
+  ${EndIf}
+!macroend
+
+; What the user has chosen to open such files with stays; only a kind that nobody has claimed, or whose
+; owner is gone, becomes the program's own. A kind that no double click opens is not offered to be
+; opened by the program: it has no command and stands in none of the lists for "Open with".
 !macro AddKind Extension Name Description Opens
   WriteRegStr HKCU "${CLASSES}\Tonewright.${Name}" "" "${Description}"
   WriteRegStr HKCU "${CLASSES}\Tonewright.${Name}\DefaultIcon" "" '"$INSTDIR\tonewright.exe",1'
@@ -72,8 +97,11 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
     WriteRegStr HKCU "${CLASSES}\Applications\tonewright.exe\SupportedTypes" ".${Extension}" ""
   !endif
   ReadRegStr $0 HKCR ".${Extension}" ""
-  ReadRegStr $1 HKCU "${CLASSES}\.${Extension}" "" ; part of the former, but not everywhere
-  ${If} "$0$1" == ""
+  ${If} $0 == ""
+    ReadRegStr $0 HKCU "${CLASSES}\.${Extension}" "" ; part of the former, but not everywhere
+  ${EndIf}
+  !insertmacro FindClass $0
+  ${If} $1 == "missing"
     WriteRegStr HKCU "${CLASSES}\.${Extension}" "" "Tonewright.${Name}"
   ${EndIf}
 !macroend
@@ -94,27 +122,85 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
   System::Call 'shell32::SHChangeNotify(i ${SHCNE_ASSOCCHANGED}, i 0, p 0, p 0)'
 !macroend
 
-; Ends with 2 while the program of $INSTDIR runs: its files could not be replaced.
-!macro RefuseWhileRunning
-  retry:
-  ${If} ${FileExists} "$INSTDIR\tonewright.exe"
-    ClearErrors
-    FileOpen $0 "$INSTDIR\tonewright.exe" a
-    ${If} ${Errors}
-      MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Tonewright is running. Please close it first." /SD IDCANCEL IDRETRY retry
-      SetErrorLevel 2
-      Quit
-    ${EndIf}
-    FileClose $0
+; Says WORDS and ends with 2.
+!macro Refuse Words
+  MessageBox MB_OK|MB_ICONSTOP "${Words}" /SD IDOK
+  SetErrorLevel 2
+  Quit
+!macroend
+
+; Ends with 2 while the file is in use, as a program that runs or a library of one: what stands in the
+; folder could be replaced or removed in part only.
+!macro RefuseWhileUsed Folder Name
+  ${If} ${FileExists} "${Folder}\${Name}"
+    ${Do}
+      ClearErrors
+      FileOpen $1 "${Folder}\${Name}" a
+      ${IfNot} ${Errors}
+        FileClose $1
+        ${ExitDo}
+      ${EndIf}
+      ${IfNot} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "Tonewright is running (${Folder}\${Name} is in use). Please close it first." /SD IDCANCEL IDRETRY`
+        SetErrorLevel 2
+        Quit
+      ${EndIf}
+    ${Loop}
   ${EndIf}
 !macroend
 
-; $R0 becomes "same" when the settings in $INSTDIR are, byte for byte, those in the file FILE.
-!macro CompareSettings FILE
-  StrCpy $R0 "different"
+Function .onInit
+  ${IfNot} ${AtLeastBuild} 18362
+    !insertmacro Refuse "Tonewright needs Windows 10, version 1903, or a newer one."
+  ${EndIf}
+FunctionEnd
+
+; Ends with 2 when the folder cannot be written to.
+Function RefuseUnwritable
   ClearErrors
-  FileOpen $1 "$INSTDIR\${SETTINGS}" r
-  FileOpen $2 "${FILE}" r
+  CreateDirectory "$INSTDIR"
+  GetTempFileName $1 "$INSTDIR"
+  ${If} ${Errors}
+    !insertmacro Refuse "The folder $INSTDIR cannot be written to."
+  ${EndIf}
+  Delete $1
+FunctionEnd
+
+; Removes what an older version has installed into the folder $R0, by its own lists, and takes the
+; settings for all users along if somebody has changed them.
+Function RemoveOlderVersion
+  ExecWait '"$R0\uninstall.exe" /S _?=$R0' $1
+  ${If} $1 <> 0
+    !insertmacro Refuse "The version in $R0 could not be removed."
+  ${EndIf}
+  Delete "$R0\uninstall.exe"
+  ${IfNot} ${FileExists} "$INSTDIR\${SETTINGS}"
+  ${AndIf} ${FileExists} "$R0\${SETTINGS}"
+    CreateDirectory "$INSTDIR\Quillbrook"
+    Rename "$R0\${SETTINGS}" "$INSTDIR\${SETTINGS}"
+    RMDir "$R0\Quillbrook"
+  ${EndIf}
+  RMDir "$R0"
+FunctionEnd
+
+; A file that is there is one that somebody has changed, or it would be gone.
+!macro AddUnlessThere Name Source
+  ${IfNot} ${FileExists} "$INSTDIR\${Name}"
+    File "/oname=$INSTDIR\${Name}" "${Source}"
+  ${EndIf}
+!macroend
+
+!macro RemoveUnlessChanged Name Source
+  File "/oname=$PLUGINSDIR\installed" "${Source}"
+  StrCpy $R0 "$INSTDIR\${Name}"
+  Call un.RemoveIfAsInstalled
+!macroend
+
+; Removes the file $R0 when it is, byte for byte, the file "installed" in the folder of plug-ins.
+Function un.RemoveIfAsInstalled
+  StrCpy $R1 "different"
+  ClearErrors
+  FileOpen $1 "$PLUGINSDIR\installed" r
+  FileOpen $2 $R0 r
   ${IfNot} ${Errors}
     ${Do}
       ClearErrors
@@ -131,42 +217,36 @@ VIAddVersionKey /LANG=0 "LegalCopyright" ""
         ${ExitDo}
       ${EndIf}
       ${If} $3 == "end"
-        StrCpy $R0 "same"
+        StrCpy $R1 "same"
         ${ExitDo}
       ${EndIf}
     ${Loop}
+    FileClose $2
   ${EndIf}
   FileClose $1
-  FileClose $2
-!macroend
-
-; Removes what an older version has installed, by its own list.
-Function RemoveOlderVersion
-  ReadRegStr $0 HKCU "${UNINSTALL}" "InstallLocation"
-  ${If} $0 != ""
-  ${AndIf} ${FileExists} "$0\uninstall.exe"
-    ExecWait '"$0\uninstall.exe" /S _?=$0' $1
-    ${If} $1 <> 0
-      MessageBox MB_OK|MB_ICONSTOP "The version in $0 could not be removed." /SD IDOK
-      SetErrorLevel 2
-      Quit
-    ${EndIf}
-    Delete "$0\uninstall.exe"
-    RMDir "$0"
+  ${If} $R1 == "same"
+    Delete $R0
   ${EndIf}
 FunctionEnd
 
 Section
   SetShellVarContext current
-  !insertmacro RefuseWhileRunning
-  Call RemoveOlderVersion
-  !include "${FILES_TO_INSTALL}"
-  SetOutPath "$INSTDIR\Quillbrook"
-  ${IfNot} ${FileExists} "$INSTDIR\${SETTINGS}" ; else changed by somebody, or it would be gone
-    File "${SETTINGS_FILE}"
+  ReadRegStr $R0 HKCU "${UNINSTALL}" "InstallLocation"
+  !insertmacro EachProgramFile RefuseWhileUsed "$INSTDIR"
+  ${If} $R0 != ""
+  ${AndIf} ${FileExists} "$R0\uninstall.exe"
+    !insertmacro EachProgramFile RefuseWhileUsed "$R0"
+    Call RefuseUnwritable
+    Call RemoveOlderVersion
   ${EndIf}
+  ClearErrors
+  !include "${LISTS}/install.nsh"
+  !insertmacro EachChangeable AddUnlessThere
   SetOutPath "$INSTDIR"
   WriteUninstaller "$INSTDIR\uninstall.exe"
+  ${If} ${Errors}
+    !insertmacro Refuse "Not everything could be written to $INSTDIR."
+  ${EndIf}
 
   CreateShortcut "$SMPROGRAMS\Tonewright.lnk" "$INSTDIR\tonewright.exe" "" "$INSTDIR\tonewright.exe" 0 \
     SW_SHOWNORMAL "" "Voice librarian for FM synthesizers"
@@ -191,16 +271,16 @@ SectionEnd
 
 Section Uninstall
   SetShellVarContext current
-  !insertmacro RefuseWhileRunning
-  InitPluginsDir
-  File "/oname=$PLUGINSDIR\Extras.ini" "${SETTINGS_FILE}"
-  !insertmacro CompareSettings "$PLUGINSDIR\Extras.ini"
-  ${If} $R0 == "same"
-    Delete "$INSTDIR\${SETTINGS}"
-  ${EndIf}
+  !insertmacro EachProgramFile RefuseWhileUsed "$INSTDIR"
   SetOutPath "$TEMP" ; a folder that is the current one stays
-  !include "${FILES_TO_REMOVE}"
-  RMDir "$INSTDIR\Quillbrook"
+  ClearErrors
+  !include "${LISTS}/remove.nsh"
+  ${If} ${Errors}
+    !insertmacro Refuse "Not everything in $INSTDIR could be removed."
+  ${EndIf}
+  InitPluginsDir
+  !insertmacro EachChangeable RemoveUnlessChanged
+  !include "${LISTS}/folders.nsh"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Tonewright.lnk"
