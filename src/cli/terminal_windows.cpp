@@ -1,13 +1,20 @@
 // The terminal, for Windows.
 #include "cli/terminal.h"
 
-#include <cstdio>
 #include <cstdlib>
 
-#include <io.h>
 #include <windows.h>
 
 namespace tonewright {
+namespace {
+
+// The library takes every device for one, NUL too.
+bool IsTerminal(DWORD stream) {
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
+}
+
+} // namespace
 
 void UseUtf8Terminal() {
     static const UINT former = GetConsoleOutputCP(); // 0 without a terminal
@@ -17,11 +24,11 @@ void UseUtf8Terminal() {
 }
 
 bool StandardInputIsTerminal() {
-    return _isatty(_fileno(stdin)) != 0;
+    return IsTerminal(STD_INPUT_HANDLE);
 }
 
 bool StandardErrorIsTerminal() {
-    return _isatty(_fileno(stderr)) != 0;
+    return IsTerminal(STD_ERROR_HANDLE);
 }
 
 } // namespace tonewright

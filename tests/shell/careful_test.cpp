@@ -401,7 +401,7 @@ TEST_F(WhatASaveReplaces, ADownloadIsAskedAboutAndUndoBringsTheFormerListBack) {
     EXPECT_EQ(ReadTestFile(home.File("mine.srx")), TestRefaceBank());
     EXPECT_EQ(RunCommand(CommandUndo), 1);
     EXPECT_EQ(RunCommand(CommandSave), 1); // these are its own
-    EXPECT_EQ(ReadTestText(home.File("mine.srx")).substr(160),
+    EXPECT_EQ(ReadRawText(home.File("mine.srx")).substr(160),
               std::string(reinterpret_cast<const char *>(TestRefaceBank().data()) + 160, 32 * 202));
 }
 

@@ -649,7 +649,7 @@ protected:
         SetNameAt(0, "CHANGED   ");
         MainListState.dirty = true;
     }
-    std::string NameInFile() const { return ReadTestText(home.File("bank.syx")).substr(124, 10); }
+    std::string NameInFile() const { return ReadRawText(home.File("bank.syx")).substr(124, 10); }
 };
 
 TEST_F(AskingToSave, ACleanDocumentIsNotAskedAbout) {

@@ -159,7 +159,7 @@ TEST_F(OpenTest, YesOnADirtyDocumentSavesItFirst) {
     ExpectOpenDialog(home.Write("other.syx", TestBank()));
     EXPECT_EQ(RunCommand(CommandOpen), 1);
     EXPECT_EQ(NameAt(0), "VOICE 01");
-    EXPECT_EQ(ReadTestText(home.File("bank.syx")).substr(124, 10), "CHANGED   ");
+    EXPECT_EQ(ReadRawText(home.File("bank.syx")).substr(124, 10), "CHANGED   ");
     EXPECT_EQ(desktop.sounds.size(), 2u); // of the save and of the open
 }
 
@@ -334,7 +334,7 @@ protected:
                                           .driverId = CurrentDriverId});
     }
     std::string NameIn(const std::string &file, int voice = 0) const {
-        const std::string bytes = ReadTestText(home.File(file));
+        const std::string bytes = ReadRawText(home.File(file));
         EXPECT_EQ(bytes.size(), 4104u);
         return bytes.substr(6 + 128 * static_cast<std::size_t>(voice) + 118, 10);
     }

@@ -358,7 +358,7 @@ TEST(HelpPages, TheManualShowsTheToolsAsAFirstStartDoes) {
     int tools = 0;
     for (const auto &entry : std::filesystem::directory_iterator(
              tonewright::SourceFile("themes/slate/pictures/medium"))) {
-        const std::string picture = tonewright::ReadTestText(entry.path().string());
+        const std::string picture = tonewright::ReadRawText(entry.path().string());
         const auto begin = picture.find('>') + 1;
         EXPECT_NE(page.find(picture.substr(begin, picture.find("</svg>") - begin)), page.npos)
             << entry.path();

@@ -60,7 +60,7 @@ TEST_F(SingleSetting, WritingASingleKeyLeavesEveryOtherLineAsItIs) {
     const std::string back = "\n\nThemeCurrent = Slate\n[More]\nShowWelcomeWizard = 1\nno end";
     WriteTestText(path, front + "ShowWelcomeWizard   ==  1\n" + back);
     EXPECT_TRUE(WriteSingle("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), front + "ShowWelcomeWizard = 0\n" + back);
+    EXPECT_EQ(ReadRawText(path), front + "ShowWelcomeWizard = 0\n" + back);
     EXPECT_EQ(SingleInteger("Tonewright", "ShowWelcomeWizard", 9), 0u);
     EXPECT_EQ(FilesOfMaker(), std::vector<std::string>{"Tonewright 17.ini"});
 }
@@ -68,9 +68,9 @@ TEST_F(SingleSetting, WritingASingleKeyLeavesEveryOtherLineAsItIs) {
 TEST_F(SingleSetting, ASingleKeyThatIsMissingIsAddedToTheEndOfItsSection) {
     WriteTestText(path, "[Tonewright]\nA = 1\n\n[More]\nB = 2\n");
     EXPECT_TRUE(WriteSingle("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\n");
     EXPECT_TRUE(WriteSingle("More", "C", "3"));
-    EXPECT_EQ(ReadTestText(path),
+    EXPECT_EQ(ReadRawText(path),
               "[Tonewright]\nA = 1\nShowWelcomeWizard = 0\n\n[More]\nB = 2\nC = 3\n");
 }
 
@@ -78,12 +78,12 @@ TEST_F(SingleSetting, ALineThatIsWrittenEndsAsTheFilesLinesDo) {
     WriteTestText(path, "[Tonewright]\r\nA = 1\r\n");
     EXPECT_TRUE(WriteSingle("Tonewright", "A", "2"));
     EXPECT_TRUE(WriteSingle("Tonewright", "B", "3"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\r\nA = 2\r\nB = 3\r\n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\r\nA = 2\r\nB = 3\r\n");
     WriteTestText(path, "[Tonewright]\n[Last]\r");
     EXPECT_TRUE(WriteSingle("Last", "B", "3"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 3\n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\n[Last]\r\nB = 3\n");
     EXPECT_TRUE(WriteSingle("Last", "B", "4"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\n[Last]\r\nB = 4\n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\n[Last]\r\nB = 4\n");
 }
 
 TEST_F(SingleSetting, ALineThatIsWrittenIsReadAsOneLineWithItsEnd) {
@@ -91,7 +91,7 @@ TEST_F(SingleSetting, ALineThatIsWrittenIsReadAsOneLineWithItsEnd) {
         WriteTestText(path, "[Tonewright]" + end + "ThemeCurrent = 1" + end);
         EXPECT_TRUE(WriteSingle("Tonewright", "ThemeCurrent", std::string(300, 'x')));
         const std::size_t size = 259 - end.size() - std::string("ThemeCurrent = ").size();
-        EXPECT_EQ(ReadTestText(path),
+        EXPECT_EQ(ReadRawText(path),
                   "[Tonewright]" + end + "ThemeCurrent = " + std::string(size, 'x') + end);
         AuditionCurrentOctave = 7;
         ConfigRead();
@@ -102,15 +102,15 @@ TEST_F(SingleSetting, ALineThatIsWrittenIsReadAsOneLineWithItsEnd) {
 TEST_F(SingleSetting, ASectionThatIsMissingIsAddedToTheEndOfTheFile) {
     WriteTestText(path, "A = 1\n[More]\nB = 2");
     EXPECT_TRUE(WriteSingle("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), "A = 1\n[More]\nB = 2\n[Tonewright]\nShowWelcomeWizard = 0\n");
+    EXPECT_EQ(ReadRawText(path), "A = 1\n[More]\nB = 2\n[Tonewright]\nShowWelcomeWizard = 0\n");
 }
 
 TEST_F(SingleSetting, AFileThatIsMissingIsMade) {
     EXPECT_TRUE(WriteSingle("Tonewright", "ShowWelcomeWizard", "0"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = 0\n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\nShowWelcomeWizard = 0\n");
     WriteTestText(path, "");
     EXPECT_TRUE(WriteSingle("Tonewright", "ShowWelcomeWizard", ""));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nShowWelcomeWizard = \n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\nShowWelcomeWizard = \n");
 }
 
 TEST_F(SingleSetting, ASingleKeyThatCannotBeWrittenIsReported) {
@@ -127,10 +127,10 @@ TEST_F(SingleSetting, OfTwoSectionsOfOneNameTheFirstCounts) {
     EXPECT_EQ(SingleInteger("Tonewright", "B", 9), 9u);
     EXPECT_TRUE(WriteSingle("Tonewright", "A", "2"));
     EXPECT_TRUE(WriteSingle("Tonewright", "B", "6"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 2\nB = 6\n" + second);
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\nA = 2\nB = 6\n" + second);
     // One that follows at once is another section all the same.
     WriteTestText(path, "[Tonewright]\n[Tonewright]\nA = 4\n");
     EXPECT_EQ(SingleInteger("Tonewright", "A", 9), 9u);
     EXPECT_TRUE(WriteSingle("Tonewright", "A", "7"));
-    EXPECT_EQ(ReadTestText(path), "[Tonewright]\nA = 7\n[Tonewright]\nA = 4\n");
+    EXPECT_EQ(ReadRawText(path), "[Tonewright]\nA = 7\n[Tonewright]\nA = 4\n");
 }

@@ -131,7 +131,7 @@ TEST_F(ExportTest, WritesTheClickedVoiceAndPlaysTheSound) {
     MainListState.clickedIndex = 6;
     ExpectDialog(home.File("seven.sy1"), "VOICE 07.sy1");
     EXPECT_EQ(RunCommand(CommandExport), 1);
-    const std::string bytes = ReadTestText(home.File("seven.sy1"));
+    const std::string bytes = ReadRawText(home.File("seven.sy1"));
     EXPECT_EQ(bytes.size(), 164u);
     EXPECT_EQ(bytes.substr(0, 6), std::string("\xF0\x43\x00\x00\x01\x1B", 6));
     EXPECT_EQ(bytes.substr(6 + 145, 10), "VOICE 07  ");
@@ -162,7 +162,7 @@ TEST_F(ExportTest, TakesTheSelectionWithoutAClickedRow) {
     ListSelect(MainList, 2);
     ExpectDialog(home.File("three.sy1"), "VOICE 03.sy1");
     EXPECT_EQ(RunCommand(CommandExport), 1);
-    EXPECT_EQ(ReadTestText(home.File("three.sy1")).substr(6 + 145, 10), "VOICE 03  ");
+    EXPECT_EQ(ReadRawText(home.File("three.sy1")).substr(6 + 145, 10), "VOICE 03  ");
 }
 
 TEST_F(ExportTest, DoesNothingWithoutARow) {
@@ -628,7 +628,7 @@ TEST_F(DownloadTest, ADirtyDocumentIsAskedAboutFirst) {
     SetNameAt(0, "CHANGED   ");
     desktop.ExpectYesNoCancel(SaveQuestion, ResultYes);
     EXPECT_EQ(RunDownload(), 1);
-    EXPECT_EQ(ReadTestText(home.File("bank.syx")).substr(124, 10), "CHANGED   ");
+    EXPECT_EQ(ReadRawText(home.File("bank.syx")).substr(124, 10), "CHANGED   ");
     EXPECT_TRUE(MainListState.dirty); // by the download
 }
 

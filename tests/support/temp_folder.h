@@ -49,6 +49,12 @@ inline std::string ReadTestText(const std::string &path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+// And this, byte for byte, for files that are no text or whose line ends are looked at.
+inline std::string ReadRawText(const std::string &path) {
+    const std::vector<std::uint8_t> bytes = ReadTestFile(path);
+    return {bytes.begin(), bytes.end()};
+}
+
 struct TempFolder {
     std::filesystem::path path;
 
