@@ -28,10 +28,11 @@ std::vector<std::string> ReadArguments() {
     return arguments;
 }
 
+// Where it is, or is to be made.
 std::string KnownFolder(REFKNOWNFOLDERID id) {
     PWSTR path = nullptr;
     std::string folder;
-    if (SHGetKnownFolderPath(id, KF_FLAG_DEFAULT, nullptr, &path) == S_OK) {
+    if (SHGetKnownFolderPath(id, KF_FLAG_DONT_VERIFY, nullptr, &path) == S_OK) {
         folder = Utf8OfPath(path);
     }
     CoTaskMemFree(path);
