@@ -34,7 +34,7 @@ protected:
         fs::create_directories(home.path / ".config/Quillbrook");
     }
 
-    fs::path Documents() const { return home.path / "Documents/My Tonewright 17 Documents"; }
+    fs::path Documents() const { return home.path / "Documents" / "My Tonewright 17 Documents"; }
     // The file of a catalogue of that name, with its extension.
     std::string Catalogue(const std::string &name) const { return (Documents() / name).string(); }
     std::string Write(const std::string &name, const TestBytes &bytes) const {
