@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <io.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <windows.h>
 
 namespace tonewright {
@@ -111,6 +112,11 @@ DWORD TryRenameOver(const std::filesystem::path &source, const std::filesystem::
 
 FilePointer OpenFile(const char *path, const char *mode) {
     FilePointer file = OpenBytes(path, FlagsOf(mode), mode);
+    if (!file && errno == EACCES) {
+        // Other systems tell a folder from a file that is closed; so do the texts of the program.
+        std::error_code ignored;
+        errno = std::filesystem::is_directory(PathOfUtf8(path), ignored) ? EISDIR : EACCES;
+    }
     if (file && GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file.get())))) !=
                     FILE_TYPE_DISK) {
         file.reset();
