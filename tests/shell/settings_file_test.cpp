@@ -174,7 +174,9 @@ TEST_F(SettingsFile, AFolderKeyKeepsItsDefaultWhenItIsAbsentAndLosesItToAnEmptyT
     PlatformFolders.documents = "/home/me/Documents";
     FillDefaultFolders();
     Read("OpenImportPath = \nOpenExportPath = /elsewhere/\n");
-    EXPECT_EQ(OpenPath, "/home/me/Documents/My Tonewright 17 Documents/");
+    const std::string separator(1, PathSeparator);
+    EXPECT_EQ(OpenPath,
+              "/home/me/Documents" + separator + "My Tonewright 17 Documents" + separator);
     EXPECT_EQ(OpenImportPath, "");
     EXPECT_EQ(OpenExportPath, "/elsewhere/");
 }
