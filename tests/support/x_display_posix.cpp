@@ -261,7 +261,8 @@ void ProgramOnDisplay::StartAgain(const Strings &arguments, const Strings &envir
     for (const std::string &variable :
          {"HOME=" + home.path.string(), "XDG_CONFIG_HOME=" + home.File(".config"),
           "XDG_RUNTIME_DIR=" + home.File("runtime"), std::string("QT_QPA_PLATFORM=xcb"),
-          "LSAN_OPTIONS=print_suppressions=0:suppressions=" + SourceFile("tests/lsan.supp")}) {
+          "LSAN_OPTIONS=print_suppressions=0:suppressions='" + SourceFile("tests/lsan.supp") +
+              "'"}) {
         variables.push_back(variable);
     }
     // The keyboard library of X measures a text that has no end of its own, which the strict
