@@ -17,7 +17,7 @@ struct SpecialFolders {
     // Settings for all users of the machine, the folder that counts most first.
     std::vector<std::string> systemConfiguration = {};
     // Told in the report about the machine, and used for nothing else.
-    std::string music = {}, videos = {}, desktop = {}, profile = {};
+    std::string music = {}, videos = {}, desktop = {}, profile = {}, programMenu = {};
 };
 extern SpecialFolders PlatformFolders;
 

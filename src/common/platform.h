@@ -46,6 +46,10 @@ void PlatformLetLongWritesFail();
 // long as the process runs.
 std::vector<char *> PlatformArguments(int argumentCount, char **arguments);
 
+// What stands behind the program's name on the command line: on Windows as it was typed, with its
+// quotes and blanks, elsewhere the arguments joined by one blank.
+std::string PlatformCommandLine(int argumentCount, char **arguments);
+
 // For a program with windows that is to print: without a standard output of its own it gets that of
 // the terminal that it was started from, if there is one.
 void PlatformUseTerminalOfParent();
@@ -61,6 +65,10 @@ std::string PlatformExecutablePath();
 // The folder in which programs keep what belongs to the user, where the platform's own differs from
 // `configuration`, the toolkit's folder of the user's configuration.
 std::string PlatformApplicationDataFolder(const std::string &configuration);
+
+// The folder in which makers of programs keep what belongs to all users of the machine, where the
+// platform's own differs from `applications`, the toolkit's folder of the user's applications.
+std::string PlatformProgramsFolder(const std::string &applications);
 
 // The folder of the system's fonts; empty where a toolkit without a display finds them by itself.
 std::string PlatformFontFolder();

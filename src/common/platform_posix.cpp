@@ -138,6 +138,15 @@ std::vector<char *> PlatformArguments(int argumentCount, char **arguments) {
     return texts;
 }
 
+std::string PlatformCommandLine(int argumentCount, char **arguments) {
+    std::string line;
+    for (int i = 1; i < argumentCount; ++i) {
+        line += i > 1 ? " " : "";
+        line += arguments[i];
+    }
+    return line;
+}
+
 void PlatformUseTerminalOfParent() {} // its standard output is the terminal's already
 
 bool PlatformFindHome() {
@@ -166,6 +175,10 @@ std::string PlatformExecutablePath() {
 
 std::string PlatformApplicationDataFolder(const std::string &configuration) {
     return configuration;
+}
+
+std::string PlatformProgramsFolder(const std::string &applications) {
+    return applications;
 }
 
 std::string PlatformFontFolder() {

@@ -1,6 +1,7 @@
 // What is asked of the operating system directly, on Windows.
 #include "common/platform.h"
 
+#include "common/command_line_windows.h"
 #include "common/utf8_path.h"
 
 #include <windows.h>
@@ -102,6 +103,10 @@ std::vector<char *> PlatformArguments(int, char **) {
     return texts;
 }
 
+std::string PlatformCommandLine(int, char **) {
+    return Utf8OfPath(BehindProgramName(GetCommandLineW()));
+}
+
 void PlatformUseTerminalOfParent() {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
     if ((!output || output == INVALID_HANDLE_VALUE) && AttachConsole(ATTACH_PARENT_PROCESS)) {
@@ -123,6 +128,11 @@ std::string PlatformExecutablePath() {
 // The one that follows the user from machine to machine; the toolkit's stays on this one.
 std::string PlatformApplicationDataFolder(const std::string &) {
     return KnownFolder(FOLDERID_RoamingAppData);
+}
+
+// That of 32-bit programs, where the maker's other programs look too.
+std::string PlatformProgramsFolder(const std::string &) {
+    return KnownFolder(FOLDERID_ProgramFilesX86);
 }
 
 std::string PlatformFontFolder() {

@@ -56,15 +56,6 @@ void FillDefaultFolders() {
     }
 }
 
-std::string CommandLinePath(int argumentCount, char **arguments) {
-    std::string line;
-    for (int i = 1; i < argumentCount; ++i) {
-        line += i > 1 ? " " : "";
-        line += arguments[i];
-    }
-    return UnquotedPath(line);
-}
-
 std::optional<std::string> TextInsteadOfStart(int argumentCount, char **arguments) {
     const std::string_view argument = argumentCount == 2 ? arguments[1] : "";
     if (argument == "--version") {

@@ -22,9 +22,6 @@ int ColourDepthOf(int bitsPerPixel);
 // Gives OpenPath, OpenImportPath and OpenExportPath their default where they are empty.
 void FillDefaultFolders();
 
-// All arguments joined by one blank: one path, see UnquotedPath. Empty without arguments.
-std::string CommandLinePath(int argumentCount, char **arguments);
-
 // What a command line of one argument, "--help" or "--version", asks to have printed instead of
 // starting. Nothing for any other command line.
 std::optional<std::string> TextInsteadOfStart(int argumentCount, char **arguments);

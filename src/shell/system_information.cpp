@@ -85,7 +85,7 @@ void AddFolders(ReportLines &report, const SystemFacts &facts) {
     report.Folder("Windows folder", facts.windowsFolder);
     report.Folder("System folder", facts.systemFolder);
     report.Folder("Start-up folder", facts.startUpFolder);
-    report.Folder("Programs folder", PlatformFolders.programs);
+    report.Folder("Programs folder", PlatformFolders.programMenu);
     report.Folder("Profile folder", PlatformFolders.profile);
 }
 

@@ -10,7 +10,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <pwd.h>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 using namespace tonewright;
 
@@ -70,6 +72,19 @@ TEST(Platform, WithoutAnAccountThereIsNoHomeButThatOfTheEnvironment) {
         EXPECT_FALSE(PlatformFindHome());
         EXPECT_EQ(std::getenv("HOME"), nullptr);
     });
+}
+
+TEST(Platform, TheCommandLineIsTheArgumentsJoinedByBlanks) {
+    const auto joined = [](std::vector<std::string> arguments) {
+        std::vector<char *> pointers;
+        for (std::string &argument : arguments) {
+            pointers.push_back(argument.data());
+        }
+        return PlatformCommandLine(static_cast<int>(pointers.size()), pointers.data());
+    };
+    EXPECT_EQ(joined({"tonewright"}), "");
+    EXPECT_EQ(joined({"tonewright", "my", "bank.syx"}), "my bank.syx");
+    EXPECT_EQ(joined({"tonewright", "\"quoted  bank.syx\""}), "\"quoted  bank.syx\"");
 }
 
 TEST(ShowInExplorer, CallsWhateverOpensFoldersWithoutTheTrailingSeparator) {

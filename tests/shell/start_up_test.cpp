@@ -94,19 +94,10 @@ TEST(StartUp, TheClipboardIsLookedAtOnceAndBehindTheFirstDocument) {
     EXPECT_FALSE(RunNextPosted());
 }
 
-std::string LineOf(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "tonewright");
-    std::vector<char *> pointers;
-    for (std::string &argument : arguments) {
-        pointers.push_back(argument.data());
-    }
-    return CommandLinePath(static_cast<int>(pointers.size()), pointers.data());
-}
-
 TEST(StartUp, TheCommandLineHoldsOnePathWithItsBlanks) {
-    EXPECT_EQ(LineOf({}), "");
-    EXPECT_EQ(LineOf({"my", "bank.syx"}), "my bank.syx");
-    EXPECT_EQ(LineOf({"\"quoted bank.syx\""}), "quoted bank.syx");
+    EXPECT_EQ(UnquotedPath(""), "");
+    EXPECT_EQ(UnquotedPath("my  bank.syx"), "my  bank.syx");
+    EXPECT_EQ(UnquotedPath("\"quoted bank.syx\""), "quoted bank.syx");
 }
 
 class FirstWork : public testing::Test {

@@ -40,11 +40,12 @@ TEST_F(SystemInformation, EachFactIsALineInTheOrderOfTheReport) {
     PlatformFolders = {.applicationData = Made("config"),
                        .documents = Made("documents"),
                        .pictures = Made("pictures"),
-                       .programs = Made("programs"),
+                       .programs = Made("program files"),
                        .music = Made("music"),
                        .videos = Made("videos"),
                        .desktop = Made("desktop"),
-                       .profile = home.Folder()};
+                       .profile = home.Folder(),
+                       .programMenu = Made("programs")};
     const SystemFacts facts = {
         .system = "Windows 11",
         .build = "22631",

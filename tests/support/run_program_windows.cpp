@@ -1,32 +1,13 @@
 // Runs a program in a child process with its output going to temporary files.
 #include "support/run_program.h"
 
-#include "common/utf8_path.h"
+#include "common/command_line_windows.h"
 #include "support/temp_folder.h"
 
 #include <windows.h>
 
 namespace tonewright {
 namespace {
-
-// As the receiving program takes a command line apart: in quotes, with a backslash before each
-// quote inside and before each backslash that stands before a quote.
-std::wstring Quoted(const std::string &argument) {
-    std::wstring quoted = L"\"";
-    std::size_t backslashes = 0;
-    const std::wstring wide = PathOfUtf8(argument).wstring();
-    for (const wchar_t character : wide) {
-        if (character == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        quoted.append(character == L'"' ? 2 * backslashes + 1 : backslashes, L'\\');
-        backslashes = 0;
-        quoted += character;
-    }
-    quoted.append(2 * backslashes, L'\\');
-    return quoted + L'"';
-}
 
 // A file that a child process inherits open, as long as this lives.
 struct InheritedFile {
@@ -60,7 +41,7 @@ std::string ReadLines(const std::string &path) {
 ProgramResult RunProgram(const std::vector<std::string> &command) {
     std::wstring line;
     for (const std::string &word : command) {
-        line += (line.empty() ? L"" : L" ") + Quoted(word);
+        line += (line.empty() ? L"" : L" ") + QuotedWord(word);
     }
     const TempFolder folder;
     ProgramResult result;

@@ -19,6 +19,7 @@
 #include "midi/midi_start.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
+#include "shell/documents.h"
 #include "shell/end_signals.h"
 #include "shell/history.h"
 #include "shell/settings_migration.h"
@@ -137,8 +138,10 @@ int RunApplication(int argc, char **argv) {
     UseQtDesktop();
     MakeDialogButtonsSoft();
     ApplicationPath =
-        QDir::toNativeSeparators(QCoreApplication::applicationDirPath()).toStdString() +
-        PathSeparator;
+        QDir::toNativeSeparators(QCoreApplication::applicationDirPath()).toStdString();
+    if (!ApplicationPath.ends_with(PathSeparator)) { // as it does in the root of a drive
+        ApplicationPath += PathSeparator;
+    }
     if (!IsWindows10OrLater()) {
         ShowVersionRefusedBox();
         return 0;
@@ -147,7 +150,7 @@ int RunApplication(int argc, char **argv) {
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
-    const int exitCode = RunLoop(application, CommandLinePath(argc, argv));
+    const int exitCode = RunLoop(application, UnquotedPath(PlatformCommandLine(argc, argv)));
     ThemeUnload();
     UnregisterToolTipClass();
     UndoEnd();

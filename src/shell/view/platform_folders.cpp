@@ -31,12 +31,13 @@ bool UsePlatformFolders() {
             PlatformApplicationDataFolder(StandardFolder(QStandardPaths::GenericConfigLocation)),
         .documents = StandardFolder(QStandardPaths::DocumentsLocation),
         .pictures = StandardFolder(QStandardPaths::PicturesLocation),
-        .programs = StandardFolder(QStandardPaths::ApplicationsLocation),
+        .programs = PlatformProgramsFolder(StandardFolder(QStandardPaths::ApplicationsLocation)),
         .systemConfiguration = PlatformSystemConfigurationFolders(),
         .music = StandardFolder(QStandardPaths::MusicLocation),
         .videos = StandardFolder(QStandardPaths::MoviesLocation),
         .desktop = StandardFolder(QStandardPaths::DesktopLocation),
         .profile = StandardFolder(QStandardPaths::HomeLocation),
+        .programMenu = StandardFolder(QStandardPaths::ApplicationsLocation),
     };
     return true;
 }
