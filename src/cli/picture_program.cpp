@@ -40,7 +40,11 @@ int RunPainting(const char *command, const CliCall &call) {
     const std::string program =
         FolderOfPath(self) + ProgramName + (extension.empty() ? "" : "." + extension);
     const int status = RunInPlace(program, ArgumentsOf(command, call));
-    if (status < 0) {
+    if (status == EndedByFault) {
+        TellError(program, "has ended unexpectedly");
+        return ExitFailed;
+    }
+    if (status == NotStarted) {
         TellError(program, std::string("could not be started: ") + std::strerror(errno));
         return ExitFailed;
     }
