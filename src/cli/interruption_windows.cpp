@@ -2,6 +2,8 @@
 #include "cli/interruption.h"
 
 #include <csignal>
+#include <cstdlib>
+#include <windows.h>
 
 namespace tonewright {
 namespace {
@@ -32,7 +34,7 @@ void AllowInterruption() {
         std::signal(request, SIG_DFL);
     }
     if (Waiting != 0) {
-        std::raise(Waiting);
+        std::exit(static_cast<int>(STATUS_CONTROL_C_EXIT)); // what the system ends it with
     }
 }
 

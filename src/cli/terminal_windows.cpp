@@ -14,12 +14,26 @@ bool IsTerminal(DWORD stream) {
     return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
 }
 
+UINT FormerCodePage = 0; // 0 without a terminal
+
+void RestoreCodePage() {
+    SetConsoleOutputCP(FormerCodePage);
+}
+
+// Comes after the handler of a transfer that is not to be interrupted, and before the system ends
+// the program, which calls nothing of ours then.
+BOOL WINAPI RestoreBeforeEnd(DWORD) {
+    RestoreCodePage();
+    return FALSE;
+}
+
 } // namespace
 
 void UseUtf8Terminal() {
-    static const UINT former = GetConsoleOutputCP(); // 0 without a terminal
-    if (former != 0 && SetConsoleOutputCP(CP_UTF8)) {
-        std::atexit([] { SetConsoleOutputCP(former); });
+    FormerCodePage = GetConsoleOutputCP();
+    if (FormerCodePage != 0 && SetConsoleOutputCP(CP_UTF8)) {
+        std::atexit(RestoreCodePage);
+        SetConsoleCtrlHandler(RestoreBeforeEnd, TRUE);
     }
 }
 
