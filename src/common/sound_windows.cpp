@@ -7,6 +7,7 @@
 
 #include <list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace tonewright {
@@ -15,6 +16,7 @@ namespace {
 constexpr std::size_t BlocksAhead = 4;
 constexpr int BlocksPerSecond = 20;
 constexpr DWORD WaitMilliseconds = 20;
+constexpr int LastWaits = 10;
 
 struct Block {
     std::vector<char> bytes;
@@ -74,9 +76,19 @@ bool StreamPlaying(Stream &stream) {
 }
 
 void CloseStream(Stream &stream) {
-    // Resetting marks every block as played.
+    // Resetting marks every block as played, unless the device has gone; its driver may be a little
+    // late then.
     waveOutReset(stream.device);
     FreePlayedBlocks(stream);
+    for (int wait = 0; wait < LastWaits && !stream.blocks.empty(); ++wait) {
+        Sleep(WaitMilliseconds);
+        FreePlayedBlocks(stream);
+    }
+    if (!stream.blocks.empty()) {
+        // The driver may write to them at any time: they are left to it.
+        static_cast<void>(new std::list<Block>(std::move(stream.blocks)));
+        stream.blocks.clear();
+    }
     waveOutClose(stream.device);
     stream.device = nullptr;
 }
