@@ -28,7 +28,8 @@ STRANGERS = [
     ("midi/instruments", "midi/sysex.h"),
 ]
 PLATFORM_FILE = re.compile(r"_(posix|windows|alsa)\.(cpp|h)$")
-PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|__linux__|__APPLE__|__unix__)")
+PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|_MSC_VER|__linux__|__APPLE__"
+                            r"|__unix__|__CYGWIN__|__MINGW\w*)")
 # The interface of themes, and what loads them, the only place of the program that knows it.
 THEME_INTERFACE = "tonewright_theme.h"
 THEME_LOADER = re.compile(r"common/view/theme(_library|_picture)?\.h$")

@@ -128,6 +128,9 @@ class Layers(unittest.TestCase):
             problems = layers.check_source(source)
         self.assertEqual(problems, ["src/common/text.cpp:1: platform macro outside the platform "
                                     "files"])
+        for macro in ("_WIN32", "_MSC_VER", "__linux__", "__CYGWIN__", "__MINGW32__",
+                      "__MINGW_PRINTF_FORMAT"):
+            self.assertTrue(layers.PLATFORM_MACRO.search(f"#if defined({macro})"), macro)
 
 
 if __name__ == "__main__":

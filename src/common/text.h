@@ -8,12 +8,9 @@
 #include <string_view>
 #include <vector>
 
-// The formats that std::vsnprintf takes. Where they are not those of the system, as with mingw-w64,
-// <cstdio> names them.
-#ifdef __MINGW_PRINTF_FORMAT
-#define PRINTF_FORMAT __MINGW_PRINTF_FORMAT
-#else
-#define PRINTF_FORMAT printf
+// The formats that std::vsnprintf takes, where the build does not name others.
+#ifndef TONEWRIGHT_PRINTF_FORMAT
+#define TONEWRIGHT_PRINTF_FORMAT printf
 #endif
 
 namespace tonewright {
@@ -33,7 +30,8 @@ void CopyBounded(std::string &target, std::string_view source, std::size_t n);
 void AppendBounded(std::string &target, std::string_view source, std::size_t n);
 
 // Formatted print with the semantics of sprintf.
-std::string FormatText(const char *format, ...) __attribute__((format(PRINTF_FORMAT, 1, 2)));
+std::string FormatText(const char *format, ...)
+    __attribute__((format(TONEWRIGHT_PRINTF_FORMAT, 1, 2)));
 
 // Formatted scan with the semantics of sscanf; the number of fields read.
 int ScanText(const char *text, const char *format, ...) __attribute__((format(scanf, 2, 3)));
