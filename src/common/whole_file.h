@@ -12,7 +12,9 @@
 
 namespace tonewright {
 
-// What a path leads to, which need not exist; nothing when links lead round in a circle.
+// What a path leads to, which need not exist; nothing when links lead round in a circle. On Windows
+// it is the path itself: the library does not look behind links there, and a symbolic link may be
+// replaced by the file that is written.
 std::optional<std::filesystem::path> BehindLinks(std::filesystem::path path);
 
 enum class Replacing {
