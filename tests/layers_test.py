@@ -57,6 +57,15 @@ class Layers(unittest.TestCase):
         self.assertEqual(self.problems({"drivers/synth_driver_table.cpp":
                                         ["drivers/dx7/find.h", "drivers/reface_dx/find.h"]}), [])
 
+    def test_the_sound_of_voices_is_the_business_of_the_instruments(self):
+        self.assertEqual(self.problems({"midi/instruments/dx7.cpp": ["synth/synth.h"],
+                                        "synth/synth.h": ["common/text.h"]}), [])
+        self.assert_problem({"synth/synth.cpp": ["core/voice_object.h"]},
+                            "synth is to know nothing of core")
+        self.assert_problem({"synth/synth.cpp": ["midi/midi_api.h"]}, "higher layer")
+        self.assert_problem({"drivers/dx7/files.cpp": ["synth/algorithms.h"]},
+                            "drivers is to know nothing of synth")
+
     def test_a_family_knows_itself_and_what_all_share(self):
         self.assertEqual(self.problems({"drivers/chimes/view/list.cpp":
                                         ["drivers/chimes/files.h", "drivers/view/voice_cell.h",

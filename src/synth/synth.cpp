@@ -1,0 +1,390 @@
+// A key that must give way to another one fades out beside it; so there are twice as many places
+// for keys as can be played at once.
+#include "synth/synth.h"
+
+#include "synth/choices.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace tonewright {
+
+namespace {
+
+constexpr double FullScale = 0.125;  // of a carrier at full level
+constexpr double OffsetCorner = 5.0; // Hz
+constexpr float Silence = 1e-6f;     // -120 dB below a carrier at full level
+
+bool Plays(const Key &key) {
+    return key.sounds && key.fadeTarget > 0.0f;
+}
+
+int PlayingKeys(const Synth &synth) {
+    return static_cast<int>(std::ranges::count_if(synth.keys, Plays));
+}
+
+void LetFade(Key &key) {
+    key.fadeTarget = 0.0f;
+    if (!key.rendered) {
+        key.sounds = false;
+    }
+}
+
+// How loud the carriers of a key are.
+float Loudness(const Key &key, const PreparedVoice &voice) {
+    float sum = 0.0f;
+    for (int i = 0; i < voice.operatorCount; ++i) {
+        sum += (voice.algorithm.carriers >> i & 1) != 0 ? key.operators[i].gain : 0.0f;
+    }
+    return sum;
+}
+
+// The key to give way when all are playing: a released one of the same number, the quietest
+// released one, the oldest.
+Key &KeyToGiveWay(Synth &synth, int number) {
+    Key *best = nullptr;
+    const auto rank = [&](const Key &key) {
+        const bool released = !key.held && !key.sustained;
+        return released ? (key.number == number ? 2 : 1) : 0;
+    };
+    for (Key &key : synth.keys) {
+        if (!Plays(key)) {
+            continue;
+        }
+        const auto isBetter = [&] {
+            if (rank(key) != rank(*best)) {
+                return rank(key) > rank(*best);
+            }
+            return rank(key) == 1 ? Loudness(key, *synth.voice) < Loudness(*best, *synth.voice)
+                                  : key.order < best->order;
+        };
+        if (!best || isBetter()) {
+            best = &key;
+        }
+    }
+    return *best;
+}
+
+// A place for another key: a silent one, or that of the key that has faded farthest.
+Key &FreePlace(Synth &synth) {
+    Key *best = nullptr;
+    for (Key &key : synth.keys) {
+        if (!key.sounds) {
+            return key;
+        }
+        if (key.fadeTarget == 0.0f && (!best || key.fade < best->fade)) {
+            best = &key;
+        }
+    }
+    best->sounds = false;
+    return *best;
+}
+
+Key *YoungestHeld(Synth &synth) {
+    Key *youngest = nullptr;
+    for (Key &key : synth.keys) {
+        if (Plays(key) && key.held && (!youngest || key.order > youngest->order)) {
+            youngest = &key;
+        }
+    }
+    return youngest;
+}
+
+bool IsMono(const Synth &synth) {
+    return synth.mono || synth.voice->partMode != PartMode::Poly;
+}
+
+// The octaves that a new key has to glide. `legato`: another one is down.
+double GlideFor(Synth &synth, int number, bool legato) {
+    const int from = synth.lastNumber;
+    synth.lastNumber = number;
+    const PartMode mode = synth.voice->partMode;
+    const bool glides =
+        mode == PartMode::Poly ? synth.portamento : mode == PartMode::MonoFull || legato;
+    return glides && from >= 0 ? (from - number) / 12.0 : 0.0;
+}
+
+void TakeFromDown(Synth &synth, int number) {
+    const auto end = synth.down.begin() + synth.downCount;
+    const auto rest = std::remove(synth.down.begin(), end, static_cast<std::uint8_t>(number));
+    synth.downCount = static_cast<int>(rest - synth.down.begin());
+}
+
+void AddToDown(Synth &synth, int number) {
+    TakeFromDown(synth, number);
+    synth.down[static_cast<std::size_t>(synth.downCount++)] = static_cast<std::uint8_t>(number);
+}
+
+Modulation ModulationOf(Synth &synth, const PreparedVoice &voice) {
+    const double wave = LfoValue(synth.lfo, voice.lfo);
+    const double fade = LfoFade(synth.lfo, voice.lfo);
+    // The wheel moves pitch, by half its range.
+    const double depth = std::min(255.0, voice.pitchDepth * fade + synth.wheel * Scaled(50));
+    Modulation modulation;
+    modulation.octaves = synth.bend * voice.bendRange / 12.0;
+    modulation.lfoOctaves = wave * depth / 255.0 * voice.pitchSensitivity;
+    modulation.lfoLoss = fade * (1.0 - wave) / 2.0;
+    modulation.glideSpeed = voice.glideSpeed;
+    if (voice.partMode == PartMode::Poly) {
+        const int time = synth.portamentoTime * 100 / 128;
+        modulation.glideSpeed = time == 0 ? 0.0 : PitchSpeed(99 - time);
+    }
+    return modulation;
+}
+
+void RenderAll(std::vector<Key> &keys, const PreparedVoice &voice, const Modulation &modulation,
+               double rate, float (&out)[BlockFrames]) {
+    Key *group[LaneCount];
+    int count = 0;
+    for (Key &key : keys) {
+        if (!key.sounds) {
+            continue;
+        }
+        if (key.wait > 0.0) {
+            key.wait -= BlockFrames / rate;
+            continue;
+        }
+        group[count++] = &key;
+        if (count == LaneCount) {
+            RenderKeys(group, count, voice, modulation, rate, out);
+            count = 0;
+        }
+    }
+    if (count > 0) {
+        RenderKeys(group, count, voice, modulation, rate, out);
+    }
+}
+
+void ReleaseHeldBy(Synth &synth, Key &key) {
+    key.held = false;
+    if (synth.pedal) {
+        key.sustained = true;
+    } else {
+        ReleaseKey(key, *synth.voice);
+    }
+}
+
+void SetPedal(Synth &synth, bool down) {
+    synth.pedal = down;
+    if (down) {
+        return;
+    }
+    for (Key &key : synth.keys) {
+        if (key.sounds && key.sustained) {
+            key.sustained = false;
+            ReleaseKey(key, *synth.voice);
+        }
+    }
+}
+
+void ReleaseAll(Synth &synth) {
+    synth.downCount = 0;
+    for (Key &key : synth.keys) {
+        if (Plays(key) && key.held) {
+            ReleaseHeldBy(synth, key);
+        }
+    }
+}
+
+} // namespace
+
+Synth MakeSynth(double rate, int polyphony) {
+    Synth synth;
+    synth.rate = rate;
+    synth.polyphony = polyphony;
+    synth.keys.resize(static_cast<std::size_t>(2 * polyphony));
+    synth.fading.resize(synth.keys.size());
+    synth.effects = {MakeEffect(rate), MakeEffect(rate)};
+    return synth;
+}
+
+bool IsFading(const Synth &synth) {
+    return synth.fadingVoice != nullptr;
+}
+
+void SetVoice(Synth &synth, const PreparedVoice *voice, bool sameKeys) {
+    for (std::size_t i = 0; i < synth.effects.size(); ++i) {
+        SetEffect(synth.effects[i], voice->effects[i]);
+    }
+    if (!synth.voice) {
+        synth.voice = voice;
+        return;
+    }
+    synth.fadingVoice = synth.voice;
+    synth.fading = synth.keys; // of the same size: no allocation
+    for (Key &key : synth.fading) {
+        if (key.sounds) {
+            LetFade(key);
+        }
+    }
+    synth.voice = voice;
+    for (Key &key : synth.keys) {
+        if (!key.sounds) {
+            continue;
+        }
+        if (!sameKeys || !Plays(key)) {
+            key.sounds = false;
+        } else {
+            AdaptKey(key, *voice);
+        }
+    }
+}
+
+void NoteOn(Synth &synth, int number, int velocity) {
+    if (!synth.voice) {
+        return;
+    }
+    const double glide = GlideFor(synth, number, synth.downCount > 0);
+    AddToDown(synth, number);
+    if (IsMono(synth)) {
+        if (Key *held = YoungestHeld(synth)) {
+            // Envelopes go on from key to key while one is held.
+            MoveKey(*held, *synth.voice, number, glide);
+            return;
+        }
+    }
+    const int playing = PlayingKeys(synth);
+    LfoKeyDown(synth.lfo, synth.voice->lfo, playing == 0);
+    const int most = IsMono(synth) ? 1 : synth.polyphony;
+    double wait = 0.0;
+    if (playing >= most) {
+        Key &givesWay = KeyToGiveWay(synth, number);
+        wait = givesWay.rendered ? FadeTime : givesWay.wait;
+        LetFade(givesWay);
+    }
+    Key &key = FreePlace(synth);
+    key.order = ++synth.keysSoFar;
+    StartKey(key, *synth.voice, number, velocity, glide);
+    key.wait = wait;
+}
+
+void NoteOff(Synth &synth, int number) {
+    TakeFromDown(synth, number);
+    if (synth.voice && IsMono(synth) && synth.downCount > 0) {
+        // Back to the last of the keys that are still down.
+        const int last = synth.down[static_cast<std::size_t>(synth.downCount - 1)];
+        Key *held = YoungestHeld(synth);
+        if (held && held->number != last) {
+            MoveKey(*held, *synth.voice, last, GlideFor(synth, last, true));
+        }
+        return;
+    }
+    for (Key &key : synth.keys) {
+        if (Plays(key) && key.held && key.number == number) {
+            ReleaseHeldBy(synth, key);
+        }
+    }
+}
+
+void Control(Synth &synth, int controller, int value) {
+    switch (controller) {
+    case 1:
+        synth.wheel = value / 127.0;
+        break;
+    case 5:
+        synth.portamentoTime = value;
+        break;
+    case 7:
+        synth.volume = value / 127.0;
+        break;
+    case 11:
+        synth.expression = value / 127.0;
+        break;
+    case 64:
+        SetPedal(synth, value >= 64);
+        break;
+    case 65:
+        synth.portamento = value >= 64;
+        break;
+    case 120:
+        Panic(synth);
+        break;
+    case 121:
+        synth.wheel = synth.bend = 0.0;
+        synth.expression = 1.0;
+        synth.portamento = false;
+        SetPedal(synth, false);
+        break;
+    case 123:
+        ReleaseAll(synth);
+        break;
+    case 126:
+    case 127:
+        ReleaseAll(synth);
+        synth.mono = controller == 126;
+        break;
+    default:
+        break;
+    }
+}
+
+void Bend(Synth &synth, int value) {
+    synth.bend = value < 8192 ? (value - 8192) / 8192.0 : (value - 8192) / 8191.0;
+}
+
+void Panic(Synth &synth) {
+    for (Key &key : synth.keys) {
+        if (key.sounds) {
+            LetFade(key);
+        }
+    }
+    synth.pedal = false;
+    synth.downCount = 0;
+}
+
+int SoundingKeys(const Synth &synth) {
+    const auto sounds = [](const Key &key) { return key.sounds; };
+    return static_cast<int>(std::ranges::count_if(synth.keys, sounds) +
+                            std::ranges::count_if(synth.fading, sounds));
+}
+
+void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames]) {
+    std::ranges::fill(left, 0.0f);
+    std::ranges::fill(right, 0.0f);
+    if (!synth.voice) {
+        return;
+    }
+    const double seconds = BlockFrames / synth.rate;
+    AdvanceLfo(synth.lfo, synth.voice->lfo, seconds);
+    RenderAll(synth.keys, *synth.voice, ModulationOf(synth, *synth.voice), synth.rate, left);
+    if (synth.fadingVoice) {
+        RenderAll(synth.fading, *synth.fadingVoice, ModulationOf(synth, *synth.fadingVoice),
+                  synth.rate, left);
+        const auto sounds = [](const Key &key) { return key.sounds; };
+        if (std::ranges::none_of(synth.fading, sounds)) {
+            synth.fadingVoice = nullptr;
+        }
+    }
+
+    const auto keep =
+        static_cast<float>(std::exp(-2.0 * std::numbers::pi * OffsetCorner / synth.rate));
+    float loudest = 0.0f;
+    for (int i = 0; i < BlockFrames; ++i) {
+        synth.filtered = keep * (synth.filtered + left[i] - synth.unfiltered);
+        synth.unfiltered = left[i];
+        loudest = std::max(loudest, std::fabs(synth.filtered));
+        left[i] = right[i] = synth.filtered;
+    }
+    if (loudest < Silence && SoundingKeys(synth) == 0) {
+        synth.filtered = synth.unfiltered = 0.0f;
+    }
+    for (Effect &effect : synth.effects) {
+        Process(effect, left, right);
+    }
+
+    // The gain follows volume and expression, squared, as fast as it may without a click.
+    const double wanted = synth.volume * synth.volume * synth.expression * synth.expression;
+    const auto most = static_cast<float>(seconds / FadeTime);
+    const float target =
+        std::clamp(static_cast<float>(wanted), synth.gain - most, synth.gain + most);
+    const float step = (target - synth.gain) / BlockFrames;
+    for (int i = 0; i < BlockFrames; ++i) {
+        synth.gain += step;
+        left[i] *= synth.gain * static_cast<float>(FullScale);
+        right[i] *= synth.gain * static_cast<float>(FullScale);
+    }
+    synth.gain = target;
+}
+
+} // namespace tonewright
