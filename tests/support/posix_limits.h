@@ -134,9 +134,14 @@ inline bool EnterUserSpace(uid_t number) {
            write("/proc/self/gid_map", group + " " + group + " 1");
 }
 
-// Runs `body` in a child process that belongs to a user without an account.
+// Runs `body` in a child process that belongs to a user without an account. Where there are no name
+// spaces of users, root becomes that user, who may not enter what is closed to others.
 inline void RunWithoutAccount(const std::function<void()> &body) {
-    const auto become = [](const std::string &) { return EnterUserSpace(54321); };
+    const auto become = [](const std::string &) {
+        constexpr uid_t NoUser = 54321;
+        return EnterUserSpace(NoUser) ||
+               (setresgid(NoUser, NoUser, NoUser) == 0 && setresuid(NoUser, NoUser, NoUser) == 0);
+    };
     RunInChild(become, "", "could not become another user", body);
 }
 
