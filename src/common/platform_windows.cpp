@@ -34,7 +34,7 @@ std::string KnownFolder(REFKNOWNFOLDERID id) {
     PWSTR path = nullptr;
     std::string folder;
     if (SHGetKnownFolderPath(id, KF_FLAG_DONT_VERIFY, nullptr, &path) == S_OK) {
-        folder = Utf8OfPath(path);
+        folder = Utf8OfPath(std::filesystem::path(path).make_preferred());
     }
     CoTaskMemFree(path);
     return folder;

@@ -1,6 +1,7 @@
 // The commands "settings" and "history" on a home of their own.
 #include "run_cli.h"
 
+#include "common/platform.h"
 #include "common/setting_rows.h"
 #include "support/environment.h"
 #include "support/reface_bytes.h"
@@ -15,9 +16,7 @@ namespace {
 
 class CliHome : public testing::Test {
 protected:
-    void SetUp() override {
-        SetHome(home.path.string());
-    }
+    void SetUp() override { SetHome(home.path.string()); }
 
     // A call that is refused with these words and writes nothing.
     void ExpectRefused(const std::vector<std::string> &arguments, const std::string &reason) {
@@ -137,6 +136,10 @@ TEST_F(CliSettings, SetKeepsTheOtherValuesAndTwoGenerations) {
               "first SysexWait\nSysexWait = 99\n");
 }
 
+// A line has at most 259 bytes with its end, which is longer on Windows.
+const std::size_t LongestTheme =
+    259 - std::string("ThemeCurrent = ").size() - PlatformLines("\n").size();
+
 TEST_F(CliSettings, TheGreatestNumberAndEveryTextComeBack) {
     ExpectOutput({"settings", "set", "TipFont01Size", "4294967295"}, "");
     ExpectOutput({"settings", "get", "TipFont01Size"}, "4294967295\n");
@@ -144,7 +147,7 @@ TEST_F(CliSettings, TheGreatestNumberAndEveryTextComeBack) {
     ExpectOutput({"settings", "get", "CreateBackups"}, "0\n");
     for (const std::string &text :
          {std::string(), std::string("\xC3\x84 = ;[x]"), std::string("blanks behind  "),
-          std::string("--no"), std::string(243, 'x')}) {
+          std::string("--no"), std::string(LongestTheme, 'x')}) {
         ExpectOutput({"settings", "set", "--", "ThemeCurrent", text}, "");
         ExpectOutput({"settings", "get", "ThemeCurrent"}, text + "\n");
     }
@@ -190,8 +193,9 @@ TEST_F(CliSettings, ATextThatWouldNotComeBackIsRefused) {
                   "ThemeCurrent: the value begins with a blank or an equal sign");
     ExpectRefused({"settings", "set", "ThemeCurrent", "=a"},
                   "ThemeCurrent: the value begins with a blank or an equal sign");
-    ExpectRefused({"settings", "set", "ThemeCurrent", std::string(244, 'x')},
-                  "ThemeCurrent: the value has 244 bytes, and 243 is the limit");
+    ExpectRefused({"settings", "set", "ThemeCurrent", std::string(LongestTheme + 1, 'x')},
+                  "ThemeCurrent: the value has " + std::to_string(LongestTheme + 1) +
+                      " bytes, and " + std::to_string(LongestTheme) + " is the limit");
 }
 
 TEST_F(CliSettings, AnotherActionOrAWrongNumberOfWordsIsRefused) {

@@ -33,7 +33,7 @@ protected:
         const std::filesystem::path folder =
             home.path / ".local/share/applications/Quillbrook/theme";
         std::filesystem::create_directories(folder);
-        const std::filesystem::path path = folder / ThemeDiskName(theme);
+        const auto path = (folder / ThemeDiskName(theme)).make_preferred();
         std::filesystem::copy_file(TestTheme(library), path);
         return path.string();
     }
