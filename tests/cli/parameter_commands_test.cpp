@@ -69,9 +69,7 @@ void ExpectDone(const ProgramResult &result) {
 
 class CliParameters : public testing::Test {
 protected:
-    void SetUp() override {
-        SetHome(folder.path.string());
-    }
+    void SetUp() override { SetHome(folder.path.string()); }
     // A call that fails so, prints nothing, and leaves the file that it was to write as it was.
     void ExpectRefused(const std::string &in, const std::string &place, const Words &changes,
                        const std::string &reason, int status = 2, const Words &options = {}) const {
@@ -444,7 +442,7 @@ TEST_F(CliParameters, EditSwitchesAnOperatorOfABankOffAndOnWithItsLevel) {
     const ProgramResult off = Edit(bank, "1", {"operator1.enable=off"}, bank);
     EXPECT_EQ(off.exitStatus, 0);
     EXPECT_EQ(off.errors, "tonewright-cli: operator1.enable: a bank keeps no level of an operator "
-                         "that is off: operator1.outputLevel is 0 in the stead of 79\n");
+                          "that is off: operator1.outputLevel is 0 in the stead of 79\n");
     EXPECT_EQ(ReadTestFile(bank)[FirstPackedVoice + 14], 0);
     EXPECT_EQ(LineOf("operator1.enable", bank), "off");
     ExpectRefused(bank, "1", {"operator1.outputLevel=79"},
@@ -476,7 +474,8 @@ TEST_F(CliParameters, EditWritesTheDetuneOfABankWhole) {
 TEST_F(CliParameters, EditWritesOverItsFileWithTheBackupThatTheOthersMake) {
     for (const std::string &path : {Voice(), RefaceVoice(), Bank(), RefaceBank()}) {
         const Bytes former = ReadTestFile(path);
-        const std::string backup = folder.File("Backup of " + path.substr(path.rfind('/') + 1));
+        const std::string name = PathOfUtf8(path).filename().string();
+        const std::string backup = folder.File("Backup of " + name);
         ExpectDone(Edit(path, "1", {"lfoSpeed=7"}, path));
         EXPECT_EQ(LineOf("lfoSpeed", path), "7");
         EXPECT_EQ(ReadTestFile(backup), former);
