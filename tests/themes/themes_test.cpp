@@ -1,4 +1,6 @@
 // The default theme and those beside the program, each through its exported entry points.
+#include "common/text.h"
+#include "support/environment.h"
 #include "support/paths.h"
 #include "support/pixels.h"
 #include "support/run_program.h"
@@ -17,6 +19,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 namespace tonewright {
 namespace {
@@ -54,9 +57,7 @@ constexpr unsigned Pressed = 0x1, Disabled = 0x4, Focus = 0x10, Default = 0x20, 
 class LoadedTheme {
 public:
     explicit LoadedTheme(const char *file) {
-        const std::string program = WindowProgram();
-        library.setFileName(
-            QString::fromStdString(program.substr(0, program.find_last_of('/') + 1) + file));
+        library.setFileName(QString::fromStdString(FolderOfPath(WindowProgram()) + file));
         EXPECT_TRUE(library.load()) << library.errorString().toStdString();
         EXPECT_EQ(Call<decltype(THEMEInit)>("THEMEInit")(18, 17, 0, 1), 1);
     }
@@ -312,11 +313,13 @@ TEST_P(Themes, HaveNoOtherBitmap) {
 
 TEST_P(Themes, BitmapsHaveThePixelsOfTheScreensScale) {
     const std::string self = QCoreApplication::applicationFilePath().toStdString();
+    const EnvironmentVariable counts("TEST_COUNTS", std::nullopt);
+    const EnvironmentVariable shards("GTEST_TOTAL_SHARDS", std::nullopt);
+    const EnvironmentVariable shard("GTEST_SHARD_INDEX", std::nullopt);
     for (const char *scale : {"1.5", "2", "3"}) {
-        const ProgramResult result =
-            RunProgram({"/usr/bin/env", "-u", "TEST_COUNTS", "-u", "GTEST_TOTAL_SHARDS", "-u",
-                        "GTEST_SHARD_INDEX", std::string("QT_SCALE_FACTOR=") + scale, self,
-                        std::string("--gtest_filter=*BitmapsHaveTheHeader*/") + GetParam().name});
+        const EnvironmentVariable factor("QT_SCALE_FACTOR", scale);
+        const ProgramResult result = RunProgram(
+            {self, std::string("--gtest_filter=*BitmapsHaveTheHeader*/") + GetParam().name});
         EXPECT_EQ(result.exitStatus, 0) << scale << result.output;
         EXPECT_NE(result.output.find("[  PASSED  ] 1 test"), std::string::npos) << result.output;
     }

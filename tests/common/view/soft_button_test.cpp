@@ -8,6 +8,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDialog>
+#include <QFont>
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
@@ -191,6 +192,11 @@ TEST(SoftButton, TheCaptionMovesDownTwoPixelsWhilePressed) {
             QPalette colours = button.palette();
             colours.setColor(QPalette::ButtonText, Qt::red);
             button.setPalette(colours);
+            // So large that a stroke fills pixels, whether it is put on their edges or not.
+            QFont font = button.font();
+            font.setPixelSize(18);
+            font.setBold(true);
+            button.setFont(font);
             button.resize(100, 40);
             MakeSoftButton(&button);
             button.setDown(pressed);

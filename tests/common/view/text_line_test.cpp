@@ -99,9 +99,12 @@ TEST(TextLine, TheWidthOfALineIsThatOfAllItsCharacters) {
 }
 
 TEST(TextLine, ATextTooWideEndsInAnEllipsis) {
-    const QString cut = QString(14, 'W') + QChar(0x2026);
-    ASSERT_LE(WidthOf(cut), 300);
-    ASSERT_GT(WidthOf("W" + cut), 300);
+    QString cut = QChar(0x2026);
+    while (WidthOf("W" + cut) <= 300) {
+        cut.prepend('W');
+    }
+    ASSERT_GT(cut.size(), 10);
+    ASSERT_LT(cut.size(), 20);
     EXPECT_EQ(PaintLine(QString(30, 'W')), PaintAt(20, cut));
 }
 

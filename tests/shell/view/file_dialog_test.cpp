@@ -10,6 +10,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -60,6 +61,9 @@ protected:
             ASSERT_NE(box->button(button), nullptr);
             box->button(button)->click();
         });
+    }
+    static std::string FolderOf(const QFileDialog &dialog) {
+        return QDir::toNativeSeparators(dialog.directory().absolutePath()).toStdString();
     }
     static QLineEdit &NameEdit(QFileDialog &dialog) {
         return *dialog.findChild<QLineEdit *>("fileNameEdit");
@@ -166,7 +170,7 @@ TEST_F(FileDialog, FiltersAndExtensionAreTheDrivers) {
 
 TEST_F(FileDialog, OpenStartsInTheFolderWithAnEmptyName) {
     EXPECT_EQ(Open([&](QFileDialog &dialog) {
-                  EXPECT_EQ(dialog.directory().absolutePath().toStdString(), home.path.string());
+                  EXPECT_EQ(FolderOf(dialog), home.path.string());
                   EXPECT_EQ(NameEdit(dialog).text(), "");
               }),
               std::nullopt);
@@ -222,8 +226,7 @@ TEST_F(FileDialog, AFolderThatIsTypedIsEnteredUnderItsOwnName) {
                    [this](QFileDialog &dialog) {
                        TypeName(dialog, "v1.0");
                        EXPECT_TRUE(dialog.isVisible());
-                       EXPECT_EQ(dialog.directory().absolutePath().toStdString(),
-                                 home.File("v1.0"));
+                       EXPECT_EQ(FolderOf(dialog), home.File("v1.0"));
                    }),
               std::nullopt);
 }
@@ -253,8 +256,7 @@ TEST_F(FileDialog, SaveProposesThePathAndAsksBeforeItOverwrites) {
     EXPECT_EQ(Save(path,
                    [&](QFileDialog &dialog) {
                        EXPECT_EQ(NameEdit(dialog).text(), "bank.syx");
-                       EXPECT_EQ(dialog.directory().absolutePath().toStdString(),
-                                 home.path.string());
+                       EXPECT_EQ(FolderOf(dialog), home.path.string());
                        WhenABoxStands(QMessageBox::No);
                        press(dialog);
                        EXPECT_TRUE(dialog.isVisible());
@@ -451,7 +453,7 @@ TEST_F(FileDialog, ACancelledExportAndImportChangeNothing) {
     OpenExportPath = home.Folder();
     WhenItStands([this](QFileDialog &dialog) {
         EXPECT_EQ(NameEdit(dialog).text(), "VOICE 01.sy1");
-        EXPECT_EQ(dialog.directory().absolutePath().toStdString(), home.path.string());
+        EXPECT_EQ(FolderOf(dialog), home.path.string());
     });
     EXPECT_EQ(RunCommand(CommandExport), 1);
     WhenItStands([](QFileDialog &) {});

@@ -1,6 +1,7 @@
 // The main window as a user meets it.
 #include "window_fixture.h"
 
+#include "common/platform.h"
 #include "common/view/busy_box.h"
 #include "common/view/fonts.h"
 #include "common/view/status_bar.h"
@@ -148,9 +149,10 @@ TEST_F(MainWindowTest, CtrlNAndCtrlXDoNothing) {
 
 TEST_F(MainWindowTest, CtrlOOpensAFileOfTheDialog) {
     const std::string path = home.Write("other.syx", TestBank());
-    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Open,
-                                      .answer = path,
-                                      .start = home.Folder() + "My Tonewright 17 Documents/"});
+    desktop.Expect(
+        ExpectedFileDialog{.kind = FileDialogKind::Open,
+                           .answer = path,
+                           .start = home.Folder() + "My Tonewright 17 Documents" + PathSeparator});
     QTest::keyClick(window.get(), Qt::Key_O, Qt::ControlModifier);
     RunPosted();
     EXPECT_EQ(ListCount(MainList), 32);
