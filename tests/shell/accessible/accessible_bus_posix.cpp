@@ -1,5 +1,5 @@
 // Starts the buses, and asks over them.
-#include "accessible_bus.h"
+#include "accessible_bus_posix.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>

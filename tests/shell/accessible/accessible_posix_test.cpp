@@ -1,6 +1,6 @@
 // What those hear who do not see the window: the real program on a desktop of its own, asked over
 // the bus of the screen readers.
-#include "accessible_bus.h"
+#include "accessible_bus_posix.h"
 #include "support/bank_bytes.h"
 #include "support/family_names.h"
 #include "support/paths.h"
