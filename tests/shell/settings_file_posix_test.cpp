@@ -225,7 +225,7 @@ TEST_F(SettingsFileObstacles, APipeInPlaceOfABackupStaysAndTheFileIsWritten) {
 
 TEST_F(SettingsFileObstacles, ExtrasThatCannotBeReadAreNotWrittenOver) {
     WriteTestText(extras, "WholeDetune = 1\n");
-    RunUnprivileged({{extras, 0200}}, [this] { // it could be replaced
+    RunUnprivileged({{extras, 0200}}, [] { // it could be replaced
         CarefulMode = 1;
         EXPECT_EQ(WriteChosenSetting(ExtrasSettings, ExtrasSettings.rows[0]),
                   SettingsWrite::Failed);
