@@ -13,7 +13,6 @@ namespace {
 
 constexpr double LongestDelay = 1.2; // s
 constexpr float Silence = 1e-5f;     // -100 dB of a carrier at full level
-constexpr double FadeTime = 0.005;   // s
 
 using Block = float[BlockFrames];
 

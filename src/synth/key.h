@@ -48,10 +48,6 @@ struct Modulation {
     double glideSpeed = 0.0; // octaves a second at the end of a glide; 0 is at once
 };
 
-// The time in which what is heard comes or goes where it may not do so at once, in seconds: a step
-// that would be heard as a click is then one of many small ones.
-constexpr double FadeTime = 0.005;
-
 // Key down, in a voice; `glide` octaves away from where it belongs. Phases stay where they are
 // unless the voice synchronises them.
 void StartKey(Key &key, const PreparedVoice &voice, int number, int velocity, double glide = 0.0);
