@@ -1,5 +1,6 @@
 // The algorithms by measuring: switching an operator on or off changes what is heard exactly where
 // a way leads from it to an operator that is heard, in every choice of the others.
+#include "panel.h"
 #include "synth/algorithms.h"
 #include "synth/synth.h"
 #include "voices.h"
@@ -13,14 +14,8 @@
 namespace tonewright {
 namespace {
 
-struct Printed {
-    std::string carriers;
-    std::string modulations;
-    std::string feedback; // one operator, or the end and the begin of a chain
-};
-
 // As printed on the panel.
-const std::vector<Printed> Panel = {
+const std::vector<PrintedAlgorithm> Panel = {
     {"13", "65 54 43 21", "6"},   {"13", "65 54 43 21", "2"},   {"14", "65 54 32 21", "6"},
     {"14", "65 54 32 21", "46"},  {"135", "65 43 21", "6"},     {"135", "65 43 21", "56"},
     {"13", "65 53 43 21", "6"},   {"13", "65 53 43 21", "4"},   {"13", "65 53 43 21", "2"},
@@ -32,10 +27,6 @@ const std::vector<Printed> Panel = {
     {"12345", "65 64", "6"},      {"124", "64 54 32", "6"},     {"124", "64 54 32", "3"},
     {"136", "54 43 21", "5"},     {"1235", "65 43", "6"},       {"1236", "54 43", "5"},
     {"12345", "65", "6"},         {"123456", "", "6"}};
-
-unsigned Bit(char number) {
-    return 1u << (number - '1');
-}
 
 // Every operator at full level and at a ratio of its own.
 SixVoice LoudVoice(int algorithm, int feedback) {
@@ -64,23 +55,6 @@ std::vector<float> Heard(const SixVoice &voice, unsigned enabled) {
     return samples;
 }
 
-// Whether a way leads from operator `from` to one that is heard, over enabled operators.
-bool IsHeard(const Printed &printed, char from, unsigned enabled) {
-    if ((enabled & Bit(from)) == 0) {
-        return false;
-    }
-    if (printed.carriers.find(from) != std::string::npos) {
-        return true;
-    }
-    for (std::size_t i = 0; i + 1 < printed.modulations.size(); i += 3) {
-        if (printed.modulations[i] == from &&
-            IsHeard(printed, printed.modulations[i + 1], enabled)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 TEST(Algorithms, ConnectTheSixOperatorsAsThePanelShows) {
     ASSERT_EQ(Panel.size(), 32u);
     for (int algorithm = 0; algorithm < 32; ++algorithm) {
@@ -88,10 +62,10 @@ TEST(Algorithms, ConnectTheSixOperatorsAsThePanelShows) {
         for (unsigned enabled = 1; enabled < 64; ++enabled) {
             const std::vector<float> with = Heard(voice, enabled);
             for (char number = '1'; number <= '6'; ++number) {
-                if ((enabled & Bit(number)) == 0) {
+                if ((enabled & OperatorBit(number)) == 0) {
                     continue;
                 }
-                const bool changes = Heard(voice, enabled & ~Bit(number)) != with;
+                const bool changes = Heard(voice, enabled & ~OperatorBit(number)) != with;
                 EXPECT_EQ(changes, IsHeard(Panel[algorithm], number, enabled))
                     << "algorithm " << algorithm + 1 << ", operator " << number << " of "
                     << enabled;
@@ -104,7 +78,7 @@ TEST(Algorithms, AddTheCarriersAndNothingElse) {
     for (int algorithm = 0; algorithm < 32; ++algorithm) {
         const SixVoice voice = LoudVoice(algorithm, 0);
         for (char number = '1'; number <= '6'; ++number) {
-            const std::vector<float> alone = Heard(voice, Bit(number));
+            const std::vector<float> alone = Heard(voice, OperatorBit(number));
             const bool silent = alone == std::vector<float>(alone.size(), 0.0f);
             EXPECT_EQ(!silent, Panel[algorithm].carriers.find(number) != std::string::npos)
                 << "algorithm " << algorithm + 1 << ", operator " << number;
@@ -119,7 +93,7 @@ TEST(Algorithms, FeedBackWhereThePanelShowsIt) {
         const std::string &feedback = Panel[algorithm].feedback;
         unsigned loop = 0;
         for (char number = feedback.front(); number <= feedback.back(); ++number) {
-            loop |= Bit(number);
+            loop |= OperatorBit(number);
         }
         for (unsigned enabled = 1; enabled < 64; ++enabled) {
             const bool heard = IsHeard(Panel[algorithm], feedback.front(), enabled);

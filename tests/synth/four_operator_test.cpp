@@ -1,6 +1,7 @@
 // Voices of a reface DX, byte by byte: what their numbers mean, the algorithms, the two kinds of
 // feedback.
 #include "measure.h"
+#include "panel.h"
 #include "synth/synth.h"
 
 #include <gtest/gtest.h>
@@ -255,30 +256,11 @@ TEST(FourOperators, KeepTheWaveOfTheirFeedbackWhileTheyFade) {
 }
 
 // As printed on the panel: who modulates whom, and who is heard.
-struct Printed {
-    std::string carriers;
-    std::string modulations;
-};
-const std::vector<Printed> Panel = {{"1", "43 32 21"},    {"1", "42 32 21"}, {"1", "32 21 41"},
-                                    {"1", "43 42 31 21"}, {"1", "41 31 21"}, {"12", "43 32"},
-                                    {"12", "43 32 31"},   {"13", "21 43"},   {"123", "41 42 43"},
-                                    {"123", "42 43"},     {"123", "43"},     {"1234", ""}};
-
-bool IsHeard(const Printed &printed, char from, unsigned enabled) {
-    if ((enabled >> (from - '1') & 1) == 0) {
-        return false;
-    }
-    if (printed.carriers.find(from) != std::string::npos) {
-        return true;
-    }
-    for (std::size_t i = 0; i + 1 < printed.modulations.size(); i += 3) {
-        if (printed.modulations[i] == from &&
-            IsHeard(printed, printed.modulations[i + 1], enabled)) {
-            return true;
-        }
-    }
-    return false;
-}
+const std::vector<PrintedAlgorithm> Panel = {
+    {"1", "43 32 21", ""},    {"1", "42 32 21", ""}, {"1", "32 21 41", ""},
+    {"1", "43 42 31 21", ""}, {"1", "41 31 21", ""}, {"12", "43 32", ""},
+    {"12", "43 32 31", ""},   {"13", "21 43", ""},   {"123", "41 42 43", ""},
+    {"123", "42 43", ""},     {"123", "43", ""},     {"1234", "", ""}};
 
 TEST(FourOperators, AreConnectedAsThePanelShows) {
     for (int algorithm = 0; algorithm < 12; ++algorithm) {
@@ -297,10 +279,10 @@ TEST(FourOperators, AreConnectedAsThePanelShows) {
         for (unsigned enabled = 1; enabled < 16; ++enabled) {
             const Samples with = heard(enabled);
             for (char number = '1'; number <= '4'; ++number) {
-                if ((enabled >> (number - '1') & 1) == 0) {
+                if ((enabled & OperatorBit(number)) == 0) {
                     continue;
                 }
-                EXPECT_EQ(heard(enabled & ~(1u << (number - '1'))) != with,
+                EXPECT_EQ(heard(enabled & ~OperatorBit(number)) != with,
                           IsHeard(Panel[algorithm], number, enabled))
                     << "algorithm " << algorithm + 1 << ", operator " << number << " of "
                     << enabled;
