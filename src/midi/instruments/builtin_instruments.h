@@ -4,14 +4,28 @@
 
 #include "midi/instruments/faults.h"
 #include "midi/midi_api.h"
+#include "synth/prepared_voice.h"
+#include "synth/synth_event.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace tonewright {
 
 enum class BuiltinInstrument { Dx7, VolcaFm, Reface };
 constexpr int BuiltinInstrumentCount = 3;
+
+// Learns what happens to the instruments, on the thread that writes to them; an empty function
+// learns nothing.
+struct InstrumentListener {
+    // An output has been opened, or closed.
+    std::function<void(BuiltinInstrument instrument)> outputOpened;
+    std::function<void(BuiltinInstrument instrument)> outputClosed;
+    // What an instrument does because of a message that it has taken: with a new or changed voice,
+    // PreparedVoiceOf has it.
+    std::function<void(BuiltinInstrument instrument, const SynthEvent &event)> heard;
+};
 
 // Simulated clock: answers are there at once, Pm_Poll answers for the present millisecond and then
 // moves Pt_Time on by one, and nothing else moves it. Wall clock: bytes take the time of a MIDI
@@ -20,6 +34,7 @@ constexpr int BuiltinInstrumentCount = 3;
 // one.
 struct InstrumentsOptions {
     bool simulatedClock = true;
+    InstrumentListener listener = {};
 };
 
 // The MIDI table of the three instruments: for each one an input (even index) and an output (odd
@@ -39,7 +54,9 @@ void ResetBuiltinInstruments();
 std::vector<std::uint8_t> &MemoryOf(BuiltinInstrument instrument);
 std::vector<std::uint8_t> &EditBufferOf(BuiltinInstrument instrument);
 std::vector<std::uint8_t> &SystemSettingsOf(BuiltinInstrument instrument); // reface DX
-int SelectedProgramOf(BuiltinInstrument instrument);                       // from 0
+// The voice of the edit buffer as it sounds: without the operators that are switched off.
+PreparedVoice PreparedVoiceOf(BuiltinInstrument instrument);
+int SelectedProgramOf(BuiltinInstrument instrument); // from 0
 // DX7 and Volca FM: the channel, 1 to 16 (1 from the factory), and whether Omni is on. A reface DX
 // has its receive channel in its settings.
 int &ChannelOf(BuiltinInstrument instrument);
