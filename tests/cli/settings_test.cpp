@@ -70,7 +70,9 @@ TEST_F(CliSettings, ListPrintsEveryKeyInTheOrderOfTheTable) {
     EXPECT_TRUE(Contains(result.output, "\nMaxUndoLevel\t9\nMiddleButtonAudition\t1\n"));
     EXPECT_TRUE(result.output.ends_with(
         "\nShowWelcomeWizard\t1\nextras.CarefulMode\t0\nextras.WholeDetune\t0\n"
-        "extras.AuditionKeepsVoice\t0\n"));
+        "extras.AuditionKeepsVoice\t0\nextras.BuiltinInstruments\t0\nextras.InstrumentDevice\t\n"
+        "extras.InstrumentVolume\t100\nextras.InstrumentBuffer\t256\n"
+        "extras.InstrumentPolyphony\t16\nextras.SpaceAuditions\t0\nextras.RefaceZero64\t0\n"));
 }
 
 TEST_F(CliSettings, AnExtraIsReadFromTheFilesOfSystemAndUser) {
