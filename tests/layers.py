@@ -33,7 +33,9 @@ STRANGERS = [
     ("database", "synth"),
     ("drivers", "synth"),
 ]
-PLATFORM_FILE = re.compile(r"_(posix|windows|alsa)\.(cpp|h)$")
+# Ends of the names of files that are compiled for Windows only, or where a library is missing.
+ELSEWHERE = ("_windows.cpp", "_none.cpp")
+PLATFORM_FILE = re.compile(r"_(posix|windows|alsa|processor)\.(cpp|h)$")
 PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|_MSC_VER|__linux__|__APPLE__"
                             r"|__unix__|__CYGWIN__|__MINGW\w*)")
 # The interface of themes, and what loads them, the only place of the program that knows it.
@@ -192,7 +194,7 @@ def main():
         for entry in json.loads((build / "compile_commands.json").read_text())
     }
     for file in sorted([*source.rglob("*.cpp"), *themes.rglob("*.cpp")]):
-        if not file.name.endswith("_windows.cpp") and file.resolve() not in compiled:
+        if not file.name.endswith(ELSEWHERE) and file.resolve() not in compiled:
             problems.append(f"{file.relative_to(root)}: compiled by no target")
     if not compiled:
         problems.append("compile_commands.json is empty")

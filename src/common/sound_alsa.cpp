@@ -1,6 +1,8 @@
 // Sound output through libasound.
 #include "common/sound.h"
 
+#include "common/quiet_library.h"
+
 #include <alsa/asoundlib.h>
 
 #include <memory>
@@ -15,9 +17,6 @@ struct PcmCloser {
     void operator()(snd_pcm_t *pcm) const { snd_pcm_close(pcm); }
 };
 using Pcm = std::unique_ptr<snd_pcm_t, PcmCloser>;
-
-// The library would write its complaints to standard error.
-void KeepQuiet(const char *, int, const char *, int, const char *, ...) {}
 
 snd_pcm_format_t SampleFormat(int bits) {
     switch (bits) {
@@ -77,7 +76,7 @@ void CloseStream(Pcm &stream) {
 } // namespace
 
 SoundDevice PlatformSoundDevice() {
-    snd_lib_error_set_handler(KeepQuiet);
+    KeepAlsaQuiet();
     const auto stream = std::make_shared<Pcm>();
     return {
         .Open = [stream](const SoundFormat &format) { return OpenStream(*stream, format); },

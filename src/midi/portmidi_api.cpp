@@ -4,7 +4,7 @@
 // question on the terminal and the end of the program; so nothing wrong is passed to it.
 #include "midi/portmidi_api.h"
 
-#include "midi/quiet_library.h"
+#include "common/quiet_library.h"
 #include "midi/sysex.h"
 
 #include <portmidi.h>
@@ -49,7 +49,7 @@ void Initialise() {
     if (Initialised) {
         return;
     }
-    KeepMidiLibraryQuiet();
+    KeepAlsaQuiet();
     Pm_Initialize();
     Initialised = true;
     Devices.clear();
