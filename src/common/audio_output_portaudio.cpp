@@ -165,8 +165,9 @@ std::vector<Device> FindDevices(const PortAudio &library) {
             preferred = info->hostApi;
         }
     }
-    std::ranges::stable_partition(
-        devices, [preferred](const Device &device) { return device.interface == preferred; });
+    std::stable_partition(devices.begin(), devices.end(), [preferred](const Device &device) {
+        return device.interface == preferred;
+    });
     for (std::size_t at = 1; at < devices.size(); ++at) {
         AudioDevice &device = devices[at].device;
         const auto former = devices.begin() + static_cast<std::ptrdiff_t>(at);
