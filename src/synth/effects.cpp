@@ -268,6 +268,12 @@ bool IsQuiet(const Effect &effect) {
     return effect.shape.kind == EffectKind::Through || effect.quiet >= QuietFrames(effect);
 }
 
+void ClearEffect(Effect &effect) {
+    effect.written = 0; // what is older than that is silence
+    effect.memory = {};
+    effect.quiet = QuietFrames(effect);
+}
+
 void Process(Effect &effect, float (&left)[BlockFrames], float (&right)[BlockFrames]) {
     if (effect.next.kind != effect.shape.kind && effect.mix == 0.0f) {
         effect.shape = effect.next;

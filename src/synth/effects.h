@@ -43,5 +43,7 @@ void SetEffect(Effect &effect, const EffectShape &shape);
 void Process(Effect &effect, float (&left)[BlockFrames], float (&right)[BlockFrames]);
 // Nothing of a tail is left.
 bool IsQuiet(const Effect &effect);
+// Forgets the tail, at once.
+void ClearEffect(Effect &effect);
 
 } // namespace tonewright

@@ -27,6 +27,7 @@ struct Key {
     bool held = false;
     bool sustained = false; // released while the pedal was down
     bool rendered = false;  // at least one block of it has been heard
+    bool ends = false;      // sounds on only until everything has faded out together
     int number = 0;         // MIDI note
     int velocity = 0;
     std::uint64_t order = 0; // the higher, the younger

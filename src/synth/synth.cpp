@@ -14,10 +14,10 @@ namespace {
 
 constexpr double FullScale = 0.125;  // of a carrier at full level
 constexpr double OffsetCorner = 5.0; // Hz
-constexpr float Silence = 1e-6f;     // -120 dB below a carrier at full level
+constexpr float Inaudible = 1e-6f;   // -120 dB below a carrier at full level
 
 bool Plays(const Key &key) {
-    return key.sounds && key.fadeTarget > 0.0f;
+    return key.sounds && !key.ends && key.fadeTarget > 0.0f;
 }
 
 int PlayingKeys(const Synth &synth) {
@@ -92,7 +92,7 @@ Key *YoungestHeld(Synth &synth) {
 }
 
 bool IsMono(const Synth &synth) {
-    return synth.mono || synth.voice->partMode != PartMode::Poly;
+    return synth.controls.mono || synth.voice->partMode != PartMode::Poly;
 }
 
 // The octaves that a new key has to glide. `legato`: another one is down.
@@ -101,7 +101,7 @@ double GlideFor(Synth &synth, int number, bool legato) {
     synth.lastNumber = number;
     const PartMode mode = synth.voice->partMode;
     const bool glides =
-        mode == PartMode::Poly ? synth.portamento : mode == PartMode::MonoFull || legato;
+        mode == PartMode::Poly ? synth.controls.portamento : mode == PartMode::MonoFull || legato;
     return glides && from >= 0 ? (from - number) / 12.0 : 0.0;
 }
 
@@ -120,14 +120,15 @@ Modulation ModulationOf(Synth &synth, const PreparedVoice &voice) {
     const double wave = LfoValue(synth.lfo, voice.lfo);
     const double fade = LfoFade(synth.lfo, voice.lfo);
     // The wheel moves pitch, by half its range.
-    const double depth = std::min(255.0, voice.pitchDepth * fade + synth.wheel * Scaled(50));
+    const double depth =
+        std::min(255.0, voice.pitchDepth * fade + synth.controls.wheel * Scaled(50));
     Modulation modulation;
-    modulation.octaves = synth.bend * voice.bendRange / 12.0;
+    modulation.octaves = synth.controls.bend * voice.bendRange / 12.0;
     modulation.lfoOctaves = wave * depth / 255.0 * voice.pitchSensitivity;
     modulation.lfoLoss = fade * (1.0 - wave) / 2.0;
     modulation.glideSpeed = voice.glideSpeed;
     if (voice.partMode == PartMode::Poly) {
-        const int time = synth.portamentoTime * 100 / 128;
+        const int time = synth.controls.portamentoTime * 100 / 128;
         modulation.glideSpeed = time == 0 ? 0.0 : PitchSpeed(99 - time);
     }
     return modulation;
@@ -158,7 +159,7 @@ void RenderAll(std::vector<Key> &keys, const PreparedVoice &voice, const Modulat
 
 void ReleaseHeldBy(Synth &synth, Key &key) {
     key.held = false;
-    if (synth.pedal) {
+    if (synth.controls.pedal) {
         key.sustained = true;
     } else {
         ReleaseKey(key, *synth.voice);
@@ -166,7 +167,7 @@ void ReleaseHeldBy(Synth &synth, Key &key) {
 }
 
 void SetPedal(Synth &synth, bool down) {
-    synth.pedal = down;
+    synth.controls.pedal = down;
     if (down) {
         return;
     }
@@ -185,6 +186,26 @@ void ReleaseAll(Synth &synth) {
             ReleaseHeldBy(synth, key);
         }
     }
+}
+
+// The end of a panic's fade.
+void EndPanic(Synth &synth) {
+    for (Key &key : synth.keys) {
+        key.sounds = key.sounds && !key.ends;
+    }
+    for (Key &key : synth.fading) {
+        key.sounds = false;
+    }
+    synth.fadingVoice = nullptr;
+    for (Effect &effect : synth.effects) {
+        ClearEffect(effect);
+    }
+    synth.filtered = synth.unfiltered = 0.0f;
+    synth.endsIn = 0;
+}
+
+int FadeFrames(double rate) {
+    return static_cast<int>(std::ceil(FadeTime * rate));
 }
 
 } // namespace
@@ -212,17 +233,15 @@ void SetVoice(Synth &synth, const PreparedVoice *voice, bool sameKeys) {
         return;
     }
     synth.fadingVoice = synth.voice;
-    synth.fading = synth.keys; // of the same size: no allocation
-    for (Key &key : synth.fading) {
-        if (key.sounds) {
-            LetFade(key);
-        }
-    }
     synth.voice = voice;
-    for (Key &key : synth.keys) {
+    for (std::size_t i = 0; i < synth.keys.size(); ++i) {
+        Key &key = synth.keys[i];
         if (!key.sounds) {
+            synth.fading[i].sounds = false;
             continue;
         }
+        synth.fading[i] = key;
+        LetFade(synth.fading[i]);
         if (!sameKeys || !Plays(key)) {
             key.sounds = false;
         } else {
@@ -256,7 +275,8 @@ void NoteOn(Synth &synth, int number, int velocity) {
     Key &key = FreePlace(synth);
     key.order = ++synth.keysSoFar;
     StartKey(key, *synth.voice, number, velocity, glide);
-    key.wait = wait;
+    key.ends = false;
+    key.wait = std::max(wait, synth.endsIn / synth.rate);
 }
 
 void NoteOff(Synth &synth, int number) {
@@ -280,30 +300,30 @@ void NoteOff(Synth &synth, int number) {
 void Control(Synth &synth, int controller, int value) {
     switch (controller) {
     case 1:
-        synth.wheel = value / 127.0;
+        synth.controls.wheel = value / 127.0;
         break;
     case 5:
-        synth.portamentoTime = value;
+        synth.controls.portamentoTime = value;
         break;
     case 7:
-        synth.volume = value / 127.0;
+        synth.controls.volume = value / 127.0;
         break;
     case 11:
-        synth.expression = value / 127.0;
+        synth.controls.expression = value / 127.0;
         break;
     case 64:
         SetPedal(synth, value >= 64);
         break;
     case 65:
-        synth.portamento = value >= 64;
+        synth.controls.portamento = value >= 64;
         break;
     case 120:
         Panic(synth);
         break;
     case 121:
-        synth.wheel = synth.bend = 0.0;
-        synth.expression = 1.0;
-        synth.portamento = false;
+        synth.controls.wheel = synth.controls.bend = 0.0;
+        synth.controls.expression = 1.0;
+        synth.controls.portamento = false;
         SetPedal(synth, false);
         break;
     case 123:
@@ -312,7 +332,7 @@ void Control(Synth &synth, int controller, int value) {
     case 126:
     case 127:
         ReleaseAll(synth);
-        synth.mono = controller == 126;
+        synth.controls.mono = controller == 126;
         break;
     default:
         break;
@@ -320,17 +340,29 @@ void Control(Synth &synth, int controller, int value) {
 }
 
 void Bend(Synth &synth, int value) {
-    synth.bend = value < 8192 ? (value - 8192) / 8192.0 : (value - 8192) / 8191.0;
+    synth.controls.bend = value < 8192 ? (value - 8192) / 8192.0 : (value - 8192) / 8191.0;
 }
 
 void Panic(Synth &synth) {
     for (Key &key : synth.keys) {
-        if (key.sounds) {
-            LetFade(key);
-        }
+        key.ends = true;
+        key.sounds = key.sounds && key.rendered;
     }
-    synth.pedal = false;
+    if (synth.endsIn == 0) {
+        synth.endsIn = FadeFrames(synth.rate);
+    }
+    synth.controls.pedal = false;
     synth.downCount = 0;
+}
+
+void Silence(Synth &synth) {
+    Panic(synth);
+    EndPanic(synth);
+}
+
+bool IsSilent(const Synth &synth) {
+    return SoundingKeys(synth) == 0 && synth.filtered == 0.0f && synth.unfiltered == 0.0f &&
+           std::ranges::all_of(synth.effects, IsQuiet);
 }
 
 int SoundingKeys(const Synth &synth) {
@@ -366,15 +398,16 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
         loudest = std::max(loudest, std::fabs(synth.filtered));
         left[i] = right[i] = synth.filtered;
     }
-    if (loudest < Silence && SoundingKeys(synth) == 0) {
-        synth.filtered = synth.unfiltered = 0.0f;
+    if (loudest < Inaudible && synth.unfiltered == 0.0f) {
+        synth.filtered = 0.0f; // rather than smaller and smaller for ever
     }
     for (Effect &effect : synth.effects) {
         Process(effect, left, right);
     }
 
     // The gain follows volume and expression, squared, as fast as it may without a click.
-    const double wanted = synth.volume * synth.volume * synth.expression * synth.expression;
+    const double wanted = synth.controls.volume * synth.controls.volume *
+                          synth.controls.expression * synth.controls.expression;
     const auto most = static_cast<float>(seconds / FadeTime);
     const float target =
         std::clamp(static_cast<float>(wanted), synth.gain - most, synth.gain + most);
@@ -385,6 +418,18 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
         right[i] *= synth.gain * static_cast<float>(FullScale);
     }
     synth.gain = target;
+
+    if (synth.endsIn > 0) {
+        for (int i = 0; i < BlockFrames; ++i) {
+            synth.endsIn = std::max(0, synth.endsIn - 1);
+            const float rest = static_cast<float>(synth.endsIn) / FadeFrames(synth.rate);
+            left[i] *= rest;
+            right[i] *= rest;
+        }
+        if (synth.endsIn == 0) {
+            EndPanic(synth);
+        }
+    }
 }
 
 } // namespace tonewright

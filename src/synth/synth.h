@@ -15,6 +15,18 @@ namespace tonewright {
 constexpr int MinPolyphony = 1;
 constexpr int MaxPolyphony = 64;
 
+// What pedals, wheels and modes have set.
+struct Controls {
+    bool pedal = false;
+    bool portamento = false;
+    int portamentoTime = 0;  // 0 to 127
+    bool mono = false;       // by a mode message; a voice may ask for it as well
+    double bend = 0.0;       // -1 to 1
+    double wheel = 0.0;      // 0 to 1
+    double volume = 1.0;     // 0 to 1
+    double expression = 1.0; // 0 to 1
+};
+
 struct Synth {
     double rate = 48000.0; // frames a second
     int polyphony = 16;
@@ -32,16 +44,9 @@ struct Synth {
     int downCount = 0;
 
     Lfo lfo;
-    bool pedal = false;
-    bool portamento = false;
-    int portamentoTime = 0;  // 0 to 127
-    bool mono = false;       // by a mode message; a voice may ask for it as well
-    double bend = 0.0;       // -1 to 1
-    double wheel = 0.0;      // 0 to 1
-    double volume = 1.0;     // 0 to 1
-    double expression = 1.0; // 0 to 1
-
+    Controls controls;
     std::array<Effect, 2> effects;
+    int endsIn = 0; // frames until a panic has silenced everything; 0 when there was none
 
     // What is left of the last block: gain of the output, and the filter that takes offsets away.
     float gain = 1.0f;
@@ -65,13 +70,18 @@ void NoteOff(Synth &synth, int number);
 void Control(Synth &synth, int controller, int value);
 // 0 to 16383; 8192 is the middle.
 void Bend(Synth &synth, int value);
-// Silence within FadeTime, whatever sounds.
+// Silence within FadeTime, whatever sounds, tails of effects too. Keys that go down meanwhile begin
+// after it.
 void Panic(Synth &synth);
+// The same at once, for what is not heard.
+void Silence(Synth &synth);
 
-// The next block of both sides: amplitude 1, a carrier at full level, is an eighth of full scale, so
-// that loud chords go beyond it. Exact zeros when nothing sounds.
+// The next block of both sides: amplitude 1, a carrier at full level, is an eighth of full scale,
+// so that loud chords go beyond it. Exact zeros when nothing sounds.
 void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames]);
 // Keys that sound, those that fade out among them.
 int SoundingKeys(const Synth &synth);
+// What is rendered is exactly 0 until a key goes down.
+bool IsSilent(const Synth &synth);
 
 } // namespace tonewright
