@@ -17,7 +17,8 @@ bool IsData(std::uint8_t byte) {
 
 void Take(Instrument &instrument, std::span<const std::uint8_t> message) {
     std::vector<Answer> answers;
-    TakeInstrumentMessage(instrument, message, answers);
+    std::vector<SynthEvent> events;
+    TakeInstrumentMessage(instrument, message, answers, events);
     for (const Answer &answer : answers) {
         const std::span<const std::uint8_t> bytes = answer.bytes;
         Demand(bytes.size() > 2 && bytes.front() == 0xF0 && bytes.back() == 0xF7 &&

@@ -11,6 +11,7 @@
 #include <deque>
 #include <map>
 #include <thread>
+#include <utility>
 
 namespace tonewright {
 
@@ -52,6 +53,7 @@ struct Studio {
     std::array<InstrumentFaults, BuiltinInstrumentCount> faults;
     std::map<MidiStream, OpenStream> streams;
     MidiStream lastStream = NoMidiStream;
+    InstrumentListener listener;
     bool simulatedClock = true;
     std::int64_t simulatedTime = 0; // microseconds
     bool clockRuns = false;
@@ -131,6 +133,30 @@ const MidiDeviceInfo *DeviceInfo(int device) {
     return port ? &infos[port->instrument][port->isInput ? 1 : 0] : nullptr;
 }
 
+void TellOpened(const Studio &studio, std::size_t instrument) {
+    if (studio.listener.outputOpened) {
+        studio.listener.outputOpened(static_cast<BuiltinInstrument>(instrument));
+    }
+}
+
+void TellClosed(const Studio &studio, std::size_t instrument) {
+    if (studio.listener.outputClosed) {
+        studio.listener.outputClosed(static_cast<BuiltinInstrument>(instrument));
+    }
+}
+
+void TellHeard(const Studio &studio, std::size_t instrument, const SynthEvent &event) {
+    if (studio.listener.heard) {
+        studio.listener.heard(static_cast<BuiltinInstrument>(instrument), event);
+    }
+}
+
+void TellNewVoices(const Studio &studio) {
+    for (std::size_t i = 0; i < BuiltinInstrumentCount; ++i) {
+        TellHeard(studio, i, {SynthEventKind::NewVoice});
+    }
+}
+
 // As with PortMidi, a device is open once at a time.
 int OpenPort(MidiStream *stream, int device, bool asInput, std::int32_t bufferSize) {
     Studio &studio = TheStudio();
@@ -155,6 +181,21 @@ int OpenPort(MidiStream *stream, int device, bool asInput, std::int32_t bufferSi
     opened.device = device;
     opened.isInput = asInput;
     opened.bufferSize = static_cast<std::size_t>(bufferSize > 0 ? bufferSize : DefaultInputBuffer);
+    if (!asInput) {
+        TellOpened(studio, port->instrument);
+    }
+    return Success;
+}
+
+int ClosePort(MidiStream handle) {
+    Studio &studio = TheStudio();
+    const auto closed = studio.streams.extract(handle);
+    if (!closed) {
+        return NoSuchStream;
+    }
+    if (!closed.mapped().isInput) {
+        TellClosed(studio, closed.mapped().instrument);
+    }
     return Success;
 }
 
@@ -224,7 +265,11 @@ template <typename Read> int Write(MidiStream handle, std::size_t bytes, Read re
     Instrument &instrument = studio.instruments[number];
     read(instrument.reader, [&](std::span<const std::uint8_t> message) {
         std::vector<Answer> answers;
-        TakeInstrumentMessage(instrument, message, answers);
+        std::vector<SynthEvent> events;
+        TakeInstrumentMessage(instrument, message, answers, events);
+        for (const SynthEvent &event : events) {
+            TellHeard(studio, number, event);
+        }
         SendAnswers(number, std::move(answers));
     });
     return Success;
@@ -306,6 +351,7 @@ std::size_t IndexOf(BuiltinInstrument instrument) {
 
 MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options) {
     TheStudio().simulatedClock = options.simulatedClock;
+    TheStudio().listener = options.listener;
     MidiApi api;
     api.Pt_Start = [](int) { return StartClock(); };
     api.Pt_Stop = StopClock;
@@ -321,9 +367,7 @@ MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options) {
     api.Pm_OpenOutput = [](MidiStream *stream, int device, std::int32_t bufferSize, std::int32_t) {
         return OpenPort(stream, device, false, bufferSize);
     };
-    api.Pm_Close = [](MidiStream stream) {
-        return TheStudio().streams.erase(stream) == 1 ? Success : NoSuchStream;
-    };
+    api.Pm_Close = ClosePort;
     api.Pm_WriteSysEx = [](MidiStream stream, std::int32_t, std::span<const std::uint8_t> message) {
         return WriteSysExBytes(stream, message);
     };
@@ -345,12 +389,18 @@ InstrumentFaults &FaultsOf(BuiltinInstrument instrument) {
 
 void ResetBuiltinInstruments() {
     Studio &studio = TheStudio();
+    const auto streams = std::exchange(studio.streams, {});
     studio.instruments = FactoryInstruments();
     studio.faults = {};
-    studio.streams.clear();
     studio.simulatedTime = 0;
     studio.clockRuns = false;
     studio.clockStart = 0;
+    TellNewVoices(studio);
+    for (const auto &[handle, stream] : streams) {
+        if (!stream.isInput) {
+            TellClosed(studio, stream.instrument);
+        }
+    }
 }
 
 std::vector<std::uint8_t> &MemoryOf(BuiltinInstrument instrument) {
@@ -363,6 +413,12 @@ std::vector<std::uint8_t> &EditBufferOf(BuiltinInstrument instrument) {
 
 std::vector<std::uint8_t> &SystemSettingsOf(BuiltinInstrument instrument) {
     return TheStudio().instruments[IndexOf(instrument)].system;
+}
+
+PreparedVoice PreparedVoiceOf(BuiltinInstrument instrument) {
+    Instrument &sounding = TheStudio().instruments[IndexOf(instrument)];
+    FitBlocks(sounding);
+    return sounding.model->prepare(sounding);
 }
 
 int SelectedProgramOf(BuiltinInstrument instrument) {
@@ -399,7 +455,9 @@ bool BuiltinClockRuns() {
 bool LoadInstrumentMemory(const char *path) {
     Studio &studio = TheStudio();
     studio.instruments = FactoryInstruments();
-    return ReadMemoryFile(path, studio.instruments);
+    const bool isRead = ReadMemoryFile(path, studio.instruments);
+    TellNewVoices(studio);
+    return isRead;
 }
 
 bool SaveInstrumentMemory(const char *path) {

@@ -22,8 +22,9 @@ struct InstrumentListener {
     // An output has been opened, or closed.
     std::function<void(BuiltinInstrument instrument)> outputOpened;
     std::function<void(BuiltinInstrument instrument)> outputClosed;
-    // What an instrument does because of a message that it has taken: with a new or changed voice,
-    // PreparedVoiceOf has it.
+    // What an instrument does because of a message that it has taken, and NewVoice when the edit
+    // buffers are those of the factory or of a file: with a new or changed voice, PreparedVoiceOf
+    // has it. Whoever writes into EditBufferOf tells nothing.
     std::function<void(BuiltinInstrument instrument, const SynthEvent &event)> heard;
 };
 
@@ -38,9 +39,10 @@ struct InstrumentsOptions {
 };
 
 // The MIDI table of the three instruments: for each one an input (even index) and an output (odd
-// index) of the same name, in the order of BuiltinInstrument. The clock of the table that was made
-// last holds for all of them. An input gets what is answered while it is open; what does not fit
-// into its buffer is lost. A device is open once at a time.
+// index) of the same name, in the order of BuiltinInstrument. The clock and the listener of the
+// table that was made last hold for all of them; a listener that begins while an output is open
+// does not learn of it. An input gets what is answered while it is open; what does not fit into its
+// buffer is lost. A device is open once at a time.
 MidiApi MakeBuiltinInstruments(const InstrumentsOptions &options);
 
 // State of the instruments behind that table; program-wide, there is one of each.

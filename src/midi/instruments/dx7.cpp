@@ -78,6 +78,7 @@ void Recall(Instrument &instrument, int program) {
     to[16] = from[14] >> 1 & 7;
     to[17] = from[14] >> 4 & 7;
     std::ranges::copy(from.subspan(15), to.begin() + 18); // transpose and name
+    instrument.enabledOperators = AllOperators;
 }
 
 bool IsOwnChannel(const Instrument &instrument, int channel) {
@@ -111,15 +112,24 @@ std::span<const std::uint8_t> DataOf(const Instrument &instrument,
     return sum % 128 == 0 ? message.subspan(HeaderSize, size) : std::span<const std::uint8_t>();
 }
 
-void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
-               std::vector<Answer> &) {
+void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message, std::vector<Answer> &,
+               std::vector<SynthEvent> &events) {
     if (const auto bank = DataOf(instrument, message, 0x09, 0x20, 0x00, BankSize); !bank.empty()) {
         std::ranges::copy(bank, instrument.memory.begin());
     }
     if (const auto voice = DataOf(instrument, message, 0x00, 0x01, 0x1B, VoiceSize);
         !voice.empty()) {
         std::ranges::copy(voice, instrument.editBuffer.begin());
+        instrument.enabledOperators = AllOperators;
+        events.push_back({SynthEventKind::NewVoice});
     }
+}
+
+PreparedVoice Prepare(const Instrument &instrument) {
+    static_assert(VoiceSize == SixOperatorBytes);
+    std::uint8_t bytes[VoiceSize];
+    std::ranges::copy(instrument.editBuffer, bytes);
+    return PrepareSixOperatorVoice(bytes, instrument.enabledOperators);
 }
 
 constexpr InstrumentModel ModelAt(const char *portName) {
@@ -134,6 +144,7 @@ constexpr InstrumentModel ModelAt(const char *portName) {
         .setOmni = SetOmni,
         .recall = Recall,
         .takeSysex = TakeSysex,
+        .prepare = Prepare,
     };
 }
 

@@ -11,16 +11,34 @@ constexpr int OmniOff = 124;
 constexpr int OmniOn = 125;
 constexpr int LastModeMessage = 127;
 
-void TakeController(Instrument &instrument, int channel, int controller) {
+SynthEvent EventOf(SynthEventKind kind, int number, int value) {
+    return {kind, static_cast<std::uint8_t>(number), static_cast<std::uint16_t>(value)};
+}
+
+void TakeNote(Instrument &instrument, int key, int velocity, std::vector<SynthEvent> &events) {
+    const bool isOn = velocity > 0;
+    instrument.notes[static_cast<std::size_t>(key)] = isOn;
+    events.push_back(
+        EventOf(isOn ? SynthEventKind::NoteOn : SynthEventKind::NoteOff, key, velocity));
+}
+
+void TakeController(Instrument &instrument, int channel, int controller, int value,
+                    std::vector<SynthEvent> &events) {
     if (controller == OmniOff || controller == OmniOn) {
         instrument.model->setOmni(instrument, channel, controller == OmniOn);
     }
     // Every mode message silences the keys as well.
     const bool silences =
         controller == AllSoundOff || (controller >= AllNotesOff && controller <= LastModeMessage);
-    if (silences && instrument.model->hearsNotes(instrument, channel)) {
+    const InstrumentModel &model = *instrument.model;
+    if (silences ? !model.hearsNotes(instrument, channel)
+                 : !model.hearsControls(instrument, channel)) {
+        return;
+    }
+    if (silences) {
         instrument.notes.fill(false);
     }
+    events.push_back(EventOf(SynthEventKind::Controller, controller, value));
 }
 
 Instrument MakeInstrument(const InstrumentModel &model) {
@@ -47,14 +65,14 @@ const std::array<Instrument, 3> &FactoryInstruments() {
 }
 
 void TakeInstrumentMessage(Instrument &instrument, std::span<const std::uint8_t> message,
-                           std::vector<Answer> &answers) {
+                           std::vector<Answer> &answers, std::vector<SynthEvent> &events) {
     if (message.empty()) {
         return;
     }
     FitBlocks(instrument);
     const InstrumentModel &model = *instrument.model;
     if (message[0] == 0xF0) {
-        model.takeSysex(instrument, message, answers);
+        model.takeSysex(instrument, message, answers, events);
         return;
     }
     const int channel = message[0] & 0x0F;
@@ -64,17 +82,27 @@ void TakeInstrumentMessage(Instrument &instrument, std::span<const std::uint8_t>
     case 0x80:
     case 0x90:
         if (model.hearsNotes(instrument, channel)) {
-            const bool isOn = (message[0] & 0xF0) == 0x90 && data2 > 0;
-            instrument.notes[static_cast<std::size_t>(data1)] = isOn;
+            TakeNote(instrument, data1, (message[0] & 0xF0) == 0x90 ? data2 : 0, events);
         }
         break;
     case 0xB0:
-        TakeController(instrument, channel, data1);
+        TakeController(instrument, channel, data1, data2, events);
         break;
     case 0xC0:
         if (model.hearsControls(instrument, channel) && data1 < VoicesPerInstrument) {
             instrument.selectedProgram = data1;
             model.recall(instrument, data1);
+            events.push_back({SynthEventKind::NewVoice});
+        }
+        break;
+    case 0xD0:
+        if (model.hearsControls(instrument, channel)) {
+            events.push_back(EventOf(SynthEventKind::Pressure, 0, data1));
+        }
+        break;
+    case 0xE0:
+        if (model.hearsControls(instrument, channel)) {
+            events.push_back(EventOf(SynthEventKind::Bend, 0, data2 << 7 | data1));
         }
         break;
     default:

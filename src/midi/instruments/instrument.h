@@ -3,6 +3,8 @@
 #pragma once
 
 #include "midi/instruments/message_reader.h"
+#include "synth/prepared_voice.h"
+#include "synth/synth_event.h"
 
 #include <array>
 #include <cstddef>
@@ -13,6 +15,7 @@
 namespace tonewright {
 
 constexpr int VoicesPerInstrument = 32;
+constexpr unsigned AllOperators = 0x3F;
 
 // A message that an instrument sends because of one that it received.
 struct Answer {
@@ -25,14 +28,15 @@ struct InstrumentModel;
 
 struct Instrument {
     const InstrumentModel *model = nullptr;
-    std::vector<std::uint8_t> memory;     // VoicesPerInstrument voices
-    std::vector<std::uint8_t> editBuffer; // the voice that sounds
-    std::vector<std::uint8_t> system;     // settings, where the model has any
-    int selectedProgram = 0;              // from 0
-    int channel = 1;                      // 1 to 16; where the settings do not hold one
-    bool omni = false;                    // hears every channel
-    std::array<bool, 128> notes{};        // keys that sound
-    std::vector<std::uint8_t> arriving;   // a bulk voice between its header and its footer
+    std::vector<std::uint8_t> memory;         // VoicesPerInstrument voices
+    std::vector<std::uint8_t> editBuffer;     // the voice that sounds
+    std::vector<std::uint8_t> system;         // settings, where the model has any
+    int selectedProgram = 0;                  // from 0
+    int channel = 1;                          // 1 to 16; where the settings do not hold one
+    bool omni = false;                        // hears every channel
+    std::array<bool, 128> notes{};            // keys that sound
+    unsigned enabledOperators = AllOperators; // of six; bit 0 is operator 1
+    std::vector<std::uint8_t> arriving;       // a bulk voice between its header and its footer
     MessageReader reader;
 };
 
@@ -51,9 +55,12 @@ struct InstrumentModel {
     void (*setOmni)(Instrument &instrument, int channel, bool on);
     // Copies a voice of the memory into the edit buffer.
     void (*recall)(Instrument &instrument, int program);
-    // A whole message F0 to F7; what it is answered with goes behind `answers`.
+    // A whole message F0 to F7; what it is answered with goes behind `answers`, and what is heard
+    // of it behind `events`.
     void (*takeSysex)(Instrument &instrument, std::span<const std::uint8_t> message,
-                      std::vector<Answer> &answers);
+                      std::vector<Answer> &answers, std::vector<SynthEvent> &events);
+    // The voice of an edit buffer that has its size.
+    PreparedVoice (*prepare)(const Instrument &instrument);
 };
 
 extern const InstrumentModel Dx7Model;
@@ -62,9 +69,10 @@ extern const InstrumentModel RefaceModel;
 
 // The DX7, the Volca FM and the reface DX, as they leave the factory.
 const std::array<Instrument, 3> &FactoryInstruments();
-// Takes a whole message, short or system-exclusive.
+// Takes a whole message, short or system-exclusive. What it is answered with goes behind `answers`,
+// and what is heard of it behind `events`.
 void TakeInstrumentMessage(Instrument &instrument, std::span<const std::uint8_t> message,
-                           std::vector<Answer> &answers);
+                           std::vector<Answer> &answers, std::vector<SynthEvent> &events);
 // Gives the three blocks the sizes of the model, whatever was done to them from outside.
 void FitBlocks(Instrument &instrument);
 

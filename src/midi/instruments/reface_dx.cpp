@@ -178,7 +178,8 @@ BlockRange RangeOf(const Address &address) {
 }
 
 // The edit buffer changes when the footer comes: blocks that did not come stay as they were.
-void TakeBlock(Instrument &instrument, const Address &address, std::span<const std::uint8_t> data) {
+void TakeBlock(Instrument &instrument, const Address &address, std::span<const std::uint8_t> data,
+               std::vector<SynthEvent> &events) {
     if (address == HeaderAddress && data.empty()) {
         instrument.arriving = instrument.editBuffer;
         return;
@@ -189,6 +190,7 @@ void TakeBlock(Instrument &instrument, const Address &address, std::span<const s
     if (address == FooterAddress && data.empty()) {
         instrument.editBuffer.swap(instrument.arriving);
         instrument.arriving.clear();
+        events.push_back({SynthEventKind::NewVoice});
         return;
     }
     const BlockRange range = RangeOf(address);
@@ -210,7 +212,7 @@ bool SumIsRight(std::span<const std::uint8_t> message) {
 }
 
 void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
-               std::vector<Answer> &answers) {
+               std::vector<Answer> &answers, std::vector<SynthEvent> &events) {
     if (IsIdentityRequest(message)) {
         answers.push_back({.bytes = {0xF0, 0x7E, 0x7F, 0x06, 0x02, 0x43, 0x00, 0x41, 0x53, 0x06,
                                      Firmware, 0x00, 0x00, 0x7F, 0xF7}});
@@ -231,7 +233,7 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
         const bool isRight = message.size() >= frame + 4 && count == message.size() - frame &&
                              message[7] == ModelByte && SumIsRight(message);
         if (isRight) {
-            TakeBlock(instrument, addressAt(8), message.subspan(11, count - 4));
+            TakeBlock(instrument, addressAt(8), message.subspan(11, count - 4), events);
         }
         break;
     }
@@ -250,6 +252,13 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
     }
 }
 
+PreparedVoice Prepare(const Instrument &instrument) {
+    static_assert(RefaceVoiceBytes == FourOperatorBytes);
+    std::uint8_t bytes[RefaceVoiceBytes];
+    std::ranges::copy(instrument.editBuffer, bytes);
+    return PrepareFourOperatorVoice(bytes);
+}
+
 } // namespace
 
 const InstrumentModel RefaceModel = {
@@ -263,6 +272,7 @@ const InstrumentModel RefaceModel = {
     .setOmni = SetOmni,
     .recall = Recall,
     .takeSysex = TakeSysex,
+    .prepare = Prepare,
 };
 
 } // namespace tonewright

@@ -37,8 +37,9 @@ struct Cable {
     MidiStream input = NoMidiStream;
     MidiStream output = NoMidiStream;
 
-    explicit Cable(BuiltinInstrument instrument, bool simulatedClock = true)
-        : midi(MakeBuiltinInstruments({.simulatedClock = simulatedClock})) {
+    explicit Cable(BuiltinInstrument instrument, bool simulatedClock = true,
+                   const InstrumentListener &listener = {})
+        : midi(MakeBuiltinInstruments({.simulatedClock = simulatedClock, .listener = listener})) {
         const int device = 2 * static_cast<int>(instrument);
         EXPECT_EQ(midi.Pm_OpenInput(&input, device, MidiInputBufferSize), 0);
         EXPECT_EQ(midi.Pm_OpenOutput(&output, device + 1, MidiOutputBufferSize, 0), 0);
