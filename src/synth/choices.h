@@ -2,7 +2,20 @@
 // that ears can change it later. Nothing else in this folder holds such a figure.
 #pragma once
 
+#include <array>
+
 namespace tonewright {
+
+// What a controller moves, and how far, 0 to 99; several that move the same add up. An envelope
+// bias makes operators with amplitude sensitivity the softer, the less the controller is moved.
+struct ControllerRoute {
+    int range = 0;
+    bool pitch = false;     // by the LFO
+    bool amplitude = false; // by the LFO
+    bool envelopeBias = false;
+};
+enum ControllerSource { Wheel, Foot, Breath, Pressure };
+using ControllerRoutes = std::array<ControllerRoute, 4>; // by ControllerSource
 
 struct SynthChoices {
     // The clock of the chip, in Hz, and the samples of it that an envelope of the lowest rate takes
@@ -31,6 +44,8 @@ struct SynthChoices {
     bool startsAtLastLevel = true;
     // The silence below which an operator costs nothing, in steps: 16 of them are 1/16 octave.
     double silence = 16.0;
+    // Wheel, foot, breath and pressure, which the instruments keep beside their voices.
+    ControllerRoutes controllers = {{{.range = 50, .pitch = true}, {}, {}, {}}};
     // reface DX: the phase that full feedback moves, in cycles, as sawtooth and as square.
     double sawFeedback = 0.22;
     double squareFeedback = 0.45;

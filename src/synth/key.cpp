@@ -267,6 +267,14 @@ float Limited(float from, float target, float most) {
     return std::clamp(target, from - most, from + most);
 }
 
+// The steps by which LFO and controllers lower an operator of full sensitivity.
+double AmplitudeLoss(const PreparedOperator &prepared, const Modulation &modulation) {
+    const double depth = std::min(255.0, prepared.amplitudeDepth * modulation.amplitudeFade +
+                                             modulation.amplitudeDepth);
+    const double loss = std::min(255.0, depth * modulation.lfoLoss + modulation.envelopeBias);
+    return loss > 0.0 ? -256.0 * std::log2(1.0 - loss / 256.0) : 0.0;
+}
+
 // The straight lines of a key's operator through the next block.
 void Steer(const Key &key, KeyOperator &state, const PreparedVoice &voice, int number,
            const Modulation &modulation, double rate, Lanes &lanes, int lane) {
@@ -279,9 +287,8 @@ void Steer(const Key &key, KeyOperator &state, const PreparedVoice &voice, int n
     }
     AdvanceEnvelope(state.envelope, state.shape, BlockFrames / rate);
     double level = state.envelope.level;
-    if (prepared.amplitudeSensitivity > 0.0 && modulation.lfoLoss > 0.0) {
-        const double part = prepared.amplitudeDepth * modulation.lfoLoss / 256.0;
-        level += 256.0 * prepared.amplitudeSensitivity * std::log2(1.0 - part);
+    if (prepared.amplitudeSensitivity > 0.0) {
+        level -= prepared.amplitudeSensitivity * AmplitudeLoss(prepared, modulation);
     }
     const double cycles = std::exp2(octaves) / rate; // a frame
     float gain = 0.0f;

@@ -45,7 +45,13 @@ struct Key {
 struct Modulation {
     double octaves = 0.0;    // bend and tune
     double lfoOctaves = 0.0; // of the LFO, for the operators that follow it
-    double lfoLoss = 0.0;    // 0 to 1: part of an operator's amplitude depth
+    // What operators that are sensitive to it lose of their amplitude: where the LFO is, 0 to 1 at
+    // its lowest; how much of an operator's depth counts, 0 to 1, and what controllers add to it;
+    // and what they take wherever the LFO is. Depths are parts of 255.
+    double lfoLoss = 0.0;
+    double amplitudeFade = 0.0;
+    double amplitudeDepth = 0.0;
+    double envelopeBias = 0.0;
     double glideSpeed = 0.0; // octaves a second at the end of a glide; 0 is at once
 };
 

@@ -80,6 +80,8 @@ void Play(Synth &synth, const SynthEvent &event) {
         Bend(synth, event.value);
         break;
     case SynthEventKind::Pressure:
+        Press(synth, event.value);
+        break;
     case SynthEventKind::NewVoice:
     case SynthEventKind::ChangedVoice:
         break;

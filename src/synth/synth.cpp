@@ -116,16 +116,38 @@ void AddToDown(Synth &synth, int number) {
     synth.down[static_cast<std::size_t>(synth.downCount++)] = static_cast<std::uint8_t>(number);
 }
 
-Modulation ModulationOf(Synth &synth, const PreparedVoice &voice) {
+// What the controllers add to the depths of the LFO and to the bias of envelopes.
+struct Depths {
+    double pitch = 0.0;
+    double amplitude = 0.0;
+    double envelopeBias = 0.0;
+};
+
+Depths DepthsOf(const Synth &synth) {
+    Depths depths;
+    for (std::size_t source = 0; source < synth.routes.size(); ++source) {
+        const ControllerRoute &route = synth.routes[source];
+        const double range = Scaled(route.range);
+        const double moved = range * synth.controls.sources[source];
+        depths.pitch += route.pitch ? moved : 0.0;
+        depths.amplitude += route.amplitude ? moved : 0.0;
+        depths.envelopeBias += route.envelopeBias ? range - moved : 0.0;
+    }
+    return depths;
+}
+
+Modulation ModulationOf(const Synth &synth, const PreparedVoice &voice) {
     const double wave = LfoValue(synth.lfo, voice.lfo);
     const double fade = LfoFade(synth.lfo, voice.lfo);
-    // The wheel moves pitch, by half its range.
-    const double depth =
-        std::min(255.0, voice.pitchDepth * fade + synth.controls.wheel * Scaled(50));
+    const Depths depths = DepthsOf(synth);
+    const double pitchDepth = std::min(255.0, voice.pitchDepth * fade + depths.pitch);
     Modulation modulation;
     modulation.octaves = synth.controls.bend * voice.bendRange / 12.0;
-    modulation.lfoOctaves = wave * depth / 255.0 * voice.pitchSensitivity;
-    modulation.lfoLoss = fade * (1.0 - wave) / 2.0;
+    modulation.lfoOctaves = wave * pitchDepth / 255.0 * voice.pitchSensitivity;
+    modulation.lfoLoss = (1.0 - wave) / 2.0;
+    modulation.amplitudeFade = fade;
+    modulation.amplitudeDepth = depths.amplitude;
+    modulation.envelopeBias = depths.envelopeBias;
     modulation.glideSpeed = voice.glideSpeed;
     if (voice.partMode == PartMode::Poly) {
         const int time = synth.controls.portamentoTime * 100 / 128;
@@ -300,7 +322,13 @@ void NoteOff(Synth &synth, int number) {
 void Control(Synth &synth, int controller, int value) {
     switch (controller) {
     case 1:
-        synth.controls.wheel = value / 127.0;
+        synth.controls.sources[Wheel] = value / 127.0;
+        break;
+    case 2:
+        synth.controls.sources[Breath] = value / 127.0;
+        break;
+    case 4:
+        synth.controls.sources[Foot] = value / 127.0;
         break;
     case 5:
         synth.controls.portamentoTime = value;
@@ -321,7 +349,8 @@ void Control(Synth &synth, int controller, int value) {
         Panic(synth);
         break;
     case 121:
-        synth.controls.wheel = synth.controls.bend = 0.0;
+        synth.controls.sources = {};
+        synth.controls.bend = 0.0;
         synth.controls.expression = 1.0;
         synth.controls.portamento = false;
         SetPedal(synth, false);
@@ -341,6 +370,10 @@ void Control(Synth &synth, int controller, int value) {
 
 void Bend(Synth &synth, int value) {
     synth.controls.bend = value < 8192 ? (value - 8192) / 8192.0 : (value - 8192) / 8191.0;
+}
+
+void Press(Synth &synth, int value) {
+    synth.controls.sources[Pressure] = value / 127.0;
 }
 
 void Panic(Synth &synth) {

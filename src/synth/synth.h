@@ -2,6 +2,7 @@
 // happens at the begin of a block of 64 frames; nothing here allocates once it is made.
 #pragma once
 
+#include "synth/choices.h"
 #include "synth/effects.h"
 #include "synth/key.h"
 #include "synth/prepared_voice.h"
@@ -19,12 +20,12 @@ constexpr int MaxPolyphony = 64;
 struct Controls {
     bool pedal = false;
     bool portamento = false;
-    int portamentoTime = 0;  // 0 to 127
-    bool mono = false;       // by a mode message; a voice may ask for it as well
-    double bend = 0.0;       // -1 to 1
-    double wheel = 0.0;      // 0 to 1
-    double volume = 1.0;     // 0 to 1
-    double expression = 1.0; // 0 to 1
+    int portamentoTime = 0;             // 0 to 127
+    bool mono = false;                  // by a mode message; a voice may ask for it as well
+    double bend = 0.0;                  // -1 to 1
+    std::array<double, 4> sources = {}; // 0 to 1, by ControllerSource
+    double volume = 1.0;                // 0 to 1
+    double expression = 1.0;            // 0 to 1
 };
 
 struct Synth {
@@ -45,6 +46,7 @@ struct Synth {
 
     Lfo lfo;
     Controls controls;
+    ControllerRoutes routes = TheSynthChoices.controllers;
     std::array<Effect, 2> effects;
     int endsIn = 0; // frames until a panic has silenced everything; 0 when there was none
 
@@ -66,10 +68,12 @@ bool IsFading(const Synth &synth);
 // Note 0 to 127, velocity 1 to 127.
 void NoteOn(Synth &synth, int number, int velocity);
 void NoteOff(Synth &synth, int number);
-// The controllers 1, 5, 7, 11, 64, 65, 120, 121, 123, 126 and 127; others do nothing.
+// The controllers 1, 2, 4, 5, 7, 11, 64, 65, 120, 121, 123, 126 and 127; others do nothing.
 void Control(Synth &synth, int controller, int value);
 // 0 to 16383; 8192 is the middle.
 void Bend(Synth &synth, int value);
+// Of the whole keyboard, 0 to 127.
+void Press(Synth &synth, int value);
 // Silence within FadeTime, whatever sounds, tails of effects too. Keys that go down meanwhile begin
 // after it.
 void Panic(Synth &synth);

@@ -388,6 +388,23 @@ TEST_F(Player, IsAsLoudAsItsVolume) {
     EXPECT_TRUE(IsExactlySilent(Played(4800)));
 }
 
+TEST_F(Player, HandsOnEveryKindOfEvent) {
+    SendNew(Sine(1));
+    Send(Down(60));
+    Send(Bent(16383));
+    EXPECT_NEAR(Hz(*player_), Frequency(62), 0.1);
+    Send(Controller(11, 0));
+    Played(4800);
+    EXPECT_TRUE(IsExactlySilent(Played(4800)));
+    Send(Controller(121, 0)); // the bend, too
+    EXPECT_NEAR(Hz(*player_), Frequency(60), 0.1);
+    Send({.kind = SynthEventKind::Pressure, .value = 127}); // moves nothing with our choices
+    EXPECT_NEAR(Hz(*player_), Frequency(60), 0.1);
+    Send(Up(60));
+    Played(Release);
+    EXPECT_TRUE(IsExactlySilent(Played(4800)));
+}
+
 TEST_F(Player, TellsItsLevel) {
     EXPECT_EQ(TakePlayerLevel(*player_).peak, 0.0f);
     SendNew(Sine(1));

@@ -342,6 +342,121 @@ TEST_F(Sound, SwingsByTheWheel) {
     EXPECT_NEAR(PeakFrequency(Played(synth_, 0.5), Rate, 0.25), Frequency(60), 0.1);
 }
 
+// The wheel alone moves anything from the start; each of the four can move each of the three.
+struct Source {
+    ControllerSource source;
+    int controller; // 0 is pressure
+};
+constexpr Source Sources[] = {{Wheel, 1}, {Foot, 4}, {Breath, 2}, {Pressure, 0}};
+
+void Move(Synth &synth, const Source &source, int value) {
+    source.controller == 0 ? Press(synth, value) : Control(synth, source.controller, value);
+}
+
+TEST_F(Sound, SwingsByNoControllerButTheWheel) {
+    bytes_.bytes[PitchSensitivityByte] = 7;
+    bytes_.bytes[LfoWaveByte] = 3;
+    bytes_.bytes[LfoSpeed] = 0;
+    bytes_.bytes[LfoKeySync] = 0;
+    bytes_.Operator(1, AmplitudeSensitivity) = 3;
+    Use();
+    NoteOn(synth_, 60, 98);
+    for (const Source &source : Sources) {
+        Move(synth_, source, source.source == Wheel ? 0 : 127);
+    }
+    Played(synth_, 0.1);
+    const Samples samples = Played(synth_, 0.5);
+    EXPECT_NEAR(PeakFrequency(samples, Rate, 0.25), Frequency(60), 0.1);
+    EXPECT_NEAR(Loudest(samples), 1.0, 0.01);
+}
+
+TEST_F(Sound, SwingsByEachControllerWhosePitchIsSwitchedOn) {
+    bytes_.bytes[PitchSensitivityByte] = 7;
+    bytes_.bytes[LfoWaveByte] = 3; // square, on its upper half
+    bytes_.bytes[LfoSpeed] = 0;
+    bytes_.bytes[LfoKeySync] = 0;
+    Use();
+    synth_.routes = {};
+    NoteOn(synth_, 60, 100);
+    for (const Source &source : Sources) {
+        // 30 of 99 is 77 of 255.
+        synth_.routes[source.source] = {.range = 30, .pitch = true};
+        Move(synth_, source, 127);
+        Played(synth_, 0.1);
+        EXPECT_NEAR(PeakFrequency(Played(synth_, 0.5), Rate, 0.25),
+                    Frequency(60) * std::exp2(77.0 / 255.0), 0.1)
+            << source.source;
+        Move(synth_, source, 0);
+    }
+    // Together they add up, to the whole at most.
+    Move(synth_, Sources[0], 127);
+    Move(synth_, Sources[3], 127);
+    Played(synth_, 0.1);
+    EXPECT_NEAR(PeakFrequency(Played(synth_, 0.5), Rate, 0.25),
+                Frequency(60) * std::exp2(154.0 / 255.0), 0.1);
+    Move(synth_, Sources[1], 127);
+    Move(synth_, Sources[2], 127);
+    Played(synth_, 0.1);
+    EXPECT_NEAR(PeakFrequency(Played(synth_, 0.5), Rate, 0.25), Frequency(60) * 2.0, 0.1);
+    Control(synth_, 121, 0);
+    Played(synth_, 0.1);
+    EXPECT_NEAR(PeakFrequency(Played(synth_, 0.5), Rate, 0.25), Frequency(60), 0.1);
+}
+
+TEST_F(Sound, LosesByEachControllerWhoseAmplitudeIsSwitchedOn) {
+    bytes_.bytes[LfoWaveByte] = 3;
+    bytes_.bytes[LfoSpeed] = 0;
+    bytes_.bytes[LfoKeySync] = 1; // its lower half, where everything is lost
+    bytes_.Operator(1, AmplitudeSensitivity) = 3;
+    Use();
+    synth_.routes = {};
+    NoteOn(synth_, 60, 98);
+    Played(synth_, 0.1);
+    for (const Source &source : Sources) {
+        EXPECT_NEAR(Loudest(Played(synth_, 0.1)), 1.0, 0.02);
+        // 50 of 99 is 128 of 255, half of the amplitude.
+        synth_.routes[source.source] = {.range = 50, .amplitude = true};
+        Move(synth_, source, 127);
+        Played(synth_, 0.1);
+        EXPECT_NEAR(Loudest(Played(synth_, 0.1)), 0.5, 0.01) << source.source;
+        Move(synth_, source, 0);
+        Played(synth_, 0.1);
+    }
+    for (const Source &source : Sources) {
+        Move(synth_, source, 127);
+    }
+    Played(synth_, 0.1);
+    EXPECT_NEAR(Loudest(Played(synth_, 0.1)), 1.0 / 256.0, 0.001);
+}
+
+TEST_F(Sound, IsTheSofterTheLessABiasIsMoved) {
+    bytes_.bytes[LfoWaveByte] = 3;
+    bytes_.bytes[LfoSpeed] = 0;
+    bytes_.bytes[LfoKeySync] = 0; // its upper half: the LFO takes nothing
+    bytes_.Operator(1, AmplitudeSensitivity) = 3;
+    Use();
+    NoteOn(synth_, 60, 98);
+    for (const Source &source : Sources) {
+        synth_.routes = {};
+        synth_.routes[source.source] = {.range = 50, .envelopeBias = true};
+        for (const auto &[value, loudness] :
+             std::vector<std::pair<int, double>>{{0, 0.5}, {64, 0.752}, {127, 1.0}}) {
+            Move(synth_, source, value);
+            Played(synth_, 0.1);
+            EXPECT_NEAR(Loudest(Played(synth_, 0.1)), loudness, 0.01) << source.source;
+        }
+    }
+    // Only where an operator is sensitive.
+    Panic(synth_);
+    Played(synth_, 0.1);
+    bytes_.Operator(1, AmplitudeSensitivity) = 0;
+    Use();
+    Move(synth_, Sources[3], 0);
+    NoteOn(synth_, 60, 98);
+    Played(synth_, 0.1);
+    EXPECT_NEAR(Loudest(Played(synth_, 0.1)), 1.0, 0.01);
+}
+
 TEST_F(Sound, OfTremoloLosesThePublishedDecibels) {
     // Decibels at the greatest attenuation, at amplitude sensitivity 3.
     const std::vector<std::pair<int, double>> published = {{10, 0.9}, {25, 2.5},  {34, 3.6},
