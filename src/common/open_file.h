@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tonewright {
@@ -37,6 +38,10 @@ FilePointer CreateFileLike(const char *path, const char *model, NewFileUsers use
 // Whether a new file in the place of this one would lose what belongs to the file and not to its
 // name: its other names, its list of access rights (which RenameOver keeps on Windows).
 bool IsMoreThanItsName(const char *path);
+
+// The size of an open file in bytes, with those that were written and are still on their way; what
+// is read or written next begins with a seek. Nothing when the platform cannot tell it.
+std::optional<std::uint64_t> SizeOfFile(std::FILE *file);
 
 // Gives a file that is open for writing its size in bytes. False, with the reason in errno, when it
 // keeps the former one.

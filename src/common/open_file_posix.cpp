@@ -153,6 +153,14 @@ bool IsMoreThanItsName(const char *path) {
     return stat(path, &status) == 0 && (status.st_nlink > 1 || HasAccessList(path));
 }
 
+std::optional<std::uint64_t> SizeOfFile(std::FILE *file) {
+    struct stat status = {};
+    if (std::fflush(file) != 0 || fstat(fileno(file), &status) != 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
 bool SetFileSize(std::FILE *file, std::size_t size) {
     return std::fflush(file) == 0 && ftruncate(fileno(file), static_cast<off_t>(size)) == 0;
 }

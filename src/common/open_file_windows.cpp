@@ -143,6 +143,11 @@ bool IsMoreThanItsName(const char *path) {
     return known && information.nNumberOfLinks > 1;
 }
 
+std::optional<std::uint64_t> SizeOfFile(std::FILE *file) {
+    const long long size = std::fflush(file) == 0 ? _filelengthi64(_fileno(file)) : -1;
+    return size < 0 ? std::nullopt : std::optional<std::uint64_t>(size);
+}
+
 bool SetFileSize(std::FILE *file, std::size_t size) {
     if (std::fflush(file) != 0) {
         return false;

@@ -84,12 +84,10 @@ std::uint64_t PlaceOf(const DatabaseFamily &family, std::uint64_t index) {
     return DatabaseHeaderSize + index * DatabaseRecordSize(family);
 }
 
-// Bytes of the file; nothing where the platform cannot tell them, as of a file that is too large.
+// Bytes of the file; nothing where the platform cannot tell them.
 std::optional<std::uint64_t> SizeOf(DatabaseHandle &database) {
-    std::FILE *file = database.file.get();
     database.last = DatabaseHandle::Last::Other;
-    const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
-    return size < 0 ? std::nullopt : std::optional<std::uint64_t>(size);
+    return SizeOfFile(database.file.get());
 }
 
 std::shared_ptr<DatabaseHandle> OpenStream(const DatabaseFamily &family, const char *path,

@@ -1,6 +1,7 @@
 // Opening, closing, reading, writing and adding, on real files of both families.
 #include "database/database_file.h"
 
+#include "common/platform.h"
 #include "test_catalogue.h"
 
 #include <ctime>
@@ -39,8 +40,8 @@ TEST_P(DatabaseFile, ANewOneHasExactlyTheBytesOfItsHeader) {
 TEST_P(DatabaseFile, ItsPathIsThatOfTheSettingsNameInTheDocuments) {
     EXPECT_EQ(row.DatabasePath(), Path());
     DatabaseCurrentName = "Mine";
-    EXPECT_TRUE(
-        std::string(row.DatabasePath()).ends_with(std::string("/Mine.") + family.extension));
+    EXPECT_TRUE(std::string(row.DatabasePath())
+                    .ends_with(PathSeparator + std::string("Mine.") + family.extension));
     DatabaseCurrentName = std::string(400, 'x');
     EXPECT_EQ(std::string(row.DatabasePath()).size(), 260u);
     EXPECT_TRUE(std::string(row.DatabasePath()).ends_with("xxx"));

@@ -2,6 +2,7 @@
 #include "database/database_names.h"
 
 #include "common/folders.h"
+#include "common/platform.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -61,7 +62,7 @@ TEST_F(DatabaseNamesIn, AreNoneWithoutTheFolder) {
 }
 
 TEST_F(DatabaseNamesIn, PathsAreThoseInTheDocuments) {
-    const std::string documents = Documents().string() + "/";
+    const std::string documents = Documents().string() + PathSeparator;
     EXPECT_EQ(DatabasePathNamed("Live set", "syx_db"), documents + "Live set.syx_db");
     EXPECT_EQ(DatabasePathNamed("v1.2", "srx_db"), documents + "v1.2.srx_db");
     EXPECT_EQ(DatabasePathNamed(std::string(300, 'n'), "syx_db"),
