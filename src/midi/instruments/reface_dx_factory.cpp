@@ -440,7 +440,7 @@ constexpr std::array<FactoryVoice, VoicesPerInstrument> Voices = {{
        {&Still, 110, 2999, 0, 127, 20}}}},
 }};
 
-constexpr std::uint8_t SemitoneZero = 40; // transpose and pitch bend
+constexpr std::uint8_t SemitoneZero = 64; // transpose and pitch bend
 constexpr std::uint8_t PitchBendRange = 2;
 constexpr std::uint8_t PitchLevelCentre = 64;
 constexpr std::uint8_t FastestRate = 127;

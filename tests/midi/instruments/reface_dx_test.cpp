@@ -110,8 +110,8 @@ TEST(RefaceInstrument, GivesTheVoiceOfItsEditBufferInSevenMessages) {
 TEST(RefaceInstrument, GivesTheFirstVoiceOfTheFactoryByteForByte) {
     Cable cable(Reface);
     cable.Send(VoiceRequest);
-    const Bytes common = {'R', 'o', 's', 'e', ' ', 'T', 'i', 'n', 'e', ' ', 0,   0,   40,
-                          0,   0,   42,  7,   0,   74,  60,  8,   127, 127, 127, 127, 64,
+    const Bytes common = {'R', 'o', 's', 'e', ' ', 'T', 'i', 'n', 'e', ' ', 0,   0,   64,
+                          0,   0,   66,  7,   0,   74,  60,  8,   127, 127, 127, 127, 64,
                           64,  64,  64,  3,   48,  40,  7,   30,  36,  0,   0,   0};
     const auto op = [](Bytes envelope, std::uint8_t velocity, std::uint8_t level,
                        std::uint8_t feedback, std::uint8_t coarse, std::uint8_t detune) {
@@ -146,9 +146,9 @@ TEST(RefaceInstrument, HasThirtyTwoFactoryVoicesWithEveryValueInItsRange) {
         for (std::size_t i = 0; i < 10; ++i) {
             EXPECT_TRUE(bytes[i] >= ' ' && bytes[i] < 0x7F);
         }
-        EXPECT_EQ(bytes[12], 40);
+        EXPECT_EQ(bytes[12], 64);
         EXPECT_LE(bytes[13], 2);
-        EXPECT_EQ(bytes[15], 42);
+        EXPECT_EQ(bytes[15], 66);
         EXPECT_LE(bytes[16], 11);
         EXPECT_LE(bytes[17], 6);
         EXPECT_LE(bytes[29], 7);
