@@ -1,10 +1,13 @@
-// The built-in DX7 and Volca FM: they take single voices and banks, and never answer.
+// The built-in DX7 and Volca FM: they take single voices, banks and parameters, and never answer.
 //
 //     F0 43 0n 00 01 1B, 155 bytes, sum, F7     a voice for the edit buffer
 //     F0 43 0n 09 20 00, 4096 bytes, sum, F7    32 packed voices for the memory
+//     F0 43 1n 0gggggpp 0ppppppp 0vvvvvvv F7    a parameter of the edit buffer, in group g = 0
 //
 // n is the channel from 0. The sum makes the data bytes and itself a multiple of 128. A message of
-// another length, count or sum is refused as a whole.
+// another length, count or sum is refused as a whole. Parameters 0 to 154 are the bytes of the edit
+// buffer; 155 says in its bits 5 to 0 which of the operators 1 to 6 are switched on, which no voice
+// keeps.
 #include "midi/instruments/instrument.h"
 
 #include <algorithm>
@@ -23,6 +26,8 @@ constexpr std::size_t OperatorCount = 6;
 constexpr std::size_t BankSize = VoicesPerInstrument * PackedVoiceSize;
 constexpr std::size_t HeaderSize = 6;
 constexpr std::size_t FrameSize = HeaderSize + 2; // and the sum and F7
+constexpr std::size_t ParameterMessageSize = 7;
+constexpr std::size_t OperatorSwitches = VoiceSize; // the parameter
 
 // "INIT VOICE": one sine wave, as after the instrument's own initialisation.
 constexpr std::array<std::uint8_t, PackedVoiceSize> InitVoice = {
@@ -112,8 +117,33 @@ std::span<const std::uint8_t> DataOf(const Instrument &instrument,
     return sum % 128 == 0 ? message.subspan(HeaderSize, size) : std::span<const std::uint8_t>();
 }
 
+// A value is taken as it comes: any byte is legal in an edit buffer.
+void TakeParameter(Instrument &instrument, std::span<const std::uint8_t> message,
+                   std::vector<SynthEvent> &events) {
+    const auto subStatus = static_cast<std::uint8_t>(0x10 | (instrument.channel - 1));
+    if (message.size() != ParameterMessageSize || message[1] != 0x43 || message[2] != subStatus) {
+        return;
+    }
+    const int group = message[3] >> 2;
+    const std::size_t parameter = static_cast<std::size_t>((message[3] & 3) << 7 | message[4]);
+    if (group != 0 || parameter > OperatorSwitches) {
+        return;
+    }
+    const std::uint8_t value = message[5];
+    if (parameter == OperatorSwitches) {
+        instrument.enabledOperators = 0;
+        for (std::size_t op = 0; op < OperatorCount; ++op) {
+            instrument.enabledOperators |= (value >> (OperatorCount - 1 - op) & 1u) << op;
+        }
+    } else {
+        instrument.editBuffer[parameter] = value;
+    }
+    events.push_back({SynthEventKind::ChangedVoice});
+}
+
 void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message, std::vector<Answer> &,
                std::vector<SynthEvent> &events) {
+    TakeParameter(instrument, message, events);
     if (const auto bank = DataOf(instrument, message, 0x09, 0x20, 0x00, BankSize); !bank.empty()) {
         std::ranges::copy(bank, instrument.memory.begin());
     }

@@ -1,9 +1,10 @@
 // The built-in reface DX: it tells what it is, gives its settings and the voice of its edit buffer,
-// and takes voices and settings.
+// and takes voices, parameters and settings.
 //
 //     F0 7E 00 06 01 F7                            what are you? (7F for 00 as well)
 //     F0 43 20 7F 1C 05 aH aM aL F7                give the block at this address
-//     F0 43 10 7F 1C 05 aH aM aL data F7           a setting
+//     F0 43 10 7F 1C 05 aH aM aL data F7           a setting; parameters of the edit buffer, as
+//                                                  many as data bytes, from this address on
 //     F0 43 00 7F 1C cH cL 05 aH aM aL data sum F7 a block; cH cL count from 05 to the last data
 //     byte
 //
@@ -151,6 +152,35 @@ void TakeDumpRequest(const Instrument &instrument, const Address &address,
     }
 }
 
+// Where a block stands in a voice; a size of 0 for an address that is in none.
+struct BlockRange {
+    std::size_t offset = 0;
+    std::size_t size = 0;
+};
+BlockRange BlockOf(const Address &address) {
+    if (address[0] == CommonAddress[0] && address[1] == CommonAddress[1]) {
+        return {0, RefaceCommonBytes};
+    }
+    const std::size_t op = address[1];
+    if (address[0] == OperatorAddressHigh && op < RefaceOperators) {
+        return {RefaceCommonBytes + op * RefaceOperatorBytes, RefaceOperatorBytes};
+    }
+    return {};
+}
+
+// Any values; a message that goes beyond its block is refused as a whole.
+void TakeParameters(Instrument &instrument, const Address &address,
+                    std::span<const std::uint8_t> data, std::vector<SynthEvent> &events) {
+    const BlockRange block = BlockOf(address);
+    const std::size_t place = address[2];
+    if (data.empty() || place + data.size() > block.size) {
+        return;
+    }
+    std::ranges::copy(data, instrument.editBuffer.begin() +
+                                static_cast<std::ptrdiff_t>(block.offset + place));
+    events.push_back({SynthEventKind::ChangedVoice});
+}
+
 void TakeSetting(Instrument &instrument, const Address &address,
                  std::span<const std::uint8_t> data) {
     const auto isMeant = [&](const Setting &setting) {
@@ -159,22 +189,6 @@ void TakeSetting(Instrument &instrument, const Address &address,
     if (address[0] == 0 && address[1] == 0 && std::ranges::any_of(Settings, isMeant)) {
         std::ranges::copy(data, instrument.system.begin() + address[2]);
     }
-}
-
-// Where a block stands in a voice; a size of 0 for an address without one.
-struct BlockRange {
-    std::size_t offset = 0;
-    std::size_t size = 0;
-};
-BlockRange RangeOf(const Address &address) {
-    if (address == CommonAddress) {
-        return {0, RefaceCommonBytes};
-    }
-    const std::size_t op = address[1];
-    if (address[0] == OperatorAddressHigh && op < RefaceOperators && address[2] == 0) {
-        return {RefaceCommonBytes + op * RefaceOperatorBytes, RefaceOperatorBytes};
-    }
-    return {};
 }
 
 // The edit buffer changes when the footer comes: blocks that did not come stay as they were.
@@ -193,10 +207,10 @@ void TakeBlock(Instrument &instrument, const Address &address, std::span<const s
         events.push_back({SynthEventKind::NewVoice});
         return;
     }
-    const BlockRange range = RangeOf(address);
-    if (range.size != 0 && range.size == data.size()) {
+    const BlockRange block = BlockOf(address);
+    if (address[2] == 0 && block.size != 0 && block.size == data.size()) {
         std::ranges::copy(data,
-                          instrument.arriving.begin() + static_cast<std::ptrdiff_t>(range.offset));
+                          instrument.arriving.begin() + static_cast<std::ptrdiff_t>(block.offset));
     }
 }
 
@@ -239,7 +253,9 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
     }
     case 1:
         if (message[5] == ModelByte) {
-            TakeSetting(instrument, addressAt(6), message.subspan(9, message.size() - 10));
+            const auto data = message.subspan(9, message.size() - 10);
+            TakeSetting(instrument, addressAt(6), data);
+            TakeParameters(instrument, addressAt(6), data, events);
         }
         break;
     case 2:

@@ -182,6 +182,85 @@ TEST_P(Dx7Instruments, HearOmniMessagesOnTheirOwnChannelOnly) {
     EXPECT_EQ(MemoryOf(GetParam()), BankData());
 }
 
+TEST_P(Dx7Instruments, TakeEachParameterIntoTheByteOfItsNumber) {
+    Cable cable(GetParam());
+    const Bytes memory = MemoryOf(GetParam());
+    Bytes expected = EditBufferOf(GetParam());
+    for (int parameter = 0; parameter < 155; ++parameter) {
+        for (const std::uint8_t value : {0x7F, 0x00, parameter % 99 + 1}) {
+            cable.Send({0xF0, 0x43, 0x10, static_cast<std::uint8_t>(parameter >> 7),
+                        static_cast<std::uint8_t>(parameter & 0x7F), value, 0xF7});
+            expected[static_cast<std::size_t>(parameter)] = value;
+            ASSERT_EQ(EditBufferOf(GetParam()), expected) << parameter;
+        }
+    }
+    EXPECT_EQ(MemoryOf(GetParam()), memory);
+    EXPECT_TRUE(cable.Words().empty());
+}
+
+TEST_P(Dx7Instruments, PutTheSixthOperatorFirstAmongTheParameters) {
+    Cable cable(GetParam());
+    cable.Send({0xF0, 0x43, 0x10, 0x00, 0x10, 0x63, 0xF7}); // 16, a level
+    EXPECT_EQ(PreparedVoiceOf(GetParam()).operators[5].output, 127);
+    cable.Send({0xF0, 0x43, 0x10, 0x00, 0x79, 0x00, 0xF7}); // 5 * 21 + 16
+    EXPECT_EQ(PreparedVoiceOf(GetParam()).operators[0].output, 0);
+    cable.Send({0xF0, 0x43, 0x10, 0x01, 0x10, 0x00, 0xF7}); // 144, transpose
+    EXPECT_EQ(PreparedVoiceOf(GetParam()).transpose, -24);
+}
+
+TEST_P(Dx7Instruments, RefuseAParameterThatIsNotRight) {
+    Cable cable(GetParam());
+    const Bytes before = EditBufferOf(GetParam());
+    const auto refuse = [&](const char *what, const Bytes &message) {
+        cable.Send(message);
+        EXPECT_EQ(EditBufferOf(GetParam()), before) << what;
+        EXPECT_TRUE(PreparedVoiceOf(GetParam()).operators[0].enabled) << what;
+    };
+    refuse("another channel", {0xF0, 0x43, 0x11, 0x00, 0x10, 0x05, 0xF7});
+    refuse("another maker", {0xF0, 0x42, 0x10, 0x00, 0x10, 0x05, 0xF7});
+    refuse("no parameter", {0xF0, 0x43, 0x30, 0x00, 0x10, 0x05, 0xF7});
+    refuse("too short", {0xF0, 0x43, 0x10, 0x00, 0x10, 0xF7});
+    refuse("too long", {0xF0, 0x43, 0x10, 0x00, 0x10, 0x05, 0x05, 0xF7});
+    refuse("group 1", {0xF0, 0x43, 0x10, 0x04, 0x10, 0x05, 0xF7});
+    refuse("group 2", {0xF0, 0x43, 0x10, 0x08, 0x40, 0x05, 0xF7});
+    refuse("parameter 156", {0xF0, 0x43, 0x10, 0x01, 0x1C, 0x00, 0xF7});
+    refuse("parameter 256", {0xF0, 0x43, 0x10, 0x02, 0x00, 0x00, 0xF7});
+    refuse("parameter 511", {0xF0, 0x43, 0x10, 0x03, 0x7F, 0x00, 0xF7});
+    cable.SendShort(0x007DB0); // Omni lets other channels' notes through, and nothing else
+    refuse("another channel with Omni on", {0xF0, 0x43, 0x11, 0x00, 0x10, 0x05, 0xF7});
+    ChannelOf(GetParam()) = 16;
+    cable.Send({0xF0, 0x43, 0x1F, 0x00, 0x10, 0x05, 0xF7});
+    EXPECT_EQ(EditBufferOf(GetParam())[16], 5);
+}
+
+TEST_P(Dx7Instruments, SwitchOperatorsOffUntilANewVoiceComes) {
+    Cable cable(GetParam());
+    const Bytes before = EditBufferOf(GetParam());
+    const auto enabled = [&] {
+        std::vector<bool> operators;
+        for (const PreparedOperator &op : PreparedVoiceOf(GetParam()).operators) {
+            operators.push_back(op.enabled);
+        }
+        return operators;
+    };
+    const Bytes onlyFirst = {0xF0, 0x43, 0x10, 0x01, 0x1B, 0x20, 0xF7};
+    const std::vector<bool> all(6, true);
+    EXPECT_EQ(enabled(), all);
+    cable.Send(onlyFirst);
+    EXPECT_EQ(enabled(), (std::vector<bool>{true, false, false, false, false, false}));
+    cable.Send({0xF0, 0x43, 0x10, 0x01, 0x1B, 0x41, 0xF7}); // the bit above them means nothing
+    EXPECT_EQ(enabled(), (std::vector<bool>{false, false, false, false, false, true}));
+    EXPECT_EQ(EditBufferOf(GetParam()), before) << "no voice keeps it";
+    cable.Send(TestBank());
+    cable.Send({0xF0, 0x43, 0x10, 0x00, 0x00, 0x01, 0xF7});
+    EXPECT_NE(enabled(), all);
+    cable.SendShort(0x05C0);
+    EXPECT_EQ(enabled(), all);
+    cable.Send(onlyFirst);
+    cable.Send(VoiceDump());
+    EXPECT_EQ(enabled(), all);
+}
+
 TEST_P(Dx7Instruments, NeverAnswer) {
     Cable cable(GetParam());
     cable.Send(IdentityRequest);

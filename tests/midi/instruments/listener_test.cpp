@@ -191,6 +191,25 @@ TEST(Listener, HearsAVoiceOfARefaceWhenItIsWhole) {
     EXPECT_EQ(PreparedVoiceOf(Reface).algorithm.carriers, 0x0Fu);
 }
 
+TEST(Listener, HearsAParameterAsAChangedVoice) {
+    {
+        HeardCable heard(Volca);
+        heard.cable.Send({0xF0, 0x43, 0x10, 0x01, 0x10, 0x24, 0xF7});
+        EXPECT_EQ(PreparedVoiceOf(Volca).transpose, 12);
+        heard.cable.Send({0xF0, 0x43, 0x10, 0x01, 0x1B, 0x00, 0xF7});
+        EXPECT_EQ(heard.Take(Volca), (Events{{Kind::ChangedVoice}, {Kind::ChangedVoice}}));
+        heard.cable.Send({0xF0, 0x43, 0x10, 0x01, 0x1C, 0x00, 0xF7}); // there is none
+        heard.cable.Send({0xF0, 0x43, 0x11, 0x01, 0x10, 0x24, 0xF7}); // channel 2
+        EXPECT_EQ(heard.Take(Volca), Events{});
+    }
+    HeardCable heard(Reface);
+    heard.cable.Send({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x30, 0x00, 0x0C, 0x4C, 0xF7});
+    EXPECT_EQ(heard.Take(Reface), (Events{{Kind::ChangedVoice}}));
+    EXPECT_EQ(PreparedVoiceOf(Reface).transpose, 12);
+    heard.cable.Send({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x01, 0x02, 0xF7});
+    EXPECT_EQ(heard.Take(Reface), Events{}) << "a setting";
+}
+
 TEST(Listener, LearnsOfTheVoicesOfTheFactoryAndOfAFile) {
     const TempFolder folder;
     const std::string path = folder.File("studio");

@@ -314,6 +314,83 @@ TEST(RefaceInstrument, RefusesSettingsThatARealOneRefuses) {
     EXPECT_TRUE(cable.Words().empty());
 }
 
+Bytes ParameterChange(std::uint8_t high, std::uint8_t middle, std::uint8_t low, const Bytes &data) {
+    return Bytes{0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, high, middle, low} + data + Bytes{0xF7};
+}
+
+TEST(RefaceInstrument, TakesEachParameterOfItsEditBufferByItsAddress) {
+    Cable cable(Reface);
+    const Bytes memory = MemoryOf(Reface);
+    Bytes expected = EditBufferOf(Reface);
+    const auto takes = [&](std::uint8_t high, std::uint8_t middle, std::uint8_t low,
+                           std::size_t place) {
+        for (const std::uint8_t value : {0x7F, 0x00, 0x15}) {
+            cable.Send(ParameterChange(high, middle, low, {value}));
+            expected[place] = value;
+            ASSERT_EQ(EditBufferOf(Reface), expected) << place;
+        }
+    };
+    for (std::uint8_t low = 0; low < 38; ++low) {
+        takes(0x30, 0x00, low, low);
+    }
+    for (std::uint8_t op = 0; op < 4; ++op) {
+        for (std::uint8_t low = 0; low < 28; ++low) {
+            takes(0x31, op, low, 38u + 28u * op + low);
+        }
+    }
+    EXPECT_EQ(MemoryOf(Reface), memory);
+    EXPECT_EQ(SystemSettingsOf(Reface)[1], 0x10) << "no setting";
+    EXPECT_TRUE(cable.Words().empty());
+}
+
+TEST(RefaceInstrument, TakesSeveralParametersAtOnceAndNoneWhenTheyGoBeyondTheBlock) {
+    Cable cable(Reface);
+    Bytes expected = EditBufferOf(Reface);
+    cable.Send(ParameterChange(0x30, 0x00, 0x24, {1, 2}));
+    expected[36] = 1;
+    expected[37] = 2;
+    EXPECT_EQ(EditBufferOf(Reface), expected);
+    const Bytes whole = TestOperator(2);
+    cable.Send(ParameterChange(0x31, 0x02, 0x00, whole));
+    std::ranges::copy(whole, expected.begin() + 38 + 2 * 28);
+    EXPECT_EQ(EditBufferOf(Reface), expected);
+    const auto refuse = [&](const char *what, const Bytes &message) {
+        cable.Send(message);
+        EXPECT_EQ(EditBufferOf(Reface), expected) << what;
+    };
+    refuse("beyond the common block", ParameterChange(0x30, 0x00, 0x24, {3, 4, 5}));
+    refuse("beyond an operator", ParameterChange(0x31, 0x00, 0x1B, {3, 4}));
+    refuse("a byte too long", ParameterChange(0x31, 0x02, 0x00, whole + Bytes{0}));
+    refuse("behind the common block", ParameterChange(0x30, 0x00, 0x26, {3}));
+    refuse("behind the last operator", ParameterChange(0x31, 0x03, 0x1C, {3}));
+    refuse("the last address", ParameterChange(0x31, 0x03, 0x7F, {3}));
+    refuse("a fifth operator", ParameterChange(0x31, 0x04, 0x00, {3}));
+    refuse("another common block", ParameterChange(0x30, 0x01, 0x00, {3}));
+    refuse("another address", ParameterChange(0x32, 0x00, 0x00, {3}));
+    refuse("no data", ParameterChange(0x30, 0x00, 0x0C, {}));
+    refuse("another device", {0xF0, 0x43, 0x11, 0x7F, 0x1C, 0x05, 0x30, 0x00, 0x0C, 3, 0xF7});
+    refuse("another model", {0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x04, 0x30, 0x00, 0x0C, 3, 0xF7});
+    refuse("too short", {0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x30, 0x00, 0xF7});
+}
+
+TEST(RefaceInstrument, GivesTheVoiceAsItsParametersWereChanged) {
+    Cable cable(Reface);
+    const Bytes voice = EditBufferOf(Reface);
+    Bytes common(voice.begin(), voice.begin() + 38);
+    Bytes third(voice.begin() + 38 + 2 * 28, voice.begin() + 38 + 3 * 28);
+    cable.Send(ParameterChange(0x30, 0x00, 0x10, {0x0B}));
+    cable.Send(ParameterChange(0x31, 0x02, 0x12, {0x2A}));
+    common[0x10] = 0x0B;
+    third[0x12] = 0x2A;
+    cable.Send(VoiceRequest);
+    const auto blocks = cable.Messages();
+    ASSERT_EQ(blocks.size(), 7u);
+    EXPECT_EQ(blocks[1], CommonDump(common));
+    EXPECT_EQ(blocks[4], OperatorDump(2, third));
+    cable.SendShort(0x00C0);
+    EXPECT_EQ(EditBufferOf(Reface), voice) << "the stored voice has not changed";
+}
+
 TEST(RefaceInstrument, AnswersNoRequestForAnotherDeviceModelOrAddress) {
     Cable cable(Reface);
     cable.Send({0xF0, 0x43, 0x21, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x00, 0xF7});
