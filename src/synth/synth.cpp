@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace tonewright {
 
@@ -210,6 +211,12 @@ void ReleaseAll(Synth &synth) {
     }
 }
 
+void SetEffects(Synth &synth) {
+    for (std::size_t i = 0; i < synth.effects.size(); ++i) {
+        SetEffect(synth.effects[i], synth.voice->effects[i]);
+    }
+}
+
 // The end of a panic's fade.
 void EndPanic(Synth &synth) {
     for (Key &key : synth.keys) {
@@ -218,10 +225,14 @@ void EndPanic(Synth &synth) {
     for (Key &key : synth.fading) {
         key.sounds = false;
     }
-    synth.fadingVoice = nullptr;
+    if (synth.fadingVoice) {
+        synth.fadingVoice = nullptr;
+        SetEffects(synth);
+    }
     for (Effect &effect : synth.effects) {
         ClearEffect(effect);
     }
+    synth.voiceEndsIn = 0;
     synth.filtered = synth.unfiltered = 0.0f;
     synth.endsIn = 0;
 }
@@ -247,15 +258,11 @@ bool IsFading(const Synth &synth) {
 }
 
 void SetVoice(Synth &synth, const PreparedVoice *voice, bool sameKeys) {
-    for (std::size_t i = 0; i < synth.effects.size(); ++i) {
-        SetEffect(synth.effects[i], voice->effects[i]);
-    }
-    if (!synth.voice) {
-        synth.voice = voice;
+    synth.fadingVoice = std::exchange(synth.voice, voice);
+    if (!synth.fadingVoice) {
+        SetEffects(synth);
         return;
     }
-    synth.fadingVoice = synth.voice;
-    synth.voice = voice;
     for (std::size_t i = 0; i < synth.keys.size(); ++i) {
         Key &key = synth.keys[i];
         if (!key.sounds) {
@@ -269,6 +276,11 @@ void SetVoice(Synth &synth, const PreparedVoice *voice, bool sameKeys) {
         } else {
             AdaptKey(key, *voice);
         }
+    }
+    if (sameKeys || std::ranges::none_of(synth.fading, &Key::sounds)) {
+        SetEffects(synth);
+    } else {
+        synth.voiceEndsIn = FadeFrames(synth.rate);
     }
 }
 
@@ -298,7 +310,7 @@ void NoteOn(Synth &synth, int number, int velocity) {
     key.order = ++synth.keysSoFar;
     StartKey(key, *synth.voice, number, velocity, glide);
     key.ends = false;
-    key.wait = std::max(wait, synth.endsIn / synth.rate);
+    key.wait = std::max(wait, std::max(synth.endsIn, synth.voiceEndsIn) / synth.rate);
 }
 
 void NoteOff(Synth &synth, int number) {
@@ -399,9 +411,8 @@ bool IsSilent(const Synth &synth) {
 }
 
 int SoundingKeys(const Synth &synth) {
-    const auto sounds = [](const Key &key) { return key.sounds; };
-    return static_cast<int>(std::ranges::count_if(synth.keys, sounds) +
-                            std::ranges::count_if(synth.fading, sounds));
+    return static_cast<int>(std::ranges::count_if(synth.keys, &Key::sounds) +
+                            std::ranges::count_if(synth.fading, &Key::sounds));
 }
 
 void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames]) {
@@ -416,11 +427,12 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
     if (synth.fadingVoice) {
         RenderAll(synth.fading, *synth.fadingVoice, ModulationOf(synth, *synth.fadingVoice),
                   synth.rate, left);
-        const auto sounds = [](const Key &key) { return key.sounds; };
-        if (std::ranges::none_of(synth.fading, sounds)) {
+        if (std::ranges::none_of(synth.fading, &Key::sounds)) {
             synth.fadingVoice = nullptr;
+            SetEffects(synth);
         }
     }
+    synth.voiceEndsIn = std::max(0, synth.voiceEndsIn - BlockFrames);
 
     const auto keep =
         static_cast<float>(std::exp(-2.0 * std::numbers::pi * OffsetCorner / synth.rate));

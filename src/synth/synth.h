@@ -48,7 +48,10 @@ struct Synth {
     Controls controls;
     ControllerRoutes routes = TheSynthChoices.controllers;
     std::array<Effect, 2> effects;
-    int endsIn = 0; // frames until a panic has silenced everything; 0 when there was none
+    // Frames until everything is silent behind a panic, and until the keys of the former voice are
+    // before a new one; 0 when nothing fades. Keys that go down meanwhile begin then.
+    int endsIn = 0;
+    int voiceEndsIn = 0;
 
     // What is left of the last block: gain of the output, and the filter that takes offsets away.
     float gain = 1.0f;
@@ -74,8 +77,7 @@ void Control(Synth &synth, int controller, int value);
 void Bend(Synth &synth, int value);
 // Of the whole keyboard, 0 to 127.
 void Press(Synth &synth, int value);
-// Silence within FadeTime, whatever sounds, tails of effects too. Keys that go down meanwhile begin
-// after it.
+// Silence within FadeTime, whatever sounds, tails of effects too.
 void Panic(Synth &synth);
 // The same at once, for what is not heard.
 void Silence(Synth &synth);
