@@ -12,6 +12,25 @@ struct Row {
     const char *feedback; // "6" or "4>6"; empty for none
 };
 
+// A bus has the number of the first operator that it modulates, from 1.
+constexpr void LayBuses(Algorithm &algorithm) {
+    for (int i = 0; i < MaxOperators; ++i) {
+        algorithm.inputBus[i] = static_cast<std::uint8_t>(1 + i);
+        for (int modulated = MaxOperators - 1; modulated >= 0; --modulated) {
+            if ((algorithm.modulators[modulated] >> i & 1) != 0) {
+                algorithm.outputBus[i] = static_cast<std::uint8_t>(1 + modulated);
+            }
+        }
+    }
+    for (int i = 0; i < MaxOperators; ++i) {
+        for (int modulator = 0; modulator < MaxOperators; ++modulator) {
+            if ((algorithm.modulators[i] >> modulator & 1) != 0) {
+                algorithm.inputBus[i] = algorithm.outputBus[modulator];
+            }
+        }
+    }
+}
+
 constexpr Algorithm Built(const Row &row) {
     Algorithm algorithm;
     for (const char *c = row.carriers; *c; ++c) {
@@ -26,6 +45,7 @@ constexpr Algorithm Built(const Row &row) {
         algorithm.feedbackFrom = row.feedback[0] - '1';
         algorithm.feedbackTo = (row.feedback[1] ? row.feedback[2] : row.feedback[0]) - '1';
     }
+    LayBuses(algorithm);
     return algorithm;
 }
 

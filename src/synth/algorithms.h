@@ -17,7 +17,14 @@ struct Algorithm {
     // of its chain; counted from 0. (With four operators each one feeds back by itself.)
     int feedbackFrom = 0;
     int feedbackTo = 0;
+    // What modulates the same operators, or is heard, is added up on one bus: by operator, the bus
+    // that it adds to and the one that modulates it, on which there is nothing for a begin.
+    std::array<std::uint8_t, MaxOperators> outputBus = {};
+    std::array<std::uint8_t, MaxOperators> inputBus = {};
 };
+
+constexpr int HeardBus = 0;
+constexpr int BusCount = 1 + MaxOperators;
 
 constexpr int SixOperatorAlgorithms = 32;
 constexpr int FourOperatorAlgorithms = 12;

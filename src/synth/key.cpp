@@ -1,173 +1,16 @@
-// Up to eight keys are rendered side by side, a lane each, so that the compiler can use vectors
-// also where a sample needs the one before it, in feedback.
+// Keys are rendered in groups, each operator of all keys of a group at once.
 #include "synth/key.h"
 
 #include "synth/choices.h"
+#include "synth/lanes.h"
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 namespace tonewright {
 
 namespace {
-
-using Row = float[LaneCount];
-
-struct alignas(64) Buffer {
-    Row rows[BlockFrames];
-};
-
-// One operator of the keys of a group, in straight lines through a block.
-struct alignas(64) Lanes {
-    std::uint32_t phase[LaneCount] = {};
-    std::uint32_t increment[LaneCount] = {};
-    std::uint32_t incrementStep[LaneCount] = {};
-    float gain[LaneCount] = {};
-    float gainStep[LaneCount] = {};
-    float last[LaneCount] = {};
-    float beforeLast[LaneCount] = {};
-    bool sounds = false;
-};
-
-// The sine of a phase in cycles, within 104 dB, for phases up to some thousand: its zeros at 0 and
-// at half a cycle are factors, so they are exact.
-inline float Sine(float cycles) {
-    constexpr float Nearest = 12582912.0f; // 1.5 * 2^23: adding it rounds to whole numbers
-    const float part = cycles - ((cycles + Nearest) - Nearest);
-    const float square = part * part;
-    const float low = 25.13216911f - 64.79273861f * square;
-    const float high = 66.23887646f - 32.60916915f * square;
-    return part * (0.25f - square) * (low + high * (square * square));
-}
-
-inline float Cycles(std::uint32_t phase) {
-    return static_cast<float>(static_cast<std::int32_t>(phase)) * 0x1p-32f;
-}
-
-void Advance(Lanes &lanes, int lane) {
-    lanes.increment[lane] += lanes.incrementStep[lane];
-    lanes.phase[lane] += lanes.increment[lane];
-    lanes.gain[lane] += lanes.gainStep[lane];
-}
-
-// An operator without feedback; `modulation` may be null.
-template <bool Modulated> void RenderPlain(Lanes &lanes, const Buffer *modulation, Buffer &out) {
-    for (int frame = 0; frame < BlockFrames; ++frame) {
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            float cycles = Cycles(lanes.phase[lane]);
-            if (Modulated) {
-                cycles += modulation->rows[frame][lane];
-            }
-            out.rows[frame][lane] = Sine(cycles) * lanes.gain[lane];
-            Advance(lanes, lane);
-        }
-    }
-}
-
-// An operator that feeds back into itself.
-template <FeedbackKind Kind, bool Modulated>
-void RenderFeedback(Lanes &lanes, float feedback, const Buffer *modulation, Buffer &out) {
-    const float half = feedback * 0.5f;
-    for (int frame = 0; frame < BlockFrames; ++frame) {
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            float cycles = Cycles(lanes.phase[lane]);
-            if (Modulated) {
-                cycles += modulation->rows[frame][lane];
-            }
-            const float sum = lanes.last[lane] + lanes.beforeLast[lane];
-            cycles += Kind == FeedbackKind::Square ? sum * sum * (0.5f * half) : sum * half;
-            const float wave = Sine(cycles);
-            const float output = wave * lanes.gain[lane];
-            out.rows[frame][lane] = output;
-            lanes.beforeLast[lane] = lanes.last[lane];
-            lanes.last[lane] = Kind == FeedbackKind::Output ? output : wave;
-            Advance(lanes, lane);
-        }
-    }
-}
-
-// A chain of operators, each modulated by the one above it, whose end feeds back to its begin.
-void RenderLoop(Lanes *operators, int from, int to, float feedback, Buffer *out) {
-    const float half = feedback * 0.5f;
-    Lanes &end = operators[from];
-    for (int frame = 0; frame < BlockFrames; ++frame) {
-        Row carried;
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            carried[lane] = (end.last[lane] + end.beforeLast[lane]) * half;
-        }
-        for (int i = to; i >= from; --i) {
-            Lanes &lanes = operators[i];
-            for (int lane = 0; lane < LaneCount; ++lane) {
-                carried[lane] = Sine(Cycles(lanes.phase[lane]) + carried[lane]) * lanes.gain[lane];
-                out[i].rows[frame][lane] = carried[lane];
-                Advance(lanes, lane);
-            }
-        }
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            end.beforeLast[lane] = end.last[lane];
-            end.last[lane] = carried[lane];
-        }
-    }
-}
-
-void Pass(Lanes &lanes) {
-    for (int lane = 0; lane < LaneCount; ++lane) {
-        // The increments of a block form a straight line: BlockFrames of them, and their sum.
-        lanes.phase[lane] += BlockFrames * lanes.increment[lane] +
-                             BlockFrames * (BlockFrames + 1) / 2 * lanes.incrementStep[lane];
-        lanes.increment[lane] += BlockFrames * lanes.incrementStep[lane];
-        lanes.last[lane] = lanes.beforeLast[lane] = 0.0f;
-    }
-}
-
-template <FeedbackKind Kind>
-void RenderFeedback(Lanes &lanes, float feedback, const Buffer *modulation, Buffer &out) {
-    modulation ? RenderFeedback<Kind, true>(lanes, feedback, modulation, out)
-               : RenderFeedback<Kind, false>(lanes, feedback, nullptr, out);
-}
-
-void RenderOperator(Lanes &lanes, const PreparedOperator &voice, const Buffer *modulation,
-                    Buffer &out) {
-    const auto feedback = static_cast<float>(voice.feedback);
-    if (feedback == 0.0f) {
-        modulation ? RenderPlain<true>(lanes, modulation, out)
-                   : RenderPlain<false>(lanes, nullptr, out);
-    } else if (voice.feedbackKind == FeedbackKind::Output) {
-        RenderFeedback<FeedbackKind::Output>(lanes, feedback, modulation, out);
-    } else if (voice.feedbackKind == FeedbackKind::Sawtooth) {
-        RenderFeedback<FeedbackKind::Sawtooth>(lanes, feedback, modulation, out);
-    } else {
-        RenderFeedback<FeedbackKind::Square>(lanes, feedback, modulation, out);
-    }
-}
-
-void Add(Buffer &sum, const Buffer &more) {
-    for (int frame = 0; frame < BlockFrames; ++frame) {
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            sum.rows[frame][lane] += more.rows[frame][lane];
-        }
-    }
-}
-
-// The sum of the buffers of a set of operators that sound: one of them where there is only one.
-const Buffer *Sum(unsigned set, const Lanes *lanes, const Buffer *buffers, Buffer &sum) {
-    const Buffer *found = nullptr;
-    for (int i = 0; i < MaxOperators; ++i) {
-        if ((set >> i & 1) == 0 || !lanes[i].sounds) {
-            continue;
-        }
-        if (!found) {
-            found = &buffers[i];
-        } else {
-            if (found != &sum) {
-                sum = *found;
-                found = &sum;
-            }
-            Add(sum, buffers[i]);
-        }
-    }
-    return found;
-}
 
 double KeyOctaves(double number) {
     return std::log2(440.0) + (number - 69.0) / 12.0;
@@ -275,8 +118,8 @@ double AmplitudeLoss(const PreparedOperator &prepared, const Modulation &modulat
     return loss > 0.0 ? -256.0 * std::log2(1.0 - loss / 256.0) : 0.0;
 }
 
-// The straight lines of a key's operator through the next block.
-void Steer(const Key &key, KeyOperator &state, const PreparedVoice &voice, int number,
+// The straight lines of a key's operator through the next block. False when it is silent.
+bool Steer(const Key &key, KeyOperator &state, const PreparedVoice &voice, int number,
            const Modulation &modulation, double rate, Lanes &lanes, int lane) {
     const PreparedOperator &prepared = voice.operators[number];
     double octaves = state.octaves + modulation.octaves;
@@ -313,13 +156,14 @@ void Steer(const Key &key, KeyOperator &state, const PreparedVoice &voice, int n
     lanes.phase[lane] = state.phase;
     lanes.increment[lane] = state.increment;
     lanes.incrementStep[lane] = static_cast<std::uint32_t>(difference / BlockFrames);
-    lanes.gain[lane] = state.gain;
-    lanes.gainStep[lane] = (gain - state.gain) / BlockFrames;
+    lanes.gain[lane] = state.gain * WaveScale;
+    lanes.gainStep[lane] = (gain - state.gain) * (WaveScale / BlockFrames);
     lanes.last[lane] = state.outputs[0];
     lanes.beforeLast[lane] = state.outputs[1];
-    lanes.sounds = lanes.sounds || gain != 0.0f || state.gain != 0.0f;
+    const bool sounds = gain != 0.0f || state.gain != 0.0f;
     state.increment = increment;
     state.gain = gain;
+    return sounds;
 }
 
 // What moves in a key beside its operators.
@@ -336,51 +180,57 @@ void AdvanceKey(Key &key, const PreparedVoice &voice, const Modulation &modulati
     key.fade = Limited(key.fade, key.fadeTarget, static_cast<float>(seconds / FadeTime));
 }
 
-} // namespace
+// Of the operators that sound, those that are heard: carriers, and what modulates one of these.
+unsigned Heard(const PreparedVoice &voice, unsigned sounding) {
+    unsigned heard = sounding & voice.algorithm.carriers;
+    for (int i = 0; i < voice.operatorCount; ++i) {
+        if ((heard >> i & 1) != 0) {
+            heard |= sounding & voice.algorithm.modulators[i];
+        }
+    }
+    return heard;
+}
 
-void RenderKeys(Key *const *keys, int count, const PreparedVoice &voice,
-                const Modulation &modulation, double rate, float (&out)[BlockFrames]) {
+void RenderOperators(Lanes *lanes, unsigned heard, const PreparedVoice &voice, Bus *buses) {
+    const Algorithm &algorithm = voice.algorithm;
+    const int from = algorithm.feedbackFrom;
+    const int to = algorithm.feedbackTo;
+    const bool loop = from != to && voice.operators[to].feedback != 0.0 && (heard >> from & 1) != 0;
+    for (int i = voice.operatorCount - 1; i >= 0; --i) {
+        const auto feedback = static_cast<float>(voice.operators[i].feedback);
+        const Bus &in = buses[algorithm.inputBus[i]];
+        Bus &out = buses[algorithm.outputBus[i]];
+        if (loop && i > from && i <= to) {
+            continue; // with the end of its chain
+        }
+        if (loop && i == from) {
+            RenderLoop(lanes + from, to - from + 1,
+                       static_cast<float>(voice.operators[to].feedback), out);
+        } else if ((heard >> i & 1) == 0) {
+            PassBlock(lanes[i]);
+        } else {
+            RenderOperator(lanes[i], feedback, voice.operators[i].feedbackKind, in, out);
+        }
+    }
+}
+
+// Adds up to LaneCount keys to the bus that is heard.
+void RenderGroup(Key *const *keys, int count, const PreparedVoice &voice,
+                 const Modulation &modulation, double rate, Bus *buses) {
     Lanes lanes[MaxOperators];
+    unsigned sounding = 0;
     for (int k = 0; k < count; ++k) {
         Key &key = *keys[k];
         AdvanceKey(key, voice, modulation, BlockFrames / rate);
         for (int i = 0; i < voice.operatorCount; ++i) {
-            Steer(key, key.operators[i], voice, i, modulation, rate, lanes[i], k);
+            if (Steer(key, key.operators[i], voice, i, modulation, rate, lanes[i], k)) {
+                sounding |= 1u << i;
+            }
         }
         key.rendered = true;
     }
 
-    Buffer buffers[MaxOperators];
-    Buffer sum;
-    const Algorithm &algorithm = voice.algorithm;
-    const bool loop = algorithm.feedbackFrom != algorithm.feedbackTo &&
-                      voice.operators[algorithm.feedbackTo].feedback != 0.0;
-    for (int i = voice.operatorCount - 1; i >= 0; --i) {
-        if (loop && i >= algorithm.feedbackFrom && i <= algorithm.feedbackTo) {
-            if (i == algorithm.feedbackFrom) {
-                RenderLoop(lanes, i, algorithm.feedbackTo,
-                           static_cast<float>(voice.operators[algorithm.feedbackTo].feedback),
-                           buffers);
-                for (int j = i; j <= algorithm.feedbackTo; ++j) {
-                    lanes[j].sounds = true;
-                }
-            }
-        } else if (lanes[i].sounds) {
-            const Buffer *from = Sum(algorithm.modulators[i], lanes, buffers, sum);
-            RenderOperator(lanes[i], voice.operators[i], from, buffers[i]);
-        } else {
-            Pass(lanes[i]);
-        }
-    }
-    if (const Buffer *carriers = Sum(algorithm.carriers, lanes, buffers, sum)) {
-        for (int frame = 0; frame < BlockFrames; ++frame) {
-            float total = 0.0f;
-            for (int lane = 0; lane < LaneCount; ++lane) {
-                total += carriers->rows[frame][lane];
-            }
-            out[frame] += 0.5f * total;
-        }
-    }
+    RenderOperators(lanes, Heard(voice, sounding), voice, buses);
 
     for (int k = 0; k < count; ++k) {
         Key &key = *keys[k];
@@ -397,6 +247,23 @@ void RenderKeys(Key *const *keys, int count, const PreparedVoice &voice,
         if (silent || (key.fade == 0.0f && key.fadeTarget == 0.0f)) {
             key.sounds = false;
         }
+    }
+}
+
+} // namespace
+
+void RenderKeys(Key *const *keys, int count, const PreparedVoice &voice,
+                const Modulation &modulation, double rate, float (&out)[BlockFrames]) {
+    Bus buses[BusCount];
+    for (int first = 0; first < count; first += LaneCount) {
+        for (Bus &between : std::span(buses).subspan(HeardBus + 1)) {
+            between.filled = false;
+        }
+        RenderGroup(keys + first, std::min(LaneCount, count - first), voice, modulation, rate,
+                    buses);
+    }
+    if (buses[HeardBus].filled) {
+        AddLanes(buses[HeardBus], out);
     }
 }
 

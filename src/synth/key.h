@@ -65,11 +65,8 @@ void ReleaseKey(Key &key, const PreparedVoice &voice);
 // heard of the key begins at silence.
 void AdaptKey(Key &key, const PreparedVoice &voice);
 
-// Keys that are rendered together: as many as a processor's vectors hold, twice over.
-constexpr int LaneCount = 8;
-
-// Adds a block of up to LaneCount keys of one voice to `out`, at `rate` frames a second, and moves
-// them on. Amplitude 1 is a carrier at full level. A key that has fallen silent no longer sounds.
+// Adds a block of keys of one voice to `out`, at `rate` frames a second, and moves them on.
+// Amplitude 1 is a carrier at full level. A key that has fallen silent no longer sounds.
 void RenderKeys(Key *const *keys, int count, const PreparedVoice &voice,
                 const Modulation &modulation, double rate, float (&out)[BlockFrames]);
 

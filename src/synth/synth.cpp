@@ -159,7 +159,7 @@ Modulation ModulationOf(const Synth &synth, const PreparedVoice &voice) {
 
 void RenderAll(std::vector<Key> &keys, const PreparedVoice &voice, const Modulation &modulation,
                double rate, float (&out)[BlockFrames]) {
-    Key *group[LaneCount];
+    Key *sounding[2 * MaxPolyphony];
     int count = 0;
     for (Key &key : keys) {
         if (!key.sounds) {
@@ -169,14 +169,10 @@ void RenderAll(std::vector<Key> &keys, const PreparedVoice &voice, const Modulat
             key.wait -= BlockFrames / rate;
             continue;
         }
-        group[count++] = &key;
-        if (count == LaneCount) {
-            RenderKeys(group, count, voice, modulation, rate, out);
-            count = 0;
-        }
+        sounding[count++] = &key;
     }
     if (count > 0) {
-        RenderKeys(group, count, voice, modulation, rate, out);
+        RenderKeys(sounding, count, voice, modulation, rate, out);
     }
 }
 

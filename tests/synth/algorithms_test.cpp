@@ -119,5 +119,30 @@ TEST(Algorithms, HaveModulatorsOfHigherNumbersOnly) {
     }
 }
 
+// What adds to the bus of an operator is what modulates it, and the carriers are what is heard.
+void ExpectBuses(const Algorithm &algorithm, int operators) {
+    unsigned heard = 0;
+    for (int i = 0; i < operators; ++i) {
+        heard |= algorithm.outputBus[i] == HeardBus ? 1u << i : 0u;
+        unsigned modulators = 0;
+        for (int j = 0; j < operators; ++j) {
+            modulators |= algorithm.outputBus[j] == algorithm.inputBus[i] ? 1u << j : 0u;
+        }
+        EXPECT_EQ(modulators, algorithm.modulators[i]) << "operator " << i + 1;
+    }
+    EXPECT_EQ(heard, algorithm.carriers);
+}
+
+TEST(Algorithms, HaveABusForWhatModulatesTheSameOperators) {
+    for (int number = 0; number < SixOperatorAlgorithms; ++number) {
+        SCOPED_TRACE(number);
+        ExpectBuses(SixOperatorAlgorithm(number), 6);
+    }
+    for (int number = 0; number < FourOperatorAlgorithms; ++number) {
+        SCOPED_TRACE(number);
+        ExpectBuses(FourOperatorAlgorithm(number), 4);
+    }
+}
+
 } // namespace
 } // namespace tonewright
