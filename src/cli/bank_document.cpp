@@ -143,6 +143,39 @@ bool CarefulRefusesVoice(int row, const char *path, const char *notDone) {
     return true;
 }
 
+bool CanBeSent(const char *path, const VoiceFileFormat &format, int first, int last) {
+    for (int row = first; row <= last; ++row) {
+        if (CarefulRefusesVoice(row, path, "not sent")) {
+            return false;
+        }
+        if (!format.canBeSent(ListVoice(MainList, row))) {
+            TellError(path, FormatText("place %d holds no whole voice", row + 1));
+            return false;
+        }
+    }
+    const std::string places = PlacesOf(first, last, [&](int row) {
+        return format.fitsAMessage && !format.fitsAMessage(ListVoice(MainList, row));
+    });
+    if (!places.empty()) {
+        TellError(path, "not sent, since a message cannot carry bytes above 7F, which are in the "
+                        "voices at these places: " +
+                            places);
+    }
+    return places.empty();
+}
+
+const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, int place) {
+    if (!OpenVoices(path, format)) {
+        return nullptr;
+    }
+    const VoiceObject *voice = ListVoice(MainList, place - 1);
+    if (!voice) {
+        TellError(path, NoSuchPlace(place));
+        return nullptr;
+    }
+    return CanBeSent(path, format, place - 1, place - 1) ? voice : nullptr;
+}
+
 bool HasWrittenPlace(const char *path, int place) {
     if (place > ListCount(MainList)) {
         TellError(path, NoSuchPlace(place));

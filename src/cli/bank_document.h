@@ -36,6 +36,14 @@ int ExportVoiceDocument(int row, const char *path);
 // nobody could read or hear them again: true after telling what is not done with `path`.
 bool CarefulRefusesVoice(int row, const char *path, const char *notDone);
 
+// Whether the rows `first` to `last` can be sent; else tells why not. A message with bytes that
+// none can carry would be broken off there and arrive nowhere.
+bool CanBeSent(const char *path, const VoiceFileFormat &format, int first, int last);
+
+// Opens the file and looks for the voice at `place` (from 1) in it, which can be sent; nullptr
+// after telling why not.
+const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, int place);
+
 // Whether MainList has the place (from 1) and a bank of the current family is written with it, so
 // that a voice put there gets into the file; else tells of `path`, the bank, why not.
 bool HasWrittenPlace(const char *path, int place);
@@ -43,5 +51,6 @@ bool HasWrittenPlace(const char *path, int place);
 // That a place (from 1) is not among the voices of MainList, in words.
 std::string NoSuchPlace(int place);
 constexpr const char *NotAPlace = "not a place: a number from 1 is";
+constexpr const char *NotANote = "not a note: 0 to 127, or C-2 to G8, is (C3 is 60)";
 
 } // namespace tonewright

@@ -2,6 +2,7 @@
 #include "cli/choices.h"
 
 #include "common/text.h"
+#include "common/wave_file.h"
 #include "database/record_sort.h"
 
 #include <algorithm>
@@ -16,6 +17,12 @@ const std::array<Choice, 4> SortOrders = {{
 }};
 
 const std::array<Choice, 2> Papers = {{{"A4", PaperA4}, {"Letter", PaperLetter}}};
+
+const std::array<Choice, 3> SampleKinds = {{
+    {"16", static_cast<std::uint32_t>(WaveSample::Integer16)},
+    {"24", static_cast<std::uint32_t>(WaveSample::Integer24)},
+    {"32f", static_cast<std::uint32_t>(WaveSample::Float32)},
+}};
 
 const std::array<Choice, 3> SettingsActions = {{{"list", 1}, {"get", 2}, {"set", 3}}};
 

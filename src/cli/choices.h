@@ -23,6 +23,9 @@ constexpr std::uint32_t PaperA4 = 0;
 constexpr std::uint32_t PaperLetter = 1;
 extern const std::array<Choice, 2> Papers;
 
+// Of --bits, of which the first one is taken without it; the values are those of WaveSample.
+extern const std::array<Choice, 3> SampleKinds;
+
 // What settings does; the value is the number of its words, the action's with them.
 extern const std::array<Choice, 3> SettingsActions;
 

@@ -28,6 +28,7 @@ int CliUpload(const CliCall &call);
 int CliUploadVoice(const CliCall &call);
 int CliDownload(const CliCall &call);
 int CliPlay(const CliCall &call);
+int CliRender(const CliCall &call);
 int CliMemory(const CliCall &call);
 int CliRefaceSettingsGet(const CliCall &call);
 int CliRefaceSettingsSet(const CliCall &call);

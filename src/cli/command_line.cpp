@@ -12,6 +12,8 @@ namespace {
 constexpr int LargestPlace = 9'999'999;
 constexpr int LastChannel = 16;
 constexpr int LastNote = 127;
+constexpr int LowestVelocity = 1, HighestVelocity = 127;
+constexpr int LowestSoundRate = 8'000, HighestSoundRate = 192'000;
 constexpr int LowestOctave = -2, HighestOctave = 8, NotesInAnOctave = 12;
 constexpr int SmallestScreen = 200, LargestScreen = 16'384;
 
@@ -66,6 +68,13 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::Sort, "--sort", "FIELD", "the order: name, source, date or position"},
     {CliOption::Paper, "--paper", "SIZE",
      "the size of the pages: A4, which is taken without it, or Letter"},
+    {CliOption::Note, "--note", "NOTE",
+     "a note to play, 0 to 127 or C-2 to G8; several are a chord"},
+    {CliOption::Velocity, "--velocity", "N", "how hard its key is hit, 1 to 127 (100)"},
+    {CliOption::Seconds, "--seconds", "S", "how long it is held, 0.01 to 1800 (2)"},
+    {CliOption::Release, "--release", "S", "how long it may sound on, 0 to 60 (5)"},
+    {CliOption::Rate, "--rate", "N", "frames a second, 8000 to 192000 (48000)"},
+    {CliOption::Bits, "--bits", "KIND", "the samples: 16, which is taken without it, 24 or 32f"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};
@@ -103,6 +112,9 @@ std::optional<std::string> ReadCommandLine(std::span<char *> arguments, CliCall 
             value = arguments[at];
         }
         call.options[static_cast<std::size_t>(row->option)] = value;
+        if (row->option == CliOption::Note) {
+            call.notes.push_back(value);
+        }
     }
     call.words = arguments.first(words);
     for (const auto &[one, other] : Opposites) {
@@ -152,6 +164,24 @@ std::optional<int> ReadNote(std::string_view text) {
     }
     note += (*octave - LowestOctave) * NotesInAnOctave;
     return note >= 0 && note <= LastNote ? std::optional(note) : std::nullopt;
+}
+
+std::optional<int> ReadVelocity(std::string_view text) {
+    return ReadNumber(text, LowestVelocity, HighestVelocity);
+}
+
+std::optional<int> ReadSoundRate(std::string_view text) {
+    return ReadNumber(text, LowestSoundRate, HighestSoundRate);
+}
+
+std::optional<double> ReadSeconds(std::string_view text, double shortest, double longest) {
+    double seconds = 0.0;
+    const char *end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+    if (error != std::errc() || stop != end || !(seconds >= shortest && seconds <= longest)) {
+        return std::nullopt;
+    }
+    return seconds;
 }
 
 std::optional<ScreenSize> ReadScreenSize(std::string_view text) {

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tonewright {
 
@@ -17,9 +18,10 @@ constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
 enum class CliOption : std::size_t {
     Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Careful, NoCareful, WholeDetune,
-    NoWholeDetune, Database, Sort, Paper, Help, Version,
+    NoWholeDetune, Database, Sort, Paper, Note, Velocity, Seconds, Release, Rate, Bits, Help,
+    Version,
 };
-constexpr std::size_t CliOptionCount = 19;
+constexpr std::size_t CliOptionCount = 25;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);
@@ -37,6 +39,7 @@ extern const std::array<CliOptionRow, CliOptionCount> CliOptions;
 struct CliCall {
     std::span<char *const> words;                     // behind the command's name
     std::array<const char *, CliOptionCount> options; // value, or "" without one; null: not given
+    std::vector<const char *> notes;                  // every --note, in their order
 
     const char *operator[](CliOption option) const {
         return options[static_cast<std::size_t>(option)];
@@ -76,6 +79,13 @@ std::optional<int> ReadMidiChannel(std::string_view text);
 // A note: its number, 0 to 127, or its name with the maker's octaves, "C-2" to "G8", "C3" being 60;
 // "#" and "b" raise and lower it: "F#2", "Eb4". Letters in either case.
 std::optional<int> ReadNote(std::string_view text);
+
+// A velocity, 1 to 127; a rate in frames a second, 8,000 to 192,000.
+std::optional<int> ReadVelocity(std::string_view text);
+std::optional<int> ReadSoundRate(std::string_view text);
+
+// Seconds in decimal digits, "2" or "0.5", from `shortest` to `longest`.
+std::optional<double> ReadSeconds(std::string_view text, double shortest, double longest);
 
 // "WIDTHxHEIGHT" in pixels, each 200 to 16,384.
 struct ScreenSize {

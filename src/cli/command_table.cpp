@@ -17,6 +17,10 @@ constexpr unsigned Careful = OptionBit(CliOption::Careful) | OptionBit(CliOption
 // Of what unpacks the voices of a bank.
 constexpr unsigned Detune = OptionBit(CliOption::WholeDetune) | OptionBit(CliOption::NoWholeDetune);
 constexpr unsigned Extras = Careful | Detune;
+// Of what plays notes into a sound file.
+constexpr unsigned Notes = OptionBit(CliOption::Note) | OptionBit(CliOption::Velocity) |
+                           OptionBit(CliOption::Seconds) | OptionBit(CliOption::Release) |
+                           OptionBit(CliOption::Rate) | OptionBit(CliOption::Bits);
 
 constexpr const char *HelpOfEdit =
     "\nNames and values are those that show prints. For a value of a list the part of it in\n"
@@ -35,6 +39,13 @@ constexpr const char *HelpOfSettingsSet =
 constexpr const char *HelpOfSettingsLoad =
     "\nA question is asked before a file is sent that does not tell all settings, or that holds\n"
     "numbers above 127. Then it is looked whether the instrument has what was sent.\n";
+
+constexpr const char *HelpOfRender =
+    "\nA built-in instrument of the file's family plays it, without a device and faster than it\n"
+    "sounds: C3, which is 60, unless --note names another, or up to 64 of them for a chord. It is\n"
+    "held for 2 seconds. Then it sounds on until it has died away, for 5 seconds at most, of "
+    "which\n"
+    "the last 5 thousandths fade what still sounds. The same call writes the same bytes.\n";
 
 constexpr const char *HelpOfComplete =
     "\nThe words are those of a call behind the program's name, the last one as far as it is\n"
@@ -88,6 +99,8 @@ constexpr CliCommand Commands[] = {
      Answers | Careful | MidiOptions, CliDownload},
     {"play", "FILE PLACE NOTE...", "send the voice at PLACE and play it: 0 to 127, or C-2 to G8", 3,
      AnyNumber, Answers | Extras | MidiOptions, CliPlay},
+    {"render", "FILE PLACE OUT.wav", "write how the voice at PLACE sounds as a sound file", 3, 3,
+     Answers | Extras | Notes, CliRender, HelpOfRender},
     {"memory", "MEMORY NAME OUT", "write what a built-in instrument holds as a bank or voice", 3, 3,
      Answers | Extras, CliMemory},
     {"reface-settings get", "[KEY...]", "print these or all settings of a reface DX", 0, AnyNumber,

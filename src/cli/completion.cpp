@@ -206,6 +206,7 @@ constexpr ValueRow Values[] = {
     {CliOption::Synth, OfferInstruments},
     {CliOption::Sort, OfferChoices<SortOrders>},
     {CliOption::Paper, OfferChoices<Papers>},
+    {CliOption::Bits, OfferChoices<SampleKinds>},
 };
 
 void OfferArgument(const CliCommand &command, std::string_view argument, const Begun &begun) {

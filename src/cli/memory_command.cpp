@@ -36,10 +36,8 @@ std::string NameOf(BuiltinInstrument instrument) {
 std::optional<ReadableInstrument> ReadableOf(BuiltinInstrument instrument) {
     const std::string name = NameOf(instrument);
     for (const SynthDriver *driver : SynthDrivers) {
-        for (const InstrumentMemory &memory : driver->memories) {
-            if (NameContains(name.c_str(), memory.instrument)) {
-                return ReadableInstrument{instrument, driver, &memory};
-            }
+        if (const InstrumentMemory *memory = MemoryOfFamily(*driver, name.c_str())) {
+            return ReadableInstrument{instrument, driver, memory};
         }
     }
     return std::nullopt;

@@ -111,42 +111,6 @@ int ReadMidiFile(const CliCall &call, const char *path, MidiFile &file) {
     return ReadMidiSettings(call);
 }
 
-// Whether the rows `first` to `last` can be sent; else tells why not. A message with bytes that
-// none can carry would be broken off there and arrive nowhere.
-bool CanBeSent(const char *path, const VoiceFileFormat &format, int first, int last) {
-    for (int row = first; row <= last; ++row) {
-        if (CarefulRefusesVoice(row, path, "not sent")) {
-            return false;
-        }
-        if (!format.canBeSent(ListVoice(MainList, row))) {
-            TellError(path, FormatText("place %d holds no whole voice", row + 1));
-            return false;
-        }
-    }
-    const std::string places = PlacesOf(first, last, [&](int row) {
-        return format.fitsAMessage && !format.fitsAMessage(ListVoice(MainList, row));
-    });
-    if (!places.empty()) {
-        TellError(path, "not sent, since a message cannot carry bytes above 7F, which are in the "
-                        "voices at these places: " +
-                            places);
-    }
-    return places.empty();
-}
-
-// Opens the file and looks for the voice at `place` in it; nullptr after telling why not.
-const VoiceObject *OpenVoiceAt(const char *path, const VoiceFileFormat &format, int place) {
-    if (!OpenVoices(path, format)) {
-        return nullptr;
-    }
-    const VoiceObject *voice = ListVoice(MainList, place - 1);
-    if (!voice) {
-        TellError(path, NoSuchPlace(place));
-        return nullptr;
-    }
-    return CanBeSent(path, format, place - 1, place - 1) ? voice : nullptr;
-}
-
 // What a command that sends one voice needs of its file, which is opened. The exit status; a
 // failure has been told.
 int OpenVoiceToSend(const CliCall &call, const char *path, int place, MidiFile &file,
@@ -338,7 +302,7 @@ int CliPlay(const CliCall &call) {
     for (const char *word : call.words.subspan(2)) {
         const auto note = ReadNote(word);
         if (!note) {
-            return TellWrongCall(word, "not a note: 0 to 127, or C-2 to G8, is (C3 is 60)");
+            return TellWrongCall(word, NotANote);
         }
         notes.push_back(*note);
     }

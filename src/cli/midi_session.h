@@ -37,6 +37,10 @@ int WithMidi(const CliCall &call, const std::function<int()> &work);
 // What the built-in instruments hold afterwards goes into the file of --memory.
 int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work);
 
+// How a family keeps voices in the memory of the built-in instrument of that name; nullptr for one
+// that is not of its instruments.
+const InstrumentMemory *MemoryOfFamily(const SynthDriver &family, const char *instrument);
+
 // Reads a file of --memory into the built-in instruments; with `mayBeNew` one that does not exist
 // stands for the state of the factory. ExitDone, or ExitFailed after telling why not.
 int ReadInstrumentMemory(const char *path, bool mayBeNew);

@@ -90,6 +90,32 @@ TEST_F(CliWithoutRoom, APrintedPageStaysAsItWas) {
     }
 }
 
+TEST_F(CliWithoutRoom, ARenderedSoundStaysAsItWas) {
+    const std::string voice = folder.Write("voice.sy1", TestVoiceFile());
+    const std::string sound = folder.File("voice.wav");
+    const std::vector<std::string> render = {"render", voice, "1", sound};
+    const std::string reason = sound + ": could not be written: File too large";
+    ExpectDone(render);
+    const std::size_t size = ReadTestFile(sound).size();
+    std::filesystem::remove(sound);
+    for (const rlim_t limited : TooSmallFor(size)) {
+        ExpectNoRoom(limited, render, reason);
+    }
+    folder.WriteText("voice.wav", "former");
+    for (const rlim_t limited : TooSmallFor(size)) {
+        ExpectNoRoom(limited, render, reason);
+        EXPECT_EQ(ReadTestText(sound), "former") << limited;
+    }
+    const std::string disk = folder.File("disk");
+    std::filesystem::create_directory(disk);
+    RunOnSmallDisk(disk, [&] {
+        const std::string out = disk + "/voice.wav";
+        ExpectFailure({"render", voice, "1", out},
+                      out + ": could not be written: No space left on device");
+        EXPECT_TRUE(std::filesystem::is_empty(disk));
+    });
+}
+
 TEST_F(CliWithoutRoom, AnEditedFileStaysAsItWas) {
     // The backup is what fails first, and nobody says to go on without it.
     const std::string question = "Warning: there has been an error creating a backup for your file."

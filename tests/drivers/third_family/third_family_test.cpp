@@ -134,6 +134,15 @@ TEST_F(ThirdFamilyCli, HasNoParametersToShowOrEditWhereItsRowNamesNone) {
     }
 }
 
+TEST_F(ThirdFamilyCli, IsNotRenderedWithoutABuiltInInstrument) {
+    const ProgramResult result =
+        Run({"render", folder.Write("in.chm", Bank()), "1", folder.File("out.wav")});
+    EXPECT_EQ(result.exitStatus, 1);
+    EXPECT_EQ(result.errors, "tonewright-cli: Chimes: there is no built-in instrument that plays "
+                             "its voices\n");
+    EXPECT_FALSE(folder.Holds("out.wav"));
+}
+
 TEST_F(ThirdFamilyCli, IsNotSentWhereItHasNoTransfer) {
     const std::string bank = folder.Write("in.chm", Bank());
     const ProgramResult result = Run({"upload", bank});
