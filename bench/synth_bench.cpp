@@ -79,8 +79,8 @@ void Effects(benchmark::State &state) {
         for (int block = 0; block < static_cast<int>(Rate) / BlockFrames; ++block) {
             float left[BlockFrames] = {1.0f};
             float right[BlockFrames] = {0.5f};
-            Process(chorus, left, right);
-            Process(reverb, left, right);
+            ApplyEffect(chorus, left, right);
+            ApplyEffect(reverb, left, right);
             benchmark::DoNotOptimize(left);
             benchmark::DoNotOptimize(right);
         }

@@ -388,7 +388,7 @@ void ClearEffect(Effect &effect) {
     effect.quiet = QuietFrames(effect);
 }
 
-void Process(Effect &effect, float (&left)[BlockFrames], float (&right)[BlockFrames]) {
+void ApplyEffect(Effect &effect, float (&left)[BlockFrames], float (&right)[BlockFrames]) {
     if (effect.next.kind != effect.shape.kind && effect.mix == 0.0f) {
         ClearEffect(effect);
         effect.shape = effect.next;

@@ -49,7 +49,7 @@ Effect MakeEffect(double rate);
 void SetEffect(Effect &effect, const EffectShape &shape);
 // A block, in place. Through changes nothing. When nothing has come in or gone out for longer than
 // the longest delay, what goes out is exactly 0.
-void Process(Effect &effect, float (&left)[BlockFrames], float (&right)[BlockFrames]);
+void ApplyEffect(Effect &effect, float (&left)[BlockFrames], float (&right)[BlockFrames]);
 // Nothing of a tail is left.
 bool IsQuiet(const Effect &effect);
 // Forgets the tail, at once.

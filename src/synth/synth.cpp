@@ -443,7 +443,7 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
         synth.filtered = 0.0f; // rather than smaller and smaller for ever
     }
     for (Effect &effect : synth.effects) {
-        Process(effect, left, right);
+        ApplyEffect(effect, left, right);
     }
 
     // The gain follows volume and expression, squared, as fast as it may without a click.

@@ -33,7 +33,7 @@ Stereo Through(Effect &effect, double hz, double seconds, double amplitude = 1.0
             const double x = 2.0 * std::numbers::pi * hz * static_cast<double>(frame) / effect.rate;
             left[i] = right[i] = static_cast<float>(amplitude * std::sin(x));
         }
-        Process(effect, left, right);
+        ApplyEffect(effect, left, right);
         out.left.insert(out.left.end(), left, left + BlockFrames);
         out.right.insert(out.right.end(), right, right + BlockFrames);
     }
@@ -103,7 +103,7 @@ TEST_P(EveryEffect, StaysFiniteAndBoundedForNoiseAtAnyRate) {
                         left[i] = noise(random);
                         right[i] = noise(random);
                     }
-                    Process(effect, left, right);
+                    ApplyEffect(effect, left, right);
                     for (int i = 0; i < BlockFrames; ++i) {
                         ASSERT_TRUE(std::isfinite(left[i]) && std::fabs(left[i]) < 100.0f) << rate;
                         ASSERT_TRUE(std::isfinite(right[i]) && std::fabs(right[i]) < 100.0f)
@@ -150,7 +150,7 @@ TEST(Effects, OfAnEchoRepeatAfterItsTime) {
     effect.quiet = 0;
     float left[BlockFrames] = {1.0f};
     float right[BlockFrames] = {1.0f};
-    Process(effect, left, right);
+    ApplyEffect(effect, left, right);
     const Stereo out = Through(effect, 0.0, 1.5);
     const auto at = static_cast<std::size_t>(0.606 * Rate) - BlockFrames;
     EXPECT_GT(Loudest(Samples(out.left.begin() + at - 4, out.left.begin() + at + 4)), 0.3);
