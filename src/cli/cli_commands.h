@@ -23,6 +23,7 @@ int CliThemes(const CliCall &call);
 int CliTip(const CliCall &call);
 int CliSystemInformation(const CliCall &call);
 int CliPorts(const CliCall &call);
+int CliSound(const CliCall &call);
 int CliFind(const CliCall &call);
 int CliUpload(const CliCall &call);
 int CliUploadVoice(const CliCall &call);

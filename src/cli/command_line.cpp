@@ -60,6 +60,7 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::Channel, "--channel", "N", "the MIDI channel, 1 to 16"},
     {CliOption::Trace, "--trace", nullptr, "print every MIDI message on standard error"},
     {CliOption::Memory, "--memory", "FILE", "keep the memory of the built-in instruments there"},
+    {CliOption::Silent, "--silent", nullptr, "do not let the built-in instruments be heard"},
     {CliOption::Careful, "--careful", nullptr, "careful mode: lose no voice and no former file"},
     {CliOption::NoCareful, "--no-careful", nullptr, "the plain ways, whatever Extras.ini says"},
     {CliOption::WholeDetune, "--whole-detune", nullptr, "keep all steps of a packed detune"},

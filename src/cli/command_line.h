@@ -17,11 +17,11 @@ constexpr int ExitFailed = 1;    // explained on standard error
 constexpr int ExitWrongCall = 2; // the command line itself is wrong
 
 enum class CliOption : std::size_t {
-    Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Careful, NoCareful, WholeDetune,
-    NoWholeDetune, Database, Sort, Paper, Note, Velocity, Seconds, Release, Rate, Bits, Help,
-    Version,
+    Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Silent, Careful, NoCareful,
+    WholeDetune, NoWholeDetune, Database, Sort, Paper, Note, Velocity, Seconds, Release, Rate, Bits,
+    Help, Version,
 };
-constexpr std::size_t CliOptionCount = 25;
+constexpr std::size_t CliOptionCount = 26;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);

@@ -13,6 +13,7 @@
 #include "core/voice_fault.h"
 #include "core/voice_file_reader.h"
 #include "midi/audition.h"
+#include "midi/instrument_sound.h"
 #include "midi/midi_start.h"
 
 #include <algorithm>
@@ -126,12 +127,42 @@ int OpenVoiceToSend(const CliCall &call, const char *path, int place, MidiFile &
 // ---- play
 
 constexpr std::chrono::milliseconds NoteLength(500);
+// Of voices that die away slowly, or never, as an organ whose releases are 0.
+constexpr std::chrono::seconds LongestTail(10);
+constexpr std::chrono::seconds LongestOpening(10); // long before, a card counts as one that fails
+
+// Waits as long as `goesOn` says, but no longer than that, nor after Ctrl-C.
+void WaitWhile(bool (*goesOn)(), std::chrono::milliseconds longest) {
+    constexpr std::chrono::milliseconds step(10);
+    const auto end = std::chrono::steady_clock::now() + longest;
+    while (goesOn() && std::chrono::steady_clock::now() < end && !TransferCancelled()) {
+        std::this_thread::sleep_for(step);
+    }
+}
 
 void HoldNote() {
-    constexpr std::chrono::milliseconds step(10);
-    const auto end = std::chrono::steady_clock::now() + NoteLength;
-    while (std::chrono::steady_clock::now() < end && !TransferCancelled()) {
-        std::this_thread::sleep_for(step);
+    WaitWhile([] { return true; }, NoteLength);
+}
+
+// A note that is played before the sound card answers would be heard too late, or in part.
+void WaitForSoundCard() {
+    WaitWhile(
+        [] {
+            std::string why;
+            return StateOfInstrumentSound(why) == InstrumentSoundState::Opening;
+        },
+        LongestOpening);
+}
+
+void WaitForTail() {
+    WaitWhile([] { return !InstrumentsAreSilent(); }, LongestTail);
+}
+
+// Playing has not failed when nobody heard it.
+void TellWhyNotHeard() {
+    std::string why;
+    if (StateOfInstrumentSound(why) == InstrumentSoundState::Failed) {
+        TellError("", "not heard: " + why);
     }
 }
 
@@ -141,6 +172,7 @@ int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vec
     auto audition = PrepareAudition(nullptr, &voice, synth.id, CurrentMidiPorts(), 0);
     AuditionVelocity();
     const bool isOpen = SendAudition(*audition, nullptr);
+    WaitForSoundCard();
     for (const int note : notes) {
         if (!isOpen || TransferCancelled()) {
             break;
@@ -149,6 +181,8 @@ int PlayNotes(const SynthDriver &synth, const VoiceObject &voice, const std::vec
         HoldNote();
         ReleaseAuditionKey(*audition);
     }
+    WaitForTail();
+    TellWhyNotHeard();
     SilenceAudition(*audition);
     CloseAudition(*audition);
     return isOpen ? ExitDone : TellTransferFailed(synth);
@@ -171,7 +205,7 @@ std::string ExtensionsOfDownloads() {
 } // namespace
 
 int CliPorts(const CliCall &) {
-    UseMidi();
+    UseMidi(InstrumentsAre::Silent);
     for (int index = 0; index < TheMidi.Pm_CountDevices(); ++index) {
         const MidiDeviceInfo *info = TheMidi.Pm_GetDeviceInfo(index);
         if (!info) {
@@ -311,7 +345,9 @@ int CliPlay(const CliCall &call) {
     if (const int status = OpenVoiceToSend(call, path, *place, file, voice); status != ExitDone) {
         return status;
     }
-    return WithInstrument(call, *file.synth, [&] { return PlayNotes(*file.synth, *voice, notes); });
+    return WithInstrument(
+        call, *file.synth, [&] { return PlayNotes(*file.synth, *voice, notes); },
+        call[CliOption::Silent] ? InstrumentsAre::Silent : InstrumentsAre::Heard);
 }
 
 } // namespace tonewright

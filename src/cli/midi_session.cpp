@@ -9,7 +9,6 @@
 #include "core/current.h"
 #include "core/dispatch.h"
 #include "midi/instruments/builtin_instruments.h"
-#include "midi/midi_start.h"
 #include "midi/session_api.h"
 #include "midi/short_messages.h"
 #include "midi/tracing_api.h"
@@ -58,7 +57,9 @@ constexpr std::string_view HelpOfPorts =
     "name that is missing is that of the other one.\n";
 constexpr std::string_view HelpOfInstruments =
     "Without --synth the instrument is that of the file; find looks for that of the settings, or\n"
-    "else for every one. TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in instruments.\n";
+    "else for every one. TONEWRIGHT_INSTRUMENTS=1 in the environment adds built-in instruments, "
+    "as\n"
+    "does the setting extras.BuiltinInstruments.\n";
 
 // Which instruments need no names; empty where all of them do.
 std::string DetectionHelp() {
@@ -104,7 +105,8 @@ int LoadMemory(const char *path) {
     }
     if (!BuiltinInstrumentsWanted()) {
         return TellFailure(path, "no device: the built-in instruments, whose memory it keeps, are "
-                                 "there with TONEWRIGHT_INSTRUMENTS=1");
+                                 "there with TONEWRIGHT_INSTRUMENTS=1, or the setting "
+                                 "extras.BuiltinInstruments");
     }
     return ReadInstrumentMemory(path, true);
 }
@@ -197,14 +199,14 @@ const SynthDriver *SynthOfSettings() {
     return DriverOfId(DriverIdAt(DriverIndexOfName(SelectKeyboardName.c_str())));
 }
 
-int WithMidi(const CliCall &call, const std::function<int()> &work) {
+int WithMidi(const CliCall &call, const std::function<int()> &work, InstrumentsAre instruments) {
     if (const char *path = call[CliOption::Memory]) {
         if (const int status = LoadMemory(path); status != ExitDone) {
             return status;
         }
     }
     PostponeInterruption();
-    UseMidi();
+    UseMidi(instruments);
     MidiSession session{.inner = call[CliOption::Trace] ? MakeTracingApi(TheMidi, PutTraceLine)
                                                         : TheMidi,
                         .isCancelled = InterruptionWaits};
@@ -223,9 +225,9 @@ int WithMidi(const CliCall &call, const std::function<int()> &work) {
     return status;
 }
 
-int WithInstrument(const CliCall &call, const SynthDriver &synth,
-                   const std::function<int()> &work) {
-    return WithMidi(call, [&] {
+int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work,
+                   InstrumentsAre instruments) {
+    const auto workWithInstrument = [&] {
         if (!FindInstrument(synth)) {
             return TellNoDevice(synth);
         }
@@ -233,7 +235,8 @@ int WithInstrument(const CliCall &call, const SynthDriver &synth,
         const char *memory = call[CliOption::Memory];
         const int saved = memory ? SaveMemory(memory) : ExitDone;
         return status != ExitDone ? status : saved;
-    });
+    };
+    return WithMidi(call, workWithInstrument, instruments);
 }
 
 bool FindInstrument(const SynthDriver &synth) {

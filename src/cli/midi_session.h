@@ -4,6 +4,7 @@
 
 #include "cli/command_line.h"
 #include "core/synth_driver.h"
+#include "midi/midi_start.h"
 
 #include <functional>
 #include <optional>
@@ -32,10 +33,12 @@ const SynthDriver *SynthOfSettings();
 // Runs `work` with the program's MIDI table, under --trace if that was asked for, and with what the
 // built-in instruments hold in the file of --memory. The exit status, of `work` or of a failure
 // that was told. A request to end the program is kept until the table is closed.
-int WithMidi(const CliCall &call, const std::function<int()> &work);
+int WithMidi(const CliCall &call, const std::function<int()> &work,
+             InstrumentsAre instruments = InstrumentsAre::Silent);
 // The same once the instrument has been found, its ports then being MidiInPort and MidiOutPort.
 // What the built-in instruments hold afterwards goes into the file of --memory.
-int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work);
+int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work,
+                   InstrumentsAre instruments = InstrumentsAre::Silent);
 
 // How a family keeps voices in the memory of the built-in instrument of that name; nullptr for one
 // that is not of its instruments.

@@ -35,6 +35,8 @@ InstrumentSoundState StateOfInstrumentSound(std::string &why);
 
 // True while one of the outputs of the built-in instruments is open.
 bool InstrumentOutputIsOpen();
+// True when nothing sounds nor is to sound any more, tails of effects too.
+bool InstrumentsAreSilent();
 
 // Silence at once, whatever sounds.
 void PanicInstruments();

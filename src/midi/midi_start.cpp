@@ -1,35 +1,72 @@
 // Puts the MIDI table of a program together.
 #include "midi/midi_start.h"
 
+#include "common/settings.h"
 #include "midi/composite_api.h"
+#include "midi/instrument_sound.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "midi/portmidi_api.h"
+#include "synth/synth.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 
 namespace tonewright {
 namespace {
 
 constexpr const char *InstrumentsVariable = "TONEWRIGHT_INSTRUMENTS";
+constexpr const char *SoundVariable = "TONEWRIGHT_SOUND";
+
+bool VariableIs(const char *name, std::string_view meant) {
+    const char *value = std::getenv(name);
+    return value && value == meant;
+}
+
+// The table of the instruments, who are there as long as they were wanted when somebody looked.
+MidiApi WantedInstruments(const InstrumentListener &listener) {
+    MidiApi api = MakeBuiltinInstruments({.simulatedClock = false, .listener = listener});
+    const auto wanted = std::make_shared<bool>(BuiltinInstrumentsWanted());
+    api.Pm_CountDevices = [wanted, count = api.Pm_CountDevices] { return *wanted ? count() : 0; };
+    api.RescanDevices = [wanted] {
+        if (OpenBuiltinStreams() == 0) {
+            *wanted = BuiltinInstrumentsWanted();
+        }
+    };
+    return api;
+}
 
 } // namespace
 
 bool BuiltinInstrumentsWanted() {
-    const char *value = std::getenv(InstrumentsVariable);
-    return value && std::string_view(value) == "1";
+    return VariableIs(InstrumentsVariable, "1") || BuiltinInstruments != 0;
 }
 
-void UseMidi() {
-    MidiApi ports = MakePortMidiApi();
-    TheMidi = BuiltinInstrumentsWanted()
-                  ? MakeCompositeApi(MakeBuiltinInstruments({.simulatedClock = false}), ports)
-                  : ports;
+bool InstrumentSoundAllowed() {
+    return !VariableIs(SoundVariable, "0");
+}
+
+void UseInstrumentSoundSettings() {
+    SetInstrumentSound({.device = InstrumentDevice,
+                        .volume = std::min(InstrumentVolume, 100u) / 100.0,
+                        .frames = static_cast<int>(std::clamp(InstrumentBuffer, 128u, 2048u)),
+                        .polyphony = static_cast<int>(std::clamp(InstrumentPolyphony, 8u, 64u))});
+}
+
+void UseMidi(InstrumentsAre instruments) {
+    const bool isHeard = instruments == InstrumentsAre::Heard && InstrumentSoundAllowed();
+    if (isHeard) {
+        UseInstrumentSoundSettings();
+    }
+    TheMidi = MakeCompositeApi(
+        WantedInstruments(isHeard ? InstrumentSound() : InstrumentListener()), MakePortMidiApi());
 }
 
 void EndMidi() {
     TheMidi = {};
+    EndInstrumentSound();
 }
 
 } // namespace tonewright

@@ -99,7 +99,8 @@ TEST_F(CliWithoutInstruments, FindNamesEveryFamilyThatWasLookedFor) {
 TEST_F(CliWithoutInstruments, AMemoryIsOfNoUseAndIsNotMade) {
     ExpectFailure({"upload", Bank(), "--out", "DX7", "--memory", Memory()},
                   Memory() + ": no device: the built-in instruments, whose memory it keeps, are "
-                             "there with TONEWRIGHT_INSTRUMENTS=1");
+                             "there with TONEWRIGHT_INSTRUMENTS=1, or the setting "
+                             "extras.BuiltinInstruments");
     EXPECT_FALSE(folder.Holds("studio"));
 }
 
@@ -833,7 +834,7 @@ TEST_F(CliMidi, TheHelpOfACommandSaysHowThePortsAreChosen) {
         for (const char *option :
              {"--synth NAME", "--in NAME", "--out NAME", "--channel N", "--trace", "--memory FILE",
               "SelectKeyboardMidiOut", "The Yamaha reface DX is detected without names, unless",
-              "SelectKeyboardAutodetect", "TONEWRIGHT_INSTRUMENTS"}) {
+              "SelectKeyboardAutodetect", "TONEWRIGHT_INSTRUMENTS", "extras.BuiltinInstruments"}) {
             EXPECT_TRUE(Contains(result.output, option)) << command << ' ' << option;
         }
     }

@@ -1,5 +1,6 @@
 #include "support/reset_program.h"
 
+#include "common/audio_output.h"
 #include "common/desktop.h"
 #include "common/folders.h"
 #include "common/settings.h"
@@ -11,6 +12,7 @@
 #include "database/database_file.h"
 #include "database/database_undo.h"
 #include "database/database_window.h"
+#include "midi/instrument_sound.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "shell/command_queue.h"
@@ -54,6 +56,9 @@ void ResetProgram() {
     TheDatabaseViews = {};
     TheMidi = {};
     TheSoundDevice = PlatformSoundDevice();
+    EndInstrumentSound();
+    SetInstrumentSound({});
+    TheAudioOutput = PlatformAudioOutput();
     ThePreviousInstallation = {};
     HistoryMenuChanged = nullptr;
     PlatformFolders = {};

@@ -14,6 +14,9 @@
 //   TheDesktop                     common/desktop.h          both main()s                empty
 //   TheSoundDevice                 common/sound.h            nobody                      the machine's
 //   (the thread that plays)        common/sound.h            PlaySoundFile, StopSounds   none
+//   TheAudioOutput                 common/audio_output.h     nobody                      the machine's
+//   (the thread of the card)       midi/instrument_sound.h   outputs of the built-in     none
+//                                                            instruments
 //   (the theme that draws)         common/view/theme.h       ThemeLoad, ThemeUnload      the linked one
 //   CurrentDriverId, MidiInPort,   core/current.h            search and choice of an     none
 //     MidiOutPort, SynthFirmware                             instrument

@@ -112,6 +112,7 @@ int RunTests(int *argc, char **argv) {
         testing::GTEST_FLAG(shuffle) = true;
     }
     qputenv("XDG_CONFIG_DIRS", "/dev/null");
+    qputenv("TONEWRIGHT_SOUND", "0"); // but where a test means it
     testing::InitGoogleTest(argc, argv);
     ResetProgram();
     testing::UnitTest::GetInstance()->listeners().Append(new Between);

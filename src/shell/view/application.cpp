@@ -146,7 +146,7 @@ int RunApplication(int argc, char **argv) {
         ShowVersionRefusedBox();
         return 0;
     }
-    UseMidi();
+    UseMidi(InstrumentsAre::Heard);
     MakeProgramFolders();
     SeedRandomNumbers();
     ConfigMigrate();
