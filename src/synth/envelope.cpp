@@ -46,13 +46,14 @@ double Rise(double &level, double target, double speed, double seconds) {
 }
 
 double Fall(double &level, double target, double speed, double seconds) {
-    const double time = (level - target) / speed;
-    if (time <= seconds) {
-        level = target;
-        return seconds - time;
+    const double lowest = level - speed * seconds;
+    if (lowest > target) {
+        level = lowest;
+        return 0.0;
     }
-    level -= speed * seconds;
-    return 0.0;
+    const double time = (level - target) / speed;
+    level = target;
+    return std::max(0.0, seconds - time);
 }
 
 } // namespace
@@ -86,7 +87,7 @@ void AdvanceEnvelope(Envelope &envelope, const EnvelopeShape &shape, double seco
             envelope.waiting = -1.0;
             envelope.level = target;
         } else {
-            const double speed = DecaySpeed(shape.rates[segment]);
+            const double speed = shape.speeds[segment];
             seconds = target > envelope.level ? Rise(envelope.level, target, speed, seconds)
                                               : Fall(envelope.level, target, speed, seconds);
             if (envelope.level != target) {

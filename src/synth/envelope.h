@@ -8,10 +8,11 @@ namespace tonewright {
 
 constexpr double FullLevel = 3840.0;
 
-// What a key's envelope works towards: targets in steps, rates 0 to 63.
+// What a key's envelope works towards: targets in steps, and the speeds of decays in
+// steps a second.
 struct EnvelopeShape {
     std::array<double, 4> targets = {16.0, 16.0, 16.0, 16.0};
-    std::array<int, 4> rates = {63, 63, 63, 63};
+    std::array<double, 4> speeds = {1.0, 1.0, 1.0, 1.0};
     // The time that a segment takes whose target is the present level, in seconds.
     std::array<double, 4> plateaus = {};
 };

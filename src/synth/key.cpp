@@ -27,15 +27,16 @@ void ShapeOperator(KeyOperator &state, const PreparedOperator &voice, int key, i
     for (int i = 0; i < 4; ++i) {
         state.shape.targets[i] =
             std::max(TheSynthChoices.silence, voice.levels[i] + output - 4256.0);
-        state.shape.rates[i] = std::min(63, voice.rates[i] + scaling);
-        state.shape.plateaus[i] = FullRiseTime(state.shape.rates[i]);
+        const int rate = std::min(63, voice.rates[i] + scaling);
+        state.shape.speeds[i] = DecaySpeed(rate);
+        state.shape.plateaus[i] = FullRiseTime(rate);
     }
     if (voice.fixed) {
-        state.octaves = voice.octaves;
+        state.hertz = std::exp2(voice.octaves);
     } else {
         const double octaves = KeyOctaves(key);
-        state.octaves = octaves + voice.octaves + voice.detuneOctaves +
-                        DetuneOctaves(voice.detune, std::exp2(octaves));
+        state.hertz = std::exp2(octaves + voice.octaves + voice.detuneOctaves +
+                                DetuneOctaves(voice.detune, std::exp2(octaves)));
     }
 }
 
@@ -110,60 +111,85 @@ float Limited(float from, float target, float most) {
     return std::clamp(target, from - most, from + most);
 }
 
-// The steps by which LFO and controllers lower an operator of full sensitivity.
+// The steps by which LFO and controllers lower an operator.
 double AmplitudeLoss(const PreparedOperator &prepared, const Modulation &modulation) {
+    if (prepared.amplitudeSensitivity == 0.0) {
+        return 0.0;
+    }
     const double depth = std::min(255.0, prepared.amplitudeDepth * modulation.amplitudeFade +
                                              modulation.amplitudeDepth);
     const double loss = std::min(255.0, depth * modulation.lfoLoss + modulation.envelopeBias);
-    return loss > 0.0 ? -256.0 * std::log2(1.0 - loss / 256.0) : 0.0;
+    return loss > 0.0 ? -256.0 * prepared.amplitudeSensitivity * std::log2(1.0 - loss / 256.0)
+                      : 0.0;
 }
 
-// The straight lines of a key's operator through the next block. False when it is silent.
-bool Steer(const Key &key, KeyOperator &state, const PreparedVoice &voice, int number,
-           const Modulation &modulation, double rate, Lanes &lanes, int lane) {
+double Ratio(double octaves) {
+    return octaves == 0.0 ? 1.0 : std::exp2(octaves);
+}
+
+// What a key's glide does to the pitch of its operators, alone and with the pitch envelope.
+struct KeyRatios {
+    double glide = 1.0;
+    double glideAndEnvelope = 1.0;
+};
+
+// The straight lines of an operator of all keys of a group through the next block. False when it is
+// silent in all of them.
+bool Steer(Key *const *keys, int count, const KeyRatios *ratios, const PreparedVoice &voice,
+           int number, const Modulation &modulation, double rate, Lanes &lanes) {
     const PreparedOperator &prepared = voice.operators[number];
-    double octaves = state.octaves + modulation.octaves;
-    if (!prepared.fixed) {
-        octaves += key.glide;
-        octaves += prepared.followsPitchEnvelope ? key.pitchEnvelope.level : 0.0;
-        octaves += prepared.followsLfo ? modulation.lfoOctaves : 0.0;
-    }
-    AdvanceEnvelope(state.envelope, state.shape, BlockFrames / rate);
-    double level = state.envelope.level;
-    if (prepared.amplitudeSensitivity > 0.0) {
-        level -= prepared.amplitudeSensitivity * AmplitudeLoss(prepared, modulation);
-    }
-    const double cycles = std::exp2(octaves) / rate; // a frame
-    float gain = 0.0f;
-    if (prepared.enabled && state.envelope.level > TheSynthChoices.silence && cycles < 0.5) {
-        gain = static_cast<float>(std::exp2(level / 256.0 - 14.0));
-    }
-    const auto increment = static_cast<std::uint32_t>(std::min(cycles, 0.5) * 0x1p32);
-    if (!key.rendered) {
-        state.increment = increment;
-        state.gain = state.follows ? 0.0f : gain;
-    }
-    if (IsCarrier(voice, number)) {
-        gain *= key.fade;
-        if (state.follows) {
-            const float wanted = gain;
-            gain =
-                Limited(state.gain, gain, static_cast<float>(2.0 * BlockFrames / rate / FadeTime));
-            state.follows = gain != wanted;
+    const double loss = AmplitudeLoss(prepared, modulation);
+    const bool swings = !prepared.fixed && prepared.followsLfo;
+    const double common = Ratio(modulation.octaves + (swings ? modulation.lfoOctaves : 0.0)) / rate;
+    bool sounds[LaneCount] = {};
+    float levels[LaneCount] = {};
+    for (int k = 0; k < count; ++k) {
+        KeyOperator &state = keys[k]->operators[number];
+        AdvanceEnvelope(state.envelope, state.shape, BlockFrames / rate);
+        double cycles = state.hertz * common; // a frame
+        if (!prepared.fixed) {
+            cycles *= prepared.followsPitchEnvelope ? ratios[k].glideAndEnvelope : ratios[k].glide;
         }
+        const auto increment = static_cast<std::uint32_t>(std::min(cycles, 0.5) * 0x1p32);
+        if (!keys[k]->rendered) {
+            state.increment = increment;
+        }
+        const auto difference = static_cast<std::int32_t>(increment - state.increment);
+        lanes.phase[k] = state.phase;
+        lanes.increment[k] = state.increment;
+        lanes.incrementStep[k] = static_cast<std::uint32_t>(difference / BlockFrames);
+        lanes.last[k] = state.outputs[0];
+        lanes.beforeLast[k] = state.outputs[1];
+        state.increment = increment;
+        sounds[k] =
+            prepared.enabled && cycles < 0.5 && state.envelope.level > TheSynthChoices.silence;
+        levels[k] = static_cast<float>(state.envelope.level - loss);
     }
-    const auto difference = static_cast<std::int32_t>(increment - state.increment);
-    lanes.phase[lane] = state.phase;
-    lanes.increment[lane] = state.increment;
-    lanes.incrementStep[lane] = static_cast<std::uint32_t>(difference / BlockFrames);
-    lanes.gain[lane] = state.gain * WaveScale;
-    lanes.gainStep[lane] = (gain - state.gain) * (WaveScale / BlockFrames);
-    lanes.last[lane] = state.outputs[0];
-    lanes.beforeLast[lane] = state.outputs[1];
-    const bool sounds = gain != 0.0f || state.gain != 0.0f;
-    state.increment = increment;
-    state.gain = gain;
-    return sounds;
+    float gains[LaneCount];
+    GainsOf(levels, gains);
+    const bool carrier = IsCarrier(voice, number);
+    const auto most = static_cast<float>(2.0 * BlockFrames / rate / FadeTime);
+    bool heard = false;
+    for (int k = 0; k < count; ++k) {
+        KeyOperator &state = keys[k]->operators[number];
+        float gain = sounds[k] ? gains[k] : 0.0f;
+        if (!keys[k]->rendered) {
+            state.gain = state.follows ? 0.0f : gain;
+        }
+        if (carrier) {
+            gain *= keys[k]->fade;
+            if (state.follows) {
+                const float wanted = gain;
+                gain = Limited(state.gain, gain, most);
+                state.follows = gain != wanted;
+            }
+        }
+        lanes.gain[k] = state.gain * WaveScale;
+        lanes.gainStep[k] = (gain - state.gain) * (WaveScale / BlockFrames);
+        heard = heard || gain != 0.0f || state.gain != 0.0f;
+        state.gain = gain;
+    }
+    return heard;
 }
 
 // What moves in a key beside its operators.
@@ -217,23 +243,26 @@ void RenderOperators(Lanes *lanes, unsigned heard, const PreparedVoice &voice, B
 // Adds up to LaneCount keys to the bus that is heard.
 void RenderGroup(Key *const *keys, int count, const PreparedVoice &voice,
                  const Modulation &modulation, double rate, Bus *buses) {
-    Lanes lanes[MaxOperators];
-    unsigned sounding = 0;
+    KeyRatios ratios[LaneCount];
     for (int k = 0; k < count; ++k) {
         Key &key = *keys[k];
         AdvanceKey(key, voice, modulation, BlockFrames / rate);
-        for (int i = 0; i < voice.operatorCount; ++i) {
-            if (Steer(key, key.operators[i], voice, i, modulation, rate, lanes[i], k)) {
-                sounding |= 1u << i;
-            }
+        ratios[k].glide = Ratio(key.glide);
+        ratios[k].glideAndEnvelope = ratios[k].glide * Ratio(key.pitchEnvelope.level);
+    }
+    Lanes lanes[MaxOperators];
+    unsigned sounding = 0;
+    for (int i = 0; i < voice.operatorCount; ++i) {
+        if (Steer(keys, count, ratios, voice, i, modulation, rate, lanes[i])) {
+            sounding |= 1u << i;
         }
-        key.rendered = true;
     }
 
     RenderOperators(lanes, Heard(voice, sounding), voice, buses);
 
     for (int k = 0; k < count; ++k) {
         Key &key = *keys[k];
+        key.rendered = true;
         bool silent = true;
         for (int i = 0; i < voice.operatorCount; ++i) {
             KeyOperator &state = key.operators[i];

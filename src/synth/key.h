@@ -14,7 +14,7 @@ namespace tonewright {
 struct KeyOperator {
     Envelope envelope;
     EnvelopeShape shape;
-    double octaves = 0.0;              // its frequency at rest, above 1 Hz
+    double hertz = 1.0;                // its frequency at rest
     std::uint32_t phase = 0;           // of 2^32
     std::uint32_t increment = 0;       // a frame, at the end of the last block
     float gain = 0.0f;                 // at the end of the last block

@@ -3,6 +3,7 @@
 #include "synth/lanes.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace tonewright {
@@ -22,9 +23,10 @@ inline float Wave(float cycles) {
     return cycles * parabola * (shifted * shifted + Rest);
 }
 
+constexpr float Nearest = 12582912.0f; // 1.5 * 2^23: adding it rounds to whole numbers
+
 // The cycles that are left of a phase without the whole ones; for up to some thousand.
 inline float WithoutWholeCycles(float cycles) {
-    constexpr float Nearest = 12582912.0f; // 1.5 * 2^23: adding it rounds to whole numbers
     return cycles - ((cycles + Nearest) - Nearest);
 }
 
@@ -85,6 +87,19 @@ void Begin(Bus &bus) {
 }
 
 } // namespace
+
+void GainsOf(const float (&levels)[LaneCount], float (&__restrict gains)[LaneCount]) {
+    for (int lane = 0; lane < LaneCount; ++lane) {
+        const float octaves = levels[lane] * (1.0f / 256.0f) - 14.0f;
+        const float whole = (octaves + Nearest) - Nearest;
+        const float x = octaves - whole;
+        // 2^x, within four millionths of it.
+        const float high = 0.24020711f + x * (0.05597688f + x * 0.00978291f);
+        const float part = 1.0f + x * (0.69311360f + x * high);
+        const auto power = static_cast<std::uint32_t>(static_cast<std::int32_t>(whole) + 127) << 23;
+        gains[lane] = part * std::bit_cast<float>(power);
+    }
+}
 
 void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &in, Bus &out) {
     if (feedback == 0.0f) {

@@ -34,6 +34,9 @@ struct alignas(64) Bus {
     bool filled = false; // or else nothing has been written to it
 };
 
+// Gains of levels of some thousand steps to either side: 2^(level / 256 - 14).
+void GainsOf(const float (&levels)[LaneCount], float (&gains)[LaneCount]);
+
 // Adds an operator to `out` and moves it on by a block; `in` modulates it when it is filled.
 // Feedback as in a voice: cycles for an output of amplitude 2, and of what; 0 for none.
 void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &in, Bus &out);

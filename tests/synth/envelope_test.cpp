@@ -10,7 +10,7 @@ namespace {
 EnvelopeShape Shape(std::array<double, 4> targets, int rate) {
     EnvelopeShape shape;
     shape.targets = targets;
-    shape.rates = {rate, rate, rate, rate};
+    shape.speeds.fill(DecaySpeed(rate));
     shape.plateaus.fill(FullRiseTime(rate));
     return shape;
 }
