@@ -14,7 +14,6 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -195,9 +194,9 @@ using Lock = std::unique_lock<std::mutex>;
 
 // While the card runs: until it is to be closed, or no longer asks for frames, and why.
 void Watch(Sounding &sounding, Lock &lock, std::string &why) {
-    std::optional<Clock::time_point> quietSince;
     unsigned calls = sounding.reader.calls;
     Clock::time_point lastCall = Clock::now();
+    Clock::time_point lastNeed = lastCall;
     for (;;) {
         if (sounding.changed.wait_for(lock, LookInterval, [&] {
                 return sounding.stop || sounding.phase != Phase::Playing;
@@ -217,10 +216,8 @@ void Watch(Sounding &sounding, Lock &lock, std::string &why) {
             return;
         }
         if (sounding.openOutputs > 0 || !IsSilent(*sounding.player)) {
-            quietSince.reset();
-        } else if (!quietSince) {
-            quietSince = now;
-        } else if (now - *quietSince > Linger) {
+            lastNeed = now;
+        } else if (now - lastNeed > Linger) {
             return;
         }
     }
