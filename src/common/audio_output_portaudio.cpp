@@ -8,6 +8,7 @@
 
 #include "common/denormals.h"
 #include "common/quiet_library.h"
+#include "common/sound_configuration.h"
 
 #ifdef TONEWRIGHT_PORTAUDIO_FILE
 #include "common/loaded_library.h"
@@ -108,6 +109,8 @@ std::string ReasonOf(const PortAudio &library, PaError error) {
     return reason;
 }
 
+constexpr const char *NoCard = "no sound card was found";
+
 // nullptr, and why, when the library cannot be used. One that is not nullptr is given back by
 // Pa_Terminate.
 const PortAudio *BeginPortAudio(std::string &why) {
@@ -117,6 +120,10 @@ const PortAudio *BeginPortAudio(std::string &why) {
     }
     KeepAlsaQuiet();
     KeepJackQuiet();
+    if (!HasSoundConfiguration()) {
+        why = NoCard;
+        return nullptr;
+    }
     const PaError error = library->Pa_Initialize();
     if (error != paNoError) {
         why = ReasonOf(*library, error);
@@ -178,8 +185,6 @@ std::vector<Device> FindDevices(const PortAudio &library) {
     }
     return devices;
 }
-
-constexpr const char *NoCard = "no sound card was found";
 
 std::vector<AudioDevice> Devices(std::string &why) {
     const std::lock_guard lock(Calls);

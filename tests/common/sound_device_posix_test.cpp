@@ -3,16 +3,14 @@
 #include "common/folders.h"
 #include "common/settings.h"
 #include "common/sound.h"
+#include "support/alsa_posix.h"
 #include "support/sound_bytes.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <fcntl.h>
 #include <thread>
-#include <unistd.h>
 
 using namespace tonewright;
 
@@ -20,36 +18,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
-
-// Sends standard error to a file as long as it lives; what the libraries write counts too.
-struct CapturedErrors {
-    std::string path;
-    int former;
-
-    explicit CapturedErrors(const std::string &path) : path(path), former(dup(STDERR_FILENO)) {
-        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        dup2(file, STDERR_FILENO);
-        close(file);
-    }
-    std::string Text() {
-        Restore();
-        return ReadTestText(path);
-    }
-    void Restore() {
-        if (former >= 0) {
-            dup2(former, STDERR_FILENO);
-            close(former);
-            former = -1;
-        }
-    }
-    ~CapturedErrors() { Restore(); }
-};
-
-// Makes libasound read this configuration in place of the machine's. Must come before its first
-// use in the process.
-void UseAlsaConfiguration(const TempFolder &temp, const std::string &text) {
-    ASSERT_EQ(setenv("ALSA_CONFIG_PATH", temp.WriteText("alsa.conf", text).c_str(), 1), 0);
-}
 
 void PlayAsTheShellDoes(const TempFolder &temp) {
     std::filesystem::create_directory(temp.path / "sounds");
@@ -63,7 +31,7 @@ void PlayAsTheShellDoes(const TempFolder &temp) {
 
 TEST(NoSoundDevice, AnEventSoundReturnsAtOnceAndPrintsNothing) {
     const TempFolder temp;
-    UseAlsaConfiguration(temp, "pcm.!default { type hw card 77 }\n");
+    const AlsaConfiguration alsa(temp, NoAlsaDevice);
     PlayAsTheShellDoes(temp);
     CapturedErrors errors(temp.File("errors"));
     const auto start = Clock::now();
@@ -79,7 +47,7 @@ TEST(NoSoundDevice, AnEventSoundReturnsAtOnceAndPrintsNothing) {
 
 TEST(NoSoundDevice, AConfigurationThatNamesNoDeviceIsNoErrorEither) {
     const TempFolder temp;
-    UseAlsaConfiguration(temp, "");
+    const AlsaConfiguration alsa(temp, "");
     PlayAsTheShellDoes(temp);
     CapturedErrors errors(temp.File("errors"));
     EXPECT_EQ(PlayEventSound(DefaultEventSound), 1);
@@ -101,8 +69,7 @@ TEST(NoSoundDevice, AMissingSoundIsIgnoredInSilence) {
 TEST(SoundDevice, PlaysEveryFrameOfTheFile) {
     const TempFolder temp;
     const std::string heard = temp.File("heard.raw");
-    UseAlsaConfiguration(temp, "pcm.!default { type file slave.pcm { type null } file \"" + heard +
-                                   "\" format raw }\n");
+    const AlsaConfiguration alsa(temp, FileAlsaDevice(heard));
     PlayAsTheShellDoes(temp);
     CapturedErrors errors(temp.File("errors"));
     ASSERT_EQ(PlayEventSound(DefaultEventSound), 1);
