@@ -158,6 +158,7 @@ bool Steer(Key *const *keys, int count, const KeyRatios *ratios, const PreparedV
         lanes.phase[k] = state.phase;
         lanes.increment[k] = state.increment;
         lanes.incrementStep[k] = static_cast<std::uint32_t>(difference / BlockFrames);
+        lanes.glides = lanes.glides || lanes.incrementStep[k] != 0;
         lanes.last[k] = state.outputs[0];
         lanes.beforeLast[k] = state.outputs[1];
         state.increment = increment;

@@ -10,17 +10,17 @@ namespace tonewright {
 
 namespace {
 
-// The sine of a phase of -0.5 to 0.5 cycles, divided by WaveScale, within 102 dB: a polynomial of
-// the parabola of each half cycle, so that its zeros are exact. Its coefficients are the ones of
+// The sine of a phase of -0.5 to 0.5 cycles, times `gain` / WaveScale, within 102 dB: a polynomial
+// of the parabola of each half cycle, so that its zeros are exact. Its coefficients are the ones of
 // least error for p * (12.56886874 + 50.02489617 * |p| + 77.93929442 * p^2), the leading one taken
 // out and the square completed.
-inline float Wave(float cycles) {
+inline float Wave(float cycles, float gain) {
     constexpr float Shift = 50.02489617f / (2.0f * WaveScale);
     constexpr float Rest = 12.56886874f / WaveScale - Shift * Shift;
     const float height = std::fabs(cycles);
     const float parabola = 0.5f - height;
     const float shifted = height * parabola + Shift;
-    return cycles * parabola * (shifted * shifted + Rest);
+    return cycles * parabola * gain * (shifted * shifted + Rest);
 }
 
 constexpr float Nearest = 12582912.0f; // 1.5 * 2^23: adding it rounds to whole numbers
@@ -34,48 +34,67 @@ inline float Cycles(std::uint32_t phase) {
     return static_cast<float>(static_cast<std::int32_t>(phase)) * 0x1p-32f;
 }
 
-// An operator, with feedback of a kind or none.
-template <bool FeedsBack, FeedbackKind Kind, bool Modulated, bool Adds>
+// How an operator is rendered: with feedback of a kind or none; whether its pitch moves within the
+// block, something modulates it and something is on its bus before.
+enum class Feedback { None, Output, Sawtooth, Square };
+
+template <Feedback Kind, bool Glides, bool Modulated, bool Adds>
 void Render(Lanes &__restrict lanes, float feedback, const Bus &__restrict in,
             Bus &__restrict out) {
-    const float half = 0.5f * feedback;
+    // Each sample that is fed back waits for the one before it, so as little as possible happens
+    // between them: they are kept as what they add to the phase (its root, for the square).
+    const float weight = Kind == Feedback::Square ? 0.5f * std::sqrt(feedback) : 0.5f * feedback;
+    for (int lane = 0; Kind != Feedback::None && lane < LaneCount; ++lane) {
+        lanes.last[lane] *= weight;
+        lanes.beforeLast[lane] *= weight;
+    }
     for (int frame = 0; frame < BlockFrames; ++frame) {
         for (int lane = 0; lane < LaneCount; ++lane) {
+            const float gain = lanes.gain[lane];
             float cycles = Cycles(lanes.phase[lane]);
             if (Modulated) {
                 cycles += in.rows[frame][lane];
             }
-            if (FeedsBack && Kind == FeedbackKind::Square) {
-                const float sum = lanes.last[lane] + lanes.beforeLast[lane];
-                cycles += sum * sum * (0.5f * half);
-            } else if (FeedsBack) {
-                // The last one comes last: what needs it waits for it.
-                cycles += lanes.beforeLast[lane] * half;
-                cycles += lanes.last[lane] * half;
-            }
-            const float wave = Wave(Modulated || FeedsBack ? WithoutWholeCycles(cycles) : cycles);
-            const float output = wave * lanes.gain[lane];
-            out.rows[frame][lane] = Adds ? out.rows[frame][lane] + output : output;
-            if (FeedsBack) {
+            float output = 0.0f;
+            if (Kind == Feedback::None) {
+                output = Wave(Modulated ? WithoutWholeCycles(cycles) : cycles, gain);
+            } else {
+                if (Kind == Feedback::Square) {
+                    const float sum = lanes.beforeLast[lane] + lanes.last[lane];
+                    cycles += sum * sum;
+                } else {
+                    cycles = cycles + lanes.beforeLast[lane] + lanes.last[lane];
+                }
+                const bool ofOutput = Kind == Feedback::Output;
+                const float kept =
+                    Wave(WithoutWholeCycles(cycles), ofOutput ? gain * weight : WaveScale * weight);
+                output = ofOutput ? kept * (1.0f / weight)
+                                  : kept * (gain * (1.0f / (WaveScale * weight)));
                 lanes.beforeLast[lane] = lanes.last[lane];
-                lanes.last[lane] = Kind == FeedbackKind::Output ? output : wave * WaveScale;
+                lanes.last[lane] = kept;
             }
-            lanes.increment[lane] += lanes.incrementStep[lane];
+            out.rows[frame][lane] = Adds ? out.rows[frame][lane] + output : output;
+            if (Glides) {
+                lanes.increment[lane] += lanes.incrementStep[lane];
+            }
             lanes.phase[lane] += lanes.increment[lane];
-            lanes.gain[lane] += lanes.gainStep[lane];
+            lanes.gain[lane] = gain + lanes.gainStep[lane];
         }
+    }
+    for (int lane = 0; Kind != Feedback::None && lane < LaneCount; ++lane) {
+        lanes.last[lane] /= weight;
+        lanes.beforeLast[lane] /= weight;
     }
 }
 
-template <bool FeedsBack, FeedbackKind Kind>
-void Render(Lanes &lanes, float feedback, const Bus &in, Bus &out) {
-    if (in.filled) {
-        out.filled ? Render<FeedsBack, Kind, true, true>(lanes, feedback, in, out)
-                   : Render<FeedsBack, Kind, true, false>(lanes, feedback, in, out);
-    } else {
-        out.filled ? Render<FeedsBack, Kind, false, true>(lanes, feedback, in, out)
-                   : Render<FeedsBack, Kind, false, false>(lanes, feedback, in, out);
-    }
+template <Feedback Kind> void Render(Lanes &lanes, float feedback, const Bus &in, Bus &out) {
+    using Loop = void (*)(Lanes &, float, const Bus &, Bus &);
+    static constexpr Loop Loops[2][2][2] = {
+        {{Render<Kind, false, false, false>, Render<Kind, false, false, true>},
+         {Render<Kind, false, true, false>, Render<Kind, false, true, true>}},
+        {{Render<Kind, true, false, false>, Render<Kind, true, false, true>},
+         {Render<Kind, true, true, false>, Render<Kind, true, true, true>}}};
+    Loops[lanes.glides][in.filled][out.filled](lanes, feedback, in, out);
     out.filled = true;
 }
 
@@ -103,13 +122,13 @@ void GainsOf(const float (&levels)[LaneCount], float (&__restrict gains)[LaneCou
 
 void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &in, Bus &out) {
     if (feedback == 0.0f) {
-        Render<false, FeedbackKind::Output>(lanes, feedback, in, out);
+        Render<Feedback::None>(lanes, feedback, in, out);
     } else if (kind == FeedbackKind::Output) {
-        Render<true, FeedbackKind::Output>(lanes, feedback, in, out);
+        Render<Feedback::Output>(lanes, feedback, in, out);
     } else if (kind == FeedbackKind::Sawtooth) {
-        Render<true, FeedbackKind::Sawtooth>(lanes, feedback, in, out);
+        Render<Feedback::Sawtooth>(lanes, feedback, in, out);
     } else {
-        Render<true, FeedbackKind::Square>(lanes, feedback, in, out);
+        Render<Feedback::Square>(lanes, feedback, in, out);
     }
 }
 
@@ -126,7 +145,7 @@ void RenderLoop(Lanes *operators, int count, float feedback, Bus &out) {
             Lanes &lanes = operators[i];
             for (int lane = 0; lane < LaneCount; ++lane) {
                 const float cycles = Cycles(lanes.phase[lane]) + carried[lane];
-                carried[lane] = Wave(WithoutWholeCycles(cycles)) * lanes.gain[lane];
+                carried[lane] = Wave(WithoutWholeCycles(cycles), lanes.gain[lane]);
                 lanes.increment[lane] += lanes.incrementStep[lane];
                 lanes.phase[lane] += lanes.increment[lane];
                 lanes.gain[lane] += lanes.gainStep[lane];

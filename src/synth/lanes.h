@@ -26,6 +26,7 @@ struct alignas(64) Lanes {
     // Of an operator that feeds back: its last two outputs, or those of its wave.
     float last[LaneCount] = {};
     float beforeLast[LaneCount] = {};
+    bool glides = false; // one of the steps of its increments is not 0
 };
 
 // What operators add up to: the modulation of others, in cycles, or what is heard.

@@ -213,6 +213,24 @@ void SetEffects(Synth &synth) {
     }
 }
 
+// Takes offsets away.
+void FilterOffset(Synth &synth, float (&samples)[BlockFrames]) {
+    const auto keep =
+        static_cast<float>(std::exp(-2.0 * std::numbers::pi * OffsetCorner / synth.rate));
+    float before = synth.unfiltered;
+    float filtered = synth.filtered;
+    float loudest = 0.0f;
+    for (float &sample : samples) {
+        const float step = sample - before;
+        before = sample;
+        sample = filtered = keep * (filtered + step);
+        loudest = std::max(loudest, std::fabs(filtered));
+    }
+    synth.unfiltered = before;
+    // Silence, rather than smaller and smaller for ever.
+    synth.filtered = loudest < Inaudible && before == 0.0f ? 0.0f : filtered;
+}
+
 // The end of a panic's fade.
 void EndPanic(Synth &synth) {
     for (Key &key : synth.keys) {
@@ -430,18 +448,8 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
     }
     synth.voiceEndsIn = std::max(0, synth.voiceEndsIn - BlockFrames);
 
-    const auto keep =
-        static_cast<float>(std::exp(-2.0 * std::numbers::pi * OffsetCorner / synth.rate));
-    float loudest = 0.0f;
-    for (int i = 0; i < BlockFrames; ++i) {
-        synth.filtered = keep * (synth.filtered + left[i] - synth.unfiltered);
-        synth.unfiltered = left[i];
-        loudest = std::max(loudest, std::fabs(synth.filtered));
-        left[i] = right[i] = synth.filtered;
-    }
-    if (loudest < Inaudible && synth.unfiltered == 0.0f) {
-        synth.filtered = 0.0f; // rather than smaller and smaller for ever
-    }
+    FilterOffset(synth, left);
+    std::ranges::copy(left, right);
     for (Effect &effect : synth.effects) {
         ApplyEffect(effect, left, right);
     }
@@ -454,9 +462,9 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
         std::clamp(static_cast<float>(wanted), synth.gain - most, synth.gain + most);
     const float step = (target - synth.gain) / BlockFrames;
     for (int i = 0; i < BlockFrames; ++i) {
-        synth.gain += step;
-        left[i] *= synth.gain * static_cast<float>(FullScale);
-        right[i] *= synth.gain * static_cast<float>(FullScale);
+        const float gain = synth.gain + step * static_cast<float>(i + 1);
+        left[i] *= gain * static_cast<float>(FullScale);
+        right[i] *= gain * static_cast<float>(FullScale);
     }
     synth.gain = target;
 

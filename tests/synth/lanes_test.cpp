@@ -12,13 +12,14 @@ namespace tonewright {
 namespace {
 
 // Every lane with a pitch and a loudness of its own.
-Lanes DifferentLanes() {
+Lanes DifferentLanes(bool glides = true) {
     Lanes lanes;
+    lanes.glides = glides;
     for (int lane = 0; lane < LaneCount; ++lane) {
         const auto number = static_cast<std::uint32_t>(lane);
         lanes.phase[lane] = 0x10000000u * number + 12345u;
         lanes.increment[lane] = 0x01234567u * (number + 1);
-        lanes.incrementStep[lane] = 0x1000u * number;
+        lanes.incrementStep[lane] = glides ? 0x1000u * number : 0u;
         lanes.gain[lane] = WaveScale * (1.0f - 0.05f * static_cast<float>(lane));
         lanes.gainStep[lane] = 0.0005f * WaveScale * static_cast<float>(lane);
     }
@@ -48,18 +49,20 @@ double Sine(double cycles) {
 constexpr double Tolerance = 1.2e-5;
 
 TEST(LanesOfAnOperator, AreSinesOfTheirOwnPitchAndLoudness) {
-    const Lanes begin = DifferentLanes();
-    Lanes lanes = begin;
-    const Bus none = {};
-    Bus out;
-    RenderOperator(lanes, 0.0f, FeedbackKind::Output, none, out);
-    ASSERT_TRUE(out.filled);
-    for (int frame = 0; frame < BlockFrames; ++frame) {
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            const double gain = GainAt(begin, lane, frame);
-            EXPECT_NEAR(out.rows[frame][lane], gain * Sine(PhaseAt(begin, lane, frame)),
-                        gain * Tolerance)
-                << frame << ", " << lane;
+    for (const bool glides : {false, true}) {
+        const Lanes begin = DifferentLanes(glides);
+        Lanes lanes = begin;
+        const Bus none = {};
+        Bus out;
+        RenderOperator(lanes, 0.0f, FeedbackKind::Output, none, out);
+        ASSERT_TRUE(out.filled);
+        for (int frame = 0; frame < BlockFrames; ++frame) {
+            for (int lane = 0; lane < LaneCount; ++lane) {
+                const double gain = GainAt(begin, lane, frame);
+                EXPECT_NEAR(out.rows[frame][lane], gain * Sine(PhaseAt(begin, lane, frame)),
+                            gain * Tolerance)
+                    << frame << ", " << lane;
+            }
         }
     }
 }
