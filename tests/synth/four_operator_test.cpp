@@ -3,6 +3,7 @@
 #include "measure.h"
 #include "panel.h"
 #include "synth/synth.h"
+#include "voices.h"
 
 #include <gtest/gtest.h>
 
@@ -29,7 +30,15 @@ enum : int {
     On,
     EgRate1,
     EgLevel1 = 5,
-    VelocityByte = 17,
+    RateScalingByte = 9,
+    LeftDepthByte,
+    RightDepthByte,
+    LeftCurveByte,
+    RightCurveByte,
+    AmplitudeDepthByte,
+    PitchDepthOn,
+    PitchEnvelopeOn,
+    VelocityByte,
     LevelByte,
     FeedbackLevel,
     FeedbackType,
@@ -38,7 +47,19 @@ enum : int {
     FineByte,
     DetuneByte
 };
-enum : int { TransposeAt = 12, PartModeAt, PortamentoAt, BendAt, AlgorithmAt, PitchLevelAt = 25 };
+enum : int {
+    TransposeAt = 12,
+    PartModeAt,
+    PortamentoAt,
+    BendAt,
+    AlgorithmAt,
+    LfoWaveAt,
+    LfoSpeedAt,
+    LfoDelayAt,
+    LfoPitchDepthAt,
+    PitchRateAt,
+    PitchLevelAt = 25
+};
 
 // All operators on, of ratio 1, at level 0; operator 1 at full level.
 FourVoice InitialFour() {
@@ -147,6 +168,126 @@ TEST(FourOperators, LoseThreeQuartersOfADecibelAUnitOfLevel) {
     voice.Operator(1, LevelByte) = 0;
     const Samples silent = Heard(voice.Prepared(), 60, 0.1);
     EXPECT_EQ(*std::ranges::max_element(silent), 0.0);
+}
+
+std::vector<PitchPoint> Swings(const FourVoice &voice, int key, double seconds) {
+    return PitchOverTime(Heard(voice.Prepared(), key, seconds), Rate, Frequency(key));
+}
+
+double LevelAt(const FourVoice &voice, int key, double seconds) {
+    return Amplitude(Heard(voice.Prepared(), key, seconds + 0.1), Rate, Frequency(key), seconds);
+}
+
+TEST(FourOperators, FallByTheLawOfTheOthersAtHalfTheirRate) {
+    // 0.2819 dB a second, twice as fast with every eighth of the rate, on straight lines between.
+    const std::vector<std::pair<int, double>> rates = {
+        {40, 9.021}, {41, 9.021}, {64, 72.17}, {74, 180.4}, {90, 721.7}};
+    for (const auto &[rate, speed] : rates) {
+        FourVoice voice = InitialFour();
+        voice.Operator(1, EgRate1 + 1) = static_cast<std::uint8_t>(rate);
+        voice.Operator(1, EgLevel1 + 1) = 0;
+        voice.Operator(1, EgLevel1 + 2) = 0;
+        const double begin = 6.0 / speed, end = 36.0 / speed;
+        EXPECT_NEAR((LevelAt(voice, 96, begin) - LevelAt(voice, 96, end)) / (end - begin) / speed,
+                    1.0, 0.01)
+            << rate;
+        // Full rate scaling adds 21 to half the rate at key 96.
+        voice.Operator(1, RateScalingByte) = 127;
+        voice.Operator(1, EgRate1 + 1) = static_cast<std::uint8_t>(rate - 40);
+        const double scaled =
+            0.2819 * std::exp2((rate / 2 + 1) / 4) * (1.0 + (rate / 2 + 1) % 4 / 4.0);
+        const double late = 36.0 / scaled, early = 6.0 / scaled;
+        EXPECT_NEAR((LevelAt(voice, 96, early) - LevelAt(voice, 96, late)) / (late - early) /
+                        scaled,
+                    1.0, 0.02)
+            << rate;
+    }
+}
+
+TEST(FourOperators, FollowTheTouchAndTheKeyByTheLawsOfTheOthers) {
+    FourVoice voice = InitialFour();
+    voice.Operator(1, LevelByte) = 100;
+    const auto played = [&](int velocity) {
+        return Amplitude(RenderedKey(voice.Prepared(), 84, velocity, 1.0, 0.5), Rate, Frequency(84),
+                         0.4);
+    };
+    const double rest = played(98);
+    EXPECT_EQ(played(20), rest);
+    voice.Operator(1, VelocityByte) = 127; // as 7 there
+    EXPECT_NEAR(played(127) - rest, 5.3, 0.2);
+    EXPECT_NEAR(played(64) - rest, -10.5, 0.2);
+    voice.Operator(1, VelocityByte) = 0;
+    // Eight groups of three keys above C3, and below, where more than full level is cut.
+    voice.Operator(1, RightDepthByte) = 127; // as 99 there
+    voice.Operator(1, RightCurveByte) = 0;
+    voice.Operator(1, LeftDepthByte) = 64; // as 50 there
+    voice.Operator(1, LeftCurveByte) = 3;
+    EXPECT_NEAR(LevelAt(voice, 60, 0.4), rest, 0.05);
+    EXPECT_NEAR(LevelAt(voice, 84, 0.4) - rest, -63 * 0.7526, 0.1);
+    EXPECT_NEAR(LevelAt(voice, 36, 0.4) - rest, 27 * 0.7526, 0.1);
+}
+
+TEST(FourOperators, SwingAtTheirOwnFrequencies) {
+    const std::vector<std::pair<int, double>> speeds = {
+        {32, 1.35},  {64, 2.69}, {72, std::sqrt(2.69 * 4.37)}, {80, 4.37}, {96, 8.4}, {112, 17.5},
+        {120, 27.4}, {127, 39.7}};
+    for (const auto &[speed, hz] : speeds) {
+        FourVoice voice = InitialFour();
+        voice.bytes[LfoSpeedAt] = static_cast<std::uint8_t>(speed);
+        voice.bytes[LfoPitchDepthAt] = 40;
+        voice.Operator(1, PitchDepthOn) = 1;
+        EXPECT_NEAR(SwingFrequency(Swings(voice, 96, 4.0)) / hz, 1.0, 0.01) << speed;
+    }
+}
+
+TEST(FourOperators, SwingAsFarAsTheirDepthsAndAfterTheirDelay) {
+    FourVoice voice = InitialFour();
+    voice.bytes[LfoSpeedAt] = 96;
+    for (const int depth : {127, 32}) {
+        for (const int delay : {0, 64, 127}) {
+            voice.bytes[LfoPitchDepthAt] = static_cast<std::uint8_t>(depth);
+            voice.bytes[LfoDelayAt] = static_cast<std::uint8_t>(delay);
+            voice.Operator(1, PitchDepthOn) = 1;
+            const double wait = 0.012 + 1.188 * delay / 127.0;
+            double before = 0.0, after = 0.0;
+            for (const auto &[seconds, octaves] : Swings(voice, 96, 2.5)) {
+                (seconds < wait - 0.002 ? before : after) =
+                    std::max(seconds < wait - 0.002 ? before : after, std::fabs(octaves));
+            }
+            EXPECT_LT(before, 0.001) << depth << ", " << delay;
+            EXPECT_NEAR(after, depth / 127.0, 0.02 * depth / 127.0) << depth << ", " << delay;
+            voice.Operator(1, PitchDepthOn) = 0;
+            EXPECT_NEAR(Swings(voice, 96, 1.5).back().octaves, 0.0, 0.001);
+        }
+    }
+    voice.bytes[LfoPitchDepthAt] = voice.bytes[LfoDelayAt] = 0;
+    voice.bytes[LfoWaveAt] = 4; // square
+    voice.bytes[LfoSpeedAt] = 64;
+    for (const int depth : {32, 64, 96}) {
+        voice.Operator(1, AmplitudeDepthByte) = static_cast<std::uint8_t>(depth);
+        const Samples samples = Heard(voice.Prepared(), 96, 1.0);
+        double quietest = 0.0;
+        for (double time = 0.1; time < 0.9; time += 0.01) {
+            quietest = std::min(quietest, Amplitude(samples, Rate, Frequency(96), time));
+        }
+        EXPECT_NEAR(quietest, 20.0 * std::log10(1.0 - 2.0 * depth / 256.0), 0.1) << depth;
+    }
+}
+
+TEST(FourOperators, MoveTheirPitchBetweenGeometricRates) {
+    FourVoice voice = InitialFour();
+    voice.Operator(1, PitchEnvelopeOn) = 1;
+    for (int i = 0; i < 3; ++i) {
+        voice.bytes[PitchLevelAt + i] = 76; // an octave up
+    }
+    for (const int rate : {60, 90, 127}) {
+        voice.bytes[PitchRateAt] = static_cast<std::uint8_t>(rate);
+        const double speed = std::pow(255.0, rate / 127.0) * 0.0454;
+        for (const auto &[seconds, octaves] : Swings(voice, 96, 1.0 / speed + 0.2)) {
+            ASSERT_NEAR(octaves, std::min(1.0, speed * seconds), 0.01 + 0.004 * speed)
+                << rate << " at " << seconds;
+        }
+    }
 }
 
 TEST(FourOperators, PlayOneKeyInTheMonoModesOfTheirVoice) {

@@ -121,6 +121,55 @@ double PeakFrequency(const Samples &samples, double rate, double seconds) {
     return (static_cast<double>(peak) + offset) * rate / Size;
 }
 
+double Amplitude(const Samples &samples, double rate, double hz, double seconds) {
+    const double length = std::max(4.0 / hz, 0.004) * rate;
+    const auto begin = static_cast<std::ptrdiff_t>(std::lround(seconds * rate - length / 2.0));
+    std::complex<double> sum;
+    double weights = 0.0;
+    for (std::ptrdiff_t i = 0; i < std::lround(length); ++i) {
+        const double weight =
+            1.0 - std::cos(2.0 * std::numbers::pi * (static_cast<double>(i) + 0.5) / length);
+        const std::ptrdiff_t at = begin + i;
+        if (at >= 0 && at < static_cast<std::ptrdiff_t>(samples.size())) {
+            sum += weight * samples[static_cast<std::size_t>(at)] *
+                   std::polar(1.0, -2.0 * std::numbers::pi * hz * static_cast<double>(at) / rate);
+        }
+        weights += weight;
+    }
+    return 20.0 * std::log10(std::max(2.0 * std::abs(sum) / weights, 1e-12));
+}
+
+std::vector<PitchPoint> PitchOverTime(const Samples &samples, double rate, double hz) {
+    std::vector<PitchPoint> points;
+    double former = -1.0; // rise, in frames
+    for (std::size_t i = 1; i < samples.size(); ++i) {
+        if (samples[i - 1] < 0.0 && samples[i] >= 0.0) {
+            const double rise = static_cast<double>(i) - samples[i] / (samples[i] - samples[i - 1]);
+            if (former >= 0.0) {
+                points.push_back({.seconds = (former + rise) / 2.0 / rate,
+                                  .octaves = std::log2(rate / (rise - former) / hz)});
+            }
+            former = rise;
+        }
+    }
+    return points;
+}
+
+double SwingFrequency(const std::vector<PitchPoint> &points) {
+    std::vector<double> falls;
+    bool wasAbove = false;
+    for (const auto &[seconds, octaves] : points) {
+        wasAbove = wasAbove || octaves > 0.01;
+        if (wasAbove && octaves <= 0.0) {
+            falls.push_back(seconds);
+            wasAbove = false;
+        }
+    }
+    return falls.size() < 2
+               ? 0.0
+               : static_cast<double>(falls.size() - 1) / (falls.back() - falls.front());
+}
+
 std::vector<double> Levels(const Samples &samples, double rate) {
     const auto frames = static_cast<std::size_t>(std::lround(0.02 * rate));
     std::vector<double> levels;

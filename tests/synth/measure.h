@@ -20,6 +20,17 @@ std::vector<double> Partials(const Samples &samples, double rate, double hz, dou
                              int count);
 // The frequency of the strongest line above 20 Hz around `seconds`.
 double PeakFrequency(const Samples &samples, double rate, double seconds);
+// The amplitude of a sine of that frequency around `seconds`, in dB; 0 is amplitude 1. Of some
+// milliseconds, or of four of its periods.
+double Amplitude(const Samples &samples, double rate, double hz, double seconds);
+// The pitch of a sine between any two of its rises through 0, in octaves above `hz`.
+struct PitchPoint {
+    double seconds = 0.0;
+    double octaves = 0.0;
+};
+std::vector<PitchPoint> PitchOverTime(const Samples &samples, double rate, double hz);
+// How often a second it falls through that of `hz` from a hundredth of an octave above it or more.
+double SwingFrequency(const std::vector<PitchPoint> &points);
 // The level of each 20 ms in dB; 0 is a sine of amplitude 1.
 std::vector<double> Levels(const Samples &samples, double rate);
 
