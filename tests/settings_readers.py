@@ -15,7 +15,7 @@ import sys
 WITHOUT_READER = {"DialogUpdateTime", "FileMenuRange", "ImageFileOpenIndex", "PatchLevel",
                   "RememberFileHistoryCover", "ShowDriverMessage"}
 # Stand in the file before what they are for does.
-NO_READER_YET = {"RefaceZero64", "SpaceAuditions"}
+NO_READER_YET = {"SpaceAuditions"}
 ROW = re.compile(r"^SETTING\(\w+, (\w+),", re.MULTILINE)
 # Comments, and texts, which may tell the name of a setting.
 WORDS = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.DOTALL)

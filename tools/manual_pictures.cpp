@@ -206,6 +206,7 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
     RunUserCommand(CommandDownload);
     SelectRow(window, VoiceRow);
     Save(pictures, "window-reface", window);
+    RefaceZero64 = 1;
     TakeEditor(pictures, "editor-reface", 0);
     TakeEditor(pictures, "editor-reface-operator", 1);
     TakeCommand(pictures, "configure", CommandConfigure);

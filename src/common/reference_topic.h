@@ -23,6 +23,7 @@ constexpr std::string_view ReferenceTopics[] = {
     "EXTRAS_CAREFULMODE",
     "EXTRAS_WHOLEDETUNE",
     "EXTRAS_AUDITIONKEEPSVOICE",
+    "EXTRAS_REFACEZERO64",
     "SYSTEMINFORMATION",
     "WELCOME",
 };

@@ -205,7 +205,7 @@ std::string SetParameterText(const VoiceParameters &family, const NamedParameter
     if (!reading.value) {
         return reading.reason;
     }
-    const int largest = (1 << row.packedBits) - 1 - row.bias; // of a bank
+    const int largest = (1 << row.packedBits) - 1 - BiasOf(row); // of a bank
     if (kind == VoiceFileKind::Bank && *reading.value > largest) {
         return std::string(text) + FormatText(" does not fit into a bank, which has room for %d to "
                                               "%d",
@@ -251,7 +251,8 @@ std::string RemarkOnValue(const VoiceParameters &family, const NamedParameter &p
             switching->levelName.c_str(), switching->level);
     }
     const int shown = ShownValue(family, row, voice, parameter.part);
-    const int read = ((shown + row.bias) & ((1 << row.readBits) - 1)) - row.bias;
+    const int bias = BiasOf(row);
+    const int read = ((shown + bias) & ((1 << row.readBits) - 1)) - bias;
     return WholeDetune != 0 || row.readBits >= row.packedBits || read == shown
                ? ""
                : FormatText("a bank read without --whole-detune has %d in the stead of %d", read,

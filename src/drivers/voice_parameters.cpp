@@ -1,6 +1,7 @@
 // Reads and writes parameters by their rows.
 #include "drivers/voice_parameters.h"
 
+#include "common/settings.h"
 #include "common/text.h"
 #include "drivers/frequency.h"
 
@@ -27,6 +28,10 @@ std::uint8_t OperatorBitOf(const VoiceParameters &family, int part) {
 
 } // namespace
 
+int BiasOf(const VoiceParameter &row) {
+    return RefaceZero64 != 0 ? row.instrumentBias.value_or(row.bias) : row.bias;
+}
+
 int ShownValue(const VoiceParameters &family, const VoiceParameter &row, const VoiceObject &voice,
                int part) {
     const std::uint8_t *byte = ByteOf(family, row, voice, part);
@@ -38,7 +43,7 @@ int ShownValue(const VoiceParameters &family, const VoiceParameter &row, const V
     case ParameterKind::OperatorBit:
         return (*byte & OperatorBitOf(family, part)) != 0;
     default:
-        return *byte - row.bias;
+        return *byte - BiasOf(row);
     }
 }
 
@@ -58,7 +63,7 @@ void StoreShownValue(const VoiceParameters &family, const VoiceParameter &row, V
         *byte = static_cast<std::uint8_t>(shown != 0 ? *byte | bit : *byte & ~bit);
         break;
     default:
-        *byte = static_cast<std::uint8_t>(shown + row.bias);
+        *byte = static_cast<std::uint8_t>(shown + BiasOf(row));
     }
 }
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -46,7 +47,9 @@ struct VoiceParameter {
     // operator's row in the bytes of that operator. Of an OperatorBit always in the voice-wide
     // ones.
     std::size_t offset = 0;
-    int bias = 0;       // what is shown is what is stored minus this
+    int bias = 0; // what is shown is what is stored minus this
+    // The same while RefaceZero64 is on, where it is another one.
+    std::optional<int> instrumentBias = {};
     int packedBits = 8; // how many bits a bank's file has for it
     int readBits = 16;  // how many of them are read at most unless WholeDetune is on
     // A bank's file, which has no OperatorBit, has 0 here for an operator that is off.
@@ -87,6 +90,8 @@ struct VoiceParameters {
 // The parts of a voice in what follows: 0 for rows of `voice`, 1 to operatorCount for rows of
 // `operators`. The voice is a whole one of the family and the row no name.
 
+// What is shown of the row is what is stored minus this, now.
+int BiasOf(const VoiceParameter &row);
 // What is stored, as it is shown: the number, of a frequency its hundredths, of a check box 0 or 1.
 // Nothing is limited: bytes out of range show as they are.
 int ShownValue(const VoiceParameters &family, const VoiceParameter &row, const VoiceObject &voice,

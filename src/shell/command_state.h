@@ -44,6 +44,7 @@ enum CommandId : int {
     CommandCarefulMode = 40101,
     CommandWholeDetune = 40102,
     CommandAuditionKeepsVoice = 40103,
+    CommandRefaceZero64 = 40106,
 };
 
 // When a command is enabled. Always and Never stand; the others are applied from time to time, and

@@ -181,6 +181,12 @@ constexpr CommandRow CommandTable[] = {
      .hint = "Sends no Program Change with an audition",
      .topic = "EXTRAS_AUDITIONKEEPSVOICE",
      .toggles = &AuditionKeepsVoice},
+    {.id = CommandRefaceZero64,
+     .menu = Menu::Extras,
+     .label = "Count as the &reface DX counts",
+     .hint = "Shows transpose and pitch bend of a reface DX about 64",
+     .topic = "EXTRAS_REFACEZERO64",
+     .toggles = &RefaceZero64},
 
     // Help.
     {.id = CommandHelp, .menu = Menu::Help, .label = "&Help", .run = RunHelp},

@@ -303,6 +303,33 @@ TEST_F(CliParameters, EditTakesAllThatShowPrintedAndChangesNothing) {
     }
 }
 
+TEST_F(CliParameters, ShowAndEditCountARefaceDxAbout64WithTheExtra) {
+    Bytes file = TestRefaceVoiceFile(0);
+    file[RefaceVoiceStart + 12] = 64;
+    file[RefaceVoiceStart + 15] = 66;
+    const std::string in = folder.Write("in.sr1", file), out = folder.File("new.sr1");
+    EXPECT_EQ(LineOf("transpose", in), "24");
+    EXPECT_EQ(LineOf("pitchBend", in), "26");
+    const std::string plain = ShowOf(in);
+    ExpectDone(Cli({"settings", "set", "extras.RefaceZero64", "1"}));
+    EXPECT_EQ(LineOf("transpose", in), "0");
+    EXPECT_EQ(LineOf("pitchBend", in), "2");
+    ExpectDone(Edit(in, "1", Lines(ShowOf(in)), out));
+    EXPECT_EQ(WithoutTestTime(ReadTestFile(out)), WithoutTestTime(file)) << "what was shown";
+    ExpectDone(Edit(in, "1", {"transpose=-24", "pitchBend=24"}, out));
+    file[RefaceVoiceStart + 12] = 40;
+    file[RefaceVoiceStart + 15] = 88;
+    EXPECT_EQ(WithoutTestTime(ReadTestFile(out)), WithoutTestTime(file));
+    ExpectRefused(in, "1", {"transpose=25"}, "transpose: 25 is no whole number from -24 to 24");
+    ExpectRefused(in, "1", {"pitchBend=-25"}, "pitchBend: -25 is no whole number from -24 to 24");
+
+    const std::string dx7 = Voice();
+    const std::string shown = ShowOf(dx7);
+    ExpectDone(Cli({"settings", "set", "extras.RefaceZero64", "0"}));
+    EXPECT_EQ(ShowOf(in), plain);
+    EXPECT_EQ(ShowOf(dx7), shown);
+}
+
 TEST_F(CliParameters, EditKeepsTheControlCharactersOfANameAsItIsShownAndSaysSo) {
     Bytes file = TestVoiceFile();
     const std::string name = "A\x01\x42       ";

@@ -53,6 +53,50 @@ TEST(VoiceParameters, ABiasedValueShowsAsItStandsAndIsStoredInEightBits) {
     EXPECT_EQ(voice.bytes[52 + 38 + 3 * 28 + 24], 0);
 }
 
+TEST(VoiceParameters, TransposeAndBendOfARefaceDxAreCountedAbout64WithTheExtraAlone) {
+    VoiceObject voice = RefaceVoiceOfZeros();
+    for (const auto &[name, offset] : {std::pair{"transpose", 12}, std::pair{"pitchBend", 15}}) {
+        const VoiceParameter &row = RowNamed(RefaceParameters.voice, name);
+        std::uint8_t &byte = voice.bytes[52u + static_cast<std::size_t>(offset)];
+        const auto shown = [&](int stored) {
+            byte = static_cast<std::uint8_t>(stored);
+            return ShownValue(RefaceParameters, row, voice, 0);
+        };
+        const auto stored = [&](int value) {
+            StoreShownValue(RefaceParameters, row, voice, 0, value);
+            return int{byte};
+        };
+        RefaceZero64 = 1;
+        EXPECT_EQ(shown(64), 0);
+        EXPECT_EQ(shown(40), row.minimum);
+        EXPECT_EQ(shown(88), row.maximum);
+        EXPECT_EQ(shown(0), -64);
+        EXPECT_EQ(shown(255), 191);
+        EXPECT_EQ(stored(0), 64);
+        EXPECT_EQ(stored(-24), 40);
+        EXPECT_EQ(stored(24), 88);
+        RefaceZero64 = 0;
+        EXPECT_EQ(ShownValue(RefaceParameters, row, voice, 0), 48);
+        EXPECT_EQ(stored(0), 40);
+    }
+}
+
+TEST(VoiceParameters, NothingElseIsCountedInAnotherWayWithTheExtra) {
+    for (const VoiceParameters *family : {&Dx7Parameters, &RefaceParameters}) {
+        for (const auto rows : {family->voice, family->operators}) {
+            for (const VoiceParameter &row : rows) {
+                const std::string_view name = row.name;
+                const bool isMeant =
+                    family == &RefaceParameters && (name == "transpose" || name == "pitchBend");
+                RefaceZero64 = 0;
+                const int bias = BiasOf(row);
+                RefaceZero64 = 1;
+                EXPECT_EQ(BiasOf(row) != bias, isMeant) << name;
+            }
+        }
+    }
+}
+
 TEST(VoiceParameters, ANameIsStoredWithZeroBytesBehindItAndCutToTen) {
     VoiceObject voice = RefaceVoiceOfZeros();
     const VoiceParameter &name = RowNamed(RefaceParameters.voice, "name");

@@ -379,6 +379,45 @@ TEST(VoiceSheet, AStoredTransposeOf0OfARefaceDxShowsMinus40UntilItIsCollectedAs1
     EXPECT_EQ(sheet.At(102).text, "-40");
 }
 
+TEST(VoiceSheet, ARefaceDxIsCountedAbout64WithTheExtraAndKeepsItsBendThen) {
+    const VoiceObject voice = WithByte(WithByte(RefaceVoice0(), 12, 64), 15, 66);
+    {
+        RefaceSheet sheet(voice);
+        sheet.Show(0);
+        EXPECT_EQ(sheet.At(102).text, "24");
+        EXPECT_EQ(sheet.At(105).text, "26");
+        CollectPage(sheet.sheet, 0);
+        EXPECT_EQ(sheet.Byte(12), 64);
+        EXPECT_EQ(sheet.Byte(15), 64);
+    }
+    RefaceZero64 = 1;
+    RefaceSheet sheet(voice);
+    sheet.Show(0);
+    EXPECT_EQ(sheet.At(102).text, "0");
+    EXPECT_EQ(sheet.At(105).text, "2");
+    CollectPage(sheet.sheet, 0);
+    EXPECT_EQ(sheet.sheet.copy, voice);
+    for (const auto &[text, stored] :
+         {std::pair{"-24", 40}, std::pair{"24", 88}, std::pair{"-25", 40}, std::pair{"25", 88}}) {
+        sheet.Type(102, text);
+        sheet.Type(105, text);
+        CollectPage(sheet.sheet, 0);
+        EXPECT_EQ(sheet.Byte(12), stored) << text;
+        EXPECT_EQ(sheet.Byte(15), stored) << text;
+    }
+}
+
+TEST(VoiceSheet, AByteOutsideTheRangeShowsAsItStandsWithTheExtraToo) {
+    RefaceZero64 = 1;
+    RefaceSheet sheet(WithByte(WithByte(RefaceVoice0(), 12, 0), 15, 255));
+    sheet.Show(0);
+    EXPECT_EQ(sheet.At(102).text, "-64");
+    EXPECT_EQ(sheet.At(105).text, "191");
+    sheet.Press(SheetOk);
+    EXPECT_EQ(sheet.Byte(12), 40);
+    EXPECT_EQ(sheet.Byte(15), 88);
+}
+
 TEST(VoiceSheet, AnAlgorithmOutsideTheListSelectsNothingAndIsCollectedAs0) {
     RefaceSheet sheet(WithByte(RefaceVoice0(), 16, 12));
     sheet.Show(0);

@@ -83,6 +83,7 @@ constexpr ExpectedExtra ExpectedExtras[] = {
     {40101, "&Careful mode", &CarefulMode},
     {40102, "&Keep all detune steps", &WholeDetune},
     {40103, "&Audition plays the voice that was sent", &AuditionKeepsVoice},
+    {40106, "Count as the &reface DX counts", &RefaceZero64},
 };
 
 TEST_F(CommandTest, EveryCommandHasItsNumberRuleFlowLabelsAndKey) {
@@ -151,7 +152,7 @@ TEST_F(CommandTest, NoTwoEntriesOfTheExtrasMenuHaveOneLetter) {
         EXPECT_EQ(letters.find(label[mark + 1]), std::string::npos) << label;
         letters += label[mark + 1];
     }
-    EXPECT_EQ(letters, "CKA");
+    EXPECT_EQ(letters, "CKAr");
 }
 
 TEST_F(CommandTest, AnEntryWithACheckMarkTogglesItsSettingAtOnceAndForTheNextStart) {
@@ -166,11 +167,11 @@ TEST_F(CommandTest, AnEntryWithACheckMarkTogglesItsSettingAtOnceAndForTheNextSta
         EXPECT_EQ(heard, 1);
     }
     EXPECT_TRUE(ReadTestText(file).ends_with(
-        "[Extras]\nCarefulMode = 1\nWholeDetune = 1\nAuditionKeepsVoice = 1\n"));
+        "[Extras]\nCarefulMode = 1\nWholeDetune = 1\nAuditionKeepsVoice = 1\nRefaceZero64 = 1\n"));
     EXPECT_EQ(RunUserCommand(40102), 1);
     EXPECT_EQ(WholeDetune, 0u);
     EXPECT_TRUE(ReadTestText(file).ends_with(
-        "[Extras]\nCarefulMode = 1\nWholeDetune = 0\nAuditionKeepsVoice = 1\n"));
+        "[Extras]\nCarefulMode = 1\nWholeDetune = 0\nAuditionKeepsVoice = 1\nRefaceZero64 = 1\n"));
     CarefulMode = 7; // any number but 0 is on
     EXPECT_EQ(RunUserCommand(40101), 1);
     EXPECT_EQ(CarefulMode, 0u);
@@ -214,7 +215,7 @@ TEST_F(CommandTest, TheMenuBarHasFourMenusAndHelpStandsAtTheRight) {
     EXPECT_TRUE(bar[3].atTheRight);
     EXPECT_EQ(items(0), (std::vector{101, 50, 51, 104, 57, 0, 55, 56}));
     EXPECT_EQ(items(1), (std::vector{60, 0, 202, 203, 204, 0, 205, 209, 58, 59, 210, 0, 216}));
-    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103}));
+    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103, 40106}));
     EXPECT_EQ(items(3), (std::vector{998, 54, 997, 131, 0, 999, 0, 2907}));
 }
 

@@ -162,7 +162,7 @@ TEST(HelpPages, EverySettingWithAControlHasAParagraph) {
 TEST(HelpPages, EveryEntryOfAMenuWithATopicHasAParagraphThatNamesIt) {
     const std::string page = ReadPage("referenc.html");
     const auto topics = MenuTopics();
-    EXPECT_EQ(topics.size(), 6u);
+    EXPECT_EQ(topics.size(), 7u);
     for (const std::string &topic : topics) {
         EXPECT_GE(FirstParagraph(page, topic).size(), ShortestUsefulParagraph) << topic;
     }
@@ -243,6 +243,8 @@ TEST(HelpPages, TheTopicsOfTheEditorAndTheSettingsNameWhatTheUserSees) {
                     "AutoConfig.crg", "Untitled.Twl", "300 becomes 44", "414.8 to 466.8",
                     "Invalid system common.", "tonewright-cli reface-settings"}},
              Named{"EXTRAS_CAREFULMODE", {"editor of a voice", "before your changes are dropped"}},
+             Named{"EXTRAS_REFACEZERO64",
+                   {"Transpose", "Pitch bend", "40 to 88", "64 is its zero", "RefaceZero64"}},
          }) {
         const std::string text = Words(page, named.topic);
         for (const std::string_view words : named.words) {

@@ -117,6 +117,7 @@ constexpr const char *RefaceFrequencyModes = "Frequency/ratio (Ratio);Fixed freq
 
 // Signed parameters are stored with a bias.
 constexpr int RefaceTransposeBias = 40;
+constexpr int RefaceInstrumentZero = 64; // as the instrument counts transpose and pitch bend
 constexpr int RefaceDetuneBias = 64;
 
 // A block with 38 and 112 zero bytes and the reface DX driver's id.

@@ -36,6 +36,7 @@ constexpr VoiceParameter Shift(std::uint32_t control, const char *label, const c
             .maximum = 24,
             .offset = offset,
             .bias = RefaceTransposeBias,
+            .instrumentBias = RefaceInstrumentZero,
             .taken = AtCollection};
 }
 

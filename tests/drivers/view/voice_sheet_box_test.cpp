@@ -852,6 +852,21 @@ TEST_F(VoiceSheetWindow, AStoredTransposeOf0OfARefaceDxShowsMinus40UntilItIsColl
     EXPECT_EQ(VoiceBytes(voice)[12], 16);
 }
 
+TEST_F(VoiceSheetWindow, AVoiceOfARefaceDxThatIsCountedAbout64KeepsItsBend) {
+    RefaceZero64 = 1;
+    VoiceObject voice = RefaceSheets.voice;
+    voice.bytes[VoiceObjectHeaderSize + 12] = 64;
+    voice.bytes[VoiceObjectHeaderSize + 15] = 66;
+    Edit(RefaceSheets, voice, [&] {
+        EXPECT_EQ(Text(102), "0");
+        EXPECT_EQ(Text(105), "2");
+        Type(102, "-12");
+        Ok();
+    });
+    EXPECT_EQ(VoiceBytes(voice)[12], 52);
+    EXPECT_EQ(VoiceBytes(voice)[15], 66);
+}
+
 TEST_F(VoiceSheetWindow, WhatThePageOperator6ShowsOverwritesWhatWasChangedOnOperator5) {
     const Bytes bytes = Edited(Dx7Sheets, [&] {
         ShowTab(6);

@@ -25,7 +25,8 @@ protected:
 };
 
 TEST_F(ExtrasMenu, ACheckMarkFollowsTheValue) {
-    for (const int id : {CommandCarefulMode, CommandWholeDetune, CommandAuditionKeepsVoice}) {
+    for (const int id :
+         {CommandCarefulMode, CommandWholeDetune, CommandAuditionKeepsVoice, CommandRefaceZero64}) {
         EXPECT_TRUE(window->MenuAction(id)->isCheckable()) << id;
         EXPECT_FALSE(IsChecked(id)) << id;
     }

@@ -94,7 +94,8 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
                   "&Upload current voices", "&MIDI devices", "-", "Select &synthesizer"}));
     EXPECT_EQ(TextsOf(*titles[2]->menu()),
               (std::vector<std::string>{"&Careful mode", "&Keep all detune steps",
-                                        "&Audition plays the voice that was sent"}));
+                                        "&Audition plays the voice that was sent",
+                                        "Count as the &reface DX counts"}));
     EXPECT_EQ(TextsOf(*titles[3]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
                                         "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
