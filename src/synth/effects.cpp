@@ -96,15 +96,21 @@ void Distort(Effect &effect, const Settings &settings, Block &left, Block &right
     Way drive(effect.settings[0], settings[0]);
     Way level(effect.settings[1], settings[1]);
     Way open(effect.settings[2], settings[2]);
+    // A wave that is not the same on both sides of zero gets an offset, which is taken away.
+    const float keep = OffsetFilterKeeps(effect.rate);
     float *memory = effect.memory.data();
     for (int i = 0; i < BlockFrames; ++i) {
         const float driven = drive.Next();
         const float loud = level.Next();
         const float part = open.Next();
-        memory[0] += part * (Saturated(driven * left[i]) * loud - memory[0]);
-        memory[1] += part * (Saturated(driven * right[i]) * loud - memory[1]);
-        left[i] = memory[0];
-        right[i] = memory[1];
+        for (int side = 0; side < 2; ++side) {
+            float &sample = side == 0 ? left[i] : right[i];
+            float *state = memory + 2 * side;
+            const float before = state[0];
+            state[0] += part * (Saturated(driven * sample) * loud - state[0]);
+            state[1] = keep * (state[1] + state[0] - before);
+            sample = state[1];
+        }
     }
 }
 

@@ -148,7 +148,7 @@ void TakeEvents(Instrument &instrument) {
 // What was sent before the panic.
 void TakeBeforePanic(Instrument &instrument) {
     const std::uint64_t read = instrument.queue.read.load(std::memory_order_relaxed);
-    const std::uint64_t end = instrument.panicAt.load(std::memory_order_relaxed);
+    const std::uint64_t end = instrument.panicAt.load(std::memory_order_acquire);
     if (end > read) {
         TakeWithoutKeys(instrument, static_cast<std::size_t>(end - read));
     }
@@ -290,8 +290,9 @@ bool SendVoice(SynthPlayer &player, int number, const PreparedVoice &voice, bool
 
 void SendPanic(SynthPlayer &player) {
     for (Instrument &instrument : player.instruments) {
+        // The reader may see this of a panic behind the one that it has come to.
         instrument.panicAt.store(instrument.queue.written.load(std::memory_order_relaxed),
-                                 std::memory_order_relaxed);
+                                 std::memory_order_release);
     }
     player.panics.fetch_add(1, std::memory_order_release);
     player.sent.fetch_add(1, std::memory_order_release);

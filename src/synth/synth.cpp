@@ -6,16 +6,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace tonewright {
 
 namespace {
 
-constexpr double FullScale = 0.125;  // of a carrier at full level
-constexpr double OffsetCorner = 5.0; // Hz
-constexpr float Inaudible = 1e-6f;   // -120 dB below a carrier at full level
+constexpr double FullScale = 0.125; // of a carrier at full level
+constexpr float Inaudible = 1e-6f;  // -120 dB below a carrier at full level
 
 bool Plays(const Key &key) {
     return key.sounds && !key.ends && key.fadeTarget > 0.0f;
@@ -215,8 +213,7 @@ void SetEffects(Synth &synth) {
 
 // Takes offsets away.
 void FilterOffset(Synth &synth, float (&samples)[BlockFrames]) {
-    const auto keep =
-        static_cast<float>(std::exp(-2.0 * std::numbers::pi * OffsetCorner / synth.rate));
+    const float keep = OffsetFilterKeeps(synth.rate);
     float before = synth.unfiltered;
     float filtered = synth.filtered;
     float loudest = 0.0f;

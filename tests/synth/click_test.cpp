@@ -76,6 +76,11 @@ void Down(SynthPlayer &player, int key) {
         {.kind = SynthEventKind::NoteOn, .number = static_cast<std::uint8_t>(key), .value = 98});
 }
 
+void Up(SynthPlayer &player, int key) {
+    SendEvent(player, 0,
+              {.kind = SynthEventKind::NoteOff, .number = static_cast<std::uint8_t>(key)});
+}
+
 void Control(SynthPlayer &player, int number, int value) {
     SendEvent(player, 0,
               {.kind = SynthEventKind::Controller,
@@ -93,10 +98,7 @@ struct Happening {
 std::vector<Happening> Happenings() {
     std::vector<Happening> all = {
         {"KeyOn", [](SynthPlayer &player) { Down(player, LowKey + 7); }},
-        {"KeyOff",
-         [](SynthPlayer &player) {
-             SendEvent(player, 0, {.kind = SynthEventKind::NoteOff, .number = LowKey});
-         }},
+        {"KeyOff", [](SynthPlayer &player) { Up(player, LowKey); }},
         {"StolenKey", [](SynthPlayer &player) { Down(player, LowKey + 5); }, Sine(), 1},
         {"ManyStolenKeys",
          [](SynthPlayer &player) {
@@ -128,6 +130,18 @@ std::vector<Happening> Happenings() {
         {"AllSoundOffInAReverb", [](SynthPlayer &player) { Control(player, 120, 0); },
          SineBehind(EffectKind::Reverb, 1.0, 0.7)},
         {"AllNotesOff", [](SynthPlayer &player) { Control(player, 123, 0); }},
+        {"PedalUp",
+         [](SynthPlayer &player) {
+             Control(player, 64, 127);
+             Up(player, LowKey);
+             Control(player, 64, 0);
+         }},
+        {"Legato", [](SynthPlayer &player) { Down(player, LowKey + 2); },
+         [] {
+             PreparedVoice voice = Sine();
+             voice.partMode = PartMode::MonoLegato;
+             return voice;
+         }()},
         {"MonoMode", [](SynthPlayer &player) { Control(player, 126, 1); }},
         {"LouderOperator", [](SynthPlayer &player) { SendVoice(player, 0, Sine(), true); },
          Changed([](SixVoice &voice) { voice.Operator(1, OutputLevel) = 60; })},
@@ -207,7 +221,9 @@ TEST_P(Click, IsNotHeard) {
     // At so many places of the sine.
     for (int place = 0; place < 4; ++place) {
         const OwnedSynthPlayer player = MakeSynthPlayer(1, Rate, GetParam().polyphony);
-        SendVoice(*player, 0, GetParam().voice, false);
+        PreparedVoice voice = GetParam().voice;
+        voice.oscillatorSync = place % 2 == 0;
+        SendVoice(*player, 0, voice, false);
         Down(*player, LowKey);
         Steps last;
         Widest(*player, last, 1.0 + place * 0.0187);
@@ -241,10 +257,7 @@ TEST(Limiter, MakesNoStepWider) {
         for (int step = 0; step < 40; ++step) {
             const int key = LowKey + 3 * (step % 20) + turn;
             for (SynthPlayer *player : {limited.get(), soft.get()}) {
-                step < 20 ? Down(*player, key)
-                          : (void)SendEvent(*player, 0,
-                                            {.kind = SynthEventKind::NoteOff,
-                                             .number = static_cast<std::uint8_t>(key)});
+                step < 20 ? Down(*player, key) : Up(*player, key);
             }
             const double bounded = Widest(*limited, lastLimited, 0.05);
             EXPECT_LT(bounded, 1.02 * 10.0 * Widest(*soft, lastSoft, 0.05)) << step;

@@ -316,6 +316,52 @@ TEST_F(Player, IsSilentOneBufferAfterPanic) {
     }
 }
 
+TEST_F(Player, SilencesTailsWithTheKeysOfAnInstrument) {
+    SendNew(Endless(), 0);
+    SendNew(Sine(3), 1);
+    Send(Down(40), 0);
+    Played(48000);
+    Send(Controller(120, 0), 0);
+    Played(256);
+    EXPECT_TRUE(IsExactlySilent(Played(48000)));
+    EXPECT_TRUE(IsSilent(*player_));
+    // A key behind it is heard, and so are those of another instrument.
+    Send(Down(40), 0);
+    Send(Down(60), 1);
+    Played(4800);
+    Send(Controller(120, 0), 0);
+    EXPECT_NEAR(Hz(*player_), 3.0 * Frequency(60), 0.1);
+    Send(Up(60), 1);
+    Send(Controller(120, 0), 0);
+    Send(Down(64), 0);
+    EXPECT_NEAR(Hz(*player_), Frequency(64), 5.0); // its echoes blur it
+}
+
+// An effect may bend a wave that is not the same on both sides of zero.
+TEST_F(Player, HasNoOffset) {
+    SixVoice bytes = InitialVoice();
+    bytes.bytes[AlgorithmByte] = 0;
+    bytes.Operator(2, OutputLevel) = 86;
+    bytes.Operator(2, Coarse) = 2; // takes all from one side of the sine
+    for (int kind = 0; kind < 8; ++kind) {
+        PreparedVoice voice = bytes.Prepared();
+        voice.effects[0] = {.kind = static_cast<EffectKind>(kind), .first = 1.0, .second = 0.7};
+        player_ = MakeSynthPlayer(1, Rate, 16);
+        SendNew(voice);
+        for (const int key : {36, 43, 48, 52, 55, 60}) {
+            Send(Down(key));
+        }
+        Played(2 * 48000);
+        const Frames frames = Played(4 * 48000);
+        double sum = 0.0;
+        for (const float sample : frames) {
+            sum += sample;
+        }
+        EXPECT_LT(std::fabs(sum) / static_cast<double>(frames.size()), 0.001 * Loudest(frames))
+            << kind;
+    }
+}
+
 TEST_F(Player, PlaysWhatComesAfterPanic) {
     SendNew(Sine(1));
     Send(Controller(64, 127));
