@@ -109,7 +109,7 @@ std::string ReasonOf(const PortAudio &library, PaError error) {
     return reason;
 }
 
-constexpr const char *NoCard = "no sound card was found";
+constexpr const char *NoCard = "no sound card was found that is free";
 
 // nullptr, and why, when the library cannot be used. One that is not nullptr is given back by
 // Pa_Terminate.

@@ -150,7 +150,7 @@ TEST_F(CliPlayIsHeard, OrSaysWhyNotAndPlaysAllTheSame) {
     auto words = PlayExample("60");
     const auto result = Cli(words);
     EXPECT_EQ(result.exitStatus, 0);
-    EXPECT_EQ(result.errors, "tonewright-cli: not heard: no sound card was found\n");
+    EXPECT_EQ(result.errors, "tonewright-cli: not heard: no sound card was found that is free\n");
     words.insert(words.end(), {"--trace", "--silent"});
     const auto messages = MessagesOf(Cli(words).errors);
     EXPECT_EQ(std::ranges::count(messages, "out\t90 3C 64"), 1);
@@ -173,7 +173,7 @@ TEST_F(CliPlayIsHeard, SoundListsTheDevices) {
 
 TEST_F(CliPlayIsHeard, SoundSaysWhyThereIsNone) {
     const AlsaConfiguration alsa(folder, NoAlsaDevice);
-    ExpectFailure({"sound"}, "no sound: no sound card was found");
+    ExpectFailure({"sound"}, "no sound: no sound card was found that is free");
 }
 
 } // namespace
