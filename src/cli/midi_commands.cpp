@@ -144,24 +144,30 @@ void HoldNote() {
     WaitWhile([] { return true; }, NoteLength);
 }
 
+// Of the sound of the built-in instruments while one of them is played; `why` when it has failed.
+InstrumentSoundState SoundOfAudition(std::string &why) {
+    return InstrumentOutputIsOpen() ? StateOfInstrumentSound(why) : InstrumentSoundState::Closed;
+}
+bool SoundOfAuditionIs(InstrumentSoundState state) {
+    std::string why;
+    return SoundOfAudition(why) == state;
+}
+
 // A note that is played before the sound card answers would be heard too late, or in part.
 void WaitForSoundCard() {
-    WaitWhile(
-        [] {
-            std::string why;
-            return StateOfInstrumentSound(why) == InstrumentSoundState::Opening;
-        },
-        LongestOpening);
+    WaitWhile([] { return SoundOfAuditionIs(InstrumentSoundState::Opening); }, LongestOpening);
 }
 
 void WaitForTail() {
-    WaitWhile([] { return !InstrumentsAreSilent(); }, LongestTail);
+    WaitWhile(
+        [] { return SoundOfAuditionIs(InstrumentSoundState::Plays) && !InstrumentsAreSilent(); },
+        LongestTail);
 }
 
 // Playing has not failed when nobody heard it.
 void TellWhyNotHeard() {
     std::string why;
-    if (StateOfInstrumentSound(why) == InstrumentSoundState::Failed) {
+    if (SoundOfAudition(why) == InstrumentSoundState::Failed) {
         TellError("", "not heard: " + why);
     }
 }
