@@ -1,9 +1,11 @@
 // Any bytes on the cable to one built-in instrument, and the same as the data of a message whose
-// frame and sum are right: it stays what it is, and answers in whole messages.
+// frame and sum are right: it stays what it is, answers in whole messages, and tells of events
+// whose values are in range.
 //
 // The first byte of the input says which instrument, how the bytes come, and what the frame is.
 #include "midi/instruments/instrument.h"
 #include "support/fuzz_support.h"
+#include "support/instrument_events.h"
 
 #include <algorithm>
 
@@ -19,6 +21,7 @@ void Take(Instrument &instrument, std::span<const std::uint8_t> message) {
     std::vector<Answer> answers;
     std::vector<SynthEvent> events;
     TakeInstrumentMessage(instrument, message, answers, events);
+    std::ranges::for_each(events, DemandSoundEvent);
     for (const Answer &answer : answers) {
         const std::span<const std::uint8_t> bytes = answer.bytes;
         Demand(bytes.size() > 2 && bytes.front() == 0xF0 && bytes.back() == 0xF7 &&
@@ -39,6 +42,8 @@ void Check(const Instrument &instrument, const Instrument &factory) {
     Demand(std::ranges::all_of(instrument.system, IsData), "and in the settings");
     Demand(instrument.selectedProgram >= 0 && instrument.selectedProgram < VoicesPerInstrument,
            "one of the programs is selected");
+    Demand(instrument.enabledOperators <= AllOperators, "there are six operators");
+    model.prepare(instrument);
 }
 
 // The bytes of the input behind `start`, filled up or cut to `size`, with their sum and the end.
@@ -55,8 +60,15 @@ std::vector<std::uint8_t> Framed(std::vector<std::uint8_t> start,
     return start;
 }
 
+std::vector<std::uint8_t> Unsummed(std::vector<std::uint8_t> start,
+                                   std::span<const std::uint8_t> input) {
+    start.insert(start.end(), input.begin(), input.end());
+    start.push_back(0xF7);
+    return start;
+}
+
 std::vector<std::uint8_t> MessageOf(unsigned kind, std::span<const std::uint8_t> input) {
-    switch (kind % 4) {
+    switch (kind % 5) {
     case 0:
         return Framed({0xF0, 0x43, 0x00, 0x00, 0x01, 0x1B}, input, 155, 0);
     case 1:
@@ -66,12 +78,10 @@ std::vector<std::uint8_t> MessageOf(unsigned kind, std::span<const std::uint8_t>
         return Framed({0xF0, 0x43, 0x00, 0x7F, 0x1C, 0x00, static_cast<std::uint8_t>(size + 1), 5},
                       input, size, 5);
     }
-    default: { // a setting of it, which has no sum
-        std::vector<std::uint8_t> message = {0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05};
-        message.insert(message.end(), input.begin(), input.end());
-        message.push_back(0xF7);
-        return message;
-    }
+    case 3: // a setting or parameters of a reface DX
+        return Unsummed({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05}, input);
+    default: // a parameter of a DX7, and what is a byte too short or too long
+        return Unsummed({0xF0, 0x43, 0x10}, input.first(std::min<std::size_t>(input.size(), 4)));
     }
 }
 

@@ -1,10 +1,11 @@
 // Any bytes to the built-in instruments, in any pieces, with any faults: they stay what they are,
-// and what they answer can be read.
+// what they answer can be read, and what they tell a listener can be played.
 //
 // The input is a run of steps: a byte that says what is done, and the bytes that it needs.
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/instruments/instrument.h"
 #include "support/fuzz_support.h"
+#include "support/instrument_events.h"
 
 #include <algorithm>
 #include <array>
@@ -106,6 +107,22 @@ std::vector<std::uint8_t> MessageOf(std::span<const std::uint8_t> start, std::si
     return message;
 }
 
+int OpenOutputs = 0; // as a listener knows them
+
+InstrumentListener Listener() {
+    return {.outputOpened = [](BuiltinInstrument) { ++OpenOutputs; },
+            .outputClosed = [](BuiltinInstrument) { --OpenOutputs; },
+            .heard =
+                [](BuiltinInstrument instrument, const SynthEvent &event) {
+                    DemandSoundEvent(event);
+                    const bool bringsVoice = event.kind == SynthEventKind::NewVoice ||
+                                             event.kind == SynthEventKind::ChangedVoice;
+                    if (bringsVoice) {
+                        PreparedVoiceOf(instrument);
+                    }
+                }};
+}
+
 void CheckInstruments() {
     for (const BuiltinInstrument instrument : All) {
         const auto i = static_cast<std::size_t>(instrument);
@@ -124,7 +141,8 @@ void CheckInstruments() {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-    static const MidiApi midi = MakeBuiltinInstruments({.simulatedClock = true});
+    static const MidiApi midi =
+        MakeBuiltinInstruments({.simulatedClock = true, .listener = Listener()});
     ResetBuiltinInstruments();
     std::array<MidiStream, BuiltinInstrumentCount> inputs{};
     std::array<MidiStream, BuiltinInstrumentCount> outputs{};
@@ -199,6 +217,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     midi.Pt_Stop();
     Demand(OpenBuiltinStreams() == 0 && !BuiltinClockRuns(), "everything is closed");
+    Demand(OpenOutputs == 0, "and a listener knows it");
     CheckInstruments();
     return 0;
 }
