@@ -111,22 +111,22 @@ TEST(RefaceInstrument, GivesTheFirstVoiceOfTheFactoryByteForByte) {
     Cable cable(Reface);
     cable.Send(VoiceRequest);
     const Bytes common = {'R', 'o', 's', 'e', ' ', 'T', 'i', 'n', 'e', ' ', 0,   0,   64,
-                          0,   0,   66,  7,   0,   74,  60,  8,   127, 127, 127, 127, 64,
+                          0,   0,   66,  7,   0,   86,  0,   0,   127, 127, 127, 127, 64,
                           64,  64,  64,  3,   48,  40,  7,   30,  36,  0,   0,   0};
     const auto op = [](Bytes envelope, std::uint8_t velocity, std::uint8_t level,
                        std::uint8_t feedback, std::uint8_t coarse, std::uint8_t detune) {
         return Bytes{1} + envelope + Bytes{16,       0, 0, 0,      0, 0,      1, 0, velocity, level,
                                            feedback, 0, 0, coarse, 0, detune, 0, 0, 0};
     };
-    const Bytes struck = {127, 66, 38, 82, 127, 92, 0, 0};
-    const Bytes click = {127, 104, 90, 100, 127, 20, 0, 0};
+    const Bytes struck = {127, 46, 38, 82, 127, 110, 0, 0};
+    const Bytes click = {127, 76, 70, 90, 127, 80, 0, 0};
     EXPECT_EQ(cable.Messages(), (std::vector<Bytes>{
                                     VoiceHeader,
                                     CommonDump(common),
-                                    OperatorDump(0, op(struck, 48, 112, 0, 1, 64)),
-                                    OperatorDump(1, op(click, 80, 84, 0, 14, 67)),
-                                    OperatorDump(2, op(struck, 40, 104, 0, 1, 60)),
-                                    OperatorDump(3, op(struck, 64, 70, 20, 1, 68)),
+                                    OperatorDump(0, op(struck, 48, 122, 0, 1, 64)),
+                                    OperatorDump(1, op(click, 80, 101, 0, 14, 67)),
+                                    OperatorDump(2, op(struck, 40, 119, 0, 1, 60)),
+                                    OperatorDump(3, op(struck, 64, 93, 20, 1, 68)),
                                     VoiceFooter,
                                 }));
 }
