@@ -352,6 +352,7 @@ void SkipEvents(SynthPlayer &player) {
     }
     player.panicsSeen = player.panics.load(std::memory_order_acquire);
     SilenceAll(player);
+    player.gain = static_cast<float>(player.volume.load(std::memory_order_relaxed));
     player.over.store(sent, std::memory_order_release);
 }
 
@@ -362,10 +363,8 @@ void TakeOver(SynthPlayer &player, const SynthPlayer &from) {
         Instrument &instrument = player.instruments[i];
         const PreparedVoice *newest = WaitingVoice(source.mailbox);
         const PreparedVoice *voice = newest ? newest : source.synth.voice;
-        Silence(instrument.synth);
         if (voice) {
             PutVoice(instrument.mailbox, *voice, instrument.newVoicesSent);
-            TakeChangedVoice(instrument);
         }
         instrument.synth.controls = source.synth.controls;
         for (std::size_t event = 0; event < Waiting(source.queue); ++event) {
@@ -373,6 +372,7 @@ void TakeOver(SynthPlayer &player, const SynthPlayer &from) {
         }
     }
     SetPlayerVolume(player, from.volume.load(std::memory_order_relaxed));
+    SkipEvents(player);
 }
 
 bool IsSilent(const SynthPlayer &player) {

@@ -228,6 +228,12 @@ void FilterOffset(Synth &synth, float (&samples)[BlockFrames]) {
     synth.filtered = loudest < Inaudible && before == 0.0f ? 0.0f : filtered;
 }
 
+// Volume and expression, squared.
+float WantedGain(const Synth &synth) {
+    const double gain = synth.controls.volume * synth.controls.expression;
+    return static_cast<float>(gain * gain);
+}
+
 // The end of a panic's fade.
 void EndPanic(Synth &synth) {
     for (Key &key : synth.keys) {
@@ -414,6 +420,7 @@ void Panic(Synth &synth) {
 void Silence(Synth &synth) {
     Panic(synth);
     EndPanic(synth);
+    synth.gain = WantedGain(synth);
 }
 
 bool IsSilent(const Synth &synth) {
@@ -451,12 +458,9 @@ void Render(Synth &synth, float (&left)[BlockFrames], float (&right)[BlockFrames
         ApplyEffect(effect, left, right);
     }
 
-    // The gain follows volume and expression, squared, as fast as it may without a click.
-    const double wanted = synth.controls.volume * synth.controls.volume *
-                          synth.controls.expression * synth.controls.expression;
+    // The gain follows as fast as it may without a click.
     const auto most = static_cast<float>(seconds / FadeTime);
-    const float target =
-        std::clamp(static_cast<float>(wanted), synth.gain - most, synth.gain + most);
+    const float target = std::clamp(WantedGain(synth), synth.gain - most, synth.gain + most);
     const float step = (target - synth.gain) / BlockFrames;
     for (int i = 0; i < BlockFrames; ++i) {
         const float gain = synth.gain + step * static_cast<float>(i + 1);
