@@ -31,12 +31,12 @@ struct Steps {
 };
 
 // The widest step in so many seconds.
-double Widest(SynthPlayer &player, Steps &last, double seconds) {
+double Widest(SynthPlayer &player, Steps &last, double seconds, int part = Buffer) {
     double widest = 0.0;
-    for (int done = 0; done < static_cast<int>(seconds * Rate); done += Buffer) {
-        float frames[2 * Buffer];
-        RenderFrames(player, frames, Buffer);
-        for (int i = 0; i < Buffer; ++i) {
+    for (int done = 0; done < static_cast<int>(std::lround(seconds * Rate)); done += part) {
+        std::vector<float> frames(2 * static_cast<std::size_t>(part));
+        RenderFrames(player, frames.data(), part);
+        for (int i = 0; i < part; ++i) {
             if (last.known) {
                 widest = std::max<double>({widest, std::fabs(frames[2 * i] - last.left),
                                            std::fabs(frames[2 * i + 1] - last.right)});
@@ -215,9 +215,9 @@ void PrintTo(const Happening &happening, std::ostream *stream) {
     *stream << happening.name;
 }
 
-class Click : public testing::TestWithParam<Happening> {};
+class Clicks : public testing::TestWithParam<Happening> {};
 
-TEST_P(Click, IsNotHeard) {
+TEST_P(Clicks, AreNotHeard) {
     // At so many places of the sine.
     for (int place = 0; place < 4; ++place) {
         const OwnedSynthPlayer player = MakeSynthPlayer(1, Rate, GetParam().polyphony);
@@ -237,8 +237,34 @@ TEST_P(Click, IsNotHeard) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Happenings, Click, testing::ValuesIn(Happenings()),
+INSTANTIATE_TEST_SUITE_P(Happenings, Clicks, testing::ValuesIn(Happenings()),
                          [](const auto &information) { return information.param.name; });
+
+// However quickly voices come one after the other.
+TEST(ClicksOfVoices, AreNotHeardInAFlood) {
+    for (const bool sameKeys : {true, false}) {
+        for (const int part : {64, 100, 300}) {
+            const OwnedSynthPlayer player = MakeSynthPlayer(1, Rate, 16);
+            SendVoice(*player, 0, Sine(), false);
+            Down(*player, LowKey);
+            Steps last;
+            Widest(*player, last, 0.5);
+            const double before = Widest(*player, last, 0.2);
+            double widest = 0.0;
+            for (int change = 0; change < 100; ++change) {
+                SendVoice(*player, 0, Changed([&](SixVoice &voice) {
+                    voice.Operator(1, OutputLevel) = static_cast<std::uint8_t>(99 - change % 3);
+                }),
+                          sameKeys);
+                if (!sameKeys) {
+                    Down(*player, LowKey);
+                }
+                widest = std::max(widest, Widest(*player, last, part / Rate, part));
+            }
+            EXPECT_LT(widest / before, NoClick) << sameKeys << ", " << part;
+        }
+    }
+}
 
 // The limiter only takes away, and lets go slowly: what it does to a chord that comes and goes adds
 // no step to it.
@@ -265,6 +291,36 @@ TEST(Limiter, MakesNoStepWider) {
         EXPECT_TRUE(TakePlayerLevel(*limited).limited);
         EXPECT_FALSE(TakePlayerLevel(*soft).limited);
     }
+}
+
+// And it bends no wave: it is as strong from one side of it to the other.
+TEST(Limiter, IsSteady) {
+    const OwnedSynthPlayer limited = MakeSynthPlayer(1, Rate, 16);
+    const OwnedSynthPlayer soft = MakeSynthPlayer(1, Rate, 16);
+    SetPlayerVolume(*soft, 0.05);
+    constexpr int Count = 4800; // of 46 Hz, four waves and a half
+    for (SynthPlayer *player : {limited.get(), soft.get()}) {
+        SendVoice(*player, 0, Sine(), false);
+        for (int i = 0; i < 16; ++i) {
+            Down(*player, LowKey);
+        }
+        Steps last;
+        Widest(*player, last, 1.0);
+    }
+    std::vector<float> whole(2 * Count);
+    std::vector<float> twentieth(2 * Count);
+    RenderFrames(*limited, whole.data(), Count);
+    RenderFrames(*soft, twentieth.data(), Count);
+    float least = 1.0f;
+    float most = 0.0f;
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        if (std::fabs(twentieth[i]) > 0.01f) {
+            least = std::min(least, whole[i] / twentieth[i] / 20.0f);
+            most = std::max(most, whole[i] / twentieth[i] / 20.0f);
+        }
+    }
+    EXPECT_LT(most, 0.8f); // 16 times an eighth of full scale is too much
+    EXPECT_LT(most / least, 1.08f);
 }
 
 } // namespace

@@ -275,24 +275,79 @@ TEST_F(Player, LosesNoVoiceThatComesWhileNothingIsRead) {
 }
 
 TEST_F(Player, FallsSilentWhenThereIsNoRoom) {
-    SendNew(Sine(1));
-    Send(Down(60));
-    Played(4800);
-    Send(Controller(64, 127));
-    for (std::size_t i = 1; i < EventQueue::Capacity; ++i) {
-        Send(Down(static_cast<int>(i % 128)));
+    for (const bool forAVoice : {false, true}) {
+        player_ = MakeSynthPlayer(1, Rate, 16);
+        SendNew(Sine(1));
+        Send(Down(60));
+        Played(4800);
+        Send(Controller(64, 127));
+        for (std::size_t i = 1; i < EventQueue::Capacity; ++i) {
+            Send(Down(static_cast<int>(i % 128)));
+        }
+        if (forAVoice) {
+            EXPECT_FALSE(SendVoice(*player_, 0, Sine(4), false));
+        } else {
+            EXPECT_FALSE(SendEvent(*player_, 0, Up(60)));
+        }
+        Played(256);
+        EXPECT_TRUE(IsExactlySilent(Played(4800)));
+        EXPECT_TRUE(IsSilent(*player_));
+        // The voice has come nevertheless, and the pedal is up.
+        Send(Down(60));
+        EXPECT_NEAR(Hz(*player_), (forAVoice ? 4.0 : 1.0) * Frequency(60), 0.1);
+        Send(Up(60));
+        Played(Release);
+        EXPECT_TRUE(IsExactlySilent(Played(4800)));
     }
-    EXPECT_FALSE(SendEvent(*player_, 0, Up(60)));
-    EXPECT_FALSE(SendVoice(*player_, 0, Sine(4), false));
-    Played(256);
-    EXPECT_TRUE(IsExactlySilent(Played(4800)));
+}
+
+TEST_F(Player, IsNotSilentWhileSomethingWaits) {
+    SendNew(Sine(1));
+    Played(1, 1); // of a block, whose other frames come first
     EXPECT_TRUE(IsSilent(*player_));
-    // The voice has come nevertheless, and the pedal is up.
     Send(Down(60));
-    EXPECT_NEAR(Hz(*player_), 4.0 * Frequency(60), 0.1);
-    Send(Up(60));
-    Played(Release);
+    Played(1, 1);
+    EXPECT_FALSE(IsSilent(*player_));
+    SendPanic(*player_);
+    Played(300);
+    EXPECT_TRUE(IsSilent(*player_));
+    SendChanged(Sine(2));
+    Played(1, 1);
+    EXPECT_FALSE(IsSilent(*player_));
+    Played(64);
+    EXPECT_TRUE(IsSilent(*player_));
+}
+
+TEST_F(Player, PlaysNoKeyBehindWhichPanicComes) {
+    SendNew(Sine(1));
+    Played(256);
+    Send(Down(60));
+    SendPanic(*player_);
     EXPECT_TRUE(IsExactlySilent(Played(4800)));
+}
+
+TEST_F(Player, ChangesEffectsWithTheVoice) {
+    PreparedVoice echo = Sine(1);
+    echo.effects[0] = {.kind = EffectKind::Delay, .first = 1.0, .second = 1.0}; // 1.2 s
+    for (const bool sameKeys : {false, true}) {
+        player_ = MakeSynthPlayer(1, Rate, 16);
+        SendNew(echo);
+        Send(Down(60));
+        Played(4800);
+        SendVoice(*player_, 0, Sine(1), sameKeys);
+        Send(Up(60));
+        Played(Release);
+        EXPECT_TRUE(IsExactlySilent(Played(2 * 48000))) << sameKeys;
+        Send(Down(60));
+        Played(4800);
+        SendVoice(*player_, 0, echo, sameKeys);
+        Send(Up(60));
+        Send(Down(64));
+        Played(4800);
+        Send(Up(64));
+        Played(Release);
+        EXPECT_GT(Loudest(Played(2 * 48000)), 0.02f) << sameKeys;
+    }
 }
 
 TEST_F(Player, IsSilentOneBufferAfterPanic) {
