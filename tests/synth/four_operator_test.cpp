@@ -367,6 +367,11 @@ TEST(FourOperators, FeedBackTowardsASawtooth) {
     for (int k = 1; k < 5; ++k) {
         EXPECT_NEAR(half[k], published[k], 1.5) << k + 1;
     }
+    const std::vector<double> most = FedBack(115, false); // a fifth of a cycle
+    const double louder[] = {0.0, -7.0, -12.0, -15.0, -17.0};
+    for (int k = 1; k < 5; ++k) {
+        EXPECT_NEAR(most[k], louder[k], 1.5) << k + 1;
+    }
 }
 
 TEST(FourOperators, FeedBackTowardsASquareWithoutEvenPartials) {
@@ -377,6 +382,10 @@ TEST(FourOperators, FeedBackTowardsASquareWithoutEvenPartials) {
     for (int k = 1; k < 9; k += 2) {
         EXPECT_LT(half[k], -90.0) << k + 1;
     }
+    const std::vector<double> little = FedBack(28, true); // a tenth
+    EXPECT_NEAR(little[2], -17.0, 0.7);
+    EXPECT_NEAR(little[4], -26.0, 0.7);
+    EXPECT_NEAR(little[6], -33.0, 1.0);
     const std::vector<double> full = FedBack(113, true); // two fifths
     EXPECT_NEAR(full[2], -9.0, 0.5);
     EXPECT_NEAR(full[4], -15.0, 1.0);
