@@ -3,6 +3,7 @@
 // the same pictures.
 //
 // usage: manual_pictures EXAMPLE_BANK FOLDER
+#include "common/audio_output.h"
 #include "common/colour_table.h"
 #include "common/folders.h"
 #include "common/platform.h"
@@ -163,6 +164,23 @@ void Connect(const char *family, const char *ports) {
     Wait(TimeToStand);
 }
 
+// As with an instrument of the user: built-in ones have more in their boxes.
+void TakeWithoutSound(Pictures &pictures, const char *name, int command) {
+    const MidiApi builtin = TheMidi;
+    MidiDeviceInfo shown;
+    TheMidi.Pm_GetDeviceInfo = [&](int device) -> const MidiDeviceInfo * {
+        const MidiDeviceInfo *info = builtin.Pm_GetDeviceInfo(device);
+        if (!info) {
+            return nullptr;
+        }
+        shown = *info;
+        shown.interf = "ALSA";
+        return &shown;
+    };
+    TakeCommand(pictures, name, command);
+    TheMidi = builtin;
+}
+
 void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const QString &home) {
     const QString dx7Bank = CopyOfBank(bank, home + "/Tonewright.syx");
     Connect("Yamaha DX7, TX7, Korg Volca FM", "Built-in DX7");
@@ -184,7 +202,9 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
 
     TakeEditor(pictures, "editor-dx7", 0);
     TakeEditor(pictures, "editor-dx7-operator", 1);
-    TakeCommand(pictures, "audition", CommandAudition);
+    TakeCommand(pictures, "audition-sound", CommandAudition);
+    TakeWithoutSound(pictures, "audition", CommandAudition);
+    TakeCommand(pictures, "instruments", CommandInstruments);
     TakeCommand(pictures, "select-synthesizer", CommandSelectSynth);
     TakeCommand(pictures, "midi-devices", CommandMidiDevices);
     for (SetupPageIndex = 0; SetupPageIndex < SettingsPages; ++SetupPageIndex) {
@@ -219,6 +239,9 @@ int Take(const QString &bank, const QString &folder) {
         .applicationData = path, .documents = path, .pictures = path, .programs = path};
     ApplicationPath = QCoreApplication::applicationDirPath().toStdString() + PathSeparator;
     TheMidi = MakeBuiltinInstruments({.simulatedClock = true});
+    TheAudioOutput.Devices = [](std::string &) {
+        return std::vector<AudioDevice>{{.name = "Speakers"}};
+    };
     MakeProgramFolders();
     InstallColourTable();
     FillDefaultFolders();

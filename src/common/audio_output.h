@@ -9,9 +9,9 @@
 namespace tonewright {
 
 struct AudioDevice {
-    std::string name;      // UTF-8; what AudioRequest names it by
-    std::string interface; // of the system: "ALSA"
-    double rate = 0.0;     // that it prefers, in frames a second
+    std::string name;           // UTF-8; what AudioRequest names it by
+    std::string interface = {}; // of the system: "ALSA"
+    double rate = 0.0;          // that it prefers, in frames a second
     bool isDefault = false;
 };
 

@@ -174,6 +174,12 @@ void SaveConfiguration() {
     }
 }
 
+void KeepSetting(std::uint32_t &setting) {
+    if (TheDesktop.KeepSetting) {
+        TheDesktop.KeepSetting(setting);
+    }
+}
+
 void ShowHelp(QWidget *owner, ReferenceTopic topic) {
     if (TheDesktop.ShowHelp) {
         TheDesktop.ShowHelp(owner, topic);

@@ -109,6 +109,9 @@ struct Desktop {
     // Writes the settings of the program to their files, as at its end.
     std::function<void()> SaveConfiguration;
 
+    // Writes the value that the user has given to a setting into its file.
+    std::function<void(std::uint32_t &setting)> KeepSetting;
+
     // Opens an address with a program (a path or a bare name; empty: whatever the platform opens
     // such a file with). False when it could not be started.
     std::function<bool(const std::string &program, const std::string &address, bool maximised)>
@@ -175,6 +178,7 @@ std::optional<std::string> ChooseSaveExtraFile(QWidget *, const std::string &pat
                                                std::uint32_t driverId);
 
 void SaveConfiguration();
+void KeepSetting(std::uint32_t &setting);
 
 void ShowHelp(QWidget *owner, ReferenceTopic topic);
 

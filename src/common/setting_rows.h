@@ -38,9 +38,11 @@ using SettingBrowseFunction = std::optional<std::string> (*)(QWidget *owner,
 // page fills it.
 using SettingItems = std::variant<const SettingChoice *, SettingBrowseFunction>;
 
+using SettingVariable = std::variant<std::uint32_t *, std::string *>;
+
 struct ConfigKey {
     const char *name; // as it stands in the file
-    std::variant<std::uint32_t *, std::string *> value;
+    SettingVariable value;
     std::uint32_t flags;
     std::uint32_t control; // of the pages of the sheet; 0 for none
     SettingItems items = {};

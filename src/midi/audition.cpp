@@ -7,6 +7,7 @@
 #include "midi/short_messages.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace tonewright {
 namespace {
@@ -58,6 +59,13 @@ int NoteOfKey(int key) {
     // Unsigned: the setting may hold anything where no box has limited it.
     return static_cast<int>((static_cast<unsigned>(key) + OctaveKeys * AuditionCurrentOctave) &
                             255);
+}
+
+// By the mouse or by a key of the computer.
+bool IsHeld(const AuditionState &state, int note) {
+    return state.sustainedNote == note ||
+           std::ranges::find(state.computerKeys, note, &HeldComputerKey::note) !=
+               state.computerKeys.end();
 }
 
 // Where a key begins within its octave, from C to B: white keys by their lower part. The black keys
@@ -161,7 +169,41 @@ void ReleaseAuditionKey(AuditionState &state) {
     state.sustainedNote = NoNote;
 }
 
+bool PressComputerKey(AuditionState &state, std::uint32_t id, int key) {
+    if (std::ranges::find(state.computerKeys, id, &HeldComputerKey::id) !=
+        state.computerKeys.end()) {
+        return false;
+    }
+    const int note = NoteOfKey(key);
+    if (!IsHeld(state, note)) {
+        Write(state, NoteOn, note, AuditionCurrentVelocity);
+    }
+    state.computerKeys.push_back({.id = id, .key = key, .note = note});
+    return true;
+}
+
+std::optional<int> ReleaseComputerKey(AuditionState &state, std::uint32_t id) {
+    const auto found = std::ranges::find(state.computerKeys, id, &HeldComputerKey::id);
+    if (found == state.computerKeys.end()) {
+        return std::nullopt;
+    }
+    const HeldComputerKey released = *found;
+    state.computerKeys.erase(found);
+    if (!IsHeld(state, released.note)) {
+        Write(state, NoteOff, released.note, AuditionCurrentVelocity);
+    }
+    return released.key;
+}
+
+bool PlaysBuiltinInstrument(const AuditionState &state) {
+    const MidiDeviceInfo *device = TheMidi.Pm_GetDeviceInfo(state.ports.out);
+    return device && std::string_view(device->interf) == BuiltinInterface;
+}
+
 void SilenceAudition(AuditionState &state) {
+    while (!state.computerKeys.empty()) {
+        ReleaseComputerKey(state, state.computerKeys.back().id);
+    }
     ReleaseAuditionKey(state);
     Write(state, ControlChange, AllSoundOff, 0);
 }

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 class QWidget;
 
@@ -32,16 +33,24 @@ struct AuditionColours {
 
 constexpr int NoNote = -1;
 
+// A key of the computer that is held down, and what it plays.
+struct HeldComputerKey {
+    std::uint32_t id = 0; // tells keys of the computer apart
+    int key = 0;          // of the piano
+    int note = 0;
+};
+
 // One open box.
 struct AuditionState {
     VoiceList *list = nullptr; // that holds the voice; nullptr: none
     VoiceObject voice;         // a copy
     DriverId driverId = NoDriverId;
     MidiPorts ports;
-    int itemIndex = 0;                      // of the voice in `list`
-    AuditionColours colours;                // of the keyboard, for the life of the box
-    MidiStream outputStream = NoMidiStream; // held for the life of the box
-    int sustainedNote = NoNote;             // the note that sounds now
+    int itemIndex = 0;                              // of the voice in `list`
+    AuditionColours colours;                        // of the keyboard, for the life of the box
+    MidiStream outputStream = NoMidiStream;         // held for the life of the box
+    int sustainedNote = NoNote;                     // the note of the mouse that sounds now
+    std::vector<HeldComputerKey> computerKeys = {}; // in the order in which they were pressed
 };
 
 // State of a box for `voice`, or for the voice at `itemIndex` of `list` when it is nullptr; both
@@ -77,7 +86,16 @@ std::string AuditionKeyName(int key);
 void PlayAuditionNote(AuditionState &state, int note);
 // Ends the note that was played last.
 void ReleaseAuditionKey(AuditionState &state);
-// Ends the note and silences everything.
+// The keys of the computer play chords, beside the one note of the mouse. A press plays the note of
+// key `key`, any number from 0, in the octave of the setting, until that key of the computer is let
+// go; a note that sounds already goes on. False for a key that is held already.
+bool PressComputerKey(AuditionState &state, std::uint32_t id, int key);
+// Ends the note, whatever the octave is by now, unless something else holds it. The key of the
+// piano; nothing when the key of the computer is not held.
+std::optional<int> ReleaseComputerKey(AuditionState &state, std::uint32_t id);
+// True when the box plays a built-in instrument.
+bool PlaysBuiltinInstrument(const AuditionState &state);
+// Ends all notes and silences everything.
 void SilenceAudition(AuditionState &state);
 // The same for the box, which then selects the last and the first program, unless
 // AuditionKeepsVoice.

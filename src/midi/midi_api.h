@@ -21,8 +21,11 @@ struct MidiEvent {
     std::int32_t timestamp = 0;
 };
 
+// The interface of the built-in instruments.
+constexpr const char *BuiltinInterface = "Built-in";
+
 struct MidiDeviceInfo {
-    const char *interf = ""; // name of the system's interface: "ALSA", "Built-in"
+    const char *interf = ""; // name of the system's interface: "ALSA", or BuiltinInterface
     const char *name = "";
     bool input = false;
     bool output = false;

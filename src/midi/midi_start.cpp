@@ -3,13 +3,12 @@
 
 #include "common/settings.h"
 #include "midi/composite_api.h"
+#include "midi/instrument_settings.h"
 #include "midi/instrument_sound.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "midi/portmidi_api.h"
-#include "synth/synth.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -48,17 +47,10 @@ bool InstrumentSoundAllowed() {
     return !VariableIs(SoundVariable, "0");
 }
 
-void UseInstrumentSoundSettings() {
-    SetInstrumentSound({.device = InstrumentDevice,
-                        .volume = std::min(InstrumentVolume, 100u) / 100.0,
-                        .frames = static_cast<int>(std::clamp(InstrumentBuffer, 128u, 2048u)),
-                        .polyphony = static_cast<int>(std::clamp(InstrumentPolyphony, 8u, 64u))});
-}
-
 void UseMidi(InstrumentsAre instruments) {
     const bool isHeard = instruments == InstrumentsAre::Heard && InstrumentSoundAllowed();
     if (isHeard) {
-        UseInstrumentSoundSettings();
+        FollowInstrumentSettings();
     }
     TheMidi = MakeCompositeApi(
         WantedInstruments(isHeard ? InstrumentSound() : InstrumentListener()), MakePortMidiApi());

@@ -20,8 +20,4 @@ void UseMidi(InstrumentsAre instruments);
 // Back to a table without devices, and silence. Every stream is closed by then.
 void EndMidi();
 
-// Hands the settings of the built-in instruments' sound on (SetInstrumentSound), those out of range
-// limited.
-void UseInstrumentSoundSettings();
-
 } // namespace tonewright

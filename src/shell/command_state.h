@@ -44,6 +44,8 @@ enum CommandId : int {
     CommandCarefulMode = 40101,
     CommandWholeDetune = 40102,
     CommandAuditionKeepsVoice = 40103,
+    CommandSpaceAuditions = 40104,
+    CommandInstruments = 40105,
     CommandRefaceZero64 = 40106,
 };
 

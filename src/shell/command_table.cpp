@@ -10,6 +10,7 @@
 #include "shell/command_queue.h"
 #include "shell/documents.h"
 #include "shell/history.h"
+#include "shell/instruments_flow.h"
 #include "shell/settings_flow.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
@@ -187,6 +188,19 @@ constexpr CommandRow CommandTable[] = {
      .hint = "Shows transpose and pitch bend of a reface DX about 64",
      .topic = "EXTRAS_REFACEZERO64",
      .toggles = &RefaceZero64},
+    {.id = CommandSpaceAuditions,
+     .menu = Menu::Extras,
+     .label = "&Space bar plays the selected voice",
+     .hint = "Plays a row of the list while the space bar is held",
+     .topic = "EXTRAS_SPACEAUDITIONS",
+     .toggles = &SpaceAuditions},
+    {.id = CommandInstruments,
+     .menu = Menu::Extras,
+     .label = "&Built-in instruments...",
+     .menuGap = true,
+     .hint = "Instruments that are heard without any hardware",
+     .topic = "EXTRAS_BUILTININSTRUMENTS",
+     .run = RunInstruments},
 
     // Help.
     {.id = CommandHelp, .menu = Menu::Help, .label = "&Help", .run = RunHelp},

@@ -22,8 +22,9 @@ void CallIfThere(const std::function<void()> &member) {
     }
 }
 
-// Keeps the value that the user has just given to a setting, for the coming starts.
-void KeepChosen(const SettingsList &list, const ConfigKey &row) {
+// Keeps the value that the user has just given to a row, for the coming starts. False when that
+// failed, which a message has said.
+bool KeepRow(const SettingsList &list, const ConfigKey &row) {
     const SettingsWrite outcome = WriteChosenSetting(list, row);
     const int reason = errno;
     if (outcome != SettingsWrite::Done) {
@@ -36,6 +37,7 @@ void KeepChosen(const SettingsList &list, const ConfigKey &row) {
                     FormatText("%s\n\n%s: %s", what, SettingsFilePath(list).c_str(),
                                std::strerror(reason)));
     }
+    return outcome == SettingsWrite::Done;
 }
 
 } // namespace
@@ -58,14 +60,19 @@ int RunSettings() {
 int ToggleSetting(BoolSettingValue &setting) {
     setting = setting == 0 ? 1 : 0;
     CallIfThere(TheShellWindow.CommandStatesChanged);
+    KeepChosen(&setting);
+    return 1;
+}
+
+bool KeepChosen(SettingVariable setting) {
     for (const SettingsList *list : SettingsLists) {
         for (const ConfigKey &row : list->rows) {
-            if (row.value == decltype(row.value)(&setting)) {
-                KeepChosen(*list, row);
+            if (row.value == setting) {
+                return KeepRow(*list, row);
             }
         }
     }
-    return 1;
+    return true;
 }
 
 } // namespace tonewright

@@ -31,6 +31,7 @@ struct ShellWindow {
     std::function<int(int row)> ShowAuditionBox; // for the voice in a row of the list
     std::function<int()> ShowSelectSynthBox;     // 1: OK
     std::function<void()> ShowMidiDevicesBox;
+    std::function<void()> ShowInstrumentsBox;
     std::function<int()> PrintList; // asks for a printer and prints the voices of the list; 1
 };
 

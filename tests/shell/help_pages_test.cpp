@@ -46,7 +46,7 @@ std::vector<std::string> MenuTopics() {
     return topics;
 }
 
-constexpr const char *Pages[] = {"manual.html", "referenc.html", "cli.html"};
+constexpr const char *Pages[] = {"manual.html", "referenc.html", "cli.html", "sound.html"};
 
 std::string ReadPage(const std::string &name) {
     std::ifstream file(HtmlFolder + name, std::ios::binary);
@@ -162,7 +162,7 @@ TEST(HelpPages, EverySettingWithAControlHasAParagraph) {
 TEST(HelpPages, EveryEntryOfAMenuWithATopicHasAParagraphThatNamesIt) {
     const std::string page = ReadPage("referenc.html");
     const auto topics = MenuTopics();
-    EXPECT_EQ(topics.size(), 7u);
+    EXPECT_EQ(topics.size(), 9u);
     for (const std::string &topic : topics) {
         EXPECT_GE(FirstParagraph(page, topic).size(), ShortestUsefulParagraph) << topic;
     }
@@ -276,6 +276,29 @@ TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
              Named{"HEARING", {"middle mouse button", "Audition"}},
              Named{"FORMATS", {".syx", ".sy1", ".srx", ".sr1", ".syx_db", ".srx_db"}},
              Named{"PLACES", {"Voices.syx_db", "Voices.srx_db"}},
+         }) {
+        const std::string text = Words(page, named.topic);
+        for (const std::string_view words : named.words) {
+            EXPECT_NE(text.find(words), std::string::npos) << named.topic << ": " << words;
+        }
+    }
+}
+
+TEST(HelpPages, ThePageOnHearingWithoutAnInstrumentNamesWhatTheUserSees) {
+    const std::string page = ReadPage("sound.html");
+    for (const Named &named : {
+             Named{"SOUND", {"a DX7, a volca fm and a reface DX"}},
+             Named{"FIRSTNOTE",
+                   {"Extras, Built-in instruments...", "Offer the built-in instruments",
+                    "Edit, Select synthesizer", "\"Built-in DX7\"", tonewright::Dx7Name,
+                    "\"Built-in reface DX\"", tonewright::RefaceName}},
+             Named{"PLAYING", {"Level", "Volume", "Panic", "Octave", "Velocity"}},
+             Named{"SILENCE",
+                   {"Sound device", "Buffer", "Notes at once", "TONEWRIGHT_SOUND=0",
+                    "Audition plays the voice that was sent"}},
+             Named{"UNCERTAIN",
+                   {"0.28 dB a second", "372.3", "0.96 cents", "0.59 cents", "0.22", "0.45",
+                    "25 and 43 percent", "algorithms 4 and 6"}},
          }) {
         const std::string text = Words(page, named.topic);
         for (const std::string_view words : named.words) {

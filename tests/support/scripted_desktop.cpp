@@ -87,6 +87,7 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
         .ChooseExportFile = dialog(FileDialogKind::Export),
         .ChooseSaveExtraFile = dialog(FileDialogKind::SaveExtra),
         .SaveConfiguration = [this] { ++configurationsSaved; },
+        .KeepSetting = [this](std::uint32_t &setting) { settingsKept.push_back(&setting); },
         .OpenAddress =
             [this](const std::string &program, const std::string &address, bool maximised) {
                 opened.push_back({program, address, maximised});

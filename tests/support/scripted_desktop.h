@@ -69,6 +69,7 @@ struct ScriptedDesktop {
     std::vector<std::string> sounds; // paths that were played
     int beeps = 0;
     int configurationsSaved = 0;
+    std::vector<std::uint32_t *> settingsKept;
     int waitDepth = 0;               // wait cursors that are on now
     int deepestWait = 0;
     int waitsBegun = 0;

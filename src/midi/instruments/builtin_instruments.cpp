@@ -123,8 +123,8 @@ const MidiDeviceInfo *DeviceInfo(int device) {
         std::array<std::array<MidiDeviceInfo, 2>, BuiltinInstrumentCount> table;
         for (std::size_t i = 0; i < table.size(); ++i) {
             const char *name = TheStudio().instruments[i].model->portName;
-            table[i][0] = {"Built-in", name, false, true};
-            table[i][1] = {"Built-in", name, true, false};
+            table[i][0] = {BuiltinInterface, name, false, true};
+            table[i][1] = {BuiltinInterface, name, true, false};
         }
         return table;
     }();

@@ -1,6 +1,9 @@
-// Paints the keys, takes presses and releases, and keeps the two scroll bars.
+// Paints the keys, takes presses and releases of mouse and computer keys, and keeps the two scroll
+// bars.
 #include "midi/view/audition_box.h"
 
+#include "common/desktop.h"
+#include "common/settings.h"
 #include "common/text.h"
 #include "common/view/box_controls.h"
 #include "common/view/centre_window.h"
@@ -10,15 +13,20 @@
 #include "common/view/window_title.h"
 #include "core/dispatch.h"
 #include "midi/audition.h"
+#include "midi/computer_keys.h"
+#include "midi/view/instrument_strip.h"
 #include "ui_AuditionBox.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace tonewright {
@@ -57,7 +65,17 @@ public:
     KeyButton &Foot() const {
         return *ControlOf<KeyButton>(parentWidget(), LowerPartControl + part.key);
     }
-    bool IsDown() const { return Foot().marked; }
+    bool IsDown() const { return Foot().holders > 0; }
+    // The key has one that holds it down more, or less.
+    void MarkKey(bool down) {
+        KeyButton &foot = Foot();
+        foot.holders = std::max(0, foot.holders + (down ? 1 : -1));
+        foot.update();
+        QAccessible::State change;
+        change.pressed = true;
+        QAccessibleStateChangeEvent event(&foot, change);
+        QAccessible::updateAccessibility(&event);
+    }
     // Plays the note for a while, for those who press without holding. A key that the mouse holds
     // down plays on instead.
     void PlayForAWhile() {
@@ -92,7 +110,7 @@ protected:
         QPainter painter(this);
         const bool black = part.kind == KeyPartKind::Black;
         painter.fillRect(rect(), ColourOf(black ? state.colours.blackKey : state.colours.whiteKey));
-        if (marked) {
+        if (holders > 0) {
             DrawMark(painter);
         }
         if (black) {
@@ -116,16 +134,6 @@ private:
         MarkKey(false);
     }
 
-    void MarkKey(bool down) {
-        KeyButton &foot = Foot();
-        foot.marked = down;
-        foot.update();
-        QAccessible::State change;
-        change.pressed = true;
-        QAccessibleStateChangeEvent event(&foot, change);
-        QAccessible::updateAccessibility(&event);
-    }
-
     // A dot in the colour of the other keys.
     void DrawMark(QPainter &painter) const {
         const bool black = part.kind == KeyPartKind::Black;
@@ -140,7 +148,7 @@ private:
 
     AuditionState &state;
     HeldKey &held;
-    bool marked = false;
+    int holders = 0; // mouse and keys of the computer that hold it down
 };
 
 // A key as a screen reader finds it: one button, named by its note.
@@ -236,6 +244,38 @@ void SetUpBar(const BarRow &row, int position) {
                      [row, show](int value) { show(row.store(value)); });
 }
 
+// What a platform adds to the number that a PC keyboard gives the place of a key; nothing where the
+// platform does not tell places.
+std::optional<std::uint32_t> AddedToPlaces() {
+    const QString platform = QGuiApplication::platformName();
+    if (platform == "xcb" || platform.startsWith("wayland")) {
+        return 8;
+    }
+    return platform == "windows" ? std::optional<std::uint32_t>(0) : std::nullopt;
+}
+
+// By its place, so that the piano has its shape whatever is printed on the keys.
+std::optional<int> PianoKeyOf(const QKeyEvent &event) {
+    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) {
+        return std::nullopt;
+    }
+    const auto added = AddedToPlaces();
+    if (added && event.nativeScanCode() > *added) {
+        return PianoKeyAtPlace(event.nativeScanCode() - *added);
+    }
+    const bool isOfNumberPad = event.modifiers().testFlag(Qt::KeypadModifier);
+    return isOfNumberPad ? std::nullopt : PianoKeyOfLetter(event.key());
+}
+
+// The same for press and release, also when Shift has changed the letter meanwhile.
+std::uint32_t IdOf(const QKeyEvent &event) {
+    if (AddedToPlaces() && event.nativeScanCode() != 0) {
+        return event.nativeScanCode();
+    }
+    return event.nativeVirtualKey() != 0 ? event.nativeVirtualKey()
+                                         : static_cast<std::uint32_t>(event.key());
+}
+
 class AuditionDialog : public QDialog {
 public:
     AuditionDialog(QWidget *owner, AuditionState &state)
@@ -253,7 +293,10 @@ public:
         }
     }
 
-    ~AuditionDialog() override { EndAudition(state); }
+    ~AuditionDialog() override {
+        qApp->removeEventFilter(this);
+        EndAudition(state);
+    }
 
     // Esc and the window manager's close do nothing.
     void reject() override {}
@@ -265,11 +308,45 @@ protected:
             PlaceKeys();
         }
     }
+    bool event(QEvent *event) override {
+        if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide) {
+            ReleaseKeysOfComputer(); // what is let go by now is not heard of
+        }
+        return QDialog::event(event);
+    }
+    void keyPressEvent(QKeyEvent *event) override {
+        const auto key = strip ? PianoKeyOf(*event) : std::nullopt;
+        if (!key) {
+            QDialog::keyPressEvent(event);
+            return;
+        }
+        if (!event->isAutoRepeat() && PressComputerKey(state, IdOf(*event), *key)) {
+            MarkPianoKey(*key, true);
+            // A key that is pressed here may be let go elsewhere, in a menu for instance.
+            qApp->installEventFilter(this);
+        }
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() == QEvent::KeyRelease) {
+            const auto &release = static_cast<QKeyEvent &>(*event);
+            if (!release.isAutoRepeat()) {
+                ReleaseKeyOfComputer(IdOf(release));
+            }
+        }
+        return QDialog::eventFilter(watched, event);
+    }
 
 private:
     void MakeControls() {
         // Before any key, which tells its title as it is made. Once, however often it is called.
         QAccessible::installFactory(MakeAccessible);
+        if (PlaysBuiltinInstrument(state)) {
+            strip = new InstrumentStrip(this);
+            ui.rows->addWidget(strip);
+            strip->FollowInTabOrder(ui.control_102);
+            strip->panic = [this] { EndAllNotes(); };
+            strip->resized = [this] { PlaceKeys(); };
+        }
         SetUpBoxControls(*this, HelpTopic);
         setWindowTitle(WindowTitleOf(
             QString::fromStdString("Audition " + Latin1ToUtf8(VoiceObjectName(state.voice)))));
@@ -305,20 +382,52 @@ private:
         ui.control_12102->setMinimumWidth(widestValue);
         layout()->activate(); // measures the new font in the inner layouts too
         const int width =
-            std::max(KeyboardUnitsWide * letterWidth / 4, ui.head->totalMinimumSize().width());
+            std::max({KeyboardUnitsWide * letterWidth / 4, ui.head->totalMinimumSize().width(),
+                      strip ? strip->minimumSizeHint().width() : 0});
         const int height = KeyboardUnitsHigh * letterHeight / 8;
         ui.keyboard->setFixedSize(width, height);
+        const int stripHeight = strip ? strip->HeightFor(width) : 0;
         const auto parts = AuditionKeyParts(width, height);
         for (std::size_t i = 0; i < keys.size(); ++i) {
             const Rectangle &area = parts[i].area;
             keys[i]->setGeometry(area.left, area.top, area.right - area.left,
                                  area.bottom - area.top);
         }
-        setFixedSize(width, ui.head->totalHeightForWidth(width) + height);
+        if (strip) {
+            strip->setFixedSize(width, stripHeight);
+        }
+        setFixedSize(width, ui.head->totalHeightForWidth(width) + height + stripHeight);
+    }
+
+    void MarkPianoKey(int key, bool down) {
+        if (key < AuditionKeyCount) {
+            ControlOf<KeyButton>(ui.keyboard, LowerPartControl + static_cast<std::uint32_t>(key))
+                ->MarkKey(down);
+        }
+    }
+    void ReleaseKeyOfComputer(std::uint32_t id) {
+        if (const auto key = ReleaseComputerKey(state, id)) {
+            MarkPianoKey(*key, false);
+        }
+        if (state.computerKeys.empty()) {
+            qApp->removeEventFilter(this);
+        }
+    }
+    void ReleaseKeysOfComputer() {
+        while (!state.computerKeys.empty()) {
+            ReleaseKeyOfComputer(state.computerKeys.back().id);
+        }
+    }
+    // Whatever holds a key, by now it holds none that sounds.
+    void EndAllNotes() {
+        KeyButton::EndHeldKey(heldKey);
+        ReleaseKeysOfComputer();
+        SilenceAudition(state);
     }
 
     Ui::AuditionBox ui;
     AuditionState &state;
+    InstrumentStrip *strip = nullptr; // below the keys of a built-in instrument
     HeldKey heldKey;
     std::vector<KeyButton *> keys; // children, in the order of their parts
 };
@@ -332,11 +441,15 @@ int AuditionBox(QWidget *owner, VoiceList *list, const VoiceObject *voice, Drive
         return 0;
     }
     int result = 0;
+    const IntegerSettingValue formerVolume = InstrumentVolume;
     {
         AuditionDialog box(owner, *state);
         result = box.exec();
     }
     CloseAudition(*state);
+    if (InstrumentVolume != formerVolume) {
+        KeepSetting(InstrumentVolume);
+    }
     return result;
 }
 

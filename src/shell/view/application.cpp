@@ -16,6 +16,7 @@
 #include "common/view/tool_tip.h"
 #include "common/windows_version.h"
 #include "core/current.h"
+#include "midi/instrument_settings.h"
 #include "midi/midi_start.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
@@ -84,6 +85,7 @@ int RunLoop(Application &application, const std::string &commandLinePath) {
     FillDefaultFolders();
     RegisterToolTipClass();
     MainWindow window(MainWindowSize(screenSize.height()), true);
+    FollowInstrumentSettings();
     ThemeChooseDefault(screenSize.width()); // again: the file that was read may name no theme
     UndoInit(&window);
     HistoryInit();

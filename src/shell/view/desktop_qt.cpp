@@ -11,6 +11,7 @@
 #include "common/view/status_bar.h"
 #include "core/dispatch.h"
 #include "shell/settings_file.h"
+#include "shell/settings_flow.h"
 #include "shell/show_document.h"
 #include "shell/view/start_program.h"
 
@@ -264,6 +265,7 @@ void UseQtDesktop() {
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .ChooseSaveExtraFile = ChooseFile<FileDialogKind::SaveExtra>,
         .SaveConfiguration = [] { ConfigWrite(); },
+        .KeepSetting = [](std::uint32_t &setting) { KeepChosen(&setting); },
         .OpenAddress = OpenAddress,
         .ShowHelp = [](QWidget *owner, ReferenceTopic topic) { ShowHelpTopic(owner, topic); },
         .MoveToTrash = MoveToTrash,

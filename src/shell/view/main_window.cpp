@@ -29,6 +29,7 @@
 #include "shell/show_document.h"
 #include "shell/view/about_box.h"
 #include "shell/view/history_menu.h"
+#include "shell/view/instruments_box.h"
 #include "shell/view/midi_devices_box.h"
 #include "shell/view/select_synth_box.h"
 #include "shell/view/settings_sheet.h"
@@ -163,6 +164,7 @@ void MainWindow::ConnectShell() {
         return SelectSynthesizer(this, CurrentSelectParams());
     };
     TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
+    TheShellWindow.ShowInstrumentsBox = [this] { ShowInstrumentsBox(this); };
     UseDatabaseBox();
     TheDatabaseViews.RepaintVoices = RepaintList;
     TheShellWindow.PrintList = [this] {

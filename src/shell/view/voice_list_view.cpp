@@ -10,8 +10,10 @@
 #include "shell/reorder.h"
 #include "shell/voice_commands.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QUrl>
@@ -123,6 +125,58 @@ void VoiceListView::ShowContextMenu(int row, QRect beside) {
     } else {
         CarefulForgetClickedRow();
     }
+}
+
+// The space bar may be let go while a message stands, or somewhere else: it is looked for all over
+// the program.
+void VoiceListView::PlaySelectedRow() {
+    EndPlayedRow();
+    spaceIsHeld = true;
+    qApp->installEventFilter(this);
+    PlayedRow played = PlayRow(MainList.selection);
+    if (spaceIsHeld) {
+        playedRow = std::move(played);
+    }
+}
+
+void VoiceListView::EndPlayedRow() {
+    spaceIsHeld = false;
+    qApp->removeEventFilter(this);
+    playedRow.reset();
+}
+
+void VoiceListView::keyPressEvent(QKeyEvent *event) {
+    const bool plays = SpaceAuditions != 0 && event->key() == Qt::Key_Space &&
+                       event->modifiers() == Qt::NoModifier && ListCount(MainList) > 0;
+    if (!plays) {
+        ListBoxView::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        PlaySelectedRow();
+    }
+}
+
+bool VoiceListView::event(QEvent *event) {
+    switch (event->type()) {
+    case QEvent::FocusOut:
+    case QEvent::WindowDeactivate:
+    case QEvent::WindowBlocked:
+    case QEvent::Hide:
+        EndPlayedRow(); // the space bar may be let go where nobody hears of it
+        break;
+    default:
+        break;
+    }
+    return ListBoxView::event(event);
+}
+
+bool VoiceListView::eventFilter(QObject *watched, QEvent *event) {
+    if (spaceIsHeld && event->type() == QEvent::KeyRelease) {
+        const auto &release = static_cast<QKeyEvent &>(*event);
+        if (release.key() == Qt::Key_Space && !release.isAutoRepeat()) {
+            EndPlayedRow();
+        }
+    }
+    return ListBoxView::eventFilter(watched, event);
 }
 
 void VoiceListView::dragEnterEvent(QDragEnterEvent *event) {

@@ -3,6 +3,7 @@
 
 #include "common/view/list_box_view.h"
 #include "shell/command_queue.h"
+#include "shell/row_audition.h"
 
 #include <optional>
 
@@ -16,12 +17,19 @@ protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void ShowContextMenu(int row, QRect beside);
+    void PlaySelectedRow();
+    void EndPlayedRow();
 
     // Keys and posted commands wait while the left button is held on a row.
     std::optional<RunningMark> pressMark;
+    bool spaceIsHeld = false; // with SpaceAuditions
+    PlayedRow playedRow;      // as long as it is
 };
 
 } // namespace tonewright

@@ -54,7 +54,7 @@ protected:
              {CommandOpen, CommandSaveAs, CommandImport, CommandExport, CommandSettings,
               CommandPrint, CommandTip, CommandEdit, CommandMidiDevices, CommandSelectSynth,
               CommandAudition, CommandInsertFromDatabase, CommandSystemInformation, CommandAbout,
-              CommandWizard}) {
+              CommandWizard, CommandInstruments}) {
             rows.push_back({"command " + std::to_string(command), [command] {
                                 MainListState.clickedIndex = 3;
                                 MainListState.dirty = false; // no question comes before the box

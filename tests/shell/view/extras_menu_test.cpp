@@ -25,12 +25,13 @@ protected:
 };
 
 TEST_F(ExtrasMenu, ACheckMarkFollowsTheValue) {
-    for (const int id :
-         {CommandCarefulMode, CommandWholeDetune, CommandAuditionKeepsVoice, CommandRefaceZero64}) {
+    for (const int id : {CommandCarefulMode, CommandWholeDetune, CommandAuditionKeepsVoice,
+                         CommandRefaceZero64, CommandSpaceAuditions}) {
         EXPECT_TRUE(window->MenuAction(id)->isCheckable()) << id;
         EXPECT_FALSE(IsChecked(id)) << id;
     }
     EXPECT_FALSE(window->MenuAction(CommandSave)->isCheckable());
+    EXPECT_FALSE(window->MenuAction(CommandInstruments)->isCheckable());
     OpenMenu();
     QTest::keyClick(&Menu(), Qt::Key_K);
     EXPECT_FALSE(Menu().isVisible());

@@ -95,7 +95,9 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
     EXPECT_EQ(TextsOf(*titles[2]->menu()),
               (std::vector<std::string>{"&Careful mode", "&Keep all detune steps",
                                         "&Audition plays the voice that was sent",
-                                        "Count as the &reface DX counts"}));
+                                        "Count as the &reface DX counts",
+                                        "&Space bar plays the selected voice", "-",
+                                        "&Built-in instruments..."}));
     EXPECT_EQ(TextsOf(*titles[3]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
                                         "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
