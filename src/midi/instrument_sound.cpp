@@ -184,7 +184,6 @@ OwnedSynthPlayer OtherPlayer(const Sounding &sounding, double rate, int polyphon
 void Replace(Sounding &sounding, OwnedSynthPlayer &player, double rate, int polyphony) {
     SkipEvents(*sounding.player);
     TakeOver(*player, *sounding.player);
-    SetPlayerVolume(*player, sounding.options.volume);
     sounding.player.swap(player);
     sounding.rate = rate;
     sounding.polyphony = polyphony;

@@ -206,6 +206,9 @@ TEST_F(InstrumentSoundTest, OtherOptionsCountWhenAnOutputIsOpenedNext) {
     listener.heard(Dx7, Control(Volume, 80));
     SetInstrumentSound({.device = "", .volume = 1.0, .frames = 1024, .polyphony = 32});
     listener.outputOpened(Reface); // while one is open the card stays as it is
+    std::this_thread::sleep_for(milliseconds(50));
+    EXPECT_EQ(Now(), State::Plays);
+    EXPECT_EQ(card.opens, 1);
     listener.outputClosed(Reface);
     listener.outputClosed(Dx7);
     listener.outputOpened(Dx7);
@@ -238,6 +241,18 @@ TEST_F(InstrumentSoundTest, TheCardStaysOpenForTheTailAndIsClosedAfterIt) {
     listener.outputOpened(Dx7);
     EXPECT_TRUE(card.UntilItRuns());
     EXPECT_EQ(card.opens, 2);
+}
+
+TEST_F(InstrumentSoundTest, WhoPlaysOneVoiceAfterTheOtherFindsTheCardOpen) {
+    OpenAndPlay();
+    for (int times = 0; times < 5; ++times) {
+        listener.outputClosed(Dx7);
+        card.Play(4800);
+        std::this_thread::sleep_for(milliseconds(100));
+        EXPECT_EQ(Now(), State::Plays);
+        listener.outputOpened(Dx7);
+    }
+    EXPECT_EQ(card.opens, 1);
 }
 
 TEST_F(InstrumentSoundTest, AnOutputThatIsOpenKeepsTheCardOpen) {
@@ -299,6 +314,26 @@ TEST_F(InstrumentSoundTest, ACardThatVanishesIsTriedAgainByTheNextOutput) {
     listener.outputOpened(Reface);
     ASSERT_TRUE(card.UntilItRuns());
     EXPECT_TRUE(IsSilence(card.Play(4800)));
+}
+
+TEST_F(InstrumentSoundTest, AKeyThatWasDownWhenTheCardVanishedStaysSilent) {
+    OpenAndPlay();
+    listener.heard(Dx7, Note(60));
+    card.Play(4800);
+    card.Change([this] {
+        card.runs = false;
+        card.hangsAtEnd = true;
+    });
+    ASSERT_TRUE(card.Until([this] { return card.closes == 1; }));
+    listener.outputOpened(Reface); // before the card has been given back
+    EXPECT_EQ(Now(), State::Opening);
+    card.Change([this] {
+        card.runs = true;
+        card.hangsAtEnd = false;
+    });
+    ASSERT_TRUE(card.UntilItRuns());
+    EXPECT_TRUE(IsSilence(card.Play(4800)));
+    EXPECT_EQ(card.opens, 2);
 }
 
 TEST_F(InstrumentSoundTest, ACardThatAsksForNothingCountsAsGone) {

@@ -21,9 +21,10 @@ struct FakeAudio {
     int devices = 0, opens = 0, starts = 0, closes = 0; // calls
     AudioRequest request;                               // of the last Open
     // What the card does.
-    double rate = 0.0;   // 0: the one that is asked for
-    std::string refuses; // why it does not open
-    bool hangs = false;  // in Open
+    double rate = 0.0;       // 0: the one that is asked for
+    std::string refuses;     // why it does not open
+    bool hangs = false;      // in Open
+    bool hangsAtEnd = false; // in Close
     bool runs = true;
     bool startFails = false;
 
@@ -49,15 +50,16 @@ struct FakeAudio {
                 },
             .Close =
                 [this] {
-                    const std::lock_guard lock(mutex);
+                    std::unique_lock lock(mutex);
                     ++closes;
                     fill = nullptr;
                     changed.notify_all();
+                    changed.wait(lock, [this] { return !hangsAtEnd; });
                 },
         };
     }
     ~FakeAudio() {
-        Change([this] { hangs = false; });
+        Change([this] { hangs = hangsAtEnd = false; });
         EndInstrumentSound();
     }
 
