@@ -98,10 +98,24 @@ template <Feedback Kind> void Render(Lanes &lanes, float feedback, const Bus &in
     out.filled = true;
 }
 
-void Begin(Bus &bus) {
-    if (!bus.filled) {
-        std::fill_n(&bus.rows[0][0], BlockFrames * LaneCount, 0.0f);
-        bus.filled = true;
+// A chain of operators whose end feeds back to its begin.
+template <int Count>
+void RenderChain(Lanes *__restrict operators, float feedback, Bus &__restrict out) {
+    const float half = 0.5f * feedback;
+    for (int frame = 0; frame < BlockFrames; ++frame) {
+        for (int lane = 0; lane < LaneCount; ++lane) {
+            float carried = (operators[0].last[lane] + operators[0].beforeLast[lane]) * half;
+            for (int i = Count - 1; i >= 0; --i) {
+                const float cycles = Cycles(operators[i].phase[lane]) + carried;
+                carried = Wave(WithoutWholeCycles(cycles), operators[i].gain[lane]);
+                operators[i].increment[lane] += operators[i].incrementStep[lane];
+                operators[i].phase[lane] += operators[i].increment[lane];
+                operators[i].gain[lane] += operators[i].gainStep[lane];
+            }
+            out.rows[frame][lane] += carried;
+            operators[0].beforeLast[lane] = operators[0].last[lane];
+            operators[0].last[lane] = carried;
+        }
     }
 }
 
@@ -133,30 +147,12 @@ void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &
 }
 
 void RenderLoop(Lanes *operators, int count, float feedback, Bus &out) {
-    Begin(out);
-    const float half = feedback * 0.5f;
-    Lanes &end = operators[0];
-    for (int frame = 0; frame < BlockFrames; ++frame) {
-        alignas(64) float carried[LaneCount];
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            carried[lane] = (end.last[lane] + end.beforeLast[lane]) * half;
-        }
-        for (int i = count - 1; i >= 0; --i) {
-            Lanes &lanes = operators[i];
-            for (int lane = 0; lane < LaneCount; ++lane) {
-                const float cycles = Cycles(lanes.phase[lane]) + carried[lane];
-                carried[lane] = Wave(WithoutWholeCycles(cycles), lanes.gain[lane]);
-                lanes.increment[lane] += lanes.incrementStep[lane];
-                lanes.phase[lane] += lanes.increment[lane];
-                lanes.gain[lane] += lanes.gainStep[lane];
-            }
-        }
-        for (int lane = 0; lane < LaneCount; ++lane) {
-            out.rows[frame][lane] += carried[lane];
-            end.beforeLast[lane] = end.last[lane];
-            end.last[lane] = carried[lane];
-        }
+    if (!out.filled) {
+        std::fill_n(&out.rows[0][0], BlockFrames * LaneCount, 0.0f);
+        out.filled = true;
     }
+    count == 2 ? RenderChain<2>(operators, feedback, out)
+               : RenderChain<3>(operators, feedback, out);
 }
 
 void PassBlock(Lanes &lanes) {

@@ -41,7 +41,7 @@ void GainsOf(const float (&levels)[LaneCount], float (&gains)[LaneCount]);
 // Adds an operator to `out` and moves it on by a block; `in` modulates it when it is filled.
 // Feedback as in a voice: cycles for an output of amplitude 2, and of what; 0 for none.
 void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &in, Bus &out);
-// The same for a chain of `count` operators from the end to the begin, each modulated by the next
+// The same for a chain of 2 or 3 operators from its end to its begin, each modulated by the next
 // one and the last one by the output of the first.
 void RenderLoop(Lanes *operators, int count, float feedback, Bus &out);
 // Moves an operator on by a block in which it is not heard.

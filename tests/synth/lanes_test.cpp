@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <numbers>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -129,18 +130,37 @@ TEST(LanesOfAnOperator, MoveOnAlikeWhetherTheyAreHeardOrNot) {
     }
 }
 
-TEST(LanesOfALoop, AreThoseOfAnOperatorThatFeedsBackWhenItIsTheOnlyOne) {
-    Lanes alone = DifferentLanes();
-    Lanes loop = alone;
-    const Bus none = {};
-    Bus expected;
-    Bus out;
-    RenderOperator(alone, 0.3f, FeedbackKind::Output, none, expected);
-    RenderLoop(&loop, 1, 0.3f, out);
-    for (int frame = 0; frame < BlockFrames; ++frame) {
+TEST(LanesOfALoop, FeedTheEndOfTheChainBackToItsBegin) {
+    const Lanes begin = DifferentLanes();
+    const float feedback = 0.1f;
+    for (const int count : {2, 3}) {
+        // Each with another phase, and soft, so that small differences stay small.
+        Lanes operators[3] = {begin, begin, begin};
+        for (int i = 0; i < 3; ++i) {
+            for (int lane = 0; lane < LaneCount; ++lane) {
+                operators[i].phase[lane] += 0x20000000u * static_cast<std::uint32_t>(i);
+                operators[i].gain[lane] *= 0.2f;
+                operators[i].gainStep[lane] *= 0.2f;
+            }
+        }
+        const std::vector<Lanes> first(operators, operators + 3);
+        Bus out;
+        RenderLoop(operators, count, feedback, out);
         for (int lane = 0; lane < LaneCount; ++lane) {
-            EXPECT_NEAR(out.rows[frame][lane], expected.rows[frame][lane], 1e-4)
-                << frame << ", " << lane;
+            double last = 0.0;
+            double beforeLast = 0.0;
+            for (int frame = 0; frame < BlockFrames; ++frame) {
+                double carried = feedback * (last + beforeLast) / 2.0;
+                for (int i = count - 1; i >= 0; --i) {
+                    const Lanes &lanes = first[static_cast<std::size_t>(i)];
+                    carried =
+                        GainAt(lanes, lane, frame) * Sine(PhaseAt(lanes, lane, frame) + carried);
+                }
+                EXPECT_NEAR(out.rows[frame][lane], carried, 5.0 * Tolerance)
+                    << count << ": " << frame << ", " << lane;
+                beforeLast = last;
+                last = carried;
+            }
         }
     }
 }
