@@ -45,7 +45,7 @@ std::uint32_t HeaderSize(WaveSample sample) {
 }
 
 std::uint32_t NearestNumber(float sample, std::uint32_t size) {
-    const double largest = std::exp2(8.0 * size - 1.0) - 1.0;
+    const double largest = (1u << (8 * size - 1)) - 1u;
     return static_cast<std::uint32_t>(
         std::lround(largest * std::fmax(-1.0, std::fmin(1.0, sample))));
 }
