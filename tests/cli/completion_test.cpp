@@ -154,6 +154,17 @@ TEST(Completion, ValuesOfOptionsAreThoseThatTheyTake) {
             << paper;
     }
     ExpectHelpNames({"print", "--help"}, "--paper", papers);
+
+    const Lines kinds = Words({"render", "--bits", ""});
+    EXPECT_EQ(kinds, (Lines{"16", "24", "32f"}));
+    for (const std::string &kind : kinds) {
+        EXPECT_EQ(Cli({"render", ExampleFile("tonewright.syx"), "1", folder.File("a.wav"), "--bits",
+                       kind})
+                      .exitStatus,
+                  0)
+            << kind;
+    }
+    ExpectHelpNames({"render", "--help"}, "--bits", kinds);
     EXPECT_EQ(Words({"find", "--synth", ""}),
               (Lines{"Yamaha DX7, TX7, Korg Volca FM", "Yamaha reface DX"}));
     EXPECT_EQ(Offered({"db", "list", "--database", ""}), Lines{"files\tsyx_db\tsrx_db"});
