@@ -152,6 +152,24 @@ TEST_F(Player, PlaysWhatTheSynthesizersMake) {
     }
 }
 
+// A buffer of 256 frames is 5.3 ms: with it and the next one, which waits at the sound card, a key
+// is heard in far less than 20 ms.
+TEST_F(Player, BeginsAKeyWithTheBlockThatFollows) {
+    SendNew(Sine());
+    Send(Down(60));
+    Send(Up(60));
+    // At every place of the buffer's begin within a block.
+    for (int before = 0; before < BlockFrames; before += 7) {
+        Played(Release + before);
+        Send(Down(72));
+        const Frames frames = Played(256);
+        const auto first =
+            std::ranges::find_if(frames, [](float sample) { return std::fabs(sample) > 0.001f; });
+        EXPECT_LT((first - frames.begin()) / 2, BlockFrames + 8) << before;
+        Send(Up(72));
+    }
+}
+
 TEST_F(Player, PlaysTheSameInPartsOfAnySize) {
     Frames whole;
     for (const int part : {10000, 1, 63, 64, 65, 100, 1023, 4096}) {
