@@ -1,6 +1,6 @@
 // Any voices and any events to a player of any polyphony at any rate, in buffers of any size: what
 // comes out is always a number and never above full scale, and panic ends it. Sounds take their
-// time: some hundred inputs a second.
+// time: a hundred inputs a second or so.
 //
 // The input is the rate and the polyphony, a byte each, and a run of steps: a byte that says what
 // is done, and the bytes that it needs.

@@ -162,10 +162,6 @@ void SilenceAll(SynthPlayer &player) {
     player.used = BlockFrames;
 }
 
-int FadeFrames(const SynthPlayer &player) {
-    return static_cast<int>(std::ceil(FadeTime * player.rate));
-}
-
 // A frame of both sides, rounded off. The limiter follows a louder sound at once, so that what goes
 // out never jumps, and lets go slowly, so that it does not bend every wave anew.
 void Limit(SynthPlayer &player, float keep, float &left, float &right) {
@@ -312,7 +308,7 @@ void RenderFrames(SynthPlayer &player, float *frames, int count) {
     if (panics != player.panicsSeen) {
         player.panicsSeen = panics;
         std::ranges::for_each(player.instruments, TakeBeforePanic);
-        fadeFrames = std::min(FadeFrames(player), count);
+        fadeFrames = std::min(FadeFrames(player.rate), count);
     }
     int fadeLeft = fadeFrames;
     for (int done = 0; done < count;) {

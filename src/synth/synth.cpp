@@ -254,10 +254,6 @@ void EndPanic(Synth &synth) {
     synth.endsIn = 0;
 }
 
-int FadeFrames(double rate) {
-    return static_cast<int>(std::ceil(FadeTime * rate));
-}
-
 } // namespace
 
 Synth MakeSynth(double rate, int polyphony) {

@@ -177,6 +177,7 @@ TEST_F(InstrumentSoundTest, TheCardIsOpenedAsTheOptionsSay) {
     EXPECT_EQ(card.request.rate, 48000.0);
     const OwnedSynthPlayer player = PlayerOfInstruments(48000.0, 8);
     SetPlayerVolume(*player, 0.5);
+    SkipEvents(*player); // from the first frame on
     for (int note = 40; note < 60; ++note) {
         listener.heard(Dx7, Note(note));
         SendEvent(*player, 0, Note(note));
@@ -218,6 +219,7 @@ TEST_F(InstrumentSoundTest, OtherOptionsCountWhenAnOutputIsOpenedNext) {
     EXPECT_EQ(card.request.frames, 1024);
     const OwnedSynthPlayer player = PlayerOfInstruments(48000.0, 32);
     SendEvent(*player, 0, Control(Volume, 80));
+    SkipEvents(*player); // from the first frame on
     for (int note = 36; note < 60; ++note) {
         listener.heard(Dx7, Note(note));
         SendEvent(*player, 0, Note(note));
