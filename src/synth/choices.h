@@ -29,8 +29,8 @@ struct SynthChoices {
     double attackFloor = 1716.0;
     // Part of a full rise that a first segment of level 0 takes.
     double silentPlateau = 1.0 / 20.0;
-    // The lowest note of the group of three keys without level scaling is this many keys above the
-    // break point. (Two lower or three higher elsewhere.)
+    // The MIDI number of the middle of the three keys without level scaling is this much more than
+    // the break point. (Two less or three more elsewhere.)
     int breakPointOffset = 17;
     // Detune in ratio mode: octaves a step, D/7 * detuneDepth * exp(detuneSlope * f) * f with f the
     // binary logarithm of the key's frequency in Hz. (D/32 Hz, or 1.5 cents everywhere, elsewhere.)
@@ -42,8 +42,9 @@ struct SynthChoices {
     double amplitudeSensitivity[4] = {0.0, 0.25, 0.43, 1.0};
     // A fresh voice's envelopes start at the level of L4. (From silence elsewhere.)
     bool startsAtLastLevel = true;
-    // The silence below which an operator costs nothing, in steps: 16 of them are 1/16 octave.
-    double silence = 16.0;
+    // The silence below which an operator costs nothing, in steps: a gain of 6.7e-5, 89.5 dB below
+    // a carrier at full level. No velocity lifts an envelope level of 0 above it.
+    double silence = 34.4;
     // Wheel, foot, breath and pressure, which the instruments keep beside their voices.
     ControllerRoutes controllers = {{{.range = 50, .pitch = true}, {}, {}, {}}};
     // reface DX: the phase that full feedback moves, in cycles, as sawtooth and as square.

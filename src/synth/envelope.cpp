@@ -2,7 +2,6 @@
 // they are from full level, which is nearly linear in amplitude.
 #include "synth/envelope.h"
 
-#include "synth/choices.h"
 #include "synth/laws.h"
 
 #include <algorithm>
@@ -62,9 +61,6 @@ void StartEnvelope(Envelope &envelope, const EnvelopeShape &shape) {
     envelope.level =
         TheSynthChoices.startsAtLastLevel ? shape.targets[Release] : TheSynthChoices.silence;
     EnterSegment(envelope, shape, 0);
-    if (envelope.waiting >= 0.0 && shape.targets[0] <= TheSynthChoices.silence) {
-        envelope.waiting *= TheSynthChoices.silentPlateau;
-    }
 }
 
 void ReleaseEnvelope(Envelope &envelope) {
@@ -85,14 +81,13 @@ void AdvanceEnvelope(Envelope &envelope, const EnvelopeShape &shape, double seco
             }
             seconds -= envelope.waiting;
             envelope.waiting = -1.0;
-            envelope.level = target;
-        } else {
-            const double speed = shape.speeds[segment];
-            seconds = target > envelope.level ? Rise(envelope.level, target, speed, seconds)
-                                              : Fall(envelope.level, target, speed, seconds);
-            if (envelope.level != target) {
-                return;
-            }
+        }
+        // It is there already, unless the shape has changed while it stood.
+        const double speed = shape.speeds[segment];
+        seconds = target > envelope.level ? Rise(envelope.level, target, speed, seconds)
+                                          : Fall(envelope.level, target, speed, seconds);
+        if (envelope.level != target) {
+            return;
         }
         if (segment == Held) {
             return; // until the key is released
@@ -101,8 +96,17 @@ void AdvanceEnvelope(Envelope &envelope, const EnvelopeShape &shape, double seco
     }
 }
 
+bool HasEnded(const Envelope &envelope) {
+    return envelope.segment == Ended;
+}
+
 bool IsSilent(const Envelope &envelope) {
-    return envelope.segment == Ended && envelope.level <= TheSynthChoices.silence;
+    return HasEnded(envelope) && envelope.level <= TheSynthChoices.silence;
+}
+
+bool HoldsSilence(const Envelope &envelope, const EnvelopeShape &shape) {
+    return envelope.segment == Held && envelope.waiting < 0.0 &&
+           envelope.level <= TheSynthChoices.silence && envelope.level == shape.targets[Held];
 }
 
 } // namespace tonewright

@@ -63,7 +63,7 @@ PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
     PreparedOperator prepared;
     prepared.enabled = bytes[0] != 0;
     for (int i = 0; i < 4; ++i) {
-        prepared.rates[i] = Limited(bytes[1 + i], Most) >> 1;
+        prepared.rates[i] = prepared.plateauRates[i] = Limited(bytes[1 + i], Most) >> 1;
         prepared.levels[i] = 32.0 * Limited(bytes[5 + i], Most) - 32.0;
     }
     prepared.rateScaling = 7.0 * Part(bytes[9]);

@@ -16,6 +16,13 @@ double KeyOctaves(double number) {
     return std::log2(440.0) + (number - 69.0) / 12.0;
 }
 
+// Seconds that a segment stands on its level.
+double PlateauTime(const PreparedOperator &voice, int segment, int scaling) {
+    const int rate = voice.plateauRates[segment] + scaling;
+    return FullRiseTime(voice.plateauRatesTo99 ? EnvelopeRate(std::min(99, rate))
+                                               : std::min(63, rate));
+}
+
 void ShapeOperator(KeyOperator &state, const PreparedOperator &voice, int key, int velocity) {
     const int units = std::clamp(
         voice.output + LevelScalingUnits(key, voice.breakPoint, voice.leftDepth, voice.rightDepth,
@@ -29,7 +36,10 @@ void ShapeOperator(KeyOperator &state, const PreparedOperator &voice, int key, i
             std::max(TheSynthChoices.silence, voice.levels[i] + output - 4256.0);
         const int rate = std::min(63, voice.rates[i] + scaling);
         state.shape.speeds[i] = DecaySpeed(rate);
-        state.shape.plateaus[i] = FullRiseTime(rate);
+        state.shape.plateaus[i] = PlateauTime(voice, i, scaling);
+    }
+    if (voice.levels[0] <= 0.0) {
+        state.shape.plateaus[0] *= TheSynthChoices.silentPlateau;
     }
     if (voice.fixed) {
         state.hertz = std::exp2(voice.octaves);
@@ -102,6 +112,17 @@ void ReleaseKey(Key &key, const PreparedVoice &voice) {
         key.operators[i].follows = true;
     }
     ReleasePitchEnvelope(key.pitchEnvelope);
+}
+
+bool HoldsSilence(const Key &key, const PreparedVoice &voice) {
+    for (int i = 0; i < voice.operatorCount; ++i) {
+        const KeyOperator &state = key.operators[i];
+        if (IsCarrier(voice, i) &&
+            (state.gain != 0.0f || !HoldsSilence(state.envelope, state.shape))) {
+            return false;
+        }
+    }
+    return key.rendered;
 }
 
 namespace {
@@ -271,7 +292,8 @@ void RenderGroup(Key *const *keys, int count, const PreparedVoice &voice,
             state.outputs = {lanes[i].last[k], lanes[i].beforeLast[k]};
             if (IsCarrier(voice, i)) {
                 silent = silent && state.gain == 0.0f &&
-                         (!voice.operators[i].enabled || IsSilent(state.envelope));
+                         (voice.operators[i].enabled ? IsSilent(state.envelope)
+                                                     : HasEnded(state.envelope));
             }
         }
         if (silent || (key.fade == 0.0f && key.fadeTarget == 0.0f)) {

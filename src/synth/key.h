@@ -61,6 +61,8 @@ void StartKey(Key &key, const PreparedVoice &voice, int number, int velocity, do
 // Another key takes over what sounds, envelopes and all.
 void MoveKey(Key &key, const PreparedVoice &voice, int number, double glide);
 void ReleaseKey(Key &key, const PreparedVoice &voice);
+// Nothing more is heard of the key before it goes down again, although it is held.
+bool HoldsSilence(const Key &key, const PreparedVoice &voice);
 // Works out again what depends on the voice, which has been changed while the key sounds; what is
 // heard of the key begins at silence.
 void AdaptKey(Key &key, const PreparedVoice &voice);

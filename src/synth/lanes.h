@@ -39,7 +39,7 @@ struct alignas(64) Bus {
 void GainsOf(const float (&levels)[LaneCount], float (&gains)[LaneCount]);
 
 // Adds an operator to `out` and moves it on by a block; `in` modulates it when it is filled.
-// Feedback as in a voice: cycles for an output of amplitude 2, and of what; 0 for none.
+// Feedback as in a voice: cycles for an output of amplitude 1, and of what; 0 for none.
 void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &in, Bus &out);
 // The same for a chain of 2 or 3 operators from its end to its begin, each modulated by the next
 // one and the last one by the output of the first.

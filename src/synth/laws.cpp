@@ -49,6 +49,31 @@ constexpr std::array<int, 4> HighPitchRates = {232, 243, 254, 255};
 
 constexpr std::array<int, 8> PitchSensitivities = {0, 10, 20, 33, 55, 92, 153, 255};
 
+// The place of a velocity on the instrument's own scale, on which 239 changes nothing.
+int VelocityValue(int velocity) {
+    const int even = velocity & ~1;
+    const auto above = std::find_if(VelocityPoints.begin(), VelocityPoints.end(),
+                                    [even](const VelocityPoint &p) { return p.velocity >= even; });
+    if (above->velocity == even) {
+        return above->value;
+    }
+    const VelocityPoint &below = *(above - 1);
+    const double part =
+        static_cast<double>(even - below.velocity) / (above->velocity - below.velocity);
+    return static_cast<int>(std::lround(below.value + part * (above->value - below.value)));
+}
+
+// The rate 1 to 255 of the instrument behind a pitch envelope rate of 0 to 99.
+int PitchRateValue(int rate) {
+    if (rate >= 96) {
+        return HighPitchRates[rate - 96];
+    }
+    const int below = rate / 5;
+    const int begin = PitchRates[below];
+    const int end = rate % 5 == 0 ? begin : PitchRates[below + 1];
+    return static_cast<int>(std::lround(begin + (end - begin) * (rate % 5) / 5.0));
+}
+
 int ScalingOf(int groups, int depth, ScalingCurve curve) {
     const bool linear = curve == ScalingCurve::MinusLinear || curve == ScalingCurve::PlusLinear;
     const bool plus = curve == ScalingCurve::PlusLinear || curve == ScalingCurve::PlusExponential;
@@ -66,19 +91,6 @@ int OutputLevelUnits(int level) {
 
 int EnvelopeLevelUnits(int level) {
     return OutputLevelUnits(level) >> 1;
-}
-
-int VelocityValue(int velocity) {
-    const int even = velocity & ~1;
-    const auto above = std::find_if(VelocityPoints.begin(), VelocityPoints.end(),
-                                    [even](const VelocityPoint &p) { return p.velocity >= even; });
-    if (above->velocity == even) {
-        return above->value;
-    }
-    const VelocityPoint &below = *(above - 1);
-    const double part =
-        static_cast<double>(even - below.velocity) / (above->velocity - below.velocity);
-    return static_cast<int>(std::lround(below.value + part * (above->value - below.value)));
 }
 
 int VelocitySteps(double sensitivity, int velocity) {
@@ -111,8 +123,8 @@ double FullRiseTime(int rate) {
     // a decay.
     double steps = 0.0;
     double level = TheSynthChoices.attackFloor;
-    for (int octave = static_cast<int>((3840.0 - level) / 256.0); octave >= 0; --octave) {
-        const double end = 3840.0 - 256.0 * octave;
+    for (int octave = static_cast<int>((FullLevel - level) / 256.0); octave >= 0; --octave) {
+        const double end = FullLevel - 256.0 * octave;
         steps += (end - level) / (2 + octave);
         level = end;
     }
@@ -126,16 +138,6 @@ double PitchLevel(int level) {
                       : level >= high ? HighPitchLevels[level - high]
                                       : level - 50;
     return value / 32.0;
-}
-
-int PitchRateValue(int rate) {
-    if (rate >= 96) {
-        return HighPitchRates[rate - 96];
-    }
-    const int below = rate / 5;
-    const int begin = PitchRates[below];
-    const int end = rate % 5 == 0 ? begin : PitchRates[below + 1];
-    return static_cast<int>(std::lround(begin + (end - begin) * (rate % 5) / 5.0));
 }
 
 double PitchSpeed(int rate) {

@@ -5,6 +5,8 @@
 
 namespace tonewright {
 
+constexpr double FullLevel = 3840.0; // in steps: a gain of 2
+
 // Output level 0 to 99 in units, 0 to 127.
 int OutputLevelUnits(int level);
 // Envelope level 0 to 99 in units of 64 steps, 0 to 63.
@@ -12,8 +14,6 @@ int EnvelopeLevelUnits(int level);
 // The steps that MIDI velocity 1 to 127 adds to an operator's output at sensitivity 0 to 7;
 // negative for the soft ones.
 int VelocitySteps(double sensitivity, int velocity);
-// The place of a velocity on the instrument's own scale, on which 239 changes nothing.
-int VelocityValue(int velocity);
 
 enum class ScalingCurve { MinusLinear, MinusExponential, PlusExponential, PlusLinear };
 
@@ -35,8 +35,6 @@ double FullRiseTime(int rate);
 // Pitch envelope: level 0 to 99 in octaves, 50 is 0; rate 0 to 99 in octaves a second.
 double PitchLevel(int level);
 double PitchSpeed(int rate);
-// The rate 1 to 255 of the instrument behind a pitch envelope rate of 0 to 99.
-int PitchRateValue(int rate);
 
 // LFO: speed 0 to 99 in Hz; delay 0 to 99 in seconds until the effect begins, and from there until
 // it is whole; sensitivity of pitch 0 to 7 as part of an octave.

@@ -31,10 +31,14 @@ struct PreparedOperator {
     double detuneOctaves = 0.0;
     bool followsPitchEnvelope = true;
     bool followsLfo = true;
-    // Level: output in units, envelope levels in steps, rates 0 to 63.
+    // Level: output in units, envelope levels in steps, rates 0 to 63. Rate scaling is added to the
+    // rates, and for the time that a segment stands on its level to the others: 0 to 99, or 0 to 63
+    // as well.
     int output = 0;
     std::array<double, 4> levels = {};
     std::array<int, 4> rates = {};
+    std::array<int, 4> plateauRates = {};
+    bool plateauRatesTo99 = false;
     int breakPoint = 0;
     int leftDepth = 0; // 0 to 99, as the next one
     int rightDepth = 0;
@@ -44,7 +48,7 @@ struct PreparedOperator {
     double velocitySensitivity = 0.0;  // 0 to 7
     double amplitudeDepth = 0.0;       // 0 to 255: of the LFO, at full fade
     double amplitudeSensitivity = 0.0; // part of that attenuation in dB, 0 to 1
-    // Feedback: cycles for an output of amplitude 2, and of what.
+    // Feedback: cycles for an output of amplitude 1, and of what.
     double feedback = 0.0;
     FeedbackKind feedbackKind = FeedbackKind::Output;
 };

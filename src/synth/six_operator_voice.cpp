@@ -23,9 +23,11 @@ int Limited(std::uint8_t byte, int most) {
 PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
     PreparedOperator prepared;
     for (int i = 0; i < 4; ++i) {
-        prepared.rates[i] = EnvelopeRate(Limited(bytes[i], 99));
+        prepared.plateauRates[i] = Limited(bytes[i], 99);
+        prepared.rates[i] = EnvelopeRate(prepared.plateauRates[i]);
         prepared.levels[i] = 64.0 * EnvelopeLevelUnits(Limited(bytes[4 + i], 99));
     }
+    prepared.plateauRatesTo99 = true;
     prepared.breakPoint = Limited(bytes[8], 99);
     prepared.leftDepth = Limited(bytes[9], 99);
     prepared.rightDepth = Limited(bytes[10], 99);

@@ -39,12 +39,15 @@ float Loudness(const Key &key, const PreparedVoice &voice) {
     return sum;
 }
 
-// The key to give way when all are playing: a released one of the same number, the quietest
-// released one, the oldest.
+// The key to give way when all are playing: a silent one, a released one of the same number, the
+// quietest released one, the oldest.
 Key &KeyToGiveWay(Synth &synth, int number) {
     Key *best = nullptr;
     const auto rank = [&](const Key &key) {
         const bool released = !key.held && !key.sustained;
+        if (HoldsSilence(key, *synth.voice)) {
+            return 3;
+        }
         return released ? (key.number == number ? 2 : 1) : 0;
     };
     for (Key &key : synth.keys) {
@@ -94,14 +97,22 @@ bool IsMono(const Synth &synth) {
     return synth.controls.mono || synth.voice->partMode != PartMode::Poly;
 }
 
-// The octaves that a new key has to glide. `legato`: another one is down.
+// The octaves that a new key has to glide, from where the pitch of the last one stands. `legato`:
+// another one is down.
 double GlideFor(Synth &synth, int number, bool legato) {
     const int from = synth.lastNumber;
     synth.lastNumber = number;
     const PartMode mode = synth.voice->partMode;
     const bool glides =
         mode == PartMode::Poly ? synth.controls.portamento : mode == PartMode::MonoFull || legato;
-    return glides && from >= 0 ? (from - number) / 12.0 : 0.0;
+    if (!glides || from < 0) {
+        return 0.0;
+    }
+    const auto isLast = [&](const Key &key) {
+        return key.sounds && key.order == synth.keysSoFar && key.number == from;
+    };
+    const auto last = std::ranges::find_if(synth.keys, isLast);
+    return (from - number) / 12.0 + (last == synth.keys.end() ? 0.0 : last->glide);
 }
 
 void TakeFromDown(Synth &synth, int number) {
@@ -205,6 +216,16 @@ void ReleaseAll(Synth &synth) {
     }
 }
 
+// What a voice that has become mono does with the keys that are held.
+void ReleaseAllButYoungest(Synth &synth) {
+    const Key *youngest = YoungestHeld(synth);
+    for (Key &key : synth.keys) {
+        if (Plays(key) && key.held && &key != youngest) {
+            ReleaseHeldBy(synth, key);
+        }
+    }
+}
+
 void SetEffects(Synth &synth) {
     for (std::size_t i = 0; i < synth.effects.size(); ++i) {
         SetEffect(synth.effects[i], synth.voice->effects[i]);
@@ -289,6 +310,9 @@ void SetVoice(Synth &synth, const PreparedVoice *voice, bool sameKeys) {
         } else {
             AdaptKey(key, *voice);
         }
+    }
+    if (sameKeys && IsMono(synth)) {
+        ReleaseAllButYoungest(synth);
     }
     if (sameKeys || std::ranges::none_of(synth.fading, &Key::sounds)) {
         SetEffects(synth);
@@ -381,6 +405,8 @@ void Control(Synth &synth, int controller, int value) {
         SetPedal(synth, false);
         break;
     case 123:
+    case 124:
+    case 125:
         ReleaseAll(synth);
         break;
     case 126:

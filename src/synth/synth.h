@@ -63,15 +63,17 @@ struct Synth {
 // MinPolyphony to MaxPolyphony.
 Synth MakeSynth(double rate, int polyphony);
 
-// Another voice: its keys go on in it when `sameKeys`, or else fade out. `voice` must live until
-// another one has been set and IsFading says no. Not to be called while it says yes.
+// Another voice: its keys go on in it when `sameKeys` (in a mono one the youngest of those that are
+// held; the others are released), or else fade out. `voice` must live until another one has been
+// set and IsFading says no. Not to be called while it says yes.
 void SetVoice(Synth &synth, const PreparedVoice *voice, bool sameKeys);
 bool IsFading(const Synth &synth);
 
 // Note 0 to 127, velocity 1 to 127.
 void NoteOn(Synth &synth, int number, int velocity);
 void NoteOff(Synth &synth, int number);
-// The controllers 1, 2, 4, 5, 7, 11, 64, 65, 120, 121, 123, 126 and 127; others do nothing.
+// The controllers 1, 2, 4, 5, 7, 11, 64, 65, 120, 121 and 123 to 127, of which every one releases
+// all keys; others do nothing.
 void Control(Synth &synth, int controller, int value);
 // 0 to 16383; 8192 is the middle.
 void Bend(Synth &synth, int value);

@@ -7,6 +7,8 @@
 namespace tonewright {
 namespace {
 
+constexpr double Silence = TheSynthChoices.silence;
+
 EnvelopeShape Shape(std::array<double, 4> targets, int rate) {
     EnvelopeShape shape;
     shape.targets = targets;
@@ -30,7 +32,7 @@ TEST(OperatorEnvelope, FallsAtEveryRateByTheStepsOfTheChip) {
         // of 63.
         const int q = rate * 41 / 64;
         const double speed = 49096.0 / 4096.0 * (1 << q / 4) * (1.0 + q % 4 / 4.0);
-        const EnvelopeShape shape = Shape({3840.0, 1000.0, 1000.0, 16.0}, EnvelopeRate(rate));
+        const EnvelopeShape shape = Shape({3840.0, 1000.0, 1000.0, Silence}, EnvelopeRate(rate));
         Envelope envelope;
         envelope.level = 3840.0;
         envelope.segment = 1;
@@ -40,11 +42,11 @@ TEST(OperatorEnvelope, FallsAtEveryRateByTheStepsOfTheChip) {
 }
 
 TEST(OperatorEnvelope, RisesTheFasterTheFartherItIsFromFullLevel) {
-    const EnvelopeShape shape = Shape({3840.0, 3840.0, 3840.0, 16.0}, 24);
+    const EnvelopeShape shape = Shape({3840.0, 3840.0, 3840.0, Silence}, 24);
     const double speed = DecaySpeed(24);
     Envelope envelope;
     StartEnvelope(envelope, shape);
-    EXPECT_EQ(envelope.level, 16.0);
+    EXPECT_EQ(envelope.level, Silence);
     AdvanceEnvelope(envelope, shape, 1e-9);
     EXPECT_NEAR(envelope.level, 1716.0, 0.01); // at once
     AdvanceEnvelope(envelope, shape, 76.0 / (10.0 * speed));
@@ -57,7 +59,7 @@ TEST(OperatorEnvelope, RisesTheFasterTheFartherItIsFromFullLevel) {
 
 TEST(OperatorEnvelope, ReachesFullLevelInTheTimeOfAFullRise) {
     for (int rate = 0; rate < 64; ++rate) {
-        const EnvelopeShape shape = Shape({3840.0, 16.0, 16.0, 16.0}, rate);
+        const EnvelopeShape shape = Shape({3840.0, Silence, Silence, Silence}, rate);
         const double whole = FullRiseTime(rate);
         Envelope envelope;
         StartEnvelope(envelope, shape);
@@ -69,7 +71,7 @@ TEST(OperatorEnvelope, ReachesFullLevelInTheTimeOfAFullRise) {
 }
 
 TEST(OperatorEnvelope, IsTheSameInSmallBlocksAndInLargeOnes) {
-    const EnvelopeShape shape = Shape({3840.0, 2000.0, 3000.0, 16.0}, 40);
+    const EnvelopeShape shape = Shape({3840.0, 2000.0, 3000.0, Silence}, 40);
     Envelope coarse;
     Envelope fine;
     StartEnvelope(coarse, shape);
@@ -85,7 +87,7 @@ TEST(OperatorEnvelope, IsTheSameInSmallBlocksAndInLargeOnes) {
 }
 
 TEST(OperatorEnvelope, StandsOnALevelForTheTimeOfAFullRise) {
-    EnvelopeShape shape = Shape({3840.0, 3840.0, 16.0, 16.0}, 20);
+    EnvelopeShape shape = Shape({3840.0, 3840.0, Silence, Silence}, 20);
     Envelope envelope;
     StartEnvelope(envelope, shape);
     AdvanceEnvelope(envelope, shape, FullRiseTime(20) * 1.999);
@@ -95,14 +97,17 @@ TEST(OperatorEnvelope, StandsOnALevelForTheTimeOfAFullRise) {
     EXPECT_EQ(envelope.segment, 2);
 }
 
-TEST(OperatorEnvelope, TakesATwentiethOfItForAFirstLevelOfSilence) {
-    const EnvelopeShape shape = Shape({16.0, 3840.0, 3840.0, 16.0}, 20);
+TEST(OperatorEnvelope, MovesAtItsSpeedFromALevelThatIsNoLongerItsTarget) {
+    EnvelopeShape shape = Shape({3840.0, 3840.0, Silence, Silence}, 20);
     Envelope envelope;
     StartEnvelope(envelope, shape);
-    AdvanceEnvelope(envelope, shape, FullRiseTime(20) * 0.0499);
-    EXPECT_EQ(envelope.segment, 0);
-    AdvanceEnvelope(envelope, shape, FullRiseTime(20) * 0.0002);
+    AdvanceEnvelope(envelope, shape, FullRiseTime(20) * 1.5);
+    shape.targets[1] = 3000.0;
+    AdvanceEnvelope(envelope, shape, FullRiseTime(20) * 0.5 + 0.001);
+    EXPECT_NEAR(envelope.level, 3840.0 - 0.001 * DecaySpeed(20), 0.01);
     EXPECT_EQ(envelope.segment, 1);
+    AdvanceEnvelope(envelope, shape, 1.0);
+    EXPECT_NEAR(envelope.level, 3840.0 - 1.001 * DecaySpeed(20), 0.01);
 }
 
 TEST(OperatorEnvelope, StartsAtItsLastLevel) {
@@ -113,7 +118,7 @@ TEST(OperatorEnvelope, StartsAtItsLastLevel) {
 }
 
 TEST(OperatorEnvelope, HoldsTheThirdLevelUntilTheKeyIsReleased) {
-    const EnvelopeShape shape = Shape({3840.0, 3500.0, 3000.0, 16.0}, 63);
+    const EnvelopeShape shape = Shape({3840.0, 3500.0, 3000.0, Silence}, 63);
     Envelope envelope;
     StartEnvelope(envelope, shape);
     AdvanceEnvelope(envelope, shape, 1000.0);
@@ -121,7 +126,8 @@ TEST(OperatorEnvelope, HoldsTheThirdLevelUntilTheKeyIsReleased) {
     EXPECT_EQ(envelope.segment, 2);
     EXPECT_FALSE(IsSilent(envelope));
     ReleaseEnvelope(envelope);
-    EXPECT_NEAR(TimeUntil(envelope, shape, 16.0, 1e-5), 2984.0 / DecaySpeed(63), 2e-5);
+    EXPECT_NEAR(TimeUntil(envelope, shape, Silence, 1e-5), (3000.0 - Silence) / DecaySpeed(63),
+                2e-5);
     EXPECT_TRUE(IsSilent(envelope));
 }
 

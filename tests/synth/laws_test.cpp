@@ -46,6 +46,16 @@ TEST(Laws, MakeSoftKeysSoftByTheSensitivity) {
     EXPECT_EQ(VelocitySteps(1, 1), -464);
 }
 
+// The place of a velocity on the instrument's own scale, which the sensitivity 8 would count whole.
+int VelocityValue(int velocity) {
+    return 239 + VelocitySteps(8, velocity) / 16;
+}
+
+// The number 1 to 255 that the instrument counts a pitch envelope rate as.
+int PitchRateValue(int rate) {
+    return static_cast<int>(std::lround(PitchSpeed(rate) * 2.0 * 4096.0 / 372.3));
+}
+
 TEST(Laws, DrawVelocitiesBetweenTheMeasuredOnesOnStraightLines) {
     EXPECT_EQ(VelocityValue(2), 70);
     EXPECT_EQ(VelocityValue(8), 106);   // half way from 97 to 114, rounded up
