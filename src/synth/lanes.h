@@ -38,15 +38,15 @@ struct alignas(64) Bus {
 // Gains of levels of some thousand steps to either side: 2^(level / 256 - 14).
 void GainsOf(const float (&levels)[LaneCount], float (&gains)[LaneCount]);
 
-// Adds an operator to `out` and moves it on by a block; `in` modulates it when it is filled.
-// Feedback as in a voice: cycles for an output of amplitude 1, and of what; 0 for none.
+// Adds an operator to `out` and moves it on by a block; `in`, another bus, modulates it when it is
+// filled. Feedback as in a voice: cycles for an output of amplitude 1, and of what; 0 for none.
 void RenderOperator(Lanes &lanes, float feedback, FeedbackKind kind, const Bus &in, Bus &out);
 // The same for a chain of 2 or 3 operators from its end to its begin, each modulated by the next
 // one and the last one by the output of the first.
 void RenderLoop(Lanes *operators, int count, float feedback, Bus &out);
 // Moves an operator on by a block in which it is not heard.
 void PassBlock(Lanes &lanes);
-// Adds the sum of all lanes.
+// Adds half the sum of all lanes: 1 is the amplitude of a carrier at full level, whose gain is 2.
 void AddLanes(const Bus &bus, float (&out)[BlockFrames]);
 
 } // namespace tonewright

@@ -177,7 +177,7 @@ TEST(LanesOfABus, AreHeardTogether) {
     out[1] = 2.0f;
     std::fill(out + 2, out + BlockFrames, 0.0f);
     AddLanes(bus, out);
-    // The lanes are 1 to 16 times the frame.
+    // The lanes are 1 to 16 times the frame: half of their sum is 68 times the frame.
     EXPECT_EQ(out[0], 1.0f);
     EXPECT_EQ(out[1], 2.0f + 68.0f);
     EXPECT_EQ(out[63], 63.0f * 68.0f);
