@@ -1,5 +1,5 @@
-// Wet is at most as loud as dry, but for distortion and wah, which replace it; feedback stays below
-// 0.95.
+// Wet is at most as loud as dry, over all frequencies (a tone that meets a resonance may be
+// louder), but for distortion and wah, which replace it; feedback stays below 0.95.
 #include "synth/effects.h"
 
 #include <algorithm>
@@ -157,15 +157,16 @@ struct SweptDelay {
     double shortest; // s
     double longest;
     float feedback;
+    double wet; // at most
 };
-constexpr SweptDelay ChorusDelay = {0.005, 0.025, 0.0f};
-constexpr SweptDelay FlangerDelay = {0.0005, 0.008, 0.6f};
+constexpr SweptDelay ChorusDelay = {0.005, 0.025, 0.0f, 0.7};
+constexpr SweptDelay FlangerDelay = {0.0005, 0.008, 0.6f, 0.6};
 
 // Frames of the sweep, how loud it is.
 template <const SweptDelay &Delay>
 Settings SweptDelaySettings(const EffectShape &shape, double rate) {
     return {static_cast<float>((Delay.longest - Delay.shortest) * rate * shape.first),
-            static_cast<float>(0.7 * std::min(1.0, 4.0 * shape.first))};
+            static_cast<float>(Delay.wet * std::min(1.0, 4.0 * shape.first))};
 }
 
 template <const SweptDelay &Delay>
@@ -228,9 +229,11 @@ double EchoFrames(const EffectShape &shape, double rate) {
     return (0.012 + (LongestDelay - 0.012) * shape.second) * rate;
 }
 
-// Depth.
+// Feedback, how loud it is: the louder the echoes of echoes, the softer each.
 Settings EchoSettings(const EffectShape &shape, double) {
-    return {static_cast<float>(shape.first)};
+    const double feedback = 0.85 * shape.first;
+    return {static_cast<float>(feedback),
+            static_cast<float>(0.8 * shape.first * std::sqrt(1.0 - feedback * feedback))};
 }
 
 // To another time it fades over, since a sweep to it would be heard as one.
@@ -248,9 +251,11 @@ void Echo(Effect &effect, const Settings &settings, Block &left, Block &right) {
     }
     const bool changes = effect.nextTime != effect.time;
     const auto step = changes ? static_cast<float>(1.0 / (ChangeTime * effect.rate)) : 0.0f;
-    Way way(effect.settings[0], settings[0]);
+    Way feedback(effect.settings[0], settings[0]);
+    Way wet(effect.settings[1], settings[1]);
     for (int i = 0; i < BlockFrames; ++i) {
-        const float depth = way.Next();
+        const float keep = feedback.Next();
+        const float loud = wet.Next();
         float a = Tap(effect, effect.left, effect.time);
         float b = Tap(effect, effect.right, effect.time);
         if (changes) {
@@ -258,9 +263,9 @@ void Echo(Effect &effect, const Settings &settings, Block &left, Block &right) {
             a += effect.changed * (Tap(effect, effect.left, effect.nextTime) - a);
             b += effect.changed * (Tap(effect, effect.right, effect.nextTime) - b);
         }
-        Write(effect, left[i] + 0.85f * depth * a, right[i] + 0.85f * depth * b);
-        left[i] += 0.8f * depth * a;
-        right[i] += 0.8f * depth * b;
+        Write(effect, left[i] + keep * a, right[i] + keep * b);
+        left[i] += loud * a;
+        right[i] += loud * b;
     }
     if (effect.changed >= 1.0f) {
         effect.time = effect.nextTime;
@@ -268,16 +273,22 @@ void Echo(Effect &effect, const Settings &settings, Block &left, Block &right) {
     }
 }
 
-constexpr double ReverbLengths[4] = {0.0297, 0.0371, 0.0411, 0.0437}; // s
+// In seconds: so long that none keeps 0.95 of what it holds in the longest reverb.
+constexpr double ReverbLengths[4] = {0.0383, 0.0411, 0.0437, 0.0479};
 
-// How much each delay keeps, how loud it is.
-Settings ReverbSettings(const EffectShape &shape, double) {
+// How much each delay keeps, how loud it is, how little it is damped.
+Settings ReverbSettings(const EffectShape &shape, double rate) {
     const double seconds = Between(0.3, 5.0, shape.second);
     Settings settings = {};
+    double sum = 0.0;
     for (int line = 0; line < 4; ++line) {
         settings[line] = static_cast<float>(std::pow(10.0, -3.0 * ReverbLengths[line] / seconds));
+        sum += settings[line];
     }
-    settings[4] = static_cast<float>(0.8 * shape.first);
+    const double keeps = sum / 4.0;
+    const double wet = std::min(1.0, 1.4 * std::sqrt(1.0 - keeps * keeps));
+    settings[4] = static_cast<float>(0.8 * shape.first * wet);
+    settings[5] = static_cast<float>(1.0 - std::exp(-2.0 * std::numbers::pi * 7000.0 / rate));
     return settings;
 }
 
@@ -300,7 +311,7 @@ void Reverberate(Effect &effect, const Settings &settings, Block &left, Block &r
             const std::uint32_t at = ((effect.place - length[line]) & (half - 1)) + line % 2 * half;
             float &damped = effect.memory[line];
             const float read = length[line] <= effect.written ? buffer[at] : 0.0f;
-            damped += 0.6f * (read - damped);
+            damped += settings[5] * (read - damped);
             out[line] = damped * keep[line].Next();
         }
         // An orthogonal mix of the four: no energy is made.

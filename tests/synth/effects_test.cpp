@@ -136,6 +136,52 @@ TEST_P(EveryEffect, ComesAndGoesWithoutAClick) {
     EXPECT_LT(widest, steeper * steady);
 }
 
+// The power of what an effect adds to `seconds` of what `source` gives, in parts of that, after
+// `settling` of it.
+template <typename Source>
+double AddedPower(Effect &effect, double settling, double seconds, Source source) {
+    double dry = 0.0;
+    double wet = 0.0;
+    for (double time = 0.0; time < settling + seconds; time += BlockFrames / effect.rate) {
+        float left[BlockFrames];
+        float right[BlockFrames];
+        float given[BlockFrames];
+        for (int i = 0; i < BlockFrames; ++i) {
+            left[i] = right[i] = given[i] = static_cast<float>(source(time + i / effect.rate));
+        }
+        ApplyEffect(effect, left, right);
+        for (int i = 0; i < BlockFrames && time >= settling; ++i) {
+            dry += given[i] * given[i];
+            wet += 0.5 * ((left[i] - given[i]) * (left[i] - given[i]) +
+                          (right[i] - given[i]) * (right[i] - given[i]));
+        }
+    }
+    return wet / dry;
+}
+
+// But for the two that replace it.
+class EveryAddition : public EveryEffect {};
+
+TEST_P(EveryAddition, IsNoMoreThanThereIs) {
+    for (const double second : {0.0, 0.5, 1.0}) {
+        std::mt19937 random(7);
+        std::uniform_real_distribution<double> noise(-1.0, 1.0);
+        Effect effect = Stage(kind_, 1.0, second);
+        EXPECT_LE(AddedPower(effect, 5.0, 1.0, [&](double) { return noise(random); }), 1.0)
+            << second;
+    }
+    // Tones, some of which meet a mode of it: together.
+    double sum = 0.0;
+    for (int tone = 0; tone < 32; ++tone) {
+        const double hz = 60.0 * std::pow(1000.0 / 60.0, tone / 31.0);
+        Effect effect = Stage(kind_, 1.0, 1.0);
+        sum += AddedPower(effect, 4.0, 0.5, [hz](double time) {
+            return std::sin(2.0 * std::numbers::pi * hz * time);
+        });
+    }
+    EXPECT_LE(sum / 32.0, 1.0);
+}
+
 std::string KindName(const testing::TestParamInfo<int> &information) {
     const char *const names[] = {"",        "Distortion", "TouchWah", "Chorus",
                                  "Flanger", "Phaser",     "Delay",    "Reverb"};
@@ -143,6 +189,7 @@ std::string KindName(const testing::TestParamInfo<int> &information) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, EveryEffect, testing::Range(1, 8), KindName);
+INSTANTIATE_TEST_SUITE_P(Kinds, EveryAddition, testing::Range(3, 8), KindName);
 
 TEST(Effects, OfAnEchoRepeatAfterItsTime) {
     Effect effect = Stage(EffectKind::Delay, 1.0, 0.5); // 12 ms to 1.2 s: 606 ms in the middle
@@ -196,6 +243,31 @@ TEST(Effects, OfAReverbLastAsLongAsTheirTime) {
     };
     EXPECT_LT(left(0.0), 1e-4); // 0.3 s to -60 dB
     EXPECT_GT(left(1.0), 1e-2); // 5 s
+}
+
+TEST(Effects, OfAReverbFeedBackLessThanNineteenTwentieths) {
+    Effect effect = Stage(EffectKind::Reverb, 1.0, 1.0);
+    Through(effect, 500.0, 0.5);
+    for (int line = 0; line < 4; ++line) {
+        EXPECT_LT(effect.settings[line], 0.95f) << line;
+        EXPECT_GT(effect.settings[line], 0.9f) << line;
+    }
+}
+
+TEST(Effects, OfAReverbAreAsDullAtAnyRate) {
+    // Of a high tone, between 0.5 and 0.7 s after its end, in dB.
+    const auto tail = [](double rate) {
+        Effect effect = Stage(EffectKind::Reverb, 1.0, 1.0, rate);
+        Through(effect, 4000.0, 0.5);
+        Through(effect, 0.0, 0.5);
+        double sum = 0.0;
+        const Stereo out = Through(effect, 0.0, 0.2);
+        for (std::size_t i = 0; i < out.left.size(); ++i) {
+            sum += out.left[i] * out.left[i] + out.right[i] * out.right[i];
+        }
+        return 10.0 * std::log10(sum / rate);
+    };
+    EXPECT_NEAR(tail(192000.0), tail(48000.0), 5.0);
 }
 
 } // namespace
