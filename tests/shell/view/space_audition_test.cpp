@@ -1,8 +1,10 @@
 // The space bar on a row of the list, with SpaceAuditions.
 #include "window_fixture.h"
 
+#include "drivers/reface_dx/voice_codec.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/builtin_midi.h"
+#include "support/reface_bytes.h"
 
 namespace tonewright {
 namespace {
@@ -48,6 +50,22 @@ TEST_F(SpaceAudition, PlaysTheRowForAsLongAsItIsHeldWithoutABox) {
     EXPECT_EQ(OpenBuiltinStreams(), 0);
     EXPECT_EQ(MainList.selection, 3);
     EXPECT_FALSE(MainListState.dirty);
+}
+
+// Whose upload takes longer, so that a box tells of it elsewhere, which would take the keys.
+TEST_F(SpaceAudition, PlaysAVoiceOfAnotherFamilyWithoutABoxToo) {
+    CurrentDriverId = RefaceDriverId;
+    UsePorts(BuiltinInstrument::Reface);
+    ListSetVoice(MainList, 3, VoiceObject{TestRefaceBlock(3)});
+    QTest::keyPress(list, Qt::Key_Space);
+    EXPECT_EQ(SoundingNotesOf(BuiltinInstrument::Reface), Notes{60});
+    EXPECT_EQ(desktop.busyBoxesShown, 0);
+    QTest::keyRelease(list, Qt::Key_Space);
+    EXPECT_EQ(SoundingNotesOf(BuiltinInstrument::Reface), Notes{});
+    EXPECT_EQ(OpenBuiltinStreams(), 0);
+    TheDesktop.ShowBusyBox(nullptr, "still there for others");
+    TheDesktop.CloseBusyBox();
+    EXPECT_EQ(desktop.busyBoxesShown, 1);
 }
 
 TEST_F(SpaceAudition, SwitchedOffItLooksForANameAsEver) {
