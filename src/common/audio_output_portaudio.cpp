@@ -71,7 +71,7 @@ const PortAudio *LoadPortAudio(std::string &why) {
         PORTAUDIO_CALLS(FIND)
 #undef FIND
         if (!isWhole) {
-            why = "the library " TONEWRIGHT_PORTAUDIO_FILE " is missing";
+            why = "the library " TONEWRIGHT_PORTAUDIO_FILE " cannot be loaded";
             return nullptr;
         }
         loaded = found;
