@@ -151,6 +151,7 @@ TEST(EmptyDesktop, DoesNothingAndAnswersNo) {
     EXPECT_EQ(ChooseExportFile(nullptr, "path", 0), std::nullopt);
     EXPECT_EQ(ChooseSaveExtraFile(nullptr, "path", 0), std::nullopt);
     SaveConfiguration();
+    KeepSetting(ShowTipOfTheDay);
     EXPECT_FALSE(ShiftKeyDown());
     EXPECT_FALSE(ControlKeyDown());
     { const WaitCursor wait; }
@@ -189,6 +190,14 @@ TEST(SaveConfiguration, AsksTheDesktop) {
     TheDesktop.SaveConfiguration = [&saved] { ++saved; };
     SaveConfiguration();
     EXPECT_EQ(saved, 1);
+}
+
+TEST(KeepSetting, AsksTheDesktop) {
+    const PutBack former(TheDesktop);
+    const IntegerSettingValue *kept = nullptr;
+    TheDesktop.KeepSetting = [&kept](IntegerSettingValue &setting) { kept = &setting; };
+    KeepSetting(InstrumentVolume);
+    EXPECT_EQ(kept, &InstrumentVolume);
 }
 
 TEST(WaitCursor, IsTakenOffOnEveryWayOut) {

@@ -378,6 +378,15 @@ TEST_F(FileDialog, SavingTheConfigurationWritesTheSettings) {
     EXPECT_TRUE(ConfigIsWritten());
 }
 
+TEST_F(FileDialog, KeepingASettingWritesItsRow) {
+    UseQtDesktop();
+    MakeProgramFolders();
+    InstrumentVolume = 12;
+    KeepSetting(InstrumentVolume);
+    EXPECT_TRUE(ReadTestText(home.File("Quillbrook/Tonewright 17/Extras.ini"))
+                    .ends_with("[Extras]\nInstrumentVolume = 12\n"));
+}
+
 // ---- the trash
 
 class Trash : public FileDialog {
