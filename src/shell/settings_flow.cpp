@@ -37,7 +37,7 @@ bool KeepRow(const SettingsList &list, const ConfigKey &row) {
                     FormatText("%s\n\n%s: %s", what, SettingsFilePath(list).c_str(),
                                std::strerror(reason)));
     }
-    return outcome == SettingsWrite::Done;
+    return outcome != SettingsWrite::Failed;
 }
 
 } // namespace

@@ -125,6 +125,21 @@ TEST_F(InstrumentsFlow, WhatCannotBeKeptCountsAllTheSameAndIsSaidOnce) {
     EXPECT_EQ(InstrumentPolyphony, 8u);
 }
 
+TEST_F(InstrumentsFlow, WhatIsKeptWithoutABackupOfItsFileIsKeptAllTheSame) {
+    WriteTestText(extras, "CarefulMode = 1\n");
+    std::filesystem::create_directory(maker + "Tonewright 17/Backup of Extras.ini");
+    const std::string message = "This choice is kept. The version of its file before it could not "
+                                "be kept as a backup:\n\n" +
+                                extras + ": File exists";
+    desktop.ExpectMessage(message);
+    desktop.ExpectMessage(message);
+    InstrumentsChoice choice = CurrentInstrumentsChoice();
+    choice.volume = 1;
+    choice.buffer = 512;
+    AcceptInstrumentsChoice(choice);
+    EXPECT_EQ(Kept(), "CarefulMode = 1\nInstrumentVolume = 1\nInstrumentBuffer = 512\n");
+}
+
 std::vector<std::string> Texts(const std::vector<DeviceRow> &rows) {
     std::vector<std::string> texts;
     for (const DeviceRow &row : rows) {
