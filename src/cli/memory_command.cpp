@@ -9,6 +9,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "midi/builtin_ports.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/transport.h"
 

@@ -131,15 +131,6 @@ std::string MidiHelp() {
     return std::string(HelpOfPorts) + DetectionHelp() + std::string(HelpOfInstruments);
 }
 
-const InstrumentMemory *MemoryOfFamily(const SynthDriver &family, const char *instrument) {
-    for (const InstrumentMemory &memory : family.memories) {
-        if (NameContains(instrument, memory.instrument)) {
-            return &memory;
-        }
-    }
-    return nullptr;
-}
-
 int ReadInstrumentMemory(const char *path, bool mayBeNew) {
     errno = 0;
     if (LoadInstrumentMemory(path) || (mayBeNew && errno == ENOENT)) {

@@ -40,10 +40,6 @@ int WithMidi(const CliCall &call, const std::function<int()> &work,
 int WithInstrument(const CliCall &call, const SynthDriver &synth, const std::function<int()> &work,
                    InstrumentsAre instruments = InstrumentsAre::Silent);
 
-// How a family keeps voices in the memory of the built-in instrument of that name; nullptr for one
-// that is not of its instruments.
-const InstrumentMemory *MemoryOfFamily(const SynthDriver &family, const char *instrument);
-
 // Reads a file of --memory into the built-in instruments; with `mayBeNew` one that does not exist
 // stands for the state of the factory. ExitDone, or ExitFailed after telling why not.
 int ReadInstrumentMemory(const char *path, bool mayBeNew);

@@ -14,6 +14,7 @@
 #include "common/whole_file.h"
 #include "core/dispatch.h"
 #include "midi/audition.h"
+#include "midi/builtin_ports.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_start.h"
 #include "synth/block.h"

@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "core/dispatch.h"
+#include "midi/builtin_ports.h"
 #include "midi/short_messages.h"
 
 #include <algorithm>
@@ -95,7 +96,7 @@ std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject 
     return AuditionState{.list = list,
                          .voice = *voice,
                          .driverId = driverId,
-                         .ports = ports,
+                         .ports = PortsToHear(driverId, ports),
                          .itemIndex = itemIndex,
                          .colours = ShiftKeyDown() ? SwappedColours : UsualColours};
 }

@@ -54,8 +54,8 @@ struct AuditionState {
 };
 
 // State of a box for `voice`, or for the voice at `itemIndex` of `list` when it is nullptr; both
-// are copied. Nothing when there is no such voice. With the Shift key held now, the colours are
-// swapped.
+// are copied. Nothing when there is no such voice. By the ports that PortsToHear gives. With the
+// Shift key held now, the colours are swapped.
 std::optional<AuditionState> PrepareAudition(VoiceList *list, const VoiceObject *voice,
                                              DriverId driverId, MidiPorts ports, int itemIndex);
 
