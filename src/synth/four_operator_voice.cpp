@@ -23,8 +23,6 @@ constexpr int Operators = 4;
 constexpr int Most = 127;
 // Transpose, bend range, detune and levels of the pitch envelope count from here.
 constexpr int Zero = 64;
-// The group of keys without level scaling is around C3.
-constexpr int BreakPoint = 43;
 
 int Limited(std::uint8_t byte, int most) {
     return std::min<int>(byte, most);
@@ -34,18 +32,9 @@ double Part(std::uint8_t byte) {
     return Limited(byte, Most) / static_cast<double>(Most);
 }
 
-struct SpeedPoint {
-    int value;
-    double hz;
-};
-constexpr std::array LfoSpeeds = {
-    SpeedPoint{0, 0.026},  SpeedPoint{8, 0.34},  SpeedPoint{16, 0.67}, SpeedPoint{32, 1.35},
-    SpeedPoint{64, 2.69},  SpeedPoint{80, 4.37}, SpeedPoint{96, 8.4},  SpeedPoint{112, 17.5},
-    SpeedPoint{120, 27.4}, SpeedPoint{127, 39.7}};
-
-double FourOperatorLfoFrequency(int speed) {
-    const auto above = std::find_if(LfoSpeeds.begin(), LfoSpeeds.end(),
-                                    [speed](const SpeedPoint &p) { return p.value >= speed; });
+double FourOperatorLfoFrequency(int speed, const SynthChoices &choices) {
+    const auto above = std::ranges::find_if(
+        choices.refaceLfoSpeeds, [speed](const SpeedPoint &p) { return p.value >= speed; });
     if (above->value == speed) {
         return above->hz;
     }
@@ -59,7 +48,7 @@ double Speed(std::uint8_t rate) {
     return std::pow(255.0, Part(rate)) * TheSynthChoices.ticksPerSecond / 2.0 / 4096.0;
 }
 
-PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
+PreparedOperator PrepareOperator(const std::uint8_t *bytes, const SynthChoices &choices) {
     PreparedOperator prepared;
     prepared.enabled = bytes[0] != 0;
     for (int i = 0; i < 4; ++i) {
@@ -67,28 +56,28 @@ PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
         prepared.levels[i] = 32.0 * Limited(bytes[5 + i], Most) - 32.0;
     }
     prepared.rateScaling = 7.0 * Part(bytes[9]);
-    prepared.breakPoint = BreakPoint;
+    prepared.breakPoint = choices.refaceBreakPoint;
     prepared.leftDepth = static_cast<int>(std::lround(99.0 * Part(bytes[10])));
     prepared.rightDepth = static_cast<int>(std::lround(99.0 * Part(bytes[11])));
     prepared.leftCurve = static_cast<ScalingCurve>(bytes[12] & 3);
     prepared.rightCurve = static_cast<ScalingCurve>(bytes[13] & 3);
-    prepared.amplitudeDepth = 2.0 * Limited(bytes[14], Most);
-    prepared.amplitudeSensitivity = 1.0;
+    prepared.amplitudeDepth = choices.refaceAmplitudeDepth * Limited(bytes[14], Most);
+    // Without a depth of its own it is not sensitive to controllers either.
+    prepared.amplitudeSensitivity = bytes[14] == 0 ? 0.0 : 1.0;
     prepared.followsLfo = bytes[15] != 0;
     prepared.followsPitchEnvelope = bytes[16] != 0;
     prepared.velocitySensitivity = 7.0 * Part(bytes[17]);
     prepared.output = Limited(bytes[18], Most);
     const bool square = bytes[20] != 0;
     prepared.feedbackKind = square ? FeedbackKind::Square : FeedbackKind::Sawtooth;
-    prepared.feedback =
-        (square ? TheSynthChoices.squareFeedback : TheSynthChoices.sawFeedback) * Part(bytes[19]);
+    prepared.feedback = (square ? choices.squareFeedback : choices.sawFeedback) * Part(bytes[19]);
     prepared.fixed = bytes[21] != 0;
     const int coarse = bytes[22] & 31;
     const int fine = Limited(bytes[23], 99);
-    const double detune =
-        (Limited(bytes[24], Most) - Zero) * TheSynthChoices.refaceDetuneCents / 1200.0;
+    const double detune = (Limited(bytes[24], Most) - Zero) * choices.refaceDetuneCents / 1200.0;
     if (prepared.fixed) {
-        prepared.octaves = ((coarse >> 3) + fine / 100.0) * std::log2(10.0) + detune;
+        prepared.octaves =
+            ((coarse >> choices.refaceFixedShift) + fine / 100.0) * std::log2(10.0) + detune;
     } else {
         prepared.octaves = std::log2(std::max(0.01, coarse + fine / 100.0));
         prepared.detuneOctaves = detune;
@@ -104,14 +93,16 @@ EffectShape PrepareEffect(const std::uint8_t *bytes) {
 
 } // namespace
 
-PreparedVoice PrepareFourOperatorVoice(const std::uint8_t (&bytes)[FourOperatorBytes]) {
+PreparedVoice PrepareFourOperatorVoice(const std::uint8_t (&bytes)[FourOperatorBytes],
+                                       const SynthChoices &choices) {
     PreparedVoice voice;
     voice.operatorCount = Operators;
     for (int i = 0; i < Operators; ++i) {
-        voice.operators[i] = PrepareOperator(bytes + CommonBytes + OperatorBytes * i);
+        voice.operators[i] = PrepareOperator(bytes + CommonBytes + OperatorBytes * i, choices);
     }
     voice.algorithm = FourOperatorAlgorithm(Limited(bytes[16], FourOperatorAlgorithms - 1));
-    voice.oscillatorSync = true;
+    voice.oscillatorSync = choices.refaceOscillatorSync;
+    voice.startPhase = choices.startPhase;
     voice.transpose = std::clamp(bytes[12] - Zero, -24, 24);
     voice.partMode = static_cast<PartMode>(Limited(bytes[13], 2));
     const int time = Limited(bytes[14], Most);
@@ -121,11 +112,17 @@ PreparedVoice PrepareFourOperatorVoice(const std::uint8_t (&bytes)[FourOperatorB
                                  LfoWave::SawDown,      LfoWave::Square,   LfoWave::SampleAndHold8,
                                  LfoWave::SampleAndHold};
     voice.lfo = {.wave = Waves[Limited(bytes[17], 6)],
-                 .frequency = FourOperatorLfoFrequency(Limited(bytes[18], Most)),
-                 .delay = {.wait = 0.012 + (1.2 - 0.012) * Part(bytes[19]), .fade = 0.0},
+                 .frequency = FourOperatorLfoFrequency(Limited(bytes[18], Most), choices),
+                 .delay = {.wait = choices.refaceShortestDelay +
+                                   (choices.refaceLongestDelay - choices.refaceShortestDelay) *
+                                       Part(bytes[19]),
+                           .fade = 0.0},
+                 .delayAtEachKey = choices.lfoDelayAtEachKey,
                  .keySync = false};
     voice.pitchDepth = 255.0 * Part(bytes[20]);
     voice.pitchSensitivity = 1.0;
+    voice.controllerOctaves = choices.refaceControllerOctaves;
+    voice.glideHurries = choices.portamentoHurries;
     for (int i = 0; i < 4; ++i) {
         voice.pitchEnvelope.speeds[i] = Speed(bytes[21 + i]);
         voice.pitchEnvelope.levels[i] = std::clamp(bytes[25 + i] - Zero, -48, 48) / 12.0;

@@ -91,9 +91,9 @@ void StartKey(Key &key, const PreparedVoice &voice, int number, int velocity, do
         state.gain = 0.0f;
         state.outputs = {};
         // With all phases at 0 a sound may begin at once: it grows out of the zero of its waves.
-        state.follows = !voice.oscillatorSync;
+        state.follows = !voice.oscillatorSync || voice.startPhase != 0.0;
         if (voice.oscillatorSync) {
-            state.phase = 0;
+            state.phase = static_cast<std::uint32_t>(voice.startPhase * 0x1p32);
         }
     }
     StartPitchEnvelope(key.pitchEnvelope, voice.pitchEnvelope);
@@ -140,8 +140,7 @@ double AmplitudeLoss(const PreparedOperator &prepared, const Modulation &modulat
     const double depth = std::min(255.0, prepared.amplitudeDepth * modulation.amplitudeFade +
                                              modulation.amplitudeDepth);
     const double loss = std::min(255.0, depth * modulation.lfoLoss + modulation.envelopeBias);
-    return loss > 0.0 ? -256.0 * prepared.amplitudeSensitivity * std::log2(1.0 - loss / 256.0)
-                      : 0.0;
+    return loss > 0.0 ? prepared.amplitudeSensitivity * TremoloSteps(loss) : 0.0;
 }
 
 double Ratio(double octaves) {
@@ -159,7 +158,7 @@ struct KeyRatios {
 bool Steer(Key *const *keys, int count, const KeyRatios *ratios, const PreparedVoice &voice,
            int number, const Modulation &modulation, double rate, Lanes &lanes) {
     const PreparedOperator &prepared = voice.operators[number];
-    const double loss = AmplitudeLoss(prepared, modulation);
+    const double loss = AmplitudeLoss(prepared, modulation) - prepared.extraSteps;
     const bool swings = !prepared.fixed && prepared.followsLfo;
     const double common = Ratio(modulation.octaves + (swings ? modulation.lfoOctaves : 0.0)) / rate;
     bool sounds[LaneCount] = {};
@@ -220,7 +219,8 @@ void AdvanceKey(Key &key, const PreparedVoice &voice, const Modulation &modulati
     AdvancePitchEnvelope(key.pitchEnvelope, voice.pitchEnvelope, seconds);
     if (key.glide != 0.0) {
         // The farther, the faster: as many times as there are quarters of an octave to go.
-        const double speed = modulation.glideSpeed * (1.0 + std::floor(std::fabs(key.glide) * 4.0));
+        const double quarters = voice.glideHurries ? std::floor(std::fabs(key.glide) * 4.0) : 0.0;
+        const double speed = modulation.glideSpeed * (1.0 + quarters);
         const double way = speed > 0.0 ? speed * seconds : std::fabs(key.glide);
         key.glide =
             key.glide > 0.0 ? std::max(0.0, key.glide - way) : std::min(0.0, key.glide + way);

@@ -1,8 +1,6 @@
 // The tables and formulas of the six-operator instruments, as measured and published.
 #include "synth/laws.h"
 
-#include "synth/choices.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -35,6 +33,16 @@ constexpr std::array VelocityPoints = {
     VelocityPoint{90, 232},  VelocityPoint{92, 233},  VelocityPoint{100, 240},
     VelocityPoint{108, 244}, VelocityPoint{110, 246}, VelocityPoint{112, 246},
     VelocityPoint{116, 249}, VelocityPoint{126, 254}};
+
+// Amplitude modulation as another instrument was measured.
+struct TremoloPoint {
+    double modulation; // of 255
+    double decibels;
+};
+constexpr std::array TremoloPoints = {
+    TremoloPoint{0, 0.0},   TremoloPoint{25, 0.9},   TremoloPoint{64, 1.7},  TremoloPoint{87, 2.4},
+    TremoloPoint{128, 4.8}, TremoloPoint{193, 14.0}, TremoloPoint{255, 40.0}};
+constexpr double StepDecibels = 20.0 * 0.30102999566 / 256.0;
 
 // Levels of the pitch envelope, in 1/32 octave: the ends of the range; between them it is v - 50.
 constexpr std::array<int, 17> LowPitchLevels = {-128, -116, -104, -95, -85, -76, -68, -61, -56,
@@ -74,12 +82,23 @@ int PitchRateValue(int rate) {
     return static_cast<int>(std::lround(begin + (end - begin) * (rate % 5) / 5.0));
 }
 
-int ScalingOf(int groups, int depth, ScalingCurve curve) {
+// What the groups of keys from the 22nd on, 95 and more, are when the last one is not 255.
+int ExponentialScaling(int groups, int farthest) {
+    constexpr int Far = 22;
+    const int last = static_cast<int>(ExponentialGroups.size()) - 1;
+    const int value = ExponentialGroups[std::min(groups, last)];
+    const int begin = ExponentialGroups[Far];
+    return groups <= Far
+               ? value
+               : begin + (value - begin) * (farthest - begin) / (ExponentialGroups[last] - begin);
+}
+
+int ScalingOf(int groups, int depth, ScalingCurve curve, const SynthChoices &choices) {
     const bool linear = curve == ScalingCurve::MinusLinear || curve == ScalingCurve::PlusLinear;
     const bool plus = curve == ScalingCurve::PlusLinear || curve == ScalingCurve::PlusExponential;
-    const int last = static_cast<int>(ExponentialGroups.size()) - 1;
-    const int units = linear ? groups * depth * 329 >> 12
-                             : ExponentialGroups[std::min(groups, last)] * depth * 329 >> 15;
+    const int units = linear
+                          ? groups * depth * 329 >> 12
+                          : ExponentialScaling(groups, choices.farthestScaling) * depth * 329 >> 15;
     return plus ? units : -units;
 }
 
@@ -99,10 +118,10 @@ int VelocitySteps(double sensitivity, int velocity) {
 }
 
 int LevelScalingUnits(int key, int breakPoint, int leftDepth, int rightDepth, ScalingCurve left,
-                      ScalingCurve right) {
-    const int distance = key - breakPoint - TheSynthChoices.breakPointOffset;
-    return distance >= 0 ? ScalingOf((distance + 1) / 3, rightDepth, right)
-                         : ScalingOf((1 - distance) / 3, leftDepth, left);
+                      ScalingCurve right, const SynthChoices &choices) {
+    const int distance = key - breakPoint - choices.breakPointOffset;
+    return distance >= 0 ? ScalingOf((distance + 1) / 3, rightDepth, right, choices)
+                         : ScalingOf((1 - distance) / 3, leftDepth, left, choices);
 }
 
 int RateScaling(int key, double sensitivity) {
@@ -148,10 +167,10 @@ int Scaled(int value) {
     return value * 165 >> 6;
 }
 
-double LfoFrequency(int speed) {
+double LfoFrequency(int speed, const SynthChoices &choices) {
     const int value = std::max(1, Scaled(speed));
-    const int factor = value < 160 ? 11 : 11 + ((value - 160) >> 2);
-    return value * factor * TheSynthChoices.ticksPerSecond / 65536.0;
+    const int factor = value < 160 ? 11 : 11 + ((value - 160) >> choices.lfoFastShift);
+    return value * factor * choices.ticksPerSecond / 65536.0;
 }
 
 LfoDelay LfoDelayOf(int delay) {
@@ -168,14 +187,37 @@ double PitchSensitivity(int sensitivity) {
     return PitchSensitivities[sensitivity] / 255.0;
 }
 
+double TremoloSteps(double modulation, const SynthChoices &choices) {
+    if (choices.logarithmicTremolo) {
+        return -256.0 * std::log2(1.0 - modulation / 256.0);
+    }
+    const auto above = std::ranges::find_if(
+        TremoloPoints, [&](const TremoloPoint &p) { return p.modulation >= modulation; });
+    if (above == TremoloPoints.begin()) {
+        return above->decibels / StepDecibels;
+    }
+    const TremoloPoint &below = *(above - 1);
+    const double part = (modulation - below.modulation) / (above->modulation - below.modulation);
+    return (below.decibels + part * (above->decibels - below.decibels)) / StepDecibels;
+}
+
+double PortamentoSpeed(int time, bool hurries) {
+    const int value = time * 100 / 128;
+    if (value == 0) {
+        return 0.0;
+    }
+    return hurries ? PitchSpeed(99 - value) : 2100.0 * std::exp2(-0.062 * time) / 12.0;
+}
+
 double DetuneOctaves(int detune, double hz) {
     const double octave = std::log2(hz);
     return detune / 7.0 * TheSynthChoices.detuneDepth *
            std::exp(TheSynthChoices.detuneSlope * octave) * octave;
 }
 
-double FixedDetuneOctaves(int detune) {
-    return detune * TheSynthChoices.fixedDetuneCents / 1200.0;
+double FixedDetuneOctaves(int detune, const SynthChoices &choices) {
+    const int steps = choices.fixedDetuneDownwards ? detune : std::max(0, detune);
+    return steps * choices.fixedDetuneCents / 1200.0;
 }
 
 } // namespace tonewright

@@ -28,7 +28,7 @@ void LfoKeyDown(Lfo &lfo, const LfoShape &shape, bool first) {
     if (shape.keySync) {
         lfo.phase = SyncPhase;
     }
-    if (first) {
+    if (first || shape.delayAtEachKey) {
         lfo.sinceFirstKey = 0.0;
     }
 }

@@ -13,12 +13,13 @@ struct LfoShape {
     LfoWave wave = LfoWave::Triangle;
     double frequency = 0.0; // Hz
     LfoDelay delay;
+    bool delayAtEachKey = false; // or at the first after silence
     bool keySync = false;
 };
 
 struct Lfo {
     double phase = 0.0;         // cycles, below 1
-    double sinceFirstKey = 0.0; // s, since the first key after silence
+    double sinceFirstKey = 0.0; // s, since the key at which the delay began
     double held = 0.0;          // of sample and hold
     std::uint32_t random = 1;
 };

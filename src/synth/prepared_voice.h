@@ -4,6 +4,7 @@
 #pragma once
 
 #include "synth/algorithms.h"
+#include "synth/choices.h"
 #include "synth/effects.h"
 #include "synth/laws.h"
 #include "synth/lfo.h"
@@ -48,6 +49,8 @@ struct PreparedOperator {
     double velocitySensitivity = 0.0;  // 0 to 7
     double amplitudeDepth = 0.0;       // 0 to 255: of the LFO, at full fade
     double amplitudeSensitivity = 0.0; // part of that attenuation in dB, 0 to 1
+    // Steps by which it is louder than its envelope.
+    double extraSteps = 0.0;
     // Feedback: cycles for an output of amplitude 1, and of what.
     double feedback = 0.0;
     FeedbackKind feedbackKind = FeedbackKind::Output;
@@ -61,15 +64,19 @@ struct PreparedVoice {
     Algorithm algorithm;
     std::array<PreparedOperator, MaxOperators> operators; // operator 1 is the first
     bool oscillatorSync = false;
-    int transpose = 0; // keys
+    double startPhase = 0.0; // cycles, of a key that synchronises
+    int transpose = 0;       // keys
+    double tune = 0.0;       // octaves, of fixed frequencies as well
     PitchEnvelopeShape pitchEnvelope;
     LfoShape lfo;
-    double pitchDepth = 0.0;       // 0 to 255: of the LFO, at full fade
-    double pitchSensitivity = 0.0; // octaves to each side that 255 of it makes
+    double pitchDepth = 0.0;        // 0 to 255: of the LFO, at full fade
+    double pitchSensitivity = 0.0;  // octaves to each side that 255 of it makes
+    double controllerOctaves = 0.0; // and that 255 of what controllers add to it make
     // What a reface DX keeps in the voice, and a DX7 beside it.
     PartMode partMode = PartMode::Poly;
-    double bendRange = 2.0;  // semitones
-    double glideSpeed = 0.0; // octaves a second at the end of a glide; 0 is at once
+    double bendRange = 2.0;   // semitones
+    double glideSpeed = 0.0;  // octaves a second at the end of a glide; 0 is at once
+    bool glideHurries = true; // and before, the more the farther it has to go
     std::array<EffectShape, 2> effects;
 };
 
@@ -80,8 +87,10 @@ constexpr std::size_t FourOperatorBytes = 38 + 4 * 28;
 // From the edit buffer of a DX7: operator 6 first, 21 bytes each, then the common ones. Bit 0 of
 // `enabledOperators` is operator 1.
 PreparedVoice PrepareSixOperatorVoice(const std::uint8_t (&bytes)[SixOperatorBytes],
-                                      unsigned enabledOperators = 0x3F);
+                                      unsigned enabledOperators = 0x3F,
+                                      const SynthChoices &choices = TheSynthChoices);
 // From the edit buffer of a reface DX: the common bytes, then operators 1 to 4.
-PreparedVoice PrepareFourOperatorVoice(const std::uint8_t (&bytes)[FourOperatorBytes]);
+PreparedVoice PrepareFourOperatorVoice(const std::uint8_t (&bytes)[FourOperatorBytes],
+                                       const SynthChoices &choices = TheSynthChoices);
 
 } // namespace tonewright

@@ -8,6 +8,7 @@
 #include "synth/prepared_voice.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace tonewright {
@@ -20,7 +21,7 @@ int Limited(std::uint8_t byte, int most) {
     return std::min<int>(byte, most);
 }
 
-PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
+PreparedOperator PrepareOperator(const std::uint8_t *bytes, const SynthChoices &choices) {
     PreparedOperator prepared;
     for (int i = 0; i < 4; ++i) {
         prepared.plateauRates[i] = Limited(bytes[i], 99);
@@ -34,7 +35,7 @@ PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
     prepared.leftCurve = static_cast<ScalingCurve>(bytes[11] & 3);
     prepared.rightCurve = static_cast<ScalingCurve>(bytes[12] & 3);
     prepared.rateScaling = bytes[13] & 7;
-    prepared.amplitudeSensitivity = TheSynthChoices.amplitudeSensitivity[bytes[14] & 3];
+    prepared.amplitudeSensitivity = choices.amplitudeSensitivity[bytes[14] & 3];
     prepared.velocitySensitivity = bytes[15] & 7;
     prepared.output = OutputLevelUnits(Limited(bytes[16], 99));
     prepared.fixed = (bytes[17] & 1) != 0;
@@ -43,7 +44,7 @@ PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
     const int detune = Limited(bytes[20], 14) - 7;
     if (prepared.fixed) {
         prepared.octaves =
-            ((coarse & 3) + fine / 100.0) * std::log2(10.0) + FixedDetuneOctaves(detune);
+            ((coarse & 3) + fine / 100.0) * std::log2(10.0) + FixedDetuneOctaves(detune, choices);
     } else {
         prepared.octaves = std::log2((coarse == 0 ? 0.5 : coarse) * (1.0 + fine / 100.0));
         prepared.detune = detune;
@@ -51,13 +52,42 @@ PreparedOperator PrepareOperator(const std::uint8_t *bytes) {
     return prepared;
 }
 
+// Louder modulators and softer carriers than envelopes make them, where they are chosen so.
+// Feedback stays.
+void ChooseLoudness(PreparedVoice &voice, const SynthChoices &choices) {
+    const int carriers = std::popcount(voice.algorithm.carriers);
+    for (int i = 0; i < MaxOperators; ++i) {
+        const bool carrier = (voice.algorithm.carriers >> i & 1) != 0;
+        const double factor = !carrier                    ? choices.modulationIndex / 2.0
+                              : choices.dividesByCarriers ? 1.0 / carriers
+                                                          : 1.0;
+        voice.operators[i].extraSteps = 256.0 * std::log2(factor);
+    }
+    voice.operators[voice.algorithm.feedbackTo].feedback /=
+        std::exp2(voice.operators[voice.algorithm.feedbackFrom].extraSteps / 256.0);
+}
+
+void PrepareFeedback(PreparedVoice &voice, int feedback, const SynthChoices &choices) {
+    Algorithm &algorithm = voice.algorithm;
+    const bool loops = algorithm.feedbackFrom != algorithm.feedbackTo;
+    const bool all = algorithm.carriers == 0x3F;
+    if (!choices.feedbackLoops) {
+        algorithm.feedbackFrom = algorithm.feedbackTo;
+    }
+    if (feedback > 0) {
+        voice.operators[algorithm.feedbackTo].feedback =
+            std::exp2(feedback - 8.0) / (loops || all ? choices.feedbackDivisor : 1.0);
+    }
+}
+
 } // namespace
 
 PreparedVoice PrepareSixOperatorVoice(const std::uint8_t (&bytes)[SixOperatorBytes],
-                                      unsigned enabledOperators) {
+                                      unsigned enabledOperators, const SynthChoices &choices) {
     PreparedVoice voice;
     for (int i = 0; i < MaxOperators; ++i) {
-        voice.operators[i] = PrepareOperator(bytes + OperatorBytes * (MaxOperators - 1 - i));
+        voice.operators[i] =
+            PrepareOperator(bytes + OperatorBytes * (MaxOperators - 1 - i), choices);
         voice.operators[i].enabled = (enabledOperators >> i & 1) != 0;
     }
     const std::uint8_t *common = bytes + OperatorBytes * MaxOperators;
@@ -66,19 +96,20 @@ PreparedVoice PrepareSixOperatorVoice(const std::uint8_t (&bytes)[SixOperatorByt
         voice.pitchEnvelope.levels[i] = PitchLevel(Limited(common[4 + i], 99));
     }
     voice.algorithm = SixOperatorAlgorithm(common[8] & 31);
-    const int feedback = common[9] & 7;
-    if (feedback > 0) {
-        voice.operators[voice.algorithm.feedbackTo].feedback = std::exp2(feedback - 8.0);
-    }
+    PrepareFeedback(voice, common[9] & 7, choices);
+    ChooseLoudness(voice, choices);
     voice.oscillatorSync = (common[10] & 1) != 0;
+    voice.startPhase = choices.startPhase;
     constexpr LfoWave Waves[] = {LfoWave::Triangle, LfoWave::SawDown, LfoWave::SawUp,
                                  LfoWave::Square,   LfoWave::Sine,    LfoWave::SampleAndHold};
     voice.lfo = {.wave = Waves[Limited(common[16] & 7, 5)],
-                 .frequency = LfoFrequency(Limited(common[11], 99)),
+                 .frequency = LfoFrequency(Limited(common[11], 99), choices),
                  .delay = LfoDelayOf(Limited(common[12], 99)),
+                 .delayAtEachKey = choices.lfoDelayAtEachKey,
                  .keySync = (common[15] & 1) != 0};
     voice.pitchDepth = Scaled(Limited(common[13], 99));
-    voice.pitchSensitivity = PitchSensitivity(common[17] & 7);
+    voice.pitchSensitivity = voice.controllerOctaves = PitchSensitivity(common[17] & 7);
+    voice.glideHurries = choices.portamentoHurries;
     for (PreparedOperator &prepared : voice.operators) {
         prepared.amplitudeDepth = Scaled(Limited(common[14], 99));
     }

@@ -135,13 +135,16 @@ struct Depths {
 
 Depths DepthsOf(const Synth &synth) {
     Depths depths;
+    const auto add = [&](double &depth, double more) {
+        depth = synth.routesAdd ? depth + more : std::max(depth, more);
+    };
     for (std::size_t source = 0; source < synth.routes.size(); ++source) {
         const ControllerRoute &route = synth.routes[source];
         const double range = Scaled(route.range);
         const double moved = range * synth.controls.sources[source];
-        depths.pitch += route.pitch ? moved : 0.0;
-        depths.amplitude += route.amplitude ? moved : 0.0;
-        depths.envelopeBias += route.envelopeBias ? range - moved : 0.0;
+        add(depths.pitch, route.pitch ? moved : 0.0);
+        add(depths.amplitude, route.amplitude ? moved : 0.0);
+        add(depths.envelopeBias, route.envelopeBias ? range - moved : 0.0);
     }
     return depths;
 }
@@ -150,18 +153,19 @@ Modulation ModulationOf(const Synth &synth, const PreparedVoice &voice) {
     const double wave = LfoValue(synth.lfo, voice.lfo);
     const double fade = LfoFade(synth.lfo, voice.lfo);
     const Depths depths = DepthsOf(synth);
-    const double pitchDepth = std::min(255.0, voice.pitchDepth * fade + depths.pitch);
+    const double lfoOctaves = std::min(
+        255.0 * std::max(voice.pitchSensitivity, voice.controllerOctaves),
+        voice.pitchDepth * fade * voice.pitchSensitivity + depths.pitch * voice.controllerOctaves);
     Modulation modulation;
-    modulation.octaves = synth.controls.bend * voice.bendRange / 12.0;
-    modulation.lfoOctaves = wave * pitchDepth / 255.0 * voice.pitchSensitivity;
+    modulation.octaves = synth.controls.bend * voice.bendRange / 12.0 + voice.tune;
+    modulation.lfoOctaves = wave * lfoOctaves / 255.0;
     modulation.lfoLoss = (1.0 - wave) / 2.0;
     modulation.amplitudeFade = fade;
     modulation.amplitudeDepth = depths.amplitude;
     modulation.envelopeBias = depths.envelopeBias;
     modulation.glideSpeed = voice.glideSpeed;
     if (voice.partMode == PartMode::Poly) {
-        const int time = synth.controls.portamentoTime * 100 / 128;
-        modulation.glideSpeed = time == 0 ? 0.0 : PitchSpeed(99 - time);
+        modulation.glideSpeed = PortamentoSpeed(synth.controls.portamentoTime, voice.glideHurries);
     }
     return modulation;
 }

@@ -47,6 +47,7 @@ struct Synth {
     Lfo lfo;
     Controls controls;
     ControllerRoutes routes = TheSynthChoices.controllers;
+    bool routesAdd = TheSynthChoices.controllersAdd; // or the farthest counts
     std::array<Effect, 2> effects;
     // Frames until everything is silent behind a panic, and until the keys of the former voice are
     // before a new one; 0 when nothing fades. Keys that go down meanwhile begin then.

@@ -138,6 +138,38 @@ TEST(FourOperators, CountTransposeBendAndDetuneFromSixtyFour) {
     EXPECT_NEAR(Pitch(voice), Frequency(60), 0.02);
 }
 
+TEST(FourOperators, SwingByTheWheelAsTheOthersAtSensitivityThree) {
+    FourVoice bytes = InitialFour();
+    bytes.bytes[LfoWaveAt] = 4; // square, on its upper half
+    bytes.bytes[LfoSpeedAt] = 0;
+    bytes.Operator(1, PitchDepthOn) = 1;
+    const PreparedVoice voice = bytes.Prepared();
+    Synth synth = MakeSynth(Rate, 1);
+    SetVoice(synth, &voice, false);
+    NoteOn(synth, 60, 98);
+    Control(synth, 1, 127);
+    Samples samples;
+    while (static_cast<double>(samples.size()) < Rate) {
+        float left[BlockFrames];
+        float right[BlockFrames];
+        Render(synth, left, right);
+        samples.insert(samples.end(), left, left + BlockFrames);
+    }
+    // A range of 50 is 128 of 255, and the sensitivity 33 of 255: 0.78 semitones.
+    EXPECT_NEAR(PeakFrequency(samples, Rate, 0.6),
+                Frequency(60) * std::exp2(128.0 / 255.0 * 33.0 / 255.0), 0.05);
+}
+
+TEST(FourOperators, AreTunedWithTheirInstrument) {
+    FourVoice bytes = InitialFour();
+    bytes.Operator(1, FixedByte) = 1;
+    bytes.Operator(1, CoarseByte) = 16; // 100 Hz
+    PreparedVoice voice = bytes.Prepared();
+    voice.tune = 1.0 / 24.0;
+    EXPECT_NEAR(PeakFrequency(Heard(voice, 60, 1.0), Rate, 0.5), 100.0 * std::exp2(1.0 / 24.0),
+                0.02);
+}
+
 TEST(FourOperators, HaveRatiosAndFixedFrequencies) {
     FourVoice voice = InitialFour();
     voice.Operator(1, CoarseByte) = 3;

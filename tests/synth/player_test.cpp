@@ -379,7 +379,7 @@ TEST_F(Player, IsSilentOneBufferAfterPanic) {
             Send(Up(40), instrument);
         }
         Played(48000);
-        EXPECT_GT(Loudest(Played(part, part)), 0.3f);
+        EXPECT_GT(Loudest(Played(part, part)), 0.2f);
         Send(Down(60)); // is not heard any more
         SendPanic(*player_);
         EXPECT_FALSE(IsSilent(*player_));

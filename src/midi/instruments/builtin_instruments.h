@@ -56,7 +56,8 @@ void ResetBuiltinInstruments();
 std::vector<std::uint8_t> &MemoryOf(BuiltinInstrument instrument);
 std::vector<std::uint8_t> &EditBufferOf(BuiltinInstrument instrument);
 std::vector<std::uint8_t> &SystemSettingsOf(BuiltinInstrument instrument); // reface DX
-// The voice of the edit buffer as it sounds: without the operators that are switched off.
+// The voice of the edit buffer as it sounds: without the operators that are switched off, and with
+// the tune and the transpose of the settings.
 PreparedVoice PreparedVoiceOf(BuiltinInstrument instrument);
 int SelectedProgramOf(BuiltinInstrument instrument); // from 0
 // DX7 and Volca FM: the channel, 1 to 16 (1 from the factory), and whether Omni is on. A reface DX

@@ -59,7 +59,7 @@ struct InstrumentModel {
     // of it behind `events`.
     void (*takeSysex)(Instrument &instrument, std::span<const std::uint8_t> message,
                       std::vector<Answer> &answers, std::vector<SynthEvent> &events);
-    // The voice of an edit buffer that has its size.
+    // The voice of an edit buffer that has its size, with the settings that are heard.
     PreparedVoice (*prepare)(const Instrument &instrument);
 };
 

@@ -34,6 +34,8 @@ constexpr std::uint8_t OperatorAddressHigh = 0x31;
 
 // The settings by their addresses, which are also their offsets in the block.
 constexpr std::size_t ReceiveChannel = 0x01;
+constexpr std::size_t MasterTune = 0x02;
+constexpr std::size_t Transpose = 0x07;
 constexpr std::size_t MidiControl = 0x0E;
 constexpr std::uint8_t ReceiveAllChannels = 16;
 struct Setting {
@@ -181,13 +183,16 @@ void TakeParameters(Instrument &instrument, const Address &address,
     events.push_back({SynthEventKind::ChangedVoice});
 }
 
-void TakeSetting(Instrument &instrument, const Address &address,
-                 std::span<const std::uint8_t> data) {
+void TakeSetting(Instrument &instrument, const Address &address, std::span<const std::uint8_t> data,
+                 std::vector<SynthEvent> &events) {
     const auto isMeant = [&](const Setting &setting) {
         return setting.address == address[2] && Takes(setting, data);
     };
     if (address[0] == 0 && address[1] == 0 && std::ranges::any_of(Settings, isMeant)) {
         std::ranges::copy(data, instrument.system.begin() + address[2]);
+        if (address[2] == MasterTune || address[2] == Transpose) {
+            events.push_back({SynthEventKind::ChangedVoice});
+        }
     }
 }
 
@@ -254,7 +259,7 @@ void TakeSysex(Instrument &instrument, std::span<const std::uint8_t> message,
     case 1:
         if (message[5] == ModelByte) {
             const auto data = message.subspan(9, message.size() - 10);
-            TakeSetting(instrument, addressAt(6), data);
+            TakeSetting(instrument, addressAt(6), data, events);
             TakeParameters(instrument, addressAt(6), data, events);
         }
         break;
@@ -272,7 +277,16 @@ PreparedVoice Prepare(const Instrument &instrument) {
     static_assert(RefaceVoiceBytes == FourOperatorBytes);
     std::uint8_t bytes[RefaceVoiceBytes];
     std::ranges::copy(instrument.editBuffer, bytes);
-    return PrepareFourOperatorVoice(bytes);
+    PreparedVoice voice = PrepareFourOperatorVoice(bytes);
+    const std::vector<std::uint8_t> &system = instrument.system;
+    voice.transpose += std::clamp(system[Transpose] - 64, -12, 12);
+    // Tenths of a cent about 1024, in four nibbles; the panel goes as far as 102.3 cents up.
+    int tune = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        tune = tune << 4 | (system[MasterTune + i] & 0xF);
+    }
+    voice.tune = (std::min(tune, 2047) - 1024) / 10.0 / 1200.0;
+    return voice;
 }
 
 } // namespace

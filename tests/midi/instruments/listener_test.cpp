@@ -3,7 +3,9 @@
 
 #include "support/bank_bytes.h"
 #include "support/temp_folder.h"
+#include "synth/synth.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace tonewright {
@@ -208,6 +210,59 @@ TEST(Listener, HearsAParameterAsAChangedVoice) {
     EXPECT_EQ(PreparedVoiceOf(Reface).transpose, 12);
     heard.cable.Send({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x01, 0x02, 0xF7});
     EXPECT_EQ(heard.Take(Reface), Events{}) << "a setting";
+}
+
+TEST(Listener, HearsTheTuneAndTheTransposeOfTheSettings) {
+    HeardCable heard(Reface);
+    const int transpose = PreparedVoiceOf(Reface).transpose;
+    EXPECT_EQ(PreparedVoiceOf(Reface).tune, 0.0);
+    heard.cable.Send({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x07, 0x45, 0xF7});
+    EXPECT_EQ(heard.Take(Reface), (Events{{Kind::ChangedVoice}}));
+    EXPECT_EQ(PreparedVoiceOf(Reface).transpose, transpose + 5);
+    // 1524 = 5F4 hexadecimal: 500 tenths of a cent up.
+    heard.cable.Send(
+        {0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x02, 0x00, 0x05, 0x0F, 0x04, 0xF7});
+    EXPECT_EQ(heard.Take(Reface), (Events{{Kind::ChangedVoice}}));
+    EXPECT_NEAR(PreparedVoiceOf(Reface).tune, 50.0 / 1200.0, 1e-12);
+    // No higher than the panel goes, and none of a transpose that the instrument does not take.
+    heard.cable.Send(
+        {0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x02, 0x0F, 0x0F, 0x0F, 0x0F, 0xF7});
+    EXPECT_NEAR(PreparedVoiceOf(Reface).tune, 102.3 / 1200.0, 1e-12);
+    heard.Take(Reface);
+    heard.cable.Send({0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x07, 0x4D, 0xF7});
+    EXPECT_EQ(heard.Take(Reface), Events{});
+    SystemSettingsOf(Reface)[7] = 0;
+    EXPECT_EQ(PreparedVoiceOf(Reface).transpose, transpose - 12);
+}
+
+// Whether a key sounds in an engine that hears what is sent.
+bool Sounds(const Events &events) {
+    const PreparedVoice voice = PreparedVoiceOf(Dx7);
+    Synth synth = MakeSynth(48000.0, 4);
+    SetVoice(synth, &voice, false);
+    for (const SynthEvent &event : events) {
+        if (event.kind == Kind::NoteOn) {
+            NoteOn(synth, event.number, event.value);
+        } else if (event.kind == Kind::Controller) {
+            Control(synth, event.number, event.value);
+        }
+        for (int block = 0; block < 75; ++block) {
+            float left[BlockFrames];
+            float right[BlockFrames];
+            Render(synth, left, right);
+        }
+    }
+    return std::ranges::any_of(synth.keys, [](const Key &key) { return key.sounds && key.held; });
+}
+
+TEST(Listener, HearsAnInstrumentAndItsSoundHoldTheSameKeysAfterAnyController) {
+    for (unsigned controller = 64; controller < 128; ++controller) {
+        ResetBuiltinInstruments();
+        HeardCable heard(Dx7);
+        heard.cable.SendShort(0x643C90);
+        heard.cable.SendShort(0xB0 | controller << 8);
+        EXPECT_EQ(!SoundingNotesOf(Dx7).empty(), Sounds(heard.Take(Dx7))) << controller;
+    }
 }
 
 TEST(Listener, LearnsOfTheVoicesOfTheFactoryAndOfAFile) {
