@@ -34,9 +34,10 @@ double PlaceOf(double peak) {
     return peak > 0.0 ? std::clamp(1.0 - 20.0 * std::log10(peak) / LowestLevel, 0.0, 1.0) : 0.0;
 }
 
+// Rows and not letters: the places of the keys count, whatever is printed on them.
 const QString &KeysLine() {
-    static const QString text =
-        "The computer's keyboard plays as well: a piano from Z, and an octave higher from Q.";
+    static const QString text = "The computer's keyboard plays as well: the lowest row of letters, "
+                                "and an octave higher the highest one.";
     return text;
 }
 

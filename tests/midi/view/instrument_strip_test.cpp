@@ -139,6 +139,16 @@ TEST_F(InstrumentStripTest, KeysOfTheComputerPlayChords) {
     });
 }
 
+// What is printed on a key depends on the country.
+TEST_F(InstrumentStripTest, ItsLineNamesTheRowsOfKeysAndNoLetters) {
+    WithBox([](QDialog &box) {
+        EXPECT_EQ(LineOf(box), "The computer's keyboard plays as well: the lowest row of letters, "
+                               "and an octave higher the highest one.");
+        const auto &line = Part<QLabel>(box, "instrument_line");
+        EXPECT_LT(line.height(), 2 * line.fontMetrics().height()); // a single line
+    });
+}
+
 TEST_F(InstrumentStripTest, ARepeatedKeyPlaysOnce) {
     int notes = 0;
     TheMidi.Pm_Write = [&notes, write = TheMidi.Pm_Write](auto... arguments) {
