@@ -57,6 +57,7 @@ PlayedRow PlayRow(int row) {
         CloseAudition(audition->state);
         return nullptr;
     }
+    RefreshStatus(); // a row before may have said that there is no sound
     PressAuditionKey(audition->state, 0);
     return PlayedRow(audition.release());
 }

@@ -8,6 +8,7 @@
 #include "shell/command_table.h"
 #include "shell/list_state.h"
 #include "shell/reorder.h"
+#include "shell/shell_window.h"
 #include "shell/voice_commands.h"
 
 #include <QApplication>
@@ -22,6 +23,8 @@
 
 namespace tonewright {
 namespace {
+
+constexpr int StatusMilliseconds = 5000; // for reading why a row was not heard
 
 QString NameOfRow(int row) {
     const VoiceObject *voice = ListVoice(MainList, row);
@@ -98,6 +101,8 @@ VoiceListView::VoiceListView(QWidget *parent)
     setObjectName("control_170");
     setAccessibleName("Voices");
     setAcceptDrops(true);
+    statusEnd.setSingleShot(true);
+    connect(&statusEnd, &QTimer::timeout, this, [this] { EndStatus(); });
 }
 
 void VoiceListView::ShowContextMenu(int row, QRect beside) {
@@ -142,7 +147,18 @@ void VoiceListView::PlaySelectedRow() {
 void VoiceListView::EndPlayedRow() {
     spaceIsHeld = false;
     qApp->removeEventFilter(this);
-    playedRow.reset();
+    if (playedRow) {
+        playedRow.reset();
+        statusEnd.start(StatusMilliseconds);
+    }
+}
+
+void VoiceListView::EndStatus() {
+    if (SomethingIsRunning() || QApplication::activePopupWidget()) {
+        statusEnd.start(StatusMilliseconds); // it has its own words there
+    } else {
+        RefreshStatus();
+    }
 }
 
 void VoiceListView::keyPressEvent(QKeyEvent *event) {

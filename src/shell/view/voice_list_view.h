@@ -5,6 +5,8 @@
 #include "shell/command_queue.h"
 #include "shell/row_audition.h"
 
+#include <QTimer>
+
 #include <optional>
 
 namespace tonewright {
@@ -25,11 +27,13 @@ private:
     void ShowContextMenu(int row, QRect beside);
     void PlaySelectedRow();
     void EndPlayedRow();
+    void EndStatus();
 
     // Keys and posted commands wait while the left button is held on a row.
     std::optional<RunningMark> pressMark;
     bool spaceIsHeld = false; // with SpaceAuditions
     PlayedRow playedRow;      // as long as it is
+    QTimer statusEnd;         // of what the end of a row has said
 };
 
 } // namespace tonewright

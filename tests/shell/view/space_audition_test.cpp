@@ -1,9 +1,13 @@
 // The space bar on a row of the list, with SpaceAuditions.
 #include "window_fixture.h"
 
+#include "core/current.h"
+#include "core/dispatch.h"
 #include "drivers/reface_dx/voice_codec.h"
+#include "midi/instrument_sound.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "support/builtin_midi.h"
+#include "support/fake_audio.h"
 #include "support/reface_bytes.h"
 
 namespace tonewright {
@@ -146,6 +150,36 @@ TEST_F(SpaceAudition, AnUploadThatFailsSaysSoOnceAndNothingSounds) {
     QTest::keyRelease(list, Qt::Key_Space);
     EXPECT_FALSE(SomethingIsRunning());
     EXPECT_EQ(OpenBuiltinStreams(), 0);
+}
+
+// On a card that refuses at first.
+TEST_F(SpaceAudition, WhyThereIsNoSoundGoesAfterAWhileAndWithTheNextRow) {
+    FakeAudio audio;
+    audio.refuses = "it is busy";
+    TheMidi = MakeBuiltinInstruments({.simulatedClock = true, .listener = InstrumentSound()});
+    CurrentDriverId = RefaceDriverId;
+    UsePorts(BuiltinInstrument::Reface);
+    ListSetVoice(MainList, 3, VoiceObject{TestRefaceBlock(3)});
+    const std::string name = SynthTitle(CurrentDriverId, SynthFirmware);
+    const auto failed = [] {
+        std::string why;
+        return StateOfInstrumentSound(why) == InstrumentSoundState::Failed;
+    };
+    QTest::keyPress(list, Qt::Key_Space);
+    EXPECT_TRUE(QTest::qWaitFor(failed));
+    QTest::keyRelease(list, Qt::Key_Space);
+    EXPECT_EQ(desktop.statusTexts.back(), "No sound: it is busy.");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return desktop.statusTexts.back() == name; }, 8000));
+    QTest::keyPress(list, Qt::Key_Space);
+    EXPECT_TRUE(QTest::qWaitFor(failed));
+    QTest::keyRelease(list, Qt::Key_Space);
+    EXPECT_EQ(desktop.statusTexts.back(), "No sound: it is busy.");
+    audio.Change([&] { audio.refuses.clear(); });
+    QTest::keyPress(list, Qt::Key_Space);
+    EXPECT_TRUE(audio.UntilItRuns());
+    EXPECT_EQ(desktop.statusTexts.back(), name);
+    QTest::keyRelease(list, Qt::Key_Space);
+    EXPECT_EQ(desktop.statusTexts.back(), name);
 }
 
 TEST_F(SpaceAudition, AKeyThatIsLetGoDuringTheUploadLeavesNoNote) {
