@@ -30,17 +30,23 @@ constexpr double UsualRate = 48000.0; // frames a second
 constexpr milliseconds LookInterval{20};
 // After the tail: who plays one voice after the other does not wait for the card each time.
 constexpr milliseconds Linger{1000};
+// For a note that was let go before the card ran.
+constexpr milliseconds LeastNote{250};
+// For the fade of what sounds when the card is closed.
+constexpr milliseconds FadeLimit{50};
+constexpr milliseconds FadeInterval{2};
 constexpr seconds OpenLimit{5};  // then the card counts as one that does not answer
 constexpr seconds StallLimit{3}; // without being asked for frames
 constexpr milliseconds StopLimit{1000};
 // More than a second of three MIDI lines.
 constexpr std::size_t MostPending = 4096;
+constexpr int FirstModeMessage = 120; // All Sound Off
 
 // What has become of the card, and so of an event.
 enum class Phase {
     Idle,    // there is none: taken in silence
     Opening, // kept until it runs
-    Playing, // played
+    Playing, // played, or kept behind the end of a note that is to be heard first
     Closing  // kept: it may still ask for frames, and may be opened again at once
 };
 
@@ -133,6 +139,36 @@ void Condense(std::vector<PendingEvent> &pending) {
     pending = std::move(last);
 }
 
+void PlayPending(Sounding &sounding, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        Play(*sounding.player, sounding.pending[i]);
+    }
+    sounding.pending.erase(sounding.pending.begin(),
+                           sounding.pending.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
+void PlayPending(Sounding &sounding) {
+    PlayPending(sounding, sounding.pending.size());
+}
+
+bool EndsNotes(const PendingEvent &pending) {
+    const SynthEvent &event = pending.event;
+    return event.kind == SynthEventKind::NoteOff || event.kind == SynthEventKind::NewVoice ||
+           (event.kind == SynthEventKind::Controller && event.number >= FirstModeMessage);
+}
+
+// The end of the last note and what follows it stay, for a note that begins and ends within a
+// block is not heard.
+void PlayPendingNotes(Sounding &sounding) {
+    const auto note = std::find_if(
+        sounding.pending.rbegin(), sounding.pending.rend(),
+        [](const PendingEvent &pending) { return pending.event.kind == SynthEventKind::NoteOn; });
+    const auto end = note == sounding.pending.rend()
+                         ? sounding.pending.end()
+                         : std::find_if(note.base(), sounding.pending.end(), EndsNotes);
+    PlayPending(sounding, static_cast<std::size_t>(end - sounding.pending.begin()));
+}
+
 void Take(Sounding &sounding, PendingEvent event) {
     switch (sounding.phase) {
     case Phase::Idle:
@@ -147,16 +183,16 @@ void Take(Sounding &sounding, PendingEvent event) {
         }
         break;
     case Phase::Playing:
-        Play(*sounding.player, event);
+        if (event.event.kind == SynthEventKind::NoteOn) {
+            PlayPending(sounding);
+        }
+        if (sounding.pending.empty()) {
+            Play(*sounding.player, event);
+        } else {
+            sounding.pending.push_back(std::move(event));
+        }
         break;
     }
-}
-
-void PlayPending(Sounding &sounding) {
-    for (const PendingEvent &event : sounding.pending) {
-        Play(*sounding.player, event);
-    }
-    sounding.pending.clear();
 }
 
 // ---- the worker
@@ -196,6 +232,7 @@ void Watch(Sounding &sounding, Lock &lock, std::string &why) {
     unsigned calls = sounding.reader.calls;
     Clock::time_point lastCall = Clock::now();
     Clock::time_point lastNeed = lastCall;
+    const Clock::time_point begin = lastCall;
     for (;;) {
         if (sounding.changed.wait_for(lock, LookInterval, [&] {
                 return sounding.stop || sounding.phase != Phase::Playing;
@@ -210,6 +247,9 @@ void Watch(Sounding &sounding, Lock &lock, std::string &why) {
             calls = callsNow;
             lastCall = now;
         }
+        if (now - begin > LeastNote) {
+            PlayPending(sounding);
+        }
         if (!runs || now - lastCall > StallLimit) {
             why = "the sound card no longer plays";
             return;
@@ -220,6 +260,22 @@ void Watch(Sounding &sounding, Lock &lock, std::string &why) {
             return;
         }
     }
+}
+
+// Lets what sounds fade before the card is closed, which would cut it off with a click. The card
+// has asked for the fade once it has asked twice: the first time may have begun before.
+void FadeOut(Sounding &sounding, Lock &lock) {
+    if (IsSilent(*sounding.player)) {
+        return;
+    }
+    SendPanic(*sounding.player);
+    const unsigned calls = sounding.reader.calls;
+    const Clock::time_point end = Clock::now() + FadeLimit;
+    lock.unlock();
+    while (sounding.reader.calls - calls < 2 && Clock::now() < end) {
+        std::this_thread::sleep_for(FadeInterval);
+    }
+    lock.lock();
 }
 
 // From opening the card to its end. `why` is empty when it did not fail.
@@ -238,7 +294,7 @@ void PlayOnCard(Sounding &sounding, Lock &lock, std::string &why) {
             Replace(sounding, other, stream.rate, options.polyphony);
         }
         sounding.reader.player = sounding.player.get();
-        PlayPending(sounding);
+        PlayPendingNotes(sounding);
         Enter(sounding, Phase::Playing);
         lock.unlock();
         other.reset();
@@ -246,6 +302,9 @@ void PlayOnCard(Sounding &sounding, Lock &lock, std::string &why) {
         lock.lock();
         if (starts) {
             Watch(sounding, lock, why);
+        }
+        if (starts && why.empty()) {
+            FadeOut(sounding, lock);
         }
     }
     Enter(sounding, Phase::Closing);

@@ -36,6 +36,7 @@ constexpr SynthEvent Control(int number, int value) {
 
 constexpr int ModulationWheel = 1;
 constexpr int Volume = 7;
+constexpr int AllSoundOff = 120;
 
 // The instruments of the factory in a player of 48 kHz.
 OwnedSynthPlayer PlayerOfInstruments(double rate = 48000.0, int polyphony = 16) {
@@ -167,6 +168,42 @@ TEST_F(InstrumentSoundTest, WhatComesWhileTheCardOpensIsHeardWhenItRuns) {
     const Frames played = card.Play(4800);
     EXPECT_EQ(played, Rendered(*player, 4800));
     EXPECT_FALSE(IsSilence(played));
+}
+
+TEST_F(InstrumentSoundTest, ANoteThatEndedBeforeTheCardRanIsHeard) {
+    card.hangs = true;
+    listener.outputOpened(Dx7);
+    listener.heard(Dx7, Note(60));
+    listener.heard(Dx7, NoteEnd(60));
+    listener.heard(Dx7, Control(AllSoundOff, 0));
+    listener.outputClosed(Dx7);
+    EXPECT_FALSE(InstrumentsAreSilent());
+    card.Change([this] { card.hangs = false; });
+    ASSERT_TRUE(card.UntilItRuns());
+    const OwnedSynthPlayer player = PlayerOfInstruments();
+    SendEvent(*player, 0, Note(60));
+    EXPECT_EQ(card.Play(4800), Rendered(*player, 4800));
+    EXPECT_FALSE(InstrumentsAreSilent());
+    std::this_thread::sleep_for(milliseconds(400));
+    card.Play(4800);
+    EXPECT_TRUE(IsSilence(card.Play(4800)));
+    EXPECT_TRUE(InstrumentsAreSilent());
+}
+
+TEST_F(InstrumentSoundTest, ANoteThatFollowsDoesNotWaitForTheEndOfTheOneBefore) {
+    card.hangs = true;
+    listener.outputOpened(Dx7);
+    listener.heard(Dx7, Note(60));
+    listener.heard(Dx7, NoteEnd(60));
+    card.Change([this] { card.hangs = false; });
+    ASSERT_TRUE(card.UntilItRuns());
+    const OwnedSynthPlayer player = PlayerOfInstruments();
+    SendEvent(*player, 0, Note(60));
+    EXPECT_EQ(card.Play(480), Rendered(*player, 480));
+    listener.heard(Dx7, Note(64));
+    SendEvent(*player, 0, NoteEnd(60));
+    SendEvent(*player, 0, Note(64));
+    EXPECT_EQ(card.Play(4800), Rendered(*player, 4800));
 }
 
 TEST_F(InstrumentSoundTest, TheCardIsOpenedAsTheOptionsSay) {
@@ -419,4 +456,23 @@ TEST_F(InstrumentSoundTest, TheEndClosesTheCard) {
     EXPECT_EQ(Now(), State::Closed);
     EXPECT_FALSE(InstrumentOutputIsOpen());
     EXPECT_TRUE(IsSilence(card.Play(100)));
+}
+
+TEST_F(InstrumentSoundTest, WhatSoundsAtTheEndFadesBeforeTheCardIsClosed) {
+    OpenAndPlay();
+    listener.heard(Dx7, Note(60));
+    card.Play(4800);
+    Frames last;
+    std::thread asks([&] {
+        for (Frames frames = card.Play(256); !frames.empty(); frames = card.Play(256)) {
+            last = std::move(frames);
+            std::this_thread::sleep_for(milliseconds(5));
+        }
+    });
+    const auto begin = Clock::now();
+    EndInstrumentSound();
+    EXPECT_LT(Clock::now() - begin, milliseconds(500));
+    asks.join();
+    ASSERT_FALSE(last.empty());
+    EXPECT_EQ(last.back(), 0.0f);
 }
