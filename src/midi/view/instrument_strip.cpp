@@ -4,6 +4,7 @@
 #include "common/desktop.h"
 #include "common/settings.h"
 #include "common/view/accessible_role.h"
+#include "common/view/system_colours.h"
 #include "midi/instrument_settings.h"
 
 #include <QHBoxLayout>
@@ -69,7 +70,7 @@ void LevelMeter::Take(const PlayerLevel &level, int milliseconds) {
 
 void LevelMeter::paintEvent(QPaintEvent *) {
     QPainter painter(this);
-    const QColor frame = palette().color(QPalette::Dark);
+    const QColor frame = SystemColourOf(SystemColour::DarkShadow3D);
     const auto box = [&](const QRect &area, double part, const QColor &filled) {
         painter.fillRect(area, frame);
         const QRect inside = area.adjusted(1, 1, -1, -1);

@@ -16,8 +16,11 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QDialog>
+#include <QImage>
 #include <QLabel>
+#include <QPalette>
 #include <QPushButton>
 #include <QSlider>
 #include <QTest>
@@ -26,6 +29,12 @@ namespace tonewright {
 namespace {
 
 using Notes = std::vector<int>;
+
+struct PutBackPalette {
+    QPalette former = QApplication::palette();
+
+    ~PutBackPalette() { QApplication::setPalette(former); }
+};
 
 class InstrumentStripTest : public testing::Test {
 protected:
@@ -337,6 +346,19 @@ TEST(LevelMeterTest, RisesAtOnceFallsSlowlyAndLightsItsMark) {
     EXPECT_TRUE(meter.LimiterIsLit());
     meter.Take({}, 1);
     EXPECT_FALSE(meter.LimiterIsLit());
+}
+
+TEST(LevelMeterTest, ItsFramesAreSeenOnADarkDesktop) {
+    const PutBackPalette former;
+    for (const QColor ground : {QColor(40, 40, 40), QColor(240, 240, 240)}) {
+        QApplication::setPalette(QPalette(ground));
+        LevelMeter meter(nullptr);
+        meter.resize(meter.minimumSize());
+        const QImage picture = meter.grab().toImage();
+        for (const QPoint corner : {QPoint(0, 0), QPoint(picture.width() - 1, 0)}) {
+            EXPECT_GE(std::abs(qGray(picture.pixel(corner)) - qGray(ground.rgb())), 64);
+        }
+    }
 }
 
 } // namespace
