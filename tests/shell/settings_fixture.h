@@ -2,6 +2,7 @@
 #pragma once
 
 #include "common/folders.h"
+#include "common/platform.h"
 #include "common/setting_rows.h"
 #include "common/settings.h"
 #include "shell/settings_file.h"
@@ -22,7 +23,7 @@ struct SettingsHome : testing::Test {
     std::string path = maker + "Tonewright 17.ini";
     std::string backup = maker + "Backup of Tonewright 17.ini";
     std::string older = maker + "Backup of Backup of Tonewright 17.ini";
-    std::string extras = maker + "Tonewright 17/Extras.ini";
+    std::string extras = maker + "Tonewright 17" + PathSeparator + "Extras.ini";
 
     SettingsHome() {
         ResetSettings();
