@@ -77,13 +77,13 @@ void AcceptInstrumentsChoice(const InstrumentsChoice &choice) {
 }
 
 std::vector<DeviceRow> DeviceRows(const std::vector<AudioDevice> &devices,
-                                  const std::string &chosen) {
+                                  const std::string &chosen, bool searched) {
     std::vector<DeviceRow> rows = {{.name = "", .text = "System default"}};
     for (const AudioDevice &device : devices) {
         rows.push_back({.name = device.name, .text = device.name});
     }
     if (std::ranges::find(rows, chosen, &DeviceRow::name) == rows.end()) {
-        rows.push_back({.name = chosen, .text = chosen});
+        rows.push_back({.name = chosen, .text = searched ? chosen + " (not found)" : chosen});
     }
     return rows;
 }

@@ -28,13 +28,14 @@ InstrumentsChoice CurrentInstrumentsChoice();
 void AcceptInstrumentsChoice(const InstrumentsChoice &choice);
 
 // The names to choose from and which one is chosen: the system's default, the devices that there
-// are, and the chosen one, also while it is not there.
+// are, and the chosen one, also while it is not there: "Phones (not found)" once they have been
+// looked for (`searched`).
 struct DeviceRow {
     std::string name; // empty for the system's default
     std::string text;
 };
 std::vector<DeviceRow> DeviceRows(const std::vector<AudioDevice> &devices,
-                                  const std::string &chosen);
+                                  const std::string &chosen, bool searched);
 // The buffers to choose from, and the one of the setting where it is another; in rising order.
 std::vector<int> BufferRows(int chosen);
 // "256 frames (5.3 ms)"

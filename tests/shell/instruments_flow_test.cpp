@@ -150,10 +150,10 @@ std::vector<std::string> Texts(const std::vector<DeviceRow> &rows) {
 
 TEST(InstrumentsRows, TheDefaultComesFirstAndAChosenDeviceStaysWhileItIsNotThere) {
     using Rows = std::vector<std::string>;
-    EXPECT_EQ(Texts(DeviceRows({}, "")), Rows{"System default|"});
-    EXPECT_EQ(Texts(DeviceRows({{.name = "Speaker"}, {.name = "Phones"}}, "Phones")),
+    EXPECT_EQ(Texts(DeviceRows({}, "", true)), Rows{"System default|"});
+    EXPECT_EQ(Texts(DeviceRows({{.name = "Speaker"}, {.name = "Phones"}}, "Phones", true)),
               (Rows{"System default|", "Speaker|Speaker", "Phones|Phones"}));
-    EXPECT_EQ(Texts(DeviceRows({{.name = "Speaker"}}, "Phones")),
+    EXPECT_EQ(Texts(DeviceRows({{.name = "Speaker"}}, "Phones", false)),
               (Rows{"System default|", "Speaker|Speaker", "Phones|Phones"}));
 }
 

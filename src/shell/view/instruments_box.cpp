@@ -24,6 +24,7 @@ constexpr std::uint32_t PolyphonyControl = 106;
 constexpr int LookMilliseconds = 50;
 constexpr int LooksForADot = 8;
 constexpr int MostDots = 3;
+constexpr int LooksForAnAnswer = 5000 / LookMilliseconds; // a card that hangs holds up the search
 constexpr int VisibleDeviceCharacters = 40;
 
 class InstrumentsDialog : public QDialog {
@@ -36,7 +37,7 @@ public:
         setFont(DialogFont());
         ui.control_101->setChecked(choice.wanted);
         ui.control_102->setMinimumContentsLength(VisibleDeviceCharacters);
-        ShowDevices({});
+        ShowDevices({}, false);
         SetUpVolume();
         for (const int frames : BufferRows(choice.buffer)) {
             ui.control_105->addItem(QString::fromStdString(BufferText(frames)), frames);
@@ -68,10 +69,10 @@ private:
         return ui.control_102->currentData().toString().toStdString();
     }
 
-    void ShowDevices(const std::vector<AudioDevice> &devices) {
+    void ShowDevices(const std::vector<AudioDevice> &devices, bool searched) {
         const std::string chosen = ui.control_102->count() == 0 ? choice.device : ChosenDevice();
         ui.control_102->clear();
-        for (const DeviceRow &row : DeviceRows(devices, chosen)) {
+        for (const DeviceRow &row : DeviceRows(devices, chosen, searched)) {
             ui.control_102->addItem(QString::fromStdString(row.text),
                                     QString::fromStdString(row.name));
         }
@@ -104,14 +105,16 @@ private:
         const auto found = TakeFoundDevices(*search);
         if (!found) {
             const int dots = ++looks / LooksForADot % (MostDots + 1);
-            ui.control_103->setText("Looking for sound devices" + QString(dots, '.'));
+            ui.control_103->setText(looks < LooksForAnAnswer
+                                        ? "Looking for sound devices" + QString(dots, '.')
+                                        : "No sound: the sound system does not answer.");
             return;
         }
         look.stop();
+        ShowDevices(found->devices, true);
         if (found->devices.empty()) {
             ui.control_103->setText("No sound: " + QString::fromStdString(found->why) + ".");
         } else {
-            ShowDevices(found->devices);
             ui.control_103->clear();
         }
     }

@@ -149,6 +149,32 @@ TEST_F(InstrumentsBox, IsThereBeforeTheDevicesAreAndShowsASignOfLife) {
     });
 }
 
+TEST_F(InstrumentsBox, SaysOfADeviceThatIsGoneThatItWasNotFound) {
+    InstrumentDevice = "Headset";
+    WithInstruments([](QDialog &box) {
+        const auto &devices = Part<QComboBox>(box, 102);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return devices.count() == 4; }));
+        EXPECT_EQ(devices.currentText(), "Headset (not found)");
+    });
+    EXPECT_EQ(InstrumentDevice, "Headset");
+    cards->found.clear();
+    WithInstruments([](QDialog &box) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return LineOf(box).starts_with("No sound"); }));
+        EXPECT_EQ(Part<QComboBox>(box, 102).currentText(), "Headset (not found)");
+    });
+}
+
+TEST_F(InstrumentsBox, ASearchThatHangsIsSaidNotToAnswerAndMayStillEnd) {
+    cards->hang = true;
+    WithInstruments([this](QDialog &box) {
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return LineOf(box) == "No sound: the sound system does not answer."; }, 20000));
+        LetAnswer();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Part<QComboBox>(box, 102).count() == 3; }));
+        EXPECT_EQ(LineOf(box), "");
+    });
+}
+
 TEST_F(InstrumentsBox, MayBeClosedWhileTheSearchGoesOn) {
     cards->hang = true;
     WithInstruments([](QDialog &) {});
