@@ -1,7 +1,7 @@
 // The built-in instruments are heard: what happens to them goes to a player, and the player to the
 // sound card, which is opened on a thread of its own when the first of their outputs is opened, and
 // closed when all are closed and the tail has died away. Without a sound card everything else
-// works; the next output that is opened tries it again.
+// works; the next output that is opened tries it again, unless the card still does not answer.
 //
 // All functions are for the thread that writes to the instruments, and never wait for the card.
 #pragma once
