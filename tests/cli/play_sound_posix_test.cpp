@@ -21,7 +21,9 @@ using Frames = std::vector<float>; // of both sides, interleaved
 
 Frames FramesOf(const std::uint8_t *bytes, std::size_t size) {
     Frames frames(size / sizeof(float));
-    std::memcpy(frames.data(), bytes, frames.size() * sizeof(float));
+    if (!frames.empty()) {
+        std::memcpy(frames.data(), bytes, frames.size() * sizeof(float));
+    }
     return frames;
 }
 

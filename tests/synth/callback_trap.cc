@@ -35,8 +35,9 @@ void __libc_free(void *block);
 
 namespace {
 
-thread_local bool InCallback = false;
-thread_local const char *Caught = nullptr;
+// Volatile, since a compiler takes it that an allocation reads and writes nothing of the program.
+thread_local volatile bool InCallback = false;
+thread_local const char *volatile Caught = nullptr;
 
 void Catch(const char *name) {
     if (InCallback) {
