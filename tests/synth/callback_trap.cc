@@ -121,7 +121,7 @@ TEST(CallbackTrap, CatchesWhatIsForbidden) {
     struct alignas(64) Aligned {
         char bytes[64];
     };
-    Aligned *aligned = nullptr;
+    Aligned *volatile aligned = nullptr; // or both calls would be left out
     EXPECT_EQ(CaughtIn([&] { aligned = new Aligned; }), "aligned_alloc");
     delete aligned;
     std::mutex mutex;
