@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace tonewright {
 
@@ -59,16 +60,16 @@ constexpr std::array<int, 8> PitchSensitivities = {0, 10, 20, 33, 55, 92, 153, 2
 
 // The place of a velocity on the instrument's own scale, on which 239 changes nothing.
 int VelocityValue(int velocity) {
-    const int even = velocity & ~1;
-    const auto above = std::find_if(VelocityPoints.begin(), VelocityPoints.end(),
-                                    [even](const VelocityPoint &p) { return p.velocity >= even; });
-    if (above->velocity == even) {
-        return above->value;
+    const int even = velocity & ~1; // 0 to 126, the first point and the last one
+    std::size_t next = 1;
+    while (VelocityPoints[next].velocity < even) {
+        ++next;
     }
-    const VelocityPoint &below = *(above - 1);
+    const VelocityPoint &below = VelocityPoints[next - 1];
+    const VelocityPoint &above = VelocityPoints[next];
     const double part =
-        static_cast<double>(even - below.velocity) / (above->velocity - below.velocity);
-    return static_cast<int>(std::lround(below.value + part * (above->value - below.value)));
+        static_cast<double>(even - below.velocity) / (above.velocity - below.velocity);
+    return static_cast<int>(std::lround(below.value + part * (above.value - below.value)));
 }
 
 // The rate 1 to 255 of the instrument behind a pitch envelope rate of 0 to 99.
