@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -71,6 +72,13 @@ void *realloc(void *block, std::size_t size) noexcept {
 void *aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
     Catch("aligned_alloc");
     return __libc_memalign(alignment, size);
+}
+
+// Libraries differ in which of the two they ask for memory of an alignment.
+int posix_memalign(void **block, std::size_t alignment, std::size_t size) noexcept {
+    Catch("aligned_alloc");
+    *block = __libc_memalign(alignment, size);
+    return *block ? 0 : ENOMEM;
 }
 
 void free(void *block) noexcept {
