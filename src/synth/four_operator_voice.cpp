@@ -7,6 +7,7 @@
 // 24. What the six-operator instruments count to 99 goes to 127 here; nothing of it is published,
 // so the same laws hold over the other range.
 #include "synth/choices.h"
+#include "synth/points.h"
 #include "synth/prepared_voice.h"
 
 #include <algorithm>
@@ -33,14 +34,11 @@ double Part(std::uint8_t byte) {
 }
 
 double FourOperatorLfoFrequency(int speed, const SynthChoices &choices) {
-    const auto above = std::ranges::find_if(
-        choices.refaceLfoSpeeds, [speed](const SpeedPoint &p) { return p.value >= speed; });
-    if (above->value == speed) {
-        return above->hz;
-    }
-    const SpeedPoint &below = *(above - 1);
-    const double part = static_cast<double>(speed - below.value) / (above->value - below.value);
-    return below.hz * std::pow(above->hz / below.hz, part);
+    const std::size_t upper = UpperPoint(choices.refaceLfoSpeeds, &SpeedPoint::value, speed);
+    const SpeedPoint &below = choices.refaceLfoSpeeds[upper - 1];
+    const SpeedPoint &above = choices.refaceLfoSpeeds[upper];
+    const double part = static_cast<double>(speed - below.value) / (above.value - below.value);
+    return below.hz * std::pow(above.hz / below.hz, part);
 }
 
 // Octaves a second of a rate 0 to 127: geometric over the range of the six-operator instruments.

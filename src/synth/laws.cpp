@@ -1,6 +1,8 @@
 // The tables and formulas of the six-operator instruments, as measured and published.
 #include "synth/laws.h"
 
+#include "synth/points.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -61,12 +63,9 @@ constexpr std::array<int, 8> PitchSensitivities = {0, 10, 20, 33, 55, 92, 153, 2
 // The place of a velocity on the instrument's own scale, on which 239 changes nothing.
 int VelocityValue(int velocity) {
     const int even = velocity & ~1; // 0 to 126, the first point and the last one
-    std::size_t next = 1;
-    while (VelocityPoints[next].velocity < even) {
-        ++next;
-    }
-    const VelocityPoint &below = VelocityPoints[next - 1];
-    const VelocityPoint &above = VelocityPoints[next];
+    const std::size_t upper = UpperPoint(VelocityPoints, &VelocityPoint::velocity, even);
+    const VelocityPoint &below = VelocityPoints[upper - 1];
+    const VelocityPoint &above = VelocityPoints[upper];
     const double part =
         static_cast<double>(even - below.velocity) / (above.velocity - below.velocity);
     return static_cast<int>(std::lround(below.value + part * (above.value - below.value)));
@@ -192,14 +191,11 @@ double TremoloSteps(double modulation, const SynthChoices &choices) {
     if (choices.logarithmicTremolo) {
         return -256.0 * std::log2(1.0 - modulation / 256.0);
     }
-    const auto above = std::ranges::find_if(
-        TremoloPoints, [&](const TremoloPoint &p) { return p.modulation >= modulation; });
-    if (above == TremoloPoints.begin()) {
-        return above->decibels / StepDecibels;
-    }
-    const TremoloPoint &below = *(above - 1);
-    const double part = (modulation - below.modulation) / (above->modulation - below.modulation);
-    return (below.decibels + part * (above->decibels - below.decibels)) / StepDecibels;
+    const std::size_t upper = UpperPoint(TremoloPoints, &TremoloPoint::modulation, modulation);
+    const TremoloPoint &below = TremoloPoints[upper - 1];
+    const TremoloPoint &above = TremoloPoints[upper];
+    const double part = (modulation - below.modulation) / (above.modulation - below.modulation);
+    return (below.decibels + part * (above.decibels - below.decibels)) / StepDecibels;
 }
 
 double PortamentoSpeed(int time, bool hurries) {
