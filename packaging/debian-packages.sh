@@ -4,7 +4,8 @@
 # password only where it can be answered. What cannot be installed is named, with the command for it.
 
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-svg-dev libqt6svg6
-  libportmidi-dev portaudio19-dev libasound2-dev zlib1g-dev fonts-liberation fonts-dejavu-core"
+  libportmidi-dev portaudio19-dev libasound2-dev zlib1g-dev libsqlite3-dev
+  fonts-liberation fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev libbenchmark-dev clang libclang-rt-dev llvm python3 locales
   xvfb xauth jwm xdotool dbus-daemon at-spi2-core poppler-utils fish"
 WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev patch

@@ -18,8 +18,8 @@ import re
 import sys
 
 # Layer of each folder below src/; a file includes only its own layer and lower ones.
-LAYERS = {"common": 0, "core": 1, "synth": 1, "midi": 2, "database": 3, "drivers": 4, "shell": 5,
-          "cli": 6}
+LAYERS = {"common": 0, "core": 1, "synth": 1, "midi": 2, "database": 3, "drivers": 4, "extras": 5,
+          "shell": 6, "cli": 7}
 SUFFIXES = (".cpp", ".h", ".inc")
 # What files of a folder do not include, though its layer would allow it: each pair is a folder (or
 # a file) and the folder or header that it is to know nothing of. The families, each a folder below

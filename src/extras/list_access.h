@@ -1,0 +1,36 @@
+// What the extras ask of the program's main list, filled in by the shell, by the command-line
+// program (not at all) and by tests. An empty member does nothing and answers no.
+#pragma once
+
+#include "core/voice_object.h"
+#include "extras/dump_voice.h"
+
+#include <functional>
+#include <span>
+#include <string>
+
+class QWidget;
+
+namespace tonewright {
+
+struct ListAccess {
+    // The selected row of the main list; -1: none.
+    std::function<int()> SelectedRow;
+    // Puts voices of one family into the list, from the row on downward: a level of undo, changed,
+    // selected is the row behind the last one. Voices behind the last row are left out. Where the
+    // list is of the other family, or empty, the user is asked whether a new bank shall hold them
+    // (NewBank). How many were put; -1: the user did not want it.
+    std::function<int(QWidget *owner, int row, std::span<const KeptVoice> voices)> PutVoices;
+    // Replaces the list by these voices of one family, filled up to a bank by initial voices: a
+    // question about unsaved changes, a level of undo, changed. The document takes the family's
+    // default name, so that a save asks for one; `source`, where the voices come from, stands in
+    // the status bar and becomes no path. False: the user wanted to stay, or an error was shown.
+    std::function<bool(QWidget *owner, std::span<const KeptVoice> voices,
+                       const std::string &source)>
+        NewBank;
+    // Plays a voice in the Audition box of the family. False: it could not be played.
+    std::function<bool(QWidget *owner, const KeptVoice &voice)> Audition;
+};
+extern ListAccess TheListAccess;
+
+} // namespace tonewright
