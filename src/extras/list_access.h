@@ -14,6 +14,9 @@ class QWidget;
 namespace tonewright {
 
 struct ListAccess {
+    // Does the work, which may ask, show a box or change the list, once no command of the program,
+    // no transfer and no box runs; nothing else starts meanwhile. Returns at once.
+    std::function<void(std::function<void()> work)> Post;
     // The selected row of the main list; -1: none.
     std::function<int()> SelectedRow;
     // Puts voices of one family into the list, from the row on downward: a level of undo, changed,
