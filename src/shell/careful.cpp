@@ -174,15 +174,6 @@ const SynthDriver *FamilyOfList() {
                : nullptr;
 }
 
-// Its instrument has not been looked for.
-void SelectFamily(const SynthDriver &family) {
-    CurrentDriverId = family.id;
-    MidiInPort = MidiOutPort = NoMidiDevice;
-    SynthFirmware = 0;
-    RefreshStatus();
-    RefreshCommands();
-}
-
 // Says why, and what has not been done. False without a fault.
 bool Refuses(QWidget *window, const std::string &fault, Text nothingDone) {
     if (fault.empty()) {
@@ -346,7 +337,7 @@ bool CarefulRefusesToSave(QWidget *window) {
     if (const SynthDriver *family = FamilyOfList()) {
         if (AskYesNo(window, Paragraphs(fault, TextOf(SelectFamilyInstead, {family->name}))) ==
             ResultYes) {
-            SelectFamily(*family);
+            SelectFamily(family->id);
             return !SavesWithoutMissing(window);
         }
         return true;

@@ -4,6 +4,7 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "midi/midi_api.h"
 #include "shell/command_state.h"
 #include "shell/shell_window.h"
 
@@ -28,6 +29,14 @@ void MainListChanged(int value) {
     if (!SelectKeyboardName.empty() && driver >= 0) {
         CurrentDriverId = DriverIdAt(driver);
     }
+    RefreshStatus();
+    RefreshCommands();
+}
+
+void SelectFamily(DriverId family) {
+    CurrentDriverId = family;
+    MidiInPort = MidiOutPort = NoMidiDevice;
+    SynthFirmware = 0;
     RefreshStatus();
     RefreshCommands();
 }

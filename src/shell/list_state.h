@@ -1,6 +1,8 @@
 // State of the main window's document and of the voice that its commands act on.
 #pragma once
 
+#include "core/voice_object.h"
+
 namespace tonewright {
 
 struct ListState {
@@ -17,5 +19,8 @@ int ListIndexForCommand();
 // The window's message after a change by a gesture (0: dirty, refresh) and at start (1: make the
 // driver named by SelectKeyboardName current, show it).
 void MainListChanged(int value);
+
+// Makes a family current whose instrument has not been looked for.
+void SelectFamily(DriverId family);
 
 } // namespace tonewright

@@ -2,6 +2,9 @@
 // window, by the command-line program (mostly empty) and by tests. An empty member does nothing.
 #pragma once
 
+#include "core/midi_ports.h"
+#include "core/voice_object.h"
+
 #include <functional>
 #include <string>
 
@@ -29,7 +32,10 @@ struct ShellWindow {
     std::function<void()> RepaintWindow;
     std::function<void()> RepaintTools;          // the buttons of the tool bar
     std::function<int(int row)> ShowAuditionBox; // for the voice in a row of the list
-    std::function<int()> ShowSelectSynthBox;     // 1: OK
+    // For a voice that need not be in the list.
+    std::function<int(QWidget *owner, const VoiceObject &voice, DriverId family, MidiPorts ports)>
+        AuditionVoice;
+    std::function<int()> ShowSelectSynthBox; // 1: OK
     std::function<void()> ShowMidiDevicesBox;
     std::function<void()> ShowInstrumentsBox;
     std::function<int()> PrintList; // asks for a printer and prints the voices of the list; 1

@@ -12,6 +12,7 @@
 #include "database/database_file.h"
 #include "database/database_undo.h"
 #include "database/database_window.h"
+#include "extras/list_access.h"
 #include "midi/instrument_sound.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
@@ -53,6 +54,7 @@ void ResetProgram() {
     ThemeUnload();
     TheDesktop = {};
     TheShellWindow = {};
+    TheListAccess = {};
     TheDatabaseViews = {};
     TheMidi = {};
     TheSoundDevice = PlatformSoundDevice();

@@ -160,6 +160,10 @@ void MainWindow::ConnectShell() {
     TheShellWindow.ShowAuditionBox = [this](int row) {
         return AuditionBox(this, &MainList, nullptr, CurrentDriverId, CurrentMidiPorts(), row);
     };
+    TheShellWindow.AuditionVoice = [](QWidget *owner, const VoiceObject &voice, DriverId family,
+                                      MidiPorts ports) {
+        return AuditionBox(owner, nullptr, &voice, family, ports, 0);
+    };
     TheShellWindow.ShowSelectSynthBox = [this] {
         return SelectSynthesizer(this, CurrentSelectParams());
     };
