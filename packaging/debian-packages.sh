@@ -9,7 +9,7 @@ BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-svg-dev
 TEST_PACKAGES="libgtest-dev libbenchmark-dev clang libclang-rt-dev llvm python3 locales
   xvfb xauth jwm xdotool dbus-daemon at-spi2-core poppler-utils fish"
 WINDOWS_BUILD_PACKAGES="g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev patch
-  nsis zip"
+  make tcl nsis zip"
 WINDOWS_TEST_PACKAGES="wine64 xvfb xauth jwm xdotool poppler-utils"
 DEB_PACKAGES="dpkg-dev"
 BARE_PACKAGES="debootstrap debian-archive-keyring git" # for bare-system.sh
