@@ -5,15 +5,18 @@
 // folder do; voices in the order of their identities. An order by another column is a list of place
 // numbers, made when it is first asked for.
 //
-// Memory, in bytes: 16 for each place, 24 for each name that differs and 14 for each voice that
-// differs, so 54 for a place at most; and about 4 for each place and column that was sorted by.
+// Memory, in bytes: 20 for each place, 24 for each name that differs and 14 for each voice that
+// differs, so 58 for a place at most; and about 4 for each place and column that was sorted by.
 #include "extras/archive_index.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
+#include <compare>
+#include <functional>
 #include <mutex>
+#include <numeric>
 #include <unordered_map>
 #include <utility>
 
@@ -78,10 +81,12 @@ struct SortEntry {
 
 constexpr int DigitBits = 11;
 
-template <class DigitOf>
-void SortByDigit(std::vector<SortEntry> &entries, std::vector<SortEntry> &other, DigitOf digitOf) {
+// Entries that are equal in the digit, a number below 2048, stay in the order in which they stand.
+// `other` is room of the same size.
+template <class Entry, class DigitOf>
+void SortByDigit(std::vector<Entry> &entries, std::vector<Entry> &other, DigitOf digitOf) {
     std::array<std::size_t, std::size_t{1} << DigitBits> counts = {};
-    for (const SortEntry &entry : entries) {
+    for (const Entry &entry : entries) {
         ++counts[digitOf(entry)];
     }
     if (entries.empty() || counts[digitOf(entries.front())] == entries.size()) {
@@ -92,24 +97,21 @@ void SortByDigit(std::vector<SortEntry> &entries, std::vector<SortEntry> &other,
         start += std::exchange(count, start);
     }
     other.resize(entries.size());
-    for (const SortEntry &entry : entries) {
+    for (const Entry &entry : entries) {
         other[counts[digitOf(entry)]++] = entry;
     }
     entries.swap(other);
 }
 
-// Entries that are equal stay in the order in which they stand. `minorBits`, `keyBits`: how many
-// may differ.
-void SortEntries(std::vector<SortEntry> &entries, int minorBits, int keyBits) {
+// By the bits of a number that `numberOf` gives, from `firstBit` up.
+template <class Entry, class NumberOf>
+void SortByBits(std::vector<Entry> &entries, std::vector<Entry> &other, int firstBit, int endBit,
+                NumberOf numberOf) {
     constexpr std::uint64_t mask = (std::uint64_t{1} << DigitBits) - 1;
-    std::vector<SortEntry> other;
-    for (int bit = 0; bit < minorBits; bit += DigitBits) {
-        SortByDigit(entries, other,
-                    [bit](const SortEntry &entry) { return entry.minor >> bit & mask; });
-    }
-    for (int bit = 0; bit < keyBits; bit += DigitBits) {
-        SortByDigit(entries, other,
-                    [bit](const SortEntry &entry) { return entry.key >> bit & mask; });
+    for (int bit = firstBit; bit < endBit; bit += DigitBits) {
+        SortByDigit(entries, other, [bit, numberOf](const Entry &entry) {
+            return std::uint64_t{numberOf(entry)} >> bit & mask;
+        });
     }
 }
 
@@ -123,6 +125,14 @@ bool BitAt(const Bits &bits, std::size_t place) {
 
 void SetBit(Bits &bits, std::size_t place) {
     bits[place / BitsOfWord] |= std::uint64_t{1} << place % BitsOfWord;
+}
+
+std::size_t CountBits(const Bits &bits) {
+    std::size_t count = 0;
+    for (const std::uint64_t word : bits) {
+        count += std::popcount(word);
+    }
+    return count;
 }
 
 void SetBits(Bits &bits, std::size_t first, std::size_t end) {
@@ -143,11 +153,13 @@ void SetBits(Bits &bits, std::size_t first, std::size_t end) {
     bits[lastWord] |= toLast;
 }
 
+constexpr std::uint8_t SmallLetter = 0x20; // what it is above the capital
+
 // Latin-1: capital letters as small ones, those with accents too.
 std::uint8_t FoldedLetter(std::uint8_t letter) {
     const bool capital =
         (letter >= 'A' && letter <= 'Z') || (letter >= 0xC0 && letter <= 0xDE && letter != 0xD7);
-    return capital ? letter + 0x20 : letter;
+    return capital ? letter + SmallLetter : letter;
 }
 
 NameText TextOfName(const std::array<std::uint8_t, NameSize> &bytes) {
@@ -157,7 +169,7 @@ NameText TextOfName(const std::array<std::uint8_t, NameSize> &bytes) {
     return padded;
 }
 
-// Names in their order: by folded letters, then capitals behind small ones.
+// Names in their order: by folded letters, then those with a capital behind.
 SortEntry EntryOfName(const NameText &name, std::uint32_t value) {
     SortEntry entry;
     entry.value = value;
@@ -176,30 +188,49 @@ SortEntry EntryOfName(const NameText &name, std::uint32_t value) {
 }
 constexpr int NameMinorBits = 16 + NameSize;
 
-// The places as they are handed over, and then the index of them.
+NameText FoldedNameOf(const SortEntry &entry) {
+    NameText folded;
+    for (std::size_t place = 0; place < 8; ++place) {
+        folded[place] = static_cast<std::uint8_t>(entry.key >> (56 - 8 * place));
+    }
+    folded[8] = static_cast<std::uint8_t>(entry.minor >> (NameSize + 8));
+    folded[9] = static_cast<std::uint8_t>(entry.minor >> NameSize);
+    return folded;
+}
+
+NameText NameOf(const SortEntry &entry) {
+    NameText name = FoldedNameOf(entry);
+    for (std::size_t place = 0; place < NameSize; ++place) {
+        const bool capital = entry.minor >> (NameSize - 1 - place) & 1;
+        name[place] -= capital ? SmallLetter : 0;
+    }
+    return name;
+}
+
+// Takes the places as they are handed over, and then makes the index of them.
 struct IndexMaker {
     struct Arrival {
         VoiceIdentity identity;
-        std::uint32_t file, placeInFile;
         NameText name;
         std::uint8_t family, algorithm;
+    };
+    // Arrivals side by side that are so in their file too.
+    struct Piece {
+        std::uint32_t file;
+        std::uint64_t first; // place in the file
+        std::size_t start, count;
+
+        auto operator<=>(const Piece &) const = default;
     };
 
     std::shared_ptr<ArchiveIndex> index = std::make_shared<ArchiveIndex>();
     std::unordered_map<std::int64_t, std::uint32_t> fileNumbers;
     std::vector<Arrival> arrivals;
+    std::vector<Piece> pieces;
 
     void TakeFiles(std::span<const ArchiveFolder> folders, std::span<const ArchiveFile> files);
     void TakePlaces(std::int64_t file, std::uint64_t first, std::span<const ArchivePlace> places);
     void Finish();
-
-private:
-    // The arrivals in the order of files, and in it by place.
-    std::vector<std::uint32_t> OrderByFile();
-    // Numbers the places; gives the number of each arrival.
-    std::vector<ArchivePlaceNumber> NumberPlaces(std::span<const std::uint32_t> byFile);
-    void NumberVoices(std::span<const std::uint32_t> byFile,
-                      std::span<const ArchivePlaceNumber> numbers);
 };
 
 void IndexMaker::TakeFiles(std::span<const ArchiveFolder> folders,
@@ -237,110 +268,108 @@ void IndexMaker::TakePlaces(std::int64_t file, std::uint64_t first,
     if (number == fileNumbers.end()) {
         return;
     }
+    pieces.push_back({number->second, first, arrivals.size(), places.size()});
     for (const ArchivePlace &place : places) {
-        arrivals.push_back({place.identity, number->second, static_cast<std::uint32_t>(first++),
-                            TextOfName(place.name), place.family, place.algorithm});
+        arrivals.push_back({place.identity, TextOfName(place.name), place.family, place.algorithm});
     }
 }
 
-std::vector<std::uint32_t> IndexMaker::OrderByFile() {
-    std::vector<SortEntry> entries(arrivals.size());
-    std::uint32_t value = 0;
-    for (const Arrival &arrival : arrivals) {
-        entries[value] = {arrival.file, arrival.placeInFile, value};
-        ++value;
-    }
-    SortEntries(entries, 32, 32);
-    std::vector<std::uint32_t> order(entries.size());
-    std::ranges::transform(entries, order.begin(), &SortEntry::value);
-    return order;
-}
-
-std::vector<ArchivePlaceNumber> IndexMaker::NumberPlaces(std::span<const std::uint32_t> byFile) {
-    std::vector<SortEntry> entries(arrivals.size());
-    for (std::size_t place = 0; place < entries.size(); ++place) {
-        entries[place] = EntryOfName(arrivals[byFile[place]].name, byFile[place]);
-    }
-    SortEntries(entries, NameMinorBits, 64);
-
+// Numbers the names, and by them the places; gives the numbers of the places in the order of
+// `entries` before they were sorted by name.
+std::vector<ArchivePlaceNumber> NumberPlaces(ArchiveIndex &index, std::vector<SortEntry> &entries,
+                                             std::vector<SortEntry> &other) {
+    SortByBits(entries, other, 0, NameMinorBits, std::mem_fn(&SortEntry::minor));
+    SortByBits(entries, other, 0, 64, std::mem_fn(&SortEntry::key));
     std::vector<ArchivePlaceNumber> numbers(entries.size());
-    index->placeFiles.resize(entries.size());
-    index->placesInFile.resize(entries.size());
-    Bits &runStarts = index->orders[static_cast<std::size_t>(ArchiveColumn::Name)].runStarts;
+    Bits &runStarts = index.orders[static_cast<std::size_t>(ArchiveColumn::Name)].runStarts;
     runStarts.resize(WordsFor(entries.size()));
-    index->nameFirsts.clear();
-    ArchivePlaceNumber number = 0;
-    for (const SortEntry &entry : entries) {
-        const Arrival &arrival = arrivals[entry.value];
-        if (index->names.empty() || index->names.back() != arrival.name) {
-            const std::size_t inBlock = index->names.size() % BitsOfWord;
-            if (inBlock == 0) {
-                index->foldedNames.emplace_back();
-            }
-            for (std::size_t letter = 0; letter < NameSize; ++letter) {
-                index->foldedNames.back().column[letter][inBlock] =
-                    FoldedLetter(arrival.name[letter]);
-            }
-            index->names.push_back(arrival.name);
-            index->nameFirsts.push_back(number);
-            SetBit(runStarts, number);
-        }
+    index.nameFirsts.clear();
+    for (std::uint32_t number = 0; number < entries.size(); ++number) {
+        const SortEntry &entry = entries[number];
         numbers[entry.value] = number;
-        index->placeFiles[number] = arrival.file;
-        index->placesInFile[number] = arrival.placeInFile;
-        ++number;
+        if (number > 0 && entry.key == entries[number - 1].key &&
+            entry.minor == entries[number - 1].minor) {
+            continue;
+        }
+        const std::size_t inBlock = index.names.size() % BitsOfWord;
+        if (inBlock == 0) {
+            index.foldedNames.emplace_back();
+        }
+        const NameText folded = FoldedNameOf(entry);
+        for (std::size_t letter = 0; letter < NameSize; ++letter) {
+            index.foldedNames.back().column[letter][inBlock] = folded[letter];
+        }
+        index.names.push_back(NameOf(entry));
+        index.nameFirsts.push_back(number);
+        SetBit(runStarts, number);
     }
-    index->nameFirsts.push_back(number);
+    index.nameFirsts.push_back(static_cast<ArchivePlaceNumber>(entries.size()));
     return numbers;
 }
 
-void IndexMaker::NumberVoices(std::span<const std::uint32_t> byFile,
-                              std::span<const ArchivePlaceNumber> numbers) {
-    std::vector<SortEntry> entries(arrivals.size());
-    for (std::size_t place = 0; place < entries.size(); ++place) {
-        entries[place] = {arrivals[byFile[place]].identity, 0, byFile[place]};
-    }
-    SortEntries(entries, 0, 64);
-
-    index->placeVoices.resize(entries.size());
-    index->voicePlaces.resize(entries.size());
-    index->voiceFirsts.clear();
+// `entries` are in the order of files, the key being the identity and the minor one family and
+// algorithm; `numbers` those of the places.
+void NumberVoices(ArchiveIndex &index, std::vector<SortEntry> &entries,
+                  std::vector<SortEntry> &other, std::span<const ArchivePlaceNumber> numbers) {
+    SortByBits(entries, other, 0, 64, std::mem_fn(&SortEntry::key));
+    index.placeVoices.resize(entries.size());
+    index.voicePlaces.resize(entries.size());
+    index.voiceFirsts.clear();
     std::uint32_t place = 0;
     for (const SortEntry &entry : entries) {
-        const Arrival &arrival = arrivals[entry.value];
-        if (index->identities.empty() || index->identities.back() != arrival.identity) {
-            index->identities.push_back(arrival.identity);
-            index->families.push_back(arrival.family);
-            index->algorithms.push_back(arrival.algorithm);
-            index->voiceFirsts.push_back(place);
+        if (index.identities.empty() || index.identities.back() != entry.key) {
+            index.identities.push_back(entry.key);
+            index.families.push_back(static_cast<std::uint8_t>(entry.minor >> 8));
+            index.algorithms.push_back(static_cast<std::uint8_t>(entry.minor));
+            index.voiceFirsts.push_back(place);
         }
         const ArchivePlaceNumber number = numbers[entry.value];
-        index->placeVoices[number] = static_cast<std::uint32_t>(index->identities.size() - 1);
-        index->voicePlaces[place++] = number;
+        index.placeVoices[number] = static_cast<std::uint32_t>(index.identities.size() - 1);
+        index.voicePlaces[place++] = number;
     }
-    index->voiceFirsts.push_back(place);
+    index.voiceFirsts.push_back(place);
 }
 
 void IndexMaker::Finish() {
-    const std::vector<std::uint32_t> byFile = OrderByFile();
-    const std::vector<ArchivePlaceNumber> numbers = NumberPlaces(byFile);
-    NumberVoices(byFile, numbers);
-
-    PlaceOrder &order = index->orders[static_cast<std::size_t>(ArchiveColumn::File)];
-    order.places.resize(byFile.size());
-    order.runStarts.resize(WordsFor(byFile.size()));
-    index->fileFirsts.assign(index->fileIds.size() + 1, 0);
+    std::ranges::sort(pieces);
+    std::vector<SortEntry> names(arrivals.size());
+    std::vector<SortEntry> voices(arrivals.size());
     std::uint32_t place = 0;
-    for (const std::uint32_t arrival : byFile) {
-        const std::uint32_t file = arrivals[arrival].file;
-        if (index->fileFirsts[file + 1]++ == 0) {
-            SetBit(order.runStarts, place);
+    for (const Piece &piece : pieces) {
+        for (const Arrival &arrival : std::span(arrivals).subspan(piece.start, piece.count)) {
+            names[place] = EntryOfName(arrival.name, place);
+            voices[place] = {arrival.identity,
+                             static_cast<std::uint32_t>(arrival.family << 8 | arrival.algorithm),
+                             place};
+            ++place;
         }
-        order.places[place++] = numbers[arrival];
     }
-    for (std::size_t file = 1; file < index->fileFirsts.size(); ++file) {
-        index->fileFirsts[file] += index->fileFirsts[file - 1];
+    std::vector<Arrival>().swap(arrivals);
+
+    std::vector<SortEntry> other;
+    std::vector<ArchivePlaceNumber> numbers = NumberPlaces(*index, names, other);
+    std::vector<SortEntry>().swap(names);
+    NumberVoices(*index, voices, other, numbers);
+
+    index->placeFiles.resize(numbers.size());
+    index->placesInFile.resize(numbers.size());
+    index->fileFirsts.assign(index->fileIds.size() + 1, 0);
+    PlaceOrder &byFile = index->orders[static_cast<std::size_t>(ArchiveColumn::File)];
+    byFile.runStarts.resize(WordsFor(numbers.size()));
+    place = 0;
+    for (const Piece &piece : pieces) {
+        if (piece.count > 0 && index->fileFirsts[piece.file + 1] == 0) {
+            SetBit(byFile.runStarts, place);
+        }
+        index->fileFirsts[piece.file + 1] += static_cast<std::uint32_t>(piece.count);
+        for (std::size_t inPiece = 0; inPiece < piece.count; ++inPiece) {
+            const ArchivePlaceNumber number = numbers[place++];
+            index->placeFiles[number] = piece.file;
+            index->placesInFile[number] = static_cast<std::uint32_t>(piece.first + inPiece);
+        }
     }
+    std::partial_sum(index->fileFirsts.begin(), index->fileFirsts.end(), index->fileFirsts.begin());
+    byFile.places = std::move(numbers);
 }
 
 // What an order by a column compares: equal for equal.
@@ -369,16 +398,20 @@ const PlaceOrder &OrderBy(const ArchiveIndex &index, ArchiveColumn column) {
         return order;
     }
     std::call_once(index.orderMade[number], [&] {
-        std::vector<SortEntry> entries(index.placeVoices.size());
+        std::vector<std::uint64_t> entries(index.placeVoices.size()); // key, place
+        std::vector<std::uint64_t> other;
+        std::uint64_t keyBits = 0;
         for (ArchivePlaceNumber place = 0; place < entries.size(); ++place) {
-            entries[place] = {KeyOf(index, column, place), 0, place};
+            const std::uint64_t key = KeyOf(index, column, place);
+            entries[place] = key << 32 | place;
+            keyBits |= key;
         }
-        SortEntries(entries, 0, 32);
+        SortByBits(entries, other, 32, 32 + std::bit_width(keyBits), std::identity());
         order.places.resize(entries.size());
         order.runStarts.resize(WordsFor(entries.size()));
         for (std::size_t place = 0; place < entries.size(); ++place) {
-            order.places[place] = entries[place].value;
-            if (place == 0 || entries[place].key != entries[place - 1].key) {
+            order.places[place] = static_cast<ArchivePlaceNumber>(entries[place]);
+            if (place == 0 || entries[place] >> 32 != entries[place - 1] >> 32) {
                 SetBit(order.runStarts, place);
             }
         }
@@ -509,22 +542,15 @@ void KeepPlacesBelow(Bits &bits, const ArchiveIndex &index, std::string_view fol
     while (folder.ends_with('/')) {
         folder.remove_suffix(1);
     }
-    const auto first = static_cast<std::uint32_t>(FirstFileFrom(index, std::string(folder) + '/'));
-    const auto count = static_cast<std::uint32_t>(
-        FirstFileFrom(index, std::string(folder) + static_cast<char>('/' + 1)) - first);
+    const std::size_t first = FirstFileFrom(index, std::string(folder) + '/');
+    const std::size_t end = FirstFileFrom(index, std::string(folder) + static_cast<char>('/' + 1));
+    Bits below(bits.size());
+    const PlaceOrder &byFile = OrderBy(index, ArchiveColumn::File);
+    for (std::size_t place = index.fileFirsts[first]; place < index.fileFirsts[end]; ++place) {
+        SetBit(below, byFile.places[place]);
+    }
     for (std::size_t word = 0; word < bits.size(); ++word) {
-        if (bits[word] == 0) {
-            continue;
-        }
-        const std::size_t start = word * BitsOfWord;
-        const std::size_t places = std::min(BitsOfWord, index.placeFiles.size() - start);
-        std::uint64_t below = 0;
-        for (std::size_t place = 0; place < places; ++place) {
-            // Unsigned: files in front of the first wrap round and are beyond as well.
-            const bool is = index.placeFiles[start + place] - first < count;
-            below |= std::uint64_t{is} << place;
-        }
-        bits[word] &= below;
+        bits[word] &= below[word];
     }
 }
 
@@ -546,6 +572,42 @@ Bits VoicesToLeaveOut(const ArchiveIndex &index, const ArchiveQuery &query) {
         }
     }
     return bits;
+}
+
+// Takes the places of a query in their order. They go through a batch in steps of which none waits
+// for the memory or the branch of the place before.
+struct HitList {
+    const ArchiveIndex &index;
+    const Bits &fits; // of places
+    Bits done;        // of voices
+    std::vector<ArchiveHit> hits = {};
+    std::size_t count = 0; // in the batch
+    std::array<ArchivePlaceNumber, 256> places = {};
+
+    void Add(ArchivePlaceNumber place) {
+        places[count] = place;
+        count += BitAt(fits, place);
+        if (count == places.size()) {
+            Flush();
+        }
+    }
+    void Flush();
+};
+
+void HitList::Flush() {
+    std::array<ArchiveVoiceNumber, 256> voices;
+    for (std::size_t place = 0; place < count; ++place) {
+        voices[place] = index.placeVoices[places[place]];
+    }
+    std::array<ArchiveHit, 256> found;
+    std::size_t foundCount = 0;
+    for (std::size_t place = 0; place < count; ++place) {
+        found[foundCount] = {voices[place], places[place]};
+        foundCount += !BitAt(done, voices[place]);
+        SetBit(done, voices[place]);
+    }
+    hits.insert(hits.end(), found.begin(), found.begin() + foundCount);
+    count = 0;
 }
 
 } // namespace
@@ -631,20 +693,12 @@ std::vector<ArchiveHit> FindInArchive(const ArchiveIndex &index, const ArchiveQu
     if (!query.folder.empty()) {
         KeepPlacesBelow(fits, index, query.folder);
     }
-    Bits done = VoicesToLeaveOut(index, query);
-    std::vector<ArchiveHit> hits;
+    HitList list{index, fits, VoicesToLeaveOut(index, query)};
+    list.hits.reserve(std::min(CountBits(fits), VoiceCount(index) - CountBits(list.done)));
     VisitInOrder(OrderBy(index, query.sort), PlaceCount(index), query.descending,
-                 [&](ArchivePlaceNumber place) {
-                     if (!BitAt(fits, place)) {
-                         return;
-                     }
-                     const ArchiveVoiceNumber voice = index.placeVoices[place];
-                     if (!BitAt(done, voice)) {
-                         SetBit(done, voice);
-                         hits.push_back({voice, place});
-                     }
-                 });
-    return hits;
+                 [&list](ArchivePlaceNumber place) { list.Add(place); });
+    list.Flush();
+    return std::move(list.hits);
 }
 
 std::vector<SimilarVoice> FindSimilar(const ArchiveIndex &index, ArchiveStore &store,

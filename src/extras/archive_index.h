@@ -85,7 +85,7 @@ struct ArchiveQuery {
 
 // The voices that have a place that fits, each once, in order; with the place by which each is
 // shown: the first in this order that fits. The first query that sorts by another column than the
-// name takes about twice as long as those that follow.
+// name takes two or three times as long as those that follow.
 struct ArchiveHit {
     ArchiveVoiceNumber voice;
     ArchivePlaceNumber place;
