@@ -28,8 +28,9 @@ built-in instruments to try it without any.
 The same work is done without a window by tonewright-cli.")
 
 # The windows are measured for the faces of these two packages of fonts; without them texts are cut.
-# libportaudio2 is what the built-in instruments are heard by; no program is linked with it.
+# No program is linked with the libraries that the built-in instruments are heard by and that keeps the
+# archive.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "fonts-liberation, fonts-dejavu-core, libportaudio2, $ENV{PACKAGE_LIBRARIES}")
+    "fonts-liberation, fonts-dejavu-core, libportaudio2, libsqlite3-0, $ENV{PACKAGE_LIBRARIES}")
 # Opens the manual in a browser.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS xdg-utils)

@@ -13,11 +13,12 @@ unset QT_PLUGIN_PATH QT_QPA_PLATFORM_PLUGIN_PATH
 case ${QT_QPA_PLATFORM:-} in wayland*) export QT_QPA_PLATFORM=xcb ;; esac
 
 # The libraries that neither this folder nor the system has come from the fallback. One that is
-# found may need another one: as often as something new is found. PortAudio, which the programs load
-# themselves, is named to the loader as a plug-in is, which says in other words that it is not there.
+# found may need another one: as often as something new is found. PortAudio and SQLite, which the
+# programs load themselves, are named to the loader as a plug-in is, which says in other words that one
+# is not there.
 missing() {
     cd "$programs" && LD_TRACE_LOADED_OBJECTS=1 \
-        LD_PRELOAD="./plugins/platforms/libqxcb.so libportaudio.so.2" ./@PROGRAM@ 2>&1 |
+        LD_PRELOAD="./plugins/platforms/libqxcb.so libportaudio.so.2 libsqlite3.so.0" ./@PROGRAM@ 2>&1 |
         sed -n -e 's/^[[:space:]]*\([^ ]*\) => not found$/\1/p' \
             -e "s/.*object '\([^']*\)' from LD_PRELOAD cannot be preloaded.*/\1/p"
 }

@@ -64,10 +64,7 @@ const PortAudio *LoadPortAudio(std::string &why) {
         void *file = LoadSystemLibrary(TONEWRIGHT_PORTAUDIO_FILE);
         bool isWhole = file != nullptr;
         PortAudio found;
-#define FIND(name)                                                                                 \
-    found.name = isWhole ? reinterpret_cast<decltype(found.name)>(FunctionOfLibrary(file, #name))  \
-                         : nullptr;                                                                \
-    isWhole = found.name != nullptr;
+#define FIND(name) isWhole = isWhole && FindFunction(file, #name, found.name);
         PORTAUDIO_CALLS(FIND)
 #undef FIND
         if (!isWhole) {

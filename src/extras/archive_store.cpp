@@ -74,7 +74,8 @@ constexpr FaultText FaultTexts[] = {
     {SqliteFault::Full, "The disk is full."},
     {SqliteFault::Denied, "The archive may not be written."},
     {SqliteFault::Damaged, "The archive is damaged."},
-    {SqliteFault::Unavailable, "This program was built without an archive."},
+    {SqliteFault::Unavailable,
+     "This program has no archive, since SQLite, which keeps it, is not there."},
     {SqliteFault::Other, "The archive cannot be read or written."},
 };
 

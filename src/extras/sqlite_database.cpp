@@ -1,6 +1,10 @@
 // A database file of SQLite, and statements on it.
 #include "extras/sqlite_database.h"
 
+#ifdef TONEWRIGHT_SQLITE_FILE
+#include "common/loaded_library.h"
+#endif
+
 #include <cerrno>
 #include <sqlite3.h>
 #include <utility>
@@ -13,6 +17,63 @@ struct SqliteDatabase {
 };
 
 namespace {
+
+// ---- the library
+
+// The calls that are used, under their own names.
+#define SQLITE_CALLS(CALL)                                                                         \
+    CALL(sqlite3_bind_blob64)                                                                      \
+    CALL(sqlite3_bind_int64)                                                                       \
+    CALL(sqlite3_bind_text64)                                                                      \
+    CALL(sqlite3_busy_timeout)                                                                     \
+    CALL(sqlite3_close_v2)                                                                         \
+    CALL(sqlite3_column_blob)                                                                      \
+    CALL(sqlite3_column_bytes)                                                                     \
+    CALL(sqlite3_column_int64)                                                                     \
+    CALL(sqlite3_db_readonly)                                                                      \
+    CALL(sqlite3_errmsg)                                                                           \
+    CALL(sqlite3_exec)                                                                             \
+    CALL(sqlite3_extended_result_codes)                                                            \
+    CALL(sqlite3_finalize)                                                                         \
+    CALL(sqlite3_last_insert_rowid)                                                                \
+    CALL(sqlite3_open_v2)                                                                          \
+    CALL(sqlite3_prepare_v2)                                                                       \
+    CALL(sqlite3_reset)                                                                            \
+    CALL(sqlite3_step)                                                                             \
+    CALL(sqlite3_system_errno)
+
+struct SqliteLibrary {
+#define DECLARE(name) decltype(&::name) name = nullptr;
+    SQLITE_CALLS(DECLARE)
+#undef DECLARE
+    bool isThere = false;
+};
+
+// A file of the system is loaded when a database is first opened: few runs of a program open one,
+// and each would have to wait for it at its start.
+SqliteLibrary LoadSqlite() {
+    SqliteLibrary found;
+#ifdef TONEWRIGHT_SQLITE_FILE
+    void *file = LoadSystemLibrary(TONEWRIGHT_SQLITE_FILE);
+    found.isThere = file != nullptr;
+#define FIND(name) found.isThere = found.isThere && FindFunction(file, #name, found.name);
+    SQLITE_CALLS(FIND)
+#undef FIND
+#else
+#define TAKE(name) found.name = ::name;
+    SQLITE_CALLS(TAKE)
+#undef TAKE
+    found.isThere = true;
+#endif
+    return found;
+}
+
+const SqliteLibrary &Library() {
+    static const SqliteLibrary library = LoadSqlite();
+    return library;
+}
+
+// ---- what its calls give
 
 SqliteFault FaultOfCode(sqlite3 *connection, int code) {
     switch (code & 0xFF) {
@@ -35,7 +96,7 @@ SqliteFault FaultOfCode(sqlite3 *connection, int code) {
     case SQLITE_FORMAT:
         return SqliteFault::Damaged;
     case SQLITE_IOERR:
-        if (const int reason = connection ? sqlite3_system_errno(connection) : 0;
+        if (const int reason = connection ? Library().sqlite3_system_errno(connection) : 0;
             reason == ENOSPC || reason == EFBIG) {
             return SqliteFault::Full;
         }
@@ -53,7 +114,7 @@ bool Note(SqliteDatabase &database, int code) {
     if (fault == SqliteFault::None) {
         return true;
     }
-    database.failure = {fault, sqlite3_errmsg(database.connection)};
+    database.failure = {fault, Library().sqlite3_errmsg(database.connection)};
     return false;
 }
 
@@ -75,16 +136,20 @@ std::string StillName(const std::string &path) {
 } // namespace
 
 void CloseSqlite::operator()(SqliteDatabase *database) const {
-    sqlite3_close_v2(database->connection);
+    Library().sqlite3_close_v2(database->connection);
     delete database;
 }
 
 void FinishSqlite::operator()(sqlite3_stmt *statement) const {
-    sqlite3_finalize(statement);
+    Library().sqlite3_finalize(statement);
 }
 
 SqlitePointer OpenSqlite(const std::string &path, SqliteUse use, int waitMilliseconds,
                          SqliteFault &fault) {
+    if (!Library().isThere) {
+        fault = SqliteFault::Unavailable;
+        return nullptr;
+    }
     SqlitePointer database(new SqliteDatabase);
     const bool still = use == SqliteUse::ReadStill;
     // A reader that may write removes what stands beside the file when it is the last to close it.
@@ -92,25 +157,26 @@ SqlitePointer OpenSqlite(const std::string &path, SqliteUse use, int waitMillise
                       (still ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE) |
                       (use == SqliteUse::Write ? SQLITE_OPEN_CREATE : 0);
     const std::string name = still ? StillName(path) : path;
-    const int code = sqlite3_open_v2(name.c_str(), &database->connection, flags, nullptr);
+    const int code = Library().sqlite3_open_v2(name.c_str(), &database->connection, flags, nullptr);
     fault = FaultOfCode(database->connection, code);
     if (fault != SqliteFault::None) {
         return nullptr;
     }
-    sqlite3_extended_result_codes(database->connection, 1);
+    Library().sqlite3_extended_result_codes(database->connection, 1);
     SetSqliteWait(*database, waitMilliseconds);
     if (use != SqliteUse::Write) {
-        sqlite3_exec(database->connection, "PRAGMA query_only = 1", nullptr, nullptr, nullptr);
+        Library().sqlite3_exec(database->connection, "PRAGMA query_only = 1", nullptr, nullptr,
+                               nullptr);
     }
     return database;
 }
 
 void SetSqliteWait(SqliteDatabase &database, int milliseconds) {
-    sqlite3_busy_timeout(database.connection, milliseconds);
+    Library().sqlite3_busy_timeout(database.connection, milliseconds);
 }
 
 bool IsReadOnly(SqliteDatabase &database) {
-    return sqlite3_db_readonly(database.connection, "main") == 1;
+    return Library().sqlite3_db_readonly(database.connection, "main") == 1;
 }
 
 SqliteFailure TakeFailure(SqliteDatabase &database) {
@@ -118,7 +184,8 @@ SqliteFailure TakeFailure(SqliteDatabase &database) {
 }
 
 bool RunSql(SqliteDatabase &database, const char *sql) {
-    return Note(database, sqlite3_exec(database.connection, sql, nullptr, nullptr, nullptr));
+    return Note(database,
+                Library().sqlite3_exec(database.connection, sql, nullptr, nullptr, nullptr));
 }
 
 std::optional<std::int64_t> NumberOfSql(SqliteDatabase &database, const char *sql) {
@@ -131,36 +198,37 @@ std::optional<std::int64_t> NumberOfSql(SqliteDatabase &database, const char *sq
 
 SqliteStatement PrepareSql(SqliteDatabase &database, const char *sql) {
     sqlite3_stmt *statement = nullptr;
-    Note(database, sqlite3_prepare_v2(database.connection, sql, -1, &statement, nullptr));
+    Note(database, Library().sqlite3_prepare_v2(database.connection, sql, -1, &statement, nullptr));
     return SqliteStatement(statement);
 }
 
 void Bind(const SqliteStatement &statement, int parameter, std::int64_t number) {
-    sqlite3_bind_int64(statement.get(), parameter, number);
+    Library().sqlite3_bind_int64(statement.get(), parameter, number);
 }
 
 void Bind(const SqliteStatement &statement, int parameter, std::span<const std::uint8_t> bytes) {
     // Without a place for its bytes a value would be null.
-    sqlite3_bind_blob64(statement.get(), parameter,
-                        bytes.empty() ? reinterpret_cast<const std::uint8_t *>("") : bytes.data(),
-                        bytes.size(), SQLITE_STATIC);
+    Library().sqlite3_bind_blob64(statement.get(), parameter,
+                                  bytes.empty() ? reinterpret_cast<const std::uint8_t *>("")
+                                                : bytes.data(),
+                                  bytes.size(), SQLITE_STATIC);
 }
 
 void Bind(const SqliteStatement &statement, int parameter, std::string_view text) {
-    sqlite3_bind_text64(statement.get(), parameter, text.empty() ? "" : text.data(), text.size(),
-                        SQLITE_STATIC, SQLITE_UTF8);
+    Library().sqlite3_bind_text64(statement.get(), parameter, text.empty() ? "" : text.data(),
+                                  text.size(), SQLITE_STATIC, SQLITE_UTF8);
 }
 
 bool NextRow(SqliteDatabase &database, const SqliteStatement &statement) {
     if (!statement) {
         return false;
     }
-    const int code = sqlite3_step(statement.get());
+    const int code = Library().sqlite3_step(statement.get());
     if (code == SQLITE_ROW) {
         return true;
     }
     Note(database, code);
-    sqlite3_reset(statement.get());
+    Library().sqlite3_reset(statement.get());
     return false;
 }
 
@@ -168,26 +236,26 @@ bool Run(SqliteDatabase &database, const SqliteStatement &statement) {
     if (!statement) {
         return false;
     }
-    const bool done = Note(database, sqlite3_step(statement.get()));
-    sqlite3_reset(statement.get());
+    const bool done = Note(database, Library().sqlite3_step(statement.get()));
+    Library().sqlite3_reset(statement.get());
     return done;
 }
 
 std::int64_t LastRowOf(SqliteDatabase &database) {
-    return sqlite3_last_insert_rowid(database.connection);
+    return Library().sqlite3_last_insert_rowid(database.connection);
 }
 
 void Reset(const SqliteStatement &statement) {
-    sqlite3_reset(statement.get());
+    Library().sqlite3_reset(statement.get());
 }
 
 std::int64_t NumberAt(const SqliteStatement &statement, int column) {
-    return sqlite3_column_int64(statement.get(), column);
+    return Library().sqlite3_column_int64(statement.get(), column);
 }
 
 std::span<const std::uint8_t> BytesAt(const SqliteStatement &statement, int column) {
-    const void *bytes = sqlite3_column_blob(statement.get(), column);
-    const int size = sqlite3_column_bytes(statement.get(), column);
+    const void *bytes = Library().sqlite3_column_blob(statement.get(), column);
+    const int size = Library().sqlite3_column_bytes(statement.get(), column);
     return {static_cast<const std::uint8_t *>(bytes), static_cast<std::size_t>(size)};
 }
 

@@ -22,7 +22,7 @@ enum class SqliteFault {
     Full,        // the disk is
     Denied,      // it may be read only
     Damaged,     // or no database at all
-    Unavailable, // the program was built without the library
+    Unavailable, // the library is not there
     Other,
 };
 
