@@ -2,7 +2,7 @@
 //
 //   offset  0  family: 0 six operators, 1 four
 //           1  algorithm, from 0
-//           2  operators, the first one first: six of 7 bytes, or four of 8
+//           2  operators, the first one first: six of 8 bytes, or four of 9
 //              then what is of the whole voice
 #include "extras/voice_similarity.h"
 
@@ -37,6 +37,7 @@ enum OperatorFeature : std::size_t {
     Decay,
     Release,
     Touch,
+    Rest,
     Feedback,
 };
 
@@ -56,7 +57,8 @@ constexpr std::size_t FeedbackOfSix = Layouts[SixOperators].BehindOperators();
 constexpr std::size_t LfoOfSix = FeedbackOfSix + 1;
 constexpr std::size_t PitchEgOfSix = LfoOfSix + 1;
 constexpr std::size_t TransposeOfSix = PitchEgOfSix + 1;
-static_assert(TransposeOfSix + 1 == VoiceFeatureSize);
+constexpr std::size_t RestOfSix = TransposeOfSix + 1;
+static_assert(RestOfSix < VoiceFeatureSize);
 constexpr std::size_t LfoOfFour = Layouts[FourOperators].BehindOperators();
 constexpr std::size_t PitchEgOfFour = LfoOfFour + 1;
 constexpr std::size_t TransposeOfFour = PitchEgOfFour + 1;
@@ -64,7 +66,8 @@ constexpr std::size_t EffectsOfFour = TransposeOfFour + 1; // of each kind but "
 constexpr std::size_t EffectKinds = 7;
 constexpr std::size_t PortamentoOfFour = EffectsOfFour + EffectKinds;
 constexpr std::size_t ModeOfFour = PortamentoOfFour + 1;
-static_assert(ModeOfFour < VoiceFeatureSize);
+constexpr std::size_t RestOfFour = ModeOfFour + 1;
+static_assert(RestOfFour < VoiceFeatureSize);
 
 // The weights, as the header tells them.
 constexpr float StrengthWeight = 100;
@@ -77,6 +80,7 @@ constexpr float ReleaseWeight = 30;
 constexpr float VelocityWeight = 28;
 constexpr float ScalingWeight = 12; // a side
 constexpr float FixedWeight = 60;
+constexpr float RestWeight = 4; // a byte
 constexpr float FeedbackWeight = 50;
 constexpr float LfoWeight = 60;
 constexpr float PitchEgWeight = 40;
@@ -200,9 +204,13 @@ struct Sounding {
     std::array<float, 4> rates, levels; // of the envelope, 0 to 99
     float level;                        // 0 to 99; 0: silent
     float velocity;                     // 0 to 1
+    float tremolo;                      // 0 to 1
     float scaling[2];                   // to both sides, -1 to 1
     float octaves;                      // above the key, or above middle C
     bool fixed;
+    float rest; // of all of its bytes, whatever they do
+
+    float HighestLevel() const { return std::max({levels[0], levels[1], levels[2]}); }
 };
 
 // By level: how loud a carrier is, and how bright a modulator makes, 0 to 1.
@@ -246,46 +254,56 @@ float StrengthAt(const Sounding &sounding, float level, bool carrier) {
     return (carrier ? tables.carrier : tables.modulator)[std::min(whole, LargestOfSix)];
 }
 
-// Writes the features of an operator; `within` is the strength of what it modulates, 1 for a
-// carrier. Gives its own.
-float WriteOperator(std::uint8_t *features, const Sounding &sounding, bool carrier, float within) {
+// How much of each operator is heard, 0 to 1: a carrier beside the loudest one, a modulator in what
+// it modulates.
+void WeighOperators(std::span<float> weights, std::span<const Sounding> operators,
+                    const Wiring &wiring) {
+    float loudest = 0;
+    for (std::size_t one = 0; one < operators.size(); ++one) {
+        const bool carrier = wiring.carriers >> one & 1;
+        weights[one] = StrengthAt(operators[one], operators[one].HighestLevel(), carrier);
+        loudest = carrier ? std::max(loudest, weights[one]) : loudest;
+    }
+    for (std::size_t one = 0; one < operators.size(); ++one) {
+        if (wiring.carriers >> one & 1) {
+            weights[one] = loudest > 0 ? weights[one] / loudest : 0;
+            continue;
+        }
+        float within = 0;
+        for (std::size_t target = 0; target < one; ++target) { // it has a smaller number
+            if (wiring.targets[one] >> target & 1) {
+                within = std::max(within, weights[target]);
+            }
+        }
+        weights[one] *= within;
+    }
+}
+
+void WriteOperator(std::uint8_t *features, const Sounding &sounding, bool carrier, float weight) {
     const auto &levels = sounding.levels;
-    const float highest = std::max({levels[0], levels[1], levels[2]});
-    const float strength = within * StrengthAt(sounding, highest, carrier);
-    const float sustained = within * StrengthAt(sounding, levels[2], carrier);
-    const float side = carrier ? 1 : -1;
     constexpr float largest = LargestOfSix;
+    const float highest = StrengthAt(sounding, sounding.HighestLevel(), carrier);
+    const float sustained = StrengthAt(sounding, levels[2], carrier);
+    const float strength = carrier ? highest : weight;
+    const float side = carrier ? 1 : -1;
     features[Strength] = SidedByteOf(side * StrengthWeight * strength);
-    features[Sustained] = SidedByteOf(side * SustainedWeight * sustained);
+    features[Sustained] =
+        SidedByteOf(highest > 0 ? side * SustainedWeight * weight * sustained / highest : 0);
     features[Frequency] =
-        SidedByteOf(strength * std::clamp(OctaveWeight * sounding.octaves, -127.f, 127.f));
+        SidedByteOf(weight * std::clamp(OctaveWeight * sounding.octaves, -127.f, 127.f));
     const float attack = std::max(0.f, AtOnce - sounding.rates[0]) / AtOnce;
-    features[Attack] = ByteOf(strength * AttackWeight * attack);
+    features[Attack] = ByteOf(weight * AttackWeight * attack);
     const float decay = (std::abs(levels[0] - levels[1]) * sounding.rates[1] +
                          std::abs(levels[1] - levels[2]) * sounding.rates[2]) /
                         (largest * largest);
-    features[Decay] = ByteOf(strength * DecayWeight * decay);
+    features[Decay] = ByteOf(weight * DecayWeight * decay);
     const float release = sounding.rates[3] * (largest - levels[3]) / (largest * largest);
-    features[Release] = ByteOf(strength * ReleaseWeight * release);
+    features[Release] = ByteOf(weight * ReleaseWeight * release);
     features[Touch] =
-        SidedByteOf(strength * (VelocityWeight * sounding.velocity +
-                                ScalingWeight * (sounding.scaling[0] + sounding.scaling[1]) +
-                                (sounding.fixed ? FixedWeight : 0)));
-    return strength;
-}
-
-// The largest strength among what an operator modulates, of those with a smaller number.
-float StrengthWithin(const Wiring &wiring, std::size_t from, std::span<const float> strengths) {
-    if (wiring.carriers >> from & 1) {
-        return 1;
-    }
-    float within = 0;
-    for (std::size_t to = 0; to < from; ++to) {
-        if (wiring.targets[from] >> to & 1) {
-            within = std::max(within, strengths[to]);
-        }
-    }
-    return within;
+        SidedByteOf(weight * (VelocityWeight * sounding.velocity +
+                              ScalingWeight * (sounding.scaling[0] + sounding.scaling[1]) +
+                              (sounding.fixed ? FixedWeight : 0)));
+    features[Rest] = ByteOf(sounding.rest);
 }
 
 float LfoOf(float vibrato, float tremolo, float speed) {
@@ -335,9 +353,16 @@ float PitchEgOf(std::span<const std::uint8_t> levels, int middle) {
            std::sqrt(std::min(static_cast<float>(largest) / static_cast<float>(middle), 1.f));
 }
 
+// `largest`: of a byte, as a rule.
+float RestOf(std::span<const std::uint8_t> bytes, int largest) {
+    const int sum = std::accumulate(bytes.begin(), bytes.end(), 0);
+    return RestWeight * static_cast<float>(sum) / static_cast<float>(largest);
+}
+
 // Of a packed operator.
-Sounding SoundingOfSix(const std::uint8_t *bytes) {
+Sounding SoundingOfSix(std::span<const std::uint8_t> bytes) {
     Sounding sounding;
+    sounding.rest = RestOf(bytes, LargestOfSix);
     for (std::size_t step = 0; step < 4; ++step) {
         sounding.rates[step] = UpTo(bytes[step], LargestOfSix);
         sounding.levels[step] = UpTo(bytes[4 + step], LargestOfSix);
@@ -345,6 +370,7 @@ Sounding SoundingOfSix(const std::uint8_t *bytes) {
     sounding.scaling[0] = ScalingOf(bytes[9], bytes[11], LargestOfSix);
     sounding.scaling[1] = ScalingOf(bytes[10], bytes[11] >> 2, LargestOfSix);
     sounding.velocity = static_cast<float>(bytes[13] >> 2 & 7) / 7;
+    sounding.tremolo = static_cast<float>(bytes[13] & 3) / 3;
     sounding.level = UpTo(bytes[14], LargestOfSix);
     sounding.fixed = bytes[15] & 1;
     const int coarse = bytes[15] >> 1 & 31;
@@ -365,21 +391,24 @@ VoiceFeatures FeaturesOfSix(std::span<const std::uint8_t, Dx7PackedVoiceSize> by
     features[FamilyByte] = SixOperators;
     features[AlgorithmByte] = algorithm;
     const Wiring &wiring = AlgorithmsOf(SixOperators).wirings[algorithm];
-    std::array<float, Dx7OperatorCount> strengths = {};
+    std::array<Sounding, Dx7OperatorCount> operators;
     float tremolo = 0;
     for (std::size_t one = 0; one < Dx7OperatorCount; ++one) {
-        const std::uint8_t *packed = &bytes[(Dx7OperatorCount - 1 - one) * Dx7PackedOperatorSize];
-        strengths[one] =
-            WriteOperator(&features[FirstOperator + one * Layouts[SixOperators].featuresOfOperator],
-                          SoundingOfSix(packed), wiring.carriers >> one & 1,
-                          StrengthWithin(wiring, one, strengths));
-        tremolo = std::max(tremolo, strengths[one] * static_cast<float>(packed[13] & 3) / 3);
+        const std::size_t place = (Dx7OperatorCount - 1 - one) * Dx7PackedOperatorSize;
+        operators[one] = SoundingOfSix(bytes.subspan(place, Dx7PackedOperatorSize));
+    }
+    std::array<float, Dx7OperatorCount> weights;
+    WeighOperators(weights, operators, wiring);
+    for (std::size_t one = 0; one < Dx7OperatorCount; ++one) {
+        WriteOperator(&features[FirstOperator + one * Layouts[SixOperators].featuresOfOperator],
+                      operators[one], wiring.carriers >> one & 1, weights[one]);
+        tremolo = std::max(tremolo, weights[one] * operators[one].tremolo);
     }
     // A step doubles the index of a modulator by itself; at 7 and full level it is 6.3 radians.
     static constexpr std::array<float, 8> feedbacks = {0,     0.048f, 0.091f, 0.167f,
                                                        0.29f, 0.475f, 0.715f, 1};
     features[FeedbackOfSix] =
-        ByteOf(FeedbackWeight * feedbacks[bytes[111] & 7] * strengths[wiring.feedback]);
+        ByteOf(FeedbackWeight * feedbacks[bytes[111] & 7] * weights[wiring.feedback]);
     static constexpr std::array<float, 8> pitchSensitivities = {0, 10, 20, 33, 55, 92, 153, 255};
     features[LfoOfSix] = ByteOf(LfoOf(UpTo(bytes[114], LargestOfSix) / largest *
                                           pitchSensitivities[bytes[116] >> 4 & 7] / 255,
@@ -387,6 +416,7 @@ VoiceFeatures FeaturesOfSix(std::span<const std::uint8_t, Dx7PackedVoiceSize> by
                                       UpTo(bytes[112], LargestOfSix) / largest));
     features[PitchEgOfSix] = ByteOf(PitchEgOf(bytes.subspan(106, 4), 50));
     features[TransposeOfSix] = SidedByteOf(TransposeWeight * static_cast<float>(bytes[117] - 24));
+    features[RestOfSix] = ByteOf(RestOf(bytes.subspan(102, 16), LargestOfSix));
     return features;
 }
 
@@ -400,8 +430,9 @@ float PartOfFour(int value) {
     return UpTo(value, LargestOfFour) / LargestOfFour;
 }
 
-Sounding SoundingOfFour(const std::uint8_t *bytes) {
+Sounding SoundingOfFour(std::span<const std::uint8_t> bytes) {
     Sounding sounding;
+    sounding.rest = RestOf(bytes, LargestOfFour);
     for (std::size_t step = 0; step < 4; ++step) {
         sounding.rates[step] = PartOfFour(bytes[RefaceOperator::egRate1 + step]) * LargestOfSix;
         sounding.levels[step] = LevelOfFour(bytes[RefaceOperator::egLevel1 + step]);
@@ -411,14 +442,15 @@ Sounding SoundingOfFour(const std::uint8_t *bytes) {
     sounding.scaling[1] = ScalingOf(bytes[RefaceOperator::kbdRightDepth],
                                     bytes[RefaceOperator::kbdRightCurve], LargestOfFour);
     sounding.velocity = PartOfFour(bytes[RefaceOperator::levelVelocitySense]);
+    sounding.tremolo = PartOfFour(bytes[RefaceOperator::lfoAmdDepth]);
     sounding.level =
         bytes[RefaceOperator::enable] == 0 ? 0 : LevelOfFour(bytes[RefaceOperator::outputLevel]);
     sounding.fixed = bytes[RefaceOperator::frequencyMode] == 1;
     const int coarse = bytes[RefaceOperator::frequencyCoarse] & 31;
     const int fine = bytes[RefaceOperator::frequencyFine];
-    // Twelve steps are as far as one of the others' seven.
+    // Two steps are as far as one of the others'.
     const float detune =
-        static_cast<float>(bytes[RefaceOperator::frequencyDetune] - RefaceDetuneBias) / 9;
+        static_cast<float>(bytes[RefaceOperator::frequencyDetune] - RefaceDetuneBias) / 2;
     sounding.octaves =
         (sounding.fixed
              ? FixedOctaves(static_cast<float>(coarse >> 3) + UpTo(fine, LargestOfSix) / 100)
@@ -435,22 +467,28 @@ VoiceFeatures FeaturesOfFour(std::span<const std::uint8_t> bytes) {
     features[FamilyByte] = FourOperators;
     features[AlgorithmByte] = algorithm;
     const Wiring &wiring = AlgorithmsOf(FourOperators).wirings[algorithm];
-    std::array<float, RefaceOperatorCount> strengths = {};
+    std::array<Sounding, RefaceOperatorCount> operators;
+    const auto blockOf = [&bytes](std::size_t one) {
+        return bytes.subspan(RefaceCommonSize + one * RefaceOperatorSize, RefaceOperatorSize);
+    };
+    for (std::size_t one = 0; one < RefaceOperatorCount; ++one) {
+        operators[one] = SoundingOfFour(blockOf(one));
+    }
+    std::array<float, RefaceOperatorCount> weights;
+    WeighOperators(weights, operators, wiring);
     float tremolo = 0;
     float vibrato = 0;
     for (std::size_t one = 0; one < RefaceOperatorCount; ++one) {
-        const std::uint8_t *block = &bytes[RefaceCommonSize + one * RefaceOperatorSize];
+        const std::span<const std::uint8_t> block = blockOf(one);
         std::uint8_t *written =
             &features[FirstOperator + one * Layouts[FourOperators].featuresOfOperator];
-        strengths[one] = WriteOperator(written, SoundingOfFour(block), wiring.carriers >> one & 1,
-                                       StrengthWithin(wiring, one, strengths));
+        WriteOperator(written, operators[one], wiring.carriers >> one & 1, weights[one]);
         const float feedback =
-            FeedbackWeight * strengths[one] * PartOfFour(block[RefaceOperator::feedbackLevel]);
+            FeedbackWeight * weights[one] * PartOfFour(block[RefaceOperator::feedbackLevel]);
         written[Feedback] =
             SidedByteOf(block[RefaceOperator::feedbackType] == 1 ? -feedback : feedback);
-        tremolo =
-            std::max(tremolo, strengths[one] * PartOfFour(block[RefaceOperator::lfoAmdDepth]));
-        vibrato = std::max(vibrato, block[RefaceOperator::lfoPmd] != 0 ? strengths[one] : 0);
+        tremolo = std::max(tremolo, weights[one] * operators[one].tremolo);
+        vibrato = std::max(vibrato, block[RefaceOperator::lfoPmd] != 0 ? weights[one] : 0);
     }
     features[LfoOfFour] = ByteOf(LfoOf(vibrato * PartOfFour(common[RefaceVoice::lfoModDepth]),
                                        tremolo, PartOfFour(common[RefaceVoice::lfoSpeed])));
@@ -471,6 +509,7 @@ VoiceFeatures FeaturesOfFour(std::span<const std::uint8_t> bytes) {
     features[PortamentoOfFour] =
         ByteOf(PortamentoWeight * PartOfFour(common[RefaceVoice::portamentoTime]));
     features[ModeOfFour] = common[RefaceVoice::partMode] == 0 ? 0 : ByteOf(ModeWeight);
+    features[RestOfFour] = ByteOf(RestOf(common.subspan(RefaceVoice::transpose), LargestOfFour));
     return features;
 }
 

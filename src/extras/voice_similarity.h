@@ -20,16 +20,21 @@
 //     release      0 to 30   rate 4; 0 where level 4 lets it sound on
 //     touch        +-127     velocity (0 to 28), level scaling to both sides (+-12 each), and 60
 //                            for a fixed frequency, which does not follow the keys
+//     rest         0 to 70   4 times the sum of its bytes, the largest one being 1: next to
+//                            nothing, but it tells voices apart that are heard alike
 //     feedback     0 to 50   as a modulator's strength; once for a voice of six operators, to both
 //                            sides for the two kinds of the reface DX's
-//   All but the strengths are taken times the strength: what an operator does that is hardly heard
-//   hardly counts, and nothing of one that is silent or modulates silence.
+//   All but strength and rest are taken times how much of the operator is heard: of a carrier its
+//   strength beside the loudest one, of a modulator its own. An operator that is silent, or that
+//   modulates silence, does not count.
+//
 //   for the voice
 //     wiring       8         for each modulation that one algorithm has and the other has not: 0
 //                            for algorithms that differ in feedback alone, as 1 and 2
 //     LFO          0 to 60   the larger one of vibrato and tremolo, half of it by speed
 //     pitch EG     0 to 40   the largest deviation, as its root: small ones are heard at once
 //     transpose    +-127     36 an octave
+//     rest         0 to 60   as that of an operator
 //     effects      10 to 40  of the reface DX, for each kind by its first parameter
 //     portamento, mode       of the reface DX, 0 to 20 and 10
 //
@@ -51,7 +56,7 @@ namespace tonewright {
 
 // Made once and kept in the archive. The first byte says the family, others are never alike; the
 // second one is the algorithm.
-constexpr std::size_t VoiceFeatureSize = 48; // bytes
+constexpr std::size_t VoiceFeatureSize = 56; // bytes
 using VoiceFeatures = std::array<std::uint8_t, VoiceFeatureSize>;
 // Changes whenever the features of a voice would be other bytes: an archive makes them anew then.
 constexpr int VoiceFeatureVersion = 1;
