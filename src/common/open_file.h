@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace tonewright {
@@ -63,6 +64,23 @@ bool RenameOver(const char *from, const char *to);
 // the whole file in bytes.
 bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes,
                      std::uint64_t *size = nullptr);
+
+// A regular file that is read from its start to its end without a stream's own room for bytes; it
+// is closed at the end of its life. Every call is one call of the system.
+struct FileToRead {
+    int descriptor = -1;
+    std::uint64_t size = 0; // in bytes, when it was opened; 0 also where that is not told
+
+    FileToRead() = default;
+    FileToRead(const FileToRead &) = delete;
+    FileToRead &operator=(const FileToRead &) = delete;
+    ~FileToRead();
+};
+// False, with the reason in errno, where OpenFile opens nothing for reading.
+bool OpenToRead(FileToRead &file, const char *path);
+// Reads some of the bytes that follow, and tells how many; 0 at the end. Nothing, with the reason
+// in errno, when they cannot be read.
+std::optional<std::size_t> ReadOn(FileToRead &file, std::span<std::uint8_t> bytes);
 
 // Keeps the first `have` of `bytes` and reads on behind them up to `limit` bytes in all, for which
 // room is made in pieces each as long as all before it: read(place, size) gives how many bytes it

@@ -184,27 +184,50 @@ bool RenameOver(const char *from, const char *to) {
     return true;
 }
 
+FileToRead::~FileToRead() {
+    if (descriptor >= 0) {
+        const int reason = errno;
+        CloseWithReason(descriptor, reason);
+    }
+}
+
+bool OpenToRead(FileToRead &file, const char *path) {
+    file.descriptor = OpenRegularFile(path, O_RDONLY, &file.size);
+    return file.descriptor >= 0;
+}
+
+std::optional<std::size_t> ReadOn(FileToRead &file, std::span<std::uint8_t> bytes) {
+    ssize_t got = 0;
+    do {
+        got = read(file.descriptor, bytes.data(), bytes.size());
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(got);
+}
+
 // Without a stream a file that reaches its limit costs one call of the system each for opening,
 // looking at it, reading and closing, which is what thousands of small files in one run are
 // measured by.
 bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes,
                      std::uint64_t *size) {
-    const int descriptor = OpenRegularFile(path, O_RDONLY, size);
-    if (descriptor < 0) {
+    FileToRead file;
+    if (!OpenToRead(file, path)) {
         return false;
     }
+    if (size) {
+        *size = file.size;
+    }
     int reason = 0;
-    ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t size) -> std::size_t {
-        ssize_t got = 0;
-        do {
-            got = read(descriptor, place, size);
-        } while (got < 0 && errno == EINTR);
-        if (got < 0) {
+    ReadInPieces(limit, bytes, [&](std::uint8_t *place, std::size_t wanted) {
+        const auto got = ReadOn(file, {place, wanted});
+        if (!got) {
             reason = errno;
         }
-        return got < 0 ? 0 : static_cast<std::size_t>(got);
+        return got.value_or(0);
     });
-    CloseWithReason(descriptor, reason);
+    errno = reason;
     return reason == 0;
 }
 

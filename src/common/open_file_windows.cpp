@@ -179,6 +179,35 @@ bool RenameOver(const char *from, const char *to) {
     return false;
 }
 
+FileToRead::~FileToRead() {
+    if (descriptor >= 0) {
+        const int reason = errno;
+        _close(descriptor);
+        errno = reason;
+    }
+}
+
+bool OpenToRead(FileToRead &file, const char *path) {
+    const FilePointer stream = OpenFile(path, "rb");
+    if (!stream) {
+        return false;
+    }
+    const long long length = _filelengthi64(_fileno(stream.get()));
+    file.descriptor = length < 0 ? -1 : _dup(_fileno(stream.get()));
+    file.size = length < 0 ? 0 : static_cast<std::uint64_t>(length);
+    return file.descriptor >= 0;
+}
+
+std::optional<std::size_t> ReadOn(FileToRead &file, std::span<std::uint8_t> bytes) {
+    constexpr std::size_t most = 1 << 30; // at once
+    const int got =
+        _read(file.descriptor, bytes.data(), static_cast<unsigned>(std::min(bytes.size(), most)));
+    if (got < 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(got);
+}
+
 bool ReadStartOfFile(const char *path, std::size_t limit, std::vector<std::uint8_t> &bytes,
                      std::uint64_t *size) {
     const FilePointer file = OpenFile(path, "rb");

@@ -33,30 +33,37 @@ VoiceObject MakeVoiceObject(DriverId driverId, std::span<const std::uint8_t> pay
 }
 
 std::optional<VoiceObjectHeader> HeaderOf(const VoiceObject &voice) {
-    if (voice.bytes.size() < VoiceObjectHeaderSize) {
+    return HeaderOf(std::span(voice.bytes));
+}
+
+std::optional<VoiceObjectHeader> HeaderOf(std::span<const std::uint8_t> block) {
+    if (block.size() < VoiceObjectHeaderSize) {
         return std::nullopt;
     }
-    return VoiceObjectHeader{.magic = ReadLittle32(voice.bytes, 0),
-                             .payloadOffset = ReadLittle32(voice.bytes, 4),
-                             .payloadSize = ReadLittle32(voice.bytes, 8),
-                             .extraSize = ReadLittle32(voice.bytes, 12),
-                             .driverId = ReadLittle32(voice.bytes, 16)};
+    return VoiceObjectHeader{.magic = ReadLittle32(block, 0),
+                             .payloadOffset = ReadLittle32(block, 4),
+                             .payloadSize = ReadLittle32(block, 8),
+                             .extraSize = ReadLittle32(block, 12),
+                             .driverId = ReadLittle32(block, 16)};
 }
 
 std::optional<VoicePayload> PayloadOf(const VoiceObject &voice) {
-    const auto header = HeaderOf(voice);
+    return PayloadOf(std::span(voice.bytes));
+}
+
+std::optional<VoicePayload> PayloadOf(std::span<const std::uint8_t> block) {
+    const auto header = HeaderOf(block);
     if (!header || header->magic != VoiceObjectMagic) {
         return std::nullopt;
     }
     const std::uint64_t end = std::uint64_t{header->payloadOffset} + header->payloadSize +
                               std::uint64_t{header->extraSize};
-    if (end > voice.bytes.size()) {
+    if (end > block.size()) {
         return std::nullopt;
     }
-    const std::span<const std::uint8_t> bytes = voice.bytes;
-    return VoicePayload{.payload = bytes.subspan(header->payloadOffset, header->payloadSize),
+    return VoicePayload{.payload = block.subspan(header->payloadOffset, header->payloadSize),
                         .extra =
-                            bytes.subspan(std::size_t{header->payloadOffset} + header->payloadSize,
+                            block.subspan(std::size_t{header->payloadOffset} + header->payloadSize,
                                           header->extraSize)};
 }
 

@@ -66,10 +66,13 @@ VoiceObject MakeVoiceObject(DriverId driverId, std::span<const std::uint8_t> pay
 // The header fields of a block; nothing when the block is shorter than its header of 52 bytes.
 // The magic is not looked at.
 std::optional<VoiceObjectHeader> HeaderOf(const VoiceObject &voice);
+std::optional<VoiceObjectHeader> HeaderOf(std::span<const std::uint8_t> block);
 
 // Payload and extra of a block. Fails when the block is shorter than 52 bytes, its magic is wrong,
 // or payloadOffset + payloadSize + extraSize (taken in 64 bits) runs past the block's real end.
 std::optional<VoicePayload> PayloadOf(const VoiceObject &voice);
+// The same of bytes that are not in a block of their own.
+std::optional<VoicePayload> PayloadOf(std::span<const std::uint8_t> block);
 
 // The payload of a block, for writing in place; empty where PayloadOf fails.
 std::span<std::uint8_t> MutablePayloadOf(VoiceObject &voice);

@@ -48,18 +48,14 @@ std::uint8_t OperatorBit(std::size_t block) {
 
 // The bits of a packed detune that are read. It is written four bits wide, and the plain way reads
 // three of them, on purpose: 8 to 14 become 0 to 6.
-unsigned DetuneMask() {
-    return WholeDetune != 0 ? 15 : 7;
-}
+constexpr unsigned PlainDetune = 7;
+constexpr unsigned AllOfDetune = 15;
 
 std::uint8_t Bits(unsigned value) {
     return static_cast<std::uint8_t>(value);
 }
 
-} // namespace
-
-void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source) {
-    const unsigned detuneMask = DetuneMask();
+void Unpack(Dx7Unpacked destination, Dx7PackedConst source, unsigned detuneMask) {
     std::uint8_t enabled = 0;
     for (std::size_t block = 0; block < Dx7OperatorCount; ++block) {
         const std::uint8_t *from = source.data() + block * Dx7PackedOperatorSize;
@@ -96,6 +92,16 @@ void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source) {
     destination[Dx7Voice::transpose] = source[PackedVoice::transpose];
     std::memcpy(&destination[Dx7Voice::name], &source[PackedVoice::name], Dx7NameSize);
     destination[Dx7Voice::operatorEnable] = enabled;
+}
+
+} // namespace
+
+void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source) {
+    Unpack(destination, source, WholeDetune != 0 ? AllOfDetune : PlainDetune);
+}
+
+void UnpackWholeDx7Voice(Dx7Unpacked destination, Dx7PackedConst source) {
+    Unpack(destination, source, AllOfDetune);
 }
 
 void PackDx7Voice(Dx7Packed destination, Dx7UnpackedConst source) {

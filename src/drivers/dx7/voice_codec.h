@@ -64,6 +64,8 @@ using Dx7UnpackedConst = std::span<const std::uint8_t, Dx7VoiceSize>;
 // bits are read, so 8 to 14 come out as 0 to 6; with WholeDetune all four. An operator is enabled
 // when its level is not 0.
 void UnpackDx7Voice(Dx7Unpacked destination, Dx7PackedConst source);
+// The same with all four bits of each detune, whatever WholeDetune says.
+void UnpackWholeDx7Voice(Dx7Unpacked destination, Dx7PackedConst source);
 // An operator that is not enabled is packed with level 0.
 void PackDx7Voice(Dx7Packed destination, Dx7UnpackedConst source);
 
