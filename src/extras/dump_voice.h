@@ -34,7 +34,7 @@ struct DumpVoice {
 // The name, as MakeVoiceNameText gives it (Latin-1), and its ten bytes.
 std::string NameOfVoice(const DumpVoice &voice);
 std::span<const std::uint8_t, 10> NameBytesOf(const DumpVoice &voice);
-// From 1, as the family counts; of a packed DX7 voice the five bits that the instrument reads.
+// From 1, as the family counts; of a DX7 voice the five bits that the instrument reads.
 int AlgorithmOfVoice(const DumpVoice &voice);
 // How many bytes are above 7F, which no message can carry.
 std::size_t HighBytesOf(const DumpVoice &voice);
