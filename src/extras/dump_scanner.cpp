@@ -1,0 +1,294 @@
+// Message for message, and what stands between them.
+#include "extras/dump_scanner.h"
+
+#include "drivers/reface_dx/voice_codec.h"
+#include "extras/dump_message.h"
+#include "extras/voice_ranges.h"
+#include "midi/sysex.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace tonewright {
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+// The parts of reface DX voices that follow each other.
+struct RefaceRun {
+    bool isOpen = false;
+    FoundDump dump;
+    std::array<std::uint8_t, RefaceCommonSize + RefaceOperatorsSize> voice = {};
+    unsigned parts = 0;            // of the present voice, a bit for each
+    std::uint64_t voiceOffset = 0; // where that begins
+    bool hasBegun = false;
+};
+constexpr unsigned AllParts = (1u << (RefaceOperatorCount + 1)) - 1;
+
+struct Scanner {
+    DumpStream &stream;
+    ScannedBytes what;
+    DumpOutput &output;
+    RefaceRun run = {};
+    MessagePlace place = MessagePlace::Clean;
+    bool isAmid = false; // a stretch that is nothing goes on
+};
+
+FoundDump DumpAt(const DumpStream &stream, DumpKind kind, std::size_t length) {
+    FoundDump dump;
+    dump.kind = kind;
+    dump.offset = OffsetOf(stream, 0);
+    dump.length = length == 0 ? 0 : OffsetOf(stream, length - 1) + 1 - dump.offset;
+    return dump;
+}
+
+void PutVoices(Scanner &scanner, VoiceForm form, std::size_t start, std::size_t voices) {
+    if (!scanner.output.visitor.voice) {
+        scanner.output.place += voices;
+        return;
+    }
+    const std::size_t size = SizeOfForm(form);
+    for (std::size_t at = start; at < start + voices * size && !scanner.output.ended; at += size) {
+        PutVoice(scanner.output, {form, scanner.stream.bytes.subspan(at, size)},
+                 OffsetOf(scanner.stream, at));
+    }
+}
+
+// ---- voices of the reface DX
+
+void EndVoice(RefaceRun &run) {
+    if (run.hasBegun) { // and did not become whole
+        run.dump.faults |= DumpFault::MissingBlocks;
+    }
+    run.parts = 0;
+    run.hasBegun = false;
+}
+
+void EndRun(Scanner &scanner) {
+    RefaceRun &run = scanner.run;
+    if (run.isOpen) {
+        EndVoice(run);
+        run.isOpen = false;
+        PutDump(scanner.output, run.dump);
+    }
+}
+
+void BeginVoice(RefaceRun &run, std::uint64_t offset) {
+    EndVoice(run);
+    run.hasBegun = true;
+    run.voiceOffset = offset;
+}
+
+void TakePart(Scanner &scanner, const DumpMessage &message) {
+    RefaceRun &run = scanner.run;
+    const std::uint64_t offset = OffsetOf(scanner.stream, 0);
+    if (run.isOpen && run.dump.channel != message.channel) {
+        EndRun(scanner);
+    }
+    if (!run.isOpen) {
+        BeginDump(scanner.output, message.kind);
+        run = {};
+        run.isOpen = true;
+        run.dump = DumpAt(scanner.stream, message.kind, message.length);
+        run.dump.family = message.family;
+        run.dump.channel = message.channel;
+    }
+    run.dump.length = OffsetOf(scanner.stream, message.length - 1) + 1 - run.dump.offset;
+    run.dump.faults |= message.faults;
+    if (message.part == RefacePart::Header) {
+        BeginVoice(run, offset);
+        return;
+    }
+    if (message.part == RefacePart::Footer) {
+        EndVoice(run);
+        return;
+    }
+    const bool isCommon = message.part == RefacePart::Common;
+    const std::size_t size = isCommon ? RefaceCommonSize : RefaceOperatorSize;
+    const std::size_t number = isCommon ? RefaceOperatorCount : message.operatorNumber;
+    const unsigned bit = 1u << number;
+    if (!run.hasBegun || (run.parts & bit)) {
+        BeginVoice(run, offset);
+    }
+    if (message.voices == 0) { // not all of the part is there
+        return;
+    }
+    std::memcpy(run.voice.data() + (isCommon ? 0 : RefaceCommonSize + number * RefaceOperatorSize),
+                scanner.stream.bytes.data() + message.data, size);
+    run.parts |= bit;
+    if (run.parts == AllParts) {
+        run.hasBegun = false;
+        run.parts = 0;
+        ++run.dump.voices;
+        if (!AreInRange(VoiceForm::Reface, run.voice, 1)) {
+            run.dump.faults |= DumpFault::OutOfRange;
+        }
+        PutVoice(scanner.output, {VoiceForm::Reface, run.voice}, run.voiceOffset);
+    }
+}
+
+// ---- messages
+
+void TakeMessage(Scanner &scanner, DumpMessage &message) {
+    DumpStream &stream = scanner.stream;
+    scanner.place = MessagePlace::Clean;
+    scanner.isAmid = false;
+    if (message.part != RefacePart::None) {
+        TakePart(scanner, message);
+        MoveOn(stream, message.length);
+        return;
+    }
+    EndRun(scanner);
+    BeginDump(scanner.output, message.kind);
+    FoundDump dump = DumpAt(stream, message.kind, message.length);
+    dump.family = message.family;
+    dump.channel = message.channel;
+    dump.voices = message.voices;
+    dump.faults = message.faults;
+    dump.detail = std::move(message.detail);
+    if (HasVoices(message.kind)) {
+        PutVoices(scanner, message.form, message.data, message.voices);
+    }
+    MoveOn(stream, message.length);
+    while (message.goesOn) {
+        const Bytes bytes = LookAhead(stream);
+        std::size_t more = CountDataBytes(bytes);
+        message.goesOn = more == bytes.size() && !stream.ends;
+        const bool hasEnd = more < bytes.size() && bytes[more] == EndOfSysex;
+        if (!hasEnd && !message.goesOn) {
+            dump.faults |= DumpFault::NoEnd;
+        }
+        more += hasEnd;
+        if (more > 0) {
+            dump.length = OffsetOf(stream, more - 1) + 1 - dump.offset;
+            MoveOn(stream, more);
+        }
+    }
+    PutDump(scanner.output, std::move(dump));
+}
+
+// ---- what stands between them
+
+// How many bytes of a header that has lost its first ones stand in front of voices.
+std::size_t RestOfHeader(Bytes bytes) {
+    constexpr std::array<std::uint8_t, 6> header = {0xF0, 0x43, 0x00, 0x09, 0x20, 0x00};
+    constexpr std::size_t shortest = 3;
+    for (std::size_t size = header.size(); size >= shortest; --size) {
+        const std::size_t lost = header.size() - size;
+        bool fits = bytes.size() >= size;
+        // The first byte of all is another one, or it would be a message; the channel is any.
+        for (std::size_t at = 0; at < size && fits; ++at) {
+            const std::uint8_t wanted = header[lost + at];
+            fits = lost + at == 0 || (lost + at == 2 ? bytes[at] < 0x10 : bytes[at] == wanted);
+        }
+        if (fits) {
+            return size;
+        }
+    }
+    return 0;
+}
+
+// The checksum and the end of a bank, if they follow its voices.
+std::size_t RestBehind(Bytes voices, Bytes behind) {
+    constexpr std::size_t bank = Dx7VoicesPerBank * Dx7PackedVoiceSize;
+    if (voices.size() != bank || behind.empty() || behind[0] != SysexChecksum(voices)) {
+        return 0;
+    }
+    return behind.size() > 1 && behind[1] == EndOfSysex ? 2 : 0;
+}
+
+// Voices without a message that a stretch begins with. `isAll`: it ends with these bytes.
+bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
+    std::size_t start = 0;
+    HeaderlessVoices found = JudgeHeaderless(stretch, isAll);
+    if (found.voices == 0) {
+        start = RestOfHeader(stretch);
+        if (start == 0) {
+            return false;
+        }
+        found = JudgeHeaderless(stretch.subspan(start), isAll);
+    }
+    if (found.voices == 0) {
+        return false;
+    }
+    const DumpKind kind = found.form == VoiceForm::Dx7Packed ? DumpKind::Dx7Headerless
+                                                             : DumpKind::Dx7HeaderlessVoices;
+    const std::size_t size = found.voices * SizeOfForm(found.form);
+    const Bytes voices = stretch.subspan(start, size);
+    const std::size_t length = start + size + RestBehind(voices, stretch.subspan(start + size));
+    BeginDump(scanner.output, kind);
+    FoundDump dump = DumpAt(scanner.stream, kind, length);
+    dump.family = Dx7DriverId;
+    dump.voices = found.voices;
+    dump.confidence = found.confidence;
+    dump.faults = DumpFault::NoHeader;
+    if (!found.inRange) {
+        dump.faults |= DumpFault::OutOfRange;
+    }
+    if (CountDataBytes(voices) < voices.size()) {
+        dump.faults |= DumpFault::HighBytes;
+    }
+    PutVoices(scanner, found.form, start, found.voices);
+    MoveOn(scanner.stream, length);
+    PutDump(scanner.output, std::move(dump));
+    return true;
+}
+
+// What stands between two messages, or its start.
+void TakeStretch(Scanner &scanner, std::size_t size, bool isAll) {
+    EndRun(scanner);
+    if (scanner.what == ScannedBytes::Messages) {
+        MoveOn(scanner.stream, size);
+        return;
+    }
+    if (!scanner.isAmid && TakeHeaderless(scanner, scanner.stream.bytes.first(size), isAll)) {
+        return;
+    }
+    BeginDump(scanner.output, DumpKind::Unknown);
+    PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, size));
+    MoveOn(scanner.stream, size);
+    scanner.isAmid = true;
+    scanner.place = MessagePlace::Amid;
+}
+
+} // namespace
+
+void ScanDumps(DumpStream &stream, ScannedBytes what, DumpOutput &output) {
+    Scanner scanner{stream, what, output};
+    while (!output.ended) {
+        const Bytes bytes = LookAhead(stream);
+        if (bytes.empty()) {
+            break;
+        }
+        // Of what is not there whole no more than its start is looked at.
+        std::size_t limit = stream.ends ? bytes.size() : bytes.size() - DumpLookAhead;
+        if (!scanner.isAmid) {
+            limit = std::min(limit, DumpLookAhead);
+        }
+        std::size_t at = 0;
+        std::optional<DumpMessage> message;
+        while (at < limit) {
+            const void *found = std::memchr(&bytes[at], StartOfSysex, limit - at);
+            if (!found) {
+                at = limit;
+                break;
+            }
+            at = static_cast<std::size_t>(static_cast<const std::uint8_t *>(found) - bytes.data());
+            const MessagePlace place = at == 0 ? scanner.place : MessagePlace::Amid;
+            message = MessageAt(bytes.subspan(at), stream.ends, place);
+            if (message) {
+                break;
+            }
+            ++at;
+        }
+        if (at > 0) {
+            TakeStretch(scanner, at, message || (stream.ends && at == bytes.size()));
+        } else {
+            TakeMessage(scanner, *message);
+        }
+    }
+    EndRun(scanner);
+}
+
+} // namespace tonewright

@@ -1,0 +1,18 @@
+// Walks over bytes and finds the dumps in them, messages and what stands without one.
+#pragma once
+
+#include "extras/dump_output.h"
+#include "extras/dump_stream.h"
+
+namespace tonewright {
+
+// What the bytes are.
+enum class ScannedBytes {
+    Plain,    // of a file: text in them may be a dump in hexadecimal
+    Messages, // nothing but messages, and what is none of them is not told
+};
+
+// Everything from the present place on.
+void ScanDumps(DumpStream &stream, ScannedBytes what, DumpOutput &output);
+
+} // namespace tonewright

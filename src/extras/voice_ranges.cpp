@@ -1,0 +1,298 @@
+// Ranges of the parameters of voices.
+#include "extras/voice_ranges.h"
+
+#include "drivers/reface_dx/voice_codec.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace tonewright {
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+constexpr std::uint8_t LargestOfName = 0x7E, LeastOfName = 0x20;
+constexpr std::uint8_t Any = 0xFF;
+constexpr std::size_t PackedSize = Dx7PackedVoiceSize;
+constexpr std::size_t SingleSize = Dx7Voice::operatorEnable;
+
+// The largest value of each byte of a packed voice, of which bits that no parameter has are 0.
+constexpr std::array<std::uint8_t, PackedSize> PackedLimits = [] {
+    constexpr std::array<std::uint8_t, Dx7PackedOperatorSize> block = {
+        99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 0x0F, 0x77, 0x1F, 99, 0x3F, 99};
+    constexpr std::array<std::uint8_t, PackedSize - 6 *Dx7PackedOperatorSize> common = {
+        99,
+        99,
+        99,
+        99,
+        99,
+        99,
+        99,
+        99,
+        31,
+        0x0F,
+        99,
+        99,
+        99,
+        99,
+        0x7B,
+        48,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName,
+        LargestOfName};
+    std::array<std::uint8_t, PackedSize> limits{};
+    auto to = limits.begin();
+    for (std::size_t n = 0; n < Dx7OperatorCount; ++n) {
+        to = std::ranges::copy(block, to).out;
+    }
+    std::ranges::copy(common, to);
+    return limits;
+}();
+
+// The same of a voice of a single-voice dump.
+constexpr std::array<std::uint8_t, SingleSize> SingleLimits = [] {
+    constexpr std::array<std::uint8_t, Dx7OperatorSize> block = {
+        99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 3, 3, 7, 3, 7, 99, 1, 31, 99, 14};
+    constexpr std::array<std::uint8_t, SingleSize - 6 *Dx7OperatorSize> common = {99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  31,
+                                                                                  7,
+                                                                                  1,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  99,
+                                                                                  1,
+                                                                                  5,
+                                                                                  7,
+                                                                                  48,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName,
+                                                                                  LargestOfName};
+    std::array<std::uint8_t, SingleSize> limits{};
+    auto to = limits.begin();
+    for (std::size_t n = 0; n < Dx7OperatorCount; ++n) {
+        to = std::ranges::copy(block, to).out;
+    }
+    std::ranges::copy(common, to);
+    return limits;
+}();
+
+constexpr std::array<std::uint8_t, 150> RefaceLimits = [] {
+    constexpr std::uint8_t bend = RefaceTransposeBias + 24;
+    constexpr std::array<std::uint8_t, RefaceCommonSize> common = {
+        Any,  Any, Any, Any,  Any, Any, Any, Any, Any, Any, Any, Any, // name and what is reserved
+        bend, 2,   127, bend, 11,  6,   127, 127, 127, 127, 127, 127, 127,
+        127,  127, 127, 127,  7,   127, 127, 7,   127, 127, Any, Any, Any};
+    constexpr std::array<std::uint8_t, RefaceOperatorSize> block = {
+        1,   127, 127, 127, 127, 127, 127, 127, 127, 127, 127, 127, 3,   3,
+        127, 1,   1,   127, 127, 127, 1,   1,   31,  99,  127, Any, Any, Any};
+    std::array<std::uint8_t, 150> limits{};
+    auto to = std::ranges::copy(common, limits.begin()).out;
+    for (std::size_t n = 0; n < RefaceOperatorCount; ++n) {
+        to = std::ranges::copy(block, to).out;
+    }
+    return limits;
+}();
+
+// ---- in a message: bits that no parameter has do not count
+
+constexpr std::size_t PackedName = PackedSize - Dx7NameSize;
+constexpr std::size_t PackedAlgorithm = 110;
+constexpr std::size_t PackedFeedback = 111;
+constexpr std::size_t PackedWave = 116;
+
+// The bits of each byte of a packed voice that are compared with its limit.
+constexpr std::array<std::uint8_t, PackedSize> PackedBits = [] {
+    std::array<std::uint8_t, PackedSize> bits{};
+    bits.fill(0xFF);
+    for (std::size_t n = 0; n < Dx7OperatorCount; ++n) {
+        const std::size_t block = n * Dx7PackedOperatorSize;
+        bits[block + 11] = 0x0F;
+        bits[block + 12] = 0x78; // the detune alone, which has no 15
+        bits[block + 13] = 0x1F;
+        bits[block + 15] = 0x3F;
+    }
+    bits[PackedAlgorithm] = 0x1F;
+    bits[PackedFeedback] = 0x0F;
+    bits[PackedWave] = 0x0E; // the wave alone, which has no 6 and 7
+    std::fill(bits.begin() + PackedName, bits.end(), std::uint8_t{0});
+    return bits;
+}();
+
+template <std::size_t Size>
+unsigned CountBeyond(Bytes voice, const std::array<std::uint8_t, Size> &limits) {
+    unsigned beyond = 0;
+    for (std::size_t place = 0; place < Size; ++place) {
+        beyond += voice[place] > limits[place];
+    }
+    return beyond;
+}
+
+bool IsPackedInRange(Bytes voice) {
+    unsigned beyond = 0;
+    for (std::size_t place = 0; place < PackedSize; ++place) {
+        beyond |= (voice[place] & PackedBits[place]) > PackedLimits[place];
+    }
+    return beyond == 0;
+}
+
+bool IsInRange(VoiceForm form, Bytes voice) {
+    constexpr std::uint8_t allOperators = (1 << Dx7OperatorCount) - 1;
+    switch (form) {
+    case VoiceForm::Dx7Packed:
+        return IsPackedInRange(voice);
+    case VoiceForm::Reface:
+        return CountBeyond(voice, RefaceLimits) == 0;
+    case VoiceForm::Dx7Stored:
+        if (voice[Dx7Voice::operatorEnable] > allOperators) {
+            return false;
+        }
+        [[fallthrough]];
+    case VoiceForm::Dx7Single:
+        break;
+    }
+    unsigned beyond = 0;
+    for (std::size_t place = 0; place < Dx7Voice::name; ++place) {
+        beyond |= voice[place] > SingleLimits[place];
+    }
+    return beyond == 0;
+}
+
+// ---- without a message
+
+enum class Likeness {
+    Whole, // a voice with a name
+    Fair,  // the same with a few bytes that no voice has
+    Empty, // bytes of zero, as banks have where there is no voice
+    None,
+};
+
+constexpr unsigned FewBytes = 6;
+
+template <std::size_t Size>
+Likeness LikenessOf(Bytes voice, const std::array<std::uint8_t, Size> &limits) {
+    unsigned beyond = CountBeyond(voice, limits);
+    for (const std::uint8_t letter : voice.subspan(Size - Dx7NameSize)) {
+        beyond += letter < LeastOfName;
+    }
+    if (beyond == 0) {
+        return Likeness::Whole;
+    }
+    if (beyond <= FewBytes) {
+        return Likeness::Fair;
+    }
+    return std::ranges::all_of(voice, [](std::uint8_t byte) { return byte == 0; }) ? Likeness::Empty
+                                                                                   : Likeness::None;
+}
+
+struct Tally {
+    std::size_t whole = 0, fair = 0, empty = 0, none = 0;
+
+    std::size_t Alike() const { return whole + fair; }
+    std::size_t All() const { return Alike() + empty + none; }
+};
+
+void Count(Tally &tally, Likeness likeness) {
+    switch (likeness) {
+    case Likeness::Whole:
+        ++tally.whole;
+        break;
+    case Likeness::Fair:
+        ++tally.fair;
+        break;
+    case Likeness::Empty:
+        ++tally.empty;
+        break;
+    case Likeness::None:
+        ++tally.none;
+        break;
+    }
+}
+
+constexpr std::size_t Several = 4; // voices that need no end where they should have it
+
+bool AreVoices(const Tally &tally) {
+    return tally.Alike() > 0 && 4 * tally.Alike() >= tally.All() && 8 * tally.none <= tally.All() &&
+           (tally.Alike() >= Several || tally.fair == 0);
+}
+
+int ConfidenceOf(const Tally &tally) {
+    constexpr std::size_t most = 99, ofFair = 75, ofEmpty = 50;
+    const std::size_t sum = tally.whole * most + tally.fair * ofFair + tally.empty * ofEmpty;
+    const int confidence = static_cast<int>(sum / tally.All());
+    constexpr int ofFew = 90;
+    return tally.All() < Several ? std::min(confidence, ofFew) : confidence;
+}
+
+template <std::size_t Size>
+std::optional<HeaderlessVoices> Judge(Bytes bytes, bool isAll, VoiceForm form,
+                                      const std::array<std::uint8_t, Size> &limits) {
+    Tally all, upToLast;
+    std::size_t others = 0; // one behind the other that are no voices
+    constexpr std::size_t gap = 3;
+    const bool isExact = isAll && bytes.size() % Size == 0;
+    for (std::size_t at = 0; at + Size <= bytes.size(); at += Size) {
+        const Likeness likeness = LikenessOf(bytes.subspan(at, Size), limits);
+        Count(all, likeness);
+        if (likeness == Likeness::Whole || likeness == Likeness::Fair) {
+            upToLast = all;
+            others = 0;
+        } else if (++others == gap && (!isExact || upToLast.Alike() == 0)) {
+            break;
+        }
+    }
+    const auto found = [&](const Tally &tally) {
+        const std::size_t voices = tally.All();
+        return HeaderlessVoices{form, voices, ConfidenceOf(tally), AreInRange(form, bytes, voices)};
+    };
+    if (isExact && all.All() * Size == bytes.size() && AreVoices(all)) {
+        return found(all);
+    }
+    if (upToLast.All() >= Several && AreVoices(upToLast)) {
+        return found(upToLast);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+bool AreInRange(VoiceForm form, std::span<const std::uint8_t> bytes, std::size_t voices) {
+    const std::size_t size = SizeOfForm(form);
+    for (std::size_t at = 0; at < voices * size; at += size) {
+        if (!IsInRange(form, bytes.subspan(at, size))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+HeaderlessVoices JudgeHeaderless(std::span<const std::uint8_t> bytes, bool isAll) {
+    if (const auto packed = Judge(bytes, isAll, VoiceForm::Dx7Packed, PackedLimits)) {
+        return *packed;
+    }
+    return Judge(bytes, isAll, VoiceForm::Dx7Single, SingleLimits).value_or(HeaderlessVoices{});
+}
+
+} // namespace tonewright
