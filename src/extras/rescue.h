@@ -17,6 +17,9 @@
 
 namespace tonewright {
 
+// Whether it is known what it is, and nothing is wrong with it.
+bool IsSoundDump(const FoundDump &dump);
+
 // A document that a dump gives: a bank, or a single voice.
 struct RescuedDocument {
     FoundDump dump; // or the first of those that it was made of

@@ -139,6 +139,10 @@ std::array<std::uint8_t, Dx7VoiceFileSize> EncodeDx7Voice(Dx7UnpackedConst voice
     return image;
 }
 
+void CloseDx7Bank(std::span<std::uint8_t, Dx7BankFileSize> image) {
+    CloseMessage(image, Dx7BankHeader);
+}
+
 void EncodeDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image) {
     std::ranges::fill(image, std::uint8_t{0});
     for (int row = 0; row < Dx7VoicesPerBank; ++row) {
@@ -146,7 +150,7 @@ void EncodeDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSiz
             PackDx7Voice(Dx7Packed(&image[BankVoiceOffset(row)], Dx7PackedVoiceSize), *voice);
         }
     }
-    CloseMessage(image, Dx7BankHeader);
+    CloseDx7Bank(image);
 }
 
 int Dx7OpenBank(QWidget *window, VoiceList &list, const char *path, std::int64_t *time) {

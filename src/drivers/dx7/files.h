@@ -51,6 +51,8 @@ std::optional<VoiceObject> DecodeDx7Voice(std::span<const std::uint8_t> bytes);
 
 // The bytes of a single-voice file.
 std::array<std::uint8_t, Dx7VoiceFileSize> EncodeDx7Voice(Dx7UnpackedConst voice);
+// Header, checksum and end byte around the 32 packed voices that the bytes of a bank hold already.
+void CloseDx7Bank(std::span<std::uint8_t, Dx7BankFileSize> image);
 // The bytes of a bank of the list; rows without a DX7 voice become 128 zero bytes.
 void EncodeDx7Bank(const VoiceList &list, std::span<std::uint8_t, Dx7BankFileSize> image);
 

@@ -1,0 +1,238 @@
+// Composes documents of the voices of a file, bank after bank as they are found.
+#include "extras/rescue.h"
+
+#include "core/dispatch.h"
+#include "drivers/dx7/files.h"
+#include "drivers/reface_dx/files.h"
+#include "extras/initial_voice.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tonewright {
+namespace {
+
+// ---- bytes of documents
+
+// A voice that waits for its document.
+struct WaitingVoice {
+    KeptVoice voice;
+    std::uint64_t place = 0; // in the file
+    std::size_t dump = 0;    // of the dumps with voices
+};
+using Voices = std::span<const WaitingVoice>;
+
+std::vector<std::uint8_t> Dx7BankOf(Voices voices) {
+    std::array<std::uint8_t, Dx7BankFileSize> image;
+    auto end = image.begin() + Dx7FileHeaderSize;
+    for (const WaitingVoice &waiting : voices) {
+        end = std::ranges::copy(PackedBytesOf(waiting.voice.Voice()), end).out;
+    }
+    const KeptVoice initial = InitialVoiceOf(Dx7DriverId);
+    for (std::size_t row = voices.size(); row < Dx7VoicesPerBank; ++row) {
+        end = std::ranges::copy(initial.bytes, end).out;
+    }
+    CloseDx7Bank(image);
+    return {image.begin(), image.end()};
+}
+
+std::vector<std::uint8_t> Dx7VoiceFileOf(const KeptVoice &voice) {
+    const VoiceObject object = VoiceObjectOf(voice.Voice());
+    const auto image = EncodeDx7Voice(*Dx7VoiceOf(&object));
+    return {image.begin(), image.end()};
+}
+
+std::vector<std::uint8_t> RefaceFileOf(RefaceFileKind kind, Voices voices) {
+    std::vector<VoiceObject> objects;
+    for (const WaitingVoice &waiting : voices) {
+        objects.push_back(VoiceObjectOf(waiting.voice.Voice()));
+    }
+    if (kind == RefaceFileKind::Bank) {
+        objects.resize(RefaceVoicesPerBank, VoiceObjectOf(InitialVoiceOf(RefaceDriverId).Voice()));
+    }
+    std::vector<const VoiceObject *> rows;
+    for (const VoiceObject &object : objects) {
+        rows.push_back(&object);
+    }
+    constexpr std::uint32_t unknownFirmware = 0;
+    return EncodeRefaceFile(kind, rows, unknownFirmware);
+}
+
+// An operator that is off keeps its level in a voice of 156 bytes, and not in a packed one.
+bool LosesLevelWhenPacked(const KeptVoice &voice) {
+    if (voice.form != VoiceForm::Dx7Stored) {
+        return false;
+    }
+    for (std::size_t block = 0; block < Dx7OperatorCount; ++block) {
+        const bool isOn = voice.bytes[Dx7Voice::operatorEnable] & 0x20 >> block;
+        if (!isOn && voice.bytes[block * Dx7OperatorSize + Dx7Operator::outputLevel] != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// ---- what becomes of the dumps
+
+// How the voices of a kind become documents.
+enum class Way {
+    Bank,    // each dump is a bank, filled up
+    Run,     // a bank for each 32, the last one filled up; one voice alone is a single voice
+    Singles, // a bank for each whole 32, single voices else
+};
+
+Way WayOf(DumpKind kind, const KeptVoice &voice) {
+    switch (kind) {
+    case DumpKind::Dx7Bank:
+    case DumpKind::RefaceBankFile:
+        return Way::Bank;
+    default:
+        return voice.form == VoiceForm::Reface || voice.form == VoiceForm::Dx7Packed ? Way::Run
+                                                                                     : Way::Singles;
+    }
+}
+
+// Whether voices of this dump go on where those of the one before end: dumps of single voices do,
+// one behind the other.
+bool GoesOn(DumpKind former, DumpKind next) {
+    return former == next && (next == DumpKind::Dx7Voice || next == DumpKind::RefaceVoices);
+}
+
+constexpr std::size_t BankVoices = 32;
+static_assert(BankVoices == Dx7VoicesPerBank && BankVoices == RefaceVoicesPerBank);
+
+struct Rescue {
+    const RescueVisitor &visit;
+    std::vector<FoundDump> dumps = {};      // those with voices
+    std::size_t dump = 0;                   // of these, the one that is being read
+    std::vector<WaitingVoice> waiting = {}; // of one run, at most a bank
+    bool isFirst = true;                    // no document of the run has been made yet
+    bool isWanted = true;
+};
+
+// Makes the document of some of the voices that wait.
+void MakeDocument(Rescue &rescue, Voices voices, bool asBank) {
+    if (!rescue.isWanted) {
+        return;
+    }
+    const WaitingVoice &first = voices.front();
+    const DriverId family = FamilyOfForm(first.voice.form);
+    const SynthDriver *driver = DriverOfId(family);
+    RescuedDocument document = {.dump = rescue.dumps[first.dump],
+                                .family = family,
+                                .extension =
+                                    asBank ? driver->bankExtension : driver->voiceExtension,
+                                .firstPlace = first.place,
+                                .voices = static_cast<int>(voices.size()),
+                                .highByteVoices = 0,
+                                .bytes = {}};
+    for (const WaitingVoice &waiting : voices) {
+        document.highByteVoices += HighBytesOf(waiting.voice.Voice()) != 0;
+    }
+    if (family == RefaceDriverId) {
+        document.bytes =
+            RefaceFileOf(asBank ? RefaceFileKind::Bank : RefaceFileKind::SingleVoice, voices);
+    } else {
+        document.bytes = asBank ? Dx7BankOf(voices) : Dx7VoiceFileOf(first.voice);
+    }
+    rescue.isFirst = false;
+    rescue.isWanted = rescue.visit(document);
+}
+
+void MakeSingles(Rescue &rescue) {
+    for (const WaitingVoice &voice : rescue.waiting) {
+        MakeDocument(rescue, {&voice, 1}, false);
+    }
+}
+
+DumpKind KindOf(const Rescue &rescue, const WaitingVoice &voice) {
+    return rescue.dumps[voice.dump].kind;
+}
+
+Way WayOfWaiting(const Rescue &rescue) {
+    const WaitingVoice &first = rescue.waiting.front();
+    return WayOf(KindOf(rescue, first), first.voice);
+}
+
+// As many wait as a bank has.
+void MakeWholeBank(Rescue &rescue) {
+    if (WayOfWaiting(rescue) == Way::Singles &&
+        std::ranges::any_of(rescue.waiting, LosesLevelWhenPacked, &WaitingVoice::voice)) {
+        MakeSingles(rescue);
+    } else {
+        MakeDocument(rescue, rescue.waiting, true);
+    }
+    rescue.waiting.clear();
+}
+
+void EndRun(Rescue &rescue) {
+    if (!rescue.waiting.empty()) {
+        const Way way = WayOfWaiting(rescue);
+        if (way == Way::Singles) {
+            MakeSingles(rescue);
+        } else {
+            const bool isAlone = rescue.isFirst && rescue.waiting.size() == 1;
+            MakeDocument(rescue, rescue.waiting, way == Way::Bank || !isAlone);
+        }
+    }
+    rescue.waiting.clear();
+    rescue.isFirst = true;
+}
+
+bool TakeVoice(Rescue &rescue, const FoundVoice &found) {
+    if (rescue.dump < rescue.dumps.size()) { // else the file has grown meanwhile
+        rescue.waiting.push_back(
+            {.voice = KeepVoice(found.voice), .place = found.place, .dump = rescue.dump});
+    }
+    if (rescue.waiting.size() == BankVoices) {
+        MakeWholeBank(rescue);
+    }
+    return rescue.isWanted;
+}
+
+bool EndDump(Rescue &rescue, const FoundDump &dump) {
+    if (dump.voices != 0 && rescue.dump < rescue.dumps.size()) {
+        ++rescue.dump;
+        const bool isLast = rescue.dump == rescue.dumps.size();
+        if (isLast || !GoesOn(dump.kind, rescue.dumps[rescue.dump].kind)) {
+            EndRun(rescue);
+        }
+    }
+    return rescue.isWanted;
+}
+
+} // namespace
+
+bool IsSoundDump(const FoundDump &dump) {
+    constexpr std::uint32_t nothingWrong = DumpFault::InMidiFile | DumpFault::InHexText;
+    return dump.kind != DumpKind::Unknown && (dump.faults & ~nothingWrong) == 0;
+}
+
+DumpRead RescueDocuments(const char *path, const RescueVisitor &visit) {
+    Rescue rescue{.visit = visit};
+    // First what there is, then the voices, of which a bank at most is in memory at one time.
+    const DumpVisitor looks = {.voice = {},
+                               .dump =
+                                   [&rescue](const FoundDump &dump) {
+                                       if (dump.voices != 0) {
+                                           rescue.dumps.push_back(dump);
+                                       }
+                                       return true;
+                                   },
+                               .bytes = {}};
+    if (const DumpRead read = ReadDumps(path, looks); read != DumpRead::Done) {
+        return read;
+    }
+    if (rescue.dumps.empty()) {
+        return DumpRead::Done;
+    }
+    const DumpRead read = ReadDumps(
+        path, {.voice = [&rescue](const FoundVoice &voice) { return TakeVoice(rescue, voice); },
+               .dump = [&rescue](const FoundDump &dump) { return EndDump(rescue, dump); },
+               .bytes = {}});
+    EndRun(rescue); // of a file that has become shorter meanwhile
+    return read;
+}
+
+} // namespace tonewright
