@@ -44,6 +44,8 @@ int CliDbExport(const CliCall &call);
 int CliDbInsert(const CliCall &call);
 int CliDbCheck(const CliCall &call);
 int CliDbPrint(const CliCall &call);
+int CliIdentify(const CliCall &call);
+int CliRescue(const CliCall &call);
 int CliComplete(const CliCall &call);
 
 } // namespace tonewright

@@ -76,6 +76,7 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::Release, "--release", "S", "how long it may sound on, 0 to 60 (5)"},
     {CliOption::Rate, "--rate", "N", "frames a second, 8000 to 192000 (48000)"},
     {CliOption::Bits, "--bits", "KIND", "the samples: 16, which is taken without it, 24 or 32f"},
+    {CliOption::Into, "--into", "FOLDER", "the folder for what is written"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};

@@ -53,6 +53,20 @@ constexpr const char *HelpOfComplete =
     "\"files\"\n"
     "and the extensions of the files that may stand there, or none for any.\n";
 
+constexpr const char *HelpOfIdentify =
+    "\nA line for each dump: file, offset and length in bytes, what it is, the number of its "
+    "whole\n"
+    "voices, and what is wrong with it. Of a folder every file in it and below is read.\n";
+
+constexpr const char *HelpOfRescue =
+    "\nEach bank becomes a file of its own, filled up with initial voices where fewer than 32 are\n"
+    "whole; a voice that stands alone becomes a single-voice file. They are named as the file "
+    "that\n"
+    "they come from, with a number where there is such a file: none is written over. A line for\n"
+    "each: file, offset, what it was, voices, what was wrong, and the path that was written. "
+    "Voices\n"
+    "with bytes above 7F are asked about.\n";
+
 constexpr CliCommand Commands[] = {
     {"list", "FILE...", "print place, name and algorithm (also one above 32) of each voice", 1,
      AnyNumber, Answers, CliList},
@@ -129,6 +143,10 @@ constexpr CliCommand Commands[] = {
      DatabaseOptions, CliDbCheck},
     {"db print", "OUT.pdf", "print the records as a table", 1, 1,
      DatabaseOptions | OptionBit(CliOption::Sort) | OptionBit(CliOption::Paper), CliDbPrint},
+    {"identify", "FILE...", "say what dumps any file holds, where, and what is wrong with each", 1,
+     AnyNumber, 0, CliIdentify, HelpOfIdentify},
+    {"rescue", "IN...", "write every bank and voice in any file into files of --into", 1, AnyNumber,
+     Answers | OptionBit(CliOption::Into), CliRescue, HelpOfRescue},
     {"complete", "WORD...", "print what the last word of a call may become, for a shell", 1,
      AnyNumber, 0, CliComplete, HelpOfComplete},
 };

@@ -177,6 +177,8 @@ constexpr ArgumentRow Arguments[] = {
     {CliUpload, "FILE", OfferBanks},
     {CliConfig, "FILE", OfferSettingsFiles},
     {CliColours, "FILE", OfferColourTables},
+    {CliIdentify, "FILE", OfferAnyFile},
+    {CliRescue, "IN", OfferAnyFile},
     {nullptr, "FILE", OfferBanksAndVoices},
     {nullptr, "IN", OfferBanks},
     {nullptr, "BANK", OfferBanks},
@@ -206,6 +208,7 @@ constexpr ValueRow Values[] = {
     {CliOption::Synth, OfferInstruments},
     {CliOption::Sort, OfferChoices<SortOrders>},
     {CliOption::Paper, OfferChoices<Papers>},
+    {CliOption::Into, OfferAnyFile},
     {CliOption::Bits, OfferChoices<SampleKinds>},
 };
 
