@@ -168,6 +168,10 @@ std::optional<std::string> ChooseSaveExtraFile(QWidget *owner, const std::string
     return Choose(TheDesktop.ChooseSaveExtraFile, owner, path, driverId);
 }
 
+std::optional<std::string> ChooseAnyFile(QWidget *owner, const std::string &path) {
+    return TheDesktop.ChooseAnyFile ? TheDesktop.ChooseAnyFile(owner, path) : std::nullopt;
+}
+
 void SaveConfiguration() {
     if (TheDesktop.SaveConfiguration) {
         TheDesktop.SaveConfiguration();

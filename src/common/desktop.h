@@ -105,6 +105,8 @@ struct Desktop {
     std::function<std::optional<std::string>(QWidget *, const std::string &path,
                                              std::uint32_t driverId)>
         ChooseSaveExtraFile;
+    // A file to be read, whatever it is.
+    std::function<std::optional<std::string>(QWidget *, const std::string &path)> ChooseAnyFile;
 
     // Writes the settings of the program to their files, as at its end.
     std::function<void()> SaveConfiguration;
@@ -176,6 +178,7 @@ std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path,
                                             std::uint32_t driverId);
 std::optional<std::string> ChooseSaveExtraFile(QWidget *, const std::string &path,
                                                std::uint32_t driverId);
+std::optional<std::string> ChooseAnyFile(QWidget *, const std::string &path);
 
 void SaveConfiguration();
 void KeepSetting(std::uint32_t &setting);

@@ -47,6 +47,7 @@ enum CommandId : int {
     CommandSpaceAuditions = 40104,
     CommandInstruments = 40105,
     CommandRefaceZero64 = 40106,
+    CommandOpenAnyDump = 40107,
 };
 
 // When a command is enabled. Always and Never stand; the others are applied from time to time, and

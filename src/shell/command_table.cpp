@@ -9,6 +9,7 @@
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/documents.h"
+#include "shell/dump_flow.h"
 #include "shell/history.h"
 #include "shell/instruments_flow.h"
 #include "shell/settings_flow.h"
@@ -194,6 +195,13 @@ constexpr CommandRow CommandTable[] = {
      .hint = "Plays a row of the list while the space bar is held",
      .topic = "EXTRAS_SPACEAUDITIONS",
      .toggles = &SpaceAuditions},
+    {.id = CommandOpenAnyDump,
+     .menu = Menu::Extras,
+     .label = "&Open any dump...",
+     .menuGap = true,
+     .hint = "Finds the voices in a file of any kind",
+     .topic = "EXTRAS_OPENANYDUMP",
+     .run = RunOpenAnyDump},
     {.id = CommandInstruments,
      .menu = Menu::Extras,
      .label = "&Built-in instruments...",

@@ -38,6 +38,8 @@ struct ShellWindow {
     std::function<int()> ShowSelectSynthBox; // 1: OK
     std::function<void()> ShowMidiDevicesBox;
     std::function<void()> ShowInstrumentsBox;
+    std::function<void(const std::string &path)>
+        ShowDumpBox;                // of a file; returns when it is closed
     std::function<int()> PrintList; // asks for a printer and prints the voices of the list; 1
 };
 

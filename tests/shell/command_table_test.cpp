@@ -85,6 +85,7 @@ constexpr ExpectedExtra ExpectedExtras[] = {
     {40103, "&Audition plays the voice that was sent", &AuditionKeepsVoice},
     {40106, "Count as the &reface DX counts", &RefaceZero64},
     {40104, "&Space bar plays the selected voice", &SpaceAuditions},
+    {40107, "&Open any dump...", nullptr},
     {40105, "&Built-in instruments...", nullptr},
 };
 
@@ -157,7 +158,7 @@ TEST_F(CommandTest, NoTwoEntriesOfTheExtrasMenuHaveOneLetter) {
         EXPECT_EQ(letters.find(label[mark + 1]), std::string::npos) << label;
         letters += label[mark + 1];
     }
-    EXPECT_EQ(letters, "CKArSB");
+    EXPECT_EQ(letters, "CKArSOB");
 }
 
 TEST_F(CommandTest, AnEntryWithACheckMarkTogglesItsSettingAtOnceAndForTheNextStart) {
@@ -225,7 +226,7 @@ TEST_F(CommandTest, TheMenuBarHasFourMenusAndHelpStandsAtTheRight) {
     EXPECT_TRUE(bar[3].atTheRight);
     EXPECT_EQ(items(0), (std::vector{101, 50, 51, 104, 57, 0, 55, 56}));
     EXPECT_EQ(items(1), (std::vector{60, 0, 202, 203, 204, 0, 205, 209, 58, 59, 210, 0, 216}));
-    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103, 40106, 40104, 0, 40105}));
+    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103, 40106, 40104, 0, 40107, 0, 40105}));
     EXPECT_EQ(items(3), (std::vector{998, 54, 997, 131, 0, 999, 0, 2907}));
 }
 

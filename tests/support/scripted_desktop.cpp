@@ -23,6 +23,8 @@ const char *NameOf(FileDialogKind kind) {
         return "export";
     case FileDialogKind::SaveExtra:
         return "save extra";
+    case FileDialogKind::Any:
+        return "any";
     }
     return "?";
 }
@@ -86,6 +88,10 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
         .ChooseSaveFile = dialog(FileDialogKind::Save),
         .ChooseExportFile = dialog(FileDialogKind::Export),
         .ChooseSaveExtraFile = dialog(FileDialogKind::SaveExtra),
+        .ChooseAnyFile =
+            [this](QWidget *, const std::string &path) {
+                return Choose(FileDialogKind::Any, path, 0);
+            },
         .SaveConfiguration = [this] { ++configurationsSaved; },
         .KeepSetting = [this](std::uint32_t &setting) { settingsKept.push_back(&setting); },
         .OpenAddress =

@@ -49,7 +49,7 @@ QStringList FiltersOf(const char *pairs) {
 
 constexpr const char *AllFilesFilter = "All files\0*.*\0";
 
-enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra };
+enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra, Any };
 
 // What a dialog takes from the driver's row.
 struct FileTypeMembers {
@@ -72,8 +72,10 @@ FileTypeMembers MembersOf(FileDialogKind kind) {
         return {&SynthDriver::voiceFilter, &SynthDriver::voiceExtension, true, "Export"};
     case FileDialogKind::SaveExtra:
         return {&SynthDriver::extraFilter, &SynthDriver::extraExtension, true, "Save as"};
+    case FileDialogKind::Any:
+        break; // asked for without a driver
     }
-    return {};
+    return {&SynthDriver::bankFilter, &SynthDriver::bankExtension, false, "Open any dump"};
 }
 
 // The driver's part in a dialog; without its own filter every name is taken as it is typed.
@@ -184,6 +186,10 @@ std::optional<std::string> ChooseFile(QWidget *window, const std::string &path,
     return RunFileDialog(kind, window, path, driverId);
 }
 
+std::optional<std::string> ChooseAFile(QWidget *window, const std::string &path) {
+    return RunFileDialog(FileDialogKind::Any, window, path, NoDriverId);
+}
+
 bool OpenAddress(const std::string &program, const std::string &address, bool) {
     const QString target = QString::fromStdString(address);
     if (program.empty()) {
@@ -264,6 +270,7 @@ void UseQtDesktop() {
         .ChooseSaveFile = ChooseFile<FileDialogKind::Save>,
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .ChooseSaveExtraFile = ChooseFile<FileDialogKind::SaveExtra>,
+        .ChooseAnyFile = ChooseAFile,
         .SaveConfiguration = [] { ConfigWrite(); },
         .KeepSetting = [](std::uint32_t &setting) { KeepChosen(&setting); },
         .OpenAddress = OpenAddress,

@@ -16,12 +16,15 @@
 #include "database/database_window.h"
 #include "database/view/database_box.h"
 #include "database/view/print_reports.h"
+#include "extras/list_access.h"
+#include "extras/view/dump_box.h"
 #include "midi/midi_api.h"
 #include "midi/view/audition_box.h"
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/command_table.h"
 #include "shell/history.h"
+#include "shell/list_access_shell.h"
 #include "shell/list_state.h"
 #include "shell/save_at_end.h"
 #include "shell/settings_file.h"
@@ -119,6 +122,7 @@ MainWindow::~MainWindow() {
     HistoryMenuChanged = nullptr;
     MainListState = {};
     TheShellWindow = {};
+    TheListAccess = {};
     TheDatabaseViews = {};
 }
 
@@ -169,6 +173,8 @@ void MainWindow::ConnectShell() {
     };
     TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
     TheShellWindow.ShowInstrumentsBox = [this] { ShowInstrumentsBox(this); };
+    TheShellWindow.ShowDumpBox = [this](const std::string &path) { ShowDumpBox(this, path); };
+    UseMainList();
     UseDatabaseBox();
     TheDatabaseViews.RepaintVoices = RepaintList;
     TheShellWindow.PrintList = [this] {

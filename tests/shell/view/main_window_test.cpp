@@ -97,7 +97,7 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
                                         "&Audition plays the voice that was sent",
                                         "Count as the &reface DX counts",
                                         "&Space bar plays the selected voice", "-",
-                                        "&Built-in instruments..."}));
+                                        "&Open any dump...", "-", "&Built-in instruments..."}));
     EXPECT_EQ(TextsOf(*titles[3]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
                                         "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
