@@ -12,9 +12,9 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
 #include <compare>
 #include <functional>
+#include <limits>
 #include <mutex>
 #include <numeric>
 #include <unordered_map>
@@ -248,7 +248,7 @@ void IndexMaker::TakeFiles(std::span<const ArchiveFolder> folders,
     for (const ArchiveFile &file : files) {
         const auto folder = folderPaths.find(file.folder);
         if (file.voices > 0 && folder != folderPaths.end()) {
-            paths.push_back({*folder->second + '/' + file.name, file.id});
+            paths.push_back({PathInFolder(*folder->second, file.name), file.id});
             voices += file.voices;
         }
     }
@@ -624,12 +624,17 @@ std::shared_ptr<const ArchiveIndex> MakeArchiveIndex(const ArchiveContent &conte
 
 std::shared_ptr<const ArchiveIndex> LoadArchiveIndex(ArchiveStore &store, ArchiveError &error,
                                                      const std::function<bool()> &cancelled) {
+    const ArchiveSnapshot snapshot(store);
     IndexMaker maker;
     const std::vector<ArchiveFolder> folders = ArchiveFolders(store, error);
     if (error) {
         return nullptr;
     }
-    const auto goOn = [&cancelled] { return !cancelled || !cancelled(); };
+    bool stopped = false;
+    const auto goOn = [&cancelled, &stopped] {
+        stopped = stopped || (cancelled && cancelled());
+        return !stopped;
+    };
     std::vector<ArchiveFile> files;
     const auto takeFile = [&files](ArchiveFile &file) {
         if (file.voices > 0) {
@@ -637,7 +642,7 @@ std::shared_ptr<const ArchiveIndex> LoadArchiveIndex(ArchiveStore &store, Archiv
         }
         return true;
     };
-    if (!ReadArchiveFiles(store, takeFile, error) || error || !goOn()) {
+    if (!ReadArchiveFiles(store, takeFile, error) || !goOn()) {
         return nullptr;
     }
     maker.TakeFiles(folders, files);
@@ -646,7 +651,7 @@ std::shared_ptr<const ArchiveIndex> LoadArchiveIndex(ArchiveStore &store, Archiv
         maker.TakePlaces(file, first, places);
         return goOn();
     };
-    if (!ReadArchivePlaces(store, takePlaces, error) || error || !goOn()) {
+    if (!ReadArchivePlaces(store, takePlaces, error) || !goOn()) {
         return nullptr;
     }
     maker.Finish();
@@ -704,7 +709,7 @@ std::vector<ArchiveHit> FindInArchive(const ArchiveIndex &index, const ArchiveQu
 std::vector<SimilarVoice> FindSimilar(const ArchiveIndex &index, ArchiveStore &store,
                                       const DumpVoice &voice, std::size_t count,
                                       ArchiveError &error) {
-    const VoiceFeatures features = FeaturesOf(voice);
+    const VoiceComparison comparison = CompareWith(FeaturesOf(voice));
     const VoiceIdentity identity = IdentityOf(voice);
     std::unordered_map<std::int64_t, std::uint32_t> fileNumbers;
     for (std::uint32_t file = 0; file < index.fileIds.size(); ++file) {
@@ -712,37 +717,42 @@ std::vector<SimilarVoice> FindSimilar(const ArchiveIndex &index, ArchiveStore &s
     }
     const PlaceOrder &byFile = OrderBy(index, ArchiveColumn::File);
     std::vector<SimilarVoice> nearest; // the nearest first
-    const auto take = [&](std::int64_t file, std::uint64_t first,
-                          std::span<const VoiceFeatures> others) {
+    float limit = std::numeric_limits<float>::max();
+    const auto takeVoice = [&](ArchiveVoiceNumber found, float distance) {
+        if (index.identities[found] == identity ||
+            std::ranges::find(nearest, found, &SimilarVoice::voice) != nearest.end()) {
+            return;
+        }
+        nearest.insert(std::ranges::upper_bound(nearest, distance, {}, &SimilarVoice::distance),
+                       {found, distance});
+        if (nearest.size() > count) {
+            nearest.pop_back();
+        }
+        if (nearest.size() == count) {
+            limit = nearest.back().distance;
+        }
+    };
+    const auto takePiece = [&](std::int64_t file, std::uint64_t first,
+                               std::span<const VoiceFeatures> features) {
         const auto number = fileNumbers.find(file);
         if (number == fileNumbers.end()) {
             return true;
         }
-        const std::uint32_t firstOfFile = index.fileFirsts[number->second];
-        const std::uint32_t placesOfFile = index.fileFirsts[number->second + 1] - firstOfFile;
-        for (std::size_t other = 0; other < others.size() && first + other < placesOfFile;
-             ++other) {
-            const float distance = DistanceOf(features, others[other]);
-            if (!std::isfinite(distance) ||
-                (nearest.size() == count && !(distance < nearest.back().distance))) {
-                continue;
-            }
-            const ArchiveVoiceNumber found =
-                index.placeVoices[byFile.places[firstOfFile + first + other]];
-            if (index.identities[found] == identity ||
-                std::ranges::find(nearest, found, &SimilarVoice::voice) != nearest.end()) {
-                continue;
-            }
-            const auto behind =
-                std::ranges::upper_bound(nearest, distance, {}, &SimilarVoice::distance);
-            nearest.insert(behind, {found, distance});
-            if (nearest.size() > count) {
-                nearest.pop_back();
+        // The archive may have grown since it was read.
+        const std::span<const ArchivePlaceNumber> places =
+            std::span(byFile.places)
+                .subspan(index.fileFirsts[number->second],
+                         index.fileFirsts[number->second + 1] - index.fileFirsts[number->second]);
+        for (std::size_t place = first; place - first < features.size() && place < places.size();
+             ++place) {
+            const float distance = DistanceWithin(comparison, features[place - first], limit);
+            if (distance < limit) {
+                takeVoice(index.placeVoices[places[place]], distance);
             }
         }
         return true;
     };
-    if (count == 0 || !ReadArchiveFeatures(store, take, error) || error) {
+    if (count == 0 || !ReadArchiveFeatures(store, takePiece, error)) {
         return {};
     }
     return nearest;

@@ -74,10 +74,10 @@ enum class ArchiveColumn { Name, Instrument, Algorithm, Times, File, Place };
 // the file, also when the column itself descends. Names are in the order of their characters,
 // letters counting as small ones; files by their whole path, byte for byte, and there by place.
 struct ArchiveQuery {
-    std::string text;
+    std::string text = {};
     int family = -1;           // ArchiveFamily...; -1: either
     int algorithm = 0;         // from 1; 0: any
-    std::string folder;        // absolute path; places in it or below; empty: any
+    std::string folder = {};   // absolute path; places in it or below; empty: any
     bool onlyRepeated = false; // voices that are found more than once
     ArchiveColumn sort = ArchiveColumn::Name;
     bool descending = false;

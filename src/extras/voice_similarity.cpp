@@ -80,7 +80,7 @@ constexpr float ReleaseWeight = 30;
 constexpr float VelocityWeight = 28;
 constexpr float ScalingWeight = 12; // a side
 constexpr float FixedWeight = 60;
-constexpr float RestWeight = 4; // a byte
+constexpr float RestWeight = 4; // a byte that counts once
 constexpr float FeedbackWeight = 50;
 constexpr float LfoWeight = 60;
 constexpr float PitchEgWeight = 40;
@@ -353,9 +353,15 @@ float PitchEgOf(std::span<const std::uint8_t> levels, int middle) {
            std::sqrt(std::min(static_cast<float>(largest) / static_cast<float>(middle), 1.f));
 }
 
-// `largest`: of a byte, as a rule.
+// `largest`: of a byte, as a rule. Bytes count once, twice or three times, so that one that grows
+// seldom makes up for its neighbour that shrinks.
 float RestOf(std::span<const std::uint8_t> bytes, int largest) {
-    const int sum = std::accumulate(bytes.begin(), bytes.end(), 0);
+    int sum = 0;
+    int times = 1;
+    for (const std::uint8_t byte : bytes) {
+        sum += times * byte;
+        times = times % 3 + 1;
+    }
     return RestWeight * static_cast<float>(sum) / static_cast<float>(largest);
 }
 
@@ -416,7 +422,8 @@ VoiceFeatures FeaturesOfSix(std::span<const std::uint8_t, Dx7PackedVoiceSize> by
                                       UpTo(bytes[112], LargestOfSix) / largest));
     features[PitchEgOfSix] = ByteOf(PitchEgOf(bytes.subspan(106, 4), 50));
     features[TransposeOfSix] = SidedByteOf(TransposeWeight * static_cast<float>(bytes[117] - 24));
-    features[RestOfSix] = ByteOf(RestOf(bytes.subspan(102, 16), LargestOfSix));
+    features[RestOfSix] = ByteOf(RestOf(bytes.subspan(102, 8), LargestOfSix) +
+                                 RestOf(bytes.subspan(111, 7), LargestOfSix));
     return features;
 }
 
@@ -509,7 +516,7 @@ VoiceFeatures FeaturesOfFour(std::span<const std::uint8_t> bytes) {
     features[PortamentoOfFour] =
         ByteOf(PortamentoWeight * PartOfFour(common[RefaceVoice::portamentoTime]));
     features[ModeOfFour] = common[RefaceVoice::partMode] == 0 ? 0 : ByteOf(ModeWeight);
-    features[RestOfFour] = ByteOf(RestOf(common.subspan(RefaceVoice::transpose), LargestOfFour));
+    features[RestOfFour] = ByteOf(RestOf(common.subspan(RefaceVoice::lfoWave), LargestOfFour));
     return features;
 }
 

@@ -20,8 +20,8 @@
 //     release      0 to 30   rate 4; 0 where level 4 lets it sound on
 //     touch        +-127     velocity (0 to 28), level scaling to both sides (+-12 each), and 60
 //                            for a fixed frequency, which does not follow the keys
-//     rest         0 to 70   4 times the sum of its bytes, the largest one being 1: next to
-//                            nothing, but it tells voices apart that are heard alike
+//     rest         0 to 140  4, 8 or 12 for each of its bytes by how large it is: next to nothing,
+//                            but it tells voices apart that are heard alike
 //     feedback     0 to 50   as a modulator's strength; once for a voice of six operators, to both
 //                            sides for the two kinds of the reface DX's
 //   All but strength and rest are taken times how much of the operator is heard: of a carrier its
@@ -34,7 +34,7 @@
 //     LFO          0 to 60   the larger one of vibrato and tremolo, half of it by speed
 //     pitch EG     0 to 40   the largest deviation, as its root: small ones are heard at once
 //     transpose    +-127     36 an octave
-//     rest         0 to 60   as that of an operator
+//     rest         0 to 130  as that of an operator
 //     effects      10 to 40  of the reface DX, for each kind by its first parameter
 //     portamento, mode       of the reface DX, 0 to 20 and 10
 //
