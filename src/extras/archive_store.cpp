@@ -2,6 +2,7 @@
 #include "extras/archive_store.h"
 
 #include "common/folders.h"
+#include "common/platform.h"
 #include "common/utf8_path.h"
 #include "drivers/dx7/voice_codec.h"
 #include "drivers/reface_dx/voice_codec.h"
@@ -281,7 +282,8 @@ std::string ArchiveFolderPath(const std::string &path) {
         const std::filesystem::path real = std::filesystem::canonical(absolute, error);
         plain = error ? plain : real;
     }
-    std::string text = Utf8OfPath(plain.generic_u8string());
+    std::string text = Utf8OfPath(plain);
+    std::ranges::replace(text, PathSeparator, '/');
     while (!text.empty() && text.back() == '/') {
         text.pop_back();
     }

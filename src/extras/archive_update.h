@@ -1,5 +1,9 @@
 // Brings the archive up to what stands on the disk: only files whose size or time of change differ
 // are read. Renamed files and moved folders are recognised by their content and keep their row.
+//
+// Which files are read at all stands in extras/collection_files.h. Links are followed, and each
+// folder, and each file that a link leads to, counts once: by its own path where that lies in the
+// archive. A link that leads back to a folder that it stands in is told and not followed.
 #pragma once
 
 #include "extras/archive_store.h"
@@ -18,10 +22,12 @@ struct UpdateProgress {
 };
 
 struct UpdateReport {
-    std::uint64_t files = 0, added = 0, changed = 0, moved = 0, gone = 0, unchanged = 0;
-    std::uint64_t voices = 0; // in the archive now
-    std::uint64_t failed = 0; // files and folders that could not be read; each is told by `tell`
-    bool cancelled = false;   // what was done stands, the rest is left for the next update
+    // Files of the folders that were looked through; a moved one is neither added nor gone.
+    std::uint64_t added = 0, changed = 0, moved = 0, gone = 0, unchanged = 0;
+    std::uint64_t skipped = 0; // files that are something else than dumps, which were not read
+    std::uint64_t failed = 0;  // files and folders that could not be read; each is told by `tell`
+    std::uint64_t files = 0, voices = 0; // in the archive now
+    bool cancelled = false; // what was done stands, the rest is left for the next update
 };
 
 struct UpdateCalls {
