@@ -25,6 +25,7 @@ constexpr std::size_t CountPlace = 4;
 constexpr std::size_t BulkHeader = 6;     // bytes in front of the data
 constexpr std::size_t RefaceHeader = 7;   // the same, the model byte being the first of the data
 constexpr std::size_t RefaceAddress = 4;  // bytes of model and address
+constexpr std::size_t LeastKnown = 5;     // bytes of a request
 constexpr std::size_t LeastAmid = 32;     // bytes of a message that is taken amid anything else
 constexpr std::size_t LongestChange = 32; // bytes of a parameter change
 
@@ -53,15 +54,20 @@ std::uint32_t ChecksumFault(Bytes data, std::uint8_t sum) {
 }
 
 // Whether `size` bytes of data from `start`, a checksum of whatever bits, and the end stand there,
-// with nothing in them that begins or ends a message.
+// with nothing in them that surely begins or ends a message.
 bool IsWholeWithHighBytes(Bytes message, std::size_t start, std::size_t size) {
     const std::size_t end = start + size + 1;
     if (end >= message.size() || message[end] != EndOfSysex) {
         return false;
     }
-    return std::ranges::none_of(message.subspan(start, size), [](std::uint8_t byte) {
-        return byte == StartOfSysex || byte == EndOfSysex;
-    });
+    for (std::size_t at = start; at + 1 < end; ++at) {
+        const bool endsMessage = message[at] == EndOfSysex && message[at + 1] == StartOfSysex;
+        const bool beginsMessage = message[at] == StartOfSysex && message[at + 1] == Yamaha;
+        if (endsMessage || beginsMessage) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // The data from `start`, of which there should be `expected` bytes. `plain`: how many bytes below
@@ -407,8 +413,8 @@ std::optional<DumpMessage> ReadOther(Bytes bytes, bool isAll, MessagePlace place
 }
 
 std::optional<DumpMessage> ReadKnown(Bytes bytes, MessagePlace place) {
-    if (bytes.size() < BulkHeader || bytes[1] != Yamaha ||
-        CountDataBytes(bytes.subspan(1, BulkHeader - 2)) < BulkHeader - 3) {
+    if (bytes.size() < LeastKnown || bytes[1] != Yamaha ||
+        CountDataBytes(bytes.subspan(1, FormatPlace)) < FormatPlace) {
         return std::nullopt;
     }
     switch (bytes[KindPlace] & 0xF0) {
@@ -423,7 +429,7 @@ std::optional<DumpMessage> ReadKnown(Bytes bytes, MessagePlace place) {
     if (IsReface(bytes, RefaceHeader)) {
         return ReadReface(bytes, place);
     }
-    if (CountDataBytes(bytes.subspan(CountPlace, 2)) < 2) {
+    if (bytes.size() < BulkHeader || CountDataBytes(bytes.subspan(CountPlace, 2)) < 2) {
         return std::nullopt;
     }
     if (bytes[FormatPlace] == NamedFormat) {

@@ -25,14 +25,13 @@ bool IsToldAtOnce(DumpKind kind) {
     }
 }
 
-bool IsMessage(DumpKind kind) {
-    return kind != DumpKind::Unknown && kind != DumpKind::Dx7Headerless &&
-           kind != DumpKind::Dx7HeaderlessVoices;
+bool IsHeaderless(DumpKind kind) {
+    return kind == DumpKind::Dx7Headerless || kind == DumpKind::Dx7HeaderlessVoices;
 }
 
 bool BelongTogether(const FoundDump &one, const FoundDump &next) {
     return one.kind == next.kind && IsToldAtOnce(one.kind) && one.channel == next.channel &&
-           one.detail == next.detail && (IsMessage(one.kind) ? one.faults == next.faults : true);
+           one.detail == next.detail && (IsHeaderless(one.kind) || one.faults == next.faults);
 }
 
 } // namespace
@@ -52,6 +51,7 @@ void PutVoice(DumpOutput &output, const DumpVoice &voice, std::uint64_t offset) 
 
 void PutDump(DumpOutput &output, FoundDump dump) {
     dump.faults |= output.faults;
+    ++output.dumps;
     if (output.last && BelongTogether(*output.last, dump)) {
         FoundDump &last = *output.last;
         last.length = dump.offset + dump.length - last.offset;
@@ -72,7 +72,7 @@ void EndDumps(DumpOutput &output) {
     }
     FoundDump dump = std::move(*output.last);
     output.last.reset();
-    if (output.messages > 1 && IsMessage(dump.kind)) {
+    if (output.messages > 1 && dump.kind != DumpKind::Unknown && !IsHeaderless(dump.kind)) {
         dump.detail += FormatText("%s%llu messages", dump.detail.empty() ? "" : ", ",
                                   static_cast<unsigned long long>(output.messages));
     }

@@ -14,6 +14,7 @@ struct DumpOutput {
     std::uint64_t place = 0;            // of the next voice
     bool ended = false;                 // by the visitor
     std::uint32_t faults = 0;           // of every dump: in what the bytes are read
+    std::uint64_t dumps = 0;            // found so far
     std::optional<FoundDump> last = {}; // not told yet, since the next one may belong to it
     std::uint64_t messages = 0;         // of which the last one consists
 };

@@ -5,6 +5,7 @@
 #include "extras/dump_output.h"
 #include "extras/dump_scanner.h"
 #include "extras/dump_stream.h"
+#include "extras/midi_file_reader.h"
 #include "extras/record_files.h"
 
 #include <algorithm>
@@ -52,6 +53,7 @@ void ReadPiece(FilePieces &pieces, DumpStream &stream, std::size_t wanted) {
 
 void ReadAll(DumpStream &stream, DumpOutput &output) {
     ReadRecordFile(stream, output);
+    ReadMidiFile(stream, output);
     ScanDumps(stream, ScannedBytes::Plain, output);
     EndDumps(output);
 }

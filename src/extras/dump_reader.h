@@ -1,7 +1,6 @@
 // Reads the dumps of FM instruments out of any file, whatever stands around them, and says what
 // each is and what is wrong with it. One pass over the bytes, in time that grows with their number
-// alone and in memory that does not: files are read in pieces, of which no more than 64 MB, and no
-// more than twice the file, stand in memory.
+// alone and in memory that does not: files are read in pieces of a megabyte at most.
 //
 // Byte layouts follow the published MIDI data formats of the instruments.
 #pragma once
@@ -79,8 +78,8 @@ bool HasVoices(DumpKind kind);
 // A whole voice of the dump that is being read; `bytes` are valid during the call.
 struct FoundVoice {
     DumpVoice voice;
-    std::uint64_t place = 0;  // among all voices of the file, from 0
-    std::uint64_t offset = 0; // of its first byte in the file
+    std::uint64_t place = 0;  // among all voices of the file that the list can hold, from 0
+    std::uint64_t offset = 0; // of its first byte in the file; of messages the first one's
 };
 
 // What is called while a file is read: each voice, and behind its last one the dump. What is empty

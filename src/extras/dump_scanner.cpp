@@ -3,6 +3,7 @@
 
 #include "drivers/reface_dx/voice_codec.h"
 #include "extras/dump_message.h"
+#include "extras/hex_text.h"
 #include "extras/voice_ranges.h"
 #include "midi/sysex.h"
 
@@ -23,6 +24,7 @@ struct RefaceRun {
     unsigned parts = 0;            // of the present voice, a bit for each
     std::uint64_t voiceOffset = 0; // where that begins
     bool hasBegun = false;
+    bool hasHeader = false;
 };
 constexpr unsigned AllParts = (1u << (RefaceOperatorCount + 1)) - 1;
 
@@ -33,13 +35,14 @@ struct Scanner {
     RefaceRun run = {};
     MessagePlace place = MessagePlace::Clean;
     bool isAmid = false; // a stretch that is nothing goes on
+    bool isText = false; // and it is text
 };
 
 FoundDump DumpAt(const DumpStream &stream, DumpKind kind, std::size_t length) {
     FoundDump dump;
     dump.kind = kind;
     dump.offset = OffsetOf(stream, 0);
-    dump.length = length == 0 ? 0 : OffsetOf(stream, length - 1) + 1 - dump.offset;
+    dump.length = LengthInFile(stream, length);
     return dump;
 }
 
@@ -62,7 +65,7 @@ void EndVoice(RefaceRun &run) {
         run.dump.faults |= DumpFault::MissingBlocks;
     }
     run.parts = 0;
-    run.hasBegun = false;
+    run.hasBegun = run.hasHeader = false;
 }
 
 void EndRun(Scanner &scanner) {
@@ -94,10 +97,11 @@ void TakePart(Scanner &scanner, const DumpMessage &message) {
         run.dump.family = message.family;
         run.dump.channel = message.channel;
     }
-    run.dump.length = OffsetOf(scanner.stream, message.length - 1) + 1 - run.dump.offset;
+    run.dump.length = offset + LengthInFile(scanner.stream, message.length) - run.dump.offset;
     run.dump.faults |= message.faults;
     if (message.part == RefacePart::Header) {
         BeginVoice(run, offset);
+        run.hasHeader = true;
         return;
     }
     if (message.part == RefacePart::Footer) {
@@ -108,7 +112,8 @@ void TakePart(Scanner &scanner, const DumpMessage &message) {
     const std::size_t size = isCommon ? RefaceCommonSize : RefaceOperatorSize;
     const std::size_t number = isCommon ? RefaceOperatorCount : message.operatorNumber;
     const unsigned bit = 1u << number;
-    if (!run.hasBegun || (run.parts & bit)) {
+    // The common block comes first where no header did.
+    if (!run.hasBegun || (run.parts & bit) || (isCommon && !run.hasHeader)) {
         BeginVoice(run, offset);
     }
     if (message.voices == 0) { // not all of the part is there
@@ -118,7 +123,7 @@ void TakePart(Scanner &scanner, const DumpMessage &message) {
                 scanner.stream.bytes.data() + message.data, size);
     run.parts |= bit;
     if (run.parts == AllParts) {
-        run.hasBegun = false;
+        run.hasBegun = run.hasHeader = false;
         run.parts = 0;
         ++run.dump.voices;
         if (!AreInRange(VoiceForm::Reface, run.voice, 1)) {
@@ -161,7 +166,7 @@ void TakeMessage(Scanner &scanner, DumpMessage &message) {
         }
         more += hasEnd;
         if (more > 0) {
-            dump.length = OffsetOf(stream, more - 1) + 1 - dump.offset;
+            dump.length = OffsetOf(stream, 0) + LengthInFile(stream, more) - dump.offset;
             MoveOn(stream, more);
         }
     }
@@ -235,21 +240,53 @@ bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
     return true;
 }
 
-// What stands between two messages, or its start.
-void TakeStretch(Scanner &scanner, std::size_t size, bool isAll) {
-    EndRun(scanner);
-    if (scanner.what == ScannedBytes::Messages) {
-        MoveOn(scanner.stream, size);
-        return;
+void TakeUnknown(Scanner &scanner, std::size_t size) {
+    if (scanner.what != ScannedBytes::Events) {
+        BeginDump(scanner.output, DumpKind::Unknown);
+        PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, size));
     }
-    if (!scanner.isAmid && TakeHeaderless(scanner, scanner.stream.bytes.first(size), isAll)) {
-        return;
-    }
-    BeginDump(scanner.output, DumpKind::Unknown);
-    PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, size));
     MoveOn(scanner.stream, size);
     scanner.isAmid = true;
     scanner.place = MessagePlace::Amid;
+}
+
+// What is written in a text from a message's digits on.
+void TakeHexText(Scanner &scanner, const HexMessage &message) {
+    DumpOutput &output = scanner.output;
+    if (message.front > 0) {
+        TakeUnknown(scanner, message.front);
+    }
+    EndDumps(output);
+    output.faults |= DumpFault::InHexText;
+    ReadHexText(scanner.stream, {.front = 0, .digits = message.digits - message.front},
+                [&output](DumpStream &bytes) { ScanDumps(bytes, ScannedBytes::Digits, output); });
+    EndDumps(output);
+    output.faults &= ~std::uint32_t{DumpFault::InHexText};
+    scanner.isAmid = false;
+    scanner.place = MessagePlace::Clean;
+}
+
+// What stands between two messages, or its start. `isAll`: it ends with these bytes.
+void TakeStretch(Scanner &scanner, std::size_t size, bool isAll) {
+    constexpr std::size_t judged = 256; // characters
+    EndRun(scanner);
+    if (scanner.what == ScannedBytes::Plain) {
+        const Bytes bytes = scanner.stream.bytes;
+        if (!scanner.isAmid) {
+            scanner.isText = IsText(bytes.first(std::min(size, judged)));
+        }
+        if (!scanner.isAmid && !scanner.isText &&
+            TakeHeaderless(scanner, bytes.first(size), isAll)) {
+            return;
+        }
+        if (scanner.isText) {
+            if (const auto message = FindHexMessage(bytes, size)) {
+                TakeHexText(scanner, *message);
+                return;
+            }
+        }
+    }
+    TakeUnknown(scanner, size);
 }
 
 } // namespace

@@ -8,8 +8,9 @@ namespace tonewright {
 
 // What the bytes are.
 enum class ScannedBytes {
-    Plain,    // of a file: text in them may be a dump in hexadecimal
-    Messages, // nothing but messages, and what is none of them is not told
+    Plain,  // of a file
+    Digits, // written as text: nothing but messages is looked for
+    Events, // of a MIDI file: the same, and what is no dump is not told
 };
 
 // Everything from the present place on.

@@ -112,7 +112,7 @@ void ReadRecordFile(DumpStream &stream, DumpOutput &output) {
         }
         MoveOn(stream, record.size());
     }
-    dump.length = stream.offset;
+    dump.length = stream.index;
     if (others > 0) {
         dump.detail =
             FormatText("%llu records without a voice", static_cast<unsigned long long>(others));

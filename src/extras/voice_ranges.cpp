@@ -153,7 +153,8 @@ unsigned CountBeyond(Bytes voice, const std::array<std::uint8_t, Size> &limits) 
 bool IsPackedInRange(Bytes voice) {
     unsigned beyond = 0;
     for (std::size_t place = 0; place < PackedSize; ++place) {
-        beyond |= (voice[place] & PackedBits[place]) > PackedLimits[place];
+        const std::uint8_t bits = PackedBits[place];
+        beyond |= (voice[place] & bits) > (PackedLimits[place] & bits);
     }
     return beyond == 0;
 }

@@ -133,5 +133,525 @@ TEST(DumpReader, AFileOnDiskIsReadLikeBytes) {
     EXPECT_EQ(errno, ENOENT);
 }
 
+// ---- banks with something wrong
+
+Bytes Without(Bytes bytes, std::size_t from, std::size_t count) {
+    const auto start = bytes.begin() + static_cast<std::ptrdiff_t>(from);
+    bytes.erase(start, start + static_cast<std::ptrdiff_t>(count));
+    return bytes;
+}
+
+Bytes FirstOf(Bytes bytes, std::size_t count) {
+    bytes.resize(count);
+    return bytes;
+}
+
+Bytes With(Bytes bytes, std::size_t at, int byte) {
+    bytes[at] = static_cast<std::uint8_t>(byte);
+    return bytes;
+}
+
+TEST(DumpReader, ABankForAnotherChannel) {
+    EXPECT_EQ(Lines(TestBankMessage(5)),
+              Strings{"DX7 bank, 32 voices @0+4104 ch5 (for channel 5)"});
+    EXPECT_EQ(Lines(TestBankMessage(16)),
+              Strings{"DX7 bank, 32 voices @0+4104 ch16 (for channel 16)"});
+    EXPECT_EQ(Lines(TestVoiceMessage(2)), Strings{"DX7 voice @0+163 ch2 (for channel 2)"});
+}
+
+TEST(DumpReader, AWrongChecksumAndOneWithBit7) {
+    const Bytes bank = TestBank();
+    EXPECT_EQ(Lines(With(bank, 4102, bank[4102] ^ 1)),
+              Strings{"DX7 bank, 32 voices @0+4104 ch1 (wrong checksum)"});
+    EXPECT_EQ(Lines(With(bank, 4102, bank[4102] | 0x80)),
+              Strings{"DX7 bank, 32 voices @0+4104 ch1 (bit 7 set in the checksum)"});
+    EXPECT_EQ(Lines(With(bank, 4102, bank[4102] ^ 0x81)),
+              Strings{"DX7 bank, 32 voices @0+4104 ch1 (wrong checksum)"});
+    const Bytes voice = TestVoiceMessage(), ours = TestVoiceFile();
+    EXPECT_EQ(Lines(With(voice, 161, voice[161] ^ 1)),
+              Strings{"DX7 voice @0+163 ch1 (wrong checksum)"});
+    EXPECT_EQ(Lines(With(voice, 161, voice[161] | 0x80)),
+              Strings{"DX7 voice @0+163 ch1 (bit 7 set in the checksum)"});
+    EXPECT_EQ(Lines(With(ours, 162, ours[162] | 0x80)),
+              Strings{"DX7 voice @0+164 ch1 (bit 7 set in the checksum)"});
+}
+
+TEST(DumpReader, AnotherByteCountThanThatOfTheData) {
+    EXPECT_EQ(Lines(With(TestBank(), 4, 0x10)),
+              Strings{"DX7 bank, 32 voices @0+4104 ch1 (wrong byte count)"});
+    EXPECT_EQ(Lines(With(TestVoiceMessage(), 5, 0x1C)),
+              Strings{"DX7 voice @0+163 ch1 (wrong byte count)"});
+}
+
+TEST(DumpReader, AMissingEnd) {
+    const Strings bank = {"DX7 bank, 32 voices @0+4103 ch1 (no end byte)"};
+    EXPECT_EQ(Lines(FirstOf(TestBank(), 4103)), bank);
+    EXPECT_EQ(Lines(Join({FirstOf(TestBank(), 4103), TextBytes("Hello")})),
+              (Strings{bank[0], "unknown data @4103+5"}));
+    EXPECT_EQ(Lines(Join({FirstOf(TestBank(), 4103), TestVoiceMessage()})),
+              (Strings{bank[0], "DX7 voice @4103+163 ch1"}));
+    EXPECT_EQ(Lines(FirstOf(TestBank(), 4102)),
+              Strings{"DX7 bank, 32 voices @0+4102 ch1 (wrong checksum, no end byte, cut short)"});
+    EXPECT_EQ(Lines(Without(TestBank(), 4102, 1)),
+              Strings{"DX7 bank, 32 voices @0+4103 ch1 (wrong checksum)"});
+    // What follows has the right sum neither behind 155 bytes nor behind 156.
+    EXPECT_EQ(
+        Lines(Join({FirstOf(TestVoiceMessage(), 161), TextBytes("Hello")})),
+        (Strings{"DX7 voice @0+161 ch1 (wrong checksum, no end byte)", "unknown data @161+5"}));
+    EXPECT_EQ(Lines(Join({FirstOf(TestVoiceMessage(), 162), TextBytes("Hello")})),
+              (Strings{"DX7 voice @0+162 ch1 (no end byte)", "unknown data @162+5"}));
+    EXPECT_EQ(Lines(Join({FirstOf(TestVoiceFile(), 163), TextBytes("Hello")})),
+              (Strings{"DX7 voice @0+163 ch1 (no end byte)", "unknown data @163+5"}));
+}
+
+TEST(DumpReader, ACutBankHasItsWholeVoices) {
+    EXPECT_EQ(Lines(FirstOf(TestBank(), 6 + 128 * 20 + 127)),
+              Strings{"DX7 bank, 20 voices @0+2693 ch1 (no end byte, cut short)"});
+    EXPECT_EQ(Read(FirstOf(TestBank(), 6 + 128 * 20 + 127)).voices.back().bytes,
+              TestPackedVoice(19));
+    EXPECT_EQ(Lines(FirstOf(TestBank(), 6)),
+              Strings{"DX7 bank, 0 voices @0+6 ch1 (no end byte, cut short)"});
+    EXPECT_EQ(Lines(Join({FirstOf(TestBank(), 6 + 128 * 3 + 1), TestBank()})),
+              (Strings{"DX7 bank, 3 voices @0+391 ch1 (no end byte, cut short)",
+                       "DX7 bank, 32 voices @391+4104 ch1"}));
+    EXPECT_EQ(Lines(Join({FirstOf(TestBank(), 6 + 128 * 3), {0x11, 0xF7}})),
+              Strings{"DX7 bank, 3 voices @0+392 ch1 (cut short)"});
+    EXPECT_EQ(Lines(FirstOf(TestVoiceMessage(), 160)),
+              Strings{"DX7 voice, 0 voices @0+160 ch1 (no end byte, cut short)"});
+    // Bytes of eight bits that follow are none of the data.
+    EXPECT_EQ(
+        Lines(Join({FirstOf(TestBank(), 6 + 128 * 2), {0xA5, 0x12}})),
+        (Strings{"DX7 bank, 2 voices @0+262 ch1 (no end byte, cut short)", "unknown data @262+2"}));
+}
+
+TEST(DumpReader, ADumpOfFewerOrMoreVoicesThatSaysSo) {
+    EXPECT_EQ(Lines(TestBulk(0x09, TestPackedVoices(10))),
+              Strings{"DX7 bank, 10 voices @0+1288 ch1"});
+    Bytes long128 = TestBulk(0x09, TestPackedVoices(128));
+    long128[4] = 0x20;
+    long128[5] = 0x00;
+    EXPECT_EQ(Lines(long128), Strings{"DX7 bank, 128 voices @0+16392 ch1"});
+    EXPECT_EQ(Read(long128).voices[127].bytes, TestPackedVoice(31));
+}
+
+TEST(DumpReader, BytesAbove7F) {
+    Bytes bank = With(TestBank(), 6 + 99, 0xA7);
+    bank = With(bank, 6 + 4095, 0xFE);
+    FixTestChecksum(bank);
+    EXPECT_EQ(Lines(bank), Strings{"DX7 bank, 32 voices @0+4104 ch1 (bytes above 7F, values out "
+                                   "of range)"});
+    EXPECT_EQ(Read(bank).voices[0].bytes[99], 0xA7);
+    // So may be bytes that elsewhere begin and end a message.
+    bank = With(With(TestBank(), 6 + 130, 0xF7), 6 + 500, 0xF0);
+    FixTestChecksum(bank);
+    EXPECT_EQ(Lines(bank), Strings{"DX7 bank, 32 voices @0+4104 ch1 (bytes above 7F, values out "
+                                   "of range)"});
+    // Where a message follows they are its end and its start.
+    EXPECT_EQ(Lines(With(With(TestBank(), 6 + 130, 0xF7), 6 + 131, 0xF0))[0],
+              "DX7 bank, 1 voice @0+137 ch1 (cut short)");
+    bank = TestBank();
+    bank.resize(6 + 300);
+    bank = Join({bank, TestVoiceMessage(), Bytes(4104 - 6 - 300 - 163 - 1, 1), {0xF7}});
+    EXPECT_EQ(Lines(bank)[0], "DX7 bank, 2 voices @0+306 ch1 (no end byte, cut short)");
+    EXPECT_EQ(Lines(bank)[1], "DX7 voice @306+163 ch1");
+}
+
+TEST(DumpReader, ValuesThatTheInstrumentDoesNotHave) {
+    const auto lines = [](std::size_t at, int byte) {
+        Bytes bank = With(TestBank(), 6 + at, byte);
+        FixTestChecksum(bank);
+        return Lines(bank);
+    };
+    const Strings sound = {"DX7 bank, 32 voices @0+4104 ch1"};
+    const Strings beyond = {"DX7 bank, 32 voices @0+4104 ch1 (values out of range)"};
+    EXPECT_EQ(lines(0, 99), sound);
+    EXPECT_EQ(lines(0, 100), beyond);
+    EXPECT_EQ(lines(12, 14 << 3), sound);
+    EXPECT_EQ(lines(12, 15 << 3), beyond);
+    EXPECT_EQ(lines(11, 0x70), sound); // bits that no parameter has
+    EXPECT_EQ(lines(116, 5 << 1), sound);
+    EXPECT_EQ(lines(116, 6 << 1), beyond);
+    EXPECT_EQ(lines(117, 48), sound);
+    EXPECT_EQ(lines(117, 49), beyond);
+    EXPECT_EQ(lines(127, 0x7F), sound); // of the name
+    EXPECT_EQ(lines(31 * 128 + 117, 49), beyond);
+    Bytes voice = With(TestVoiceFile(), 6 + 13, 8);
+    FixTestChecksum(voice);
+    EXPECT_EQ(Lines(voice), Strings{"DX7 voice @0+164 ch1 (values out of range)"});
+    voice = With(TestVoiceFile(), 6 + 155, 0x40);
+    FixTestChecksum(voice);
+    EXPECT_EQ(Lines(voice), Strings{"DX7 voice @0+164 ch1 (values out of range)"});
+}
+
+TEST(DumpReader, ABankBehindAndInFrontOfAnything) {
+    const Bytes junk = TextBytes("A bank of mine\r\n\x1A");
+    EXPECT_EQ(
+        Lines(Join({junk, TestBank(), junk, TestBankMessage(3)})),
+        (Strings{"unknown data @0+17", "DX7 bank, 32 voices @17+4104 ch1", "unknown data @4121+17",
+                 "DX7 bank, 32 voices @4138+4104 ch3 (for channel 3)"}));
+    // A byte that seems to begin a message hides no message behind it.
+    EXPECT_EQ(
+        Lines(Join({{0xF0}, TestBank(), {0xF0, 0x43, 0x00}, TestBank(), {0xF7}})),
+        (Strings{"unknown data @0+1", "DX7 bank, 32 voices @1+4104 ch1", "unknown data @4105+3",
+                 "DX7 bank, 32 voices @4108+4104 ch1", "unknown data @8212+1"}));
+}
+
+// ---- what is named and skipped
+
+Bytes Named(const std::string &name, std::size_t size) {
+    return TestBulk(0x7E, Join({TextBytes(name), Bytes(size, 7)}), 4);
+}
+
+TEST(DumpReader, WhatLaterModelsSendBesideVoices) {
+    EXPECT_EQ(Lines(TestBulk(0x01, Bytes(94, 5), 2)),
+              Strings{"DX7 function data: TX7 function data @0+102 ch2"});
+    EXPECT_EQ(Lines(TestBulk(0x02, Bytes(4096, 5), 2)),
+              Strings{"DX7 function data: TX7 function data of 64 voices @0+4104 ch2"});
+    EXPECT_EQ(Lines(TestBulk(0x05, Bytes(49, 5))),
+              Strings{"DX7II supplement: DX7II supplement of a voice @0+57 ch1"});
+    EXPECT_EQ(Lines(TestBulk(0x06, Bytes(1120, 5))),
+              Strings{"DX7II supplement: DX7II supplement of a bank @0+1128 ch1"});
+    EXPECT_EQ(Lines(Named("LM  8973PE", 51)),
+              Strings{"DX7II performances: DX7II performance @0+69 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8973PM", 1632)),
+              Strings{"DX7II performances: DX7II performances @0+1650 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8973S ", 112)),
+              Strings{"DX7II set-up: DX7II system set-up @0+130 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8952PE", 168)),
+              Strings{"DX7II performances: TX802 performance @0+186 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8952PM", 80)),
+              Strings{"DX7II performances: TX802 performances @0+98 ch4"});
+    EXPECT_EQ(Lines(Named("LM  MCRYE ", 256)),
+              Strings{"DX7 function data: microtuning @0+274 ch4"});
+    EXPECT_EQ(Lines(Named("LM  MCRYM0", 256)),
+              Strings{"DX7 function data: microtuning @0+274 ch4"});
+    EXPECT_EQ(Lines(Named("LM  FKSYE ", 100)),
+              Strings{"DX7II supplement: fractional scaling @0+118 ch4"});
+    EXPECT_EQ(Read(Named("LM  8973PE", 51)).dumps[0].family, Dx7DriverId);
+    EXPECT_EQ(Lines(Named("LM  1234  ", 10)), Strings{"other message: manufacturer 43 @0+28 ch4"});
+    EXPECT_EQ(Lines({0xF0, 0x43, 0x10, 0x01, 0x1B, 0x3F, 0xF7}),
+              Strings{"DX7 parameter changes @0+7 ch1"});
+    EXPECT_EQ(Lines(Join({{0xF0, 0x43, 0x11, 0x08, 0x40, 0x01, 0xF7},
+                          {0xF0, 0x43, 0x11, 0x19, 0x40, 0x01, 0xF7}})),
+              Strings{"DX7 parameter changes: 2 messages @0+14 ch2"});
+    EXPECT_EQ(Lines({0xF0, 0x43, 0x20, 0x09, 0x00, 0xF7}),
+              Strings{"other message: requests @0+6 ch1"});
+    EXPECT_EQ(Lines({0xF0, 0x43, 0x20, 0x09, 0xF7}), Strings{"other message: requests @0+5 ch1"});
+}
+
+TEST(DumpReader, ABankInsideTheDumpsOfALaterModel) {
+    EXPECT_EQ(Lines(Join({TestBulk(0x06, Bytes(1120, 5)), TestBankMessage(),
+                          TestBulk(0x06, Bytes(1120, 6)), TestBankMessage(),
+                          Named("LM  8973PM", 1632), Named("LM  8973S ", 112)})),
+              (Strings{"DX7II supplement: DX7II supplement of a bank @0+1128 ch1",
+                       "DX7 bank, 32 voices @1128+4104 ch1",
+                       "DX7II supplement: DX7II supplement of a bank @5232+1128 ch1",
+                       "DX7 bank, 32 voices @6360+4104 ch1",
+                       "DX7II performances: DX7II performances @10464+1650 ch4",
+                       "DX7II set-up: DX7II system set-up @12114+130 ch4"}));
+}
+
+TEST(DumpReader, WhatInstrumentsOfFourOperatorsSend) {
+    EXPECT_EQ(Lines(TestBulk(0x04, Bytes(4096, 9), 3)),
+              Strings{"four-operator bank, 32 voices @0+4104 ch3"});
+    EXPECT_EQ(Lines(Join({Named("LM  8976AE", 23), TestBulk(0x03, Bytes(93, 9))})),
+              (Strings{"four-operator data: supplement of a voice @0+41 ch4",
+                       "four-operator voice @41+101 ch1"}));
+    EXPECT_EQ(Read(TestBulk(0x04, Bytes(4096, 9))).dumps[0].family, NoDriverId);
+    EXPECT_TRUE(Read(TestBulk(0x04, Bytes(4096, 9))).voices.empty());
+    EXPECT_EQ(Read(TestBulk(0x03, Bytes(93, 9))).dumps[0].voices, 1u);
+    EXPECT_EQ(Lines(Named("LM  8976PM", 80)),
+              Strings{"four-operator data: performances @0+98 ch4"});
+    EXPECT_EQ(Lines({0xF0, 0x43, 0x10, 0x12, 0x1B, 0x3F, 0xF7}),
+              Strings{"four-operator data: parameter changes @0+7 ch1"});
+    // A bank that ends early has as many voices as are there.
+    EXPECT_EQ(Lines(FirstOf(TestBulk(0x04, Bytes(4096, 9)), 6 + 130)),
+              Strings{"four-operator bank, 1 voice @0+136 ch1 (no end byte, cut short)"});
+    EXPECT_EQ(Lines(With(TestBulk(0x03, Bytes(93, 9)), 99, 0x01)),
+              Strings{"four-operator voice @0+101 ch1 (wrong checksum)"});
+}
+
+TEST(DumpReader, MessagesOfOthersAreToldTogether) {
+    const Bytes one = Join({{0xF0, 0x41, 0x10}, Bytes(20, 1), {0xF7}});
+    EXPECT_EQ(
+        Lines(Join({one, one, one, {0xF0, 0x00, 0x20, 0x33, 0x01, 0xF7}, TestBank(), one})),
+        (Strings{"other message: manufacturer 41, 3 messages @0+72",
+                 "other message: manufacturer 00 20 33 @72+6", "DX7 bank, 32 voices @78+4104 ch1",
+                 "other message: manufacturer 41 @4182+24"}));
+    // A long one, beyond what is looked at at once.
+    const Bytes endless = Join({{0xF0, 0x41}, Bytes(200000, 1)});
+    EXPECT_EQ(Lines(Join({endless, {0xF7}, TestBank()})),
+              (Strings{"other message: manufacturer 41 @0+200003",
+                       "DX7 bank, 32 voices @200003+4104 ch1"}));
+    EXPECT_EQ(Lines(Join({endless, TestBank()})),
+              (Strings{"other message: manufacturer 41 @0+200002 (no end byte)",
+                       "DX7 bank, 32 voices @200002+4104 ch1"}));
+    // Amid other bytes a short one may be chance.
+    EXPECT_EQ(Lines(Join({{1, 2, 0x80}, one, {0x90}})), Strings{"unknown data @0+28"});
+}
+
+// ---- the reface DX
+
+TEST(DumpReader, ARefaceVoiceOfAnyDeviceNumberAndOrder) {
+    const Bytes voice = TestRefaceVoice(7);
+    EXPECT_EQ(Lines(TestRefaceMessages(voice, 16)), Strings{"reface DX voice @0+241 ch16"});
+    Bytes mixed = TestRefaceHeader();
+    for (const int number : {3, 1}) {
+        mixed += TestRefaceOperator(voice, number);
+    }
+    mixed += TestRefaceCommon(voice);
+    for (const int number : {0, 2}) {
+        mixed += TestRefaceOperator(voice, number);
+    }
+    const Found found = Read(mixed);
+    ASSERT_EQ(found.dumps.size(), 1u);
+    EXPECT_EQ(Line(found.dumps[0]), "reface DX voice @0+228 ch1");
+    EXPECT_EQ(found.voices[0].bytes, voice);
+    // Voices for two instruments are two dumps.
+    EXPECT_EQ(Lines(Join({TestRefaceMessages(voice, 1), TestRefaceMessages(voice, 2)})),
+              (Strings{"reface DX voice @0+241 ch1", "reface DX voice @241+241 ch2"}));
+}
+
+TEST(DumpReader, RefaceVoicesWithoutSomeOfTheirBlocks) {
+    const Bytes voice = TestRefaceVoice(7), other = TestRefaceVoice(8);
+    const Bytes whole = TestRefaceMessages(voice);
+    // Without operator 2, between two whole voices.
+    const Bytes holed = Without(whole, 13 + 51 + 41, 41);
+    Found found = Read(Join({whole, holed, TestRefaceMessages(other)}));
+    ASSERT_EQ(found.dumps.size(), 1u);
+    EXPECT_EQ(Line(found.dumps[0]),
+              "reface DX voices, 2 voices @0+682 ch1 (parts of a voice missing)");
+    EXPECT_EQ(found.voices[1].bytes, other);
+    EXPECT_EQ(found.offsets[1], 441u);
+    // Blocks alone, with neither header nor footer.
+    const Bytes blocks = Bytes(whole.begin() + 13, whole.end() - 13);
+    found = Read(Join({blocks, blocks}));
+    EXPECT_EQ(Line(found.dumps[0]), "reface DX voices, 2 voices @0+430 ch1");
+    EXPECT_EQ(found.offsets, (std::vector<std::uint64_t>{0, 215}));
+    // A block that comes twice belongs to the next voice.
+    found = Read(Join({TestRefaceOperator(voice, 0), blocks}));
+    EXPECT_EQ(Line(found.dumps[0]), "reface DX voice @0+256 ch1 (parts of a voice missing)");
+    EXPECT_EQ(found.voices[0].bytes, voice);
+}
+
+TEST(DumpReader, FaultsInTheBlocksOfARefaceVoice) {
+    const Bytes whole = TestRefaceMessages(TestRefaceVoice(7));
+    EXPECT_EQ(Lines(With(whole, 13 + 49, whole[13 + 49] ^ 1)),
+              Strings{"reface DX voice @0+241 ch1 (wrong checksum)"});
+    EXPECT_EQ(Lines(With(whole, 13 + 6, 0x2B)),
+              Strings{"reface DX voice @0+241 ch1 (wrong byte count)"});
+    EXPECT_EQ(Lines(FirstOf(whole, 240)), Strings{"reface DX voice @0+240 ch1 (no end byte)"});
+    EXPECT_EQ(Lines(FirstOf(whole, 13 + 51 + 3 * 41 + 20)),
+              Strings{"reface DX voices, 0 voices @0+207 ch1 (no end byte, cut short, parts of a "
+                      "voice missing)"});
+    EXPECT_EQ(Lines(With(whole, 13 + 11 + 16, 12)),
+              Strings{"reface DX voice @0+241 ch1 (wrong checksum, values out of range)"});
+}
+
+TEST(DumpReader, OtherMessagesOfTheRefaceDx) {
+    const Bytes voice = TestRefaceVoice(7);
+    EXPECT_EQ(Lines(Join({TestRefaceMessages(voice),
+                          TestRefaceBlock(Join({{0, 0, 0}, Bytes(32, 1)}), 1),
+                          {0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x01, 0x00, 0xF7},
+                          {0xF0, 0x43, 0x20, 0x7F, 0x1C, 0x05, 0x0E, 0x0F, 0x00, 0xF7},
+                          {0xF0, 0x43, 0x20, 0x7F, 0x1C, 0x05, 0x00, 0x00, 0x00, 0xF7},
+                          TestRefaceMessages(voice)})),
+              (Strings{"reface DX voice @0+241 ch1", "reface DX data: settings @241+45 ch1",
+                       "reface DX data: parameter changes @286+11 ch1",
+                       "reface DX data: requests, 2 messages @297+20 ch1",
+                       "reface DX voice @317+241 ch1"}));
+}
+
+// ---- our own files
+
+Bytes Little32(std::uint32_t value) {
+    return {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8),
+            static_cast<std::uint8_t>(value >> 16), static_cast<std::uint8_t>(value >> 24)};
+}
+
+Bytes RefaceFile(const std::string &magic, std::uint32_t count, std::uint32_t recordSize = 202) {
+    return Join({TextBytes(magic), Little32(160), Little32(17), TextBytes("xdFR"), Little32(0),
+                 Little32(count), Little32(recordSize), Little32(0), Bytes(124)});
+}
+
+Bytes RefaceRecord(const Bytes &voice) {
+    return Join({TextBytes("oWNT"), Little32(52), Little32(38), Little32(112), TextBytes("xdFR"),
+                 Bytes(32), voice});
+}
+
+TEST(DumpReader, FilesOfTheRefaceDx) {
+    Bytes bank = RefaceFile("TNWRDXrf", 32);
+    for (int number = 0; number < 32; ++number) {
+        bank += RefaceRecord(TestRefaceVoice(number));
+    }
+    ASSERT_EQ(bank.size(), 6624u);
+    const Found found = Read(bank);
+    EXPECT_EQ(Lines(bank), Strings{"reface DX bank, 32 voices @0+6624"});
+    EXPECT_EQ(found.dumps[0].family, RefaceDriverId);
+    ASSERT_EQ(found.voices.size(), 32u);
+    EXPECT_EQ(found.voices[31], (KeptVoice{VoiceForm::Reface, TestRefaceVoice(31)}));
+    EXPECT_EQ(found.offsets[1], 160u + 202 + 52);
+    EXPECT_EQ(Lines(FirstOf(bank, 6623)), Strings{"reface DX bank, 31 voices @0+6623 (cut short)"});
+    EXPECT_EQ(Lines(Join({bank, {1, 2}})),
+              (Strings{"reface DX bank, 32 voices @0+6624", "unknown data @6624+2"}));
+
+    const Bytes single = Join({RefaceFile("TNWRDxrf", 1), RefaceRecord(TestRefaceVoice(3))});
+    ASSERT_EQ(single.size(), 362u);
+    EXPECT_EQ(Lines(single), Strings{"reface DX single-voice file @0+362"});
+    EXPECT_EQ(Read(single).voices[0].bytes, TestRefaceVoice(3));
+    EXPECT_EQ(Lines(FirstOf(single, 160)),
+              Strings{"reface DX single-voice file, 0 voices @0+160 (cut short)"});
+}
+
+TEST(DumpReader, RecordsOfOtherSizesAndWithoutAVoice) {
+    const Bytes voice = TestRefaceVoice(4);
+    Bytes bank = RefaceFile("TNWRDXrf", 2, 300);
+    bank += Join({RefaceRecord(voice), Bytes(98), Bytes(300)});
+    EXPECT_EQ(Lines(bank), Strings{"reface DX bank, 1 voice: 1 records without a voice @0+760"});
+    EXPECT_EQ(Lines(RefaceFile("TNWRDXrf", 0xFFFFFFFF, 0)),
+              Strings{"reface DX bank, 0 voices @0+160 (cut short)"});
+    EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 5, 0xFFFFFFFF), Bytes(500)})),
+              Strings{"reface DX bank, 0 voices @0+660 (cut short)"});
+    // A further part that stands elsewhere.
+    const Bytes loose =
+        Join({TextBytes("oWNT"), Little32(60), Little32(40), Little32(112), TextBytes("xdFR"),
+              Bytes(40), Bytes(voice.begin(), voice.begin() + 38), Bytes(2),
+              Bytes(voice.begin() + 38, voice.end())});
+    const Found found = Read(Join({RefaceFile("TNWRDXrf", 1, 212), loose}));
+    ASSERT_EQ(found.voices.size(), 1u);
+    EXPECT_EQ(found.voices[0].bytes, voice);
+    EXPECT_EQ(found.offsets[0], 220u);
+}
+
+Bytes Catalogue(const std::string &family, std::uint32_t count) {
+    return Join({TextBytes("TnwrTWdb"), TextBytes(family), Little32(1), Little32(2),
+                 Little32(count), Bytes(128)});
+}
+
+Bytes CatalogueRecord(const std::string &family, const Bytes &voice, std::uint32_t a,
+                      std::uint32_t b) {
+    return Join({TextBytes("RwnT"), TextBytes(family), Little32(1), Little32(2), Little32(290),
+                 Little32(a), Little32(b), Bytes(262), voice});
+}
+
+TEST(DumpReader, CataloguesOfBothFamilies) {
+    Bytes file = Catalogue("y7XD", 3);
+    file += CatalogueRecord("y7XD", TestUnpackedVoice(), 156, 0);
+    file += Bytes(446); // no record
+    file += CatalogueRecord("y7XD", TestUnpackedVoice(), 156, 0);
+    const Found found = Read(file);
+    EXPECT_EQ(Lines(file), Strings{"catalogue, 2 voices: 1 records without a voice @0+1490"});
+    EXPECT_EQ(found.dumps[0].family, Dx7DriverId);
+    EXPECT_EQ(found.voices[0], (KeptVoice{VoiceForm::Dx7Stored, TestUnpackedVoice()}));
+    EXPECT_EQ(found.offsets[0], 152u + 290);
+
+    Bytes reface = Catalogue("xdFR", 2);
+    reface += CatalogueRecord("xdFR", TestRefaceVoice(2), 38, 112);
+    reface += FirstOf(CatalogueRecord("xdFR", TestRefaceVoice(2), 38, 112), 439);
+    EXPECT_EQ(Lines(reface), Strings{"catalogue, 1 voice @0+1031 (cut short)"});
+    EXPECT_EQ(Read(reface).voices[0], (KeptVoice{VoiceForm::Reface, TestRefaceVoice(2)}));
+    EXPECT_EQ(Read(reface).dumps[0].family, RefaceDriverId);
+}
+
+// ---- MIDI files
+
+TEST(DumpReader, MessagesInTheEventsOfAMidiFile) {
+    const Bytes track = Join({{0x00, 0xFF, 0x03, 0x04, 'B', 'a', 'n', 'k'},
+                              {0x00, 0x90, 0x40, 0x40, 0x10, 0x40, 0x00}, // and running status
+                              {0x00, 0xC0, 0x05, 0x05, 0x06},
+                              TestMidiMessage(TestBank()),
+                              {0x81, 0x40, 0x90, 0x41, 0x40},
+                              TestMidiMessage(TestVoiceMessage(3)),
+                              TestMidiEnd()});
+    const Bytes file = TestMidiFile({TestMidiEnd(), track});
+    const std::size_t start = 14 + 12 + 8 + 8 + 7 + 5 + 1;
+    const std::size_t voice = start + 4104 + 2 + 5 + 1;
+    EXPECT_EQ(Lines(file), (Strings{"DX7 bank, 32 voices @" + std::to_string(start) +
+                                        "+4106 ch1 (in a MIDI "
+                                        "file)",
+                                    "DX7 voice @" + std::to_string(voice) +
+                                        "+165 ch3 (for channel 3, in a MIDI file)"}));
+    const Found found = Read(file);
+    EXPECT_EQ(found.offsets[0], start + 8);
+    EXPECT_EQ(found.offsets[31], start + 8 + 31 * 128);
+    EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+}
+
+TEST(DumpReader, AMessageInSeveralEvents) {
+    const Bytes bank = TestBank();
+    const auto part = [&bank](std::size_t from, std::size_t to) {
+        return Bytes(bank.begin() + static_cast<std::ptrdiff_t>(from),
+                     bank.begin() + static_cast<std::ptrdiff_t>(to));
+    };
+    const Bytes track =
+        Join({TestMidiEvent(0xF0, part(1, 1000)), TestMidiEvent(0xF7, part(1000, 1001)),
+              TestMidiEvent(0xF7, {}), TestMidiEvent(0xF7, part(1001, 4104)),
+              TestMidiEvent(0xF7, TestVoiceMessage()), TestMidiEnd()});
+    const Found found = Read(TestMidiFile({track}));
+    ASSERT_EQ(found.dumps.size(), 2u);
+    EXPECT_EQ(Line(found.dumps[0]), "DX7 bank, 32 voices @23+4116 ch1 (in a MIDI file)");
+    EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+    EXPECT_EQ(found.offsets[31], 23u + 6 + 31 * 128 + 2 + 3 + 3 + 4);
+    EXPECT_EQ(found.voices[32].form, VoiceForm::Dx7Single);
+}
+
+TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
+    const Bytes file = TestMidiFile({Join({TestMidiMessage(TestVoiceMessage()), TestMidiEnd()})});
+    Bytes riff = TextBytes("RIFF....RMIDdata....");
+    EXPECT_EQ(Lines(Join({riff, file})), Strings{"DX7 voice @43+165 ch1 (in a MIDI file)"});
+    EXPECT_EQ(Lines(Join({Bytes(128), file})), Strings{"DX7 voice @151+165 ch1 (in a MIDI file)"});
+    EXPECT_EQ(Lines(TestMidiFile({Join({{0x00, 0x90, 0x40, 0x40}, TestMidiEnd()})})),
+              Strings{"unknown data: MIDI file @0+30 (in a MIDI file)"});
+    // What follows the last track is as in any file; so is the rest of one that ends early.
+    EXPECT_EQ(Lines(Join({file, {0}, TestBank()})),
+              (Strings{"DX7 voice @23+165 ch1 (in a MIDI file)",
+                       "unknown data @" + std::to_string(file.size()) + "+1",
+                       "DX7 bank, 32 voices @" + std::to_string(file.size() + 1) + "+4104 ch1"}));
+    EXPECT_EQ(Lines(FirstOf(file, 23 + 100)),
+              Strings{"DX7 voice, 0 voices @23+100 ch1 (no end byte, cut short, in a MIDI file)"});
+    // A chunk that nobody knows.
+    Bytes odd = TestMidiChunk("MThd", {0, 1, 0, 1, 0, 96});
+    odd += TestMidiChunk("XFIH", Bytes(1000, 0xF0));
+    odd += TestMidiChunk("MTrk", Join({TestMidiMessage(TestVoiceMessage()), TestMidiEnd()}));
+    EXPECT_EQ(Lines(odd), Strings{"DX7 voice @1031+165 ch1 (in a MIDI file)"});
+}
+
+// ---- text
+
+TEST(DumpReader, ADumpInHexadecimal) {
+    const Bytes voice = TestVoiceMessage();
+    const auto line = [](std::size_t offset, std::size_t length) {
+        return Strings{"DX7 voice @" + std::to_string(offset) + "+" + std::to_string(length) +
+                       " ch1 (written in hexadecimal)"};
+    };
+    EXPECT_EQ(Lines(TextBytes(TestHex(voice))), line(0, 163 * 3 - 1));
+    EXPECT_EQ(Lines(TextBytes(TestHex(voice, ", ", "0123456789abcdef"))), line(0, 163 * 4 - 2));
+    EXPECT_EQ(Lines(TextBytes(TestHex(voice, ""))), line(0, 163 * 2));
+    EXPECT_EQ(Lines(TextBytes("0x" + TestHex(voice, ",\r\n0x"))), line(2, 163 * 7 - 5));
+    EXPECT_EQ(Lines(TextBytes("{ $" + TestHex(voice, " $") + " };\n")), line(3, 163 * 4 - 2));
+    EXPECT_EQ(Lines(TextBytes(TestHex(voice, "h ") + "h\n")), line(0, 163 * 4 - 2));
+    EXPECT_EQ(Lines(TextBytes("\\x" + TestHex(voice, "\\x"))), line(2, 163 * 4 - 2));
+    const Found found = Read(TextBytes(TestHex(voice)));
+    EXPECT_EQ(found.voices[0].bytes, Bytes(voice.begin() + 6, voice.begin() + 161));
+    EXPECT_EQ(found.offsets[0], 18u);
+}
+
+TEST(DumpReader, WordsAroundADumpInHexadecimal) {
+    const std::string voice = TestHex(TestVoiceMessage(), "\n");
+    const std::string text = "Dear 50 friends of F0 and f0 bad,\n" + voice + "\nand\n" + voice +
+                             voice + "\n\n12 33 Bye.\n";
+    const std::string offset = std::to_string(34 + 488 + 1);
+    EXPECT_EQ(
+        Lines(TextBytes(text)),
+        (Strings{"unknown data @0+32", "DX7 voice @34+488 ch1 (written in hexadecimal)",
+                 "unknown data @" + offset + "+3",
+                 "DX7 voice @" + std::to_string(34 + 488 + 5) + "+488 ch1 (written in hexadecimal)",
+                 "DX7 voice @" + std::to_string(34 + 488 + 5 + 488) +
+                     "+488 ch1 (written in hexadecimal)",
+                 "unknown data @" + std::to_string(34 + 488 + 5 + 2 * 488 + 2) +
+                     "+5 (written in hexadecimal)",
+                 "unknown data @" + std::to_string(34 + 488 + 5 + 2 * 488 + 2 + 6) + "+5"}));
+}
+
 } // namespace
 } // namespace tonewright

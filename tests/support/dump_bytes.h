@@ -152,4 +152,60 @@ inline DumpBytes TestRefaceMessages(const DumpBytes &voice, int device = 1) {
     return Join({messages, TestRefaceFooter(device)});
 }
 
+// ---- MIDI files
+
+// A length or a delta time, seven bits a byte.
+inline DumpBytes TestMidiNumber(std::size_t number) {
+    DumpBytes bytes = {static_cast<std::uint8_t>(number & 0x7F)};
+    for (number >>= 7; number > 0; number >>= 7) {
+        bytes.insert(bytes.begin(), static_cast<std::uint8_t>(0x80 | (number & 0x7F)));
+    }
+    return bytes;
+}
+
+// An event at delta time 0: of a message, or of a part of it.
+inline DumpBytes TestMidiEvent(std::uint8_t status, const DumpBytes &data) {
+    return Join({{0x00, status}, TestMidiNumber(data.size()), data});
+}
+// The event of a whole message.
+inline DumpBytes TestMidiMessage(const DumpBytes &message) {
+    return TestMidiEvent(0xF0, DumpBytes(message.begin() + 1, message.end()));
+}
+
+inline DumpBytes TestMidiChunk(std::string_view id, const DumpBytes &data) {
+    DumpBytes chunk = TextBytes(id);
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        chunk.push_back(static_cast<std::uint8_t>(data.size() >> shift));
+    }
+    return Join({chunk, data});
+}
+
+// The end of a track.
+inline DumpBytes TestMidiEnd() {
+    return {0x00, 0xFF, 0x2F, 0x00};
+}
+
+inline DumpBytes TestMidiFile(const std::vector<DumpBytes> &tracks) {
+    DumpBytes file =
+        TestMidiChunk("MThd", {0, 1, 0, static_cast<std::uint8_t>(tracks.size()), 0, 96});
+    for (const DumpBytes &track : tracks) {
+        file += TestMidiChunk("MTrk", track);
+    }
+    return file;
+}
+
+// ---- text
+
+// Two digits a byte, with `between` between two of them.
+inline std::string TestHex(const DumpBytes &bytes, std::string_view between = " ",
+                           std::string_view digits = "0123456789ABCDEF") {
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += text.empty() ? "" : between;
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
 } // namespace tonewright

@@ -1,0 +1,277 @@
+// Digits and what stands between them.
+#include "extras/hex_text.h"
+
+#include "midi/sysex.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace tonewright {
+namespace {
+
+using Text = std::span<const std::uint8_t>;
+
+constexpr std::string_view Between = " \t\r\n,;:-_{}()[]<>\"'\\/";
+constexpr int NoDigit = -1;
+
+constexpr std::array<signed char, 256> Digits = [] {
+    std::array<signed char, 256> digits{};
+    digits.fill(NoDigit);
+    for (int digit = 0; digit < 10; ++digit) {
+        digits['0' + digit] = static_cast<signed char>(digit);
+    }
+    for (int digit = 0; digit < 6; ++digit) {
+        digits['a' + digit] = digits['A' + digit] = static_cast<signed char>(10 + digit);
+    }
+    return digits;
+}();
+
+constexpr std::array<bool, 256> IsBetween = [] {
+    std::array<bool, 256> between{};
+    for (const char character : Between) {
+        between[static_cast<unsigned char>(character)] = true;
+    }
+    return between;
+}();
+
+bool IsLetterOrDigit(std::uint8_t character) {
+    return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'z') ||
+           (character >= 'A' && character <= 'Z');
+}
+
+bool IsEndOfLine(std::uint8_t character) {
+    return character == '\n' || character == '\r';
+}
+
+// What tells the letters behind the bytes of a line from more bytes.
+enum class Column {
+    None,        // the line has no place in front
+    TwoBlanks,   // "00000010: ..."
+    VerticalBar, // "00000010  ..."
+};
+
+struct Lexer {
+    bool atLineStart = true;
+    Column column = Column::None;
+    std::size_t bytesOfLine = 0;
+    bool isInColumn = false;
+    bool ends = false; // what follows are no digits of a dump
+};
+
+// How many characters a reading of one step looks at.
+constexpr std::size_t StepSize = 64;
+
+struct Step {
+    std::size_t size = 0; // characters
+    bool isByte = false;  // whose digits are the last two of them
+    std::uint8_t byte = 0;
+};
+
+std::uint8_t At(Text text, std::size_t at) {
+    return at < text.size() ? text[at] : std::uint8_t{'\n'};
+}
+
+bool IsPair(Text text, std::size_t at) {
+    return Digits[At(text, at)] != NoDigit && Digits[At(text, at + 1)] != NoDigit;
+}
+
+// The length of the place that a line begins with and what follows it; 0 for none.
+std::size_t PlaceAt(Text text, Lexer &lexer) {
+    constexpr std::size_t least = 4, whole = 8;
+    std::size_t digits = 0;
+    while (digits <= whole && Digits[At(text, digits)] != NoDigit) {
+        ++digits;
+    }
+    if (digits < least || digits > whole) {
+        return 0;
+    }
+    if (text.size() > digits && text[digits] == ':') {
+        lexer.column = Column::TwoBlanks;
+        return digits + 1;
+    }
+    if (digits == whole && At(text, digits) == ' ' && At(text, digits + 1) == ' ' &&
+        IsPair(text, digits + 2) && At(text, digits + 4) == ' ') {
+        lexer.column = Column::VerticalBar;
+        return digits;
+    }
+    return 0;
+}
+
+// The letters behind the bytes of a line begin here.
+bool IsColumn(Text text, const Lexer &lexer) {
+    switch (lexer.column) {
+    case Column::TwoBlanks:
+        return lexer.bytesOfLine > 0 && text[0] == ' ' && At(text, 1) == ' ';
+    case Column::VerticalBar:
+        return text[0] == '|';
+    case Column::None:
+        break;
+    }
+    return false;
+}
+
+// `text` is not empty and, unless it ends, StepSize long.
+Step NextStep(Text text, Lexer &lexer) {
+    if (lexer.atLineStart) {
+        lexer.atLineStart = false;
+        lexer.column = Column::None;
+        lexer.bytesOfLine = 0;
+        if (const std::size_t place = PlaceAt(text, lexer)) {
+            return {place};
+        }
+    }
+    lexer.isInColumn = (lexer.isInColumn || IsColumn(text, lexer)) && !IsEndOfLine(text[0]);
+    if (lexer.isInColumn) {
+        return {1};
+    }
+    std::size_t at = 0;
+    if (text[0] == '$' || text[0] == '#') {
+        at = 1;
+    } else if (text[0] == '0' && (At(text, 1) == 'x' || At(text, 1) == 'X')) {
+        at = 2;
+    } else if (text[0] == 'x' || text[0] == 'X') {
+        at = 1;
+    }
+    if (IsPair(text, at)) {
+        ++lexer.bytesOfLine;
+        const int byte = Digits[text[at]] << 4 | Digits[text[at + 1]];
+        return {at + 2, true, static_cast<std::uint8_t>(byte)};
+    }
+    const bool isSuffix = (text[0] == 'h' || text[0] == 'H') && !IsLetterOrDigit(At(text, 1)) &&
+                          lexer.bytesOfLine > 0;
+    if (IsBetween[text[0]] || isSuffix) {
+        lexer.atLineStart = IsEndOfLine(text[0]);
+        return {1};
+    }
+    lexer.ends = true;
+    return {};
+}
+
+// Whether a message of some sense begins with the digits that `text` begins with.
+bool IsMessage(Text text) {
+    constexpr std::size_t least = 6;
+    Lexer lexer;
+    lexer.atLineStart = false;
+    std::size_t bytes = 0;
+    while (!text.empty() && bytes < least) {
+        const Step step = NextStep(text, lexer);
+        if (lexer.ends) {
+            return false;
+        }
+        if (step.isByte) {
+            if ((bytes == 0) != (step.byte == StartOfSysex) || (bytes > 0 && step.byte >= 0x80)) {
+                return false;
+            }
+            ++bytes;
+        }
+        text = text.subspan(step.size);
+    }
+    return bytes == least;
+}
+
+// Where the line begins that ends with `before`.
+std::size_t LineStart(Text before) {
+    std::size_t start = before.size();
+    while (start > 0 && !IsEndOfLine(before[start - 1])) {
+        --start;
+    }
+    return start;
+}
+
+// What the line says whose bytes begin at `digits`, and where it begins if it says that.
+Lexer LexerAt(Text text, std::size_t digits, std::size_t &front) {
+    Lexer lexer;
+    lexer.atLineStart = false;
+    constexpr std::size_t longest = 12; // of a place and what follows it
+    const std::size_t start = LineStart(text.first(digits));
+    if (digits - start <= longest) {
+        const std::size_t place = PlaceAt(text.subspan(start), lexer);
+        const Text rest = text.subspan(start + place, digits - start - place);
+        if (place > 0 && std::ranges::all_of(rest, [](auto blank) { return blank == ' '; })) {
+            front = start;
+        } else {
+            lexer.column = Column::None;
+        }
+    }
+    return lexer;
+}
+
+// Where that begins which stands in front of a message's digits and belongs to them.
+std::size_t FrontOf(Text text, std::size_t digits) {
+    std::size_t front = digits;
+    if (front > 0 && (text[front - 1] == '$' || text[front - 1] == '#')) {
+        --front;
+    } else if (front > 0 && (text[front - 1] == 'x' || text[front - 1] == 'X')) {
+        front -= front > 1 && text[front - 2] == '0' ? 2 : 1;
+    }
+    LexerAt(text, digits, front);
+    while (front > 0 && IsBetween[text[front - 1]]) {
+        --front;
+    }
+    return front;
+}
+
+void ReadMore(DumpStream &text, Lexer &lexer, DecodedBytes &decoded, DumpStream &stream,
+              std::size_t wanted) {
+    ForgetUsed(decoded, stream);
+    while (decoded.bytes.size() < wanted && !lexer.ends) {
+        LookAhead(text, StepSize);
+        if (text.bytes.empty()) {
+            lexer.ends = true;
+            break;
+        }
+        const Step step = NextStep(text.bytes, lexer);
+        if (step.isByte) {
+            AddByte(decoded, step.byte, OffsetOf(text, step.size - 2));
+        }
+        MoveOn(text, step.size);
+    }
+    stream.ends = lexer.ends;
+    ShowBytes(decoded, stream);
+}
+
+} // namespace
+
+bool IsText(std::span<const std::uint8_t> bytes) {
+    return std::ranges::all_of(bytes, [](std::uint8_t byte) {
+        return (byte >= 0x20 && byte != 0x7F) || byte == '\n' || byte == '\r' || byte == '\t';
+    });
+}
+
+std::optional<HexMessage> FindHexMessage(std::span<const std::uint8_t> text, std::size_t limit) {
+    for (std::size_t at = 0; at < limit; ++at) {
+        // The second digit is the rarer one.
+        const void *found =
+            at + 1 < text.size() ? std::memchr(&text[at + 1], '0', text.size() - at - 1) : nullptr;
+        if (!found) {
+            break;
+        }
+        at = static_cast<std::size_t>(static_cast<const std::uint8_t *>(found) - text.data()) - 1;
+        const bool isF = text[at] == 'F' || text[at] == 'f';
+        const bool beginsWord =
+            at == 0 || !IsLetterOrDigit(text[at - 1]) || text[at - 1] == 'x' || text[at - 1] == 'X';
+        if (at < limit && isF && beginsWord && IsMessage(text.subspan(at))) {
+            return HexMessage{FrontOf(text, at), at};
+        }
+    }
+    return std::nullopt;
+}
+
+void ReadHexText(DumpStream &text, const HexMessage &message,
+                 const std::function<void(DumpStream &)> &read) {
+    std::size_t front = 0;
+    Lexer lexer = LexerAt(text.bytes, message.digits, front);
+    MoveOn(text, message.digits);
+    DecodedBytes decoded;
+    DumpStream bytes;
+    bytes.ends = false;
+    bytes.width = 2;
+    bytes.more = [&](DumpStream &stream, std::size_t wanted) {
+        ReadMore(text, lexer, decoded, stream, wanted);
+    };
+    read(bytes);
+}
+
+} // namespace tonewright
