@@ -2,18 +2,15 @@
 #include "extras/rescue.h"
 
 #include "core/dispatch.h"
-#include "drivers/dx7/files.h"
-#include "drivers/reface_dx/files.h"
-#include "extras/initial_voice.h"
+#include "drivers/dx7/voice_codec.h"
+#include "drivers/reface_dx/voice_codec.h"
+#include "extras/document_bytes.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace tonewright {
 namespace {
-
-// ---- bytes of documents
 
 // A voice that waits for its document.
 struct WaitingVoice {
@@ -22,56 +19,6 @@ struct WaitingVoice {
     std::size_t dump = 0;    // of the dumps with voices
 };
 using Voices = std::span<const WaitingVoice>;
-
-std::vector<std::uint8_t> Dx7BankOf(Voices voices) {
-    std::array<std::uint8_t, Dx7BankFileSize> image;
-    auto end = image.begin() + Dx7FileHeaderSize;
-    for (const WaitingVoice &waiting : voices) {
-        end = std::ranges::copy(PackedBytesOf(waiting.voice.Voice()), end).out;
-    }
-    const KeptVoice initial = InitialVoiceOf(Dx7DriverId);
-    for (std::size_t row = voices.size(); row < Dx7VoicesPerBank; ++row) {
-        end = std::ranges::copy(initial.bytes, end).out;
-    }
-    CloseDx7Bank(image);
-    return {image.begin(), image.end()};
-}
-
-std::vector<std::uint8_t> Dx7VoiceFileOf(const KeptVoice &voice) {
-    const VoiceObject object = VoiceObjectOf(voice.Voice());
-    const auto image = EncodeDx7Voice(*Dx7VoiceOf(&object));
-    return {image.begin(), image.end()};
-}
-
-std::vector<std::uint8_t> RefaceFileOf(RefaceFileKind kind, Voices voices) {
-    std::vector<VoiceObject> objects;
-    for (const WaitingVoice &waiting : voices) {
-        objects.push_back(VoiceObjectOf(waiting.voice.Voice()));
-    }
-    if (kind == RefaceFileKind::Bank) {
-        objects.resize(RefaceVoicesPerBank, VoiceObjectOf(InitialVoiceOf(RefaceDriverId).Voice()));
-    }
-    std::vector<const VoiceObject *> rows;
-    for (const VoiceObject &object : objects) {
-        rows.push_back(&object);
-    }
-    constexpr std::uint32_t unknownFirmware = 0;
-    return EncodeRefaceFile(kind, rows, unknownFirmware);
-}
-
-// An operator that is off keeps its level in a voice of 156 bytes, and not in a packed one.
-bool LosesLevelWhenPacked(const KeptVoice &voice) {
-    if (voice.form != VoiceForm::Dx7Stored) {
-        return false;
-    }
-    for (std::size_t block = 0; block < Dx7OperatorCount; ++block) {
-        const bool isOn = voice.bytes[Dx7Voice::operatorEnable] & 0x20 >> block;
-        if (!isOn && voice.bytes[block * Dx7OperatorSize + Dx7Operator::outputLevel] != 0) {
-            return true;
-        }
-    }
-    return false;
-}
 
 // ---- what becomes of the dumps
 
@@ -130,12 +77,11 @@ void MakeDocument(Rescue &rescue, Voices voices, bool asBank) {
     for (const WaitingVoice &waiting : voices) {
         document.highByteVoices += HighBytesOf(waiting.voice.Voice()) != 0;
     }
-    if (family == RefaceDriverId) {
-        document.bytes =
-            RefaceFileOf(asBank ? RefaceFileKind::Bank : RefaceFileKind::SingleVoice, voices);
-    } else {
-        document.bytes = asBank ? Dx7BankOf(voices) : Dx7VoiceFileOf(first.voice);
+    std::vector<KeptVoice> kept;
+    for (const WaitingVoice &waiting : voices) {
+        kept.push_back(waiting.voice);
     }
+    document.bytes = asBank ? BankBytesOf(kept) : VoiceFileBytesOf(kept.front());
     rescue.isFirst = false;
     rescue.isWanted = rescue.visit(document);
 }
@@ -158,7 +104,7 @@ Way WayOfWaiting(const Rescue &rescue) {
 // As many wait as a bank has.
 void MakeWholeBank(Rescue &rescue) {
     if (WayOfWaiting(rescue) == Way::Singles &&
-        std::ranges::any_of(rescue.waiting, LosesLevelWhenPacked, &WaitingVoice::voice)) {
+        std::ranges::any_of(rescue.waiting, LosesLevelInBank, &WaitingVoice::voice)) {
         MakeSingles(rescue);
     } else {
         MakeDocument(rescue, rescue.waiting, true);
