@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "common/wave_file.h"
 #include "database/record_sort.h"
+#include "extras/archive_store.h"
 
 #include <algorithm>
 
@@ -22,6 +23,11 @@ const std::array<Choice, 3> SampleKinds = {{
     {"16", static_cast<std::uint32_t>(WaveSample::Integer16)},
     {"24", static_cast<std::uint32_t>(WaveSample::Integer24)},
     {"32f", static_cast<std::uint32_t>(WaveSample::Float32)},
+}};
+
+const std::array<Choice, 2> ArchiveInstruments = {{
+    {"dx7", ArchiveFamilyDx7},
+    {"reface", ArchiveFamilyReface},
 }};
 
 const std::array<Choice, 3> SettingsActions = {{{"list", 1}, {"get", 2}, {"set", 3}}};

@@ -26,6 +26,9 @@ extern const std::array<Choice, 2> Papers;
 // Of --bits, of which the first one is taken without it; the values are those of WaveSample.
 extern const std::array<Choice, 3> SampleKinds;
 
+// Of --instrument; the values are those of ArchiveFamily.
+extern const std::array<Choice, 2> ArchiveInstruments;
+
 // What settings does; the value is the number of its words, the action's with them.
 extern const std::array<Choice, 3> SettingsActions;
 

@@ -46,6 +46,15 @@ int CliDbCheck(const CliCall &call);
 int CliDbPrint(const CliCall &call);
 int CliIdentify(const CliCall &call);
 int CliRescue(const CliCall &call);
+int CliArchiveAdd(const CliCall &call);
+int CliArchiveUpdate(const CliCall &call);
+int CliArchiveFind(const CliCall &call);
+int CliArchiveDuplicates(const CliCall &call);
+int CliArchiveSimilar(const CliCall &call);
+int CliArchiveShow(const CliCall &call);
+int CliArchiveMakeBank(const CliCall &call);
+int CliArchiveForget(const CliCall &call);
+int CliArchiveCheck(const CliCall &call);
 int CliComplete(const CliCall &call);
 
 } // namespace tonewright

@@ -77,6 +77,11 @@ const std::array<CliOptionRow, CliOptionCount> CliOptions = {{
     {CliOption::Rate, "--rate", "N", "frames a second, 8000 to 192000 (48000)"},
     {CliOption::Bits, "--bits", "KIND", "the samples: 16, which is taken without it, 24 or 32f"},
     {CliOption::Into, "--into", "FOLDER", "the folder for what is written"},
+    {CliOption::Archive, "--archive", "FILE", "an archive other than the user's"},
+    {CliOption::Algorithm, "--algorithm", "N", "voices of this algorithm, 1 to 32, alone"},
+    {CliOption::Instrument, "--instrument", "NAME",
+     "voices of this instrument alone: dx7 or reface"},
+    {CliOption::Folder, "--folder", "FOLDER", "voices in this folder and below it alone"},
     {CliOption::Help, "--help", nullptr, "show this help, or that of a command"},
     {CliOption::Version, "--version", nullptr, "show the program's version"},
 }};

@@ -19,9 +19,9 @@ constexpr int ExitWrongCall = 2; // the command line itself is wrong
 enum class CliOption : std::size_t {
     Yes, No, Screen, File, Synth, In, Out, Channel, Trace, Memory, Silent, Careful, NoCareful,
     WholeDetune, NoWholeDetune, Database, Sort, Paper, Note, Velocity, Seconds, Release, Rate, Bits,
-    Into, Help, Version,
+    Into, Archive, Algorithm, Instrument, Folder, Help, Version,
 };
-constexpr std::size_t CliOptionCount = 27;
+constexpr std::size_t CliOptionCount = 31;
 
 constexpr unsigned OptionBit(CliOption option) {
     return 1u << static_cast<unsigned>(option);

@@ -67,6 +67,35 @@ constexpr const char *HelpOfRescue =
     "Voices\n"
     "with bytes above 7F are asked about.\n";
 
+// Of what looks into the archive.
+constexpr unsigned Archive = OptionBit(CliOption::Archive);
+constexpr unsigned Filters = OptionBit(CliOption::Algorithm) | OptionBit(CliOption::Instrument) |
+                             OptionBit(CliOption::Folder);
+
+constexpr const char *HelpOfArchiveAdd =
+    "\nThe archive is an index; the files stay where they are, and are never changed. Afterwards "
+    "it\n"
+    "prints how many files were added, changed, moved and so on, and what is in the archive now.\n"
+    "Files that could not be read are told, and the others are in it.\n";
+
+constexpr const char *HelpOfArchiveFind =
+    "\nA line for each voice: its id, name, instrument, algorithm, how often it is found, and "
+    "file\n"
+    "and place of the first one that fits, in the order of the names. Each word stands somewhere\n"
+    "in the name; \"\" finds all. Voices that sound the same are one, whatever they are called.\n";
+
+constexpr const char *HelpOfArchiveDuplicates =
+    "\nA line for each place, as find prints it, those of the voice that is found most first.\n";
+
+constexpr const char *HelpOfArchiveSimilar =
+    "\nThe twenty that are nearest, the nearest first: how far each is, then what find prints.\n"
+    "FILE may be any file with voices; the voice itself is not among them.\n";
+
+constexpr const char *HelpOfArchiveMakeBank =
+    "\nThe bytes are those of the files that the voices are found in, with all bits of each "
+    "detune;\n"
+    "initial voices fill up the bank. A question is asked before a file is replaced.\n";
+
 constexpr CliCommand Commands[] = {
     {"list", "FILE...", "print place, name and algorithm (also one above 32) of each voice", 1,
      AnyNumber, Answers, CliList},
@@ -147,6 +176,23 @@ constexpr CliCommand Commands[] = {
      AnyNumber, 0, CliIdentify, HelpOfIdentify},
     {"rescue", "IN...", "write every bank and voice in any file into files of --into", 1, AnyNumber,
      Answers | OptionBit(CliOption::Into), CliRescue, HelpOfRescue},
+    {"archive add", "FOLDER...", "add folders, and all below them, to the archive of voices", 1,
+     AnyNumber, Archive, CliArchiveAdd, HelpOfArchiveAdd},
+    {"archive update", "", "look what has changed in the folders of the archive", 0, 0, Archive,
+     CliArchiveUpdate},
+    {"archive find", "TEXT...", "print the voices whose name holds each word", 1, AnyNumber,
+     Archive | Filters, CliArchiveFind, HelpOfArchiveFind},
+    {"archive duplicates", "", "print the places of voices that are found more than once", 0, 0,
+     Archive | Filters, CliArchiveDuplicates, HelpOfArchiveDuplicates},
+    {"archive similar", "FILE PLACE", "print the voices that sound like the one at PLACE", 2, 2,
+     Archive, CliArchiveSimilar, HelpOfArchiveSimilar},
+    {"archive show", "ID", "print every place where the voice is found", 1, 1, Archive,
+     CliArchiveShow},
+    {"archive make-bank", "OUT ID...", "write a bank of these voices, at most 32", 2, 33,
+     Answers | Archive, CliArchiveMakeBank, HelpOfArchiveMakeBank},
+    {"archive forget", "FOLDER", "take a folder out of the archive; its files stay", 1, 1, Archive,
+     CliArchiveForget},
+    {"archive check", "", "say whether the archive is whole", 0, 0, Archive, CliArchiveCheck},
     {"complete", "WORD...", "print what the last word of a call may become, for a shell", 1,
      AnyNumber, 0, CliComplete, HelpOfComplete},
 };

@@ -179,6 +179,8 @@ constexpr ArgumentRow Arguments[] = {
     {CliColours, "FILE", OfferColourTables},
     {CliIdentify, "FILE", OfferAnyFile},
     {CliRescue, "IN", OfferAnyFile},
+    {CliArchiveSimilar, "FILE", OfferAnyFile},
+    {nullptr, "FOLDER", OfferAnyFile},
     {nullptr, "FILE", OfferBanksAndVoices},
     {nullptr, "IN", OfferBanks},
     {nullptr, "BANK", OfferBanks},
@@ -209,6 +211,9 @@ constexpr ValueRow Values[] = {
     {CliOption::Sort, OfferChoices<SortOrders>},
     {CliOption::Paper, OfferChoices<Papers>},
     {CliOption::Into, OfferAnyFile},
+    {CliOption::Archive, OfferAnyFile},
+    {CliOption::Folder, OfferAnyFile},
+    {CliOption::Instrument, OfferChoices<ArchiveInstruments>},
     {CliOption::Bits, OfferChoices<SampleKinds>},
 };
 
