@@ -55,11 +55,11 @@ constexpr const char *Steps[] = {
 // What a new file is, which its first page says and nothing changes later. Pages of this size hold
 // the voices of several banks with little room left over.
 constexpr const char *SetUp = "PRAGMA page_size = 8192;"
-                              "PRAGMA auto_vacuum = INCREMENTAL;"
-                              "PRAGMA journal_mode = WAL;";
+                              "PRAGMA auto_vacuum = INCREMENTAL;";
 // Of each connection. A commit does not wait for the disk, which keeps their order: after a power
 // cut the last ones may be missing, and the next update makes them again.
-constexpr const char *Ways = "PRAGMA synchronous = NORMAL;"
+constexpr const char *Ways = "PRAGMA journal_mode = WAL;"
+                             "PRAGMA synchronous = NORMAL;"
                              "PRAGMA temp_store = MEMORY;"
                              "PRAGMA cache_size = -8192;"
                              "PRAGMA wal_autocheckpoint = 2048;"
@@ -110,12 +110,16 @@ std::span<const std::uint8_t> BytesOf(const std::string &text) {
 enum class Contents { Nothing, Archive, OlderArchive, NewerArchive, Foreign, Unread };
 
 Contents ContentsOf(SqliteDatabase &database) {
+    // One state of the file, whoever else is about to make it.
+    RunSql(database, "BEGIN");
     const auto application = NumberOfSql(database, "PRAGMA application_id");
     const auto version = SqliteVersion(database);
     const auto tables = NumberOfSql(database, "SELECT count(*) FROM sqlite_master");
     if (!application || !version || !tables) {
+        RollBack(database);
         return Contents::Unread;
     }
+    RunSql(database, "COMMIT");
     const bool ours = std::to_string(*application) == ARCHIVE_APPLICATION;
     if (!ours || *version <= 0) {
         const bool nothing = *application == 0 && *version == 0 && *tables == 0;
@@ -165,16 +169,11 @@ bool BringUp(ArchiveStore &store) {
         return made.has_value();
     }
     // In one step with the mark, so that a kill leaves either all to be read again or nothing done.
-    const std::string anew = "BEGIN IMMEDIATE; DELETE FROM features;"
-                             "UPDATE file SET again = 2; UPDATE archive SET made = " +
-                             std::to_string(MadeBy) + ", changes = changes + 1; COMMIT";
-    if (RunSql(database, anew.c_str())) {
-        return true;
-    }
-    const SqliteFailure failure = TakeFailure(database);
-    RunSql(database, "ROLLBACK");
-    TakeFailure(database);
-    return failure.fault == SqliteFault::None;
+    // In one step with the mark, so that a kill leaves either all to be read again or nothing done.
+    const std::string anew = "BEGIN IMMEDIATE; DELETE FROM features; UPDATE file SET again = 2;"
+                             "UPDATE archive SET changes = changes + 1, made = " +
+                             std::to_string(MadeBy) + "; COMMIT";
+    return RunSql(database, anew.c_str()) || RollBack(database);
 }
 
 // A statement, made when it is first used.
@@ -187,12 +186,11 @@ SqliteStatement &Ready(ArchiveStore &store, SqliteStatement &statement, const ch
 
 // Runs a statement of a batch; an error drops the batch.
 bool RunOfBatch(ArchiveStore &store, const SqliteStatement &statement, ArchiveError &error) {
-    if (Run(*store.database, statement) && Went(store, error)) {
+    if (Run(*store.database, statement)) {
         return true;
     }
+    RollBack(*store.database);
     Went(store, error);
-    RunSql(*store.database, "ROLLBACK");
-    TakeFailure(*store.database);
     return false;
 }
 
@@ -346,9 +344,10 @@ ArchiveStorePointer OpenArchive(const std::string &path, ArchiveUse use, Archive
         if (IsReadOnly(*store->database)) {
             return Refuse(error, TextOf({SqliteFault::Denied, {}}), path);
         }
-        BringUp(*store);
     }
-    const auto made = NumberOfSql(*store->database, "SELECT made FROM archive");
+    const bool isUp = use == ArchiveUse::Read || BringUp(*store);
+    const auto made =
+        isUp ? NumberOfSql(*store->database, "SELECT made FROM archive") : std::nullopt;
     store->featuresFit = made == MadeBy;
     if (!Went(*store, error)) {
         return Refuse(error, error.text, path);

@@ -5,7 +5,6 @@
 #include "common/loaded_library.h"
 #endif
 
-#include <cerrno>
 #include <sqlite3.h>
 #include <utility>
 
@@ -39,8 +38,7 @@ namespace {
     CALL(sqlite3_open_v2)                                                                          \
     CALL(sqlite3_prepare_v2)                                                                       \
     CALL(sqlite3_reset)                                                                            \
-    CALL(sqlite3_step)                                                                             \
-    CALL(sqlite3_system_errno)
+    CALL(sqlite3_step)
 
 struct SqliteLibrary {
 #define DECLARE(name) decltype(&::name) name = nullptr;
@@ -75,7 +73,7 @@ const SqliteLibrary &Library() {
 
 // ---- what its calls give
 
-SqliteFault FaultOfCode(sqlite3 *connection, int code) {
+SqliteFault FaultOfCode(int code) {
     switch (code & 0xFF) {
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -96,11 +94,8 @@ SqliteFault FaultOfCode(sqlite3 *connection, int code) {
     case SQLITE_FORMAT:
         return SqliteFault::Damaged;
     case SQLITE_IOERR:
-        if (const int reason = connection ? Library().sqlite3_system_errno(connection) : 0;
-            reason == ENOSPC || reason == EFBIG) {
-            return SqliteFault::Full;
-        }
-        return SqliteFault::Other;
+        // The room that programs share beside the file, before anything stands in it.
+        return code == SQLITE_IOERR_SHMSIZE ? SqliteFault::Full : SqliteFault::Other;
     case SQLITE_CANTOPEN:
         return SqliteFault::Missing;
     default:
@@ -110,12 +105,12 @@ SqliteFault FaultOfCode(sqlite3 *connection, int code) {
 
 // Notes what a call gave. True when it went well.
 bool Note(SqliteDatabase &database, int code) {
-    const SqliteFault fault = FaultOfCode(database.connection, code);
+    const SqliteFault fault = FaultOfCode(code);
     if (fault == SqliteFault::None) {
         return true;
     }
-    database.failure = {fault, Library().sqlite3_errmsg(database.connection)};
-    return false;
+            database.failure = {fault, Library().sqlite3_errmsg(database.connection)};
+            return false;
 }
 
 // A path as the name of a file that nobody changes.
@@ -158,7 +153,7 @@ SqlitePointer OpenSqlite(const std::string &path, SqliteUse use, int waitMillise
                       (use == SqliteUse::Write ? SQLITE_OPEN_CREATE : 0);
     const std::string name = still ? StillName(path) : path;
     const int code = Library().sqlite3_open_v2(name.c_str(), &database->connection, flags, nullptr);
-    fault = FaultOfCode(database->connection, code);
+    fault = FaultOfCode(code);
     if (fault != SqliteFault::None) {
         return nullptr;
     }
@@ -186,6 +181,13 @@ SqliteFailure TakeFailure(SqliteDatabase &database) {
 bool RunSql(SqliteDatabase &database, const char *sql) {
     return Note(database,
                 Library().sqlite3_exec(database.connection, sql, nullptr, nullptr, nullptr));
+}
+
+bool RollBack(SqliteDatabase &database) {
+    const SqliteFailure failure = TakeFailure(database);
+    RunSql(database, "ROLLBACK");
+    database.failure = failure;
+    return false;
 }
 
 std::optional<std::int64_t> NumberOfSql(SqliteDatabase &database, const char *sql) {
@@ -245,10 +247,6 @@ std::int64_t LastRowOf(SqliteDatabase &database) {
     return Library().sqlite3_last_insert_rowid(database.connection);
 }
 
-void Reset(const SqliteStatement &statement) {
-    Library().sqlite3_reset(statement.get());
-}
-
 std::int64_t NumberAt(const SqliteStatement &statement, int column) {
     return Library().sqlite3_column_int64(statement.get(), column);
 }
@@ -286,10 +284,7 @@ bool BringSqliteUp(SqliteDatabase &database, std::span<const char *const> steps)
     if (done && RunSql(database, mark.c_str()) && RunSql(database, "COMMIT")) {
         return true;
     }
-    const SqliteFailure failure = TakeFailure(database);
-    RunSql(database, "ROLLBACK");
-    database.failure = failure;
-    return false;
+    return RollBack(database);
 }
 
 } // namespace tonewright

@@ -55,6 +55,9 @@ SqliteFailure TakeFailure(SqliteDatabase &database);
 
 // Statements without results, one or several. False when one fails; the rest is not run.
 bool RunSql(SqliteDatabase &database, const char *sql);
+// Takes back what the present transaction, if there is one, has done. What led to it is what
+// TakeFailure tells. Always false.
+bool RollBack(SqliteDatabase &database);
 // The number that a query gives in its first row; nothing for none or a failure.
 std::optional<std::int64_t> NumberOfSql(SqliteDatabase &database, const char *sql);
 
@@ -77,8 +80,6 @@ bool NextRow(SqliteDatabase &database, const SqliteStatement &statement);
 bool Run(SqliteDatabase &database, const SqliteStatement &statement);
 // The number of the row that was inserted last.
 std::int64_t LastRowOf(SqliteDatabase &database);
-// Leaves off in the middle of the rows.
-void Reset(const SqliteStatement &statement);
 
 // Columns of the present row, counted from 0; bytes and texts are valid until the next one.
 std::int64_t NumberAt(const SqliteStatement &statement, int column);

@@ -31,6 +31,10 @@ bool RunSql(SqliteDatabase &, const char *) {
     return false;
 }
 
+bool RollBack(SqliteDatabase &) {
+    return false;
+}
+
 std::optional<std::int64_t> NumberOfSql(SqliteDatabase &, const char *) {
     return std::nullopt;
 }
@@ -56,8 +60,6 @@ bool Run(SqliteDatabase &, const SqliteStatement &) {
 std::int64_t LastRowOf(SqliteDatabase &) {
     return 0;
 }
-
-void Reset(const SqliteStatement &) {}
 
 std::int64_t NumberAt(const SqliteStatement &, int) {
     return 0;
