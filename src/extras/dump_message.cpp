@@ -236,7 +236,11 @@ std::optional<DumpMessage> ReadBulk(Bytes bytes, const BulkFormat &format, Messa
         const std::size_t one = format.voices == 1 ? size : format.size / format.voices;
         message.voices = data.size / one;
     }
-    if (place == MessagePlace::Amid && message.voices == 0 && count != format.size) {
+    // Amid other bytes a header alone may be chance: its count is right, or what follows is.
+    constexpr std::uint32_t ofChance = DumpFault::Cut | DumpFault::NoEnd;
+    const std::uint32_t chance =
+        format.kind == DumpKind::Dx7Bank ? ofChance : ofChance | DumpFault::Checksum;
+    if (place == MessagePlace::Amid && count != format.size && (data.faults & chance) != 0) {
         return std::nullopt;
     }
     if (format.kind == DumpKind::Dx7Bank || format.kind == DumpKind::Dx7Voice) {
@@ -398,8 +402,11 @@ std::optional<DumpMessage> ReadOther(Bytes bytes, bool isAll, MessagePlace place
     const std::size_t end = 1 + plain;
     const bool hasEnd = end < bytes.size() && bytes[end] == EndOfSysex;
     const bool goesOn = end == bytes.size() && !isAll;
-    if (plain == 0 || (!hasEnd && end < LeastAmid) ||
-        (place == MessagePlace::Amid && end < LeastAmid)) {
+    const bool isLong = end >= LeastAmid;
+    // Amid other bytes it is one where another one follows, or nothing.
+    const bool isFollowed = end + 1 < bytes.size() ? bytes[end + 1] == StartOfSysex : isAll;
+    if (plain == 0 || (!hasEnd && !isLong) ||
+        (place == MessagePlace::Amid && !(hasEnd && isLong && isFollowed))) {
         return std::nullopt;
     }
     DumpMessage message;
@@ -422,7 +429,7 @@ std::optional<DumpMessage> ReadKnown(Bytes bytes, MessagePlace place) {
         break;
     case KindChange:
     case KindRequest:
-        return ReadShort(bytes);
+        return place == MessagePlace::Clean ? ReadShort(bytes) : std::nullopt;
     default:
         return std::nullopt;
     }

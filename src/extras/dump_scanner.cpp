@@ -34,8 +34,9 @@ struct Scanner {
     DumpOutput &output;
     RefaceRun run = {};
     MessagePlace place = MessagePlace::Clean;
-    bool isAmid = false; // a stretch that is nothing goes on
-    bool isText = false; // and it is text
+    bool isAmid = false;          // a stretch that is nothing goes on
+    bool isText = false;          // and it is text
+    std::uint64_t noneBefore = 0; // no message begins amid the bytes in front of this index
 };
 
 FoundDump DumpAt(const DumpStream &stream, DumpKind kind, std::size_t length) {
@@ -289,6 +290,30 @@ void TakeStretch(Scanner &scanner, std::size_t size, bool isAll) {
     TakeUnknown(scanner, size);
 }
 
+// Where the next message begins behind the place, or `limit`. What has been looked at once is not
+// looked at again.
+std::size_t FindAmid(Scanner &scanner, std::size_t limit, std::optional<DumpMessage> &message) {
+    const DumpStream &stream = scanner.stream;
+    const Bytes bytes = stream.bytes;
+    std::size_t at = 1;
+    if (scanner.noneBefore > stream.index + at) {
+        at = static_cast<std::size_t>(
+            std::min<std::uint64_t>(scanner.noneBefore - stream.index, limit));
+    }
+    while (at < limit && !message) {
+        const void *found = std::memchr(&bytes[at], StartOfSysex, limit - at);
+        if (!found) {
+            at = limit;
+            break;
+        }
+        at = static_cast<std::size_t>(static_cast<const std::uint8_t *>(found) - bytes.data());
+        message = MessageAt(bytes.subspan(at), stream.ends, MessagePlace::Amid);
+        at += !message;
+    }
+    scanner.noneBefore = std::max(scanner.noneBefore, stream.index + at);
+    return at;
+}
+
 } // namespace
 
 void ScanDumps(DumpStream &stream, ScannedBytes what, DumpOutput &output) {
@@ -303,21 +328,13 @@ void ScanDumps(DumpStream &stream, ScannedBytes what, DumpOutput &output) {
         if (!scanner.isAmid) {
             limit = std::min(limit, DumpLookAhead);
         }
-        std::size_t at = 0;
         std::optional<DumpMessage> message;
-        while (at < limit) {
-            const void *found = std::memchr(&bytes[at], StartOfSysex, limit - at);
-            if (!found) {
-                at = limit;
-                break;
-            }
-            at = static_cast<std::size_t>(static_cast<const std::uint8_t *>(found) - bytes.data());
-            const MessagePlace place = at == 0 ? scanner.place : MessagePlace::Amid;
-            message = MessageAt(bytes.subspan(at), stream.ends, place);
-            if (message) {
-                break;
-            }
-            ++at;
+        std::size_t at = 0;
+        if (bytes[0] == StartOfSysex) {
+            message = MessageAt(bytes, stream.ends, scanner.place);
+        }
+        if (!message) {
+            at = FindAmid(scanner, std::max<std::size_t>(limit, 1), message);
         }
         if (at > 0) {
             TakeStretch(scanner, at, message || (stream.ends && at == bytes.size()));

@@ -60,6 +60,9 @@ struct DecodedBytes {
     std::uint64_t index = 0; // of the first of them
     std::vector<OffsetRun> runs;
 };
+// As many at once that moving those to the front which are not used yet costs little.
+constexpr std::size_t DecodedAtOnce = 4 * DumpWindow;
+
 // Adds bytes that stand one behind the other in the file, and one byte wherever it stands.
 void AddBytes(DecodedBytes &decoded, std::span<const std::uint8_t> bytes, std::uint64_t offset);
 void AddByte(DecodedBytes &decoded, std::uint8_t byte, std::uint64_t offset);

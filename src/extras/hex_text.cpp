@@ -149,9 +149,10 @@ Step NextStep(Text text, Lexer &lexer) {
     return {};
 }
 
-// Whether a message of some sense begins with the digits that `text` begins with.
+// Whether the digits of an FM instrument's message are what `text` begins with.
 bool IsMessage(Text text) {
-    constexpr std::size_t least = 6;
+    constexpr std::size_t least = 5; // bytes
+    constexpr std::uint8_t yamaha = 0x43, firstStatus = 0x80;
     Lexer lexer;
     lexer.atLineStart = false;
     std::size_t bytes = 0;
@@ -161,7 +162,10 @@ bool IsMessage(Text text) {
             return false;
         }
         if (step.isByte) {
-            if ((bytes == 0) != (step.byte == StartOfSysex) || (bytes > 0 && step.byte >= 0x80)) {
+            const bool fits = bytes == 0   ? step.byte == StartOfSysex
+                              : bytes == 1 ? step.byte == yamaha
+                                           : step.byte < firstStatus;
+            if (!fits) {
                 return false;
             }
             ++bytes;
@@ -216,6 +220,7 @@ std::size_t FrontOf(Text text, std::size_t digits) {
 void ReadMore(DumpStream &text, Lexer &lexer, DecodedBytes &decoded, DumpStream &stream,
               std::size_t wanted) {
     ForgetUsed(decoded, stream);
+    wanted = std::max(wanted, DecodedAtOnce);
     while (decoded.bytes.size() < wanted && !lexer.ends) {
         LookAhead(text, StepSize);
         if (text.bytes.empty()) {

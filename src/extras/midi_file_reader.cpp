@@ -169,6 +169,7 @@ bool NextEvent(Track &track) {
 
 void ReadMore(Track &track, DumpStream &stream, std::size_t wanted) {
     ForgetUsed(track.decoded, stream);
+    wanted = std::max(wanted, DecodedAtOnce);
     while (track.decoded.bytes.size() < wanted && !track.ends) {
         if (track.messageLeft == 0) {
             track.ends = !NextEvent(track);
