@@ -53,21 +53,24 @@ std::uint32_t ChecksumFault(Bytes data, std::uint8_t sum) {
     return sum == (right | 0x80) ? DumpFault::ChecksumBit7 : DumpFault::Checksum;
 }
 
-// Whether `size` bytes of data from `start`, a checksum of whatever bits, and the end stand there,
-// with nothing in them that surely begins or ends a message.
+// Whether `size` bytes of data from `start`, a checksum of whatever bits, and the end stand there.
+// Bytes that begin or end a message may be data whose bit 7 is wrong, which leaves the sum right;
+// but not where a message of an FM instrument begins, or one ends and another begins.
 bool IsWholeWithHighBytes(Bytes message, std::size_t start, std::size_t size) {
     const std::size_t end = start + size + 1;
     if (end >= message.size() || message[end] != EndOfSysex) {
         return false;
     }
+    bool isSumNeeded = false;
     for (std::size_t at = start; at + 1 < end; ++at) {
-        const bool endsMessage = message[at] == EndOfSysex && message[at + 1] == StartOfSysex;
-        const bool beginsMessage = message[at] == StartOfSysex && message[at + 1] == Yamaha;
-        if (endsMessage || beginsMessage) {
+        const bool ends = message[at] == EndOfSysex, begins = message[at] == StartOfSysex;
+        if ((ends && message[at + 1] == StartOfSysex) || (begins && message[at + 1] == Yamaha)) {
             return false;
         }
+        isSumNeeded |= ends || begins;
     }
-    return true;
+    return !isSumNeeded ||
+           ChecksumFault(message.subspan(start, size), message[end - 1]) != DumpFault::Checksum;
 }
 
 // The data from `start`, of which there should be `expected` bytes. `plain`: how many bytes below
