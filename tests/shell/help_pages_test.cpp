@@ -2,6 +2,7 @@
 #include "common/reference_topic.h"
 #include "common/setting_rows.h"
 #include "drivers/reface_dx/settings.h"
+#include "extras/dump_reader.h"
 #include "shell/command_table.h"
 #include "support/family_names.h"
 #include "support/paths.h"
@@ -259,6 +260,23 @@ TEST(HelpPages, TheTopicsOfTheEditorAndTheSettingsNameWhatTheUserSees) {
     }
 }
 
+TEST(HelpPages, TheReferenceHasEveryKindOfDumpAndEveryRemark) {
+    const std::string page = ReadPage("referenc.html");
+    const std::string kinds = Words(page, "DUMPKINDS"), remarks = Words(page, "DUMPFAULTS");
+    for (int kind = 0; kind <= static_cast<int>(tonewright::DumpKind::Unknown); ++kind) {
+        const std::string text =
+            tonewright::TextOfDump({.kind = static_cast<tonewright::DumpKind>(kind)});
+        EXPECT_NE(kinds.find(text.substr(0, text.find(','))), std::string::npos) << text;
+    }
+    int remarked = 0;
+    for (int bit = 0; bit < 32; ++bit) {
+        const std::string text = tonewright::TextOfFaults({.channel = 5, .faults = 1u << bit});
+        EXPECT_NE(remarks.find(text), std::string::npos) << text;
+        remarked += !text.empty();
+    }
+    EXPECT_GE(remarked, 12);
+}
+
 TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
     const std::string page = ReadPage("manual.html");
     for (const Named &named : {
@@ -270,6 +288,11 @@ TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
              Named{"DROPPING", {".sy1", ".sr1"}},
              Named{"CONNECTING", {"MIDI devices", "Select synthesizer"}},
              Named{"EDITING", {"double click", "Audition...", "Return"}},
+             Named{"DUMPS", {"Extras, Open any dump...", "New bank from these", "Put at row"}},
+             Named{"RESCUE", {"identify", "rescue"}},
+             Named{"ARCHIVE",
+                   {"Extras, Archive...", "Add folder...", "Update", "Forget folder...",
+                    "Put into the list", "New bank from these voices", "Archive.sqlite"}},
              Named{"CONFIGURING", {"Edit, Configure synthesizer", "AutoConfig.crg"}},
              Named{"FETCHING", {"Download current voices"}},
              Named{"SENDING", {"Upload current voices", "Upload to synthesizer"}},
