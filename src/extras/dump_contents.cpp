@@ -81,32 +81,31 @@ DumpContents ReadDumpContents(const std::string &path, const DumpsProgress &prog
     std::uint64_t read = 0;
     bool goesOn = true;
     std::size_t firstVoice = 0;
-    const DumpVisitor visitor = {.voice =
-                                     [&](const FoundVoice &found) {
-                                         if (contents.voices.size() < MostDumpVoicesShown) {
-                                             contents.voices.push_back(KeepVoice(found.voice));
-                                         }
-                                         return goesOn;
-                                     },
-                                 .dump =
-                                     [&](const FoundDump &dump) {
-                                         if (contents.dumps.size() < MostDumpsShown) {
-                                             contents.dumps.push_back(dump);
-                                             contents.firstVoices.push_back(firstVoice);
-                                         }
-                                         ++contents.dumpsFound;
-                                         if (dump.voices != 0) {
-                                             ++contents.dumpsWithVoices;
-                                             contents.faultyDumps += !IsSoundDump(dump);
-                                         }
-                                         firstVoice = contents.voices.size();
-                                         return goesOn;
-                                     },
-                                 .bytes =
-                                     [&](std::span<const std::uint8_t> piece) {
-                                         read += piece.size();
-                                         goesOn = goesOn && (!progress || progress(read, size));
-                                     }};
+    DumpVisitor visitor;
+    visitor.voice = [&](const FoundVoice &found) {
+        if (contents.voices.size() < MostDumpVoicesShown) {
+            contents.voices.push_back(KeepVoice(found.voice));
+        }
+        ++contents.voicesFound;
+        return goesOn;
+    };
+    visitor.dump = [&](const FoundDump &dump) {
+        if (contents.dumps.size() < MostDumpsShown) {
+            contents.dumps.push_back(dump);
+            contents.firstVoices.push_back(firstVoice);
+        }
+        ++contents.dumpsFound;
+        if (dump.voices != 0) {
+            ++contents.dumpsWithVoices;
+            contents.faultyDumps += !IsSoundDump(dump);
+        }
+        firstVoice = contents.voices.size();
+        return goesOn;
+    };
+    visitor.bytes = [&](std::span<const std::uint8_t> piece) {
+        read += piece.size();
+        goesOn = goesOn && (!progress || progress(read, size));
+    };
     errno = 0;
     switch (ReadDumps(path.c_str(), visitor)) {
     case DumpRead::Done:

@@ -26,7 +26,8 @@ struct FilePieces {
     std::unique_ptr<std::uint8_t[]> room;
     std::size_t size = 0; // of the room
     std::uint64_t read = 0;
-    int reason = 0; // why the file could not be read to its end
+    int reason = 0;       // why the file could not be read to its end
+    bool isEnded = false; // by the visitor
 };
 
 void ReadPiece(FilePieces &pieces, DumpStream &stream, std::size_t wanted) {
@@ -35,6 +36,10 @@ void ReadPiece(FilePieces &pieces, DumpStream &stream, std::size_t wanted) {
         std::memmove(pieces.room.get(), stream.bytes.data(), have);
     }
     while (have < wanted && !stream.ends) {
+        if (pieces.visitor.goesOn && !pieces.visitor.goesOn()) {
+            pieces.isEnded = stream.ends = true;
+            break;
+        }
         const auto got = ReadOn(pieces.file, {pieces.room.get() + have, pieces.size - have});
         if (!got) {
             pieces.reason = errno;
@@ -92,7 +97,7 @@ DumpRead ReadDumps(const char *path, const DumpVisitor &visitor) {
     };
     DumpOutput output{visitor};
     ReadAll(stream, output);
-    if (output.ended) {
+    if (output.ended || pieces.isEnded) {
         return DumpRead::Ended;
     }
     errno = pieces.reason;

@@ -89,6 +89,9 @@ struct DumpVisitor {
     std::function<bool(const FoundDump &)> dump;
     // Each piece of the file as it is read, in order, once (for sums over the whole file).
     std::function<void(std::span<const std::uint8_t>)> bytes;
+    // Asked before each further piece of a file: false ends the reading, as what was found by then
+    // stands.
+    std::function<bool()> goesOn = {};
 };
 
 enum class DumpRead {

@@ -158,15 +158,13 @@ bool IsSoundDump(const FoundDump &dump) {
 DumpRead RescueDocuments(const char *path, const RescueVisitor &visit) {
     Rescue rescue{.visit = visit};
     // First what there is, then the voices, of which a bank at most is in memory at one time.
-    const DumpVisitor looks = {.voice = {},
-                               .dump =
-                                   [&rescue](const FoundDump &dump) {
-                                       if (dump.voices != 0) {
-                                           rescue.dumps.push_back(dump);
-                                       }
-                                       return true;
-                                   },
-                               .bytes = {}};
+    DumpVisitor looks;
+    looks.dump = [&rescue](const FoundDump &dump) {
+        if (dump.voices != 0) {
+            rescue.dumps.push_back(dump);
+        }
+        return true;
+    };
     if (const DumpRead read = ReadDumps(path, looks); read != DumpRead::Done) {
         return read;
     }

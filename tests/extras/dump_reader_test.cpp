@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <filesystem>
 
 namespace tonewright {
 namespace {
@@ -112,6 +113,24 @@ TEST(DumpReader, VoicesOfTheRefaceDxOneBehindTheOther) {
 TEST(DumpReader, VoicesWithoutAMessage) {
     EXPECT_EQ(Lines(TestPackedVoices(32)),
               Strings{"DX7 bank without its header, 32 voices @0+4096 (no header)"});
+}
+
+TEST(DumpReader, TheReadingOfALargeFileMayBeEndedWhereNothingIsFound) {
+    const TempFolder folder;
+    const std::string path = folder.Write("large.bin", TestBank());
+    std::filesystem::resize_file(path, 256 << 20); // takes no room on the disk
+    std::uint64_t read = 0, voices = 0;
+    DumpVisitor visitor;
+    visitor.bytes = [&](std::span<const std::uint8_t> piece) { read += piece.size(); };
+    visitor.voice = [&](const FoundVoice &) {
+        ++voices;
+        return true;
+    };
+    visitor.goesOn = [&] { return read < (20 << 20); };
+    EXPECT_EQ(ReadDumps(path.c_str(), visitor), DumpRead::Ended);
+    EXPECT_GE(read, 20u << 20);
+    EXPECT_LE(read, 22u << 20);
+    EXPECT_EQ(voices, 32u);
 }
 
 TEST(DumpReader, AFileOnDiskIsReadLikeBytes) {

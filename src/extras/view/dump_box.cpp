@@ -394,6 +394,8 @@ private:
                     ShowProgress(read, size);
                 }
                 QCoreApplication::processEvents();
+                // The main window goes when the program is to end.
+                isCancelled = isCancelled || (parentWidget() && !parentWidget()->isVisible());
             }
             return !isCancelled;
         });
