@@ -79,7 +79,6 @@ DumpContents ReadDumpContents(const std::string &path, const DumpsProgress &prog
     DumpContents contents{.path = path};
     const std::uint64_t size = SizeOf(path);
     std::uint64_t read = 0;
-    bool goesOn = true;
     std::size_t firstVoice = 0;
     DumpVisitor visitor;
     visitor.voice = [&](const FoundVoice &found) {
@@ -87,7 +86,7 @@ DumpContents ReadDumpContents(const std::string &path, const DumpsProgress &prog
             contents.voices.push_back(KeepVoice(found.voice));
         }
         ++contents.voicesFound;
-        return goesOn;
+        return true;
     };
     visitor.dump = [&](const FoundDump &dump) {
         if (contents.dumps.size() < MostDumpsShown) {
@@ -100,12 +99,10 @@ DumpContents ReadDumpContents(const std::string &path, const DumpsProgress &prog
             contents.faultyDumps += !IsSoundDump(dump);
         }
         firstVoice = contents.voices.size();
-        return goesOn;
+        return true;
     };
-    visitor.bytes = [&](std::span<const std::uint8_t> piece) {
-        read += piece.size();
-        goesOn = goesOn && (!progress || progress(read, size));
-    };
+    visitor.bytes = [&](std::span<const std::uint8_t> piece) { read += piece.size(); };
+    visitor.goesOn = [&] { return !progress || progress(read, size); };
     errno = 0;
     switch (ReadDumps(path.c_str(), visitor)) {
     case DumpRead::Done:
@@ -117,9 +114,6 @@ DumpContents ReadDumpContents(const std::string &path, const DumpsProgress &prog
         contents.reading = DumpsReading::Failed;
         contents.failure = errno ? std::strerror(errno) : "it is no regular file";
         break;
-    }
-    if (!goesOn) {
-        contents.reading = DumpsReading::Cancelled;
     }
     return contents;
 }

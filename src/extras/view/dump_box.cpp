@@ -19,11 +19,13 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QTimer>
 
@@ -50,7 +52,8 @@ constexpr QSize UsualSize = {860, 640};
 constexpr int Margin = 14;
 constexpr int FontOfTitle = 22;
 constexpr int RowPadding = 6;   // that a row is higher than its text
-constexpr int CellPadding = 14; // that a column is wider than its text
+constexpr int CellInset = 8;    // at the left and right of a cell
+constexpr int ButtonInset = 12; // of a caption
 constexpr QSize ButtonSize = {100, 30};
 constexpr int FewestDumps = 3, FewestVoices = 6; // rows that are in sight at least
 
@@ -65,10 +68,9 @@ struct TableColumn {
     Qt::Alignment alignment;
     const char *widest; // text that there is room for; nullptr: the rest of the table
 };
-constexpr std::array<TableColumn, 5> DumpColumns = {{{"Offset", Qt::AlignRight, "4,294,967,296"},
+constexpr std::array<TableColumn, 4> DumpColumns = {{{"Offset", Qt::AlignRight, "4,294,967,296"},
                                                      {"Bytes", Qt::AlignRight, "4,294,967,296"},
                                                      {"What", Qt::AlignLeft, nullptr},
-                                                     {"Voices", Qt::AlignRight, "100,000"},
                                                      {"Remarks", Qt::AlignLeft, nullptr}}};
 constexpr std::array<TableColumn, 5> VoiceColumns = {{{"Place", Qt::AlignRight, "100,000"},
                                                       {"Name", Qt::AlignLeft, "WWWWWWWWWW"},
@@ -136,12 +138,37 @@ private:
     int rows = 0;
 };
 
+// A cell with room at both sides of its text.
+class RoomyCell : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &cell) const override {
+        QStyleOptionViewItem inner = option;
+        initStyleOption(&inner, cell);
+        const QStyle *style = option.widget->style();
+        const QString text = std::exchange(inner.text, QString());
+        style->drawControl(QStyle::CE_ItemViewItem, &inner, painter, option.widget);
+        const QRect area = option.rect.adjusted(CellInset, 0, -CellInset, 0);
+        const bool isSelected = option.state & QStyle::State_Selected;
+        painter->save();
+        painter->setFont(inner.font);
+        painter->setPen(
+            inner.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+        painter->drawText(area, int(inner.displayAlignment) | Qt::TextSingleLine,
+                          inner.fontMetrics.elidedText(text, Qt::ElideRight, area.width()));
+        painter->restore();
+    }
+};
+
 // Rows of which several can be selected. A press of the middle button on one, or of the space bar,
 // auditions it.
 class RowsView : public QTableView {
 public:
     explicit RowsView(TextRows *rows, QWidget *parent) : QTableView(parent), rows(rows) {
         setModel(rows);
+        setItemDelegate(new RoomyCell(this));
         setSelectionBehavior(SelectRows);
         setSelectionMode(ExtendedSelection);
         setEditTriggers(NoEditTriggers);
@@ -169,7 +196,7 @@ public:
             if (kind.widest) {
                 const int text = std::max(metrics.horizontalAdvance(kind.widest),
                                           metrics.horizontalAdvance(kind.title));
-                setColumnWidth(column, text + CellPadding);
+                setColumnWidth(column, text + 2 * CellInset);
             }
         }
         setMinimumHeight(horizontalHeader()->sizeHint().height() + fewestRows * height +
@@ -190,6 +217,14 @@ public:
     }
 
 protected:
+    // Home and End go to the first and the last row, where the toolkit means the columns.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers keys) override {
+        const int last = rows->rowCount() - 1;
+        if ((action == MoveHome || action == MoveEnd) && last >= 0) {
+            return rows->index(action == MoveHome ? 0 : last, std::max(0, currentIndex().column()));
+        }
+        return QTableView::moveCursor(action, keys);
+    }
     void keyPressEvent(QKeyEvent *event) override {
         const int key = event->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
@@ -268,7 +303,8 @@ private:
     QPushButton *Button(const char *name, const QString &text) {
         auto *button = new QPushButton(text, this);
         button->setObjectName(name);
-        button->setMinimumSize(ButtonSize);
+        button->setMinimumSize(ButtonSize.expandedTo(
+            QSize(fontMetrics().horizontalAdvance(text) + 2 * ButtonInset, 0)));
         button->setAutoDefault(false);
         return button;
     }
@@ -442,9 +478,6 @@ private:
             return locale().toString(static_cast<qulonglong>(dump.length));
         case 2:
             return Text(TextOfDump(dump));
-        case 3:
-            return dump.voices == 0 ? QString()
-                                    : locale().toString(static_cast<qulonglong>(dump.voices));
         default:
             return Text(TextOfFaults(dump));
         }
