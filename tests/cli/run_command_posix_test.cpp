@@ -61,6 +61,12 @@ TEST_F(RunCommand, TwiceDoesTheSameAndNeitherAsksNorFails) {
         EXPECT_TRUE(home.Holds("run-output/main-window.png"));
         EXPECT_TRUE(home.Holds("run-output/voices.pdf"));
         EXPECT_TRUE(home.Holds("run-output/catalogue.pdf"));
+        EXPECT_TRUE(home.Holds("run-output/archive.sqlite"));
+        EXPECT_NE(ReadTestText(home.File("run-output/archive.tsv")).find("\nvoices\t37\n"),
+                  std::string::npos);
+        EXPECT_NE(result.output.find("\nb7ab5b3991f32c15\tTOWER BELL\tdx7\t13\t2\t"),
+                  std::string::npos)
+            << result.output;
         if (time == 0) {
             first = result.output;
             EXPECT_NE(first.find("painted the main window"), std::string::npos);
