@@ -23,6 +23,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace tonewright {
@@ -137,11 +138,12 @@ struct ProgressLine {
 
     void Show(const UpdateProgress &progress) {
         constexpr std::size_t width = 78;
-        std::string text =
-            progress.looked > 0
-                ? FormatText("%llu of %llu files", static_cast<unsigned long long>(progress.looked),
-                             static_cast<unsigned long long>(progress.found))
-                : FormatText("%llu files found", static_cast<unsigned long long>(progress.found));
+        const auto number = [](std::uint64_t files) {
+            return std::to_string(files) + (files == 1 ? " file" : " files");
+        };
+        std::string text = progress.looked > 0
+                               ? std::to_string(progress.looked) + " of " + number(progress.found)
+                               : number(progress.found) + " found";
         text = CutText(text + "  " + progress.folder, width);
         if (isShown) {
             SetStatusText(nullptr, text);
@@ -179,7 +181,7 @@ int TellReport(const UpdateReport &report) {
 }
 
 // `work` brings the archive up. An interruption ends it between two files.
-template <class Work> int BringUp(const CliCall &call, Work work) {
+template <class Work> int BringUp(const CliCall &call, ArchiveStorePointer store, Work work) {
     UseTerminalDesktop(call);
     ProgressLine line;
     const UpdateCalls calls = {.progress =
@@ -194,7 +196,8 @@ template <class Work> int BringUp(const CliCall &call, Work work) {
                                    }};
     ArchiveError error;
     PostponeInterruption();
-    const UpdateReport report = work(calls, error);
+    const UpdateReport report = work(*store, calls, error);
+    store.reset(); // which an interruption would leave open
     line.Hide();
     int status = ExitFailed;
     if (error) {
@@ -268,23 +271,20 @@ int CliArchiveAdd(const CliCall &call) {
         folders.push_back(word);
     }
     ArchiveError error;
-    const ArchiveStorePointer store = OpenArchive(PathOfArchive(call), ArchiveUse::Write, error);
+    ArchiveStorePointer store = OpenArchive(PathOfArchive(call), ArchiveUse::Write, error);
     if (!store) {
         return TellArchiveError(call, error);
     }
-    return BringUp(call, [&](const UpdateCalls &calls, ArchiveError &failure) {
-        return AddToArchive(*store, folders, calls, failure);
-    });
+    return BringUp(
+        call, std::move(store),
+        [&folders](ArchiveStore &opened, const UpdateCalls &calls, ArchiveError &failure) {
+            return AddToArchive(opened, folders, calls, failure);
+        });
 }
 
 int CliArchiveUpdate(const CliCall &call) {
-    const ArchiveStorePointer store = OpenArchiveOf(call, ArchiveUse::Write);
-    if (!store) {
-        return ExitFailed;
-    }
-    return BringUp(call, [&](const UpdateCalls &calls, ArchiveError &failure) {
-        return UpdateArchive(*store, calls, failure);
-    });
+    ArchiveStorePointer store = OpenArchiveOf(call, ArchiveUse::Write);
+    return store ? BringUp(call, std::move(store), UpdateArchive) : ExitFailed;
 }
 
 int CliArchiveFind(const CliCall &call) {
