@@ -246,10 +246,10 @@ bool IsText(std::span<const std::uint8_t> bytes) {
 }
 
 std::optional<HexMessage> FindHexMessage(std::span<const std::uint8_t> text, std::size_t limit) {
-    for (std::size_t at = 0; at < limit; ++at) {
+    const std::size_t end = std::min(text.size(), limit + 1);
+    for (std::size_t at = 0; at + 1 < end; ++at) {
         // The second digit is the rarer one.
-        const void *found =
-            at + 1 < text.size() ? std::memchr(&text[at + 1], '0', text.size() - at - 1) : nullptr;
+        const void *found = std::memchr(&text[at + 1], '0', end - at - 1);
         if (!found) {
             break;
         }
@@ -257,7 +257,7 @@ std::optional<HexMessage> FindHexMessage(std::span<const std::uint8_t> text, std
         const bool isF = text[at] == 'F' || text[at] == 'f';
         const bool beginsWord =
             at == 0 || !IsLetterOrDigit(text[at - 1]) || text[at - 1] == 'x' || text[at - 1] == 'X';
-        if (at < limit && isF && beginsWord && IsMessage(text.subspan(at))) {
+        if (isF && beginsWord && IsMessage(text.subspan(at))) {
             return HexMessage{FrontOf(text, at), at};
         }
     }

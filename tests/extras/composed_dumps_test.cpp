@@ -655,5 +655,45 @@ TEST(ComposedDumps, AreFoundInFilesLargerThanAPiece) {
     EXPECT_TRUE(seen == file);
 }
 
+// More bytes than 32 bits can count, which come from nowhere and take no memory.
+TEST(ComposedDumps, AreFoundBehindFourGigabytes) {
+    constexpr std::uint64_t four = std::uint64_t{4} << 30;
+    constexpr std::size_t piece = 1024 * 1024;
+    const Bytes bank = TestBank();
+    const std::uint64_t place = four - 100, size = four + 5000;
+    Bytes room(piece);
+    std::uint64_t read = 0;
+    DumpStream stream;
+    stream.ends = false;
+    stream.more = [&](DumpStream &what, std::size_t) {
+        const std::size_t have = what.bytes.size();
+        std::copy(what.bytes.begin(), what.bytes.end(), room.begin());
+        const std::size_t more =
+            static_cast<std::size_t>(std::min<std::uint64_t>(size - read, piece - have));
+        std::fill_n(room.begin() + static_cast<std::ptrdiff_t>(have), more, std::uint8_t{0});
+        for (std::size_t at = 0; at < bank.size(); ++at) {
+            if (place + at >= read && place + at < read + more) {
+                room[have + static_cast<std::size_t>(place + at - read)] = bank[at];
+            }
+        }
+        read += more;
+        what.bytes = std::span(room).first(have + more);
+        what.ends = read == size;
+    };
+    Contents contents;
+    const DumpVisitor visitor = VisitorOf(contents);
+    DumpOutput output{visitor};
+    ScanDumps(stream, ScannedBytes::Plain, output);
+    EndDumps(output);
+    ASSERT_EQ(contents.dumps.size(), 3u);
+    EXPECT_EQ(contents.dumps[0].length, place);
+    EXPECT_EQ(contents.dumps[1].kind, DumpKind::Dx7Bank);
+    EXPECT_EQ(contents.dumps[1].offset, place);
+    EXPECT_EQ(contents.dumps[2].offset, place + 4104);
+    ASSERT_EQ(contents.voices.size(), 32u);
+    EXPECT_EQ(contents.voices[31].offset, place + 6 + 31 * 128);
+    EXPECT_EQ(contents.voices[31].voice.bytes, TestPackedVoice(31));
+}
+
 } // namespace
 } // namespace tonewright
