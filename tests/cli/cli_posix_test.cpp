@@ -92,6 +92,20 @@ TEST(CliOnATerminal, OpensADamagedBankWhenTheAnswerIsYes) {
     EXPECT_EQ(ReadTestFile(out), TestBank());
 }
 
+TEST(CliOnATerminal, RescuesVoicesWithBytesAbove7FWhenTheAnswerIsYes) {
+    const TempFolder folder;
+    Bytes bank = TestBank();
+    bank[6] = 0x80;
+    FixTestChecksum(bank);
+    const std::string in = folder.Write("in.syx", bank), into = folder.File("saved");
+    const auto refused = CliOnTerminal({"rescue", in, "--into", into}, "n\n");
+    EXPECT_EQ(refused.exitStatus, 1) << refused.shown;
+    EXPECT_TRUE(Contains(refused.shown, "Do you wish to write them all the same? [y/n] "));
+    EXPECT_TRUE(std::filesystem::is_empty(into));
+    EXPECT_EQ(CliOnTerminal({"rescue", in, "--into", into}, "y\n").exitStatus, 0);
+    EXPECT_EQ(ReadTestFile(into + "/in.syx"), bank);
+}
+
 TEST(CliOnATerminal, RefusesADamagedBankWhenTheAnswerIsNo) {
     const TempFolder folder;
     const auto result = CliOnTerminal(
