@@ -172,6 +172,10 @@ std::optional<std::string> ChooseAnyFile(QWidget *owner, const std::string &path
     return TheDesktop.ChooseAnyFile ? TheDesktop.ChooseAnyFile(owner, path) : std::nullopt;
 }
 
+std::optional<std::string> ChooseFolder(QWidget *owner, const std::string &path) {
+    return TheDesktop.ChooseFolder ? TheDesktop.ChooseFolder(owner, path) : std::nullopt;
+}
+
 void SaveConfiguration() {
     if (TheDesktop.SaveConfiguration) {
         TheDesktop.SaveConfiguration();

@@ -107,6 +107,8 @@ struct Desktop {
         ChooseSaveExtraFile;
     // A file to be read, whatever it is.
     std::function<std::optional<std::string>(QWidget *, const std::string &path)> ChooseAnyFile;
+    // A folder that there is; `path`: of the one that is shown first.
+    std::function<std::optional<std::string>(QWidget *, const std::string &path)> ChooseFolder;
 
     // Writes the settings of the program to their files, as at its end.
     std::function<void()> SaveConfiguration;
@@ -179,6 +181,7 @@ std::optional<std::string> ChooseExportFile(QWidget *, const std::string &path,
 std::optional<std::string> ChooseSaveExtraFile(QWidget *, const std::string &path,
                                                std::uint32_t driverId);
 std::optional<std::string> ChooseAnyFile(QWidget *, const std::string &path);
+std::optional<std::string> ChooseFolder(QWidget *, const std::string &path);
 
 void SaveConfiguration();
 void KeepSetting(std::uint32_t &setting);

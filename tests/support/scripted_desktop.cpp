@@ -25,6 +25,8 @@ const char *NameOf(FileDialogKind kind) {
         return "save extra";
     case FileDialogKind::Any:
         return "any";
+    case FileDialogKind::Folder:
+        return "folder";
     }
     return "?";
 }
@@ -91,6 +93,10 @@ ScriptedDesktop::ScriptedDesktop() : former(std::move(TheDesktop)) {
         .ChooseAnyFile =
             [this](QWidget *, const std::string &path) {
                 return Choose(FileDialogKind::Any, path, 0);
+            },
+        .ChooseFolder =
+            [this](QWidget *, const std::string &path) {
+                return Choose(FileDialogKind::Folder, path, 0);
             },
         .SaveConfiguration = [this] { ++configurationsSaved; },
         .KeepSetting = [this](std::uint32_t &setting) { settingsKept.push_back(&setting); },

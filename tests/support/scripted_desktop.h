@@ -21,7 +21,7 @@
 
 namespace tonewright {
 
-enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra, Any };
+enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra, Any, Folder };
 
 // One step of the script. A member without a value is not compared.
 struct ExpectedMessage {

@@ -149,6 +149,19 @@ void PlaceDialog(QFileDialog &dialog) {
     CentreWindow(dialog);
 }
 
+// True when something was chosen.
+bool RunPlaced(QFileDialog &dialog) {
+    PlaceDialog(dialog);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    FileWindowX = static_cast<std::uint32_t>(dialog.width());
+    FileWindowY = static_cast<std::uint32_t>(dialog.height());
+    return accepted && !dialog.selectedFiles().isEmpty();
+}
+
+std::string ChosenPath(const QString &path) {
+    return QDir::toNativeSeparators(path).toStdString();
+}
+
 std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
                                          const std::string &path, DriverId driverId) {
     const FileTypeMembers members = MembersOf(kind);
@@ -162,11 +175,7 @@ std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
     } else {
         dialog.setFileMode(QFileDialog::ExistingFile);
     }
-    PlaceDialog(dialog);
-    const bool accepted = dialog.exec() == QDialog::Accepted;
-    FileWindowX = static_cast<std::uint32_t>(dialog.width());
-    FileWindowY = static_cast<std::uint32_t>(dialog.height());
-    if (!accepted || dialog.selectedFiles().isEmpty()) {
+    if (!RunPlaced(dialog)) {
         return std::nullopt;
     }
     const QString chosen = dialog.selectedFiles().front(), taken = dialog.PathOf(chosen);
@@ -177,7 +186,7 @@ std::optional<std::string> RunFileDialog(FileDialogKind kind, QWidget *window,
                              " already exists.\nDo you want to replace it?") != ResultYes) {
         return std::nullopt;
     }
-    return QDir::toNativeSeparators(taken).toStdString();
+    return ChosenPath(taken);
 }
 
 template <FileDialogKind kind>
@@ -188,6 +197,14 @@ std::optional<std::string> ChooseFile(QWidget *window, const std::string &path,
 
 std::optional<std::string> ChooseAFile(QWidget *window, const std::string &path) {
     return RunFileDialog(FileDialogKind::Any, window, path, NoDriverId);
+}
+
+std::optional<std::string> ChooseAFolder(QWidget *window, const std::string &path) {
+    QFileDialog dialog(window, "Choose a folder", QString::fromStdString(path));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return RunPlaced(dialog) ? std::optional(ChosenPath(dialog.selectedFiles().front()))
+                             : std::nullopt;
 }
 
 bool OpenAddress(const std::string &program, const std::string &address, bool) {
@@ -271,6 +288,7 @@ void UseQtDesktop() {
         .ChooseExportFile = ChooseFile<FileDialogKind::Export>,
         .ChooseSaveExtraFile = ChooseFile<FileDialogKind::SaveExtra>,
         .ChooseAnyFile = ChooseAFile,
+        .ChooseFolder = ChooseAFolder,
         .SaveConfiguration = [] { ConfigWrite(); },
         .KeepSetting = [](std::uint32_t &setting) { KeepChosen(&setting); },
         .OpenAddress = OpenAddress,
