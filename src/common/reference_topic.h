@@ -26,6 +26,7 @@ constexpr std::string_view ReferenceTopics[] = {
     "EXTRAS_REFACEZERO64",
     "EXTRAS_SPACEAUDITIONS",
     "EXTRAS_OPENANYDUMP",
+    "EXTRAS_ARCHIVE",
     "EXTRAS_BUILTININSTRUMENTS",
     "SYSTEMINFORMATION",
     "WELCOME",

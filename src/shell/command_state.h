@@ -48,6 +48,7 @@ enum CommandId : int {
     CommandInstruments = 40105,
     CommandRefaceZero64 = 40106,
     CommandOpenAnyDump = 40107,
+    CommandArchive = 40108,
 };
 
 // When a command is enabled. Always and Never stand; the others are applied from time to time, and

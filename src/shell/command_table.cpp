@@ -6,6 +6,7 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "shell/archive_flow.h"
 #include "shell/clipboard.h"
 #include "shell/command_queue.h"
 #include "shell/documents.h"
@@ -202,6 +203,12 @@ constexpr CommandRow CommandTable[] = {
      .hint = "Finds the voices in a file of any kind",
      .topic = "EXTRAS_OPENANYDUMP",
      .run = RunOpenAnyDump},
+    {.id = CommandArchive,
+     .menu = Menu::Extras,
+     .label = "Arc&hive...",
+     .hint = "Finds any voice of your files while you type its name",
+     .topic = "EXTRAS_ARCHIVE",
+     .run = RunArchive},
     {.id = CommandInstruments,
      .menu = Menu::Extras,
      .label = "&Built-in instruments...",

@@ -40,6 +40,7 @@ struct ShellWindow {
     std::function<void()> ShowInstrumentsBox;
     std::function<void(const std::string &path)>
         ShowDumpBox;                // of a file; returns when it is closed
+    std::function<void()> ShowArchive; // its window, which stays while one works
     std::function<int()> PrintList; // asks for a printer and prints the voices of the list; 1
 };
 

@@ -86,6 +86,7 @@ constexpr ExpectedExtra ExpectedExtras[] = {
     {40106, "Count as the &reface DX counts", &RefaceZero64},
     {40104, "&Space bar plays the selected voice", &SpaceAuditions},
     {40107, "&Open any dump...", nullptr},
+    {40108, "Arc&hive...", nullptr},
     {40105, "&Built-in instruments...", nullptr},
 };
 
@@ -158,7 +159,7 @@ TEST_F(CommandTest, NoTwoEntriesOfTheExtrasMenuHaveOneLetter) {
         EXPECT_EQ(letters.find(label[mark + 1]), std::string::npos) << label;
         letters += label[mark + 1];
     }
-    EXPECT_EQ(letters, "CKArSOB");
+    EXPECT_EQ(letters, "CKArSOhB");
 }
 
 TEST_F(CommandTest, AnEntryWithACheckMarkTogglesItsSettingAtOnceAndForTheNextStart) {
@@ -226,7 +227,7 @@ TEST_F(CommandTest, TheMenuBarHasFourMenusAndHelpStandsAtTheRight) {
     EXPECT_TRUE(bar[3].atTheRight);
     EXPECT_EQ(items(0), (std::vector{101, 50, 51, 104, 57, 0, 55, 56}));
     EXPECT_EQ(items(1), (std::vector{60, 0, 202, 203, 204, 0, 205, 209, 58, 59, 210, 0, 216}));
-    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103, 40106, 40104, 0, 40107, 0, 40105}));
+    EXPECT_EQ(items(2), (std::vector{40101, 40102, 40103, 40106, 40104, 0, 40107, 40108, 0, 40105}));
     EXPECT_EQ(items(3), (std::vector{998, 54, 997, 131, 0, 999, 0, 2907}));
 }
 

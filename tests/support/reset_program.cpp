@@ -13,6 +13,7 @@
 #include "database/database_undo.h"
 #include "database/database_window.h"
 #include "extras/list_access.h"
+#include "extras/view/archive_window.h"
 #include "midi/instrument_sound.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
@@ -38,6 +39,7 @@ void ResetWindows() {
     if (!qobject_cast<QApplication *>(QCoreApplication::instance())) {
         return;
     }
+    DropArchiveWindow();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QApplication::clipboard()->clear();
     while (QApplication::overrideCursor()) {

@@ -17,6 +17,7 @@
 #include "database/view/database_box.h"
 #include "database/view/print_reports.h"
 #include "extras/list_access.h"
+#include "extras/view/archive_window.h"
 #include "extras/view/dump_box.h"
 #include "midi/midi_api.h"
 #include "midi/view/audition_box.h"
@@ -116,6 +117,7 @@ MainWindow::MainWindow(WindowSize size, bool readSettings) {
 }
 
 MainWindow::~MainWindow() {
+    DropArchiveWindow();
     delete list; // before the voices that it shows
     FreeListBlocks(MainList);
     MainItemFonts = {};
@@ -174,6 +176,7 @@ void MainWindow::ConnectShell() {
     TheShellWindow.ShowMidiDevicesBox = [this] { ShowMidiDevices(this); };
     TheShellWindow.ShowInstrumentsBox = [this] { ShowInstrumentsBox(this); };
     TheShellWindow.ShowDumpBox = [this](const std::string &path) { ShowDumpBox(this, path); };
+    TheShellWindow.ShowArchive = ShowArchiveWindow;
     UseMainList();
     UseDatabaseBox();
     TheDatabaseViews.RepaintVoices = RepaintList;
@@ -382,6 +385,7 @@ void MainWindow::Finish(void (*save)()) {
     if (!finished) {
         finished = true;
         ClearPosted();
+        EndArchiveWindow();
         save();
     }
 }

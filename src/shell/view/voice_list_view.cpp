@@ -4,6 +4,8 @@
 #include "common/settings.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "extras/voice_parcel.h"
+#include "shell/archive_flow.h"
 #include "shell/careful.h"
 #include "shell/command_table.h"
 #include "shell/list_state.h"
@@ -17,6 +19,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QPainter>
 #include <QUrl>
 
 #include <utility>
@@ -67,14 +70,8 @@ void AuditionRow(int row) {
     }
 }
 
-// The answer is never Move, though the source may propose it: the source would delete its files.
-void AcceptFiles(QDropEvent &event) {
-    if (event.mimeData()->hasUrls()) {
-        // A source that offers no copy is told of no action.
-        event.setDropAction(event.possibleActions() & Qt::CopyAction ? Qt::CopyAction
-                                                                     : Qt::IgnoreAction);
-        event.accept();
-    }
+bool HoldsArchiveVoices(const QDropEvent &event) {
+    return event.mimeData()->hasFormat(VoiceParcelType);
 }
 
 } // namespace
@@ -195,22 +192,73 @@ bool VoiceListView::eventFilter(QObject *watched, QEvent *event) {
     return ListBoxView::eventFilter(watched, event);
 }
 
+// The answer is never Move, though the source may propose it: the source would delete its files.
+// Voices of the archive need a row, but in an empty list.
+void VoiceListView::AcceptDrop(QDropEvent &event) {
+    const bool holdsVoices = HoldsArchiveVoices(event);
+    const int row = holdsVoices ? RowAt(event.position().toPoint()) : NoRow;
+    ShowDropRow(row);
+    if (holdsVoices ? row == NoRow && ListCount(MainList) > 0 : !event.mimeData()->hasUrls()) {
+        event.ignore();
+        return;
+    }
+    // A source that offers no copy is told of no action.
+    event.setDropAction(event.possibleActions() & Qt::CopyAction ? Qt::CopyAction
+                                                                 : Qt::IgnoreAction);
+    event.accept();
+}
+
+void VoiceListView::ShowDropRow(int row) {
+    if (std::exchange(dropRow, row) != row) {
+        viewport()->update();
+    }
+}
+
+void VoiceListView::paintEvent(QPaintEvent *event) {
+    ListBoxView::paintEvent(event);
+    if (dropRow != NoRow) {
+        QPainter painter(viewport());
+        constexpr int Weight = 2; // black around white, so that it shows on any row
+        const QRect row = RowRectangle(dropRow).adjusted(0, 0, -1, -1);
+        painter.setPen(QPen(Qt::black, 2 * Weight));
+        painter.drawRect(row.adjusted(Weight, Weight, -Weight, -Weight));
+        painter.setPen(QPen(Qt::white, 1));
+        painter.drawRect(row.adjusted(Weight, Weight, -Weight, -Weight));
+    }
+}
+
 void VoiceListView::dragEnterEvent(QDragEnterEvent *event) {
-    AcceptFiles(*event);
+    AcceptDrop(*event);
 }
 
 void VoiceListView::dragMoveEvent(QDragMoveEvent *event) {
-    AcceptFiles(*event);
+    AcceptDrop(*event);
+}
+
+void VoiceListView::dragLeaveEvent(QDragLeaveEvent *) {
+    ShowDropRow(NoRow);
 }
 
 void VoiceListView::dropEvent(QDropEvent *event) {
+    AcceptDrop(*event);
+    ShowDropRow(NoRow);
+    if (!event->isAccepted()) {
+        return;
+    }
+    if (HoldsArchiveVoices(*event)) {
+        const QByteArray bytes = event->mimeData()->data(VoiceParcelType);
+        const int row = RowAt(event->position().toPoint());
+        Post([row, parcel = std::vector<std::uint8_t>(bytes.begin(), bytes.end())] {
+            DropArchiveVoices(row, parcel);
+        });
+        return;
+    }
     std::vector<std::string> paths;
     for (const QUrl &url : event->mimeData()->urls()) {
         if (url.isLocalFile()) {
             paths.push_back(QDir::toNativeSeparators(url.toLocalFile()).toStdString());
         }
     }
-    AcceptFiles(*event);
     // Queued, so that the file manager does not wait while a question stands.
     Post([paths = std::move(paths)] { DropFiles(paths); });
 }

@@ -18,12 +18,17 @@ public:
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    // What is dragged from elsewhere: files, or voices of the archive.
+    void AcceptDrop(QDropEvent &event);
+    void ShowDropRow(int row);
     void ShowContextMenu(int row, QRect beside);
     void PlaySelectedRow();
     void EndPlayedRow();
@@ -33,6 +38,7 @@ private:
     std::optional<RunningMark> pressMark;
     bool spaceIsHeld = false; // with SpaceAuditions
     PlayedRow playedRow;      // as long as it is
+    int dropRow = NoRow;      // over which voices of the archive are dragged
     QTimer statusEnd;         // of what the end of a row has said
 };
 

@@ -92,12 +92,12 @@ TEST_F(MainWindowTest, TheMenusStandInTheirOrder) {
                   "&Undo\tCtrl+Z", "-", "Cu&t\tCtrl+X", "&Copy\tCtrl+C", "&Paste\tCtrl+V", "-",
                   "&Find synthesizer", "Con&figure synthesizer", "&Download current voices",
                   "&Upload current voices", "&MIDI devices", "-", "Select &synthesizer"}));
-    EXPECT_EQ(TextsOf(*titles[2]->menu()),
-              (std::vector<std::string>{"&Careful mode", "&Keep all detune steps",
-                                        "&Audition plays the voice that was sent",
-                                        "Count as the &reface DX counts",
-                                        "&Space bar plays the selected voice", "-",
-                                        "&Open any dump...", "-", "&Built-in instruments..."}));
+    EXPECT_EQ(
+        TextsOf(*titles[2]->menu()),
+        (std::vector<std::string>{
+            "&Careful mode", "&Keep all detune steps", "&Audition plays the voice that was sent",
+            "Count as the &reface DX counts", "&Space bar plays the selected voice", "-",
+            "&Open any dump...", "Arc&hive...", "-", "&Built-in instruments..."}));
     EXPECT_EQ(TextsOf(*titles[3]->menu()),
               (std::vector<std::string>{"&Help", "&Manual", "&System information",
                                         "&Tip of the day", "-", "&About", "-", "Welcome wi&zard"}));
