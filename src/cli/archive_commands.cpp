@@ -349,6 +349,9 @@ int CliArchiveSimilar(const CliCall &call) {
     if (error) {
         return TellArchiveError(call, error);
     }
+    if (similar.empty()) {
+        return TellFailure(path, "the archive holds no other voice to compare it with");
+    }
     for (const SimilarVoice &found : similar) {
         PutNumber(StandardOutput, static_cast<unsigned long long>(found.distance));
         Put(StandardOutput, '\t');

@@ -7,6 +7,7 @@
 #include "extras/initial_voice.h"
 #include "extras/voice_identity.h"
 #include "support/environment.h"
+#include "support/reface_bytes.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -89,13 +90,13 @@ protected:
     std::string Line(const Bytes &voice, const std::string &name, int algorithm, int times,
                      const std::string &file, int place) const {
         return IdOf(voice) + '\t' + name + "\tdx7\t" + std::to_string(algorithm) + '\t' +
-               std::to_string(times) + '\t' + (banks / file).string() + '\t' +
+               std::to_string(times) + '\t' + (banks / file).generic_string() + '\t' +
                std::to_string(place) + '\n';
     }
     std::string Archive() const {
-        return (home.path / ".config/Quillbrook/Tonewright 17/Archive.sqlite").string();
+        return home.File(".config/Quillbrook/Tonewright 17/Archive.sqlite");
     }
-    std::string Out(const std::string &name) const { return (home.path / name).string(); }
+    std::string Out(const std::string &name) const { return home.File(name); }
 
     TempFolder home;
     fs::path banks = home.path / "banks";
@@ -202,6 +203,11 @@ TEST_F(CliArchive, TheMostSimilarComesFirst) {
     // Without the voice itself.
     const ProgramResult own = Cli({"archive", "similar", (banks / "old/b.syx").string(), "1"});
     EXPECT_EQ(own.output.find("HORN"), std::string::npos) << own.output;
+    // Of another family than all others.
+    const std::string reface = Out("reface.srx");
+    WriteTestFile(reface, TestRefaceBank());
+    ExpectFailure({"archive", "similar", reface, "1"},
+                  reface + ": the archive holds no other voice to compare it with");
     ExpectFailure({"archive", "similar", Out("mine.syx"), "33"},
                   Out("mine.syx") + ": there is no voice at place 33");
     ExpectFailure({"archive", "similar", Out("mine.syx"), "0"},

@@ -74,7 +74,7 @@ TEST(Completion, OffersEveryCommandOfTheHelp) {
         if (!Has(firsts, first)) {
             firsts.push_back(first);
         }
-        if (first == "db" || first == "reface-settings") {
+        if (first == "db" || first == "reface-settings" || first == "archive") {
             const std::string rest = usage.substr(first.size() + 1);
             EXPECT_TRUE(Has(Words({first, ""}), rest.substr(0, rest.find(' ')))) << usage;
         }
@@ -82,6 +82,7 @@ TEST(Completion, OffersEveryCommandOfTheHelp) {
     EXPECT_GE(firsts.size(), 25u);
     EXPECT_EQ(Words({""}), firsts);
     EXPECT_EQ(Words({"db", ""}).size(), 8u);
+    EXPECT_EQ(Words({"archive", ""}).size(), 9u);
 }
 
 TEST(Completion, OffersTheOptionsThatACommandTakes) {
@@ -143,6 +144,9 @@ TEST(Completion, ValuesOfOptionsAreThoseThatTheyTake) {
             << order;
     }
     EXPECT_EQ(Words({"db", "list", "--sort=p"}), Lines{"--sort=position"});
+    EXPECT_EQ(Words({"archive", "find", "--instrument", ""}), (Lines{"dx7", "reface"}));
+    EXPECT_EQ(Offered({"archive", "find", "--folder", ""}), Lines{"files"});
+    EXPECT_EQ(Offered({"archive", "add", "a", ""}), Lines{"files"});
     ExpectHelpNames({"db", "list", "--help"}, "--sort", orders);
     const Lines papers = Words({"print", "--paper", ""});
     EXPECT_EQ(papers, (Lines{"A4", "Letter"}));
