@@ -53,8 +53,8 @@ constexpr const char *Steps[] = {
 };
 
 // What a new file is, which its first page says and nothing changes later. Pages of this size hold
-// the voices of several banks with little room left over.
-constexpr const char *SetUp = "PRAGMA page_size = 8192;"
+// the features of several banks with less room left over than smaller ones.
+constexpr const char *SetUp = "PRAGMA page_size = 16384;"
                               "PRAGMA auto_vacuum = INCREMENTAL;";
 // Of each connection. A commit does not wait for the disk, which keeps their order: after a power
 // cut the last ones may be missing, and the next update makes them again.
@@ -62,7 +62,7 @@ constexpr const char *Ways = "PRAGMA journal_mode = WAL;"
                              "PRAGMA synchronous = NORMAL;"
                              "PRAGMA temp_store = MEMORY;"
                              "PRAGMA cache_size = -8192;"
-                             "PRAGMA wal_autocheckpoint = 2048;"
+                             "PRAGMA wal_autocheckpoint = 1024;"
                              "PRAGMA journal_size_limit = 33554432;";
 
 struct FaultText {
@@ -97,8 +97,8 @@ bool Went(ArchiveStore &store, ArchiveError &error) {
     return failure.fault == SqliteFault::None;
 }
 
-ArchiveStorePointer Refuse(ArchiveError &error, const std::string &text, const std::string &path) {
-    error.text = text + '\n' + path;
+ArchiveStorePointer Refuse(ArchiveError &error, const std::string &text) {
+    error.text = text;
     return nullptr;
 }
 
@@ -317,11 +317,11 @@ ArchiveStorePointer OpenArchive(const std::string &path, ArchiveUse use, Archive
     }
     switch (contents) {
     case Contents::Unread:
-        return Refuse(error, TextOf(failure), path);
+        return Refuse(error, TextOf(failure));
     case Contents::Foreign:
-        return Refuse(error, "This file is something else than an archive.", path);
+        return Refuse(error, "This file is something else than an archive.");
     case Contents::NewerArchive:
-        return Refuse(error, "This archive was made by a newer version of the program.", path);
+        return Refuse(error, "This archive was made by a newer version of the program.");
     case Contents::OlderArchive:
         if (use == ArchiveUse::Read) {
             if (!OpenArchive(path, ArchiveUse::Write, error, waitMilliseconds)) {
@@ -342,7 +342,7 @@ ArchiveStorePointer OpenArchive(const std::string &path, ArchiveUse use, Archive
         RunSql(*store->database, Ways);
         TakeFailure(*store->database);
         if (IsReadOnly(*store->database)) {
-            return Refuse(error, TextOf({SqliteFault::Denied, {}}), path);
+            return Refuse(error, TextOf({SqliteFault::Denied, {}}));
         }
     }
     const bool isUp = use == ArchiveUse::Read || BringUp(*store);
@@ -350,7 +350,7 @@ ArchiveStorePointer OpenArchive(const std::string &path, ArchiveUse use, Archive
         isUp ? NumberOfSql(*store->database, "SELECT made FROM archive") : std::nullopt;
     store->featuresFit = made == MadeBy;
     if (!Went(*store, error)) {
-        return Refuse(error, error.text, path);
+        return nullptr;
     }
     return store;
 }

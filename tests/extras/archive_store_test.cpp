@@ -347,7 +347,7 @@ TEST_F(ArchiveStoreTest, RoomOfForgottenFilesGoesBackToTheDisk) {
     const auto full = std::filesystem::file_size(path);
     EXPECT_TRUE(ForgetFolder(*Open(ArchiveUse::Write), "/banks", error));
     EXPECT_GT(full, 3'000'000u);
-    EXPECT_LT(std::filesystem::file_size(path), 100'000u);
+    EXPECT_LT(std::filesystem::file_size(path), 200'000u);
 }
 
 TEST_F(ArchiveStoreTest, ChangedVoicesTakeThePlaceOfTheFormerOnes) {
@@ -421,7 +421,7 @@ TEST_F(ArchiveStoreTest, AnArchiveOfANewerVersionIsLeftAlone) {
     const std::vector<std::uint8_t> former = ReadTestFile(path);
     for (const ArchiveUse use : {ArchiveUse::Read, ArchiveUse::Write}) {
         EXPECT_FALSE(Open(use));
-        EXPECT_EQ(error.text, "This archive was made by a newer version of the program.\n" + path);
+        EXPECT_EQ(error.text, "This archive was made by a newer version of the program.");
     }
     EXPECT_EQ(ReadTestFile(path), former);
 }
@@ -431,14 +431,14 @@ TEST_F(ArchiveStoreTest, AnotherFileIsLeftAlone) {
     const std::vector<std::uint8_t> former = ReadTestFile(path);
     for (const ArchiveUse use : {ArchiveUse::Read, ArchiveUse::Write}) {
         EXPECT_FALSE(Open(use));
-        EXPECT_EQ(error.text, "This file is something else than an archive.\n" + path);
+        EXPECT_EQ(error.text, "This file is something else than an archive.");
     }
     EXPECT_EQ(ReadTestFile(path), former);
 
     folder.WriteText("Archive.sqlite", "a letter to somebody");
     for (const ArchiveUse use : {ArchiveUse::Read, ArchiveUse::Write}) {
         EXPECT_FALSE(Open(use));
-        EXPECT_EQ(error.text, "The archive is damaged.\n" + path);
+        EXPECT_EQ(error.text, "The archive is damaged.");
     }
     EXPECT_EQ(ReadTestText(path), "a letter to somebody");
 }
@@ -446,11 +446,11 @@ TEST_F(ArchiveStoreTest, AnotherFileIsLeftAlone) {
 TEST_F(ArchiveStoreTest, ADamagedArchiveIsAnErrorAndStays) {
     PutFile(*Open(ArchiveUse::Write), "/a", "one", 5000);
     std::vector<std::uint8_t> bytes = ReadTestFile(path);
-    std::fill(bytes.begin() + 8192, bytes.end(), 0xA5);
+    std::fill(bytes.begin() + 16384, bytes.end(), 0xA5);
     folder.Write("Archive.sqlite", bytes);
     for (const ArchiveUse use : {ArchiveUse::Read, ArchiveUse::Write}) {
         EXPECT_FALSE(Open(use));
-        EXPECT_EQ(error.text, "The archive is damaged.\n" + path);
+        EXPECT_EQ(error.text, "The archive is damaged.");
     }
     EXPECT_EQ(ReadTestFile(path), bytes);
 }
@@ -458,7 +458,7 @@ TEST_F(ArchiveStoreTest, ADamagedArchiveIsAnErrorAndStays) {
 TEST_F(ArchiveStoreTest, DamageThatIsSeenLateIsAnErrorToo) {
     PutFile(*Open(ArchiveUse::Write), "/a", "one", 50'000);
     std::vector<std::uint8_t> bytes = ReadTestFile(path);
-    std::fill(bytes.begin() + 10 * 8192, bytes.end(), 0xA5);
+    std::fill(bytes.begin() + 10 * 16384, bytes.end(), 0xA5);
     folder.Write("Archive.sqlite", bytes);
     const ArchiveStorePointer store = Open(ArchiveUse::Read);
     ASSERT_TRUE(store) << error.text;
@@ -473,7 +473,7 @@ TEST_F(ArchiveStoreTest, DamageThatIsSeenLateIsAnErrorToo) {
 TEST_F(ArchiveStoreTest, AFolderInItsPlaceCannotBeOpened) {
     std::filesystem::create_directory(PathOfUtf8(path));
     EXPECT_FALSE(Open(ArchiveUse::Write));
-    EXPECT_EQ(error.text, "The archive cannot be opened.\n" + path);
+    EXPECT_EQ(error.text, "The archive cannot be opened.");
 }
 
 TEST_F(ArchiveStoreTest, FoldersAreCalledInOneWay) {

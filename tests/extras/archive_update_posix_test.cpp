@@ -289,13 +289,13 @@ TEST_F(ArchiveObstacles, AnArchiveThatMayOnlyBeReadIsRead) {
     RunUnprivileged(permissions, [&] {
         EXPECT_EQ(Files(), Strings{"banks/one.syx"});
         EXPECT_FALSE(Open());
-        EXPECT_EQ(error.text, "The archive may not be written.\n" + path);
+        EXPECT_EQ(error.text, "The archive may not be written.");
     });
     RunUnprivileged({{folder.File("archive"), 0500}},
                     [&] { EXPECT_EQ(Files(), Strings{"banks/one.syx"}); });
     RunUnprivileged({{path, 0}}, [&] {
         EXPECT_FALSE(Open(ArchiveUse::Read));
-        EXPECT_EQ(error.text, "The archive cannot be opened.\n" + path);
+        EXPECT_EQ(error.text, "The archive cannot be opened.");
     });
 }
 
@@ -344,7 +344,7 @@ TEST_F(ArchiveObstacles, WhatAKilledProgramHasEndedIsReadWhereNothingCanBeWritte
                         if (store) {
                             EXPECT_EQ(RowsOf(*store).files.size(), 0u);
                         } else {
-                            EXPECT_EQ(error.text, "The archive cannot be opened.\n" + path);
+                            EXPECT_EQ(error.text, "The archive cannot be opened.");
                         }
                     });
     EXPECT_EQ(Files(), Strings());
@@ -447,11 +447,11 @@ TEST_F(ArchiveObstacles, AFullDiskIsToldAndWhatWasDoneStands) {
             EXPECT_EQ(mount("tmpfs", folder.File("archive").c_str(), "tmpfs", MS_REMOUNT, size), 0);
         };
         EXPECT_EQ(Add({"banks"}).files, 0u);
-        EXPECT_EQ(error.text, "The disk is full.\n" + path);
+        EXPECT_EQ(error.text, "The disk is full.");
         for (const char *size : {"size=200k", "size=1m", "size=3m", "size=7m"}) {
             resize(size);
             Add({"banks"});
-            EXPECT_EQ(error.text.substr(0, error.text.find('\n')), "The disk is full.") << size;
+            EXPECT_EQ(error.text, "The disk is full.") << size;
             Sound();
         }
         resize("size=100m");
