@@ -116,19 +116,19 @@ bool LoadKnown(Update &update) {
 
 // Known files of the folders that were looked through, in which they do not stand any more.
 void FindGone(Update &update, const std::vector<std::string> *scope) {
-    std::vector<std::int64_t> kept; // folders whose files stay
+    std::vector<std::int64_t> staying; // folders whose files stay
     for (const ArchiveFolder &folder : update.folders) {
         const bool inScope =
             !scope || std::ranges::any_of(*scope, [&folder](const std::string &top) {
                 return IsInArchiveFolder(folder.path, top);
             });
         if (!inScope || IsKept(update.walk, folder.path)) {
-            kept.push_back(folder.id);
+            staying.push_back(folder.id);
         }
     }
     const std::vector<KnownFile> &files = update.walk.known.files;
     for (std::uint32_t number = 0; number < files.size(); ++number) {
-        if (!files[number].seen && !std::ranges::binary_search(kept, files[number].folder)) {
+        if (!files[number].seen && !std::ranges::binary_search(staying, files[number].folder)) {
             update.gone.push_back(number);
             if (files[number].content != 0) {
                 update.goneByContent.emplace(files[number].content, number);
@@ -141,10 +141,13 @@ void FindGone(Update &update, const std::vector<std::string> *scope) {
 std::uint32_t TakeMoved(Update &update, const ArchiveFile &row) {
     const auto [first, last] = update.goneByContent.equal_range(row.content);
     auto best = last;
-    for (auto at = first; at != last; ++at) {
+    int looked = 0; // at a few only, since there may be very many copies
+    bool sameName = false;
+    for (auto at = first; at != last && !sameName && looked < 100; ++at, ++looked) {
         const KnownFile &file = update.walk.known.files[at->second];
+        sameName = update.walk.known.NameOf(file) == row.name;
         if (file.state.size == row.size && file.voices == row.voices &&
-            (best == last || update.walk.known.NameOf(file) == row.name)) {
+            (best == last || sameName)) {
             best = at;
         }
     }
@@ -281,8 +284,7 @@ Outcome ReadFile(Update &update, const std::string &path, std::uint32_t folder) 
 }
 
 bool IsAsKnown(const KnownFile &known, const ArchiveFile &row) {
-    return known.folder == row.folder && known.again == row.again && known.content == row.content &&
-           known.failed == !row.fault.empty() &&
+    return known.again == row.again && known.content == row.content && !known.failed &&
            known.state == FileState{row.size, row.changed, row.status};
 }
 
@@ -294,7 +296,6 @@ bool StoreFile(Update &update, const FileAhead &file, Outcome outcome) {
     KnownFile *known = file.known != NoFile ? &files[file.known] : nullptr;
     bool keepsVoices = known && known->again != ReadAgain::Anew && reading.stored == 0 &&
                        known->content == row.content && known->voices == row.voices;
-    row.folder = update.walk.folders[file.folder].id;
     if (keepsVoices && IsAsKnown(*known, row)) {
         ++(outcome == Outcome::Read ? update.report.unchanged : update.report.skipped);
         return true;
@@ -334,10 +335,10 @@ bool StoreFailure(Update &update, const FileAhead &file, const std::string &path
     ++update.report.failed;
     Tell(update, path, text);
     const KnownFile *known = file.known != NoFile ? &update.walk.known.files[file.known] : nullptr;
-    if (known && known->failed) {
+    FileReading &reading = update.reading;
+    if (known && known->failed && reading.stored == 0) {
         return true;
     }
-    FileReading &reading = update.reading;
     if (!BeginBatch(update) || !PutFolder(update, file.folder)) {
         return false;
     }
@@ -367,7 +368,9 @@ bool DropReading(Update &update, const FileAhead &file) {
     if (file.known == NoFile) {
         return RemoveArchiveFile(update.store, reading.row.id, update.error);
     }
-    update.report.voices -= update.walk.known.files[file.known].voices;
+    const KnownFile &known = update.walk.known.files[file.known];
+    update.report.voices -= known.voices;
+    update.report.files -= known.WasRead();
     reading.row.voices = reading.row.content = 0;
     reading.row.again = ReadAgain::Anew;
     return RemoveArchiveVoices(update.store, reading.row.id, update.error) &&

@@ -23,6 +23,10 @@ std::size_t HashOf(std::int64_t folder, std::string_view name) {
     return (std::hash<std::string_view>()(name) ^ static_cast<std::size_t>(folder)) * spread;
 }
 
+bool IsKnown(const FileKey &key) {
+    return key.number != 0;
+}
+
 void Tell(ArchiveWalk &walk, const std::string &path, const std::string &reason) {
     if (walk.tell) {
         walk.tell(path, reason);
@@ -136,7 +140,7 @@ void WalkBelow(ArchiveWalk &walk, const std::string &top) {
             Keep(walk, path, std::strerror(errno));
         }
         if (!target || target->kind != EntryKind::Folder || IsSystemFolder(path) ||
-            !walk.folderKeys.insert(target->key).second) {
+            (IsKnown(target->key) && !walk.folderKeys.insert(target->key).second)) {
             continue; // gone in this moment, none to enter, or reached by another path before
         }
         int reason = 0;
@@ -187,7 +191,8 @@ void FollowLink(ArchiveWalk &walk, const ArchiveWalk::FoundLink &link) {
         const std::string real = RealFolder(path);
         if (IsInArchiveFolder(RealFolder(folder), real)) {
             Tell(walk, path, Circle);
-        } else if (!IsSystemFolder(real)) {
+        } else if (IsKnown(target->key) && !IsSystemFolder(real)) {
+            // Links of folders without a key could lead on for ever.
             WalkTree(walk, path);
         }
     }

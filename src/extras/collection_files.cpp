@@ -13,52 +13,22 @@ constexpr std::string_view DumpExtensions[] = {
     "syx", "sysex", "dx7", "mid", "midi", "rmi", "srx", "sr1", "sy1", "syx_db", "srx_db",
 };
 
-// What files begin with: dumps, and what no dump is.
-struct FileStart {
-    std::string_view bytes;
-    bool isDump;
-};
-constexpr FileStart FileStarts[] = {
-    {"\xF0", true},              // a message
-    {"MThd", true},              // a Standard MIDI File
-    {"TNWR", true},              // our own documents
-    {"Tnwr", true},              // our own catalogues
-    {"RIFF", false},             // sounds, pictures, films
-    {"RIFX", false},             //
-    {"RF64", false},             //
-    {"FORM", false},             // the same of another maker
-    {"OggS", false},             //
-    {"fLaC", false},             //
-    {"wvpk", false},             //
-    {"MAC ", false},             //
-    {"caff", false},             //
-    {"ID3\2", false},            //
-    {"ID3\3", false},            //
-    {"ID3\4", false},            //
-    {"\xFF\xFB", false},         //
-    {"\xFF\xF1", false},         //
-    {"\x89PNG", false},          // pictures and texts with pictures
-    {"\xFF\xD8\xFF", false},     //
-    {"GIF8", false},             //
-    {"%PDF", false},             //
-    {"%!PS", false},             //
-    {"\xD0\xCF\x11\xE0", false}, //
-    {"PK\3\4", false},           // archives
-    {"PK\5\6", false},           //
-    {"Rar!", false},             //
-    {"7z\xBC\xAF", false},       //
-    {"\x1F\x8B", false},         //
-    {"BZh", false},              //
-    {"\xFD"
-     "7zXZ",
-     false},                     //
-    {"\x28\xB5\x2F\xFD", false}, //
-    {"\x7F"
-     "ELF",
-     false},                     // programs and their files
-    {"\xCF\xFA\xED\xFE", false}, //
-    {"SQLite format 3", false},  //
-};
+// What dumps begin with: a message, a Standard MIDI File, our own documents and catalogues.
+constexpr std::string_view DumpStarts[] = {"\xF0", "MThd", "TNWR", "Tnwr"};
+
+// What no dump begins with.
+constexpr std::string_view OtherStarts[] = {
+    // sounds and films
+    "RIFF", "RIFX", "RF64", "FORM", "OggS", "fLaC", "wvpk", "MAC ", "caff", "ID3\2", "ID3\3",
+    "ID3\4", "\xFF\xFB", "\xFF\xF1",
+    // pictures, and texts with pictures
+    "\x89PNG", "\xFF\xD8\xFF", "GIF8", "%PDF", "%!PS", "\xD0\xCF\x11\xE0",
+    // archives
+    "PK\3\4", "PK\5\6", "Rar!", "7z\xBC\xAF", "\x1F\x8B", "BZh", "\3757zXZ", "\x28\xB5\x2F\xFD",
+    // programs
+    "\177ELF", "\xCF\xFA\xED\xFE",
+    // databases, and what stands beside them
+    "SQLite format 3", "\x37\x7F\x06"};
 
 FileJudgement UpTo(std::uint64_t limit, std::uint64_t size, FileJudgement beyond) {
     return size <= limit ? FileJudgement::Read : beyond;
@@ -85,13 +55,13 @@ FileJudgement JudgeFile(std::string_view name, std::uint64_t size) {
 
 FileJudgement JudgeFile(std::span<const std::uint8_t> start, std::uint64_t size) {
     const std::string_view bytes(reinterpret_cast<const char *>(start.data()), start.size());
-    const auto known = std::ranges::find_if(
-        FileStarts, [&](const FileStart &row) { return bytes.starts_with(row.bytes); });
-    if (known == std::end(FileStarts)) {
-        return UpTo(LargestUnknownFile, size, FileJudgement::Skip);
+    const auto beginsWith = [bytes](std::string_view known) { return bytes.starts_with(known); };
+    if (std::ranges::any_of(DumpStarts, beginsWith)) {
+        return UpTo(LargestDumpFile, size, FileJudgement::TooLarge);
     }
-    return known->isDump ? UpTo(LargestDumpFile, size, FileJudgement::TooLarge)
-                         : FileJudgement::Skip;
+    return std::ranges::any_of(OtherStarts, beginsWith)
+               ? FileJudgement::Skip
+               : UpTo(LargestUnknownFile, size, FileJudgement::Skip);
 }
 
 } // namespace tonewright

@@ -21,7 +21,7 @@ struct FileState {
     bool operator==(const FileState &) const = default;
 };
 
-// The same for whichever path leads to a file or folder; zeros where that is unknown.
+// The same for whichever path leads to a file or folder; number 0 where that is unknown.
 struct FileKey {
     std::uint64_t device = 0, number = 0;
 
