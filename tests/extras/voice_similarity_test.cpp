@@ -444,5 +444,85 @@ TEST(VoiceSimilarity, StepsThatAnEarHearsAlikeAreAlikeInSize) {
     EXPECT_GT(changed(Dx7Operator::egRate1, 60), 10);
 }
 
+// What the header tells, by hand. Whoever changes a byte counts VoiceFeatureVersion up, so that an
+// archive makes its own anew.
+TEST(VoiceSimilarity, SixOperatorsBecomeTheBytesThatAreWrittenDown) {
+    ASSERT_EQ(VoiceFeatureVersion, 1);
+    Bytes voice(Dx7VoiceSize);
+    voice[Dx7Voice::operatorEnable] = 0x3F;
+    std::uint8_t *first = &voice[5 * Dx7OperatorSize];
+    const std::uint8_t block[] = {60, 50, 30, 40, 99, 50, 50, 0, 0, 0, 0,
+                                  0,  0,  0,  0,  7,  99, 0,  2, 0, 7};
+    std::ranges::copy(block, first);
+    voice[Dx7Voice::algorithm] = 31;
+    const auto operatorAt = [&](std::size_t number) {
+        const VoiceFeatures features = FeaturesOf({VoiceForm::Dx7Stored, voice});
+        const auto *start = &features[2 + 8 * (number - 1)];
+        return Bytes(start, start + 7);
+    };
+    // Full strength; sustained 49 steps lower, which is 36.9 dB; an octave up; 20 of 80 rates below
+    // at once; 49 * 50 of 99 * 99; 40 of 99; velocity 7.
+    EXPECT_EQ(operatorAt(1), (Bytes{228, 132, 152, 15, 15, 12, 156}));
+    EXPECT_EQ(operatorAt(2), (Bytes{128, 128, 128, 0, 0, 0, 128})); // silent
+    first[Dx7Operator::oscillatorMode] = 1; // 100 Hz: 1.387 octaves below middle C
+    first[Dx7Operator::egLevel4] = 99;      // sounds on
+    first[Dx7Operator::scaleRightDepth] = 99;
+    first[Dx7Operator::scaleRightCurve] = 3;
+    EXPECT_EQ(operatorAt(1), (Bytes{228, 132, 95, 15, 15, 0, 228}));
+
+    // A modulator of half the index of the largest, 6.283 radians: log(7.283) of log(13.566).
+    voice[Dx7Voice::algorithm] = 4;
+    std::copy_n(block, Dx7OperatorSize, &voice[4 * Dx7OperatorSize]);
+    voice[4 * Dx7OperatorSize + Dx7Operator::outputLevel] = 91;
+    EXPECT_EQ(operatorAt(2)[0], 52);
+    EXPECT_EQ(operatorAt(2)[2], 146); // 24, of which 0.76 are heard
+
+    voice[Dx7Voice::feedback] = 7; // of operator 6, which is silent
+    voice[Dx7Voice::pitchEgLevel1] = voice[Dx7Voice::pitchEgLevel2] =
+        voice[Dx7Voice::pitchEgLevel3] = voice[Dx7Voice::pitchEgLevel4] = 50;
+    voice[Dx7Voice::pitchEgLevel2] = 75;
+    voice[Dx7Voice::lfoPitchModDepth] = 99;
+    voice[Dx7Voice::pitchModSensitivity] = 7;
+    voice[Dx7Voice::transpose] = 36;
+    VoiceFeatures features = FeaturesOf({VoiceForm::Dx7Stored, voice});
+    EXPECT_EQ(Bytes(&features[50], &features[54]), (Bytes{0, 30, 28, 164}));
+    std::copy_n(block, Dx7OperatorSize, &voice[0]);
+    std::copy_n(block, Dx7OperatorSize, &voice[Dx7OperatorSize]);
+    voice[Dx7Voice::lfoSpeed] = 99;
+    features = FeaturesOf({VoiceForm::Dx7Stored, voice});
+    EXPECT_EQ(Bytes(&features[50], &features[52]), (Bytes{50, 60}));
+}
+
+TEST(VoiceSimilarity, FourOperatorsBecomeTheBytesThatAreWrittenDown) {
+    Bytes voice(RefaceVoiceBytes);
+    std::uint8_t *first = &voice[RefaceCommonSize];
+    const std::uint8_t block[] = {1, 127, 0, 0, 127, 127, 127, 127, 0, 0, 0, 0, 0,
+                                  0, 0,   0, 0, 127, 127, 127, 0,   0, 4, 0, 64};
+    std::ranges::copy(block, first);
+    voice[RefaceVoice::algorithm] = 11;
+    voice[RefaceVoice::partMode] = 2;
+    voice[RefaceVoice::portamentoTime] = 127;
+    voice[RefaceVoice::transpose] = 52;
+    std::fill_n(&voice[RefaceVoice::pitchEgLevel1], 4, std::uint8_t{64});
+    voice[RefaceVoice::effect1Type] = 3; // chorus
+    voice[RefaceVoice::effect1Param1] = 127;
+    voice[RefaceVoice::effect2Type] = 7; // reverb
+    VoiceFeatures features = FeaturesOf({VoiceForm::Reface, voice});
+    const auto withoutRest = [&] {
+        Bytes bytes(&features[2], &features[9]);
+        bytes.push_back(features[10]);
+        return bytes;
+    };
+    EXPECT_EQ(withoutRest(), (Bytes{228, 178, 176, 0, 0, 30, 156, 178}));
+    EXPECT_EQ(Bytes(&features[38], &features[50]),
+              (Bytes{0, 0, 92, 0, 0, 40, 0, 0, 0, 10, 20, 10}));
+    first[RefaceOperator::feedbackType] = 1;
+    features = FeaturesOf({VoiceForm::Reface, voice});
+    EXPECT_EQ(withoutRest().back(), 78);
+    first[RefaceOperator::enable] = 0;
+    features = FeaturesOf({VoiceForm::Reface, voice});
+    EXPECT_EQ(withoutRest(), (Bytes{128, 128, 128, 0, 0, 0, 128, 128}));
+}
+
 } // namespace
 } // namespace tonewright
