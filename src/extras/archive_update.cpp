@@ -561,6 +561,11 @@ UpdateReport AddToArchive(ArchiveStore &store, std::span<const std::string> fold
         }
         tops.push_back(top);
     }
+    for (const ArchiveFolder &folder : update.folders) {
+        if (folder.root && std::ranges::find(tops, folder.path) == tops.end()) {
+            update.walk.elsewhere.push_back(RealFolder(folder.path));
+        }
+    }
     RunUpdate(update, &tops);
     return update.report;
 }

@@ -19,12 +19,18 @@ constexpr const char *Circle = "The link leads back to a folder that it stands i
 constexpr const char *TooLarge = "The file is larger than 1 GB and was not read.";
 
 std::size_t HashOf(std::int64_t folder, std::string_view name) {
-    constexpr std::size_t spread = 0x9E3779B97F4A7C15 & ~std::size_t{0};
-    return (std::hash<std::string_view>()(name) ^ static_cast<std::size_t>(folder)) * spread;
+    return std::hash<std::string_view>()(name) ^ static_cast<std::size_t>(folder);
 }
 
 bool IsKnown(const FileKey &key) {
     return key.number != 0;
+}
+
+// A path without links in it; as it is when it leads nowhere.
+std::string RealPath(const std::string &path) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(PathOfUtf8(path), error);
+    return error ? path : ArchiveFolderPath(Utf8OfPath(real));
 }
 
 void Tell(ArchiveWalk &walk, const std::string &path, const std::string &reason) {
@@ -168,6 +174,12 @@ void WalkTree(ArchiveWalk &walk, const std::string &top) {
     }
 }
 
+// Whether what a link leads to is looked through when its own turn comes.
+bool IsElsewhere(const ArchiveWalk &walk, const std::string &real) {
+    return std::ranges::any_of(
+        walk.elsewhere, [&real](const std::string &root) { return IsInArchiveFolder(real, root); });
+}
+
 // What a link leads to, if it is a folder to which no other path has led. One to a file waits.
 void FollowLink(ArchiveWalk &walk, const ArchiveWalk::FoundLink &link) {
     const std::string folder = walk.folders[link.folder].path;
@@ -191,7 +203,7 @@ void FollowLink(ArchiveWalk &walk, const ArchiveWalk::FoundLink &link) {
         const std::string real = RealFolder(path);
         if (IsInArchiveFolder(RealFolder(folder), real)) {
             Tell(walk, path, Circle);
-        } else if (IsKnown(target->key) && !IsSystemFolder(real)) {
+        } else if (IsKnown(target->key) && !IsSystemFolder(real) && !IsElsewhere(walk, real)) {
             // Links of folders without a key could lead on for ever.
             WalkTree(walk, path);
         }
@@ -203,14 +215,15 @@ void FollowFileLinks(ArchiveWalk &walk) {
     std::ranges::sort(walk.fileKeys);
     std::set<FileKey> taken;
     for (const ArchiveWalk::FoundLink &link : walk.fileLinks) {
-        const auto target = TargetOf(PathInFolder(walk.folders[link.folder].path, link.name));
+        const std::string path = PathInFolder(walk.folders[link.folder].path, link.name);
+        const auto target = TargetOf(path);
         if (!target) {
             continue; // gone in this moment
         }
-        const bool isKnown =
-            target->key != FileKey{} && (std::ranges::binary_search(walk.fileKeys, target->key) ||
-                                         !taken.insert(target->key).second);
-        if (!isKnown) {
+        const bool isTaken =
+            IsKnown(target->key) && (std::ranges::binary_search(walk.fileKeys, target->key) ||
+                                     !taken.insert(target->key).second);
+        if (!isTaken && !IsElsewhere(walk, RealPath(path))) {
             TakeFile(walk, link.folder, link.name, target->state);
         }
     }
@@ -267,9 +280,8 @@ std::string_view KnownFiles::NameOf(const KnownFile &file) const {
 }
 
 std::string RealFolder(const std::string &path) {
-    std::error_code error;
-    const std::filesystem::path real = std::filesystem::canonical(PathOfUtf8(path + '/'), error);
-    return error ? path : ArchiveFolderPath(Utf8OfPath(real));
+    const std::string real = RealPath(path + '/');
+    return real == path + '/' ? path : real;
 }
 
 void WalkFolders(ArchiveWalk &walk, std::vector<std::string> roots) {

@@ -61,6 +61,8 @@ struct ArchiveWalk {
     // Filled in before.
     KnownFiles known;
     std::unordered_map<std::string, std::int64_t> folderIds; // by path
+    std::vector<std::string> elsewhere; // real paths of folders that were added and are not looked
+                                        // through now: links into them are left alone
     std::function<bool(std::uint64_t found, const std::string &folder)> goOn;
     std::function<void(const std::string &path, const std::string &reason)> tell;
 

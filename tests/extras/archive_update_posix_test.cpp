@@ -181,6 +181,22 @@ TEST_F(ArchiveObstacles, FoldersThatAreAddedByLinksAndByTheirOwnPathsCountOnce) 
     EXPECT_EQ(Add({"link"}).files, 2u);
 }
 
+TEST_F(ArchiveObstacles, LinksIntoAddedFoldersAreLeftAlone) {
+    Put("banks/one.syx", NumberedBank(1));
+    Put("banks/below/two.syx", NumberedBank(2));
+    Put("other/three.syx", NumberedBank(3));
+    Link("other/link", "../banks/below");
+    Link("other/link.syx", "../banks/one.syx");
+    Link("banks/below/beside.syx", "../one.syx");
+    Add({"banks"});
+    EXPECT_EQ(Add({"other"}).files, 3u);
+    EXPECT_EQ(Add({"banks/below"}).files, 3u);
+    const Strings expected = {"banks/below/two.syx", "banks/one.syx", "other/three.syx"};
+    EXPECT_EQ(Files(), expected);
+    EXPECT_EQ(Update().unchanged, 3u);
+    EXPECT_EQ(Files(), expected);
+}
+
 TEST_F(ArchiveObstacles, NamesNeedNotBeText) {
     const std::string name = "\xFF\xFE\x80 bank\n.syx";
     Put("banks/\xC3/" + name, NumberedBank(1));
