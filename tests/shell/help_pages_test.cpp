@@ -292,7 +292,7 @@ TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
              Named{"RESCUE", {"identify", "rescue"}},
              Named{"ARCHIVE",
                    {"Extras, Archive...", "Add folder...", "Update", "Forget folder...",
-                    "Put into the list", "New bank from these voices", "Archive.sqlite"}},
+                    "Put into the list", "New bank from these", "Archive.sqlite"}},
              Named{"CONFIGURING", {"Edit, Configure synthesizer", "AutoConfig.crg"}},
              Named{"FETCHING", {"Download current voices"}},
              Named{"SENDING", {"Upload current voices", "Upload to synthesizer"}},
