@@ -50,11 +50,11 @@ struct ArchiveIndex {
     std::string paths; // all, one behind the other
     std::vector<std::uint64_t> pathStarts = {0};
     std::vector<std::int64_t> fileIds;
-    std::vector<std::uint32_t> fileFirsts = {0}; // where its places begin in the order of files
+    std::vector<std::uint32_t> fileFirsts; // where its places begin in the order of files
     // Names that differ, in their order.
     std::vector<NameText> names;
     std::vector<NameBlock> foldedNames;
-    std::vector<ArchivePlaceNumber> nameFirsts = {0};
+    std::vector<ArchivePlaceNumber> nameFirsts;
     // Places, in the order of their names.
     std::vector<ArchiveVoiceNumber> placeVoices;
     std::vector<std::uint32_t> placeFiles;
@@ -62,7 +62,7 @@ struct ArchiveIndex {
     // Voices, in the order of their identities.
     std::vector<VoiceIdentity> identities;
     std::vector<std::uint8_t> families, algorithms;
-    std::vector<std::uint32_t> voiceFirsts = {0}; // where its places begin in `voicePlaces`
+    std::vector<std::uint32_t> voiceFirsts; // where its places begin in `voicePlaces`
     std::vector<ArchivePlaceNumber> voicePlaces;
 
     // Those by name and by file are made with the index, the others when they are asked for.
@@ -283,7 +283,6 @@ std::vector<ArchivePlaceNumber> NumberPlaces(ArchiveIndex &index, std::vector<So
     std::vector<ArchivePlaceNumber> numbers(entries.size());
     Bits &runStarts = index.orders[static_cast<std::size_t>(ArchiveColumn::Name)].runStarts;
     runStarts.resize(WordsFor(entries.size()));
-    index.nameFirsts.clear();
     for (std::uint32_t number = 0; number < entries.size(); ++number) {
         const SortEntry &entry = entries[number];
         numbers[entry.value] = number;
@@ -314,7 +313,6 @@ void NumberVoices(ArchiveIndex &index, std::vector<SortEntry> &entries,
     SortByBits(entries, other, 0, 64, std::mem_fn(&SortEntry::key));
     index.placeVoices.resize(entries.size());
     index.voicePlaces.resize(entries.size());
-    index.voiceFirsts.clear();
     std::uint32_t place = 0;
     for (const SortEntry &entry : entries) {
         if (index.identities.empty() || index.identities.back() != entry.key) {

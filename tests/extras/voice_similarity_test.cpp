@@ -519,6 +519,13 @@ TEST(VoiceSimilarity, FourOperatorsBecomeTheBytesThatAreWrittenDown) {
     first[RefaceOperator::feedbackType] = 1;
     features = FeaturesOf({VoiceForm::Reface, voice});
     EXPECT_EQ(withoutRest().back(), 78);
+    for (const int mode : {0, 1}) {
+        voice[RefaceVoice::partMode] = static_cast<std::uint8_t>(mode);
+        EXPECT_EQ(FeaturesOf({VoiceForm::Reface, voice})[49], 10 * mode);
+    }
+    first[RefaceOperator::outputLevel] = 28; // 99 steps below 127
+    EXPECT_EQ(FeaturesOf({VoiceForm::Reface, voice})[2], 128);
+    first[RefaceOperator::outputLevel] = 127;
     first[RefaceOperator::enable] = 0;
     features = FeaturesOf({VoiceForm::Reface, voice});
     EXPECT_EQ(withoutRest(), (Bytes{128, 128, 128, 0, 0, 0, 128, 128}));
