@@ -43,7 +43,7 @@ std::string ReasonOfReading() {
 bool IdentifyFile(const std::string &path) {
     bool isSound = true;
     const auto putDump = [&](const FoundDump &dump) {
-        const std::string what = TextOfDump(dump), faults = TextOfFaults(dump);
+        const std::string what = TextOfDump(dump), faults = RemarksOfDump(dump);
         Put(StandardOutput, FieldText(path));
         PutTabAnd(dump.offset);
         PutTabAnd(dump.length);
@@ -143,7 +143,7 @@ bool RescueDocument(RescueRun &run, const std::string &source, const RescuedDocu
     PutTabAnd(document.dump.offset);
     PutTabAnd(FieldText(TextOfDump(document.dump)));
     PutTabAnd(static_cast<std::uint64_t>(document.voices));
-    PutTabAnd(FieldText(TextOfFaults(document.dump)));
+    PutTabAnd(FieldText(RemarksOfDump(document.dump)));
     PutTabAnd(FieldText(failure.empty() ? path : ""));
     Put(StandardOutput, '\n');
     if (!failure.empty()) {

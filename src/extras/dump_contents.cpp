@@ -159,7 +159,7 @@ std::string DumpInWords(const FoundDump &dump) {
         TextOfDump(dump) + ", " + Count(dump.length, "byte", "bytes") + " from " +
         Number(dump.offset) +
         FormatText(" (hexadecimal %llX)", static_cast<unsigned long long>(dump.offset));
-    if (const std::string faults = TextOfFaults(dump); !faults.empty()) {
+    if (const std::string faults = RemarksOfDump(dump); !faults.empty()) {
         text += ": " + faults;
     }
     return text + ".";

@@ -155,6 +155,14 @@ bool IsSoundDump(const FoundDump &dump) {
     return dump.kind != DumpKind::Unknown && (dump.faults & ~nothingWrong) == 0;
 }
 
+std::string RemarksOfDump(const FoundDump &dump) {
+    std::string text = TextOfFaults(dump);
+    if (dump.confidence < 100) {
+        text += (text.empty() ? "" : ", ") + std::to_string(dump.confidence) + "% sure";
+    }
+    return text;
+}
+
 DumpRead RescueDocuments(const char *path, const RescueVisitor &visit) {
     Rescue rescue{.visit = visit};
     // First what there is, then the voices, of which a bank at most is in memory at one time.

@@ -20,6 +20,10 @@ namespace tonewright {
 // Whether it is known what it is, and nothing is wrong with it.
 bool IsSoundDump(const FoundDump &dump);
 
+// What is to be remarked of it, in words: its faults and, where ranges and names had to be judged,
+// how sure that is: "no header, 99% sure". Empty for nothing.
+std::string RemarksOfDump(const FoundDump &dump);
+
 // A document that a dump gives: a bank, or a single voice.
 struct RescuedDocument {
     FoundDump dump; // or the first of those that it was made of

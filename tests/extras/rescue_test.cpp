@@ -338,6 +338,66 @@ TEST(Rescue, AFileThatCannotBeReadIsAFailure) {
     EXPECT_EQ(RescueDocuments(folder.Write("empty", Bytes{}).c_str(), never), DumpRead::Done);
 }
 
+TEST(Rescue, DumpsInMidiFilesLoseTheLengthsOfTheirEvents) {
+    const Bytes bank = TestBankMessage(2);
+    const auto length = [](std::size_t bytes) {
+        return Bytes{static_cast<std::uint8_t>(0x80 | bytes >> 7),
+                     static_cast<std::uint8_t>(bytes & 0x7F)};
+    };
+    // In one event, and cut into three.
+    const Bytes whole = Join({{0x00, 0xF0}, length(4103), Bytes(bank.begin() + 1, bank.end())});
+    const Bytes cut = Join({{0x00, 0xF0},
+                            length(2000),
+                            Bytes(bank.begin() + 1, bank.begin() + 2001),
+                            {0x10, 0xF7},
+                            length(1000),
+                            Bytes(bank.begin() + 2001, bank.begin() + 3001),
+                            {0x10, 0xF7},
+                            length(1103),
+                            Bytes(bank.begin() + 3001, bank.end())});
+    for (const Bytes &event : {whole, cut}) {
+        const Bytes track = Join({event, {0x00, 0xFF, 0x2F, 0x00}});
+        Bytes file = Join({TextBytes("MThd"),
+                           {0, 0, 0, 6, 0, 0, 0, 1, 0, 96},
+                           TextBytes("MTrk"),
+                           {0, 0, static_cast<std::uint8_t>(track.size() >> 8),
+                            static_cast<std::uint8_t>(track.size() & 0xFF)},
+                           track});
+        EXPECT_EQ(OnlyDocument(file, "syx", 32), TestBank());
+    }
+}
+
+TEST(Rescue, TextInHexadecimalIsReadAsItsBytes) {
+    std::string text = "My bank:\n";
+    for (const std::uint8_t byte : TestBank()) {
+        constexpr char digits[] = "0123456789abcdef";
+        text += {digits[byte >> 4], digits[byte & 15], ' '};
+    }
+    EXPECT_EQ(OnlyDocument(TextBytes(text), "syx", 32), TestBank());
+}
+
+TEST(Rescue, APackedVoiceAloneKeepsAllBitsOfItsDetune) {
+    Bytes packed = TestPackedVoice(3);
+    packed[17 + 12] = 14 << 3 | 2; // detune and rate scaling of the second block
+    const Bytes file = OnlyDocument(packed, "sy1", 1);
+    ASSERT_EQ(file.size(), 164u);
+    EXPECT_EQ(file[6 + 21 + 20], 14);
+    EXPECT_EQ(file[6 + 21 + 13], 2);
+    EXPECT_EQ(file[6 + 155], 0x3F); // each has a level
+    EXPECT_EQ(file[162], TestChecksum(std::span(file).subspan(6, 156)));
+}
+
+TEST(Rescue, WhatWasJudgedSaysHowSureThatIs) {
+    EXPECT_EQ(RemarksOfDump({.kind = DumpKind::Dx7Bank}), "");
+    EXPECT_EQ(RemarksOfDump({.kind = DumpKind::Dx7Bank, .faults = DumpFault::Checksum}),
+              "wrong checksum");
+    EXPECT_EQ(
+        RemarksOfDump(
+            {.kind = DumpKind::Dx7Headerless, .faults = DumpFault::NoHeader, .confidence = 97}),
+        "no header, 97% sure");
+    EXPECT_EQ(RemarksOfDump({.kind = DumpKind::Dx7Headerless, .confidence = 60}), "60% sure");
+}
+
 TEST(Rescue, ADumpIsSoundUnlessItIsUnknownOrHasAFault) {
     EXPECT_TRUE(IsSoundDump({.kind = DumpKind::Dx7Bank}));
     EXPECT_TRUE(IsSoundDump({.kind = DumpKind::Dx7Bank, .faults = DumpFault::InMidiFile}));

@@ -9,6 +9,7 @@
 #include "core/synth_driver.h"
 #include "extras/dump_contents.h"
 #include "extras/list_access.h"
+#include "extras/rescue.h"
 
 #include <QAbstractTableModel>
 #include <QBoxLayout>
@@ -51,7 +52,8 @@ constexpr int ProgressSteps = 1000;
 constexpr QSize UsualSize = {860, 640};
 constexpr int Margin = 14;
 constexpr int FontOfTitle = 22;
-constexpr int RowPadding = 6;   // that a row is higher than its text
+constexpr int RowPadding = 6; // that a row is higher than its text
+constexpr char16_t EnSpace = 0x2002;
 constexpr int CellInset = 8;    // at the left and right of a cell
 constexpr int ButtonInset = 12; // of a caption
 constexpr QSize ButtonSize = {100, 30};
@@ -116,6 +118,9 @@ public:
         }
         switch (role) {
         case Qt::DisplayRole:
+            // As far from its edges as the texts below it.
+            return QChar(EnSpace) + QString(ColumnAt(section).title) + QChar(EnSpace);
+        case Qt::AccessibleTextRole:
             return ColumnAt(section).title;
         case Qt::TextAlignmentRole:
             return AlignmentOf(section);
@@ -452,6 +457,7 @@ private:
                                  : static_cast<int>(first - contents.dumps.begin()));
         }
         dumps->setFocus();
+        layout()->activate(); // the texts have room at the first painting
     }
 
     void ShowProgress(std::uint64_t read, std::uint64_t size) {
@@ -479,7 +485,7 @@ private:
         case 2:
             return Text(TextOfDump(dump));
         default:
-            return Text(TextOfFaults(dump));
+            return Text(RemarksOfDump(dump));
         }
     }
 

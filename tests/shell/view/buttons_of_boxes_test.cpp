@@ -8,6 +8,7 @@
 #include "drivers/reface_dx/view/settings_box.h"
 #include "drivers/reface_dx/view/voice_editor.h"
 #include "drivers/reface_dx/voice_codec.h"
+#include "extras/view/dump_box.h"
 #include "shell/view/colour_box.h"
 #include "shell/view/colour_table_boxes.h"
 #include "shell/view/desktop_qt.h"
@@ -86,6 +87,7 @@ protected:
                             ChooseColours(window.get(), options);
                         }});
         rows.push_back({"new colour", [this] { RunAddColourBox(window.get(), {"1", "2", "3"}); }});
+        rows.push_back({"dumps", [this] { ShowDumpBox(window.get(), home.File("bank.syx")); }});
         rows.push_back({"colour table", [this] { RunColourTableBox(window.get()); }});
         return rows;
     }
