@@ -12,6 +12,9 @@
 #include "common/view/theme.h"
 #include "core/current.h"
 #include "core/voice_list.h"
+#include "extras/archive_update.h"
+#include "extras/view/archive_window.h"
+#include "extras/view/dump_box.h"
 #include "midi/instruments/builtin_instruments.h"
 #include "midi/midi_api.h"
 #include "shell/command_table.h"
@@ -30,9 +33,12 @@
 #include <QContextMenuEvent>
 #include <QDateTime>
 #include <QDialog>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QSet>
 #include <QTemporaryDir>
@@ -181,6 +187,73 @@ void TakeWithoutSound(Pictures &pictures, const char *name, int command) {
     TheMidi = builtin;
 }
 
+void WriteBytes(const QString &path, const QByteArray &bytes) {
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(bytes);
+    }
+}
+
+// Files as collectors have them, of the voices of a bank. The folder's own path is in the pictures.
+bool MakeCollection(const QString &folder, const QString &bank) {
+    QFile file(bank);
+    if (QDir(folder).exists() || !QDir().mkpath(folder + "/Old disks") ||
+        !file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    constexpr qsizetype HeaderSize = 6, ChannelByte = 2, ChecksumByte = 4102, VoiceSize = 128;
+    const QByteArray whole = file.readAll();
+    QByteArray forChannel = whole, wrongSum = whole;
+    forChannel[ChannelByte] = 4;
+    wrongSum[ChecksumByte] = static_cast<char>(wrongSum[ChecksumByte] ^ 1);
+    const QByteArray headerless = whole.mid(HeaderSize, 32 * VoiceSize);
+    WriteBytes(folder + "/Tonewright.syx", whole);
+    WriteBytes(folder + "/Bells.syx", forChannel);
+    WriteBytes(folder + "/Old disks/Side B.bin", headerless);
+    WriteBytes(folder + "/Old disks/Disk 7.dat",
+               QByteArray(64, ' ') + forChannel + wrongSum.left(HeaderSize + 20 * VoiceSize) +
+                   wrongSum + QByteArray::fromHex("f0411001021203f7"));
+    return true;
+}
+
+// The window of any dump, and that of the archive, which stands beside the main one.
+void TakeBeyondTheBank(Pictures &pictures, MainWindow &window, const QString &bank) {
+    const QString folder = QDir::tempPath() + "/Voices";
+    if (!MakeCollection(folder, bank)) {
+        std::fprintf(stderr, "manual_pictures: %s cannot be made anew\n", qPrintable(folder));
+        ++pictures.failed;
+        return;
+    }
+    TakeBox(pictures, "dump",
+            [&] { ShowDumpBox(&window, (folder + "/Old disks/Disk 7.dat").toStdString()); });
+    {
+        ArchiveError error;
+        const ArchiveStorePointer store = OpenArchive(ArchivePath(), ArchiveUse::Write, error);
+        const std::string folders[] = {folder.toStdString()};
+        if (store) {
+            AddToArchive(*store, folders, {}, error);
+        }
+    }
+    ShowArchiveWindow();
+    Wait(TimeToStand);
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *search = widget->findChild<QLineEdit *>("search")) {
+            search->setText("e");
+            Wait(TimeToStand);
+            if (auto *rows = widget->findChild<QWidget *>("voices")) {
+                rows->setFocus();
+                QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+                QApplication::sendEvent(rows, &down);
+            }
+            Wait(2 * TimeToStand);
+            Save(pictures, "archive", *widget);
+        }
+    }
+    EndArchiveWindow();
+    DropArchiveWindow();
+    QDir(folder).removeRecursively();
+}
+
 void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const QString &home) {
     const QString dx7Bank = CopyOfBank(bank, home + "/Tonewright.syx");
     Connect("Yamaha DX7, TX7, Korg Volca FM", "Built-in DX7");
@@ -221,6 +294,7 @@ void TakeAll(Pictures &pictures, MainWindow &window, const QString &bank, const 
         RunUserCommand(CommandAddToDatabase);
     }
     TakeCommand(pictures, "catalogue", CommandInsertFromDatabase);
+    TakeBeyondTheBank(pictures, window, bank);
 
     Connect("Yamaha reface DX", "Built-in reface DX");
     RunUserCommand(CommandDownload);
