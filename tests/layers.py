@@ -6,8 +6,9 @@ usage: layers.py SOURCE_DIR BUILD_DIR
 Fails when a Qt header is included outside view/ folders, src/cli/ and src/main.cpp, when a lower
 layer includes a higher one, when neighbours include what they are not to know of each other, when
 units of a folder use each other in a circle, when a platform #ifdef stands outside the platform
-files, or when a source file is compiled by no target of the build. A theme includes neither the
-program nor another theme, and the program nothing of themes but their interface.
+files, when a library's header is included by other files than the one that stands for the library, or
+when a source file is compiled by no target of the build. A theme includes neither the program nor
+another theme, and the program nothing of themes but their interface.
 
 A unit is a header with its sources: history.h with history.cpp, file_time.h with
 file_time_posix.cpp.
@@ -41,6 +42,13 @@ PLATFORM_MACRO = re.compile(r"#\s*(if|ifdef|ifndef|elif).*\b(_WIN32|WIN32|_MSC_V
 # The interface of themes, and what loads them, the only place of the program that knows it.
 THEME_INTERFACE = "tonewright_theme.h"
 THEME_LOADER = re.compile(r"common/view/theme(_library|_picture)?\.h$")
+# Headers of libraries that one file alone knows, which stands between them and the program.
+LIBRARY_ROOMS = {
+    "portaudio.h": "common/audio_output_portaudio.cpp",
+    "portmidi.h": "midi/portmidi_api.cpp",
+    "porttime.h": "midi/portmidi_api.cpp",
+    "sqlite3.h": "extras/sqlite_database.cpp",
+}
 # What the build makes for every theme.
 EMBEDDED_PICTURES = "embedded_pictures.inc"
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')
@@ -84,6 +92,8 @@ def check_file(source, path, problems):
         header = match.group(2)
         if re.match(r"(Qt|Q[A-Z])", header) and not may_use_qt(path):
             problems.append(f"{where}: Qt header {header} in the engine")
+        if header in LIBRARY_ROOMS and str(path) != LIBRARY_ROOMS[header]:
+            problems.append(f"{where}: only {LIBRARY_ROOMS[header]} is to know {header}")
         if match.group(1) == "<" or path.name == "main.cpp":
             continue
         included = pathlib.PurePosixPath(header)

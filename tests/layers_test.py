@@ -41,6 +41,11 @@ class Layers(unittest.TestCase):
                                         "cli/picture.cpp": ["<QImage>"],
                                         "main.cpp": ["<QApplication>"]}), [])
 
+    def test_one_file_knows_a_library(self):
+        self.assert_problem({"extras/archive_store.cpp": ["<sqlite3.h>"]},
+                            "only extras/sqlite_database.cpp is to know sqlite3.h")
+        self.assertEqual(self.problems({"extras/sqlite_database.cpp": ["<sqlite3.h>"]}), [])
+
     def test_the_engine_includes_no_view(self):
         self.assert_problem({"shell/undo.cpp": ["shell/view/box.h"]}, "view")
         self.assertEqual(self.problems({"drivers/dx7/driver.cpp": ["drivers/dx7/view/box.h"]}), [])

@@ -438,7 +438,9 @@ TEST_F(ArchiveStoreTest, AnotherFileIsLeftAlone) {
     folder.WriteText("Archive.sqlite", "a letter to somebody");
     for (const ArchiveUse use : {ArchiveUse::Read, ArchiveUse::Write}) {
         EXPECT_FALSE(Open(use));
-        EXPECT_EQ(error.text, "The archive is damaged.");
+        EXPECT_EQ(error.text,
+                  "The archive is damaged. It is an index only: delete its file and add your "
+                  "folders anew.");
     }
     EXPECT_EQ(ReadTestText(path), "a letter to somebody");
 }
@@ -450,7 +452,9 @@ TEST_F(ArchiveStoreTest, ADamagedArchiveIsAnErrorAndStays) {
     folder.Write("Archive.sqlite", bytes);
     for (const ArchiveUse use : {ArchiveUse::Read, ArchiveUse::Write}) {
         EXPECT_FALSE(Open(use));
-        EXPECT_EQ(error.text, "The archive is damaged.");
+        EXPECT_EQ(error.text,
+                  "The archive is damaged. It is an index only: delete its file and add your "
+                  "folders anew.");
     }
     EXPECT_EQ(ReadTestFile(path), bytes);
 }
@@ -465,7 +469,9 @@ TEST_F(ArchiveStoreTest, DamageThatIsSeenLateIsAnErrorToo) {
     EXPECT_FALSE(ReadArchivePlaces(
         *store, [](std::int64_t, std::uint64_t, std::span<const ArchivePlace>) { return true; },
         error));
-    EXPECT_EQ(error.text, "The archive is damaged.");
+    EXPECT_EQ(error.text,
+              "The archive is damaged. It is an index only: delete its file and add your "
+              "folders anew.");
     EXPECT_FALSE(CheckArchive(*store, error).empty() && !error);
     EXPECT_EQ(ReadTestFile(path), bytes);
 }
