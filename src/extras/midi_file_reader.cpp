@@ -23,16 +23,19 @@ bool HasText(Bytes bytes, std::size_t at, std::string_view text) {
            std::equal(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
+bool HasHeader(Bytes bytes, std::size_t at) {
+    return HasText(bytes, at, HeaderId) && bytes.size() >= at + ChunkHeader;
+}
+
 // Where the MIDI file begins in a file; nothing for no MIDI file.
 std::optional<std::size_t> StartOfMidi(Bytes bytes) {
-    if (HasText(bytes, 0, HeaderId)) {
+    if (HasHeader(bytes, 0)) {
         return 0;
     }
-    if (HasText(bytes, 0, "RIFF") && HasText(bytes, 8, "RMID") &&
-        HasText(bytes, RiffHeader, HeaderId)) {
+    if (HasText(bytes, 0, "RIFF") && HasText(bytes, 8, "RMID") && HasHeader(bytes, RiffHeader)) {
         return RiffHeader;
     }
-    if (HasText(bytes, OtherHeader, HeaderId) && bytes[0] == 0) {
+    if (HasHeader(bytes, OtherHeader) && bytes[0] == 0) {
         return OtherHeader;
     }
     return std::nullopt;

@@ -628,6 +628,7 @@ TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
                        "DX7 bank, 32 voices @" + std::to_string(file.size() + 1) + "+4104 ch1"}));
     EXPECT_EQ(Lines(FirstOf(file, 23 + 100)),
               Strings{"DX7 voice, 0 voices @23+100 ch1 (no end byte, cut short, in a MIDI file)"});
+    EXPECT_EQ(Lines(TextBytes("MThd123")), Strings{"unknown data @0+7"});
     // A chunk that nobody knows.
     Bytes odd = TestMidiChunk("MThd", {0, 1, 0, 1, 0, 96});
     odd += TestMidiChunk("XFIH", Bytes(1000, 0xF0));
