@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Times `check` and `list` over 4,000 bank files in the page cache against a bare loop that opens,
-# reads and closes the same files, turn and turn about, all into /dev/null. The figures are medians
-# of N turns, of the processor time, which other work on the machine changes least; `start` is that
-# of the program with a single file.
+# reads and closes the same files, and `identify` against `cat` of them, turn and turn about, all
+# into /dev/null. The figures are medians of N turns, of the processor time, which other work on the
+# machine changes least; `start` is that of the program with a single file.
 #
 # usage: bench/cli_bench.sh [PATH OF tonewright-cli] [N]
 set -eu
@@ -51,14 +51,17 @@ for ((run = 0; run < runs; ++run)); do
     take bare ./bare_loop "${paths[@]}"
     take check "$cli" check "${paths[@]}"
     take list "$cli" list "${paths[@]}"
+    take identify "$cli" identify "${paths[@]}"
+    take cat cat "${paths[@]}"
     take start "$cli" check 10000.syx
 done
 
 echo "$files files, medians of $runs turns:"
 awk -v bare="$(median bare)" -v check="$(median check)" -v list="$(median list)" \
-    -v start="$(median start)" 'BEGIN {
+    -v start="$(median start)" -v identify="$(median identify)" -v cat="$(median cat)" 'BEGIN {
     printf "bare loop  %7.1f ms\n", bare
     printf "start      %7.1f ms\n", start
     printf "check      %7.1f ms  %.2f times the loop\n", check, check / bare
     printf "list       %7.1f ms  %.2f times the loop\n", list, list / bare
+    printf "identify   %7.1f ms  cat %.1f ms\n", identify, cat
 }'

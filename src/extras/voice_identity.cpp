@@ -43,22 +43,20 @@ std::uint64_t Merge(std::uint64_t hash, std::uint64_t sum) {
     return (hash ^ Round(0, sum)) * Prime1 + Prime4;
 }
 
+// Of at least 32 bytes.
 std::uint64_t Xxh64(std::span<const std::uint8_t> bytes, std::uint64_t seed) {
-    std::uint64_t hash = seed + Prime5;
+    std::array<std::uint64_t, 4> sums = {seed + Prime1 + Prime2, seed + Prime2, seed,
+                                         seed - Prime1};
     std::size_t at = 0;
-    if (bytes.size() >= 32) {
-        std::array<std::uint64_t, 4> sums = {seed + Prime1 + Prime2, seed + Prime2, seed,
-                                             seed - Prime1};
-        for (; at + 32 <= bytes.size(); at += 32) {
-            for (std::size_t lane = 0; lane < sums.size(); ++lane) {
-                sums[lane] = Round(sums[lane], Little64(bytes, at + 8 * lane));
-            }
+    for (; at + 32 <= bytes.size(); at += 32) {
+        for (std::size_t lane = 0; lane < sums.size(); ++lane) {
+            sums[lane] = Round(sums[lane], Little64(bytes, at + 8 * lane));
         }
-        hash = std::rotl(sums[0], 1) + std::rotl(sums[1], 7) + std::rotl(sums[2], 12) +
-               std::rotl(sums[3], 18);
-        for (const std::uint64_t sum : sums) {
-            hash = Merge(hash, sum);
-        }
+    }
+    std::uint64_t hash = std::rotl(sums[0], 1) + std::rotl(sums[1], 7) + std::rotl(sums[2], 12) +
+                         std::rotl(sums[3], 18);
+    for (const std::uint64_t sum : sums) {
+        hash = Merge(hash, sum);
     }
     hash += bytes.size();
     for (; at + 8 <= bytes.size(); at += 8) {
