@@ -393,8 +393,13 @@ std::optional<DumpMessage> ReadShort(Bytes bytes) {
 
 // ---- any other message
 
+// The number of a maker is not 0; one that begins with 0 has two bytes more.
+bool HasMaker(Bytes bytes) {
+    return bytes[1] != 0 || (bytes.size() > 3 && (bytes[2] != 0 || bytes[3] != 0));
+}
+
 std::string MakerText(Bytes bytes) {
-    if (bytes[1] == 0 && bytes.size() > 3) { // three bytes long
+    if (bytes[1] == 0) {
         return FormatText("manufacturer 00 %02X %02X", bytes[2] & 0x7Fu, bytes[3] & 0x7Fu);
     }
     return FormatText("manufacturer %02X", bytes[1]);
@@ -408,7 +413,7 @@ std::optional<DumpMessage> ReadOther(Bytes bytes, bool isAll, MessagePlace place
     const bool isLong = end >= LeastAmid;
     // Amid other bytes it is one where another one follows, or nothing.
     const bool isFollowed = end + 1 < bytes.size() ? bytes[end + 1] == StartOfSysex : isAll;
-    if (plain == 0 || (!hasEnd && !isLong) ||
+    if (plain == 0 || !HasMaker(bytes) || (!hasEnd && !isLong) ||
         (place == MessagePlace::Amid && !(hasEnd && isLong && isFollowed))) {
         return std::nullopt;
     }
@@ -449,6 +454,40 @@ std::optional<DumpMessage> ReadKnown(Bytes bytes, MessagePlace place) {
     return format == std::end(BulkFormats) ? std::nullopt : ReadBulk(bytes, *format, place);
 }
 
+// ---- a message as an event of a MIDI file has it
+
+// How many bytes of length stand behind F0 of an FM instrument's message that is whole; 0 where
+// none do.
+std::size_t LengthBytesAt(Bytes bytes) {
+    constexpr std::size_t most = 3, goesOn = 0x80;
+    std::size_t length = 0;
+    for (std::size_t count = 1; count <= most && count + 1 < bytes.size(); ++count) {
+        length = length << 7 | (bytes[count] & 0x7Fu);
+        if (bytes[count] < goesOn) {
+            const bool isWhole = count + length < bytes.size() && length > LeastKnown;
+            return isWhole && bytes[count + 1] == Yamaha && bytes[count + length] == EndOfSysex
+                       ? count
+                       : 0;
+        }
+    }
+    return 0;
+}
+
+std::optional<DumpMessage> ReadEvent(Bytes bytes) {
+    const std::size_t lengthBytes = LengthBytesAt(bytes);
+    if (lengthBytes == 0) {
+        return std::nullopt;
+    }
+    // The last of them stands where F0 does, which nobody looks at.
+    auto message = ReadKnown(bytes.subspan(lengthBytes), MessagePlace::Amid);
+    if (message) {
+        message->length += lengthBytes;
+        message->data += lengthBytes;
+        message->faults |= DumpFault::InMidiFile;
+    }
+    return message;
+}
+
 } // namespace
 
 std::size_t CountDataBytes(std::span<const std::uint8_t> bytes) {
@@ -468,9 +507,6 @@ std::size_t CountDataBytes(std::span<const std::uint8_t> bytes) {
 
 std::optional<DumpMessage> MessageAt(std::span<const std::uint8_t> bytes, bool isAll,
                                      MessagePlace place) {
-    if (bytes.size() < 2 || bytes[1] >= FirstStatus) {
-        return std::nullopt;
-    }
     if (bytes.size() > DumpLookAhead) {
         bytes = bytes.first(DumpLookAhead);
         isAll = false;
@@ -478,7 +514,10 @@ std::optional<DumpMessage> MessageAt(std::span<const std::uint8_t> bytes, bool i
     if (auto known = ReadKnown(bytes, place)) {
         return known;
     }
-    return ReadOther(bytes, isAll, place);
+    if (auto event = ReadEvent(bytes)) {
+        return event;
+    }
+    return bytes.size() > 1 ? ReadOther(bytes, isAll, place) : std::nullopt;
 }
 
 } // namespace tonewright

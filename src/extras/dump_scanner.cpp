@@ -176,17 +176,17 @@ void TakeMessage(Scanner &scanner, DumpMessage &message) {
 
 // ---- what stands between them
 
-// How many bytes of a header that has lost its first ones stand in front of voices.
+// How many bytes of a bank's header that has lost its first ones, or of which F0 is another byte,
+// stand in front of voices.
 std::size_t RestOfHeader(Bytes bytes) {
     constexpr std::array<std::uint8_t, 6> header = {0xF0, 0x43, 0x00, 0x09, 0x20, 0x00};
-    constexpr std::size_t shortest = 3;
-    for (std::size_t size = header.size(); size >= shortest; --size) {
-        const std::size_t lost = header.size() - size;
+    constexpr std::size_t shortest = 3, channelPlace = 2;
+    for (std::size_t lost = 0; lost + shortest <= header.size(); ++lost) {
+        const std::size_t size = header.size() - lost;
         bool fits = bytes.size() >= size;
-        // The first byte of all is another one, or it would be a message; the channel is any.
-        for (std::size_t at = 0; at < size && fits; ++at) {
-            const std::uint8_t wanted = header[lost + at];
-            fits = lost + at == 0 || (lost + at == 2 ? bytes[at] < 0x10 : bytes[at] == wanted);
+        for (std::size_t at = std::max<std::size_t>(lost, 1); at < header.size() && fits; ++at) {
+            const std::uint8_t byte = bytes[at - lost];
+            fits = at == channelPlace ? byte < 0x10 : byte == header[at];
         }
         if (fits) {
             return size;
@@ -206,14 +206,26 @@ std::size_t RestBehind(Bytes voices, Bytes behind) {
 
 // Voices without a message that a stretch begins with. `isAll`: it ends with these bytes.
 bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
-    std::size_t start = 0;
-    HeaderlessVoices found = JudgeHeaderless(stretch, isAll);
-    if (found.voices == 0) {
-        start = RestOfHeader(stretch);
-        if (start == 0) {
-            return false;
+    std::size_t start = RestOfHeader(stretch);
+    HeaderlessVoices found = JudgeHeaderless(stretch.subspan(start), isAll);
+    if (found.voices == 0 && start > 0) {
+        start = 0;
+        found = JudgeHeaderless(stretch, isAll);
+    }
+    // What is in doubt may be voices that are looked at beside their place.
+    constexpr int sure = 90;
+    const std::size_t others =
+        found.voices == 0 || found.confidence < sure ? FindHeaderless(stretch) : 0;
+    if (others > 0) {
+        const HeaderlessVoices behind = JudgeHeaderless(stretch.subspan(others), isAll);
+        if (behind.voices > 0) {
+            BeginDump(scanner.output, DumpKind::Unknown);
+            PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, others));
+            MoveOn(scanner.stream, others);
+            stretch = stretch.subspan(others);
+            start = 0;
+            found = behind;
         }
-        found = JudgeHeaderless(stretch.subspan(start), isAll);
     }
     if (found.voices == 0) {
         return false;

@@ -190,14 +190,17 @@ Lexer LexerAt(Text text, std::size_t digits, std::size_t &front) {
     lexer.atLineStart = false;
     constexpr std::size_t longest = 12; // of a place and what follows it
     const std::size_t start = LineStart(text.first(digits));
-    if (digits - start <= longest) {
-        const std::size_t place = PlaceAt(text.subspan(start), lexer);
-        const Text rest = text.subspan(start + place, digits - start - place);
-        if (place > 0 && std::ranges::all_of(rest, [](auto blank) { return blank == ' '; })) {
-            front = start;
-        } else {
-            lexer.column = Column::None;
-        }
+    if (digits - start > longest) {
+        return lexer;
+    }
+    const std::size_t place = PlaceAt(text.subspan(start), lexer);
+    // The digits may seem to be the place of a line themselves.
+    if (place > 0 && place <= digits - start &&
+        std::ranges::all_of(text.subspan(start + place, digits - start - place),
+                            [](std::uint8_t blank) { return blank == ' '; })) {
+        front = start;
+    } else {
+        lexer.column = Column::None;
     }
     return lexer;
 }

@@ -23,19 +23,20 @@ bool HasText(Bytes bytes, std::size_t at, std::string_view text) {
            std::equal(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
 }
 
-bool HasHeader(Bytes bytes, std::size_t at) {
-    return HasText(bytes, at, HeaderId) && bytes.size() >= at + ChunkHeader;
+bool HasChunk(Bytes bytes, std::size_t at, std::string_view id) {
+    return HasText(bytes, at, id) && bytes.size() >= at + ChunkHeader;
 }
 
 // Where the MIDI file begins in a file; nothing for no MIDI file.
 std::optional<std::size_t> StartOfMidi(Bytes bytes) {
-    if (HasHeader(bytes, 0)) {
+    if (HasChunk(bytes, 0, HeaderId) || HasChunk(bytes, 0, TrackId)) {
         return 0;
     }
-    if (HasText(bytes, 0, "RIFF") && HasText(bytes, 8, "RMID") && HasHeader(bytes, RiffHeader)) {
+    if (HasText(bytes, 0, "RIFF") && HasText(bytes, 8, "RMID") &&
+        HasChunk(bytes, RiffHeader, HeaderId)) {
         return RiffHeader;
     }
-    if (HasHeader(bytes, OtherHeader) && bytes[0] == 0) {
+    if (HasChunk(bytes, OtherHeader, HeaderId) && bytes[0] == 0) {
         return OtherHeader;
     }
     return std::nullopt;

@@ -16,8 +16,8 @@
 namespace tonewright {
 
 // At the start of a file: finds the dumps in the events of a MIDI file if it is one, also in a RIFF
-// file or behind a header of 128 bytes of another system, and leaves what is behind its last track.
-// A file without a dump is told as bytes that are none.
+// file, behind a header of 128 bytes of another system, or without its first chunk, and leaves what
+// is behind its last track. A file without a dump is told as bytes that are none.
 void ReadMidiFile(DumpStream &stream, DumpOutput &output);
 
 } // namespace tonewright

@@ -109,8 +109,8 @@ bool Note(SqliteDatabase &database, int code) {
     if (fault == SqliteFault::None) {
         return true;
     }
-            database.failure = {fault, Library().sqlite3_errmsg(database.connection)};
-            return false;
+    database.failure = {fault, Library().sqlite3_errmsg(database.connection)};
+    return false;
 }
 
 // A path as the name of a file that nobody changes.

@@ -190,7 +190,9 @@ enum class Likeness {
     None,
 };
 
-constexpr unsigned FewBytes = 6;
+// Fewer than there are operators: voices that seem to begin a few bytes beside their place have
+// such a byte in each.
+constexpr unsigned FewBytes = 5;
 
 template <std::size_t Size>
 Likeness LikenessOf(Bytes voice, const std::array<std::uint8_t, Size> &limits) {
@@ -287,6 +289,31 @@ bool AreInRange(VoiceForm form, std::span<const std::uint8_t> bytes, std::size_t
         }
     }
     return true;
+}
+
+std::size_t FindHeaderless(std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t farthest = 256;
+    // Most bytes are seen to be no voice by few of them.
+    constexpr std::size_t telling[] = {11, 13, PackedName, PackedFeedback, 28, PackedSize - 1};
+    const auto isWhole = [bytes](std::size_t at) {
+        for (const std::size_t place : telling) {
+            const std::uint8_t byte = bytes[at + place];
+            if (byte > PackedLimits[place] || (place >= PackedName && byte < LeastOfName)) {
+                return false;
+            }
+        }
+        return LikenessOf(bytes.subspan(at, PackedSize), PackedLimits) == Likeness::Whole;
+    };
+    for (std::size_t at = 1; at < farthest && at + Several * PackedSize <= bytes.size(); ++at) {
+        std::size_t whole = 0;
+        while (whole < Several && isWhole(at + whole * PackedSize)) {
+            ++whole;
+        }
+        if (whole == Several) {
+            return at;
+        }
+    }
+    return 0;
 }
 
 HeaderlessVoices JudgeHeaderless(std::span<const std::uint8_t> bytes, bool isAll) {

@@ -24,4 +24,8 @@ struct HeaderlessVoices {
 // not only their start.
 HeaderlessVoices JudgeHeaderless(std::span<const std::uint8_t> bytes, bool isAll);
 
+// Where some packed voices begin that other bytes stand in front of; 0 where none do within the
+// first 255 bytes.
+std::size_t FindHeaderless(std::span<const std::uint8_t> bytes);
+
 } // namespace tonewright

@@ -315,6 +315,43 @@ TEST(DumpReader, ABankBehindAndInFrontOfAnything) {
                  "DX7 bank, 32 voices @4108+4104 ch1", "unknown data @8212+1"}));
 }
 
+TEST(DumpReader, ABankWhoseHeaderIsBroken) {
+    const auto line = [](std::size_t length) {
+        return Strings{"DX7 bank without its header, 32 voices @0+" + std::to_string(length) +
+                       " (no header)"};
+    };
+    for (std::size_t lost = 1; lost <= 3; ++lost) {
+        EXPECT_EQ(Lines(Join({Without(TestBank(), 0, lost), {1}}))[0], line(4104 - lost)[0]);
+    }
+    EXPECT_EQ(Lines(With(TestBank(), 0, 0x70)), line(4104));
+    // A header of something else, or any bytes in front.
+    EXPECT_EQ(Lines(With(With(TestBank(), 1, 0), 3, 0)),
+              (Strings{"unknown data @0+6",
+                       "DX7 bank without its header, 32 voices @6+4098 (no header)"}));
+    EXPECT_EQ(Lines(Join({Bytes(255, 0x11), TestPackedVoices(4), {0x22}})),
+              (Strings{"unknown data @0+255",
+                       "DX7 bank without its header, 4 voices @255+512 (no header)",
+                       "unknown data @767+1"}));
+    EXPECT_EQ(Lines(Join({Bytes(256, 0x11), TestPackedVoices(4)})), Strings{"unknown data @0+768"});
+    EXPECT_EQ(Lines(Join({Bytes(1, 0x11), TestPackedVoices(3)})), Strings{"unknown data @0+385"});
+    EXPECT_EQ(Lines(Join({TestPackedVoices(32), {TestBank()[4102], 0xF7}})), line(4098));
+    EXPECT_EQ(Lines(Join({TestPackedVoices(32), {0x01, 0xF7}})),
+              (Strings{line(4096)[0], "unknown data @4096+2"}));
+    for (std::size_t others = 1; others < 128; ++others) {
+        EXPECT_EQ(Lines(Join({Bytes(others, 0x11), TestPackedVoices(32)})),
+                  (Strings{"unknown data @0+" + std::to_string(others),
+                           "DX7 bank without its header, 32 voices @" + std::to_string(others) +
+                               "+4096 (no header)"}));
+    }
+    const Found found = Read(With(TestBank(), 0, 0x70));
+    EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+    EXPECT_EQ(found.offsets[31], 6u + 31 * 128);
+    EXPECT_EQ(found.dumps[0].confidence, 99);
+    // What seems to be such a header makes nothing of other bytes.
+    EXPECT_EQ(Lines(Join({{0x43, 0x00, 0x09, 0x20, 0x00}, Bytes(4096, 0x55)})),
+              Strings{"unknown data @0+4101"});
+}
+
 // ---- what is named and skipped
 
 Bytes Named(const std::string &name, std::size_t size) {
@@ -629,11 +666,34 @@ TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
     EXPECT_EQ(Lines(FirstOf(file, 23 + 100)),
               Strings{"DX7 voice, 0 voices @23+100 ch1 (no end byte, cut short, in a MIDI file)"});
     EXPECT_EQ(Lines(TextBytes("MThd123")), Strings{"unknown data @0+7"});
+    EXPECT_EQ(Lines(Bytes(file.begin() + 14, file.end())),
+              Strings{"DX7 voice @9+165 ch1 (in a MIDI file)"});
     // A chunk that nobody knows.
     Bytes odd = TestMidiChunk("MThd", {0, 1, 0, 1, 0, 96});
     odd += TestMidiChunk("XFIH", Bytes(1000, 0xF0));
     odd += TestMidiChunk("MTrk", Join({TestMidiMessage(TestVoiceMessage()), TestMidiEnd()}));
     EXPECT_EQ(Lines(odd), Strings{"DX7 voice @1031+165 ch1 (in a MIDI file)"});
+}
+
+TEST(DumpReader, MessagesThatKeptTheLengthOfTheirEvent) {
+    const auto event = [](const Bytes &message) {
+        const Bytes whole = TestMidiMessage(message);
+        return Bytes(whole.begin() + 1, whole.end());
+    };
+    const Bytes bank = event(TestBank()), voice = event(TestVoiceMessage());
+    ASSERT_EQ(bank.size(), 4106u);
+    EXPECT_EQ(Lines(bank), Strings{"DX7 bank, 32 voices @0+4106 ch1 (in a MIDI file)"});
+    const Found found = Read(bank);
+    EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+    EXPECT_EQ(found.offsets[31], 8u + 31 * 128);
+    EXPECT_EQ(Lines(Join({bank, {0x00}, voice})),
+              (Strings{"DX7 bank, 32 voices @0+4106 ch1 (in a MIDI file)", "unknown data @4106+1",
+                       "DX7 voice @4107+165 ch1 (in a MIDI file)"}));
+    EXPECT_EQ(Lines(event(TestRefaceCommon(TestRefaceVoice(1)))),
+              Strings{"reface DX voices, 0 voices @0+52 ch1 (parts of a voice missing, in a MIDI "
+                      "file)"});
+    // One whose length is wrong is none.
+    EXPECT_EQ(Lines(With(voice, 2, voice[2] - 1)), Strings{"unknown data @0+165"});
 }
 
 // ---- text
@@ -654,6 +714,55 @@ TEST(DumpReader, ADumpInHexadecimal) {
     const Found found = Read(TextBytes(TestHex(voice)));
     EXPECT_EQ(found.voices[0].bytes, Bytes(voice.begin() + 6, voice.begin() + 161));
     EXPECT_EQ(found.offsets[0], 18u);
+}
+
+// As programs print bytes for people: the place, the bytes in groups, the letters.
+std::string Printed(const Bytes &bytes, bool withBar) {
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size(); at += 16) {
+        const std::size_t size = std::min<std::size_t>(16, bytes.size() - at);
+        const Bytes place = {0, 0, static_cast<std::uint8_t>(at >> 8),
+                             static_cast<std::uint8_t>(at)};
+        text += TestHex(place, "", "0123456789abcdef") + (withBar ? " " : ":");
+        for (std::size_t byte = at; byte < at + size; ++byte) {
+            const std::size_t number = byte - at;
+            text += withBar ? (number % 8 == 0 ? "  " : " ") : (number % 2 == 0 ? " " : "");
+            text.resize(text.size() - (withBar && number == 0));
+            text += TestHex({bytes[byte]}, "", "0123456789abcdef");
+        }
+        text += withBar ? "  |" : "  ";
+        for (std::size_t byte = at; byte < at + size; ++byte) {
+            const bool isLetter = bytes[byte] > 0x20 && bytes[byte] < 0x7F;
+            text += isLetter ? static_cast<char>(bytes[byte]) : '.';
+        }
+        text += withBar ? "|\n" : "\n";
+    }
+    return text;
+}
+
+TEST(DumpReader, BytesAsTheyArePrintedForPeople) {
+    const Bytes voice = TestVoiceMessage();
+    for (const bool withBar : {false, true}) {
+        const std::string text = Printed(voice, withBar);
+        const Found found = Read(TextBytes(text));
+        ASSERT_EQ(found.dumps.size(), 1u) << text;
+        EXPECT_EQ(TextOfDump(found.dumps[0]), "DX7 voice");
+        EXPECT_EQ(TextOfFaults(found.dumps[0]), "written in hexadecimal");
+        EXPECT_EQ(found.dumps[0].offset, 10u);
+        EXPECT_EQ(found.dumps[0].length, text.rfind("f7") + 2 - 10);
+        EXPECT_EQ(found.voices[0].bytes, Bytes(voice.begin() + 6, voice.begin() + 161));
+        const std::string bank = "A bank:\n" + Printed(TestBank(), withBar);
+        EXPECT_EQ(Read(TextBytes(bank)).voices.back().bytes, TestPackedVoice(31));
+        EXPECT_EQ(Lines(TextBytes(bank))[0], "unknown data @0+6");
+        EXPECT_EQ(Lines(TextBytes(bank)).size(), 2u);
+    }
+}
+
+TEST(DumpReader, DigitsOfAMessageThatSeemToBeAPlace) {
+    std::string text = TestHex(TestVoiceMessage());
+    text.replace(0, 5, "F043:");
+    EXPECT_EQ(Lines(TextBytes("\n" + text)),
+              Strings{"DX7 voice @1+488 ch1 (written in hexadecimal)"});
 }
 
 TEST(DumpReader, WordsAroundADumpInHexadecimal) {

@@ -88,6 +88,19 @@ TEST(HeaderlessVoices, OneVoiceAloneMustBeWithoutFault) {
     EXPECT_EQ(VoicesIn(voice), 0u);
 }
 
+TEST(HeaderlessVoices, TheyAreNotFoundBesideTheirPlace) {
+    const Bytes bank = TestPackedVoices(32);
+    for (std::size_t lost = 1; lost < 128; ++lost) {
+        const Bytes rest(bank.begin() + static_cast<std::ptrdiff_t>(lost), bank.end());
+        EXPECT_LT(JudgeHeaderless(rest, true).confidence, 90) << lost;
+        EXPECT_EQ(FindHeaderless(rest), 128 - lost);
+        const Bytes behind = Join({Bytes(lost, 1), bank});
+        EXPECT_LT(JudgeHeaderless(behind, true).confidence, 90) << lost;
+        EXPECT_EQ(FindHeaderless(behind), lost);
+    }
+    EXPECT_EQ(FindHeaderless(Bytes(4096, 0x30)), 0u);
+}
+
 TEST(HeaderlessVoices, NothingElseIsTakenForVoices) {
     std::mt19937 random(7);
     for (int round = 0; round < 1000; ++round) {
@@ -119,6 +132,7 @@ TEST(HeaderlessVoices, NothingElseIsTakenForVoices) {
             }
         }
         ASSERT_EQ(VoicesIn(bytes), 0u) << "round " << round << " kind " << kind;
+        ASSERT_EQ(FindHeaderless(bytes), 0u) << "round " << round << " kind " << kind;
     }
     EXPECT_EQ(VoicesIn(Bytes(4096)), 0u);
     EXPECT_EQ(VoicesIn(Bytes(128)), 0u);
