@@ -4,6 +4,8 @@
 #include "common/utf8_path.h"
 
 #include <cerrno>
+#include <string>
+#include <vector>
 #include <windows.h>
 
 namespace tonewright {
@@ -11,11 +13,10 @@ namespace {
 
 struct OpenHandle {
     HANDLE handle = INVALID_HANDLE_VALUE;
-    BOOL(WINAPI *close)(HANDLE);
 
     ~OpenHandle() {
         if (handle != INVALID_HANDLE_VALUE) {
-            close(handle);
+            CloseHandle(handle);
         }
     }
 };
@@ -29,7 +30,10 @@ int ReasonOfLastError() {
     case ERROR_BAD_NET_NAME:
         return ENOENT;
     case ERROR_DIRECTORY:
+    case ERROR_INVALID_PARAMETER: // what is listed is no folder
         return ENOTDIR;
+    case ERROR_CANT_RESOLVE_FILENAME:
+        return ELOOP;
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
         return EACCES;
@@ -38,69 +42,86 @@ int ReasonOfLastError() {
     }
 }
 
+// A drive is named with its separator.
+HANDLE OpenPath(const std::string &path, DWORD access) {
+    const std::string named = path.ends_with(':') ? path + '/' : path;
+    return CreateFileW(PathOfUtf8(named).c_str(), access,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
 EntryKind KindOf(DWORD attributes) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::Folder : EntryKind::File;
 }
 
-std::int64_t Nanoseconds(const FILETIME &time) {
+// Of a time in units of 100 nanoseconds since 1601; 0 stays 0, for none.
+std::int64_t Nanoseconds(const LARGE_INTEGER &time) {
     constexpr std::int64_t UnitsFrom1601To1970 = 116'444'736'000'000'000;
-    const auto units = static_cast<std::int64_t>(
-        static_cast<std::uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime);
-    return (units - UnitsFrom1601To1970) * 100;
+    return time.QuadPart == 0 ? 0 : (time.QuadPart - UnitsFrom1601To1970) * 100;
 }
 
 std::uint64_t Joined(DWORD high, DWORD low) {
     return static_cast<std::uint64_t>(high) << 32 | low;
 }
 
+// An entry as the system lists it. `name` keeps the bytes of its name.
+FolderEntry EntryOf(const FILE_ID_BOTH_DIR_INFO &listed, std::uint64_t device, std::string &name) {
+    name = Utf8OfPath(std::wstring(listed.FileName, listed.FileNameLength / sizeof(WCHAR)));
+    FolderEntry entry{name, KindOf(listed.FileAttributes), {}, {}};
+    // The tag of what leads elsewhere stands in the place of something that few files have.
+    const bool leadsElsewhere =
+        (listed.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+        (listed.EaSize == IO_REPARSE_TAG_SYMLINK || listed.EaSize == IO_REPARSE_TAG_MOUNT_POINT);
+    if (leadsElsewhere) {
+        entry.kind = EntryKind::Link;
+    } else if (entry.kind == EntryKind::File) {
+        entry.state = {static_cast<std::uint64_t>(listed.EndOfFile.QuadPart),
+                       Nanoseconds(listed.LastWriteTime), Nanoseconds(listed.ChangeTime)};
+        entry.key = {device, static_cast<std::uint64_t>(listed.FileId.QuadPart)};
+    }
+    return entry;
+}
+
 } // namespace
 
 int ListFolder(const std::string &path, const std::function<bool(const FolderEntry &)> &visit) {
-    WIN32_FIND_DATAW found;
-    const OpenHandle search{FindFirstFileExW(PathOfUtf8(path + "/*").c_str(), FindExInfoBasic,
-                                             &found, FindExSearchNameMatch, nullptr,
-                                             FIND_FIRST_EX_LARGE_FETCH),
-                            FindClose};
-    if (search.handle == INVALID_HANDLE_VALUE) {
+    const OpenHandle folder{OpenPath(path, FILE_LIST_DIRECTORY)};
+    BY_HANDLE_FILE_INFORMATION about;
+    if (folder.handle == INVALID_HANDLE_VALUE ||
+        !GetFileInformationByHandle(folder.handle, &about)) {
         return ReasonOfLastError();
     }
-    do {
-        const std::string name = Utf8OfPath(found.cFileName);
-        if (name == "." || name == "..") {
-            continue;
+    constexpr std::size_t RoomForEntries = 64 * 1024;
+    std::vector<LARGE_INTEGER> room(RoomForEntries / sizeof(LARGE_INTEGER)); // aligned as entries
+    std::string name;
+    while (GetFileInformationByHandleEx(folder.handle, FileIdBothDirectoryInfo, room.data(),
+                                        RoomForEntries)) {
+        const auto *bytes = reinterpret_cast<const std::uint8_t *>(room.data());
+        for (DWORD next = 1; next != 0; bytes += next) {
+            const auto &listed = *reinterpret_cast<const FILE_ID_BOTH_DIR_INFO *>(bytes);
+            next = listed.NextEntryOffset;
+            const FolderEntry entry = EntryOf(listed, about.dwVolumeSerialNumber, name);
+            if (name != "." && name != ".." && !visit(entry)) {
+                return 0;
+            }
         }
-        FolderEntry entry{name, KindOf(found.dwFileAttributes), {}, {}};
-        const bool leadsElsewhere = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-                                    (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
-                                     found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
-        if (leadsElsewhere) {
-            entry.kind = EntryKind::Link;
-        } else if (entry.kind == EntryKind::File) {
-            entry.state = {Joined(found.nFileSizeHigh, found.nFileSizeLow),
-                           Nanoseconds(found.ftLastWriteTime), 0};
-        }
-        if (!visit(entry)) {
-            return 0;
-        }
-    } while (FindNextFileW(search.handle, &found));
+    }
     return GetLastError() == ERROR_NO_MORE_FILES ? 0 : ReasonOfLastError();
 }
 
 std::optional<PathTarget> TargetOf(const std::string &path) {
-    // A drive is named with its separator.
-    const std::string named = path.ends_with(':') ? path + '/' : path;
-    const OpenHandle file{CreateFileW(PathOfUtf8(named).c_str(), 0,
-                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr),
-                          CloseHandle};
+    const OpenHandle file{OpenPath(path, FILE_READ_ATTRIBUTES)};
     BY_HANDLE_FILE_INFORMATION about;
-    if (file.handle == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(file.handle, &about)) {
+    FILE_BASIC_INFO times;
+    if (file.handle == INVALID_HANDLE_VALUE || !GetFileInformationByHandle(file.handle, &about) ||
+        !GetFileInformationByHandleEx(file.handle, FileBasicInfo, &times, sizeof times)) {
         errno = ReasonOfLastError();
         return std::nullopt;
     }
     return PathTarget{
         KindOf(about.dwFileAttributes),
-        {Joined(about.nFileSizeHigh, about.nFileSizeLow), Nanoseconds(about.ftLastWriteTime), 0},
+        {Joined(about.nFileSizeHigh, about.nFileSizeLow), Nanoseconds(times.LastWriteTime),
+         Nanoseconds(times.ChangeTime)},
         {about.dwVolumeSerialNumber, Joined(about.nFileIndexHigh, about.nFileIndexLow)}};
 }
 
