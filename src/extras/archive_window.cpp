@@ -469,6 +469,16 @@ std::string ArchiveCellText(const ArchiveIndex &index, ArchiveHit hit, ArchiveCo
     return "";
 }
 
+std::string ArchiveFolderText(const ArchiveWindow &window, const std::string &path) {
+    const std::string folder = ArchiveFolderPath(FolderOfPath(path));
+    for (const ArchiveFolder &one : window.folders) {
+        if (one.root && IsInArchiveFolder(folder, one.path)) {
+            return folder.substr(FolderOfPath(one.path).size());
+        }
+    }
+    return folder;
+}
+
 std::string ArchiveEmptyText(const ArchiveWindow &window) {
     if (!window.hits->empty()) {
         return "";

@@ -99,6 +99,8 @@ void CancelArchiveUpdate(ArchiveWindow &window);
 
 std::string ArchiveInstrumentText(std::uint8_t family);
 std::string ArchiveCellText(const ArchiveIndex &index, ArchiveHit hit, ArchiveColumn column);
+// The folder of a file, from the one on that the user has added: "Voices/Brass".
+std::string ArchiveFolderText(const ArchiveWindow &window, const std::string &path);
 // Instead of rows, where there are none: what is going on, or what to do. Empty: there are rows.
 std::string ArchiveEmptyText(const ArchiveWindow &window);
 // How many voices there are and are shown.

@@ -171,6 +171,17 @@ TEST_F(ArchiveWindowTest, EachCellSaysWhatStandsThere) {
     EXPECT_EQ(cell(ArchiveColumn::Place), "7");
 }
 
+TEST_F(ArchiveWindowTest, AFolderIsShownFromTheOneOnThatWasAdded) {
+    fs::create_directory(files.path / "banks/below");
+    OpenWithBanks();
+    const auto shown = [&](const std::string &file) {
+        return ArchiveFolderText(*window, ArchiveFolderPath(files.File(file)));
+    };
+    EXPECT_EQ(shown("banks/first.syx"), "banks");
+    EXPECT_EQ(shown("banks/below/first.syx"), "banks/below");
+    EXPECT_EQ(shown("banks 2/first.syx"), ArchiveFolderPath(files.File("banks 2")));
+}
+
 TEST_F(ArchiveWindowTest, TheRowsFollowTextFiltersAndOrder) {
     OpenWithBanks();
     SetArchiveText(*window, "ice 1");

@@ -84,8 +84,8 @@ void DrawAlgorithm(QPainter &painter, const QRect &area, const ArchiveVoiceInfo 
 // Name and picture as in the main list, a file with its folder below it.
 class CellPainter : public QStyledItemDelegate {
 public:
-    CellPainter(const ArchiveRows &rows, QObject *parent)
-        : QStyledItemDelegate(parent), rows(rows) {}
+    CellPainter(const ArchiveRows &rows, const ArchiveTableOwner &owner, QObject *parent)
+        : QStyledItemDelegate(parent), rows(rows), owner(owner) {}
 
     void paint(QPainter *painter, const QStyleOptionViewItem &given,
                const QModelIndex &cell) const override {
@@ -165,12 +165,10 @@ private:
     }
 
     // Above: the name; below, smaller and paler: the folder.
-    static void PaintFile(QPainter &painter, const QRect &area, const std::string &path,
-                          const QColor &ink, const QColor &paper) {
+    void PaintFile(QPainter &painter, const QRect &area, const std::string &path, const QColor &ink,
+                   const QColor &paper) const {
         const int middle = area.top() + area.height() * 11 / 20;
         const QString name = Text(FileNameOfPath(path.c_str()));
-        QString folder = Text(FolderOfPath(path));
-        folder.chop(folder.size() > 1 ? 1 : 0);
         WriteLine(painter, {area.left(), area.top() + 1, area.width(), middle - area.top() - 1},
                   Qt::AlignLeft, Qt::ElideMiddle, name);
         painter.setFont(FontOfHeight("Arial", FolderHeight));
@@ -178,10 +176,11 @@ private:
         painter.setPen(QColor(mixed(ink.red(), paper.red()), mixed(ink.green(), paper.green()),
                               mixed(ink.blue(), paper.blue())));
         WriteLine(painter, {area.left(), middle, area.width(), area.bottom() - middle},
-                  Qt::AlignLeft, Qt::ElideMiddle, folder);
+                  Qt::AlignLeft, Qt::ElideMiddle, Text(owner.folder(path)));
     }
 
     const ArchiveRows &rows;
+    const ArchiveTableOwner &owner;
 };
 
 } // namespace
@@ -258,7 +257,7 @@ Qt::ItemFlags ArchiveRows::flags(const QModelIndex &cell) const {
 ArchiveTable::ArchiveTable(ArchiveTableOwner shownOwner, QWidget *parent)
     : QTableView(parent), owner(std::move(shownOwner)), rows(new ArchiveRows(owner.columns, this)) {
     setModel(rows);
-    setItemDelegate(new CellPainter(*rows, this));
+    setItemDelegate(new CellPainter(*rows, owner, this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);

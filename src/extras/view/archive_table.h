@@ -17,6 +17,7 @@ namespace tonewright {
 // What a table shows, and whom it tells. What is empty is not called.
 struct ArchiveTableOwner {
     std::span<const ArchiveColumn> columns;
+    std::function<std::string(const std::string &path)> folder = {}; // of a file, as it is shown
     std::function<void()> chosen = {};             // Return or a double click: the selected voices
     std::function<void(ArchiveHit)> audition = {}; // the middle button on a row, or the space bar
     std::function<void(QKeyEvent &)> typed = {};   // what belongs into the search field

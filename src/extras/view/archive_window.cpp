@@ -48,6 +48,7 @@ constexpr std::size_t MostFailuresTold = 15;
 
 // Pixels.
 constexpr QSize UsualSize = {1180, 720};
+constexpr int PaneInset = 6;
 constexpr int NarrowestPane = 350;
 constexpr int FolderComboWidth = 200;
 constexpr int FontOfTitle = 22;
@@ -155,6 +156,7 @@ private:
     }
 
     ArchiveTable *Table(const char *name, const QString &words, ArchiveTableOwner owner) {
+        owner.folder = [this](const std::string &path) { return ArchiveFolderText(state, path); };
         owner.audition = [this](ArchiveHit hit) { AuditionLater(hit); };
         owner.typed = [this](QKeyEvent &event) {
             search->setFocus();
@@ -292,7 +294,7 @@ private:
         similarStack->addWidget(similarText);
         pane = new QWidget(this);
         auto *right = new QVBoxLayout(pane);
-        right->setContentsMargins({});
+        right->setContentsMargins(PaneInset, 0, 0, 0);
         pane->setMinimumWidth(NarrowestPane);
         right->addWidget(title);
         right->addWidget(about);
