@@ -100,7 +100,9 @@ constexpr std::array<std::uint8_t, SingleSize> SingleLimits = [] {
 }();
 
 constexpr std::array<std::uint8_t, 150> RefaceLimits = [] {
-    constexpr std::uint8_t bend = RefaceTransposeBias + 24;
+    // Transpose and pitch bend, to 24 semitones up and down: our files count from 40, the
+    // instrument from 64, so that either's largest and least value may stand there.
+    constexpr std::uint8_t bend = RefaceInstrumentZero + 24;
     constexpr std::array<std::uint8_t, RefaceCommonSize> common = {
         Any,  Any, Any, Any,  Any, Any, Any, Any, Any, Any, Any, Any, // name and what is reserved
         bend, 2,   127, bend, 11,  6,   127, 127, 127, 127, 127, 127, 127,
@@ -159,13 +161,19 @@ bool IsPackedInRange(Bytes voice) {
     return beyond == 0;
 }
 
+bool IsRefaceInRange(Bytes voice) {
+    constexpr std::uint8_t leastBend = RefaceTransposeBias - 24;
+    return CountBeyond(voice, RefaceLimits) == 0 && voice[RefaceVoice::transpose] >= leastBend &&
+           voice[RefaceVoice::pitchBend] >= leastBend;
+}
+
 bool IsInRange(VoiceForm form, Bytes voice) {
     constexpr std::uint8_t allOperators = (1 << Dx7OperatorCount) - 1;
     switch (form) {
     case VoiceForm::Dx7Packed:
         return IsPackedInRange(voice);
     case VoiceForm::Reface:
-        return CountBeyond(voice, RefaceLimits) == 0;
+        return IsRefaceInRange(voice);
     case VoiceForm::Dx7Stored:
         if (voice[Dx7Voice::operatorEnable] > allOperators) {
             return false;

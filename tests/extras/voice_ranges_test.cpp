@@ -1,6 +1,8 @@
 // Voices that stand in a file without a message: what is taken for some, and what is not.
 #include "extras/voice_ranges.h"
 
+#include "drivers/reface_dx/voice_codec.h"
+#include "extras/initial_voice.h"
 #include "support/dump_bytes.h"
 
 #include <gtest/gtest.h>
@@ -176,8 +178,8 @@ TEST(HeaderlessVoices, RangesOfEachFormAreThoseOfItsParameters) {
         EXPECT_EQ(largest(VoiceForm::Dx7Single, single, 126 + at), ofSingle[at]) << at;
     }
     EXPECT_EQ(largest(VoiceForm::Dx7Stored, stored, 155), 63);
-    const int ofCommon[] = {255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 64,
-                            2,   127, 64,  11,  6,   127, 127, 127, 127, 127, 127, 127, 127,
+    const int ofCommon[] = {255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 255, 88,
+                            2,   127, 88,  11,  6,   127, 127, 127, 127, 127, 127, 127, 127,
                             127, 127, 127, 7,   127, 127, 7,   127, 127, 255, 255, 255};
     for (std::size_t at = 0; at < 38; ++at) {
         EXPECT_EQ(largest(VoiceForm::Reface, reface, at), ofCommon[at]) << at;
@@ -186,6 +188,25 @@ TEST(HeaderlessVoices, RangesOfEachFormAreThoseOfItsParameters) {
                             127, 1,   1,   127, 127, 127, 1,   1,   31,  99,  127, 255, 255, 255};
     for (std::size_t at = 0; at < 4 * 28; ++at) {
         EXPECT_EQ(largest(VoiceForm::Reface, reface, 38 + at), ofReface[at % 28]) << at;
+    }
+}
+
+TEST(VoicesInRange, TransposeAndBendOfARefaceVoiceCountFromEitherZero) {
+    for (const std::size_t at : {12u, 15u}) {
+        Bytes voice = TestRefaceVoice(0);
+        for (const auto &[value, isInRange] :
+             {std::pair(15, false), std::pair(16, true), std::pair(28, true), std::pair(66, true),
+              std::pair(88, true), std::pair(89, false)}) {
+            voice[at] = static_cast<std::uint8_t>(value);
+            EXPECT_EQ(AreInRange(VoiceForm::Reface, voice, 1), isInRange) << at << ' ' << value;
+        }
+    }
+}
+
+TEST(VoicesInRange, InitialVoicesOfBothFamiliesAre) {
+    for (const DriverId family : {Dx7DriverId, RefaceDriverId}) {
+        const KeptVoice voice = InitialVoiceOf(family);
+        EXPECT_TRUE(AreInRange(voice.form, voice.bytes, 1));
     }
 }
 
