@@ -287,6 +287,10 @@ std::optional<HeaderlessVoices> Judge(Bytes bytes, bool isAll, VoiceForm form,
     return std::nullopt;
 }
 
+// Most bytes are seen to be no voice by few of them.
+constexpr std::size_t TellingBytes[] = {
+    11, 13, PackedName, PackedFeedback, 17 + 11, PackedSize - 1};
+
 } // namespace
 
 bool AreInRange(VoiceForm form, std::span<const std::uint8_t> bytes, std::size_t voices) {
@@ -301,10 +305,8 @@ bool AreInRange(VoiceForm form, std::span<const std::uint8_t> bytes, std::size_t
 
 std::size_t FindHeaderless(std::span<const std::uint8_t> bytes) {
     constexpr std::size_t farthest = 256;
-    // Most bytes are seen to be no voice by few of them.
-    constexpr std::size_t telling[] = {11, 13, PackedName, PackedFeedback, 28, PackedSize - 1};
     const auto isWhole = [bytes](std::size_t at) {
-        for (const std::size_t place : telling) {
+        for (const std::size_t place : TellingBytes) {
             const std::uint8_t byte = bytes[at + place];
             if (byte > PackedLimits[place] || (place >= PackedName && byte < LeastOfName)) {
                 return false;
