@@ -458,7 +458,8 @@ std::vector<std::string> FoldedWords(std::string_view text) {
     std::vector<std::string> words;
     bool within = false;
     for (const char character : text) {
-        if (character == ' ') {
+        const auto byte = static_cast<std::uint8_t>(character);
+        if (byte <= ' ') {
             within = false;
             continue;
         }
@@ -466,7 +467,7 @@ std::vector<std::string> FoldedWords(std::string_view text) {
             words.emplace_back();
             within = true;
         }
-        words.back() += static_cast<char>(FoldedLetter(static_cast<std::uint8_t>(character)));
+        words.back() += static_cast<char>(FoldedLetter(byte));
     }
     return words;
 }

@@ -65,10 +65,10 @@ enum class ArchiveColumn { Name, Instrument, Algorithm, Times, File, Place };
 
 // What is searched for. All that is given must hold.
 //
-// The text is Latin-1: words with blanks between them, each of which stands somewhere in the name,
-// in any order and also within a longer word; letters of either case, with or without an accent of
-// theirs, are the same letter in the other case only: "PIANO" finds "E.Piano 1", "e" finds no "E"
-// with an accent. A word of more than ten characters finds nothing; no word finds everything.
+// The text is Latin-1: words with blanks (or any control characters) between them, each of which
+// stands somewhere in the name, in any order and also within a longer word. Letters stand for both
+// cases, and only with the same accent: "PIANO" finds "E.Piano 1". A word of more than ten
+// characters finds nothing; no word finds everything.
 //
 // In each order places that are equal in the column follow by name, then by path, then by place in
 // the file, also when the column itself descends. Names are in the order of their characters,

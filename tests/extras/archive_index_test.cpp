@@ -117,6 +117,7 @@ TEST(ArchiveIndex, EachWordStandsSomewhereInTheNameInEitherCase) {
     EXPECT_EQ(Identities(*index, {.text = "1 PIAN"}), (Ids{100}));
     EXPECT_EQ(Identities(*index, {.text = " solo  bass "}), (Ids{200}));
     EXPECT_EQ(Identities(*index, {.text = "bass solo x"}), Ids{});
+    EXPECT_EQ(Identities(*index, {.text = std::string("solo\tbass\n\0", 11)}), (Ids{200}));
     EXPECT_EQ(Identities(*index, {.text = "\xE4rg"}), (Ids{300}));
     EXPECT_EQ(Identities(*index, {.text = "arg"}), Ids{}); // an accent counts
     EXPECT_EQ(Identities(*index, {.text = "ssb"}), Ids{});
