@@ -274,6 +274,22 @@ TEST(VoiceSimilarity, DistancesAreTheSameBothWaysAndNoneToTheVoiceItself) {
     }
 }
 
+TEST(VoiceSimilarity, BytesThatNoInstrumentHasAreComparedAsWell) {
+    std::mt19937 random(9);
+    for (const VoiceForm form :
+         {VoiceForm::Dx7Packed, VoiceForm::Dx7Single, VoiceForm::Dx7Stored, VoiceForm::Reface}) {
+        VoiceFeatures former = FeaturesOf({form, Bytes(SizeOfForm(form), 0xFF)});
+        for (int trial = 0; trial < 500; ++trial) {
+            Bytes voice(SizeOfForm(form));
+            std::ranges::generate(voice, [&] { return static_cast<std::uint8_t>(random()); });
+            const VoiceFeatures features = FeaturesOf({form, voice});
+            EXPECT_TRUE(std::isfinite(DistanceOf(features, former)));
+            EXPECT_EQ(DistanceOf(features, former), DistanceOf(former, features));
+            former = features;
+        }
+    }
+}
+
 TEST(VoiceSimilarity, VoicesOfTwoFamiliesAreNeverAlike) {
     EXPECT_TRUE(std::isinf(DistanceOf(FeaturesOf({VoiceForm::Dx7Stored, Dx7().seeds[0]}),
                                       FeaturesOf({VoiceForm::Reface, Reface().seeds[0]}))));
