@@ -11,8 +11,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <random>
 #include <sys/stat.h>
 #include <thread>
@@ -209,6 +211,42 @@ TEST_F(ArchiveObstacles, NamesNeedNotBeText) {
     fs::rename(folder.path / ("banks/\xC3/" + name), folder.path / "banks/\xC3/\xE4.syx");
     EXPECT_EQ(Update().moved, 1u);
     EXPECT_EQ(Files(), Strings{"banks/\xC3/\xE4.syx"});
+}
+
+TEST_F(ArchiveObstacles, AFileThatChangesWhileItIsReadIsReadAgain) {
+    DumpBytes many;
+    for (int bank = 0; bank < 500; ++bank) {
+        many += NumberedBank(bank);
+    }
+    Put("banks/many.syx", many);
+    std::atomic<bool> ends = false;
+    std::thread writer([&] {
+        std::fstream file(folder.path / "banks/many.syx",
+                          std::ios::binary | std::ios::in | std::ios::out);
+        for (int change = 0; !ends; ++change) {
+            // A value of the first voice of the bank after next.
+            const char value = static_cast<char>(change % 50);
+            file.seekp(change * 2 % 500 * 4104 + 6 + 3);
+            file.write(&value, 1);
+            if (change % 1000 == 999) {
+                file.seekp(0, std::ios::end);
+                const DumpBytes bank = NumberedBank(change);
+                file.write(reinterpret_cast<const char *>(bank.data()), 4104);
+            }
+            file.flush();
+        }
+    });
+    Add({"banks"});
+    for (int round = 0; round < 5; ++round) {
+        Update();
+        EXPECT_EQ(error.text, "");
+        Sound();
+    }
+    ends = true;
+    writer.join();
+    const UpdateReport report = Update();
+    EXPECT_EQ(Sound(), ContentsOfFolder(banks));
+    EXPECT_EQ(report.voices, Sound().begin()->second.size());
 }
 
 TEST_F(ArchiveObstacles, WhatIsNeitherFileNorFolderIsLeftAlone) {

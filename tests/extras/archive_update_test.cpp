@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <random>
@@ -616,7 +617,7 @@ TEST_F(ArchiveUpdateTest, NothingIsLostWhileEverythingChanges) {
         }
     });
     Add({"banks"});
-    for (int round = 0; round < 30; ++round) {
+    for (int round = 0; round < 150; ++round) {
         EXPECT_EQ(Update().failed, 0u);
     }
     ends = true;
