@@ -103,6 +103,7 @@ bool WriteDocument(RescueRun &run, const std::string &source, const RescuedDocum
     if (!file) {
         return false;
     }
+    std::setvbuf(file.get(), nullptr, _IONBF, 0); // in one step: nobody finds a part of it
     errno = 0;
     const bool isWritten = std::fwrite(document.bytes.data(), 1, document.bytes.size(),
                                        file.get()) == document.bytes.size();
