@@ -150,6 +150,7 @@ TEST(EmptyDesktop, DoesNothingAndAnswersNo) {
     EXPECT_EQ(ChooseSaveFile(nullptr, "path", 0), std::nullopt);
     EXPECT_EQ(ChooseExportFile(nullptr, "path", 0), std::nullopt);
     EXPECT_EQ(ChooseSaveExtraFile(nullptr, "path", 0), std::nullopt);
+    EXPECT_EQ(ChooseAnyFile(nullptr, "path"), std::nullopt);
     SaveConfiguration();
     KeepSetting(ShowTipOfTheDay);
     EXPECT_FALSE(ShiftKeyDown());
@@ -182,6 +183,11 @@ TEST(FileDialogs, AreCalledWithPathAndDriver) {
     EXPECT_EQ(ChooseExportFile(SomeWindow, "e", 7), "chosen");
     EXPECT_EQ(ChooseSaveExtraFile(SomeWindow, "f", 7), "chosen");
     EXPECT_EQ(log, "open a import b extra c save d export e save extra f");
+    TheDesktop.ChooseAnyFile = [](QWidget *owner, const std::string &path) {
+        EXPECT_EQ(owner, SomeWindow);
+        return std::optional("any " + path);
+    };
+    EXPECT_EQ(ChooseAnyFile(SomeWindow, "g"), "any g");
 }
 
 TEST(SaveConfiguration, AsksTheDesktop) {

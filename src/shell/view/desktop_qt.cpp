@@ -51,7 +51,7 @@ constexpr const char *AllFilesFilter = "All files\0*.*\0";
 
 enum class FileDialogKind { Open, Import, Extra, Save, Export, SaveExtra, Any };
 
-// What a dialog takes from the driver's row.
+// What a dialog takes from the driver's row; of any file nothing.
 struct FileTypeMembers {
     const char *SynthDriver::*filter;
     const char *SynthDriver::*extension;
@@ -73,9 +73,9 @@ FileTypeMembers MembersOf(FileDialogKind kind) {
     case FileDialogKind::SaveExtra:
         return {&SynthDriver::extraFilter, &SynthDriver::extraExtension, true, "Save as"};
     case FileDialogKind::Any:
-        break; // asked for without a driver
+        break;
     }
-    return {&SynthDriver::bankFilter, &SynthDriver::bankExtension, false, "Open any dump"};
+    return {nullptr, nullptr, false, "Open any dump"};
 }
 
 // The driver's part in a dialog; without its own filter every name is taken as it is typed.
@@ -85,6 +85,9 @@ struct FileTypes {
     bool hasOwnFilter;
 };
 FileTypes FileTypesOf(const FileTypeMembers &members, const SynthDriver *driver) {
+    if (!members.filter) {
+        return {.filters = FiltersOf(AllFilesFilter), .extension = "", .hasOwnFilter = false};
+    }
     const char *filter = driver ? driver->*members.filter : nullptr;
     const char *extension = driver ? driver->*members.extension : nullptr;
     const bool hasOwnFilter = filter && *filter;

@@ -35,6 +35,7 @@ protected:
         TheDesktop.ChooseSaveFile = real.ChooseSaveFile;
         TheDesktop.ChooseExportFile = real.ChooseExportFile;
         TheDesktop.ChooseSaveExtraFile = real.ChooseSaveExtraFile;
+        TheDesktop.ChooseAnyFile = real.ChooseAnyFile;
         FileWindowX = FileWindowY = 0;
         SoftButtons = 1;
     }
@@ -218,6 +219,20 @@ TEST_F(FileDialog, WithTheFilterForAllFilesANameWithADotIsTakenAsItIsTyped) {
               home.File("new.bin"));
     WhenItStands([](QFileDialog &dialog) { TypeName(dialog, "new.bin"); });
     EXPECT_EQ(ChooseSaveFile(window.get(), home.File("old.syx"), NoDriverId), home.File("new.bin"));
+}
+
+TEST_F(FileDialog, AnyFileIsTakenAsItIsTyped) {
+    for (const char *name : {"bank", "bank.dat", "b.a.n.k"}) {
+        home.Write(name, TestBank());
+        WhenItStands([&](QFileDialog &dialog) {
+            EXPECT_EQ(dialog.windowTitle(), "Open any dump");
+            EXPECT_EQ(dialog.nameFilters(), QStringList{"All files (*)"});
+            TypeName(dialog, name);
+        });
+        EXPECT_EQ(ChooseAnyFile(window.get(), home.Folder()), home.File(name));
+    }
+    WhenItStands([](QFileDialog &) {});
+    EXPECT_EQ(ChooseAnyFile(window.get(), home.Folder()), std::nullopt);
 }
 
 TEST_F(FileDialog, AFolderThatIsTypedIsEnteredUnderItsOwnName) {

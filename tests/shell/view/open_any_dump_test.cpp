@@ -1,7 +1,7 @@
 // "Open any dump..." of the Extras menu: from the file to the list.
 #include "window_fixture.h"
 
-#include "extras/view/dump_box.h"
+#include "extras/list_access.h"
 #include "shell/view/desktop_qt.h"
 #include "support/dump_bytes.h"
 
@@ -24,6 +24,7 @@ class OpenAnyDump : public WindowTest {
 protected:
     void SetUp() override {
         WindowTest::SetUp();
+        MakeProgramFolders();
         OpenBank();
     }
 
@@ -195,6 +196,52 @@ TEST_F(OpenAnyDump, SeveralDumpsTogetherAreOneBank) {
         Click(box, "newBank");
     });
     EXPECT_EQ(Names(0, 3), (Strings{"E.PIANO 1x", "E.PIANO 1x", "E.PIANO 1x", "INIT VOICE"}));
+}
+
+TEST_F(OpenAnyDump, AVoiceIsAuditionedByMouseAndKeyboard) {
+    std::vector<std::string> played;
+    TheListAccess.Audition = [&played](QWidget *owner, const KeptVoice &voice) {
+        EXPECT_EQ(owner, QApplication::activeModalWidget());
+        played.push_back(NameOfVoice(voice.Voice()));
+        return true;
+    };
+    WithDump(TestBank(), [](QDialog &box) {
+        QTableView &voices = Voices(box);
+        QTest::mouseClick(voices.viewport(), Qt::MiddleButton, Qt::NoModifier,
+                          voices.visualRect(voices.model()->index(4, 1)).center());
+        QTest::mouseClick(voices.viewport(), Qt::MiddleButton, Qt::NoModifier,
+                          QPoint(5, voices.viewport()->height() + 500)); // beside the rows
+        EXPECT_EQ(SelectedRows(voices), 32);
+        voices.setFocus();
+        QTest::keyClick(&voices, Qt::Key_Down);
+        QTest::keyClick(&voices, Qt::Key_Space);
+        Click(box, "audition");
+    });
+    EXPECT_EQ(played, (Strings{"VOICE 05", "VOICE 02", "VOICE 02"}));
+    EXPECT_FALSE(MainListState.dirty);
+}
+
+TEST_F(OpenAnyDump, TheFolderOfTheFileIsTheNextOne) {
+    std::filesystem::create_directory(home.path / "deep");
+    WithDump(home.Write("deep/found.bin", TestBank()), [](QDialog &) {});
+    EXPECT_EQ(OpenPath, (home.path / "deep" / "").string());
+}
+
+TEST_F(OpenAnyDump, TheEndOfTheSessionEndsItWithoutAWord) {
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Any,
+                                      .answer = home.Write("found.bin", TestBank())});
+    EndInBox([this] { Trigger(CommandOpenAnyDump); }, [](QDialog &) {});
+    EXPECT_EQ(UndoCount(), 0);
+}
+
+TEST_F(OpenAnyDump, TheEndOfTheSessionEndsTheReadingOfALargeFile) {
+    const std::string path = home.Write("large.bin", TestBank());
+    std::filesystem::resize_file(path, 64ull << 30); // takes no room, and minutes to be read
+    desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Any, .answer = path});
+    bool isReading = false;
+    EndInBox([this] { Trigger(CommandOpenAnyDump); },
+             [&](QDialog &box) { isReading = !IsRead(box); });
+    EXPECT_TRUE(isReading);
 }
 
 // ---- what is asked
