@@ -3,6 +3,7 @@
 #include "common/setting_rows.h"
 #include "drivers/reface_dx/settings.h"
 #include "extras/dump_reader.h"
+#include "extras/rescue.h"
 #include "shell/command_table.h"
 #include "support/family_names.h"
 #include "support/paths.h"
@@ -275,6 +276,10 @@ TEST(HelpPages, TheReferenceHasEveryKindOfDumpAndEveryRemark) {
         remarked += !text.empty();
     }
     EXPECT_GE(remarked, 12);
+    const std::string judged =
+        tonewright::RemarksOfDump({.kind = tonewright::DumpKind::Dx7Headerless, .confidence = 90});
+    EXPECT_EQ(judged, "90% sure");
+    EXPECT_NE(remarks.find(judged), std::string::npos);
 }
 
 TEST(HelpPages, TheManualTellsOfBothFamiliesAndOfTheInstrument) {
