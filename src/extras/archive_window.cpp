@@ -75,6 +75,11 @@ std::optional<ArchiveHit> HitIn(const ArchiveIndex &index, const ArchiveIndex &f
 
 // ---- loading
 
+// A separator goes before all else.
+int OrderOf(char character) {
+    return character == '/' ? -1 : static_cast<unsigned char>(character);
+}
+
 struct LoadedArchive {
     std::shared_ptr<const ArchiveIndex> index;
     std::vector<ArchiveFolder> folders;
@@ -82,6 +87,11 @@ struct LoadedArchive {
     ArchiveError error;
     Clock::duration time = {};
 };
+
+// In the order of their paths, step by step: "a/b" in front of "a b".
+bool StandsBefore(const std::string &one, const std::string &other) {
+    return std::ranges::lexicographical_compare(one, other, {}, OrderOf, OrderOf);
+}
 
 LoadedArchive LoadArchive(const Worker::Cancelled &cancelled) {
     const auto begin = Clock::now();
@@ -98,7 +108,7 @@ LoadedArchive LoadArchive(const Worker::Cancelled &cancelled) {
             loaded.index = LoadArchiveIndex(*store, loaded.error, cancelled);
         }
     }
-    std::ranges::sort(loaded.folders, {}, &ArchiveFolder::path);
+    std::ranges::sort(loaded.folders, StandsBefore, &ArchiveFolder::path);
     loaded.time = Clock::now() - begin;
     return loaded;
 }
@@ -263,6 +273,19 @@ void BeginUpdate(ArchiveWindow &window, Update update, std::string report = "") 
         window.report = "The archive could not be updated: the system has no thread to give.";
     }
     Tell(window.calls.stateChanged);
+}
+
+// ---- folders
+
+constexpr int MostStepsShown = 8;
+
+// The part of a path that ends so many steps behind its first `root` bytes.
+std::string UpperFolder(const std::string &path, std::size_t root, int steps) {
+    std::size_t end = root;
+    for (int step = 0; step < steps && end != std::string::npos; ++step) {
+        end = path.find('/', end + 1);
+    }
+    return path.substr(0, end);
 }
 
 // ---- taking voices out
@@ -467,6 +490,28 @@ std::string ArchiveCellText(const ArchiveIndex &index, ArchiveHit hit, ArchiveCo
         return std::to_string(PlaceInfo(index, hit.place).place + 1);
     }
     return "";
+}
+
+std::vector<ArchiveFolderChoice> ArchiveFolderChoices(const std::vector<ArchiveFolder> &folders) {
+    for (int steps = MostStepsShown;; --steps) {
+        std::vector<ArchiveFolderChoice> choices;
+        std::string root;
+        for (const ArchiveFolder &one : folders) {
+            if (one.root) {
+                root = one.path;
+                choices.push_back({.path = root, .text = root});
+            } else if (steps > 0 && !root.empty() && IsInArchiveFolder(one.path, root)) {
+                const std::string path = UpperFolder(one.path, root.size(), steps);
+                if (choices.back().path != path) {
+                    choices.push_back(
+                        {.path = path, .text = "    " + path.substr(root.size() + 1)});
+                }
+            }
+        }
+        if (choices.size() <= MostFoldersShown || steps == 0) {
+            return choices;
+        }
+    }
 }
 
 std::string ArchiveFolderText(const ArchiveWindow &window, const std::string &path) {

@@ -38,7 +38,7 @@ struct ArchiveWindow {
     // ---- read by the window
 
     std::shared_ptr<const ArchiveIndex> index; // null: none is loaded, or there is none
-    std::vector<ArchiveFolder> folders;        // by their paths
+    std::vector<ArchiveFolder> folders;        // each in front of those below it
     ArchiveQuery query;
     ArchiveHits hits;
     bool loading = true;
@@ -99,6 +99,15 @@ void CancelArchiveUpdate(ArchiveWindow &window);
 
 std::string ArchiveInstrumentText(std::uint8_t family);
 std::string ArchiveCellText(const ArchiveIndex &index, ArchiveHit hit, ArchiveColumn column);
+// The folders to choose from: those that the user has added, and below each the folders with files;
+// where that were more than MostFoldersShown, only the upper ones, as many steps down as there is
+// room for.
+constexpr std::size_t MostFoldersShown = 1000;
+struct ArchiveFolderChoice {
+    std::string path;
+    std::string text; // below the folder that was added, from there on and indented
+};
+std::vector<ArchiveFolderChoice> ArchiveFolderChoices(const std::vector<ArchiveFolder> &folders);
 // The folder of a file, from the one on that the user has added: "Voices/Brass".
 std::string ArchiveFolderText(const ArchiveWindow &window, const std::string &path);
 // Instead of rows, where there are none: what is going on, or what to do. Empty: there are rows.

@@ -171,6 +171,53 @@ TEST_F(ArchiveWindowTest, EachCellSaysWhatStandsThere) {
     EXPECT_EQ(cell(ArchiveColumn::Place), "7");
 }
 
+TEST(ArchiveFolderChoices, HaveTheFoldersBelowEachThatWasAdded) {
+    const auto shown = [](const std::vector<ArchiveFolder> &folders) {
+        Strings lines;
+        for (const ArchiveFolderChoice &choice : ArchiveFolderChoices(folders)) {
+            lines.push_back(choice.path + "|" + choice.text);
+        }
+        return lines;
+    };
+    EXPECT_EQ(shown({}), Strings());
+    EXPECT_EQ(shown({{.path = "/a", .root = true},
+                     {.path = "/a/b"},
+                     {.path = "/a/c/d"},
+                     {.path = "/e", .root = true}}),
+              (Strings{"/a|/a", "/a/b|    b", "/a/c/d|    c/d", "/e|/e"}));
+    // Too many: three steps down would be 1,221, two steps are 111.
+    std::vector<ArchiveFolder> folders = {{.path = "/a", .root = true}};
+    const auto add = [&](const std::string &path) { folders.push_back({.path = path}); };
+    for (const char one : std::string("0123456789")) {
+        add(std::string("/a/") + one);
+        for (const char two : std::string("0123456789")) {
+            add(std::string("/a/") + one + "/" + two);
+            for (int three = 10; three < 21; ++three) {
+                add(std::string("/a/") + one + "/" + two + "/" + std::to_string(three));
+            }
+        }
+    }
+    const Strings lines = shown(folders);
+    ASSERT_EQ(lines.size(), 111u);
+    EXPECT_EQ(lines[0], "/a|/a");
+    EXPECT_EQ(lines[1], "/a/0|    0");
+    EXPECT_EQ(lines[2], "/a/0/0|    0/0");
+    EXPECT_EQ(lines[110], "/a/9/9|    9/9");
+}
+
+TEST_F(ArchiveWindowTest, AFolderStandsInFrontOfThoseBelowIt) {
+    for (const char *name : {"banks/a", "banks/a b", "banks/a/c"}) {
+        fs::create_directory(files.path / name);
+        WriteTestFile(files.File(std::string(name) + "/one.syx"), TestBank());
+    }
+    OpenWithBanks();
+    Strings names;
+    for (const ArchiveFolder &folder : window->folders) {
+        names.push_back(ArchiveFolderText(*window, folder.path + "/one.syx"));
+    }
+    EXPECT_EQ(names, (Strings{"banks", "banks/a", "banks/a/c", "banks/a b"}));
+}
+
 TEST_F(ArchiveWindowTest, AFolderIsShownFromTheOneOnThatWasAdded) {
     fs::create_directory(files.path / "banks/below");
     OpenWithBanks();

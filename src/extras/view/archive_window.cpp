@@ -402,14 +402,8 @@ private:
         folder->clear();
         shownFolders = {""};
         folder->addItem("All folders");
-        std::string root;
-        for (const ArchiveFolder &one : state.folders) {
-            if (one.root) {
-                root = one.path;
-            }
-            const bool isBelow = !one.root && !root.empty() && one.path.size() > root.size();
-            folder->addItem(isBelow ? QString("    ") + Text(one.path.substr(root.size() + 1))
-                                    : Text(one.path));
+        for (const ArchiveFolderChoice &one : ArchiveFolderChoices(state.folders)) {
+            folder->addItem(Text(one.text));
             folder->setItemData(folder->count() - 1, Text(one.path), Qt::ToolTipRole);
             shownFolders.push_back(one.path);
         }
@@ -471,11 +465,12 @@ private:
     }
 
     void ShowState() {
-        const bool other = !std::ranges::equal(state.folders, std::span(shownFolders).subspan(1),
-                                               {}, &ArchiveFolder::path);
-        if (other) {
+        if (std::exchange(shownVersion, state.version) != state.version) {
+            const std::vector<std::string> former = shownFolders;
             FillFolders();
-            FollowFilters();
+            if (shownFolders != former) {
+                FollowFilters(); // the folder may be gone
+            }
         } else if (state.hits->empty()) {
             empty->setText(Text(ArchiveEmptyText(state)));
         }
@@ -694,6 +689,7 @@ private:
     QWidget *pane;
     QProgressBar *progress;
     QPushButton *put, *audition, *newBank, *add, *update, *forget, *failures, *cancel, *help, *quit;
+    std::int64_t shownVersion = -1;        // of the archive whose folders are shown
     std::vector<std::string> shownFolders; // of the drop-down list; the first: all
     QTimer follow, look;
     // The last one: what it does ends before the controls go.
