@@ -195,6 +195,12 @@ std::size_t RestOfHeader(Bytes bytes) {
     return 0;
 }
 
+void PutUnknown(Scanner &scanner, std::size_t size) {
+    BeginDump(scanner.output, DumpKind::Unknown);
+    PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, size));
+    MoveOn(scanner.stream, size);
+}
+
 // The checksum and the end of a bank, if they follow its voices.
 std::size_t RestBehind(Bytes voices, Bytes behind) {
     constexpr std::size_t bank = Dx7VoicesPerBank * Dx7PackedVoiceSize;
@@ -204,7 +210,7 @@ std::size_t RestBehind(Bytes voices, Bytes behind) {
     return behind.size() > 1 && behind[1] == EndOfSysex ? 2 : 0;
 }
 
-// Voices without a message that a stretch begins with. `isAll`: it ends with these bytes.
+// Voices without a message in a stretch. `isAll`: it ends with these bytes.
 bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
     std::size_t start = RestOfHeader(stretch);
     HeaderlessVoices found = JudgeHeaderless(stretch.subspan(start), isAll);
@@ -218,10 +224,11 @@ bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
         found.voices == 0 || found.confidence < sure ? FindHeaderless(stretch) : 0;
     if (others > 0) {
         const HeaderlessVoices behind = JudgeHeaderless(stretch.subspan(others), isAll);
-        if (behind.voices > 0) {
-            BeginDump(scanner.output, DumpKind::Unknown);
-            PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, others));
-            MoveOn(scanner.stream, others);
+        // By whole voices they are not beside it.
+        const std::size_t size = SizeOfForm(found.form);
+        const bool isBeside = found.voices == 0 || others % size != (start + found.start) % size;
+        if (behind.voices > 0 && isBeside) {
+            PutUnknown(scanner, others);
             stretch = stretch.subspan(others);
             start = 0;
             found = behind;
@@ -232,6 +239,11 @@ bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
     }
     const DumpKind kind = found.form == VoiceForm::Dx7Packed ? DumpKind::Dx7Headerless
                                                              : DumpKind::Dx7HeaderlessVoices;
+    if (found.start > 0) { // then the header is none
+        PutUnknown(scanner, start + found.start);
+        stretch = stretch.subspan(start + found.start);
+        start = 0;
+    }
     const std::size_t size = found.voices * SizeOfForm(found.form);
     const Bytes voices = stretch.subspan(start, size);
     const std::size_t length = start + size + RestBehind(voices, stretch.subspan(start + size));
@@ -254,11 +266,11 @@ bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
 }
 
 void TakeUnknown(Scanner &scanner, std::size_t size) {
-    if (scanner.what != ScannedBytes::Events) {
-        BeginDump(scanner.output, DumpKind::Unknown);
-        PutDump(scanner.output, DumpAt(scanner.stream, DumpKind::Unknown, size));
+    if (scanner.what == ScannedBytes::Events) {
+        MoveOn(scanner.stream, size);
+    } else {
+        PutUnknown(scanner, size);
     }
-    MoveOn(scanner.stream, size);
     scanner.isAmid = true;
     scanner.place = MessagePlace::Amid;
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -218,6 +219,16 @@ Likeness LikenessOf(Bytes voice, const std::array<std::uint8_t, Size> &limits) {
                                                                                    : Likeness::None;
 }
 
+bool IsAlike(Likeness likeness) {
+    return likeness == Likeness::Whole || likeness == Likeness::Fair;
+}
+
+// Some of the pieces of the size of a voice into which bytes are cut, from one up to another.
+struct Stretch {
+    std::size_t from = 0, to = 0;
+    std::size_t Size() const { return to - from; }
+};
+
 struct Tally {
     std::size_t whole = 0, fair = 0, empty = 0, none = 0;
 
@@ -225,21 +236,27 @@ struct Tally {
     std::size_t All() const { return Alike() + empty + none; }
 };
 
-void Count(Tally &tally, Likeness likeness) {
-    switch (likeness) {
-    case Likeness::Whole:
-        ++tally.whole;
-        break;
-    case Likeness::Fair:
-        ++tally.fair;
-        break;
-    case Likeness::Empty:
-        ++tally.empty;
-        break;
-    case Likeness::None:
-        ++tally.none;
-        break;
+using Pieces = std::vector<Likeness>;
+
+Tally TallyOf(const Pieces &pieces, const Stretch &stretch) {
+    Tally tally;
+    for (std::size_t at = stretch.from; at < stretch.to; ++at) {
+        switch (pieces[at]) {
+        case Likeness::Whole:
+            ++tally.whole;
+            break;
+        case Likeness::Fair:
+            ++tally.fair;
+            break;
+        case Likeness::Empty:
+            ++tally.empty;
+            break;
+        case Likeness::None:
+            ++tally.none;
+            break;
+        }
     }
+    return tally;
 }
 
 constexpr std::size_t Several = 4; // voices that need no end where they should have it
@@ -257,34 +274,75 @@ int ConfidenceOf(const Tally &tally) {
     return tally.All() < Several ? std::min(confidence, ofFew) : confidence;
 }
 
+// Whether zeros alone, of which banks have some where there is no voice, make the stretch as long
+// as it is around that one.
+bool HasEmptyEnds(const Pieces &pieces, const Stretch &stretch, const Stretch &core) {
+    const auto isEmpty = [&pieces](std::size_t from, std::size_t to) {
+        return std::all_of(pieces.begin() + static_cast<std::ptrdiff_t>(from),
+                           pieces.begin() + static_cast<std::ptrdiff_t>(to),
+                           [](Likeness likeness) { return likeness == Likeness::Empty; });
+    };
+    return isEmpty(stretch.from, core.from) && isEmpty(core.to, stretch.to);
+}
+
+// Whole banks around the pieces from the first voice to the last one: all of the pieces, whatever
+// stands at their ends, or with zeros alone there, beginning with a voice rather than with zeros.
+// Nothing where there are none.
+std::optional<Stretch> BanksAround(const Pieces &pieces, const Stretch &core, bool isExact) {
+    const std::size_t size =
+        (core.Size() + Dx7VoicesPerBank - 1) / Dx7VoicesPerBank * Dx7VoicesPerBank;
+    if (size > pieces.size()) {
+        return std::nullopt;
+    }
+    if (isExact && size == pieces.size() && AreVoices(TallyOf(pieces, {0, size}))) {
+        return Stretch{0, size};
+    }
+    const std::size_t first = core.to > size ? core.to - size : 0;
+    for (std::size_t from = std::min(core.from, pieces.size() - size) + 1; from-- > first;) {
+        const Stretch banks = {from, from + size};
+        if (HasEmptyEnds(pieces, banks, core) && AreVoices(TallyOf(pieces, banks))) {
+            return banks;
+        }
+    }
+    return std::nullopt;
+}
+
 template <std::size_t Size>
 std::optional<HeaderlessVoices> Judge(Bytes bytes, bool isAll, VoiceForm form,
                                       const std::array<std::uint8_t, Size> &limits) {
-    Tally all, upToLast;
-    std::size_t others = 0; // one behind the other that are no voices
-    constexpr std::size_t gap = 3;
+    constexpr std::size_t gap = 3; // pieces that are no voices behind which no more is looked for
     const bool isExact = isAll && bytes.size() % Size == 0;
+    Pieces pieces;
+    std::optional<Stretch> core; // from the first voice to the last one
     for (std::size_t at = 0; at + Size <= bytes.size(); at += Size) {
         const Likeness likeness = LikenessOf(bytes.subspan(at, Size), limits);
-        Count(all, likeness);
-        if (likeness == Likeness::Whole || likeness == Likeness::Fair) {
-            upToLast = all;
-            others = 0;
-        } else if (++others == gap && (!isExact || upToLast.Alike() == 0)) {
+        const std::size_t others = core ? pieces.size() - core->to : 0;
+        if (!isExact && others >= gap &&
+            (likeness != Likeness::Empty || others >= Dx7VoicesPerBank)) {
             break;
         }
+        pieces.push_back(likeness);
+        if (IsAlike(likeness)) {
+            core = {core ? core->from : pieces.size() - 1, pieces.size()};
+        }
     }
-    const auto found = [&](const Tally &tally) {
-        const std::size_t voices = tally.All();
-        return HeaderlessVoices{form, voices, ConfidenceOf(tally), AreInRange(form, bytes, voices)};
-    };
-    if (isExact && all.All() * Size == bytes.size() && AreVoices(all)) {
-        return found(all);
+    if (!core) {
+        return std::nullopt;
     }
-    if (upToLast.All() >= Several && AreVoices(upToLast)) {
-        return found(upToLast);
+    std::optional<Stretch> found = BanksAround(pieces, *core, isExact);
+    if (!found && AreVoices(TallyOf(pieces, *core)) &&
+        (core->Size() >= Several || (isExact && AreVoices(TallyOf(pieces, {0, pieces.size()}))))) {
+        found = core;
     }
-    return std::nullopt;
+    if (!found) {
+        return std::nullopt;
+    }
+    const std::size_t start = found->from * Size;
+    return HeaderlessVoices{.form = form,
+                            .start = start,
+                            .voices = found->Size(),
+                            .confidence = ConfidenceOf(TallyOf(pieces, *found)),
+                            .inRange = AreInRange(form, bytes.subspan(start), found->Size())};
 }
 
 // Most bytes are seen to be no voice by few of them.

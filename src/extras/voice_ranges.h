@@ -15,13 +15,15 @@ bool AreInRange(VoiceForm form, std::span<const std::uint8_t> bytes, std::size_t
 
 struct HeaderlessVoices {
     VoiceForm form = VoiceForm::Dx7Packed; // or Dx7Single
+    std::size_t start = 0;                 // of the first one
     std::size_t voices = 0;                // 0: there are none
     int confidence = 0;                    // per cent, below 100
     bool inRange = true;                   // all of them
 };
 
-// The DX7 voices that bytes begin with. `isAll`: these are all the bytes between two messages, and
-// not only their start.
+// The DX7 voices that stand in bytes, whole numbers of voices from their first one: what is in
+// front of the first voice is of that size and none. `isAll`: these are all the bytes between two
+// messages, and not only their start.
 HeaderlessVoices JudgeHeaderless(std::span<const std::uint8_t> bytes, bool isAll);
 
 // Where some packed voices begin that other bytes stand in front of; 0 where none do within the

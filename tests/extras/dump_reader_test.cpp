@@ -115,6 +115,22 @@ TEST(DumpReader, VoicesWithoutAMessage) {
               Strings{"DX7 bank without its header, 32 voices @0+4096 (no header)"});
 }
 
+TEST(DumpReader, VoicesWithoutAMessageBehindAndInFrontOfABlockThatIsNone) {
+    const Bytes block = Join({{0, 4}, TextBytes("BANK"), Bytes(122)});
+    const Bytes file = Join({block, TestPackedVoices(32), Bytes(512)});
+    EXPECT_EQ(Lines(file), (Strings{"unknown data @0+128",
+                                    "DX7 bank without its header, 32 voices @128+4096 (no header)",
+                                    "unknown data @4224+512"}));
+    const Found found = Read(file);
+    EXPECT_EQ(found.voices[0].bytes, TestPackedVoice(0));
+    EXPECT_EQ(found.offsets[31], 128u + 31 * 128);
+    // Fewer voices than a bank has, and its checksum and end.
+    Bytes bank = Join({TestPackedVoices(28), Bytes(512)});
+    bank += Bytes{TestChecksum(bank), 0xF7};
+    EXPECT_EQ(Lines(bank)[0], "DX7 bank without its header, 32 voices @0+4098 (no header)");
+    EXPECT_EQ(Lines(bank).size(), 1u);
+}
+
 TEST(DumpReader, TheReadingOfALargeFileMayBeEndedWhereNothingIsFound) {
     const TempFolder folder;
     const std::string path = folder.Write("large.bin", TestBank());
@@ -332,7 +348,7 @@ TEST(DumpReader, ABankWhoseHeaderIsBroken) {
               (Strings{"unknown data @0+255",
                        "DX7 bank without its header, 4 voices @255+512 (no header)",
                        "unknown data @767+1"}));
-    EXPECT_EQ(Lines(Join({Bytes(256, 0x11), TestPackedVoices(4)})), Strings{"unknown data @0+768"});
+    EXPECT_EQ(Lines(Join({Bytes(257, 0x11), TestPackedVoices(4)})), Strings{"unknown data @0+769"});
     EXPECT_EQ(Lines(Join({Bytes(1, 0x11), TestPackedVoices(3)})), Strings{"unknown data @0+385"});
     EXPECT_EQ(Lines(Join({TestPackedVoices(32), {TestBank()[4102], 0xF7}})), line(4098));
     EXPECT_EQ(Lines(Join({TestPackedVoices(32), {0x01, 0xF7}})),

@@ -80,6 +80,48 @@ TEST(HeaderlessVoices, AFewBytesThatNoVoiceHasMakeThemLessLikely) {
     EXPECT_EQ(VoicesIn(Join({bank, {1}})), 32u);
 }
 
+// Where the voices begin, and how many they are: "1+32" pieces.
+std::string PlaceOf(const Bytes &bytes, bool isAll = true) {
+    const HeaderlessVoices judged = JudgeHeaderless(bytes, isAll);
+    EXPECT_EQ(judged.start % 128, 0u);
+    return std::to_string(judged.start / 128) + '+' + std::to_string(judged.voices);
+}
+
+TEST(HeaderlessVoices, BlocksInFrontOfABankAndBehindItAreNoneOfIt) {
+    const Bytes bank = TestPackedVoices(32);
+    Bytes header = Join({{0, 4}, TextBytes("BANK"), Bytes(122)});
+    Bytes counter;
+    for (int at = 0; at < 128; ++at) {
+        counter.push_back(static_cast<std::uint8_t>(at));
+    }
+    for (const Bytes &front : {header, counter, Bytes(128, 0xC8), Bytes(128)}) {
+        EXPECT_EQ(PlaceOf(Join({front, bank})), "1+32");
+        EXPECT_EQ(PlaceOf(Join({front, bank}), false), "1+32");
+        EXPECT_EQ(PlaceOf(Join({front, bank, {1, 2, 3}})), "1+32");
+        EXPECT_EQ(PlaceOf(Join({front, bank, bank})), "1+64");
+        EXPECT_EQ(PlaceOf(Join({front, TestPackedVoices(20)})), "1+20");
+        EXPECT_EQ(PlaceOf(Join({bank, front, front})), "0+32");
+    }
+    EXPECT_EQ(PlaceOf(Join({Bytes(256), bank})), "2+32");
+    EXPECT_EQ(PlaceOf(Join({bank, Bytes(512)})), "0+32");
+    EXPECT_EQ(PlaceOf(Join({Bytes(10 * 128, 0xE5), bank})), "10+32");
+    EXPECT_EQ(PlaceOf(Join({header, TestPackedVoice(1)})), "0+0");
+}
+
+TEST(HeaderlessVoices, ZerosAtTheEndsOfABankArePartOfIt) {
+    const Bytes zeros(128);
+    EXPECT_EQ(PlaceOf(Join({Bytes(3 * 128), TestPackedVoices(29)})), "0+32");
+    EXPECT_EQ(PlaceOf(Join({zeros, TestPackedVoices(30), zeros})), "0+32");
+    EXPECT_EQ(PlaceOf(Join({Bytes(2 * 128), TestPackedVoices(28), Bytes(4 * 128)})), "2+32");
+    EXPECT_EQ(PlaceOf(Join({TestPackedVoices(28), Bytes(4 * 128), {0x11, 0xF7}})), "0+32");
+    EXPECT_EQ(PlaceOf(Join({TestPackedVoices(28), Bytes(4 * 128), TestPackedVoices(32)})), "0+64");
+    EXPECT_EQ(PlaceOf(Join({TestPackedVoices(10), Bytes(3 * 128)})), "0+10");
+    EXPECT_EQ(PlaceOf(Join({TestPackedVoices(10), Bytes(22 * 128), {1}})), "0+32");
+    // Of which too few are voices.
+    EXPECT_EQ(PlaceOf(Join({TestPackedVoices(5), Bytes(59 * 128)})), "0+5");
+    EXPECT_EQ(PlaceOf(Join({zeros, TestPackedVoice(1)})), "1+1");
+}
+
 TEST(HeaderlessVoices, OneVoiceAloneMustBeWithoutFault) {
     Bytes voice = TestPackedVoice(1);
     EXPECT_EQ(VoicesIn(voice), 1u);
