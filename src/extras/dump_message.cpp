@@ -120,12 +120,12 @@ struct BulkFormat {
 };
 constexpr BulkFormat BulkFormats[] = {
     {0x00, DumpKind::Dx7Voice, 155, 1, ""},
-    {0x01, DumpKind::Dx7Function, 94, 0, "TX7 function data"},
-    {0x02, DumpKind::Dx7Function, 4096, 0, "TX7 function data of 64 voices"},
+    {0x01, DumpKind::Dx7Function, 94, 0, "of a TX7 voice"},
+    {0x02, DumpKind::Dx7Function, 4096, 0, "of 64 TX7 voices"},
     {0x03, DumpKind::FourOperatorVoice, 93, 1, ""},
     {0x04, DumpKind::FourOperatorBank, 4096, 32, ""},
-    {0x05, DumpKind::Dx7Supplement, 49, 0, "DX7II supplement of a voice"},
-    {0x06, DumpKind::Dx7Supplement, 1120, 0, "DX7II supplement of a bank"},
+    {0x05, DumpKind::Dx7Supplement, 49, 0, "of a voice"},
+    {0x06, DumpKind::Dx7Supplement, 1120, 0, "of a bank"},
     {0x09, DumpKind::Dx7Bank, 4096, 32, ""},
 };
 
@@ -139,12 +139,12 @@ struct NamedData {
     const char *detail;
 };
 constexpr NamedData NamedDatas[] = {
-    {"LM  8973PE", DumpKind::Dx7Performances, "DX7II performance"},
-    {"LM  8973PM", DumpKind::Dx7Performances, "DX7II performances"},
-    {"LM  8973S", DumpKind::Dx7System, "DX7II system set-up"},
-    {"LM  8952PE", DumpKind::Dx7Performances, "TX802 performance"},
-    {"LM  8952PM", DumpKind::Dx7Performances, "TX802 performances"},
-    {"LM  8952S", DumpKind::Dx7System, "TX802 system set-up"},
+    {"LM  8973PE", DumpKind::Dx7Performances, "one"},
+    {"LM  8973PM", DumpKind::Dx7Performances, ""},
+    {"LM  8973S", DumpKind::Dx7System, ""},
+    {"LM  8952PE", DumpKind::Dx7Performances, "of a TX802, one"},
+    {"LM  8952PM", DumpKind::Dx7Performances, "of a TX802"},
+    {"LM  8952S", DumpKind::Dx7System, "of a TX802"},
     {"LM  MCRY", DumpKind::Dx7Function, "microtuning"},
     {"LM  FKSY", DumpKind::Dx7Supplement, "fractional scaling"},
     {"LM  8976AE", DumpKind::FourOperatorOther, "supplement of a voice"},

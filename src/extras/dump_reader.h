@@ -67,7 +67,7 @@ struct FoundDump {
     std::uint64_t voices = 0;     // whole ones
     std::uint32_t faults = 0;     // DumpFault
     int confidence = 100;    // per cent; below 100 only where ranges and names had to be judged
-    std::string detail = {}; // what more is known, in words: "DX7II performance", "manufacturer 41"
+    std::string detail = {}; // what more is known, in words: "of a TX802", "manufacturer 41"
 
     bool operator==(const FoundDump &) const = default;
 };

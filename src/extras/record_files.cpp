@@ -114,8 +114,9 @@ void ReadRecordFile(DumpStream &stream, DumpOutput &output) {
     }
     dump.length = stream.index;
     if (others > 0) {
-        dump.detail =
-            FormatText("%llu records without a voice", static_cast<unsigned long long>(others));
+        dump.detail = others == 1 ? "one record without a voice"
+                                  : FormatText("%llu records without a voice",
+                                               static_cast<unsigned long long>(others));
     }
     PutDump(output, std::move(dump));
 }

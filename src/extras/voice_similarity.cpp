@@ -516,9 +516,8 @@ VoiceFeatures FeaturesOfFour(std::span<const std::uint8_t> bytes) {
     features[PortamentoOfFour] =
         ByteOf(PortamentoWeight * PartOfFour(common[RefaceVoice::portamentoTime]));
     features[ModeOfFour] = common[RefaceVoice::partMode] == 0 ? 0 : ByteOf(ModeWeight);
-    features[RestOfFour] =
-        ByteOf(RestOf(common.subspan(RefaceVoice::transpose, 4), LargestOfFour) +
-               RestOf(common.subspan(RefaceVoice::lfoWave, 18), LargestOfFour));
+    features[RestOfFour] = ByteOf(RestOf(common.subspan(RefaceVoice::transpose, 4), LargestOfFour) +
+                                  RestOf(common.subspan(RefaceVoice::lfoWave, 18), LargestOfFour));
     return features;
 }
 

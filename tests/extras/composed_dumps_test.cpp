@@ -284,11 +284,11 @@ Piece RandomSkipped(Random &random) {
         const char *detail;
     };
     const Skipped rows[] = {
-        {0x01, 94, DumpKind::Dx7Function, Dx7DriverId, 0, "TX7 function data"},
+        {0x01, 94, DumpKind::Dx7Function, Dx7DriverId, 0, "of a TX7 voice"},
         {0x03, 93, DumpKind::FourOperatorVoice, NoDriverId, 1, ""},
         {0x04, 4096, DumpKind::FourOperatorBank, NoDriverId, 32, ""},
-        {0x05, 49, DumpKind::Dx7Supplement, Dx7DriverId, 0, "DX7II supplement of a voice"},
-        {0x06, 1120, DumpKind::Dx7Supplement, Dx7DriverId, 0, "DX7II supplement of a bank"},
+        {0x05, 49, DumpKind::Dx7Supplement, Dx7DriverId, 0, "of a voice"},
+        {0x06, 1120, DumpKind::Dx7Supplement, Dx7DriverId, 0, "of a bank"},
     };
     const Skipped &row = rows[Below(random, 5)];
     const int channel = 1 + Below(random, 16);
@@ -310,9 +310,9 @@ Piece RandomNamed(Random &random) {
         const char *detail;
     };
     const Named rows[] = {
-        {"LM  8973PE", DumpKind::Dx7Performances, Dx7DriverId, "DX7II performance"},
-        {"LM  8973S ", DumpKind::Dx7System, Dx7DriverId, "DX7II system set-up"},
-        {"LM  8952PM", DumpKind::Dx7Performances, Dx7DriverId, "TX802 performances"},
+        {"LM  8973PE", DumpKind::Dx7Performances, Dx7DriverId, "one"},
+        {"LM  8973S ", DumpKind::Dx7System, Dx7DriverId, ""},
+        {"LM  8952PM", DumpKind::Dx7Performances, Dx7DriverId, "of a TX802"},
         {"LM  MCRYM1", DumpKind::Dx7Function, Dx7DriverId, "microtuning"},
         {"LM  8976AE", DumpKind::FourOperatorOther, NoDriverId, "supplement of a voice"},
     };

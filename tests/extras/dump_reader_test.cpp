@@ -376,23 +376,19 @@ Bytes Named(const std::string &name, std::size_t size) {
 
 TEST(DumpReader, WhatLaterModelsSendBesideVoices) {
     EXPECT_EQ(Lines(TestBulk(0x01, Bytes(94, 5), 2)),
-              Strings{"DX7 function data: TX7 function data @0+102 ch2"});
+              Strings{"DX7 function data: of a TX7 voice @0+102 ch2"});
     EXPECT_EQ(Lines(TestBulk(0x02, Bytes(4096, 5), 2)),
-              Strings{"DX7 function data: TX7 function data of 64 voices @0+4104 ch2"});
+              Strings{"DX7 function data: of 64 TX7 voices @0+4104 ch2"});
     EXPECT_EQ(Lines(TestBulk(0x05, Bytes(49, 5))),
-              Strings{"DX7II supplement: DX7II supplement of a voice @0+57 ch1"});
+              Strings{"DX7II supplement: of a voice @0+57 ch1"});
     EXPECT_EQ(Lines(TestBulk(0x06, Bytes(1120, 5))),
-              Strings{"DX7II supplement: DX7II supplement of a bank @0+1128 ch1"});
-    EXPECT_EQ(Lines(Named("LM  8973PE", 51)),
-              Strings{"DX7II performances: DX7II performance @0+69 ch4"});
-    EXPECT_EQ(Lines(Named("LM  8973PM", 1632)),
-              Strings{"DX7II performances: DX7II performances @0+1650 ch4"});
-    EXPECT_EQ(Lines(Named("LM  8973S ", 112)),
-              Strings{"DX7II set-up: DX7II system set-up @0+130 ch4"});
+              Strings{"DX7II supplement: of a bank @0+1128 ch1"});
+    EXPECT_EQ(Lines(Named("LM  8973PE", 51)), Strings{"DX7II performances: one @0+69 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8973PM", 1632)), Strings{"DX7II performances @0+1650 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8973S ", 112)), Strings{"DX7II set-up @0+130 ch4"});
     EXPECT_EQ(Lines(Named("LM  8952PE", 168)),
-              Strings{"DX7II performances: TX802 performance @0+186 ch4"});
-    EXPECT_EQ(Lines(Named("LM  8952PM", 80)),
-              Strings{"DX7II performances: TX802 performances @0+98 ch4"});
+              Strings{"DX7II performances: of a TX802, one @0+186 ch4"});
+    EXPECT_EQ(Lines(Named("LM  8952PM", 80)), Strings{"DX7II performances: of a TX802 @0+98 ch4"});
     EXPECT_EQ(Lines(Named("LM  MCRYE ", 256)),
               Strings{"DX7 function data: microtuning @0+274 ch4"});
     EXPECT_EQ(Lines(Named("LM  MCRYM0", 256)),
@@ -412,15 +408,13 @@ TEST(DumpReader, WhatLaterModelsSendBesideVoices) {
 }
 
 TEST(DumpReader, ABankInsideTheDumpsOfALaterModel) {
-    EXPECT_EQ(Lines(Join({TestBulk(0x06, Bytes(1120, 5)), TestBankMessage(),
-                          TestBulk(0x06, Bytes(1120, 6)), TestBankMessage(),
-                          Named("LM  8973PM", 1632), Named("LM  8973S ", 112)})),
-              (Strings{"DX7II supplement: DX7II supplement of a bank @0+1128 ch1",
-                       "DX7 bank, 32 voices @1128+4104 ch1",
-                       "DX7II supplement: DX7II supplement of a bank @5232+1128 ch1",
-                       "DX7 bank, 32 voices @6360+4104 ch1",
-                       "DX7II performances: DX7II performances @10464+1650 ch4",
-                       "DX7II set-up: DX7II system set-up @12114+130 ch4"}));
+    EXPECT_EQ(
+        Lines(
+            Join({TestBulk(0x06, Bytes(1120, 5)), TestBankMessage(), TestBulk(0x06, Bytes(1120, 6)),
+                  TestBankMessage(), Named("LM  8973PM", 1632), Named("LM  8973S ", 112)})),
+        (Strings{"DX7II supplement: of a bank @0+1128 ch1", "DX7 bank, 32 voices @1128+4104 ch1",
+                 "DX7II supplement: of a bank @5232+1128 ch1", "DX7 bank, 32 voices @6360+4104 ch1",
+                 "DX7II performances @10464+1650 ch4", "DX7II set-up @12114+130 ch4"}));
 }
 
 TEST(DumpReader, WhatInstrumentsOfFourOperatorsSend) {
@@ -579,7 +573,7 @@ TEST(DumpReader, RecordsOfOtherSizesAndWithoutAVoice) {
     const Bytes voice = TestRefaceVoice(4);
     Bytes bank = RefaceFile("TNWRDXrf", 2, 300);
     bank += Join({RefaceRecord(voice), Bytes(98), Bytes(300)});
-    EXPECT_EQ(Lines(bank), Strings{"reface DX bank, 1 voice: 1 records without a voice @0+760"});
+    EXPECT_EQ(Lines(bank), Strings{"reface DX bank, 1 voice: one record without a voice @0+760"});
     EXPECT_EQ(Lines(RefaceFile("TNWRDXrf", 0xFFFFFFFF, 0)),
               Strings{"reface DX bank, 0 voices @0+160 (cut short)"});
     EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 5, 0xFFFFFFFF), Bytes(500)})),
@@ -612,7 +606,7 @@ TEST(DumpReader, CataloguesOfBothFamilies) {
     file += Bytes(446); // no record
     file += CatalogueRecord("y7XD", TestUnpackedVoice(), 156, 0);
     const Found found = Read(file);
-    EXPECT_EQ(Lines(file), Strings{"catalogue, 2 voices: 1 records without a voice @0+1490"});
+    EXPECT_EQ(Lines(file), Strings{"catalogue, 2 voices: one record without a voice @0+1490"});
     EXPECT_EQ(found.dumps[0].family, Dx7DriverId);
     EXPECT_EQ(found.voices[0], (KeptVoice{VoiceForm::Dx7Stored, TestUnpackedVoice()}));
     EXPECT_EQ(found.offsets[0], 152u + 290);
