@@ -170,7 +170,6 @@ bool BringUp(ArchiveStore &store) {
         return made.has_value();
     }
     // In one step with the mark, so that a kill leaves either all to be read again or nothing done.
-    // In one step with the mark, so that a kill leaves either all to be read again or nothing done.
     const std::string anew = "BEGIN IMMEDIATE; DELETE FROM features; UPDATE file SET again = 2;"
                              "UPDATE archive SET changes = changes + 1, made = " +
                              std::to_string(MadeBy) + "; COMMIT";

@@ -113,17 +113,19 @@ TEST_F(ArchiveObstacles, EachFolderCountsOnceAndByItsOwnPath) {
     Put("banks/real/one.syx", NumberedBank(1));
     Put("outside/two.syx", NumberedBank(2));
     Put("outside/deep/three.syx", NumberedBank(3));
+    Put("outside/later/four.syx", NumberedBank(4));
     Link("banks/a link", "real");
+    Link("banks/deep", "../outside/deep");
     Link("banks/outside", "../outside");
-    Link("banks/outside again", "../outside/deep");
+    Link("banks/outside again", "../outside/later");
     Link("outside/back", "../banks/real");
-    EXPECT_EQ(Add({"banks"}).files, 3u);
+    EXPECT_EQ(Add({"banks"}).files, 4u);
     EXPECT_EQ(told, Strings());
-    const Strings expected = {"banks/outside/deep/three.syx", "banks/outside/two.syx",
-                              "banks/real/one.syx"};
+    const Strings expected = {"banks/deep/three.syx", "banks/outside/later/four.syx",
+                              "banks/outside/two.syx", "banks/real/one.syx"};
     EXPECT_EQ(Files(), expected);
     const UpdateReport report = Update();
-    EXPECT_EQ(report.unchanged, 3u);
+    EXPECT_EQ(report.unchanged, 4u);
     EXPECT_EQ(report.moved + report.added + report.gone, 0u);
 }
 
