@@ -1,6 +1,7 @@
 // The documents that dumps give, byte for byte.
 #include "extras/rescue.h"
 
+#include "core/voice_file_reader.h"
 #include "support/dump_bytes.h"
 #include "support/reface_bytes.h"
 #include "support/temp_folder.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <random>
 
 namespace tonewright {
 namespace {
@@ -299,6 +301,86 @@ TEST(Rescue, VoicesOfBothFamiliesGoIntoDocumentsOfTheirOwn) {
         Shapes(Rescued(Join(
             {SentMessage(0), TestRefaceMessages(TestRefaceVoice(1)), SentMessage(1), TestBank()}))),
         (Strings{"sy1 of 1 from 0", "sr1 of 1 from 1", "sy1 of 1 from 2", "syx of 32 from 3"}));
+}
+
+// A piece of a file, chosen at random.
+Bytes RandomPiece(std::mt19937 &random) {
+    const auto below = [&random](unsigned limit) { return random() % limit; };
+    const int channel = 1 + static_cast<int>(below(16));
+    switch (below(9)) {
+    case 0:
+        return TestBankMessage(channel);
+    case 1: {
+        Bytes bank = TestBankMessage(channel);
+        bank[4 + below(2)] ^= 0x10;
+        bank[6 + below(4096)] ^= 0x01;
+        return bank;
+    }
+    case 2: {
+        Bytes bank = TestBankMessage(channel);
+        bank.resize(6 + 128 + below(3000));
+        return bank;
+    }
+    case 3:
+        return SentMessage(static_cast<int>(below(32)), channel);
+    case 4:
+        return SentMessages(static_cast<int>(30 + below(6)));
+    case 5:
+        return TestVoiceFile();
+    case 6:
+        return TestRefaceMessages(TestRefaceVoice(static_cast<int>(below(100))), channel);
+    case 7:
+        return Join({{0xF0, 0x41}, TextBytes("other"), {0xF7}});
+    default:
+        return TestBulk(0x05, Bytes(49, 1), channel);
+    }
+}
+
+// Where the voice in a row of a document stands, in the form in which it came, must be its bytes.
+void ExpectVoice(const RescuedDocument &document, std::size_t row, const KeptVoice &voice) {
+    const VoiceFileFormat *format = FormatOfPath((std::string("a.") + document.extension).c_str());
+    const auto begin = document.bytes.begin();
+    if (format->driver == FamilyOfForm(VoiceForm::Reface)) {
+        const auto at = begin + 160 + 202 * static_cast<std::ptrdiff_t>(row) + 52;
+        EXPECT_EQ(Bytes(at, at + 150), voice.bytes);
+    } else if (format->kind == VoiceFileKind::Bank) {
+        const auto at = begin + 6 + 128 * static_cast<std::ptrdiff_t>(row);
+        const auto packed = PackedBytesOf(voice.Voice());
+        EXPECT_EQ(Bytes(at, at + 128), Bytes(packed.begin(), packed.end()));
+    } else {
+        EXPECT_EQ(Bytes(begin + 6, begin + 6 + 155),
+                  Bytes(voice.bytes.begin(), voice.bytes.begin() + 155));
+    }
+}
+
+TEST(Rescue, OfFilesAtRandomEveryVoiceComesOnceIntoAWholeDocument) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        Bytes file;
+        for (unsigned count = 1 + random() % 8; count > 0; --count) {
+            file += RandomPiece(random);
+        }
+        std::vector<KeptVoice> voices;
+        DumpVisitor visitor;
+        visitor.voice = [&voices](const FoundVoice &found) {
+            voices.push_back(KeepVoice(found.voice));
+            return true;
+        };
+        ASSERT_EQ(ReadDumps(file, visitor), DumpRead::Done);
+        std::size_t place = 0;
+        for (const RescuedDocument &document : Rescued(file)) {
+            ASSERT_EQ(document.firstPlace, place);
+            const VoiceFileFormat *format =
+                FormatOfPath((std::string("a.") + document.extension).c_str());
+            ASSERT_EQ(document.bytes.size(), format->size);
+            EXPECT_EQ(format->judge(document.bytes).reason, "");
+            for (int row = 0; row < document.voices; ++row) {
+                ExpectVoice(document, static_cast<std::size_t>(row), voices.at(place++));
+            }
+        }
+        ASSERT_EQ(place, voices.size());
+    }
 }
 
 // ---- what is to be asked, and what cannot be had
