@@ -6,7 +6,7 @@
 //   2n ... F7  a request
 #pragma once
 
-#include "extras/dump_reader.h"
+#include "extras/found_dump.h"
 
 #include <cstdint>
 #include <optional>

@@ -2,7 +2,7 @@
 // belong together become one.
 #pragma once
 
-#include "extras/dump_reader.h"
+#include "extras/found_dump.h"
 
 #include <cstdint>
 #include <optional>

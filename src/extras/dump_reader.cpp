@@ -65,22 +65,6 @@ void ReadAll(DumpStream &stream, DumpOutput &output) {
 
 } // namespace
 
-bool HasVoices(DumpKind kind) {
-    switch (kind) {
-    case DumpKind::Dx7Bank:
-    case DumpKind::Dx7Voice:
-    case DumpKind::Dx7Headerless:
-    case DumpKind::Dx7HeaderlessVoices:
-    case DumpKind::RefaceVoices:
-    case DumpKind::RefaceBankFile:
-    case DumpKind::RefaceVoiceFile:
-    case DumpKind::Catalogue:
-        return true;
-    default:
-        return false;
-    }
-}
-
 DumpRead ReadDumps(const char *path, const DumpVisitor &visitor) {
     FilePieces pieces{.file = {}, .visitor = visitor, .room = {}};
     if (!OpenToRead(pieces.file, path)) {
