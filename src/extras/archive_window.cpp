@@ -574,6 +574,12 @@ std::string ArchiveUpdateText(const ArchiveWindow &window) {
     return text + " of " + Counted(progress.found, "file", "files") + ", now in " + progress.folder;
 }
 
+std::string ArchivePutText(std::size_t put, std::size_t wanted) {
+    return put == wanted ? Voices(put) + " put into the list."
+                         : std::to_string(put) + " of " + Voices(wanted) +
+                               " put into the list: it has no more rows below the selected one.";
+}
+
 int ArchiveUpdatePerMille(const ArchiveWindow &window) {
     const UpdateProgress &progress = window.progress;
     return progress.looked == 0 || progress.found == 0

@@ -116,6 +116,8 @@ std::string ArchiveEmptyText(const ArchiveWindow &window);
 std::string ArchiveCountText(const ArchiveWindow &window);
 // What an update is doing, or what the last one has done.
 std::string ArchiveUpdateText(const ArchiveWindow &window);
+// What came of putting `wanted` voices into the list, of which `put` were taken.
+std::string ArchivePutText(std::size_t put, std::size_t wanted);
 // 0 to 1000; -1 while that is not known.
 int ArchiveUpdatePerMille(const ArchiveWindow &window);
 

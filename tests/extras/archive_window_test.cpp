@@ -157,6 +157,13 @@ TEST_F(ArchiveWindowTest, ProgressIsToldInWordsAndInNumbers) {
     window->updating = false;
 }
 
+TEST(ArchivePutText, SaysHowManyVoicesTheListHasTaken) {
+    EXPECT_EQ(ArchivePutText(1, 1), "1 voice put into the list.");
+    EXPECT_EQ(ArchivePutText(3, 3), "3 voices put into the list.");
+    EXPECT_EQ(ArchivePutText(2, 5), "2 of 5 voices put into the list: it has no more rows below "
+                                    "the selected one.");
+}
+
 TEST_F(ArchiveWindowTest, EachCellSaysWhatStandsThere) {
     OpenWithBanks();
     const ArchiveHit hit = Hit("voice 07");
@@ -348,24 +355,38 @@ TEST_F(ArchiveWindowTest, AFolderThatIsNotThereIsToldAndTheArchiveStays) {
     }
 }
 
-TEST_F(ArchiveWindowTest, AnUpdateThatIsCancelledSaysSoAndKeepsWhatWasRead) {
-    for (int number = 0; number < 400; ++number) {
-        WriteTestFile(files.File("banks/" + std::to_string(number) + ".syx"), NumberedBank(number));
-    }
+TEST_F(ArchiveWindowTest, AnUpdateThatIsCancelledSaysSo) {
     Open();
+    const OtherArchiveUpdate other; // so that it is not at its end already
     AddArchiveFolder(*window, Banks());
     CancelArchiveUpdate(*window);
     WaitForUpdate();
     EXPECT_TRUE(ArchiveUpdateText(*window).starts_with("Cancelled; what was looked at stays. "))
         << ArchiveUpdateText(*window);
-    // What is left is read by the next one.
-    UpdateArchiveFolders(*window);
-    if (window->folders.empty()) { // cancelled in front of the first file
-        WaitForUpdate();
-        AddArchiveFolder(*window, Banks());
+}
+
+TEST_F(ArchiveWindowTest, WhatACancelledUpdateHasLeftIsReadByTheNextOne) {
+    for (int number = 0; number < 400; ++number) {
+        WriteTestFile(files.File("banks/" + std::to_string(number) + ".syx"), NumberedBank(number));
     }
+    Open();
+    AddArchiveFolder(*window, Banks());
+    WaitUntil([this] { return window->progress.looked > 0 || !window->updating; });
+    CancelArchiveUpdate(*window);
+    WaitForUpdate();
+    AddArchiveFolder(*window, Banks());
     WaitForUpdate();
     EXPECT_EQ(PlaceCount(*window->index), 401u * 32);
+}
+
+TEST_F(ArchiveWindowTest, AnotherProgramThatUpdatesIsWaitedForAndThenTold) {
+    Open();
+    const OtherArchiveUpdate other;
+    AddArchiveFolder(*window, Banks());
+    WaitForUpdate();
+    EXPECT_TRUE(ArchiveUpdateText(*window).starts_with("The archive is in use by another program."))
+        << ArchiveUpdateText(*window);
+    EXPECT_TRUE(window->folders.empty());
 }
 
 TEST_F(ArchiveWindowTest, TheWindowMayGoWhileAnUpdateRuns) {

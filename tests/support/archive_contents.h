@@ -53,6 +53,14 @@ inline ArchiveContents ContentsOfFolder(const std::string &folder) {
     return contents;
 }
 
+// Another program that brings the archive up, as long as it lives: whoever else wants to waits.
+struct OtherArchiveUpdate {
+    ArchiveError error;
+    ArchiveStorePointer store = OpenArchive(ArchivePath(), ArchiveUse::Write, error);
+
+    OtherArchiveUpdate() { EXPECT_TRUE(store && LockArchive(*store, {}, error)) << error.text; }
+};
+
 struct ArchiveRows {
     std::map<std::string, ArchiveFile> files; // by path
     ArchiveContents contents;

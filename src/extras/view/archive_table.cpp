@@ -185,6 +185,10 @@ private:
 
 } // namespace
 
+QString PlainToolTip(const QString &text) {
+    return "<span>" + text.toHtmlEscaped() + "</span>";
+}
+
 ArchiveRows::ArchiveRows(std::span<const ArchiveColumn> columns, QObject *parent)
     : QAbstractTableModel(parent), columns(columns) {}
 
@@ -224,8 +228,9 @@ QVariant ArchiveRows::data(const QModelIndex &cell, int role) const {
     case Qt::AccessibleTextRole:
         return Text(ArchiveCellText(*archive, *hit, column));
     case Qt::ToolTipRole:
-        return column == ArchiveColumn::File ? Text(PlaceInfo(*archive, hit->place).path)
-                                             : QVariant();
+        return column == ArchiveColumn::File
+                   ? PlainToolTip(Text(PlaceInfo(*archive, hit->place).path))
+                   : QVariant();
     case Qt::TextAlignmentRole:
         return int(RowOf(column).alignment | Qt::AlignVCenter);
     default:

@@ -30,6 +30,9 @@ struct ArchiveTableOwner {
     std::function<QByteArray()> parcel = {};
 };
 
+// A tool tip that says the text as it is, also where it looks like mark-up.
+QString PlainToolTip(const QString &text);
+
 // The rows as the toolkit asks for them.
 class ArchiveRows : public QAbstractTableModel {
 public:

@@ -253,6 +253,9 @@ private:
         count->setObjectName("count");
         progressText = new QLabel(this);
         progressText->setObjectName("progressText");
+        for (QLabel *label : {empty, similarText, progressText}) {
+            label->setTextFormat(Qt::PlainText); // there are paths in it
+        }
         progressText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         progressText->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         progress = new QProgressBar(this);
@@ -404,7 +407,7 @@ private:
         folder->addItem("All folders");
         for (const ArchiveFolderChoice &one : ArchiveFolderChoices(state.folders)) {
             folder->addItem(Text(one.text));
-            folder->setItemData(folder->count() - 1, Text(one.path), Qt::ToolTipRole);
+            folder->setItemData(folder->count() - 1, PlainToolTip(Text(one.path)), Qt::ToolTipRole);
             shownFolders.push_back(one.path);
         }
         const auto again = std::ranges::find(shownFolders, chosen);
@@ -484,10 +487,13 @@ private:
         progress->setRange(0, perMille < 0 ? 0 : 1000); // 0 to 0: nobody knows how much is left
         progress->setValue(perMille);
         failures->setVisible(!state.updating && !state.failures.empty());
-        const QString text = Text(ArchiveUpdateText(state));
-        progressText->setText(text);
-        progressText->setToolTip(text);
+        ShowLine(Text(ArchiveUpdateText(state)));
         ShowSelection();
+    }
+
+    void ShowLine(const QString &text) {
+        progressText->setText(text);
+        progressText->setToolTip(PlainToolTip(text));
     }
 
     ArchiveTable *ActiveTable() {
@@ -559,9 +565,16 @@ private:
         WithVoicesLater(from->SelectedHits(MostDragged),
                         [this](const std::vector<KeptVoice> &voices, const Hits &) {
                             if (TheListAccess.PutVoices && TheListAccess.SelectedRow) {
-                                TheListAccess.PutVoices(this, TheListAccess.SelectedRow(), voices);
+                                const int row = TheListAccess.SelectedRow();
+                                TellPut(TheListAccess.PutVoices(this, row, voices), voices.size());
                             }
                         });
+    }
+
+    void TellPut(int count, std::size_t wanted) {
+        if (count >= 0 && !state.updating) {
+            ShowLine(Text(ArchivePutText(static_cast<std::size_t>(count), wanted)));
+        }
     }
 
     void NewBankLater(const ArchiveTable *from) {

@@ -351,6 +351,7 @@ TEST_F(ArchiveWindowView, ReturnAndADoubleClickPutTheSelectedVoicesIntoTheList) 
     EXPECT_TRUE(put.empty()); // not before what runs has ended
     RunPosted();
     EXPECT_EQ(put, std::vector<Strings>{{"VOICE 04"}});
+    EXPECT_EQ(Label("progressText"), "1 voice put into the list.");
     put.clear();
     ClickRow(5, Qt::LeftButton, Qt::ShiftModifier);
     ClickRow(7, Qt::LeftButton, Qt::ControlModifier);
@@ -391,6 +392,21 @@ TEST_F(ArchiveWindowView, MoreVoicesThanABankAreRefusedInWords) {
     ExpectMessageAtPosted("A bank holds 32 voices, and 33 are selected. Select fewer of them.");
     EXPECT_TRUE(put.empty());
     EXPECT_TRUE(banks.empty());
+}
+
+TEST_F(ArchiveWindowView, APathThatLooksLikeMarkUpIsShownAsItIs) {
+    fs::create_directory(files.path / "banks/<b>x");
+    WriteTestFile(files.File("banks/<b>x/first.syx"), NumberedBank(4));
+    fs::remove(files.File("banks/first.syx"));
+    OpenFilled();
+    const QString tip = table->model()->index(0, 4).data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.contains("&lt;b&gt;x")) << tip.toStdString();
+    ClickRow(0);
+    fs::remove(files.File("banks/<b>x/first.syx"));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !Label("similarText").empty(); }));
+    for (const char *name : {"empty", "similarText", "progressText", "title"}) {
+        EXPECT_EQ(Part<QLabel>(name)->textFormat(), Qt::PlainText) << name;
+    }
 }
 
 TEST_F(ArchiveWindowView, ANewBankIsMadeOfTheSelectedVoices) {
@@ -579,10 +595,8 @@ TEST_F(ArchiveWindowView, ThereIsOneWindowWhichComesToTheTop) {
 }
 
 TEST_F(ArchiveWindowView, CancelEndsTheReadingOfAFolder) {
-    for (int number = 0; number < 300; ++number) {
-        WriteTestFile(files.File("banks/" + std::to_string(number) + ".syx"), NumberedBank(number));
-    }
     Open();
+    const OtherArchiveUpdate other; // so that it is not at its end already
     Click(Button("add"));
     desktop.Expect(ExpectedFileDialog{.kind = FileDialogKind::Folder, .answer = Banks()});
     RunPosted();
