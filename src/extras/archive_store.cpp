@@ -138,7 +138,7 @@ bool HasBytes(const std::string &path) {
     return !error && size > 0;
 }
 
-// A connection for reading. In a folder where nothing can be written the file is read as it stands,
+// A connection for reading. Where nothing can be written beside the file it is read as it stands,
 // unless a program was killed before it had brought it to its last state.
 SqlitePointer OpenForReading(const std::string &path, int wait, Contents &contents,
                              SqliteFailure &failure) {
@@ -150,8 +150,9 @@ SqlitePointer OpenForReading(const std::string &path, int wait, Contents &conten
         }
         contents = ContentsOf(*database);
         failure = TakeFailure(*database);
-        const bool lacksCompany =
-            failure.fault == SqliteFault::Missing || failure.fault == SqliteFault::Denied;
+        const bool lacksCompany = failure.fault == SqliteFault::Missing ||
+                                  failure.fault == SqliteFault::Denied ||
+                                  failure.fault == SqliteFault::Full;
         if (!lacksCompany || HasBytes(path + "-wal")) {
             break;
         }

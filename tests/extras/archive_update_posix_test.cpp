@@ -515,6 +515,8 @@ TEST_F(ArchiveObstacles, AFullDiskIsToldAndWhatWasDoneStands) {
         EXPECT_EQ(error.text, "");
         EXPECT_EQ(report.voices, 20u * 9600);
         EXPECT_EQ(Sound(), ContentsOfFolder(banks));
+        FillDisk(folder.File("archive/other"));
+        EXPECT_EQ(Sound(), ContentsOfFolder(banks)) << "it can be read all the same";
     });
 }
 
