@@ -11,7 +11,7 @@ set -eu
 cli=$(realpath "${1:-$(dirname "$0")/../build/release/tonewright-cli}")
 runs=${2:-9}
 shift $(($# < 2 ? $# : 2))
-sizes=("${@:-4000}")
+sizes=("$@")
 [ $# -gt 0 ] || sizes=(4000 40000)
 source=$(realpath "$(dirname "$0")/make_collection.cpp")
 
