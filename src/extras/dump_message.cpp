@@ -93,10 +93,9 @@ BulkData JudgeBulk(Bytes message, std::size_t start, std::size_t expected, std::
     }
     if (plain <= expected) {
         // What is left in front of an end may have a checksum of its own.
-        const std::size_t size = hasEnd && plain > 0 ? plain - 1 : plain;
-        const bool isShorter =
-            hasEnd && plain > 0 && SysexChecksum(message.subspan(start, size)) == message[end - 1];
-        return {isShorter ? size : plain, end + hasEnd,
+        const bool hasSum = hasEnd && plain > 0 &&
+                            SysexChecksum(message.subspan(start, plain - 1)) == message[end - 1];
+        return {plain - hasSum, end + hasEnd,
                 DumpFault::Cut | (hasEnd ? 0u : DumpFault::NoEnd) |
                     (plain == expected ? std::uint32_t{DumpFault::Checksum} : 0)};
     }

@@ -291,6 +291,85 @@ TEST(DumpReader, BytesAbove7F) {
     EXPECT_EQ(Lines(bank)[1], "DX7 voice @306+163 ch1");
 }
 
+TEST(DumpReader, AMessageInsideABankIsNoneOfItsDataWhateverTheSum) {
+    Bytes bank = With(With(TestBank(), 6 + 300, 0xF7), 6 + 301, 0xF0);
+    FixTestChecksum(bank);
+    EXPECT_EQ(Lines(bank)[0], "DX7 bank, 2 voices @0+307 ch1 (cut short)");
+    bank = With(With(TestBank(), 6 + 300, 0xF0), 6 + 301, 0x43);
+    FixTestChecksum(bank);
+    EXPECT_EQ(Lines(bank)[0], "DX7 bank, 2 voices @0+306 ch1 (no end byte, cut short)");
+    // The sum shows that F0 in front of another byte was data.
+    bank = With(With(TestBank(), 6 + 300, 0xF0), 6 + 301, 0x42);
+    FixTestChecksum(bank);
+    EXPECT_EQ(Lines(bank).size(), 1u);
+    bank[4102] ^= 1;
+    EXPECT_EQ(Lines(bank)[0], "DX7 bank, 2 voices @0+306 ch1 (no end byte, cut short)");
+}
+
+TEST(DumpReader, AmidOtherBytesAWrongCountNeedsWhatIsRight) {
+    const Bytes junk = {0x90, 0x91};
+    const auto lines = [&](const Bytes &message) { return Lines(Join({junk, message, junk})); };
+    const Bytes bank = With(TestBank(), 4, 0x10), voice = With(TestVoiceMessage(), 4, 0x00);
+    EXPECT_EQ(lines(bank)[1], "DX7 bank, 32 voices @2+4104 ch1 (wrong byte count)");
+    EXPECT_EQ(lines(With(bank, 4102, bank[4102] ^ 1))[1],
+              "DX7 bank, 32 voices @2+4104 ch1 (wrong checksum, wrong byte count)");
+    EXPECT_EQ(lines(FirstOf(bank, 4103)), (Strings{"unknown data @0+8",
+                                                   "DX7 bank without its header, 32 voices "
+                                                   "@8+4096 (no header)",
+                                                   "unknown data @4104+3"}));
+    EXPECT_EQ(lines(voice)[1], "DX7 voice @2+163 ch1 (wrong byte count)");
+    EXPECT_EQ(lines(With(voice, 161, voice[161] ^ 1)), Strings{"unknown data @0+167"});
+    EXPECT_EQ(lines(With(TestVoiceMessage(), 161, 0x7F)).size(), 3u);
+}
+
+TEST(DumpReader, AmidOtherBytesAMessageOfOthersIsFollowedByAnotherOne) {
+    const Bytes junk = {0x90, 0x91};
+    const auto other = [](std::size_t size) {
+        return Join({{0xF0, 0x41}, Bytes(size - 3, 1), {0xF7}});
+    };
+    const std::string line = "other message: manufacturer 41 @2+";
+    EXPECT_EQ(Lines(Join({junk, other(33)}))[1], line + "33");
+    EXPECT_EQ(Lines(Join({junk, other(33), TestBank()}))[1], line + "33");
+    EXPECT_EQ(Lines(Join({junk, other(32)})), Strings{"unknown data @0+34"});
+    EXPECT_EQ(Lines(Join({junk, other(33), junk})), Strings{"unknown data @0+37"});
+    EXPECT_EQ(Lines(Join({junk, {0xF0, 0x41}, Bytes(100, 1)})), Strings{"unknown data @0+104"});
+    EXPECT_EQ(Lines(Join({junk, {0xF0, 0, 0, 0}, Bytes(100, 1), {0xF7}})),
+              Strings{"unknown data @0+107"});
+    // A parameter change may be chance there.
+    EXPECT_EQ(Lines(Join({junk, {0xF0, 0x43, 0x10, 1, 2, 3, 0xF7}})), Strings{"unknown data @0+9"});
+}
+
+TEST(DumpReader, NamedDataOfAnotherCount) {
+    const Bytes named = TestBulk(0x7E, Join({TextBytes("LM  8973PE"), Bytes(51, 7)}));
+    EXPECT_EQ(Lines(With(named, 5, 60)),
+              Strings{"DX7II performances: one @0+69 ch1 (wrong byte count)"});
+    EXPECT_EQ(Lines(With(named, 5, 62)),
+              Strings{"DX7II performances: one @0+69 ch1 (wrong checksum)"});
+    EXPECT_EQ(Lines(With(named, 5, 63)), Strings{"DX7II performances: one @0+69 ch1 (cut short)"});
+    EXPECT_EQ(Lines(With(named, 67, named[67] ^ 1)),
+              Strings{"DX7II performances: one @0+69 ch1 (wrong checksum)"});
+    EXPECT_EQ(Lines(FirstOf(named, 40)),
+              Strings{"DX7II performances: one @0+40 ch1 (no end byte, cut short)"});
+}
+
+TEST(DumpReader, EveryStartOfEveryMessageIsRead) {
+    const Bytes voice = TestRefaceVoice(1);
+    for (const Bytes &message :
+         {TestRefaceHeader(), TestRefaceCommon(voice), TestVoiceMessage(), TestVoiceFile(),
+          TestBulk(0x7E, Join({TextBytes("LM  8973PE"), Bytes(51, 7)})),
+          Bytes{0xF0, 0x43, 0x10, 0x7F, 0x1C, 0x05, 0, 0, 0, 0, 0xF7},
+          Bytes{0xF0, 0x43, 0x10, 1, 2, 3, 0xF7}, Bytes{0xF0, 0, 0x20, 0x33, 1, 0xF7}}) {
+        for (std::size_t size = 1; size <= message.size(); ++size) {
+            std::uint64_t length = 0;
+            for (const FoundDump &dump : Read(FirstOf(message, size)).dumps) {
+                EXPECT_EQ(dump.offset, length);
+                length += dump.length;
+            }
+            EXPECT_EQ(length, size);
+        }
+    }
+}
+
 TEST(DumpReader, ValuesThatTheInstrumentDoesNotHave) {
     const auto lines = [](std::size_t at, int byte) {
         Bytes bank = With(TestBank(), 6 + at, byte);
@@ -659,6 +738,39 @@ TEST(DumpReader, AMessageInSeveralEvents) {
     EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
     EXPECT_EQ(found.offsets[31], 23u + 6 + 31 * 128 + 2 + 3 + 3 + 4);
     EXPECT_EQ(found.voices[32].form, VoiceForm::Dx7Single);
+}
+
+TEST(DumpReader, EventsOfEveryKindInAMidiFile) {
+    const Bytes message = TestMidiMessage(TestVoiceMessage());
+    const auto count = [&](const Bytes &events) {
+        return Read(TestMidiFile({Join({events, message, TestMidiEnd()})})).voices.size();
+    };
+    EXPECT_EQ(count({}), 1u);
+    EXPECT_EQ(count({0, 0xF2, 1, 2, 0, 0xF3, 1, 0, 0xF1, 1, 0, 0xF6, 0, 0xF8}), 1u);
+    EXPECT_EQ(count({0, 0x80, 1, 2, 0, 0xA0, 1, 2, 0, 0xB0, 1, 2, 0, 0xE0, 1, 2}), 1u);
+    EXPECT_EQ(count({0, 0xC0, 1, 0, 2, 0, 0xD0, 1, 0, 2}), 1u);
+    EXPECT_EQ(count({0xFF, 0xFF, 0xFF, 0x7F, 0x90, 1, 2}), 1u);
+    EXPECT_EQ(count({0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 0x90, 1, 2}), 0u); // no delta time
+    EXPECT_EQ(count({0, 1, 2}), 0u);                                  // a status that there is not
+    EXPECT_EQ(count({0, 0x90, 1, 2, 0, 0xF6, 0, 1, 2}), 0u);          // or is no longer
+    // An event goes no further than its chunk.
+    const Bytes cut = Join({{0, 0xFF, 1, 0x7F, 'a'}});
+    EXPECT_EQ(Read(TestMidiFile({cut, Join({message, TestMidiEnd()})})).voices.size(), 1u);
+    EXPECT_EQ(Read(TestMidiFile({{0},
+                                 {0, 0x90},
+                                 {0, 0xF0},
+                                 {0, 0xF0, 5, 1},
+                                 {0, 0x90, 1},
+                                 {},
+                                 Join({message, TestMidiEnd()})}))
+                  .voices.size(),
+              1u);
+    // Behind the end of a track its chunk may go on.
+    EXPECT_EQ(
+        Read(TestMidiFile({Join({TestMidiEnd(), Bytes(70000, 0x55)}), message})).voices.size(), 1u);
+    const Bytes two = Join({TestMidiChunk("MThd", {0, 1, 0, 1, 0, 96}),
+                            TestMidiChunk("ZzAa", Bytes(3)), TestMidiChunk("MTrk", message)});
+    EXPECT_EQ(Read(two).voices.size(), 1u);
 }
 
 TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
