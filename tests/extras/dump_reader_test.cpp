@@ -419,6 +419,8 @@ TEST(DumpReader, ABankWhoseHeaderIsBroken) {
         EXPECT_EQ(Lines(Join({Without(TestBank(), 0, lost), {1}}))[0], line(4104 - lost)[0]);
     }
     EXPECT_EQ(Lines(With(TestBank(), 0, 0x70)), line(4104));
+    EXPECT_EQ(Lines(With(With(TestBank(), 0, 0x70), 2, 0x0F)), line(4104));
+    EXPECT_EQ(Lines(With(With(TestBank(), 0, 0x70), 2, 0x10))[0], "unknown data @0+6");
     // A header of something else, or any bytes in front.
     EXPECT_EQ(Lines(With(With(TestBank(), 1, 0), 3, 0)),
               (Strings{"unknown data @0+6",
@@ -531,6 +533,8 @@ TEST(DumpReader, MessagesOfOthersAreToldTogether) {
     EXPECT_EQ(Lines(Join({endless, TestBank()})),
               (Strings{"other message: manufacturer 41 @0+200002 (no end byte)",
                        "DX7 bank, 32 voices @200002+4104 ch1"}));
+    EXPECT_EQ(Lines(Join({TestBank(), endless, {0xF7}}))[1],
+              "other message: manufacturer 41 @4104+200003");
     // Amid other bytes a short one may be chance.
     EXPECT_EQ(Lines(Join({{1, 2, 0x80}, one, {0x90}})), Strings{"unknown data @0+28"});
 }
@@ -657,6 +661,12 @@ TEST(DumpReader, RecordsOfOtherSizesAndWithoutAVoice) {
               Strings{"reface DX bank, 0 voices @0+160 (cut short)"});
     EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 5, 0xFFFFFFFF), Bytes(500)})),
               Strings{"reface DX bank, 0 voices @0+660 (cut short)"});
+    for (const std::size_t size : {8, 12}) { // a part that is too short
+        Bytes record = RefaceRecord(voice);
+        --record[size];
+        EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 1), record})),
+                  Strings{"reface DX bank, 0 voices: one record without a voice @0+362"});
+    }
     // A further part that stands elsewhere.
     const Bytes loose =
         Join({TextBytes("oWNT"), Little32(60), Little32(40), Little32(112), TextBytes("xdFR"),
