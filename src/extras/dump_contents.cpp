@@ -125,7 +125,7 @@ std::size_t ShownVoicesOf(const DumpContents &contents, std::size_t dump) {
 }
 
 std::string DumpsInWords(const DumpContents &contents) {
-    if (contents.reading == DumpsReading::Failed) {
+    if (contents.reading == DumpsReading::Failed && contents.dumpsFound == 0) {
         return "This file could not be read: " + contents.failure + ".";
     }
     std::string text;
@@ -145,7 +145,9 @@ std::string DumpsInWords(const DumpContents &contents) {
         }
         text += ".";
     }
-    if (contents.reading == DumpsReading::Cancelled) {
+    if (contents.reading == DumpsReading::Failed) {
+        text += " It could not be read to its end: " + contents.failure + ".";
+    } else if (contents.reading == DumpsReading::Cancelled) {
         text += " The reading was cancelled, and there may be more.";
     } else if (contents.dumpsFound > contents.dumps.size() ||
                contents.voicesFound > contents.voices.size()) {

@@ -7,6 +7,7 @@
 #include "extras/document_bytes.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace tonewright {
@@ -173,17 +174,17 @@ DumpRead RescueDocuments(const char *path, const RescueVisitor &visit) {
         }
         return true;
     };
-    if (const DumpRead read = ReadDumps(path, looks); read != DumpRead::Done) {
-        return read;
-    }
+    const DumpRead look = ReadDumps(path, looks);
     if (rescue.dumps.empty()) {
-        return DumpRead::Done;
+        return look; // else what stands in front of a place that cannot be read is whole
     }
     const DumpRead read = ReadDumps(
         path, {.voice = [&rescue](const FoundVoice &voice) { return TakeVoice(rescue, voice); },
                .dump = [&rescue](const FoundDump &dump) { return EndDump(rescue, dump); },
                .bytes = {}});
+    const int reason = errno;
     EndRun(rescue); // of a file that has become shorter meanwhile
+    errno = reason;
     return read;
 }
 

@@ -35,7 +35,8 @@ struct RescuedDocument {
     std::vector<std::uint8_t> bytes;
 };
 
-// What is told of each document that was made, or of a file without any.
+// What is told of each document that was made. Where a file can be read in part, those of that part
+// are made before the failure is told.
 using RescueVisitor = std::function<bool(const RescuedDocument &)>;
 DumpRead RescueDocuments(const char *path, const RescueVisitor &visit);
 
