@@ -73,6 +73,9 @@ bool IsWholeWithHighBytes(Bytes message, std::size_t start, std::size_t size) {
            ChecksumFault(message.subspan(start, size), message[end - 1]) != DumpFault::Checksum;
 }
 
+// As many bytes more than there should be are taken for a part of the data.
+constexpr std::size_t MostExcess = 8;
+
 // The data from `start`, of which there should be `expected` bytes. `plain`: how many bytes below
 // 80 there are.
 BulkData JudgeBulk(Bytes message, std::size_t start, std::size_t expected, std::size_t plain) {
@@ -98,6 +101,12 @@ BulkData JudgeBulk(Bytes message, std::size_t start, std::size_t expected, std::
         return {plain - hasSum, end + hasEnd,
                 DumpFault::Cut | (hasEnd ? 0u : DumpFault::NoEnd) |
                     (plain == expected ? std::uint32_t{DumpFault::Checksum} : 0)};
+    }
+    if (hasEnd && plain - expected - 1 <= MostExcess) {
+        // The sum stands behind the data or in front of the end.
+        const std::uint8_t right = SysexChecksum(message.subspan(start, expected));
+        const bool isRight = message[start + expected] == right || message[end - 1] == right;
+        return {expected, end + 1, DumpFault::TooLong | (isRight ? 0u : DumpFault::Checksum)};
     }
     // All is there and no end where it should be: a byte that is the sum, or the only one left, is
     // taken for it.
@@ -225,7 +234,10 @@ std::optional<DumpMessage> ReadBulk(Bytes bytes, const BulkFormat &format, Messa
     const BulkData data = JudgeBulk(bytes, BulkHeader, size, plain);
     message.length = data.length;
     message.faults = data.faults;
-    if (count != format.size) {
+    // More voices than a count of 14 bits can say are said to be those of a bank.
+    constexpr std::size_t largestCount = 0x3FFF;
+    const bool isLonger = format.kind == DumpKind::Dx7Bank && size <= largestCount;
+    if (count != (isLonger ? size : format.size)) {
         message.faults |= DumpFault::ByteCount;
     }
     // A bank that says how few voices it has, and has them.
@@ -236,7 +248,7 @@ std::optional<DumpMessage> ReadBulk(Bytes bytes, const BulkFormat &format, Messa
     }
     if (format.voices > 0) {
         const std::size_t one = format.voices == 1 ? size : format.size / format.voices;
-        message.voices = data.size / one;
+        (HasVoices(format.kind) ? message.voices : message.otherVoices) = data.size / one;
     }
     // Amid other bytes a header alone may be chance: its count is right, or what follows is.
     constexpr std::uint32_t ofChance = DumpFault::Cut | DumpFault::NoEnd;
@@ -256,6 +268,20 @@ std::optional<DumpMessage> ReadBulk(Bytes bytes, const BulkFormat &format, Messa
     return message;
 }
 
+// Whether data are several blocks, each with a count, a checksum and, as it seems, a name of its
+// own: count, the name and what it names, sum.
+bool AreBlocks(Bytes blocks) {
+    while (!blocks.empty()) {
+        constexpr std::size_t others = 3; // count and sum
+        const std::size_t count = blocks.size() < others ? 0 : CountAt(blocks, 0);
+        if (count < NameOfDataSize || count + others > blocks.size()) {
+            return false;
+        }
+        blocks = blocks.subspan(count + others);
+    }
+    return true;
+}
+
 std::optional<DumpMessage> ReadNamed(Bytes bytes, MessagePlace place) {
     const std::size_t plain = CountDataBytes(bytes.subspan(BulkHeader));
     const std::size_t count = CountAt(bytes, CountPlace);
@@ -265,22 +291,24 @@ std::optional<DumpMessage> ReadNamed(Bytes bytes, MessagePlace place) {
     const std::string_view name(reinterpret_cast<const char *>(&bytes[BulkHeader]), NameOfDataSize);
     const auto found = std::ranges::find_if(
         NamedDatas, [name](const NamedData &data) { return name.starts_with(data.name); });
-    DumpMessage message = MessageOf(DumpKind::OtherMessage, ChannelOf(bytes), "");
-    if (found != std::end(NamedDatas)) {
-        message = MessageOf(found->kind, ChannelOf(bytes), found->detail);
-    } else {
-        message.detail = "manufacturer 43";
-    }
-    // A count that is not that of the data says nothing of how many there should be.
+    const bool isKnown = found != std::end(NamedDatas);
+    DumpMessage message =
+        isKnown ? MessageOf(found->kind, ChannelOf(bytes), found->detail)
+                : MessageOf(DumpKind::OtherMessage, ChannelOf(bytes), "manufacturer 43");
     const std::size_t end = BulkHeader + plain;
     const bool hasEnd = end < bytes.size() && bytes[end] == EndOfSysex;
-    const std::size_t expected = hasEnd && plain > count + 1 ? plain - 1 : count;
-    const BulkData data = JudgeBulk(bytes, BulkHeader, expected, plain);
-    message.length = data.length;
-    message.faults = data.faults;
-    if (count != expected) {
-        message.faults |= DumpFault::ByteCount;
+    if (hasEnd && plain > count + 1) {
+        // Which of the bytes the sums are of is known of one block alone.
+        message.length = end + 1;
+        if (!AreBlocks(bytes.subspan(CountPlace, plain + BulkHeader - CountPlace))) {
+            message.faults = isKnown ? std::uint32_t{DumpFault::ByteCount} : 0;
+        }
+        return message;
     }
+    const BulkData data = JudgeBulk(bytes, BulkHeader, count, plain);
+    message.length = data.length;
+    // Of what nobody knows here no more is known than where it ends.
+    message.faults = isKnown ? data.faults : data.faults & std::uint32_t{DumpFault::NoEnd};
     return message;
 }
 
@@ -340,7 +368,7 @@ std::optional<DumpMessage> ReadReface(Bytes bytes, MessagePlace place) {
     if (place == MessagePlace::Amid && message.faults != 0 && block.part == RefacePart::None) {
         return std::nullopt;
     }
-    message.voices = data.size == expected; // the block is whole
+    message.isWholePart = data.size == expected;
     return message;
 }
 
@@ -351,7 +379,8 @@ bool IsReface(Bytes bytes, std::size_t modelPlace) {
 
 // ---- short ones
 
-enum : std::uint8_t { KindBulk = 0x00, KindChange = 0x10, KindRequest = 0x20 };
+enum : std::uint8_t { KindBulk = 0x00, KindChange = 0x10, KindRequest = 0x20, KindFb01 = 0x70 };
+constexpr std::uint8_t OfFb01 = KindFb01 | 0x05;
 
 // A parameter change or a request; nothing without its end.
 std::optional<DumpMessage> ReadShort(Bytes bytes) {
@@ -361,6 +390,7 @@ std::optional<DumpMessage> ReadShort(Bytes bytes) {
     }
     constexpr std::size_t ModelPlace = 5;
     constexpr std::size_t LeastChange = 7;
+    constexpr std::uint8_t FunctionOfTx7 = 0x11;
     const bool isChange = (bytes[KindPlace] & 0xF0) == KindChange;
     const int channel = ChannelOf(bytes);
     DumpMessage message;
@@ -378,8 +408,10 @@ std::optional<DumpMessage> ReadShort(Bytes bytes) {
         case 6:
             message = MessageOf(DumpKind::Dx7ParameterChanges, channel, "");
             break;
-        case 4:
-            message = MessageOf(DumpKind::FourOperatorOther, channel, "parameter changes");
+        case 4: // of which the TX7 has one for its functions
+            message = bytes[FormatPlace] == FunctionOfTx7
+                          ? MessageOf(DumpKind::Dx7ParameterChanges, channel, "")
+                          : MessageOf(DumpKind::FourOperatorOther, channel, "parameter changes");
             break;
         default:
             message = MessageOf(DumpKind::OtherMessage, channel, "manufacturer 43");
@@ -387,6 +419,32 @@ std::optional<DumpMessage> ReadShort(Bytes bytes) {
         }
     }
     message.length = length;
+    return message;
+}
+
+// ---- the FB-01
+
+// F0 43 75 0n, then 00 00 and a number for a bank, or 08 and on, 00 00 for the voice of an
+// instrument; data of four bits a byte in blocks of a count, data and a sum. Nothing for others.
+std::optional<DumpMessage> ReadFb01(Bytes bytes) {
+    constexpr std::size_t address = 4, behindAddress = 7;
+    constexpr std::size_t nameBlock = 2 + 64 + 1, voiceBlock = 2 + 128 + 1;
+    constexpr std::uint8_t firstInstrument = 0x08, behindInstruments = 0x10;
+    const std::size_t end = 1 + CountDataBytes(bytes.subspan(1));
+    if (end < behindAddress || end >= bytes.size() || bytes[end] != EndOfSysex) {
+        return std::nullopt;
+    }
+    const std::size_t size = end - behindAddress;
+    const bool isVoice = bytes[address] >= firstInstrument && bytes[address] < behindInstruments &&
+                         size == voiceBlock;
+    const bool isBank = bytes[address] == 0 && bytes[address + 1] == 0 && size > nameBlock &&
+                        (size - nameBlock) % voiceBlock == 0;
+    const DumpKind kind = isVoice  ? DumpKind::FourOperatorVoice
+                          : isBank ? DumpKind::FourOperatorBank
+                                   : DumpKind::FourOperatorOther;
+    DumpMessage message = MessageOf(kind, (bytes[FormatPlace] & 0x0F) + 1, "FB-01");
+    message.otherVoices = isVoice ? 1 : isBank ? (size - nameBlock) / voiceBlock : 0;
+    message.length = end + 1;
     return message;
 }
 
@@ -437,6 +495,8 @@ std::optional<DumpMessage> ReadKnown(Bytes bytes, MessagePlace place) {
     case KindChange:
     case KindRequest:
         return place == MessagePlace::Clean ? ReadShort(bytes) : std::nullopt;
+    case KindFb01:
+        return bytes[KindPlace] == OfFb01 ? ReadFb01(bytes) : std::nullopt;
     default:
         return std::nullopt;
     }
@@ -451,6 +511,46 @@ std::optional<DumpMessage> ReadKnown(Bytes bytes, MessagePlace place) {
     }
     const auto format = std::ranges::find(BulkFormats, bytes[FormatPlace], &BulkFormat::format);
     return format == std::end(BulkFormats) ? std::nullopt : ReadBulk(bytes, *format, place);
+}
+
+// ---- a message with real-time bytes
+
+// The message if it is one, and as it should be, without real-time bytes; `plain` is what it is
+// with them, which may have bit 7 set in data.
+std::optional<DumpMessage> ReadWithRealTime(Bytes bytes, MessagePlace place,
+                                            const std::optional<DumpMessage> &plain) {
+    const std::size_t first = 1 + CountDataBytes(bytes.subspan(1));
+    if (first >= bytes.size() || !IsRealTime(bytes[first])) {
+        return std::nullopt;
+    }
+    std::vector<std::uint8_t> message(bytes.begin(),
+                                      bytes.begin() + static_cast<std::ptrdiff_t>(first));
+    std::size_t end = first;
+    while (end < bytes.size() && message.back() != EndOfSysex) {
+        const std::uint8_t byte = bytes[end++];
+        if (!IsRealTime(byte)) {
+            if (byte >= FirstStatus && byte != EndOfSysex) {
+                return std::nullopt;
+            }
+            message.push_back(byte);
+        }
+    }
+    auto known = ReadKnown(message, place);
+    constexpr std::uint32_t ofOthers =
+        DumpFault::Cut | DumpFault::NoEnd | DumpFault::HighBytes | DumpFault::TooLong;
+    if (!known || known->length != message.size() || (known->faults & ofOthers) != 0) {
+        return std::nullopt;
+    }
+    constexpr std::uint32_t ofSum = DumpFault::Checksum | DumpFault::ChecksumBit7;
+    const bool isPlain = plain && plain->kind == known->kind &&
+                         (plain->faults & (DumpFault::Cut | DumpFault::NoEnd)) == 0;
+    if (isPlain && ((plain->faults & DumpFault::Checksum) == 0 || (known->faults & ofSum) != 0)) {
+        return std::nullopt;
+    }
+    known->length = end;
+    known->faults |= DumpFault::RealTime;
+    known->withoutRealTime = std::move(message);
+    return known;
 }
 
 // ---- a message as an event of a MIDI file has it
@@ -510,7 +610,14 @@ std::optional<DumpMessage> MessageAt(std::span<const std::uint8_t> bytes, bool i
         bytes = bytes.first(DumpLookAhead);
         isAll = false;
     }
-    if (auto known = ReadKnown(bytes, place)) {
+    const bool isOurs = bytes.size() > 1 && bytes[1] == Yamaha;
+    auto known = ReadKnown(bytes, place);
+    if (isOurs && (!known || known->faults != 0)) {
+        if (auto message = ReadWithRealTime(bytes, place, known)) {
+            return message;
+        }
+    }
+    if (known) {
         return known;
     }
     if (auto event = ReadEvent(bytes)) {

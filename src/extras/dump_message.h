@@ -12,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace tonewright {
 
@@ -26,12 +27,21 @@ struct DumpMessage {
     int channel = 0;
     std::uint32_t faults = 0;
     VoiceForm form = VoiceForm::Dx7Packed; // of its voices
-    std::size_t voices = 0;                // whole ones
+    std::size_t voices = 0;                // whole ones that the list can hold
+    std::size_t otherVoices = 0;           // whole ones of four operators that it cannot
     std::size_t data = 0;                  // where they begin, or what a reface DX's part holds
     RefacePart part = RefacePart::None;
+    bool isWholePart = false;
     std::size_t operatorNumber = 0; // from 0
     std::string detail;
+    // The message without the real-time bytes that stand in it; empty where none do.
+    std::vector<std::uint8_t> withoutRealTime = {};
 };
+
+// Bytes that may stand anywhere in a message and are no part of it.
+constexpr bool IsRealTime(std::uint8_t byte) {
+    return byte >= 0xF8 && byte <= 0xFE;
+}
 
 // Where messages may begin.
 enum class MessagePlace {

@@ -56,6 +56,7 @@ void PutDump(DumpOutput &output, FoundDump dump) {
         FoundDump &last = *output.last;
         last.length = dump.offset + dump.length - last.offset;
         last.voices += dump.voices;
+        last.otherVoices += dump.otherVoices;
         last.faults |= dump.faults;
         last.confidence = std::min(last.confidence, dump.confidence);
         ++output.messages;

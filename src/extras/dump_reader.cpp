@@ -99,25 +99,6 @@ DumpRead ReadDumps(std::span<const std::uint8_t> file, const DumpVisitor &visito
     return output.ended ? DumpRead::Ended : DumpRead::Done;
 }
 
-std::optional<DumpList> ListDumps(const char *path, std::size_t limit) {
-    DumpList list;
-    DumpVisitor visitor;
-    visitor.voice = [&](const FoundVoice &found) {
-        if (list.voices.size() < limit) {
-            list.voices.push_back(KeepVoice(found.voice));
-        }
-        return true;
-    };
-    visitor.dump = [&](const FoundDump &dump) {
-        list.dumps.push_back(dump);
-        return true;
-    };
-    if (ReadDumps(path, visitor) == DumpRead::Failed) {
-        return std::nullopt;
-    }
-    return list;
-}
-
 std::optional<KeptVoice> ReadVoiceAt(const char *path, std::uint64_t place) {
     std::optional<KeptVoice> voice;
     DumpVisitor visitor;

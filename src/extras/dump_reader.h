@@ -26,15 +26,6 @@ DumpRead ReadDumps(const char *path, const DumpVisitor &visitor);
 // The same of bytes in memory.
 DumpRead ReadDumps(std::span<const std::uint8_t> file, const DumpVisitor &visitor);
 
-// All that there is, for files of a size that a person looks at.
-struct DumpList {
-    std::vector<FoundDump> dumps;
-    std::vector<KeptVoice> voices; // of all dumps, in their order
-};
-// At most `limit` voices are kept; the dumps count all. Nothing, the reason in errno, when the file
-// cannot be read.
-std::optional<DumpList> ListDumps(const char *path, std::size_t limit);
-
 // A voice at its place in a file, from 0; nothing when there is none, errno 0, or the file cannot
 // be read.
 std::optional<KeptVoice> ReadVoiceAt(const char *path, std::uint64_t place);

@@ -47,16 +47,36 @@ FoundDump DumpAt(const DumpStream &stream, DumpKind kind, std::size_t length) {
     return dump;
 }
 
-void PutVoices(Scanner &scanner, VoiceForm form, std::size_t start, std::size_t voices) {
+// Where a byte of a message stands that has so many bytes in front of it from a place on, real-time
+// bytes not counted.
+std::size_t PlaceBehind(Bytes bytes, std::size_t place, std::size_t count) {
+    while (count > 0 || IsRealTime(bytes[place])) {
+        count -= !IsRealTime(bytes[place]);
+        ++place;
+    }
+    return place;
+}
+
+// `bytes`: those in memory, or the present message without its real-time bytes.
+void PutVoices(Scanner &scanner, VoiceForm form, Bytes bytes, std::size_t start,
+               std::size_t voices) {
     if (!scanner.output.visitor.voice) {
         scanner.output.place += voices;
         return;
     }
+    const Bytes file = scanner.stream.bytes;
+    const bool hasRealTime = bytes.data() != file.data();
     const std::size_t size = SizeOfForm(form);
+    std::size_t before = 0, place = 0; // of the last voice, in these bytes and in the file
     for (std::size_t at = start; at < start + voices * size && !scanner.output.ended; at += size) {
-        PutVoice(scanner.output, {form, scanner.stream.bytes.subspan(at, size)},
-                 OffsetOf(scanner.stream, at));
+        place = hasRealTime ? PlaceBehind(file, place, at - before) : at;
+        before = at;
+        PutVoice(scanner.output, {form, bytes.subspan(at, size)}, OffsetOf(scanner.stream, place));
     }
+}
+
+Bytes BytesOf(const Scanner &scanner, const DumpMessage &message) {
+    return message.withoutRealTime.empty() ? scanner.stream.bytes : Bytes(message.withoutRealTime);
 }
 
 // ---- voices of the reface DX
@@ -117,11 +137,11 @@ void TakePart(Scanner &scanner, const DumpMessage &message) {
     if (!run.hasBegun || (run.parts & bit) || (isCommon && !run.hasHeader)) {
         BeginVoice(run, offset);
     }
-    if (message.voices == 0) { // not all of the part is there
+    if (!message.isWholePart) {
         return;
     }
     std::memcpy(run.voice.data() + (isCommon ? 0 : RefaceCommonSize + number * RefaceOperatorSize),
-                scanner.stream.bytes.data() + message.data, size);
+                BytesOf(scanner, message).data() + message.data, size);
     run.parts |= bit;
     if (run.parts == AllParts) {
         run.hasBegun = run.hasHeader = false;
@@ -151,11 +171,10 @@ void TakeMessage(Scanner &scanner, DumpMessage &message) {
     dump.family = message.family;
     dump.channel = message.channel;
     dump.voices = message.voices;
+    dump.otherVoices = message.otherVoices;
     dump.faults = message.faults;
     dump.detail = std::move(message.detail);
-    if (HasVoices(message.kind)) {
-        PutVoices(scanner, message.form, message.data, message.voices);
-    }
+    PutVoices(scanner, message.form, BytesOf(scanner, message), message.data, message.voices);
     MoveOn(stream, message.length);
     while (message.goesOn) {
         const Bytes bytes = LookAhead(stream);
@@ -259,7 +278,7 @@ bool TakeHeaderless(Scanner &scanner, Bytes stretch, bool isAll) {
     if (CountDataBytes(voices) < voices.size()) {
         dump.faults |= DumpFault::HighBytes;
     }
-    PutVoices(scanner, found.form, start, found.voices);
+    PutVoices(scanner, found.form, scanner.stream.bytes, start, found.voices);
     MoveOn(scanner.stream, length);
     PutDump(scanner.output, std::move(dump));
     return true;

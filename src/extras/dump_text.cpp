@@ -61,6 +61,8 @@ constexpr FaultText FaultTexts[] = {
     {DumpFault::ByteCount, "wrong byte count"},
     {DumpFault::NoEnd, "no end byte"},
     {DumpFault::Cut, "cut short"},
+    {DumpFault::TooLong, "more bytes than its data have"},
+    {DumpFault::RealTime, "real-time bytes within"},
     {DumpFault::HighBytes, "bytes above 7F"},
     {DumpFault::NoHeader, "no header"},
     {DumpFault::OutOfRange, "values out of range"},
@@ -78,8 +80,9 @@ std::string TextOfDump(const FoundDump &dump) {
                                                    dump.kind == DumpKind::RefaceVoices ||
                                                    dump.kind == DumpKind::RefaceVoiceFile);
     if (isCounted && !isPlainVoice) {
-        text += FormatText(", %llu voice%s", static_cast<unsigned long long>(dump.voices),
-                           dump.voices == 1 ? "" : "s");
+        const std::uint64_t voices = dump.voices + dump.otherVoices;
+        text += FormatText(", %llu voice%s", static_cast<unsigned long long>(voices),
+                           voices == 1 ? "" : "s");
     }
     if (!dump.detail.empty()) {
         text += ": " + dump.detail;

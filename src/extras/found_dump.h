@@ -49,6 +49,8 @@ enum : std::uint32_t {
     MissingBlocks = 1 << 9, // of a reface DX voice: it is not among the voices
     InMidiFile = 1 << 10,   // not wrong: the bytes are in events of a MIDI file
     InHexText = 1 << 11,    // not wrong: the bytes are written as text
+    TooLong = 1 << 12,      // a few bytes more than its data have
+    RealTime = 1 << 13,     // real-time bytes within it, which are no part of its data
 };
 }
 
@@ -57,12 +59,13 @@ bool HasVoices(DumpKind kind);
 
 struct FoundDump {
     DumpKind kind = DumpKind::Unknown;
-    std::uint64_t offset = 0;     // of its first byte in the file
-    std::uint64_t length = 0;     // bytes of the file from there that belong to it
-    DriverId family = NoDriverId; // of the instrument; NoDriverId where we have no driver for it
-    int channel = 0;              // 1 to 16; 0 where it has none
-    std::uint64_t voices = 0;     // whole ones
-    std::uint32_t faults = 0;     // DumpFault
+    std::uint64_t offset = 0;      // of its first byte in the file
+    std::uint64_t length = 0;      // bytes of the file from there that belong to it
+    DriverId family = NoDriverId;  // of the instrument; NoDriverId where we have no driver for it
+    int channel = 0;               // 1 to 16; 0 where it has none
+    std::uint64_t voices = 0;      // whole ones that the list can hold
+    std::uint64_t otherVoices = 0; // whole ones of four operators, which it cannot
+    std::uint32_t faults = 0;      // DumpFault
     int confidence = 100;    // per cent; below 100 only where ranges and names had to be judged
     std::string detail = {}; // what more is known, in words: "of a TX802", "manufacturer 41"
 

@@ -16,8 +16,9 @@
 namespace tonewright {
 
 // At the start of a file: finds the dumps in the events of a MIDI file if it is one, also in a RIFF
-// file, behind a header of 128 bytes of another system, or without its first chunk, and leaves what
-// is behind its last track. A file without a dump is told as bytes that are none.
+// file, behind a few bytes of something else, or without its first chunk, and leaves what is behind
+// its last track. Where a track's events are broken, the next message is looked for behind them. A
+// file without a dump is told as bytes that are none.
 void ReadMidiFile(DumpStream &stream, DumpOutput &output);
 
 } // namespace tonewright

@@ -75,6 +75,16 @@ std::size_t VoicePlace(const Records &records, Bytes record) {
                : static_cast<std::size_t>(PayloadOf(record)->payload.data() - record.data());
 }
 
+// False where the file ends before so many bytes.
+bool Skip(DumpStream &stream, std::uint64_t size) {
+    while (size > 0 && !LookAhead(stream).empty()) {
+        const auto piece = std::min<std::uint64_t>(size, stream.bytes.size());
+        MoveOn(stream, static_cast<std::size_t>(piece));
+        size -= piece;
+    }
+    return size == 0;
+}
+
 } // namespace
 
 void ReadRecordFile(DumpStream &stream, DumpOutput &output) {
@@ -89,12 +99,16 @@ void ReadRecordFile(DumpStream &stream, DumpOutput &output) {
     MoveOn(stream, records->header);
     for (std::uint64_t number = 0; number < records->count && !output.ended; ++number) {
         const Bytes bytes = LookAhead(stream);
-        if (records->size == 0 || bytes.size() < records->size) {
-            // The rest of the file is what there is of a record; one that is larger than all that
-            // can be looked at is none.
+        if (records->size == 0 || bytes.empty() || (stream.ends && bytes.size() < records->size)) {
+            // The rest of the file is what there is of a record.
             dump.faults |= DumpFault::Cut;
             MoveOn(stream, records->size == 0 ? 0 : bytes.size());
             break;
+        }
+        if (bytes.size() < records->size) { // larger than all that can be looked at: no voice
+            ++others;
+            dump.faults |= Skip(stream, records->size) ? 0u : DumpFault::Cut;
+            continue;
         }
         const Bytes record = bytes.first(static_cast<std::size_t>(records->size));
         Room room;

@@ -132,7 +132,22 @@ void Spoil(Random &random, Piece &piece, std::size_t size) {
     Bytes &bytes = piece.bytes;
     std::uint32_t &faults = piece.dump.faults;
     const std::size_t sum = bytes.size() - 2;
-    switch (Below(random, 9)) {
+    switch (Below(random, 11)) {
+    case 7: { // real-time bytes, behind the header
+        const std::size_t at = header + static_cast<std::size_t>(
+                                            Below(random, static_cast<int>(bytes.size() - header)));
+        bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at),
+                     Byte(0xF8 + Below(random, 7)));
+        faults |= Fault::RealTime;
+        for (KnownVoice &voice : piece.voices) {
+            voice.offset += voice.offset >= at;
+        }
+        break;
+    }
+    case 8: // bytes too many behind the sum
+        bytes.insert(bytes.end() - 1, static_cast<std::size_t>(size == 156 ? 2 : 3), 0x01);
+        faults |= Fault::TooLong;
+        break;
     case 0:
         bytes[sum] = Byte((bytes[sum] + 1 + Below(random, 127)) % 128);
         faults |= Fault::Checksum;
@@ -215,8 +230,10 @@ Piece RandomSingle(Random &random) {
     piece.dump = Known(DumpKind::Dx7Voice, Dx7DriverId, channel, 1,
                        channel == 1 ? 0u : std::uint32_t{Fault::Channel});
     Spoil(random, piece, voice.size());
-    // What is left of 156 bytes may be 155.
-    if (isStored && piece.bytes.size() == 6 + 155) {
+    // What is left of 156 bytes may be 155, and so may be what has more, where their sum follows.
+    const bool mayBeSingle = isStored && (piece.dump.faults & Fault::TooLong) &&
+                             voice[155] == TestChecksum(std::span(voice).first(155));
+    if (isStored && (piece.bytes.size() == 6 + 155 || mayBeSingle)) {
         return RandomSingle(random);
     }
     return piece;
@@ -298,7 +315,8 @@ Piece RandomSkipped(Random &random) {
     }
     Piece piece;
     piece.bytes = TestBulk(Byte(row.format), data, channel);
-    piece.dump = Known(row.kind, row.family, channel, row.voices, 0, row.detail);
+    piece.dump = Known(row.kind, row.family, channel, 0, 0, row.detail);
+    piece.dump.otherVoices = row.voices;
     return piece;
 }
 

@@ -85,7 +85,7 @@ TEST(UnreadableDumpFile, SaysWhy) {
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(reason(pipe), ENOTSUP);
     EXPECT_EQ(reason("/proc/self/mem"), EIO);
-    EXPECT_FALSE(ListDumps(folder.File("none").c_str(), 1));
+    EXPECT_EQ(ReadDumps(folder.File("none").c_str(), {}), DumpRead::Failed);
     EXPECT_EQ(errno, ENOENT);
     EXPECT_FALSE(ReadVoiceAt(folder.File("none").c_str(), 0));
     EXPECT_EQ(errno, ENOENT);

@@ -8,8 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <iterator>
 
 namespace tonewright {
 namespace {
@@ -152,19 +154,21 @@ TEST(DumpReader, TheReadingOfALargeFileMayBeEndedWhereNothingIsFound) {
 TEST(DumpReader, AFileOnDiskIsReadLikeBytes) {
     const TempFolder folder;
     const std::string path = folder.Write("bank.syx", Join({TestBank(), TextBytes("end")}));
-    const auto list = ListDumps(path.c_str(), 5);
-    ASSERT_TRUE(list);
-    ASSERT_EQ(list->dumps.size(), 2u);
-    EXPECT_EQ(list->dumps[0].voices, 32u);
-    EXPECT_EQ(Line(list->dumps[1]), "unknown data @4104+3");
-    EXPECT_EQ(list->voices.size(), 5u);
+    Strings lines;
+    DumpVisitor visitor;
+    visitor.dump = [&lines](const FoundDump &dump) {
+        lines.push_back(Line(dump));
+        return true;
+    };
+    EXPECT_EQ(ReadDumps(path.c_str(), visitor), DumpRead::Done);
+    EXPECT_EQ(lines, (Strings{"DX7 bank, 32 voices @0+4104 ch1", "unknown data @4104+3"}));
     const auto voice = ReadVoiceAt(path.c_str(), 31);
     ASSERT_TRUE(voice);
     EXPECT_EQ(voice->bytes, TestPackedVoice(31));
     errno = EIO;
     EXPECT_FALSE(ReadVoiceAt(path.c_str(), 32));
     EXPECT_EQ(errno, 0);
-    EXPECT_FALSE(ListDumps(folder.File("none").c_str(), 5));
+    EXPECT_EQ(ReadDumps(folder.File("none").c_str(), visitor), DumpRead::Failed);
     EXPECT_EQ(errno, ENOENT);
 }
 
@@ -266,7 +270,62 @@ TEST(DumpReader, ADumpOfFewerOrMoreVoicesThatSaysSo) {
     long128[4] = 0x20;
     long128[5] = 0x00;
     EXPECT_EQ(Lines(long128), Strings{"DX7 bank, 128 voices @0+16392 ch1"});
+    const Bytes long33 = TestBulk(0x09, TestPackedVoices(33));
+    ASSERT_EQ(long33[4], 0x21);
+    EXPECT_EQ(Lines(long33), Strings{"DX7 bank, 33 voices @0+4232 ch1"});
+    EXPECT_EQ(Lines(With(long33, 4, 0x20)),
+              Strings{"DX7 bank, 33 voices @0+4232 ch1 (wrong byte count)"});
     EXPECT_EQ(Read(long128).voices[127].bytes, TestPackedVoice(31));
+}
+
+TEST(DumpReader, AFewBytesTooManyInFrontOfTheEnd) {
+    const Bytes bank = TestBank();
+    const auto lines = [&bank](std::size_t at, std::size_t count) {
+        Bytes longer = bank;
+        longer.insert(longer.begin() + static_cast<std::ptrdiff_t>(at), count, 0x33);
+        return Lines(longer);
+    };
+    EXPECT_EQ(lines(4103, 1),
+              Strings{"DX7 bank, 32 voices @0+4105 ch1 (more bytes than its data have)"});
+    EXPECT_EQ(lines(4102, 8),
+              Strings{"DX7 bank, 32 voices @0+4112 ch1 (more bytes than its data have)"});
+    EXPECT_EQ(lines(2000, 1), Strings{"DX7 bank, 32 voices @0+4105 ch1 (wrong checksum, more bytes "
+                                      "than its data have, values out of range)"});
+    EXPECT_EQ(lines(4103, 9),
+              (Strings{"DX7 bank, 32 voices @0+4103 ch1 (no end byte)", "unknown data @4103+10"}));
+}
+
+Bytes Inserted(Bytes bytes, std::size_t at, int byte) {
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), static_cast<std::uint8_t>(byte));
+    return bytes;
+}
+
+TEST(DumpReader, RealTimeBytesWithinAMessageAreNoPartOfIt) {
+    for (const std::size_t at : {6u, 7u, 2000u, 4102u, 4103u}) {
+        const Bytes bank = Inserted(TestBank(), at, 0xFE);
+        EXPECT_EQ(Lines(bank), Strings{"DX7 bank, 32 voices @0+4105 ch1 (real-time bytes within)"})
+            << at;
+        EXPECT_EQ(Read(bank).voices.back().bytes, TestPackedVoice(31));
+    }
+    const Bytes clocks = Inserted(Inserted(TestBank(), 6 + 128, 0xF8), 6 + 128, 0xF8);
+    const Found found = Read(clocks);
+    EXPECT_EQ(found.offsets[0], 6u);
+    EXPECT_EQ(found.offsets[1], 6u + 128 + 2);
+    EXPECT_EQ(found.offsets[31], 6u + 31 * 128 + 2);
+    EXPECT_EQ(found.voices[1].bytes, TestPackedVoice(1));
+    // What would be our own voice of 156 bytes has the wrong sum.
+    const Bytes voice = Inserted(TestVoiceMessage(), 100, 0xFE);
+    EXPECT_EQ(Lines(voice), Strings{"DX7 voice @0+164 ch1 (real-time bytes within)"});
+    EXPECT_EQ(Read(voice).voices[0].form, VoiceForm::Dx7Single);
+    EXPECT_EQ(Lines(Inserted(TestRefaceMessages(TestRefaceVoice(1)), 40, 0xFA)),
+              Strings{"reface DX voice @0+242 ch1 (real-time bytes within)"});
+    EXPECT_EQ(Read(Inserted(TestRefaceMessages(TestRefaceVoice(1)), 40, 0xFA)).voices[0].bytes,
+              TestRefaceVoice(1));
+    // A message that begins within another one ends it; what is no whole message is as before.
+    EXPECT_EQ(Lines(Join({FirstOf(TestBank(), 300), {0xFE}, TestBank()}))[0],
+              "DX7 bank, 2 voices @0+300 ch1 (no end byte, cut short)");
+    EXPECT_EQ(Lines(Without(Inserted(TestBank(), 300, 0xFE), 3000, 2))[0],
+              "DX7 bank, 2 voices @0+300 ch1 (no end byte, cut short)");
 }
 
 TEST(DumpReader, BytesAbove7F) {
@@ -488,6 +547,25 @@ TEST(DumpReader, WhatLaterModelsSendBesideVoices) {
     EXPECT_EQ(Lines({0xF0, 0x43, 0x20, 0x09, 0xF7}), Strings{"other message: requests @0+5 ch1"});
 }
 
+TEST(DumpReader, DumpsOfSeveralBlocksAndOfWhatNobodyKnows) {
+    Bytes memory = {0xF0, 0x43, 0x00, 0x7E};
+    for (int block = 0; block < 64; ++block) {
+        memory += Join({{0x01, 0x32}, TextBytes("LM  8952PM"), Bytes(168, 3), {0x55}});
+    }
+    memory.push_back(0xF7);
+    ASSERT_EQ(memory.size(), 11589u);
+    EXPECT_EQ(Lines(memory), Strings{"DX7II performances: of a TX802 @0+11589 ch1"});
+    EXPECT_EQ(Lines(With(memory, 5, 0x31)),
+              Strings{"DX7II performances: of a TX802 @0+11589 ch1 (wrong byte count)"});
+    Bytes unknown = Named("LM  1234  ", 10);
+    unknown[unknown.size() - 2] ^= 1;
+    unknown[5] ^= 1;
+    EXPECT_EQ(Lines(unknown), Strings{"other message: manufacturer 43 @0+28 ch4"});
+    Bytes known = Named("LM  8973PE", 51);
+    known[known.size() - 2] ^= 1;
+    EXPECT_EQ(Lines(known), Strings{"DX7II performances: one @0+69 ch4 (wrong checksum)"});
+}
+
 TEST(DumpReader, ABankInsideTheDumpsOfALaterModel) {
     EXPECT_EQ(
         Lines(
@@ -506,11 +584,29 @@ TEST(DumpReader, WhatInstrumentsOfFourOperatorsSend) {
                        "four-operator voice @41+101 ch1"}));
     EXPECT_EQ(Read(TestBulk(0x04, Bytes(4096, 9))).dumps[0].family, NoDriverId);
     EXPECT_TRUE(Read(TestBulk(0x04, Bytes(4096, 9))).voices.empty());
-    EXPECT_EQ(Read(TestBulk(0x03, Bytes(93, 9))).dumps[0].voices, 1u);
+    EXPECT_EQ(Read(TestBulk(0x03, Bytes(93, 9))).dumps[0].voices, 0u);
+    EXPECT_EQ(Read(TestBulk(0x03, Bytes(93, 9))).dumps[0].otherVoices, 1u);
     EXPECT_EQ(Lines(Named("LM  8976PM", 80)),
               Strings{"four-operator data: performances @0+98 ch4"});
     EXPECT_EQ(Lines({0xF0, 0x43, 0x10, 0x12, 0x1B, 0x3F, 0xF7}),
               Strings{"four-operator data: parameter changes @0+7 ch1"});
+    // The functions of the TX7 are no such data.
+    EXPECT_EQ(Lines({0xF0, 0x43, 0x10, 0x11, 0x1B, 0x3F, 0xF7}),
+              Strings{"DX7 parameter changes @0+7 ch1"});
+    Bytes bank = {0xF0, 0x43, 0x75, 0x02, 0x00, 0x00, 0x03};
+    bank += Join({{0x00, 0x40}, Bytes(64, 1), {0x40}});
+    for (int voice = 0; voice < 48; ++voice) {
+        bank += Join({{0x01, 0x00}, Bytes(128, 2), {0x00}});
+    }
+    bank.push_back(0xF7);
+    ASSERT_EQ(bank.size(), 6363u);
+    EXPECT_EQ(Lines(bank), Strings{"four-operator bank, 48 voices: FB-01 @0+6363 ch3"});
+    EXPECT_EQ(
+        Lines(Join(
+            {{0xF0, 0x43, 0x75, 0x00, 0x08, 0x00, 0x00, 0x01, 0x00}, Bytes(128, 2), {0x00, 0xF7}})),
+        Strings{"four-operator voice: FB-01 @0+139 ch1"});
+    EXPECT_EQ(Lines({0xF0, 0x43, 0x75, 0x00, 0x20, 0x00, 0x00, 0xF7}),
+              Strings{"four-operator data: FB-01 @0+8 ch1"});
     // A bank that ends early has as many voices as are there.
     EXPECT_EQ(Lines(FirstOf(TestBulk(0x04, Bytes(4096, 9)), 6 + 130)),
               Strings{"four-operator bank, 1 voice @0+136 ch1 (no end byte, cut short)"});
@@ -611,6 +707,12 @@ TEST(DumpReader, OtherMessagesOfTheRefaceDx) {
                        "reface DX voice @317+241 ch1"}));
 }
 
+TEST(DumpReader, SettingsOfTheRefaceDxAreNoVoices) {
+    const Found found = Read(TestRefaceBlock(Join({{0, 0, 0}, Bytes(32, 1)})));
+    ASSERT_EQ(found.dumps.size(), 1u);
+    EXPECT_EQ(found.dumps[0].voices, 0u);
+}
+
 // ---- our own files
 
 Bytes Little32(std::uint32_t value) {
@@ -667,6 +769,11 @@ TEST(DumpReader, RecordsOfOtherSizesAndWithoutAVoice) {
         EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 1), record})),
                   Strings{"reface DX bank, 0 voices: one record without a voice @0+362"});
     }
+    // One that is larger than all that is looked at is none, though nothing is cut.
+    EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 1, 200000), Bytes(200000)})),
+              Strings{"reface DX bank, 0 voices: one record without a voice @0+200160"});
+    EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 1, 200001), Bytes(200000)})),
+              Strings{"reface DX bank, 0 voices @0+200160 (cut short)"});
     // A further part that stands elsewhere.
     const Bytes loose =
         Join({TextBytes("oWNT"), Little32(60), Little32(40), Little32(112), TextBytes("xdFR"),
@@ -788,6 +895,13 @@ TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
     Bytes riff = TextBytes("RIFF....RMIDdata....");
     EXPECT_EQ(Lines(Join({riff, file})), Strings{"DX7 voice @43+165 ch1 (in a MIDI file)"});
     EXPECT_EQ(Lines(Join({Bytes(128), file})), Strings{"DX7 voice @151+165 ch1 (in a MIDI file)"});
+    const Bytes chunks = Join(
+        {TextBytes("RIFF....RMIDDISP"), {3, 0, 0, 0}, TextBytes("abc."), TextBytes("data....")});
+    EXPECT_EQ(Lines(Join({chunks, file})), Strings{"DX7 voice @55+165 ch1 (in a MIDI file)"});
+    EXPECT_EQ(Lines(Join({TextBytes("Song.mid"), file})),
+              Strings{"DX7 voice @31+165 ch1 (in a MIDI file)"});
+    // Behind a message it stands in the file like any bytes.
+    EXPECT_EQ(Lines(Join({TestVoiceMessage(), file}))[0], "DX7 voice @0+163 ch1");
     EXPECT_EQ(Lines(TestMidiFile({Join({{0x00, 0x90, 0x40, 0x40}, TestMidiEnd()})})),
               Strings{"unknown data: MIDI file @0+30 (in a MIDI file)"});
     // What follows the last track is as in any file; so is the rest of one that ends early.
@@ -805,6 +919,69 @@ TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
     odd += TestMidiChunk("XFIH", Bytes(1000, 0xF0));
     odd += TestMidiChunk("MTrk", Join({TestMidiMessage(TestVoiceMessage()), TestMidiEnd()}));
     EXPECT_EQ(Lines(odd), Strings{"DX7 voice @1031+165 ch1 (in a MIDI file)"});
+}
+
+TEST(DumpReader, MessagesBehindEventsThatAreNone) {
+    const Bytes end = TestMidiEnd(), bank = TestMidiMessage(TestBank());
+    const Bytes odd[] = {
+        {0x00, 0x40, 0x41},                         // data without a status
+        {0x00, 0xFF, 0x01, 0xFF, 0xFF, 0xFF, 0x7F}, // a text longer than the track
+        {0x80, 0x80, 0x80, 0x80, 0x00},             // a delta time of five bytes
+        end,                                        // and events behind it
+    };
+    for (const Bytes &event : odd) {
+        const std::size_t start = 22 + event.size() + 1;
+        const Found found = Read(TestMidiFile({Join({event, bank, end})}));
+        ASSERT_EQ(found.dumps.size(), 1u) << event.size();
+        EXPECT_EQ(Line(found.dumps[0]),
+                  "DX7 bank, 32 voices @" + std::to_string(start) + "+4106 ch1 (in a MIDI file)");
+        EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+    }
+    // Without its delta time; the events behind go on.
+    const Bytes broken = TestMidiFile(
+        {Join({Bytes(bank.begin() + 1, bank.end()), {0x00, 0x90, 0x40, 0x40}, bank, end})});
+    EXPECT_EQ(Lines(broken), (Strings{"DX7 bank, 32 voices @22+4106 ch1 (in a MIDI file)",
+                                      "DX7 bank, 32 voices @4133+4106 ch1 (in a MIDI file)"}));
+}
+
+Bytes TrackOfLength(std::size_t length, const Bytes &events) {
+    Bytes chunk = TestMidiChunk("MTrk", events);
+    chunk[6] = static_cast<std::uint8_t>(length >> 8);
+    chunk[7] = static_cast<std::uint8_t>(length);
+    return chunk;
+}
+
+TEST(DumpReader, TracksOfWhichTheLengthIsWrong) {
+    const Bytes track =
+        Join({TestMidiMessage(TestBank()), TestMidiMessage(TestVoiceMessage()), TestMidiEnd()});
+    const Bytes start = TestMidiChunk("MThd", {0, 1, 0, 1, 0, 96});
+    const Strings both = {"DX7 bank, 32 voices @23+4106 ch1 (in a MIDI file)",
+                          "DX7 voice @4130+165 ch1 (in a MIDI file)"};
+    for (const std::size_t length : {std::size_t{0}, std::size_t{100}, std::size_t{4200},
+                                     track.size() - 1, track.size() + 1, std::size_t{60000}}) {
+        const Strings lines = Lines(Join({start, TrackOfLength(length, track)}));
+        Strings dumps;
+        std::copy_if(lines.begin(), lines.end(), std::back_inserter(dumps),
+                     [](const std::string &line) { return line.starts_with("DX7"); });
+        EXPECT_EQ(dumps, both) << length;
+    }
+    // One that is too long ends where the next one begins.
+    const Bytes next = TestMidiChunk("MTrk", Join({TestMidiMessage(TestBank()), TestMidiEnd()}));
+    EXPECT_EQ(Lines(Join({start, TrackOfLength(60000, track), next})),
+              (Strings{both[0], both[1], "DX7 bank, 32 voices @4308+4106 ch1 (in a MIDI file)"}));
+}
+
+TEST(DumpReader, RealTimeBytesInAMessageOfSeveralEvents) {
+    const Bytes bank = TestBank();
+    const Bytes first(bank.begin() + 1, bank.begin() + 1000), rest(bank.begin() + 1000, bank.end());
+    const Bytes track = Join({TestMidiEvent(0xF0, first), TestMidiEvent(0xF7, {0xFE}),
+                              TestMidiEvent(0xF7, rest), TestMidiEnd()});
+    const Found found = Read(TestMidiFile({track}));
+    ASSERT_EQ(found.dumps.size(), 1u);
+    EXPECT_EQ(Line(found.dumps[0]),
+              "DX7 bank, 32 voices @23+4114 ch1 (real-time bytes within, in a MIDI file)");
+    EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+    EXPECT_EQ(found.offsets[31], 23u + 6 + 31 * 128 + 2 + 4 + 4);
 }
 
 TEST(DumpReader, MessagesThatKeptTheLengthOfTheirEvent) {
