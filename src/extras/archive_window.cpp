@@ -1,4 +1,5 @@
-// The archive window without its window: what it loads, finds and says, and when.
+// The archive window without its window: what it loads, finds and says, and when. Its threads are
+// given what they need: what writes numbers and computes places is for the window's thread alone.
 #include "extras/archive_window.h"
 
 #include "common/text.h"
@@ -93,11 +94,11 @@ bool StandsBefore(const std::string &one, const std::string &other) {
     return std::ranges::lexicographical_compare(one, other, {}, OrderOf, OrderOf);
 }
 
-LoadedArchive LoadArchive(const Worker::Cancelled &cancelled) {
+LoadedArchive LoadArchive(const std::string &path, const Worker::Cancelled &cancelled) {
     const auto begin = Clock::now();
     LoadedArchive loaded;
     const ArchiveStorePointer store =
-        OpenArchive(ArchivePath(), ArchiveUse::Read, loaded.error, WaitMilliseconds);
+        OpenArchive(path, ArchiveUse::Read, loaded.error, WaitMilliseconds);
     if (store) {
         // First, so that what is written meanwhile is seen as a change afterwards.
         loaded.version = ArchiveVersion(*store, loaded.error);
@@ -135,7 +136,8 @@ void TakeLoaded(ArchiveWindow &window, LoadedArchive loaded) {
 
 void Load(ArchiveWindow &window) {
     const bool began = window.reader.Begin([&window](const Worker::Cancelled &cancelled) {
-        return [&window, loaded = LoadArchive(cancelled)] { TakeLoaded(window, loaded); };
+        return
+            [&window, loaded = LoadArchive(window.path, cancelled)] { TakeLoaded(window, loaded); };
     });
     window.loading = began;
     if (!began) {
@@ -150,14 +152,13 @@ struct SimilarVoices {
     std::string text; // why there are none
 };
 
-SimilarVoices SimilarTo(const ArchiveIndex &index, ArchiveHit hit) {
+SimilarVoices SimilarTo(const std::string &path, const ArchiveIndex &index, ArchiveHit hit) {
     const ArchiveVoices read = ReadArchiveVoices(index, {&hit, 1});
     if (read.voices.empty()) {
         return {.hits = {}, .text = read.error};
     }
     ArchiveError error;
-    const ArchiveStorePointer store =
-        OpenArchive(ArchivePath(), ArchiveUse::Read, error, WaitMilliseconds);
+    const ArchiveStorePointer store = OpenArchive(path, ArchiveUse::Read, error, WaitMilliseconds);
     SimilarVoices similar;
     if (store && !error) {
         const DumpVoice voice = read.voices.front().Voice();
@@ -186,7 +187,7 @@ void FindSimilarVoices(ArchiveWindow &window) {
     const auto index = window.index;
     const ArchiveHit hit = *window.voice;
     window.findingSimilar = window.reader.Begin([&window, index, hit](const Worker::Cancelled &) {
-        return [&window, index, hit, similar = SimilarTo(*index, hit)] {
+        return [&window, index, hit, similar = SimilarTo(window.path, *index, hit)] {
             window.findingSimilar = false;
             if (IsLookedAt(window, *index, hit)) {
                 window.similar = HitsOf(similar.hits);
@@ -262,12 +263,13 @@ void BeginUpdate(ArchiveWindow &window, Update update, std::string report = "") 
                                                updated.failures.push_back(path + ": " + reason);
                                            }};
             const ArchiveStorePointer store =
-                OpenArchive(ArchivePath(), ArchiveUse::Write, updated.error, WaitMilliseconds);
+                OpenArchive(window.path, ArchiveUse::Write, updated.error, WaitMilliseconds);
             if (store && !updated.error) {
                 update(*store, calls, updated);
             }
-            const std::string text = report.empty() ? ReportText(updated) : report;
-            return [&window, updated, text] { TakeUpdated(window, updated, text); };
+            return [&window, updated, report] {
+                TakeUpdated(window, updated, report.empty() ? ReportText(updated) : report);
+            };
         });
     if (!window.updating) {
         window.report = "The archive could not be updated: the system has no thread to give.";
@@ -361,7 +363,7 @@ std::string RefusalOf(const ArchiveIndex &index, std::span<const ArchiveHit> hit
 
 ArchiveWindow::ArchiveWindow(ArchiveWindowCalls tellings)
     : hits(HitsOf({})), places(HitsOf({})), similar(HitsOf({})), calls(std::move(tellings)),
-      reader(calls.deliver), indexer(calls.deliver) {}
+      path(ArchivePath()), reader(calls.deliver), indexer(calls.deliver) {}
 
 ArchiveWindow::~ArchiveWindow() {
     reader.Cancel(); // both at once
@@ -384,7 +386,7 @@ void FollowArchive(ArchiveWindow &window) {
     window.lookingForChanges = window.reader.Begin([&window](const Worker::Cancelled &) {
         ArchiveError error;
         std::int64_t version = -1;
-        const auto store = OpenArchive(ArchivePath(), ArchiveUse::Read, error, WaitMilliseconds);
+        const auto store = OpenArchive(window.path, ArchiveUse::Read, error, WaitMilliseconds);
         if (store) {
             version = ArchiveVersion(*store, error);
         }

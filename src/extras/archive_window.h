@@ -56,6 +56,7 @@ struct ArchiveWindow {
     // ---- its own
 
     ArchiveWindowCalls calls;
+    const std::string path;    // of the archive
     std::int64_t version = -1; // of the archive that `index` was made of
     bool lookingForChanges = false;
     bool findingSimilar = false;
