@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 namespace tonewright {
 namespace {
@@ -52,16 +53,25 @@ enum class Column {
     VerticalBar, // "00000010  ..."
 };
 
+// How many characters a reading of one step looks at.
+constexpr std::size_t StepSize = 64;
+
 struct Lexer {
     bool atLineStart = true;
     Column column = Column::None;
     std::size_t bytesOfLine = 0;
     bool isInColumn = false;
     bool ends = false; // what follows are no digits of a dump
+    // Lines that are left out since they are as the one before, which stands for them as "*".
+    bool hasPlaces = false;
+    std::uint64_t place = 0;        // of the present line
+    std::vector<std::uint8_t> line; // its bytes, as far as a line may be repeated
+    bool isRepeated = false;        // up to the place of the next line
+    std::uint64_t repeats = 0;      // bytes that are still to be repeated
+    std::uint64_t mayRepeat = 0;    // so many, by what has been read
 };
-
-// How many characters a reading of one step looks at.
-constexpr std::size_t StepSize = 64;
+constexpr std::size_t LongestLine = 64; // bytes of one that is repeated
+constexpr std::uint64_t RepeatsPerCharacter = 48;
 
 struct Step {
     std::size_t size = 0; // characters
@@ -77,26 +87,66 @@ bool IsPair(Text text, std::size_t at) {
     return Digits[At(text, at)] != NoDigit && Digits[At(text, at + 1)] != NoDigit;
 }
 
-// The length of the place that a line begins with and what follows it; 0 for none.
+std::size_t CountDigits(Text text, std::size_t from) {
+    std::size_t count = 0;
+    while (count <= StepSize && Digits[At(text, from + count)] != NoDigit) {
+        ++count;
+    }
+    return count;
+}
+
+std::size_t CountBlanks(Text text, std::size_t from) {
+    std::size_t count = 0;
+    while (count <= StepSize && At(text, from + count) == ' ') {
+        ++count;
+    }
+    return count;
+}
+
+// The number that a place is, in eights where it has seven digits, as some programs write them.
+std::uint64_t NumberOf(Text digits) {
+    constexpr std::size_t ofEights = 7;
+    const unsigned bits = digits.size() == ofEights ? 3 : 4;
+    std::uint64_t number = 0;
+    for (const std::uint8_t digit : digits) {
+        number = number << bits | static_cast<unsigned>(Digits[digit]);
+    }
+    return number;
+}
+
+// The length of the place that a line begins with and what follows it; 0 for none. Behind a place
+// stand a colon, or blanks and two digits alone, or nothing at the end of a text.
 std::size_t PlaceAt(Text text, Lexer &lexer) {
     constexpr std::size_t least = 4, whole = 8;
-    std::size_t digits = 0;
-    while (digits <= whole && Digits[At(text, digits)] != NoDigit) {
-        ++digits;
-    }
+    std::size_t start = 0, digits = CountDigits(text, 0);
     if (digits < least || digits > whole) {
         return 0;
     }
-    if (text.size() > digits && text[digits] == ':') {
+    if (At(text, digits) == ':' && digits == least && CountDigits(text, digits + 1) == least &&
+        CountBlanks(text, 2 * least + 1) > 0) { // segment and place in it
+        start = least + 1;
+    }
+    lexer.place = NumberOf(text.subspan(start, digits));
+    if (start == 0 && At(text, digits) == ':') {
         lexer.column = Column::TwoBlanks;
         return digits + 1;
     }
-    if (digits == whole && At(text, digits) == ' ' && At(text, digits + 1) == ' ' &&
-        IsPair(text, digits + 2) && At(text, digits + 4) == ' ') {
-        lexer.column = Column::VerticalBar;
-        return digits;
+    const std::size_t end = start + digits;
+    const std::size_t blanks = CountBlanks(text, end);
+    if (IsEndOfLine(At(text, end + blanks)) && lexer.hasPlaces) {
+        lexer.column = Column::TwoBlanks;
+        return end;
     }
-    return 0;
+    if (blanks == 0 || CountDigits(text, end + blanks) != 2) {
+        return 0;
+    }
+    lexer.column = digits == whole && blanks == 2 ? Column::VerticalBar : Column::TwoBlanks;
+    return end;
+}
+
+// "0F0h": a number that would begin with a letter has 0 in front.
+bool HasZeroInFront(Text text) {
+    return text[0] == '0' && IsPair(text, 1) && (At(text, 3) == 'h' || At(text, 3) == 'H');
 }
 
 // The letters behind the bytes of a line begin here.
@@ -112,15 +162,46 @@ bool IsColumn(Text text, const Lexer &lexer) {
     return false;
 }
 
+// A line with a place begins, the one before having ended at `behind`.
+void BeginLine(Lexer &lexer, std::uint64_t behind) {
+    if (lexer.isRepeated && lexer.place > behind && !lexer.line.empty() &&
+        lexer.line.size() == lexer.bytesOfLine && (lexer.place - behind) % lexer.line.size() == 0) {
+        lexer.repeats = std::min(lexer.place - behind, lexer.mayRepeat);
+        lexer.mayRepeat -= lexer.repeats;
+    } else {
+        lexer.line.clear();
+    }
+    lexer.isRepeated = false;
+    lexer.hasPlaces = true;
+    lexer.bytesOfLine = 0;
+}
+
+void TakeByte(Lexer &lexer, std::uint8_t byte) {
+    if (lexer.bytesOfLine == 0) {
+        lexer.line.clear();
+    }
+    if (lexer.line.size() < LongestLine) {
+        lexer.line.push_back(byte);
+    }
+    ++lexer.bytesOfLine;
+}
+
 // `text` is not empty and, unless it ends, StepSize long.
 Step NextStep(Text text, Lexer &lexer) {
     if (lexer.atLineStart) {
         lexer.atLineStart = false;
+        if (text[0] == '*' && IsEndOfLine(At(text, 1)) && lexer.bytesOfLine > 0) {
+            lexer.isRepeated = true;
+            lexer.atLineStart = true;
+            return {2};
+        }
+        const std::uint64_t behind = lexer.place + lexer.bytesOfLine;
         lexer.column = Column::None;
-        lexer.bytesOfLine = 0;
         if (const std::size_t place = PlaceAt(text, lexer)) {
+            BeginLine(lexer, behind);
             return {place};
         }
+        lexer.bytesOfLine = 0;
     }
     lexer.isInColumn = (lexer.isInColumn || IsColumn(text, lexer)) && !IsEndOfLine(text[0]);
     if (lexer.isInColumn) {
@@ -131,13 +212,13 @@ Step NextStep(Text text, Lexer &lexer) {
         at = 1;
     } else if (text[0] == '0' && (At(text, 1) == 'x' || At(text, 1) == 'X')) {
         at = 2;
-    } else if (text[0] == 'x' || text[0] == 'X') {
+    } else if (text[0] == 'x' || text[0] == 'X' || HasZeroInFront(text)) {
         at = 1;
     }
     if (IsPair(text, at)) {
-        ++lexer.bytesOfLine;
-        const int byte = Digits[text[at]] << 4 | Digits[text[at + 1]];
-        return {at + 2, true, static_cast<std::uint8_t>(byte)};
+        const auto byte = static_cast<std::uint8_t>(Digits[text[at]] << 4 | Digits[text[at + 1]]);
+        TakeByte(lexer, byte);
+        return {at + 2, true, byte};
     }
     const bool isSuffix = (text[0] == 'h' || text[0] == 'H') && !IsLetterOrDigit(At(text, 1)) &&
                           lexer.bytesOfLine > 0;
@@ -149,30 +230,38 @@ Step NextStep(Text text, Lexer &lexer) {
     return {};
 }
 
-// Whether the digits of an FM instrument's message are what `text` begins with.
+// Whether the digits of an FM instrument's message are what `text` begins with, and of a dump more
+// than its header, of which people write.
 bool IsMessage(Text text) {
-    constexpr std::size_t least = 5; // bytes
-    constexpr std::uint8_t yamaha = 0x43, firstStatus = 0x80;
+    constexpr std::size_t leastOpen = 16, leastWhole = 9, leastShort = 5; // bytes
+    constexpr std::size_t header = 5, kindPlace = 2;
+    constexpr std::uint8_t yamaha = 0x43, firstStatus = 0x80, firstOfOthers = 0x10;
     Lexer lexer;
     lexer.atLineStart = false;
     std::size_t bytes = 0;
-    while (!text.empty() && bytes < least) {
+    bool isDump = true;
+    while (!text.empty() && bytes < leastOpen) {
         const Step step = NextStep(text, lexer);
         if (lexer.ends) {
             return false;
         }
         if (step.isByte) {
-            const bool fits = bytes == 0   ? step.byte == StartOfSysex
-                              : bytes == 1 ? step.byte == yamaha
-                                           : step.byte < firstStatus;
+            if (step.byte == EndOfSysex && bytes >= leastShort - 1) {
+                return bytes + 1 >= (isDump ? leastWhole : leastShort);
+            }
+            const bool fits = bytes == 0       ? step.byte == StartOfSysex
+                              : bytes == 1     ? step.byte == yamaha
+                              : bytes < header ? step.byte < firstStatus
+                                               : step.byte != StartOfSysex;
             if (!fits) {
                 return false;
             }
+            isDump = bytes == kindPlace ? step.byte < firstOfOthers : isDump;
             ++bytes;
         }
         text = text.subspan(step.size);
     }
-    return bytes == least;
+    return bytes == leastOpen;
 }
 
 // Where the line begins that ends with `before`.
@@ -188,7 +277,7 @@ std::size_t LineStart(Text before) {
 Lexer LexerAt(Text text, std::size_t digits, std::size_t &front) {
     Lexer lexer;
     lexer.atLineStart = false;
-    constexpr std::size_t longest = 12; // of a place and what follows it
+    constexpr std::size_t longest = 14; // of a place and what follows it
     const std::size_t start = LineStart(text.first(digits));
     if (digits - start > longest) {
         return lexer;
@@ -212,6 +301,8 @@ std::size_t FrontOf(Text text, std::size_t digits) {
         --front;
     } else if (front > 0 && (text[front - 1] == 'x' || text[front - 1] == 'X')) {
         front -= front > 1 && text[front - 2] == '0' ? 2 : 1;
+    } else if (front > 0 && HasZeroInFront(text.subspan(front - 1))) {
+        --front;
     }
     LexerAt(text, digits, front);
     while (front > 0 && IsBetween[text[front - 1]]) {
@@ -230,7 +321,16 @@ void ReadMore(DumpStream &text, Lexer &lexer, DecodedBytes &decoded, DumpStream 
             lexer.ends = true;
             break;
         }
+        if (lexer.repeats > 0) { // at the place of the line that follows them
+            const std::uint64_t offset = OffsetOf(text, 0);
+            for (const std::uint8_t byte : lexer.line) {
+                AddByte(decoded, byte, offset);
+            }
+            lexer.repeats -= std::min<std::uint64_t>(lexer.repeats, lexer.line.size());
+            continue;
+        }
         const Step step = NextStep(text.bytes, lexer);
+        lexer.mayRepeat += step.size * RepeatsPerCharacter;
         if (step.isByte) {
             AddByte(decoded, step.byte, OffsetOf(text, step.size - 2));
         }
@@ -259,7 +359,9 @@ std::optional<HexMessage> FindHexMessage(std::span<const std::uint8_t> text, std
         at = static_cast<std::size_t>(static_cast<const std::uint8_t *>(found) - text.data()) - 1;
         const bool isF = text[at] == 'F' || text[at] == 'f';
         const bool beginsWord =
-            at == 0 || !IsLetterOrDigit(text[at - 1]) || text[at - 1] == 'x' || text[at - 1] == 'X';
+            at == 0 || !IsLetterOrDigit(text[at - 1]) || text[at - 1] == 'x' ||
+            text[at - 1] == 'X' ||
+            (HasZeroInFront(text.subspan(at - 1)) && (at == 1 || !IsLetterOrDigit(text[at - 2])));
         if (isF && beginsWord && IsMessage(text.subspan(at))) {
             return HexMessage{FrontOf(text, at), at};
         }

@@ -592,8 +592,9 @@ TEST(ComposedDumps, AreFoundInTextsInHexadecimal) {
     for (unsigned seed = 0; seed < 1000; ++seed) {
         Random random(seed);
         auto pieces = Compose(random, 1 + Below(random, 4), true);
-        // Messages of others are not looked for in texts; they are read behind one that is.
-        if (pieces[0].bytes[1] != 0x43 || pieces[0].bytes.size() < 6) {
+        // Messages of others and headers without data are not looked for in texts; they are read
+        // behind a message that is.
+        if (pieces[0].bytes[1] != 0x43 || pieces[0].bytes.size() < 16) {
             continue;
         }
         const std::string separator = between[Below(random, 10)];

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 
@@ -1067,6 +1069,98 @@ TEST(DumpReader, BytesAsTheyArePrintedForPeople) {
         EXPECT_EQ(Lines(TextBytes(bank))[0], "unknown data @0+6");
         EXPECT_EQ(Lines(TextBytes(bank)).size(), 2u);
     }
+}
+
+// Lines of sixteen bytes, the place in front by `format` and what follows it.
+std::string Lined(const Bytes &bytes, const char *format, const char *middle = " ",
+                  const char *behind = "", bool leavesOut = false) {
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size(); at += 16) {
+        const std::size_t size = std::min<std::size_t>(16, bytes.size() - at);
+        const auto line = bytes.begin() + static_cast<std::ptrdiff_t>(at);
+        if (leavesOut && at > 0 && size == 16 && std::equal(line, line + 16, line - 16)) {
+            text += text.ends_with("*\n") ? "" : "*\n";
+            continue;
+        }
+        char place[32];
+        std::snprintf(place, sizeof place, format, static_cast<unsigned>(at));
+        text += place;
+        for (std::size_t byte = 0; byte < size; ++byte) {
+            text += byte == 0 ? "" : byte == 8 ? middle : " ";
+            text += TestHex({line[static_cast<std::ptrdiff_t>(byte)]}, "");
+        }
+        text += behind;
+        text += "\n";
+    }
+    return text;
+}
+
+TEST(DumpReader, LinesWithPlacesOfEveryKindInFront) {
+    const Bytes bank = TestBank();
+    const std::string texts[] = {
+        Lined(bank, "%06x "),                         // od -A x -t x1
+        Lined(bank, "%07o "),                         // od -t x1
+        Lined(bank, "%07o ", " ", "  >ab cd ef 01<"), // od -t x1z
+        Lined(bank, "%04X "),
+        Lined(bank, "1A2B:%04X  ", "-", "   .C.. de"), // as debuggers print them
+        Lined(bank, "%04X  ", "-", "   .C.. de"),
+        Lined(bank, "%07o ") + "0010010\n", // the place behind the last byte
+    };
+    for (const std::string &text : texts) {
+        const Found found = Read(TextBytes(text));
+        ASSERT_FALSE(found.dumps.empty()) << text.substr(0, 60);
+        EXPECT_EQ(TextOfDump(found.dumps[0]), "DX7 bank, 32 voices") << text.substr(0, 60);
+        EXPECT_EQ(TextOfFaults(found.dumps[0]), "written in hexadecimal");
+        ASSERT_EQ(found.voices.size(), 32u);
+        EXPECT_EQ(found.voices[31].bytes, TestPackedVoice(31));
+        EXPECT_EQ(found.dumps[0].offset, text.find("F0 43"));
+        EXPECT_LE(found.dumps.size(), 2u); // the last line's letters
+    }
+}
+
+TEST(DumpReader, LinesThatAreLeftOutAsTheOneBefore) {
+    Bytes voices = TestPackedVoices(20);
+    voices.resize(4096);
+    const Bytes bank = TestBulk(0x09, voices);
+    for (const char *format : {"%07o ", "%06x ", "%08x  "}) {
+        const std::string text = Lined(bank, format, " ", "", true);
+        ASSERT_NE(text.find("*\n"), std::string::npos);
+        const Found found = Read(TextBytes(text));
+        ASSERT_EQ(found.dumps.size(), 1u) << format;
+        EXPECT_EQ(TextOfFaults(found.dumps[0]), "written in hexadecimal");
+        ASSERT_EQ(found.voices.size(), 32u);
+        EXPECT_EQ(found.voices[19].bytes, TestPackedVoice(19));
+        EXPECT_EQ(found.voices[31].bytes, Bytes(128));
+        EXPECT_EQ(found.dumps[0].length, text.rfind("F7") + 2 - found.dumps[0].offset);
+    }
+    // No more than the text may hold, however far the next place lies.
+    const std::string far = Lined(FirstOf(bank, 32), "%08x  ") + "*\nfffffff0  00 00\n";
+    EXPECT_LE(Read(TextBytes(far)).dumps.size(), 2u);
+}
+
+TEST(DumpReader, NumbersAsAssemblersWriteThem) {
+    const Bytes voice = TestVoiceMessage();
+    std::string text = "DB ";
+    for (const std::uint8_t byte : voice) {
+        const std::string digits = TestHex({byte}, "");
+        text += (digits[0] > '9' ? "0" : "") + digits + "h,";
+    }
+    const Found found = Read(TextBytes(text));
+    ASSERT_GE(found.dumps.size(), 2u);
+    EXPECT_EQ(Line(found.dumps[1]), "DX7 voice @4+" + std::to_string(text.rfind('h') - 4) +
+                                        " ch1 (written in hexadecimal)");
+    EXPECT_EQ(found.voices[0].bytes, Bytes(voice.begin() + 6, voice.begin() + 161));
+}
+
+TEST(DumpReader, AHeaderOfWhichATextSpeaksIsNoDump) {
+    for (const char *text :
+         {"A bank begins with F0 43 00 09 20 00 and ends with F7.", "F0 43 00 09 20 00",
+          "F0 43 00 09 20 00 F7", "F0,43,00,00,01,1B,..."}) {
+        EXPECT_EQ(Lines(TextBytes(text)),
+                  Strings{"unknown data @0+" + std::to_string(std::strlen(text))});
+    }
+    EXPECT_EQ(Lines(TextBytes("F0 43 10 01 1B 3F F7")),
+              Strings{"DX7 parameter changes @0+20 ch1 (written in hexadecimal)"});
 }
 
 TEST(DumpReader, DigitsOfAMessageThatSeemToBeAPlace) {

@@ -102,6 +102,10 @@ const Pattern Patterns[] = {
      }},
     {"one line of digits",
      [](std::size_t size) { return Repeated(TestHex(TestVoiceMessage(), "").c_str(), size); }},
+    {"repeated lines in a text",
+     [](std::size_t size) {
+         return Repeated("F0 43 00 09 20 00 00 00\n00 01 02 03\n*\nffffff00 01 02 03 04\n", size);
+     }},
     {"changes in a text", [](std::size_t size) { return Repeated("F043100000F7", size); }},
     {"a MIDI file of short messages",
      [](std::size_t size) {
