@@ -191,12 +191,20 @@ bool TakeAsNewBank(QWidget *owner, const DumpContents &contents,
 
 int TakeIntoList(QWidget *owner, const DumpContents &contents, std::span<const std::size_t> numbers,
                  int row) {
-    const std::vector<KeptVoice> voices =
-        VoicesOf(contents, numbers.first(std::min(numbers.size(), BankRows)));
+    const std::vector<KeptVoice> voices = VoicesOf(contents, numbers);
     if (!TheListAccess.PutVoices || !MayBeTaken(owner, voices)) {
         return 0;
     }
     return std::max(0, TheListAccess.PutVoices(owner, row, voices));
+}
+
+std::string PutInWords(int row, int put, std::size_t wanted) {
+    std::string text = put == 1 ? FormatText("Put at row %d", row)
+                                : FormatText("Put at rows %d to %d", row, row + put - 1);
+    if (const std::size_t left = wanted - static_cast<std::size_t>(put); left != 0) {
+        text += ", no room for " + Number(left);
+    }
+    return text;
 }
 
 } // namespace tonewright

@@ -54,8 +54,11 @@ std::string InstrumentOfVoice(const KeptVoice &voice);
 // the user thought better of it, or there was nothing to do.
 bool TakeAsNewBank(QWidget *owner, const DumpContents &contents,
                    std::span<const std::size_t> numbers);
-// Into the list from that row on, from 0. How many were put, 0 for none.
+// Into the list from that row on, from 0, as many as it has rows for. How many were put, 0 for
+// none.
 int TakeIntoList(QWidget *owner, const DumpContents &contents, std::span<const std::size_t> numbers,
                  int row);
+// "Put at rows 30 to 32, no room for 2"; the row from 1, of at least one voice.
+std::string PutInWords(int row, int put, std::size_t wanted);
 
 } // namespace tonewright

@@ -1,6 +1,8 @@
 // Shows the archive, and takes voices that were dropped.
 #include "shell/archive_flow.h"
 
+#include "common/desktop.h"
+#include "extras/archive_window.h"
 #include "extras/list_access.h"
 #include "extras/voice_parcel.h"
 #include "shell/shell_window.h"
@@ -26,7 +28,11 @@ void DropArchiveVoices(int row, const std::vector<std::uint8_t> &parcel) {
             put.push_back(voice);
         }
     }
-    TheListAccess.PutVoices(TheShellWindow.window, row, put);
+    const int count = TheListAccess.PutVoices(TheShellWindow.window, row, put);
+    if (count >= 0 && static_cast<std::size_t>(count) < put.size()) {
+        ShowMessage(TheShellWindow.window,
+                    ArchivePutText(static_cast<std::size_t>(count), put.size()));
+    }
 }
 
 } // namespace tonewright

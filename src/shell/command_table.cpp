@@ -13,6 +13,7 @@
 #include "shell/dump_flow.h"
 #include "shell/history.h"
 #include "shell/instruments_flow.h"
+#include "shell/list_source.h"
 #include "shell/settings_flow.h"
 #include "shell/shell_window.h"
 #include "shell/show_document.h"
@@ -412,6 +413,7 @@ bool CommandAllowed(int id) {
 int RunCommand(int id) {
     const RunningMark running;
     const CommandRow *row = RowOf(id);
+    const std::string source = SourceOfList();
     int result = 0;
     if (id >= HistoryFirstItem && id < HistoryFirstItem + static_cast<int>(HistoryLimit)) {
         result = RunHistoryItem(id);
@@ -422,6 +424,9 @@ int RunCommand(int id) {
     }
     if (!row || row->refreshes) {
         RefreshCommands();
+    }
+    if (!source.empty() || !SourceOfList().empty()) {
+        RefreshStatus(); // a transfer has written over it, or the list is another one
     }
     return result;
 }

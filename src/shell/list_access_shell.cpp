@@ -12,7 +12,7 @@
 #include "shell/command_queue.h"
 #include "shell/command_state.h"
 #include "shell/documents.h"
-#include "shell/list_origin.h"
+#include "shell/list_source.h"
 #include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"
@@ -48,16 +48,6 @@ std::string NameOfFamily(DriverId family) {
     return driver ? driver->name : "";
 }
 
-// By the first voice there is; that of a list without one is the current one.
-DriverId FamilyOfMainList() {
-    for (const VoiceObject &voice : MainList.items) {
-        if (const auto header = HeaderOf(voice)) {
-            return header->driverId;
-        }
-    }
-    return CurrentDriverId;
-}
-
 // Why the voices cannot go into the list as it is; empty when they can.
 std::string WhyNewBank(DriverId family) {
     if (ListCount(MainList) == 0) {
@@ -69,6 +59,17 @@ std::string WhyNewBank(DriverId family) {
                                       ", and these are for the " + NameOfFamily(family) + ".";
 }
 
+// False when the list could not be kept for Undo, and the user rather keeps it.
+bool KeepForUndo(QWidget *owner) {
+    if (UndoPush(owner, MainList) ||
+        AskYesNo(owner, "Undo will not be able to bring the list back as it is now.\n\nDo you wish "
+                        "to go on all the same?") == ResultYes) {
+        return true;
+    }
+    UndoTakeBack();
+    return false;
+}
+
 // What every change of the list ends with.
 void ShowChangedList() {
     MainListState.dirty = true;
@@ -76,6 +77,10 @@ void ShowChangedList() {
     RefreshCopy();
     RepaintList();
     PlayEventSound(DefaultEventSound);
+}
+
+int RowCount() {
+    return ListCount(MainList);
 }
 
 int SelectedRow() {
@@ -86,36 +91,24 @@ bool NewBank(QWidget *owner, std::span<const KeptVoice> voices, const std::strin
     const RunningMark running;
     const DriverId family = voices.empty() ? NoDriverId : FamilyOfForm(voices.front().form);
     const SynthDriver *driver = DriverOfId(family);
-    if (!driver || !AskToSaveOver(owner)) {
+    if (!driver || !AskToSaveOver(owner) || !KeepForUndo(owner)) {
         return false;
     }
-    UndoPush(owner, MainList);
     std::vector<VoiceObject> rows;
     const auto bankRows = static_cast<std::size_t>(driver->bankRows);
     for (const KeptVoice &voice : voices.first(std::min(voices.size(), bankRows))) {
         rows.push_back(VoiceObjectOf(voice.Voice()));
     }
     rows.resize(bankRows, VoiceObjectOf(InitialVoiceOf(family).Voice()));
-    if (family != CurrentDriverId) {
-        SelectFamily(family);
-    }
+    BeginListFrom(source, family);
     ListSetRedraw(MainList, false);
     ListFill(MainList, std::move(rows));
     SelectListFonts(MainList, family);
     ListSetRedraw(MainList, true);
     ListEnable(MainList, true);
     ListSelect(MainList, 0);
-    BeginListOrigin();
-    CurrentDocumentPath = DefaultDocumentName();
-    CurrentDocumentTime = 0;
-    TheDocumentFile = {};
-    RefreshTitle();
     ShowChangedList();
-    if (source.empty()) {
-        RefreshStatus();
-    } else {
-        SetStatusText(TheShellWindow.window, "From " + source);
-    }
+    RefreshStatus();
     return true;
 }
 
@@ -137,7 +130,9 @@ int PutVoices(QWidget *owner, int row, std::span<const KeptVoice> voices) {
         ShowMessage(owner, "Please select the row of the main list where the voices are to begin.");
         return -1;
     }
-    UndoPush(owner, MainList);
+    if (!KeepForUndo(owner)) {
+        return -1;
+    }
     int end = row;
     for (const KeptVoice &voice : voices) {
         if (end == count) {
@@ -170,6 +165,7 @@ bool Audition(QWidget *owner, const KeptVoice &voice) {
 
 void UseMainList() {
     TheListAccess = {.Post = Post,
+                     .RowCount = RowCount,
                      .SelectedRow = SelectedRow,
                      .PutVoices = PutVoices,
                      .NewBank = NewBank,

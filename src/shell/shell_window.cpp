@@ -6,13 +6,15 @@
 #include "common/text.h"
 #include "core/current.h"
 #include "core/dispatch.h"
+#include "shell/list_source.h"
 
 namespace tonewright {
 
 ShellWindow TheShellWindow;
 
 void RefreshStatus() {
-    SetStatusText(TheShellWindow.window, SynthTitle(CurrentDriverId, SynthFirmware));
+    const std::string title = SynthTitle(CurrentDriverId, SynthFirmware), source = SourceOfList();
+    SetStatusText(TheShellWindow.window, source.empty() ? title : "From " + source + " - " + title);
 }
 
 void RefreshTitle() {

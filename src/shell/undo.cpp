@@ -7,6 +7,7 @@
 #include "core/undo_store.h"
 #include "shell/command_state.h"
 #include "shell/list_origin.h"
+#include "shell/list_source.h"
 
 #include <cstdint>
 #include <vector>
@@ -34,6 +35,7 @@ int UndoInit(QWidget *window) {
 
 int UndoEnd() {
     Store = {};
+    ForgetListSources();
     FollowUndo();
     return 1;
 }
@@ -81,6 +83,10 @@ bool UndoAvailable() {
 
 int UndoCount() {
     return static_cast<int>(Store.levels.size());
+}
+
+int UndoOldestOrigin() {
+    return Store.levels.empty() ? MainListOrigin : Store.levels.front().note;
 }
 
 } // namespace tonewright

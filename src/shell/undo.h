@@ -25,5 +25,7 @@ int UndoClear();
 bool UndoAvailable();
 // Number of levels in the store.
 int UndoCount();
+// MainListOrigin of the oldest level; without a level, the present one.
+int UndoOldestOrigin();
 
 } // namespace tonewright

@@ -14,6 +14,7 @@
 #include "shell/command_state.h"
 #include "shell/documents.h"
 #include "shell/list_origin.h"
+#include "shell/list_source.h"
 #include "shell/list_state.h"
 #include "shell/midi_devices.h"
 #include "shell/shell_window.h"
@@ -59,6 +60,7 @@ int MoveVoice(int row, int target) {
 int RunUndo() {
     const int result = UndoPop(Window(), MainList);
     if (result) {
+        BringDocumentBack();
         RepaintList();
         MainListChanged(0);
         RefreshCopy();

@@ -165,6 +165,106 @@ TEST_F(ListAccessTest, VoicesOfTheOtherFamilyAreANewBankOnlyAfterAQuestion) {
     EXPECT_EQ(CurrentDocumentPath, DefaultDocumentName());
     EXPECT_EQ(RunCommand(CommandUndo), 1);
     EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(MidiInPort, 3);
+    EXPECT_EQ(MidiOutPort, 4);
+    EXPECT_EQ(SynthFirmware, 0x0102u);
+    EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+    SetNameAt(0, "CHANGED   ");
+    for (const bool careful : {false, true}) {
+        CarefulMode = careful;
+        EXPECT_EQ(RunCommand(CommandSave), 1);
+    }
+    const auto saved = ReadTestFile(home.File("bank.syx"));
+    EXPECT_EQ(saved.size(), 4104u);
+    EXPECT_EQ(std::string(saved.begin() + 124, saved.begin() + 134), "CHANGED   ");
+}
+
+TEST_F(ListAccessTest, UndoBringsTheFamilyOfTheVoicesBackOverAClearedList) {
+    ASSERT_EQ(Put(0, Found(1)), 1);
+    MainListState.dirty = false;
+    const auto before = MainList.items;
+    ASSERT_EQ(Put(1, Found(1)), 1);
+    MainListState.dirty = false;
+    ASSERT_EQ(RunCommand(CommandClear), 1); // of which no level is made
+    ASSERT_TRUE(NewBank({FoundReface(0)}, "/dumps/one.syx"));
+    MainListState.dirty = false;
+    ASSERT_TRUE(NewBank(Found(3), "/dumps/two.syx"));
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, 19), "From /dumps/two.syx");
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(CurrentDriverId, RefaceDriverId);
+    EXPECT_EQ(CurrentDocumentPath, "Untitled.srx");
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, 19), "From /dumps/one.syx");
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(MainList.items, before);
+    EXPECT_EQ(CurrentDriverId, Dx7DriverId);
+    EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+    CurrentDocumentPath = home.File("other.syx");
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(CurrentDocumentPath, home.File("other.syx")); // it was brought back before
+}
+
+TEST_F(ListAccessTest, UndoAmongTheVoicesOfANewBankKeepsItsName) {
+    ASSERT_TRUE(NewBank(Found(3), "/dumps/old.mid"));
+    CurrentDocumentPath = home.File("new.syx");
+    ASSERT_EQ(Put(1, Found(1)), 1);
+    EXPECT_EQ(RunCommand(CommandUndo), 1);
+    EXPECT_EQ(CurrentDocumentPath, home.File("new.syx"));
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, 19), "From /dumps/old.mid");
+}
+
+TEST_F(ListAccessTest, TheSourceStaysInTheStatusBarAsLongAsTheListIsFromThere) {
+    const std::string title = SynthTitle(Dx7DriverId, 0);
+    ASSERT_TRUE(NewBank(Found(3), "/dumps/old.mid"));
+    Forget();
+    RefreshStatus(); // as behind each hint of a menu
+    EXPECT_EQ(desktop.statusTexts, Strings{"From /dumps/old.mid - " + title});
+    SetStatusText(nullptr, title); // as a transfer ends
+    EXPECT_EQ(RunCommand(CommandCopy), 1);
+    EXPECT_EQ(desktop.statusTexts.back(), "From /dumps/old.mid - " + title);
+    MainListState.dirty = false;
+    EXPECT_EQ(RunCommand(CommandClear), 1);
+    EXPECT_EQ(desktop.statusTexts.back(), title);
+    Forget();
+    EXPECT_EQ(RunCommand(CommandCopy), 0);
+    EXPECT_EQ(desktop.statusTexts, Strings{}); // as ever
+}
+
+// ---- what Undo cannot keep
+
+const std::string WithoutUndo =
+    "Undo will not be able to bring the list back as it is now.\n\nDo you wish to go on all the "
+    "same?";
+
+TEST_F(ListAccessTest, AListThatUndoCannotKeepIsReplacedOnlyAfterAQuestion) {
+    MaxUndoLevel = 1;
+    UndoInit(nullptr);
+    ASSERT_EQ(Put(0, Found(1)), 1);
+    MainListState.dirty = false;
+    ListDelete(MainList, 31);
+    const auto before = MainList.items;
+    for (int way = 0; way < 2; ++way) {
+        desktop.ExpectMessage(LevelError);
+        desktop.ExpectYesNo(WithoutUndo, ResultNo);
+        if (way == 0) {
+            EXPECT_FALSE(NewBank(Found(2), "/dumps/old.mid"));
+        } else {
+            EXPECT_EQ(Put(4, Found(2)), -1);
+        }
+        EXPECT_EQ(MainList.items, before);
+        EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+        EXPECT_FALSE(MainListState.dirty);
+        EXPECT_EQ(UndoCount(), 1); // the level before is there
+    }
+    desktop.ExpectMessage(LevelError);
+    desktop.ExpectYesNo(WithoutUndo, ResultYes);
+    EXPECT_EQ(Put(30, Found(2)), 1);
+    EXPECT_EQ(NameAt(30), "FOUND A");
+    MainListState.dirty = false;
+    desktop.ExpectMessage(LevelError);
+    desktop.ExpectYesNo(WithoutUndo, ResultYes);
+    EXPECT_TRUE(NewBank(Found(2)));
+    EXPECT_EQ(NameAt(1), "FOUND B");
 }
 
 TEST_F(ListAccessTest, AnEmptyListTakesThemAsANewBankAfterAQuestion) {
@@ -194,7 +294,8 @@ TEST_F(ListAccessTest, ANewBankIsFilledUpAndHasNoNameYet) {
     EXPECT_EQ(CurrentDocumentPath, DefaultDocumentName());
     EXPECT_EQ(titles, Strings{std::string("Tonewright [ ") + DefaultDocumentName() + " ]"});
     ASSERT_FALSE(desktop.statusTexts.empty());
-    EXPECT_EQ(desktop.statusTexts.back(), "From /dumps/old.mid");
+    EXPECT_EQ(desktop.statusTexts.back(),
+              std::string("From /dumps/old.mid - ") + SynthTitle(Dx7DriverId, SynthFirmware));
     EXPECT_EQ(desktop.sounds, Strings{ConfirmSound});
     EXPECT_NE(MainListOrigin, origin);
     EXPECT_TRUE(TheDocumentFile.path.empty());
@@ -203,6 +304,9 @@ TEST_F(ListAccessTest, ANewBankIsFilledUpAndHasNoNameYet) {
     EXPECT_EQ(RunCommand(CommandUndo), 1);
     EXPECT_EQ(MainList.items, before);
     EXPECT_EQ(MainListOrigin, origin);
+    EXPECT_EQ(CurrentDocumentPath, home.File("bank.syx"));
+    EXPECT_EQ(titles.back(), "Tonewright [ bank.syx ]");
+    EXPECT_EQ(desktop.statusTexts.back(), SynthTitle(Dx7DriverId, SynthFirmware));
 }
 
 TEST_F(ListAccessTest, TheInitialVoiceIsThePublishedOne) {

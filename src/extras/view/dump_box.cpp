@@ -355,7 +355,6 @@ private:
         row = new QSpinBox(this);
         row->setObjectName("row");
         row->setAccessibleName("Row of the list");
-        row->setRange(1, UsualBankRows);
         row->setMinimumHeight(ButtonSize.height());
         audition = Button("audition", "&Audition");
         help = Button("help", "&Help");
@@ -540,6 +539,8 @@ private:
 
     void FollowRow() {
         const int selected = TheListAccess.SelectedRow ? TheListAccess.SelectedRow() : -1;
+        const int rows = TheListAccess.RowCount ? TheListAccess.RowCount() : 0;
+        row->setRange(1, std::max(1, rows));
         row->setValue(std::max(0, selected) + 1);
     }
 
@@ -564,11 +565,10 @@ private:
             return;
         }
         const int first = row->value();
-        const int taken = TakeIntoList(this, contents, SelectedNumbers(), first - 1);
+        const std::vector<std::size_t> selected = SelectedNumbers();
+        const int taken = TakeIntoList(this, contents, selected, first - 1);
         if (taken > 0) {
-            count->setText(taken == 1
-                               ? QString("Put at row %1").arg(first)
-                               : QString("Put at rows %1 to %2").arg(first).arg(first + taken - 1));
+            count->setText(Text(PutInWords(first, taken, selected.size())));
             FollowRow();
         }
     }

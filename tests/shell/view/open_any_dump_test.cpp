@@ -127,7 +127,12 @@ TEST_F(OpenAnyDump, ABankOfItBecomesANewBankWithoutAName) {
     EXPECT_EQ(ListCount(MainList), 32);
     EXPECT_EQ(CurrentDocumentPath, DefaultDocumentName());
     EXPECT_NE(CurrentDocumentPath, former);
-    EXPECT_EQ(desktop.statusTexts.back(), "From " + home.File("found.bin"));
+    const std::string source = "From " + home.File("found.bin");
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, source.size()), source);
+    QStatusTipEvent hint("A hint"), noHint("");
+    QCoreApplication::sendEvent(window.get(), &hint);
+    QCoreApplication::sendEvent(window.get(), &noHint);
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, source.size()), source);
     EXPECT_TRUE(MainListState.dirty);
     EXPECT_EQ(RunCommand(CommandUndo), 1);
     EXPECT_EQ(NameAt(0), "VOICE 01");
@@ -170,10 +175,23 @@ TEST_F(OpenAnyDump, VoicesGoToTheSelectedRowOrToAnother) {
         ClickRow(Voices(box), 1);
         ClickRow(Voices(box), 2, Qt::ControlModifier);
         Click(box, "put"); // there is room for one of them
-        EXPECT_EQ(TextOf(box, "count"), "Put at row 32");
+        EXPECT_EQ(TextOf(box, "count"), "Put at row 32, no room for 1");
     });
     EXPECT_EQ(Names(9, 10), (Strings{"VOICE 01", "VOICE 11"}));
     EXPECT_EQ(NameAt(31), "VOICE 02");
+}
+
+TEST_F(OpenAnyDump, OnlyRowsOfTheListCanBeChosenAndAllOfThem) {
+    while (ListCount(MainList) < 40) {
+        ListInsert(MainList, ListCount(MainList));
+    }
+    WithDump(TestPackedVoices(64), [](QDialog &box) {
+        EXPECT_EQ(Part<QSpinBox>(box, "row").maximum(), 40);
+        Click(box, "put");
+        EXPECT_EQ(TextOf(box, "count"), "Put at rows 1 to 40, no room for 24");
+    });
+    ListDelete(MainList, 39);
+    WithDump(TestBank(), [](QDialog &box) { EXPECT_EQ(Part<QSpinBox>(box, "row").maximum(), 39); });
 }
 
 TEST_F(OpenAnyDump, ReturnMakesANewBankOfTheSelectedDump) {
