@@ -54,7 +54,7 @@ void MakeFolder(const std::string &path) {
 SpecialFolders PlatformFolders;
 
 const char *MakerProgramFolder() {
-    static PathBuffer path;
+    static thread_local PathBuffer path;
     if (StartPath(path, PlatformFolders.programs)) {
         AppendFolder(path, MakerFolder);
     }
@@ -62,7 +62,7 @@ const char *MakerProgramFolder() {
 }
 
 const char *UserFile(const char *name) {
-    static PathBuffer path;
+    static thread_local PathBuffer path;
     if (StartPath(path, PlatformFolders.applicationData)) {
         AppendFolder(path, MakerFolder);
         AppendBounded(path, name, PathLimit);
@@ -71,7 +71,7 @@ const char *UserFile(const char *name) {
 }
 
 const char *ProductUserFile(const char *name) {
-    static PathBuffer path;
+    static thread_local PathBuffer path;
     if (StartPath(path, PlatformFolders.applicationData)) {
         AppendFolder(path, MakerFolder);
         AppendFolder(path, ProductFolder);
@@ -81,7 +81,7 @@ const char *ProductUserFile(const char *name) {
 }
 
 const char *DocumentsFile(const char *name) {
-    static PathBuffer path;
+    static thread_local PathBuffer path;
     if (StartPath(path, PlatformFolders.documents)) {
         AppendBounded(path, name, PathLimit);
     }
@@ -89,7 +89,7 @@ const char *DocumentsFile(const char *name) {
 }
 
 const char *PicturesFile() {
-    static PathBuffer path;
+    static thread_local PathBuffer path;
     if (StartPath(path, PlatformFolders.pictures)) {
         AppendBounded(path, PictureName, PathLimit);
     }

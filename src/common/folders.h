@@ -1,6 +1,6 @@
 // The path family: where the program finds its per-user and shared places. Each path is computed
-// afresh at each call into a static buffer of the function; it holds at most 260 bytes and is cut
-// without notice. When the platform gives no folder the result is empty.
+// afresh at each call into a static buffer of the function, one for each thread; it holds at most
+// 260 bytes and is cut without notice. When the platform gives no folder the result is empty.
 #pragma once
 
 #include <string>

@@ -171,7 +171,7 @@ int ScanText(const char *text, const char *format, ...) {
 }
 
 const char *FormatThousands(std::uint32_t number) {
-    static char text[sizeof "4,294,967,295"];
+    static thread_local char text[sizeof "4,294,967,295"];
     char *first = text + sizeof text - 1;
     *first = 0;
     int digits = 0;

@@ -36,7 +36,7 @@ std::string FormatText(const char *format, ...)
 // Formatted scan with the semantics of sscanf; the number of fields read.
 int ScanText(const char *text, const char *format, ...) __attribute__((format(scanf, 2, 3)));
 
-// "1,234,567". Shared static buffer, overwritten by the next call.
+// "1,234,567". Shared static buffer, one for each thread, overwritten by the next call.
 const char *FormatThousands(std::uint32_t number);
 // The text without its double-quote characters. Shared static buffer.
 const char *StripQuotes(const char *text);

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+#include <thread>
+
 using namespace tonewright;
 
 namespace {
@@ -127,4 +130,12 @@ TEST(Folders, ThatCannotBeMadeAreNoError) {
                        .programs = {}};
     MakeProgramFolders();
     EXPECT_TRUE(std::filesystem::is_regular_file(temp.path / "app"));
+}
+
+TEST(Folders, AThreadThatAsksForAPathLeavesThatOfAnotherOne) {
+    PlatformFolders = {.applicationData = "app"};
+    const std::string_view path = ProductUserFile("here");
+    std::thread other([] { ProductUserFile("elsewhere"); });
+    other.join();
+    EXPECT_EQ(path, "app" + S + "Quillbrook" + S + "Tonewright 17" + S + "here");
 }

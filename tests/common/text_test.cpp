@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <thread>
 #include <utility>
 
 using namespace tonewright;
@@ -334,4 +335,11 @@ TEST(ScanText, ReadsFieldsAndTellsTheirNumber) {
     EXPECT_STREQ(path, "/a b.syx");
     EXPECT_EQ(time, 17);
     EXPECT_EQ(ScanText("/a,b.syx,17", "%19[^,],%d", path, &time), 1);
+}
+
+TEST(FormatThousands, AThreadThatFormatsANumberLeavesThatOfAnotherOne) {
+    const std::string_view number = FormatThousands(1234567);
+    std::thread other([] { FormatThousands(89); });
+    other.join();
+    EXPECT_EQ(number, "1,234,567");
 }
