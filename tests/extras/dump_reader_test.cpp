@@ -765,6 +765,10 @@ TEST(DumpReader, RecordsOfOtherSizesAndWithoutAVoice) {
               Strings{"reface DX bank, 0 voices @0+160 (cut short)"});
     EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 5, 0xFFFFFFFF), Bytes(500)})),
               Strings{"reface DX bank, 0 voices @0+660 (cut short)"});
+    EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 1), RefaceRecord(With(voice, 16, 12))})),
+              Strings{"reface DX bank, 1 voice @0+362 (values out of range)"});
+    EXPECT_EQ(Lines(Join({RefaceFile("TNWRDXrf", 1), RefaceRecord(With(voice, 10, 0x80))})),
+              Strings{"reface DX bank, 1 voice @0+362 (bytes above 7F)"});
     for (const std::size_t size : {8, 12}) { // a part that is too short
         Bytes record = RefaceRecord(voice);
         --record[size];
@@ -1161,6 +1165,14 @@ TEST(DumpReader, AHeaderOfWhichATextSpeaksIsNoDump) {
     }
     EXPECT_EQ(Lines(TextBytes("F0 43 10 01 1B 3F F7")),
               Strings{"DX7 parameter changes @0+20 ch1 (written in hexadecimal)"});
+}
+
+TEST(DumpReader, AMessageInATextBeginsWithAWord) {
+    const std::string digits = TestHex(TestVoiceMessage());
+    for (const std::string before : {"z", "Z", "a", "A", "9"}) {
+        EXPECT_EQ(Read(TextBytes("- " + before + digits)).voices.size(), 0u) << before;
+    }
+    EXPECT_EQ(Read(TextBytes("z:" + digits)).voices.size(), 1u);
 }
 
 TEST(DumpReader, DigitsOfAMessageThatSeemToBeAPlace) {
