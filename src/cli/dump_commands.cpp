@@ -39,10 +39,12 @@ std::string ReasonOfReading() {
 
 // ---- identify
 
-// One line for each dump of the file. False when it could not be read, or not all in it is sound.
+// One line for each dump of the file, and one for a file without any. False when it could not be
+// read, or not all in it is sound.
 bool IdentifyFile(const std::string &path) {
-    bool isSound = true;
+    bool isSound = true, isEmpty = true;
     const auto putDump = [&](const FoundDump &dump) {
+        isEmpty = false;
         const std::string what = TextOfDump(dump), faults = RemarksOfDump(dump);
         Put(StandardOutput, FieldText(path));
         PutTabAnd(dump.offset);
@@ -62,6 +64,10 @@ bool IdentifyFile(const std::string &path) {
     if (ReadDumps(path.c_str(), {.voice = {}, .dump = putDump, .bytes = {}}) == DumpRead::Failed) {
         TellError(path, ReasonOfReading());
         return false;
+    }
+    if (isEmpty) {
+        Put(StandardOutput, FieldText(path));
+        Put(StandardOutput, "\t0\t0\tempty file\t0\t\n");
     }
     return isSound;
 }
@@ -133,6 +139,18 @@ bool MayHaveHighBytes(const std::string &source, const RescuedDocument &document
                                         voices.c_str())) == ResultYes;
 }
 
+// `path`: of the document; empty: there is none.
+void PutLine(const std::string &source, const FoundDump &dump, int voices,
+             const std::string &path) {
+    Put(StandardOutput, FieldText(source));
+    PutTabAnd(dump.offset);
+    PutTabAnd(FieldText(TextOfDump(dump)));
+    PutTabAnd(static_cast<std::uint64_t>(voices));
+    PutTabAnd(FieldText(RemarksOfDump(dump)));
+    PutTabAnd(FieldText(path));
+    Put(StandardOutput, '\n');
+}
+
 bool RescueDocument(RescueRun &run, const std::string &source, const RescuedDocument &document) {
     std::string path, failure;
     if (!MayHaveHighBytes(source, document)) {
@@ -140,13 +158,7 @@ bool RescueDocument(RescueRun &run, const std::string &source, const RescuedDocu
     } else if (!WriteDocument(run, source, document, path)) {
         failure = WithSystemReason(path + " could not be written", errno);
     }
-    Put(StandardOutput, FieldText(source));
-    PutTabAnd(document.dump.offset);
-    PutTabAnd(FieldText(TextOfDump(document.dump)));
-    PutTabAnd(static_cast<std::uint64_t>(document.voices));
-    PutTabAnd(FieldText(RemarksOfDump(document.dump)));
-    PutTabAnd(FieldText(failure.empty() ? path : ""));
-    Put(StandardOutput, '\n');
+    PutLine(source, document.dump, document.voices, failure.empty() ? path : "");
     if (!failure.empty()) {
         TellError(source, failure);
         run.failed = true;
@@ -154,19 +166,33 @@ bool RescueDocument(RescueRun &run, const std::string &source, const RescuedDocu
     return true;
 }
 
+// Of dumps without a document, those that one would look for: of voices.
+bool IsMissed(const FoundDump &dump) {
+    return HasVoices(dump.kind) || dump.kind == DumpKind::FourOperatorBank ||
+           dump.kind == DumpKind::FourOperatorVoice;
+}
+
 void RescueFile(RescueRun &run, const std::string &source) {
-    bool hasVoices = false;
-    errno = 0;
-    const DumpRead read = RescueDocuments(source.c_str(), [&](const RescuedDocument &document) {
-        hasVoices = true;
+    bool isEmpty = true, hasLine = false;
+    const auto rescue = [&](const RescuedDocument &document) {
+        hasLine = true;
         return RescueDocument(run, source, document);
-    });
+    };
+    const auto tell = [&](const FoundDump &dump) {
+        isEmpty = false;
+        if (IsMissed(dump)) {
+            hasLine = true;
+            PutLine(source, dump, 0, "");
+        }
+    };
+    errno = 0;
+    const DumpRead read = RescueDocuments(source.c_str(), rescue, tell);
     if (read == DumpRead::Failed) {
         TellError(source, ReasonOfReading());
         run.failed = true;
-    } else if (!hasVoices) {
+    } else if (!hasLine) {
         Put(StandardOutput, FieldText(source));
-        Put(StandardOutput, "\t0\tno voices\t0\t\t\n");
+        Put(StandardOutput, isEmpty ? "\t0\tempty file\t0\t\t\n" : "\t0\tno voices\t0\t\t\n");
     }
 }
 

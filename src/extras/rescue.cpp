@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <deque>
 #include <utility>
 
 namespace tonewright {
@@ -16,8 +17,9 @@ namespace {
 // A voice that waits for its document.
 struct WaitingVoice {
     KeptVoice voice;
-    std::uint64_t place = 0; // in the file
-    std::size_t dump = 0;    // of the dumps with voices
+    std::uint64_t place = 0;  // among the voices of the file
+    std::uint64_t offset = 0; // in the file
+    std::uint64_t dump = 0;   // of the dumps with voices
 };
 using Voices = std::span<const WaitingVoice>;
 
@@ -50,14 +52,25 @@ bool GoesOn(DumpKind former, DumpKind next) {
 constexpr std::size_t BankVoices = 32;
 static_assert(BankVoices == Dx7VoicesPerBank && BankVoices == RefaceVoicesPerBank);
 
+// Voices that wait for their dump to be told; of a dump with more, documents are made before.
+constexpr std::size_t MostUntold = 32 * 1024;
+static_assert(MostUntold % BankVoices == 0);
+
 struct Rescue {
     const RescueVisitor &visit;
-    std::vector<FoundDump> dumps = {};      // those with voices
-    std::size_t dump = 0;                   // of these, the one that is being read
-    std::vector<WaitingVoice> waiting = {}; // of one run, at most a bank
-    bool isFirst = true;                    // no document of the run has been made yet
+    std::vector<WaitingVoice> untold = {}; // of the dump that is being read
+    std::uint64_t told = 0;                // of this dump, voices that no longer wait for it
+    // One run: its dumps as far as voices wait, and the voices, at most a bank.
+    std::deque<FoundDump> dumps = {};
+    std::uint64_t firstDump = 0; // number of the first of `dumps`
+    std::vector<WaitingVoice> waiting = {};
+    bool isFirst = true; // no document of the run has been made yet
     bool isWanted = true;
 };
+
+const FoundDump &DumpOf(const Rescue &rescue, const WaitingVoice &voice) {
+    return rescue.dumps[static_cast<std::size_t>(voice.dump - rescue.firstDump)];
+}
 
 // Makes the document of some of the voices that wait.
 void MakeDocument(Rescue &rescue, Voices voices, bool asBank) {
@@ -67,7 +80,7 @@ void MakeDocument(Rescue &rescue, Voices voices, bool asBank) {
     const WaitingVoice &first = voices.front();
     const DriverId family = FamilyOfForm(first.voice.form);
     const SynthDriver *driver = DriverOfId(family);
-    RescuedDocument document = {.dump = rescue.dumps[first.dump],
+    RescuedDocument document = {.dump = DumpOf(rescue, first),
                                 .family = family,
                                 .extension =
                                     asBank ? driver->bankExtension : driver->voiceExtension,
@@ -93,13 +106,18 @@ void MakeSingles(Rescue &rescue) {
     }
 }
 
-DumpKind KindOf(const Rescue &rescue, const WaitingVoice &voice) {
-    return rescue.dumps[voice.dump].kind;
-}
-
 Way WayOfWaiting(const Rescue &rescue) {
     const WaitingVoice &first = rescue.waiting.front();
-    return WayOf(KindOf(rescue, first), first.voice);
+    return WayOf(DumpOf(rescue, first).kind, first.voice);
+}
+
+// Nothing waits any more; the last dump alone may go on.
+void ForgetWaiting(Rescue &rescue) {
+    rescue.waiting.clear();
+    while (rescue.dumps.size() > 1) {
+        rescue.dumps.pop_front();
+        ++rescue.firstDump;
+    }
 }
 
 // As many wait as a bank has.
@@ -110,7 +128,7 @@ void MakeWholeBank(Rescue &rescue) {
     } else {
         MakeDocument(rescue, rescue.waiting, true);
     }
-    rescue.waiting.clear();
+    ForgetWaiting(rescue);
 }
 
 void EndRun(Rescue &rescue) {
@@ -123,29 +141,68 @@ void EndRun(Rescue &rescue) {
             MakeDocument(rescue, rescue.waiting, way == Way::Bank || !isAlone);
         }
     }
-    rescue.waiting.clear();
+    ForgetWaiting(rescue);
     rescue.isFirst = true;
 }
 
-bool TakeVoice(Rescue &rescue, const FoundVoice &found) {
-    if (rescue.dump < rescue.dumps.size()) { // else the file has grown meanwhile
-        rescue.waiting.push_back(
-            {.voice = KeepVoice(found.voice), .place = found.place, .dump = rescue.dump});
+// The voices that wait for their dump go into its run.
+void TakeUntold(Rescue &rescue) {
+    const std::uint64_t dump = rescue.firstDump + rescue.dumps.size() - 1;
+    for (WaitingVoice &voice : rescue.untold) {
+        // A bank's voices are of one form, whatever the file says.
+        if (!rescue.waiting.empty() &&
+            FamilyOfForm(rescue.waiting.back().voice.form) != FamilyOfForm(voice.voice.form)) {
+            EndRun(rescue);
+        }
+        voice.dump = dump;
+        rescue.waiting.push_back(std::move(voice));
+        if (rescue.waiting.size() == BankVoices) {
+            MakeWholeBank(rescue);
+        }
     }
-    if (rescue.waiting.size() == BankVoices) {
-        MakeWholeBank(rescue);
+    rescue.untold.clear();
+}
+
+void BeginRun(Rescue &rescue, const FoundDump &dump) {
+    if (!rescue.dumps.empty() && !GoesOn(rescue.dumps.back().kind, dump.kind)) {
+        EndRun(rescue);
+    }
+    rescue.dumps.push_back(dump);
+}
+
+// What is known of a dump before it is told.
+FoundDump UntoldDump(const Rescue &rescue) {
+    const WaitingVoice &first = rescue.untold.front();
+    constexpr DumpKind kinds[] = {DumpKind::Dx7Headerless, DumpKind::Dx7HeaderlessVoices,
+                                  DumpKind::Catalogue, DumpKind::RefaceVoices};
+    return {.kind = kinds[static_cast<std::size_t>(first.voice.form)],
+            .offset = first.offset,
+            .family = FamilyOfForm(first.voice.form),
+            .voices = rescue.told + rescue.untold.size(),
+            .detail = "the rest not read yet"};
+}
+
+bool TakeVoice(Rescue &rescue, const FoundVoice &found) {
+    rescue.untold.push_back(
+        {.voice = KeepVoice(found.voice), .place = found.place, .offset = found.offset, .dump = 0});
+    if (rescue.untold.size() == MostUntold) {
+        if (rescue.told == 0) {
+            BeginRun(rescue, UntoldDump(rescue));
+        }
+        rescue.told += rescue.untold.size();
+        TakeUntold(rescue);
     }
     return rescue.isWanted;
 }
 
 bool EndDump(Rescue &rescue, const FoundDump &dump) {
-    if (dump.voices != 0 && rescue.dump < rescue.dumps.size()) {
-        ++rescue.dump;
-        const bool isLast = rescue.dump == rescue.dumps.size();
-        if (isLast || !GoesOn(dump.kind, rescue.dumps[rescue.dump].kind)) {
-            EndRun(rescue);
-        }
+    if (rescue.told != 0) {
+        rescue.dumps.back() = dump; // now it is known
+    } else if (!rescue.untold.empty()) {
+        BeginRun(rescue, dump);
     }
+    TakeUntold(rescue);
+    rescue.told = 0;
     return rescue.isWanted;
 }
 
@@ -164,26 +221,21 @@ std::string RemarksOfDump(const FoundDump &dump) {
     return text;
 }
 
-DumpRead RescueDocuments(const char *path, const RescueVisitor &visit) {
+DumpRead RescueDocuments(const char *path, const RescueVisitor &visit,
+                         const std::function<void(const FoundDump &)> &left) {
     Rescue rescue{.visit = visit};
-    // First what there is, then the voices, of which a bank at most is in memory at one time.
-    DumpVisitor looks;
-    looks.dump = [&rescue](const FoundDump &dump) {
-        if (dump.voices != 0) {
-            rescue.dumps.push_back(dump);
-        }
-        return true;
-    };
-    const DumpRead look = ReadDumps(path, looks);
-    if (rescue.dumps.empty()) {
-        return look; // else what stands in front of a place that cannot be read is whole
-    }
     const DumpRead read = ReadDumps(
         path, {.voice = [&rescue](const FoundVoice &voice) { return TakeVoice(rescue, voice); },
-               .dump = [&rescue](const FoundDump &dump) { return EndDump(rescue, dump); },
+               .dump =
+                   [&](const FoundDump &dump) {
+                       if (left && dump.voices == 0) {
+                           left(dump);
+                       }
+                       return EndDump(rescue, dump);
+                   },
                .bytes = {}});
     const int reason = errno;
-    EndRun(rescue); // of a file that has become shorter meanwhile
+    EndRun(rescue);
     errno = reason;
     return read;
 }

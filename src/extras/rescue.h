@@ -26,7 +26,9 @@ std::string RemarksOfDump(const FoundDump &dump);
 
 // A document that a dump gives: a bank, or a single voice.
 struct RescuedDocument {
-    FoundDump dump; // or the first of those that it was made of
+    // Or the first of those that it was made of. Of one with tens of thousands of voices it says
+    // before its end only what is known by then.
+    FoundDump dump;
     DriverId family = NoDriverId;
     const char *extension = "";   // without the dot
     std::uint64_t firstPlace = 0; // of its first voice in the file
@@ -35,9 +37,11 @@ struct RescuedDocument {
     std::vector<std::uint8_t> bytes;
 };
 
-// What is told of each document that was made. Where a file can be read in part, those of that part
-// are made before the failure is told.
+// Called for each document, which may come behind dumps that follow it; false ends the run.
 using RescueVisitor = std::function<bool(const RescuedDocument &)>;
-DumpRead RescueDocuments(const char *path, const RescueVisitor &visit);
+// The file is read once, and what was read up to a failure is rescued; memory does not grow with
+// it. `left`, which may be empty, is called for each dump without a voice that the list can hold.
+DumpRead RescueDocuments(const char *path, const RescueVisitor &visit,
+                         const std::function<void(const FoundDump &)> &left = {});
 
 } // namespace tonewright

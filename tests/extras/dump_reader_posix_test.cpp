@@ -1,5 +1,6 @@
 // Large files, which take no room on the disk, and files that cannot be read.
 #include "extras/dump_reader.h"
+#include "extras/rescue.h"
 #include "support/dump_bytes.h"
 #include "support/temp_folder.h"
 
@@ -69,6 +70,31 @@ TEST(LargeDumpFile, OfOneMessageOrManyRecordsTakesLittleMemory) {
         EXPECT_LT(MostMemory() - before, 16 * 1024);
         EXPECT_EQ(end, size);
         std::filesystem::remove(path);
+    }
+}
+
+TEST(LargeDumpFile, OfManyVoicesIsRescuedInLittleMemory) {
+    const TempFolder folder;
+    for (const Bytes &voices :
+         {TestVoiceMessage(), TestRefaceMessages(TestRefaceVoice(1)), TestPackedVoices(32)}) {
+        Bytes file;
+        while (file.size() < 30 << 20) {
+            file += voices;
+        }
+        const std::string path = folder.Write("large.bin", file);
+        file = {};
+        MostMemory();
+        const long before = MostMemory();
+        std::uint64_t documents = 0;
+        EXPECT_EQ(RescueDocuments(path.c_str(),
+                                  [&documents](const RescuedDocument &document) {
+                                      EXPECT_FALSE(document.bytes.empty());
+                                      ++documents;
+                                      return true;
+                                  }),
+                  DumpRead::Done);
+        EXPECT_GT(documents, 1000u);
+        EXPECT_LT(MostMemory() - before, 16 * 1024);
     }
 }
 

@@ -1,6 +1,8 @@
 // Bytes that are made to be looked at again and again take time that grows with their number alone.
 #include "extras/dump_reader.h"
+#include "extras/rescue.h"
 #include "support/dump_bytes.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -130,12 +132,23 @@ double TimeOf(const Bytes &file) {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
+double TimeOfRescue(const Bytes &file) {
+    const TempFolder folder;
+    const std::string path = folder.Write("found.bin", file);
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(RescueDocuments(path.c_str(), [](const RescuedDocument &) { return true; }),
+              DumpRead::Done);
+    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
 // What is looked at as often as there are places to look from would take minutes.
 TEST(DumpTime, GrowsWithTheNumberOfBytesAlone) {
     constexpr std::size_t size = 2 * 1024 * 1024;
     constexpr double seconds = 2;
     for (const Pattern &pattern : Patterns) {
-        EXPECT_LT(TimeOf(pattern.make(size)), seconds) << pattern.name;
+        const Bytes file = pattern.make(size);
+        EXPECT_LT(TimeOf(file), seconds) << pattern.name;
+        EXPECT_LT(TimeOfRescue(file), seconds) << pattern.name;
     }
 }
 

@@ -208,6 +208,73 @@ TEST(Rescue, ThirtyTwoVoicesInARowArePackedIntoABank) {
     EXPECT_EQ(OnlyDocument(SentMessages(32, supplement), "syx", 32), TestBank());
 }
 
+TEST(Rescue, OfAFileThatChangesMeanwhileEachVoiceIsOneThatWasRead) {
+    const TempFolder folder;
+    Bytes reface;
+    while (reface.size() < 3 << 20) { // several of the pieces in which a file is read
+        reface += TestRefaceMessages(TestRefaceVoice(1));
+    }
+    const std::string path = folder.Write("found.bin", SentMessages(20'000));
+    const Bytes bank = TestBank();
+    int banks = 0, banksOfReface = 0;
+    const auto isKnown = [&bank](const std::uint8_t *voice) {
+        for (std::size_t at = 6; at < 6 + 4096; at += 128) {
+            if (std::equal(voice, voice + 128, bank.data() + at)) {
+                return true;
+            }
+        }
+        return false;
+    };
+    const auto look = [&](const RescuedDocument &document) {
+        if (banks == 0) {
+            folder.Write("found.bin", reface);
+        }
+        if (document.extension == std::string("syx")) {
+            ++banks;
+            for (std::size_t at = 6; at < 6 + 4096; at += 128) {
+                EXPECT_TRUE(isKnown(&document.bytes[at])) << banks;
+            }
+        } else if (document.extension == std::string("srx")) {
+            ++banksOfReface;
+        }
+        return true;
+    };
+    EXPECT_EQ(RescueDocuments(path.c_str(), look), DumpRead::Done);
+    EXPECT_GT(banks, 100); // those of the piece that had been read
+    EXPECT_GT(banksOfReface, 100);
+}
+
+TEST(Rescue, ADumpOfMoreVoicesThanWaitForItIsRescuedAsOthersAre) {
+    const auto documents = Rescued(TestPackedVoices(32 * 1024 + 33));
+    ASSERT_EQ(documents.size(), 1026u);
+    for (const RescuedDocument &document : {documents.front(), documents[1024]}) {
+        EXPECT_EQ(document.bytes, TestBank());
+        EXPECT_EQ(document.dump.kind, DumpKind::Dx7Headerless);
+    }
+    EXPECT_EQ(documents.front().dump.detail, "the rest not read yet");
+    EXPECT_EQ(documents.back().dump.voices, 32u * 1024 + 33);
+    EXPECT_EQ(documents.back().dump.detail, "");
+    EXPECT_EQ(documents.back().firstPlace, 32u * 1024 + 32);
+    EXPECT_EQ(documents.back().voices, 1);
+    EXPECT_EQ(documents.back().extension, std::string("syx")); // of a run that had banks
+}
+
+TEST(Rescue, DumpsThatGiveNoDocumentAreTold) {
+    const TempFolder folder;
+    Bytes cut = TestBank();
+    cut.resize(100);
+    const Bytes four = TestBulk(0x04, Bytes(4096, 0));
+    const std::string path = folder.Write("found.bin", Join({cut, TestBank(), four}));
+    std::vector<DumpKind> left;
+    int documents = 0;
+    EXPECT_EQ(RescueDocuments(
+                  path.c_str(), [&](const RescuedDocument &) { return ++documents != 0; },
+                  [&](const FoundDump &dump) { left.push_back(dump.kind); }),
+              DumpRead::Done);
+    EXPECT_EQ(documents, 1);
+    EXPECT_EQ(left, (std::vector<DumpKind>{DumpKind::Dx7Bank, DumpKind::FourOperatorBank}));
+}
+
 TEST(Rescue, ThirtyTwoVoicesWithoutHeadersArePackedIntoABank) {
     Bytes voices;
     for (int number = 0; number < 32; ++number) {
