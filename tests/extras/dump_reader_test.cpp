@@ -1167,6 +1167,32 @@ TEST(DumpReader, AHeaderOfWhichATextSpeaksIsNoDump) {
               Strings{"DX7 parameter changes @0+20 ch1 (written in hexadecimal)"});
 }
 
+// More than is held at once of what stands in events or in digits.
+TEST(DumpReader, ManyBanksInAMidiFileAndInAText) {
+    constexpr std::size_t banks = 300;
+    Bytes track;
+    std::string text;
+    for (std::size_t bank = 0; bank < banks; ++bank) {
+        track += TestMidiMessage(TestBank());
+        text += TestHex(TestBank()) + (bank % 2 == 0 ? "\n" : ",  ");
+    }
+    const Found events = Read(TestMidiFile({Join({track, TestMidiEnd()})}));
+    const Found digits = Read(TextBytes(text));
+    ASSERT_EQ(events.dumps.size(), banks);
+    ASSERT_EQ(digits.dumps.size(), banks);
+    std::size_t place = 0;
+    for (std::size_t bank = 0; bank < banks; ++bank) {
+        EXPECT_EQ(events.dumps[bank].offset, 23 + bank * 4107);
+        EXPECT_EQ(events.dumps[bank].length, 4106u);
+        EXPECT_EQ(events.offsets[32 * bank + 31], 23 + bank * 4107 + 8 + 31 * 128);
+        EXPECT_EQ(digits.dumps[bank].offset, place);
+        EXPECT_EQ(digits.dumps[bank].length, 4104u * 3 - 1);
+        EXPECT_EQ(digits.offsets[32 * bank + 31], place + 3 * (6 + 31 * 128));
+        EXPECT_EQ(digits.voices[32 * bank + 31].bytes, TestPackedVoice(31));
+        place += 4104u * 3 - 1 + (bank % 2 == 0 ? 1 : 3);
+    }
+}
+
 TEST(DumpReader, AMessageInATextBeginsWithAWord) {
     const std::string digits = TestHex(TestVoiceMessage());
     for (const std::string before : {"z", "Z", "a", "A", "9"}) {
