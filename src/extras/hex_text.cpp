@@ -67,6 +67,7 @@ struct Lexer {
     std::uint64_t place = 0;        // of the present line
     std::vector<std::uint8_t> line; // its bytes, as far as a line may be repeated
     bool isRepeated = false;        // up to the place of the next line
+    std::uint64_t repeatedAt = 0;   // where "*" stands
     std::uint64_t repeats = 0;      // bytes that are still to be repeated
     std::uint64_t mayRepeat = 0;    // so many, by what has been read
 };
@@ -188,12 +189,11 @@ void TakeByte(Lexer &lexer, std::uint8_t byte) {
 
 // `text` is not empty and, unless it ends, StepSize long.
 Step NextStep(Text text, Lexer &lexer) {
-    if (lexer.atLineStart) {
+    if (lexer.atLineStart && !IsEndOfLine(text[0])) {
         lexer.atLineStart = false;
         if (text[0] == '*' && IsEndOfLine(At(text, 1)) && lexer.bytesOfLine > 0) {
             lexer.isRepeated = true;
-            lexer.atLineStart = true;
-            return {2};
+            return {1};
         }
         const std::uint64_t behind = lexer.place + lexer.bytesOfLine;
         lexer.column = Column::None;
@@ -321,15 +321,18 @@ void ReadMore(DumpStream &text, Lexer &lexer, DecodedBytes &decoded, DumpStream 
             lexer.ends = true;
             break;
         }
-        if (lexer.repeats > 0) { // at the place of the line that follows them
-            const std::uint64_t offset = OffsetOf(text, 0);
+        if (lexer.repeats > 0) {
             for (const std::uint8_t byte : lexer.line) {
-                AddByte(decoded, byte, offset);
+                AddByte(decoded, byte, lexer.repeatedAt);
             }
             lexer.repeats -= std::min<std::uint64_t>(lexer.repeats, lexer.line.size());
             continue;
         }
+        const bool wasRepeated = lexer.isRepeated;
         const Step step = NextStep(text.bytes, lexer);
+        if (lexer.isRepeated && !wasRepeated) {
+            lexer.repeatedAt = OffsetOf(text, 0);
+        }
         lexer.mayRepeat += step.size * RepeatsPerCharacter;
         if (step.isByte) {
             AddByte(decoded, step.byte, OffsetOf(text, step.size - 2));

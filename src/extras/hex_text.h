@@ -1,10 +1,12 @@
 // Dumps that are written as text, two hexadecimal digits a byte: "F0 43 00 09 20 00", with blanks,
 // commas, ends of lines and brackets between the bytes or nothing, and with 0x, $ or a following h.
 // Lines as programs print them for people are taken too, with the place of their first byte in
-// front and the letters of the bytes behind:
+// front and the letters of the bytes behind; "*" stands for lines that are as the one before:
 //
 //   00000010: f043 0009 2000 5f1d  .C.. ._.
 //   00000010  f0 43 00 09 20 00 5f 1d  |.C.. ._.|
+//   0000020 f0 43 00 09 20 00 5f 1d            the place in eights
+//   1A2B:0010  F0 43 00 09-20 00 5F 1D   .C.. ._.
 #pragma once
 
 #include "extras/dump_stream.h"

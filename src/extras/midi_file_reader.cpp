@@ -328,6 +328,7 @@ void ReadMidiFile(DumpStream &stream, DumpOutput &output) {
     if (!start) {
         return;
     }
+    const std::uint64_t offset = OffsetOf(stream, 0);
     MoveOn(stream, *start);
     output.faults |= DumpFault::InMidiFile;
     const std::uint64_t dumps = output.dumps;
@@ -345,7 +346,8 @@ void ReadMidiFile(DumpStream &stream, DumpOutput &output) {
     }
     if (output.dumps == dumps) {
         FoundDump dump;
-        dump.length = stream.index;
+        dump.offset = offset;
+        dump.length = OffsetOf(stream, 0) - offset;
         dump.detail = "MIDI file";
         PutDump(output, dump);
     }

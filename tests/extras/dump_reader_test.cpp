@@ -908,6 +908,10 @@ TEST(DumpReader, MidiFilesInOtherFilesAndWithoutADump) {
     EXPECT_EQ(Lines(Join({chunks, file})), Strings{"DX7 voice @55+165 ch1 (in a MIDI file)"});
     EXPECT_EQ(Lines(Join({TextBytes("Song.mid"), file})),
               Strings{"DX7 voice @31+165 ch1 (in a MIDI file)"});
+    EXPECT_EQ(Lines(Join({RefaceFile("TNWRDxrf", 1), RefaceRecord(TestRefaceVoice(3)),
+                          TestMidiFile({TestMidiEnd()})})),
+              (Strings{"reface DX single-voice file @0+362",
+                       "unknown data: MIDI file @362+26 (in a MIDI file)"}));
     // Behind a message it stands in the file like any bytes.
     EXPECT_EQ(Lines(Join({TestVoiceMessage(), file}))[0], "DX7 voice @0+163 ch1");
     EXPECT_EQ(Lines(TestMidiFile({Join({{0x00, 0x90, 0x40, 0x40}, TestMidiEnd()})})),
@@ -1137,6 +1141,13 @@ TEST(DumpReader, LinesThatAreLeftOutAsTheOneBefore) {
         EXPECT_EQ(found.voices[31].bytes, Bytes(128));
         EXPECT_EQ(found.dumps[0].length, text.rfind("F7") + 2 - found.dumps[0].offset);
     }
+    std::string withReturns = Lined(bank, "%07o ", " ", "", true);
+    for (std::size_t at = 0; (at = withReturns.find('\n', at)) != std::string::npos; at += 2) {
+        withReturns.insert(at, "\r");
+    }
+    EXPECT_EQ(Read(TextBytes(withReturns)).voices.size(), 32u);
+    // A line that stands for nothing any more.
+    EXPECT_EQ(Read(TextBytes(Lined(bank, "%07o ") + "*")).voices.size(), 32u);
     // No more than the text may hold, however far the next place lies.
     const std::string far = Lined(FirstOf(bank, 32), "%08x  ") + "*\nfffffff0  00 00\n";
     EXPECT_LE(Read(TextBytes(far)).dumps.size(), 2u);
