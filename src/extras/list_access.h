@@ -28,10 +28,11 @@ struct ListAccess {
     // did not want it.
     std::function<int(QWidget *owner, int row, std::span<const KeptVoice> voices)> PutVoices;
     // Replaces the list by these voices of one family, filled up to a bank by initial voices: a
-    // question about unsaved changes, a level of undo (without one, a question), changed. The document takes the family's
-    // default name, so that a save asks for one; `source`, where the voices come from, stands in
-    // the status bar as long as the list is this one, and becomes no path. Undo brings document
-    // and family back. False: the user wanted to stay, or an error was shown.
+    // question about unsaved changes, a level of undo (without one, a question), changed. The
+    // document takes the family's default name, so that a save asks for one; `source`, where the
+    // voices come from, stands in the status bar as long as the list is this one, and becomes no
+    // path. Undo brings document and family back. False: the user wanted to stay, or an error was
+    // shown.
     std::function<bool(QWidget *owner, std::span<const KeptVoice> voices,
                        const std::string &source)>
         NewBank;

@@ -12,7 +12,7 @@
 #include "shell/command_queue.h"
 #include "shell/command_state.h"
 #include "shell/documents.h"
-#include "shell/list_source.h"
+#include "shell/list_replacement.h"
 #include "shell/list_state.h"
 #include "shell/shell_window.h"
 #include "shell/undo.h"

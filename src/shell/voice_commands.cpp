@@ -14,7 +14,7 @@
 #include "shell/command_state.h"
 #include "shell/documents.h"
 #include "shell/list_origin.h"
-#include "shell/list_source.h"
+#include "shell/list_replacement.h"
 #include "shell/list_state.h"
 #include "shell/midi_devices.h"
 #include "shell/shell_window.h"
