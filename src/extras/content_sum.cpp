@@ -1,4 +1,4 @@
-// A sum over the bytes of a file.
+// A sum over bytes.
 #include "extras/content_sum.h"
 
 #include <algorithm>
@@ -34,7 +34,8 @@ void AddBlock(std::array<std::uint64_t, 4> &lanes, const std::uint8_t *bytes) {
 
 } // namespace
 
-ContentSum::ContentSum() : lanes{Prime1 + Prime2, Prime2, 0, 0 - Prime1}, rest{} {}
+ContentSum::ContentSum(std::uint64_t seed)
+    : lanes{seed + Prime1 + Prime2, seed + Prime2, seed, seed - Prime1}, rest{} {}
 
 void ContentSum::Add(std::span<const std::uint8_t> bytes) {
     const std::size_t waiting = size % BlockSize;
@@ -55,7 +56,7 @@ void ContentSum::Add(std::span<const std::uint8_t> bytes) {
 }
 
 std::uint64_t ContentSum::Value() const {
-    std::uint64_t sum = Prime5;
+    std::uint64_t sum = lanes[2] + Prime5; // the seed, while no block has been added
     if (size >= BlockSize) {
         sum = std::rotl(lanes[0], 1) + std::rotl(lanes[1], 7) + std::rotl(lanes[2], 12) +
               std::rotl(lanes[3], 18);

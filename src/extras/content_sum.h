@@ -1,6 +1,5 @@
-// A sum over the bytes of a file, by which it is known again under another name: XXH64 with the
-// seed 0, as its specification describes it. No guard against somebody who wants two files to
-// share one.
+// A sum over bytes: XXH64, a published function. By it a file is known again under another name,
+// and a voice by its parameters. No guard against somebody who wants two files to share one.
 #pragma once
 
 #include <array>
@@ -15,7 +14,7 @@ struct ContentSum {
     std::array<std::uint8_t, 32> rest; // those that fill no block of 32 yet
     std::uint64_t size = 0;            // bytes that were added
 
-    ContentSum();
+    explicit ContentSum(std::uint64_t seed = 0);
     void Add(std::span<const std::uint8_t> bytes);
     std::uint64_t Value() const;
 };

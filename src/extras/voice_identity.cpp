@@ -13,68 +13,19 @@
 #include "extras/voice_identity.h"
 
 #include "drivers/reface_dx/voice_codec.h"
+#include "extras/content_sum.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
 
 namespace tonewright {
 namespace {
 
-// ---- XXH64
-
-constexpr std::uint64_t Prime1 = 0x9E3779B185EBCA87, Prime2 = 0xC2B2AE3D27D4EB4F,
-                        Prime3 = 0x165667B19E3779F9, Prime4 = 0x85EBCA77C2B2AE63,
-                        Prime5 = 0x27D4EB2F165667C5;
-
-std::uint64_t Little64(std::span<const std::uint8_t> bytes, std::size_t at) {
-    std::uint64_t value = 0;
-    for (std::size_t byte = 0; byte < 8; ++byte) {
-        value |= std::uint64_t{bytes[at + byte]} << (8 * byte);
-    }
-    return value;
+std::uint64_t SumOf(std::span<const std::uint8_t> bytes, DriverId seed) {
+    ContentSum sum(seed);
+    sum.Add(bytes);
+    return sum.Value();
 }
-
-std::uint64_t Round(std::uint64_t sum, std::uint64_t word) {
-    return std::rotl(sum + word * Prime2, 31) * Prime1;
-}
-
-std::uint64_t Merge(std::uint64_t hash, std::uint64_t sum) {
-    return (hash ^ Round(0, sum)) * Prime1 + Prime4;
-}
-
-// Of at least 32 bytes.
-std::uint64_t Xxh64(std::span<const std::uint8_t> bytes, std::uint64_t seed) {
-    std::array<std::uint64_t, 4> sums = {seed + Prime1 + Prime2, seed + Prime2, seed,
-                                         seed - Prime1};
-    std::size_t at = 0;
-    for (; at + 32 <= bytes.size(); at += 32) {
-        for (std::size_t lane = 0; lane < sums.size(); ++lane) {
-            sums[lane] = Round(sums[lane], Little64(bytes, at + 8 * lane));
-        }
-    }
-    std::uint64_t hash = std::rotl(sums[0], 1) + std::rotl(sums[1], 7) + std::rotl(sums[2], 12) +
-                         std::rotl(sums[3], 18);
-    for (const std::uint64_t sum : sums) {
-        hash = Merge(hash, sum);
-    }
-    hash += bytes.size();
-    for (; at + 8 <= bytes.size(); at += 8) {
-        hash = std::rotl(hash ^ Round(0, Little64(bytes, at)), 27) * Prime1 + Prime4;
-    }
-    if (at + 4 <= bytes.size()) {
-        hash = std::rotl(hash ^ ReadLittle32(bytes, at) * Prime1, 23) * Prime2 + Prime3;
-        at += 4;
-    }
-    for (; at < bytes.size(); ++at) {
-        hash = std::rotl(hash ^ bytes[at] * Prime5, 11) * Prime1;
-    }
-    hash = (hash ^ hash >> 33) * Prime2;
-    hash = (hash ^ hash >> 29) * Prime3;
-    return hash ^ hash >> 32;
-}
-
-// ---- the bytes of the parameters
 
 constexpr std::size_t Dx7ParameterBytes = Dx7PackedVoiceSize - Dx7NameSize;
 
@@ -104,7 +55,7 @@ VoiceIdentity IdentityOfDx7(const DumpVoice &voice) {
     for (const auto &[place, bits] : SharedOfVoice) {
         packed[place] &= bits;
     }
-    return Xxh64(std::span(packed).first<Dx7ParameterBytes>(), Dx7DriverId);
+    return SumOf(std::span(packed).first<Dx7ParameterBytes>(), Dx7DriverId);
 }
 
 constexpr std::size_t RefaceCommonParameters = RefaceVoice::reserved2 - RefaceVoice::transpose;
@@ -126,7 +77,7 @@ VoiceIdentity IdentityOfReface(std::span<const std::uint8_t> voice) {
             block[RefaceOperator::enable] = block[RefaceOperator::outputLevel] = 0;
         }
     }
-    return Xxh64(parameters, RefaceDriverId);
+    return SumOf(parameters, RefaceDriverId);
 }
 
 constexpr int IdentityDigits = 16;
