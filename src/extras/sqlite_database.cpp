@@ -158,16 +158,12 @@ SqlitePointer OpenSqlite(const std::string &path, SqliteUse use, int waitMillise
         return nullptr;
     }
     Library().sqlite3_extended_result_codes(database->connection, 1);
-    SetSqliteWait(*database, waitMilliseconds);
+    Library().sqlite3_busy_timeout(database->connection, waitMilliseconds);
     if (use != SqliteUse::Write) {
         Library().sqlite3_exec(database->connection, "PRAGMA query_only = 1", nullptr, nullptr,
                                nullptr);
     }
     return database;
-}
-
-void SetSqliteWait(SqliteDatabase &database, int milliseconds) {
-    Library().sqlite3_busy_timeout(database.connection, milliseconds);
 }
 
 bool IsReadOnly(SqliteDatabase &database) {

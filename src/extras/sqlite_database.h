@@ -41,7 +41,6 @@ enum class SqliteUse {
 // the fault; a file that is no database is noticed when it is first read.
 SqlitePointer OpenSqlite(const std::string &path, SqliteUse use, int waitMilliseconds,
                          SqliteFault &fault);
-void SetSqliteWait(SqliteDatabase &database, int milliseconds);
 // Whether it was opened for writing, and may only be read.
 bool IsReadOnly(SqliteDatabase &database);
 

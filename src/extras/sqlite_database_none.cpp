@@ -17,8 +17,6 @@ SqlitePointer OpenSqlite(const std::string &, SqliteUse, int, SqliteFault &fault
 }
 
 // Nobody has a database to call these with.
-void SetSqliteWait(SqliteDatabase &, int) {}
-
 bool IsReadOnly(SqliteDatabase &) {
     return true;
 }
