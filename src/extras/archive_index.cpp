@@ -754,6 +754,10 @@ std::vector<SimilarVoice> FindSimilar(const ArchiveIndex &index, ArchiveStore &s
     if (count == 0 || !ReadArchiveFeatures(store, takePiece, error)) {
         return {};
     }
+    if (nearest.empty() && LacksArchiveFeatures(store, error)) {
+        error.text = "The archive is to be updated first: another version of the program has made "
+                     "it.";
+    }
     return nearest;
 }
 

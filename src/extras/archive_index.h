@@ -94,7 +94,8 @@ struct ArchiveHit {
 };
 std::vector<ArchiveHit> FindInArchive(const ArchiveIndex &index, const ArchiveQuery &query);
 
-// The nearest voices, the nearest first, without the voice itself (by identity).
+// The nearest voices, the nearest first, without the voice itself (by identity). That there are
+// none before the archive is updated, since another version has made it, is an error.
 struct SimilarVoice {
     ArchiveVoiceNumber voice;
     float distance;

@@ -427,6 +427,12 @@ bool ReadArchiveFeatures(ArchiveStore &store, const FeaturesVisitor &visit, Arch
         });
 }
 
+bool LacksArchiveFeatures(ArchiveStore &store, ArchiveError &error) {
+    const auto lacking = NumberOfSql(
+        *store.database, "SELECT EXISTS (SELECT 1 FROM file WHERE again = 2 AND voices > 0)");
+    return Went(store, error) && (!store.featuresFit || lacking == 1);
+}
+
 std::int64_t ArchiveVersion(ArchiveStore &store, ArchiveError &error) {
     const auto changes = NumberOfSql(*store.database, "SELECT changes FROM archive");
     Went(store, error);
@@ -491,16 +497,28 @@ std::vector<std::string> CheckArchive(ArchiveStore &store, ArchiveError &error) 
     return lines;
 }
 
-bool ForgetFolder(ArchiveStore &store, const std::string &path, ArchiveError &error) {
-    if (!LockArchive(store, {}, error)) {
+bool ForgetFolder(ArchiveStore &store, const std::string &path, ArchiveError &error,
+                  const std::function<bool()> &goOn) {
+    if (!LockArchive(store, goOn, error)) {
         return false;
     }
-    const std::string wanted = ArchiveFolderPath(path);
+    // The root of all is called by no letter at all.
+    const std::string wanted = path.empty() ? path : ArchiveFolderPath(path);
     std::vector<ArchiveFolder> folders = ArchiveFolders(store, error);
     std::vector<std::int64_t> ids, files;
     bool found = false;
+    std::vector<std::string> others; // that stay
     for (const ArchiveFolder &folder : folders) {
-        if (IsInArchiveFolder(folder.path, wanted)) {
+        if (folder.root && folder.path != wanted && IsInArchiveFolder(folder.path, wanted)) {
+            others.push_back(folder.path);
+        }
+    }
+    const auto isOfAnother = [&others](const std::string &below) {
+        return std::ranges::any_of(
+            others, [&below](const std::string &other) { return IsInArchiveFolder(below, other); });
+    };
+    for (const ArchiveFolder &folder : folders) {
+        if (IsInArchiveFolder(folder.path, wanted) && !isOfAnother(folder.path)) {
             ids.push_back(folder.id);
             found = found || (folder.root && folder.path == wanted);
         }
@@ -570,6 +588,11 @@ bool EndArchiveBatch(ArchiveStore &store, ArchiveError &error) {
     const SqliteStatement count =
         PrepareSql(*store.database, "UPDATE archive SET changes = changes + 1");
     return RunOfBatch(store, count, error) && RunOfBatch(store, commit, error);
+}
+
+bool DropArchiveBatch(ArchiveStore &store, ArchiveError &error) {
+    RunSql(*store.database, "ROLLBACK");
+    return Went(store, error);
 }
 
 bool PutArchiveFolder(ArchiveStore &store, ArchiveFolder &folder, ArchiveError &error) {

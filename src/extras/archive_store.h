@@ -124,6 +124,10 @@ using FeaturesVisitor = std::function<bool(std::int64_t file, std::uint64_t firs
                                            std::span<const VoiceFeatures> features)>;
 bool ReadArchiveFeatures(ArchiveStore &store, const FeaturesVisitor &visit, ArchiveError &error);
 
+// Whether there are voices, or may be, that cannot be compared before the next update: another
+// version of the program has read them.
+bool LacksArchiveFeatures(ArchiveStore &store, ArchiveError &error);
+
 // Grows with every change of the archive by whichever program: whoever has read it reads anew when
 // it differs.
 std::int64_t ArchiveVersion(ArchiveStore &store, ArchiveError &error);
@@ -132,8 +136,11 @@ std::int64_t ArchiveVersion(ArchiveStore &store, ArchiveError &error);
 // for the user; none when all is sound.
 std::vector<std::string> CheckArchive(ArchiveStore &store, ArchiveError &error);
 
-// Removes a folder that was added, and all files below it. False where it is not in the archive.
-bool ForgetFolder(ArchiveStore &store, const std::string &path, ArchiveError &error);
+// Removes a folder that was added, and all files below it but those of folders in it that were
+// added by themselves. False where it is not in the archive, or where `goOn` (may be empty) has
+// ended the wait for another program.
+bool ForgetFolder(ArchiveStore &store, const std::string &path, ArchiveError &error,
+                  const std::function<bool()> &goOn = {});
 
 // What follows is for bringing the archive up (extras/archive_update.h).
 
@@ -146,6 +153,7 @@ void UnlockArchive(ArchiveStore &store);
 // batch is dropped.
 bool BeginArchiveBatch(ArchiveStore &store, ArchiveError &error);
 bool EndArchiveBatch(ArchiveStore &store, ArchiveError &error);
+bool DropArchiveBatch(ArchiveStore &store, ArchiveError &error);
 // Writes a row anew; one with the id 0 is a new row, which gets its id.
 bool PutArchiveFolder(ArchiveStore &store, ArchiveFolder &folder, ArchiveError &error);
 bool PutArchiveFile(ArchiveStore &store, ArchiveFile &file, ArchiveError &error);

@@ -2,6 +2,7 @@
 #include "extras/archive_update.h"
 
 #include "common/open_file.h"
+#include "common/utf8_path.h"
 #include "extras/archive_walk.h"
 #include "extras/collection_files.h"
 #include "extras/content_sum.h"
@@ -11,7 +12,11 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
+#include <map>
+#include <system_error>
 #include <unordered_map>
+#include <utility>
 
 namespace tonewright {
 namespace {
@@ -45,6 +50,7 @@ struct Update {
     ArchiveWalk walk;
     UpdateReport report;
     std::vector<ArchiveFolder> folders; // that the archive knew
+    std::vector<std::string> newRoots;  // real paths of folders that are added now
     std::vector<std::uint32_t> gone;    // numbers of known files
     std::unordered_multimap<std::uint64_t, std::uint32_t> goneByContent;
     UpdateProgress progress;
@@ -114,21 +120,67 @@ bool LoadKnown(Update &update) {
     return true;
 }
 
-// Known files of the folders that were looked through, in which they do not stand any more.
+// Whether a folder was looked through as a part of others, rather than of one in them that was
+// added by itself: the nearest one around it counts.
+bool IsInScope(const std::vector<std::string> &scope, const std::vector<std::string> &otherRoots,
+               const std::string &path) {
+    const auto nearest = [&path](const std::vector<std::string> &folders) {
+        std::size_t size = 0;
+        for (const std::string &folder : folders) {
+            if (IsInArchiveFolder(path, folder)) {
+                size = std::max(size, folder.size() + 1);
+            }
+        }
+        return size;
+    };
+    return nearest(scope) > nearest(otherRoots);
+}
+
+// Whether links lead by a path to what is reached by its own path since a folder was added.
+bool IsTakenOver(const Update &update, const std::string &path, const std::string &real) {
+    const auto reaches = [&real](const std::string &root) { return IsReachedFrom(root, real); };
+    return real != path && std::ranges::any_of(update.newRoots, reaches) &&
+           !IsKept(update.walk, real);
+}
+
+// Known files of the folders that were looked through, in which they do not stand any more, and
+// those that links from other folders have led to and that were found by their own paths now.
 void FindGone(Update &update, const std::vector<std::string> *scope) {
-    std::vector<std::int64_t> staying; // folders whose files stay
+    std::vector<std::int64_t> staying;           // folders whose files stay
+    std::map<std::int64_t, std::string> outside; // of these, where links may have led from
+    std::vector<std::string> otherRoots;
     for (const ArchiveFolder &folder : update.folders) {
-        const bool inScope =
-            !scope || std::ranges::any_of(*scope, [&folder](const std::string &top) {
-                return IsInArchiveFolder(folder.path, top);
-            });
-        if (!inScope || IsKept(update.walk, folder.path)) {
-            staying.push_back(folder.id);
+        if (scope && folder.root && std::ranges::find(*scope, folder.path) == scope->end()) {
+            otherRoots.push_back(folder.path);
         }
     }
+    for (const ArchiveFolder &folder : update.folders) {
+        const bool isOutside = scope && !IsInScope(*scope, otherRoots, folder.path);
+        const bool mayBeTakenOver = isOutside && !update.newRoots.empty();
+        if (IsKept(update.walk, folder.path) ||
+            (isOutside &&
+             !(mayBeTakenOver && IsTakenOver(update, folder.path, RealFolder(folder.path))))) {
+            staying.push_back(folder.id);
+            if (mayBeTakenOver) {
+                outside.emplace(folder.id, folder.path);
+            }
+        }
+    }
+    const auto wasLink = [&](const KnownFile &file) {
+        const auto folder = outside.find(file.folder);
+        if (folder == outside.end()) {
+            return false;
+        }
+        const std::string path =
+            PathInFolder(folder->second, std::string(update.walk.known.NameOf(file)));
+        std::error_code error;
+        return std::filesystem::is_symlink(PathOfUtf8(path), error) &&
+               IsTakenOver(update, path, RealPath(path));
+    };
     const std::vector<KnownFile> &files = update.walk.known.files;
     for (std::uint32_t number = 0; number < files.size(); ++number) {
-        if (!files[number].seen && !std::ranges::binary_search(staying, files[number].folder)) {
+        if (!files[number].seen && (!std::ranges::binary_search(staying, files[number].folder) ||
+                                    wasLink(files[number]))) {
             update.gone.push_back(number);
             if (files[number].content != 0) {
                 update.goneByContent.emplace(files[number].content, number);
@@ -195,7 +247,9 @@ bool StoreVoices(Update &update) {
 // Before the first voices of a file are stored: the file has a row, and no others.
 bool ClearForVoices(Update &update, std::uint32_t folder) {
     FileReading &reading = update.reading;
-    if (!BeginBatch(update) || !PutFolder(update, folder)) {
+    // What a known file loses now stands in a batch of its own, which may be dropped.
+    const bool isKnown = reading.row.id != 0;
+    if ((isKnown && !EndBatch(update)) || !BeginBatch(update) || !PutFolder(update, folder)) {
         return false;
     }
     reading.row.folder = update.walk.folders[folder].id;
@@ -329,6 +383,21 @@ bool StoreFile(Update &update, const FileAhead &file, Outcome outcome) {
     return PutArchiveFile(update.store, row, update.error) && (keepsVoices || StoreVoices(update));
 }
 
+// Takes back what was stored of a file that was not read to its end: one that the archive knows
+// stays as it was.
+bool DropReading(Update &update, const FileAhead &file) {
+    FileReading &reading = update.reading;
+    if (update.error || reading.stored == 0) {
+        return !update.error;
+    }
+    reading.stored = 0;
+    if (file.known == NoFile) {
+        return RemoveArchiveFile(update.store, std::exchange(reading.row.id, 0), update.error);
+    }
+    update.inBatch = false;
+    return DropArchiveBatch(update.store, update.error);
+}
+
 // A file that could not be read keeps the voices that it had.
 bool StoreFailure(Update &update, const FileAhead &file, const std::string &path, int reason) {
     const std::string text = std::strerror(reason);
@@ -336,7 +405,10 @@ bool StoreFailure(Update &update, const FileAhead &file, const std::string &path
     Tell(update, path, text);
     const KnownFile *known = file.known != NoFile ? &update.walk.known.files[file.known] : nullptr;
     FileReading &reading = update.reading;
-    if (known && known->failed && reading.stored == 0) {
+    if (!DropReading(update, file)) {
+        return false;
+    }
+    if (known && known->failed) {
         return true;
     }
     if (!BeginBatch(update) || !PutFolder(update, file.folder)) {
@@ -345,43 +417,20 @@ bool StoreFailure(Update &update, const FileAhead &file, const std::string &path
     reading.row.folder = update.walk.folders[file.folder].id;
     reading.row.fault = text;
     reading.row.again = ReadAgain::Unsure;
-    if (reading.stored > 0 && !RemoveArchiveVoices(update.store, reading.row.id, update.error)) {
-        return false;
-    }
     if (known) {
         reading.row.again = std::max(known->again, ReadAgain::Unsure);
-        const bool cleared = reading.stored > 0;
-        reading.row.content = cleared ? 0 : known->content;
-        reading.row.voices = cleared ? 0 : known->voices;
-        update.report.voices -= known->voices - reading.row.voices;
+        reading.row.content = known->content;
+        reading.row.voices = known->voices;
     }
     update.report.files += !(known && known->WasRead());
     return PutArchiveFile(update.store, reading.row, update.error);
-}
-
-// Takes back what was stored of a file that was not read to its end.
-bool DropReading(Update &update, const FileAhead &file) {
-    FileReading &reading = update.reading;
-    if (update.error || reading.stored == 0) {
-        return !update.error;
-    }
-    if (file.known == NoFile) {
-        return RemoveArchiveFile(update.store, reading.row.id, update.error);
-    }
-    const KnownFile &known = update.walk.known.files[file.known];
-    update.report.voices -= known.voices;
-    update.report.files -= known.WasRead();
-    reading.row.voices = reading.row.content = 0;
-    reading.row.again = ReadAgain::Anew;
-    return RemoveArchiveVoices(update.store, reading.row.id, update.error) &&
-           PutArchiveFile(update.store, reading.row, update.error);
 }
 
 bool ReadNext(Update &update, const FileAhead &file) {
     const std::string &folder = update.walk.folders[file.folder].path;
     const std::string path = PathInFolder(folder, file.name);
     FileReading &reading = update.reading;
-    reading.sum = {};
+    reading.sum = ContentSum();
     reading.places.clear();
     reading.features.clear();
     reading.stored = 0;
@@ -500,18 +549,32 @@ struct ArchiveLock {
     ArchiveLock &operator=(const ArchiveLock &) = delete;
 };
 
-// Adds a folder to those that the user has added, unless it lies in one of them; those that lie in
-// it are parts of it from now on. Gives the path by which it is looked through.
+// Whether an added folder is a part of one around it (both without links) by now: not what that one
+// leaves out, and not one that is not there, or is empty, as a disk that is not plugged in.
+bool IsPartOf(const std::string &folder, const std::string &around) {
+    const std::string real = RealFolder(folder);
+    bool hasEntries = false;
+    const int reason = ListFolder(real, [&hasEntries](const FolderEntry &) {
+        hasEntries = true;
+        return false;
+    });
+    return reason == 0 && hasEntries && IsReachedFrom(around, real);
+}
+
+// Adds a folder to those that the user has added, unless it is a part of one of them; those that
+// are parts of it are no folders of their own from now on. Gives the path by which it is looked
+// through.
 bool AddRoot(Update &update, const std::string &path, std::string &top) {
     const std::string real = RealFolder(path);
     for (const ArchiveFolder &folder : update.folders) {
         const std::string realRoot = folder.root ? RealFolder(folder.path) : std::string();
-        if (folder.root && IsInArchiveFolder(real, realRoot)) {
+        if (folder.root && IsReachedFrom(realRoot, real)) {
             top = folder.path + real.substr(realRoot.size());
             return true;
         }
     }
     top = path;
+    update.newRoots.push_back(real);
     if (!BeginBatch(update)) {
         return false;
     }
@@ -526,8 +589,7 @@ bool AddRoot(Update &update, const std::string &path, std::string &top) {
     }
     for (ArchiveFolder &folder : update.folders) {
         const bool isRoot = folder.path == path;
-        const bool liesIn = folder.root && IsInArchiveFolder(RealFolder(folder.path), real);
-        if (isRoot != folder.root && (isRoot || liesIn)) {
+        if (isRoot != folder.root && (isRoot || IsPartOf(folder.path, real))) {
             folder.root = isRoot;
             if (!PutArchiveFolder(update.store, folder, update.error)) {
                 return false;

@@ -37,10 +37,11 @@ struct UpdateCalls {
     std::function<void(const std::string &path, const std::string &reason)> tell;
 };
 
-// Adds folders (made absolute; one that lies in another one is that one's part) and looks through
-// them; UpdateArchive looks through all that are there. A folder that is gone (a disk that is not
-// plugged in) keeps its files, which is told. Whole files are committed a batch at a time: an end
-// at any moment leaves a whole archive.
+// Adds folders (made absolute; one that lies in another one is that one's part, unless it is hidden
+// there, or is not there now) and looks through them; UpdateArchive looks through all that are
+// there. A folder that is gone (a disk that is not plugged in) keeps its files, which is told; so
+// does an empty one below, if nothing was taken out of it since its files stood there. Whole files
+// are committed a batch at a time: an end at any moment leaves a whole archive.
 UpdateReport AddToArchive(ArchiveStore &store, std::span<const std::string> folders,
                           const UpdateCalls &calls, ArchiveError &error);
 UpdateReport UpdateArchive(ArchiveStore &store, const UpdateCalls &calls, ArchiveError &error);

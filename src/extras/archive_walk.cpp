@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 
 namespace tonewright {
@@ -24,13 +25,6 @@ std::size_t HashOf(std::int64_t folder, std::string_view name) {
 
 bool IsKnown(const FileKey &key) {
     return key.number != 0;
-}
-
-// A path without links in it; as it is when it leads nowhere.
-std::string RealPath(const std::string &path) {
-    std::error_code error;
-    const std::filesystem::path real = std::filesystem::canonical(PathOfUtf8(path), error);
-    return error ? path : ArchiveFolderPath(Utf8OfPath(real));
 }
 
 void Tell(ArchiveWalk &walk, const std::string &path, const std::string &reason) {
@@ -123,16 +117,31 @@ std::size_t ListOne(ArchiveWalk &walk, const std::string &path, std::vector<std:
     return entries;
 }
 
-// Whether the archive knows files in a folder or below.
-bool HasKnownFiles(const ArchiveWalk &walk, const std::string &folder) {
+// Whether the archive knows files in a folder or below, which were made, or got their names there,
+// after a time.
+bool HasKnownFiles(const ArchiveWalk &walk, const std::string &folder,
+                   std::int64_t after = std::numeric_limits<std::int64_t>::min()) {
     std::set<std::int64_t> ids;
-    for (const auto &[path, id] : walk.folderIds) {
-        if (IsInArchiveFolder(path, folder)) {
-            ids.insert(id);
-        }
+    if (const auto itself = walk.folderIds.find(folder); itself != walk.folderIds.end()) {
+        ids.insert(itself->second);
     }
-    return std::ranges::any_of(walk.known.files,
-                               [&ids](const KnownFile &file) { return ids.contains(file.folder); });
+    const std::string below = folder + '/';
+    for (auto at = walk.folderIds.lower_bound(below);
+         at != walk.folderIds.end() && at->first.starts_with(below); ++at) {
+        ids.insert(at->second);
+    }
+    return !ids.empty() && std::ranges::any_of(walk.known.files, [&ids,
+                                                                  after](const KnownFile &file) {
+        return ids.contains(file.folder) && std::max(file.state.changed, file.state.status) > after;
+    });
+}
+
+// Whether an empty folder is the place where a disk that is not plugged in would stand. Below the
+// one that was added it is so when nothing has changed in it since its files were there: what is
+// taken out of a folder changes the time of it.
+bool IsPlaceOfDisk(const ArchiveWalk &walk, const std::string &path, bool isTop,
+                   const FileState &state) {
+    return isTop ? HasKnownFiles(walk, path) : HasKnownFiles(walk, path, state.changed);
 }
 
 // A folder and all below it, but for what links lead to.
@@ -153,8 +162,7 @@ void WalkBelow(ArchiveWalk &walk, const std::string &top) {
         const std::size_t entries = ListOne(walk, path, waiting, reason);
         if (reason != 0 && reason != ENOENT) {
             Keep(walk, path, std::strerror(reason));
-        } else if (path == top && entries == 0 && HasKnownFiles(walk, path)) {
-            // The place where a disk that is not plugged in would stand.
+        } else if (entries == 0 && IsPlaceOfDisk(walk, path, path == top, target->state)) {
             Keep(walk, path, Emptied);
         }
     }
@@ -177,7 +185,7 @@ void WalkTree(ArchiveWalk &walk, const std::string &top) {
 // Whether what a link leads to is looked through when its own turn comes.
 bool IsElsewhere(const ArchiveWalk &walk, const std::string &real) {
     return std::ranges::any_of(
-        walk.elsewhere, [&real](const std::string &root) { return IsInArchiveFolder(real, root); });
+        walk.elsewhere, [&real](const std::string &root) { return IsReachedFrom(root, real); });
 }
 
 // What a link leads to, if it is a folder to which no other path has led. One to a file waits.
@@ -279,9 +287,26 @@ std::string_view KnownFiles::NameOf(const KnownFile &file) const {
     return std::string_view(names).substr(file.name, file.nameSize);
 }
 
+std::string RealPath(const std::string &path) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(PathOfUtf8(path), error);
+    return error ? path : ArchiveFolderPath(Utf8OfPath(real));
+}
+
 std::string RealFolder(const std::string &path) {
     const std::string real = RealPath(path + '/');
     return real == path + '/' ? path : real;
+}
+
+bool IsReachedFrom(std::string_view folder, std::string_view path) {
+    bool reached = IsInArchiveFolder(path, folder);
+    for (std::size_t end = folder.size(); reached && end < path.size();) {
+        const std::size_t begin = end + 1;
+        end = std::min(path.find('/', begin), path.size());
+        reached =
+            !IsHidden(path.substr(begin, end - begin)) && !IsSystemFolder(path.substr(0, end));
+    }
+    return reached;
 }
 
 void WalkFolders(ArchiveWalk &walk, std::vector<std::string> roots) {

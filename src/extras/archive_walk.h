@@ -7,10 +7,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace tonewright {
@@ -60,9 +60,9 @@ struct FileAhead {
 struct ArchiveWalk {
     // Filled in before.
     KnownFiles known;
-    std::unordered_map<std::string, std::int64_t> folderIds; // by path
+    std::map<std::string, std::int64_t> folderIds; // by path
     std::vector<std::string> elsewhere; // real paths of folders that were added and are not looked
-                                        // through now: links into them are left alone
+                                        // through now: links to what they reach are left alone
     std::function<bool(std::uint64_t found, const std::string &folder)> goOn;
     std::function<void(const std::string &path, const std::string &reason)> tell;
 
@@ -86,8 +86,12 @@ struct ArchiveWalk {
     std::vector<FileKey> fileKeys;
 };
 
-// The path of a folder without links in it; as it is when it leads nowhere.
+// The path of a file or folder without links in it; as it is when it leads nowhere.
+std::string RealPath(const std::string &path);
 std::string RealFolder(const std::string &path);
+// Whether looking through a folder reaches a path, both without links: not where a part of it on
+// the way is hidden, or the system's own.
+bool IsReachedFrom(std::string_view folder, std::string_view path);
 // Walks through these folders and all below them, following links, each folder once.
 void WalkFolders(ArchiveWalk &walk, std::vector<std::string> roots);
 // Whether a folder, or one that it stands in, was kept.

@@ -452,12 +452,15 @@ void UpdateArchiveFolders(ArchiveWindow &window) {
 void ForgetArchiveFolder(ArchiveWindow &window, const std::string &path) {
     BeginUpdate(
         window,
-        [path](ArchiveStore &store, const UpdateCalls &, Updated &updated) {
-            if (!ForgetFolder(store, path, updated.error) && !updated.error) {
-                updated.error.text = "The folder is not in the archive any more.";
+        [path](ArchiveStore &store, const UpdateCalls &calls, Updated &updated) {
+            bool goesOn = true;
+            const auto goOn = [&] { return goesOn = calls.progress({}); };
+            if (!ForgetFolder(store, path, updated.error, goOn) && !updated.error) {
+                updated.error.text = goesOn ? "The folder is not in the archive any more."
+                                            : "Cancelled; the archive still holds the folder.";
             }
         },
-        "The archive has forgotten " + path + "; its files are where they were.");
+        "The archive has forgotten " + ArchiveRootText(path) + "; its files are where they were.");
 }
 
 void CancelArchiveUpdate(ArchiveWindow &window) {
@@ -494,19 +497,31 @@ std::string ArchiveCellText(const ArchiveIndex &index, ArchiveHit hit, ArchiveCo
     return "";
 }
 
+std::string ArchiveRootText(const std::string &path) {
+    return path.empty() ? "/" : path;
+}
+
 std::vector<ArchiveFolderChoice> ArchiveFolderChoices(const std::vector<ArchiveFolder> &folders) {
     for (int steps = MostStepsShown;; --steps) {
         std::vector<ArchiveFolderChoice> choices;
-        std::string root;
+        struct Root {
+            std::string path, last; // the last choice below it
+        };
+        std::vector<Root> around; // folders that were added, in which the present one stands
         for (const ArchiveFolder &one : folders) {
+            while (!around.empty() && !IsInArchiveFolder(one.path, around.back().path)) {
+                around.pop_back();
+            }
             if (one.root) {
-                root = one.path;
-                choices.push_back({.path = root, .text = root});
-            } else if (steps > 0 && !root.empty() && IsInArchiveFolder(one.path, root)) {
-                const std::string path = UpperFolder(one.path, root.size(), steps);
-                if (choices.back().path != path) {
+                around.push_back({one.path, ""});
+                choices.push_back({.path = one.path, .text = ArchiveRootText(one.path)});
+            } else if (steps > 0 && !around.empty()) {
+                Root &root = around.back();
+                const std::string path = UpperFolder(one.path, root.path.size(), steps);
+                if (root.last != path) {
+                    root.last = path;
                     choices.push_back(
-                        {.path = path, .text = "    " + path.substr(root.size() + 1)});
+                        {.path = path, .text = "    " + path.substr(root.path.size() + 1)});
                 }
             }
         }

@@ -99,6 +99,8 @@ void CancelArchiveUpdate(ArchiveWindow &window);
 // ---- in words, UTF-8
 
 std::string ArchiveInstrumentText(std::uint8_t family);
+// A folder that the user has added; the archive calls the root of all by no letter.
+std::string ArchiveRootText(const std::string &path);
 std::string ArchiveCellText(const ArchiveIndex &index, ArchiveHit hit, ArchiveColumn column);
 // The folders to choose from: those that the user has added, and below each the folders with files;
 // where that were more than MostFoldersShown, only the upper ones, as many steps down as there is

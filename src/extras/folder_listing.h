@@ -37,7 +37,8 @@ struct FolderEntry {
 
 // Lists a folder in the order that the system has, without the entries for itself and the one
 // above. `path` ends in no separator; that of the root of a file system is empty there. visit()
-// ends it with false. 0, or the errno of why it could not be listed, or not to its end.
+// ends it with false. 0, or the errno of why it could not be listed, or not to its end, or why one
+// of its entries, which is left out, could not be looked at.
 int ListFolder(const std::string &path, const std::function<bool(const FolderEntry &)> &visit);
 
 // What a path leads to, behind links. Nothing, the reason in errno, when it leads nowhere.

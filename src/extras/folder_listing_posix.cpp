@@ -64,11 +64,12 @@ int ListFolder(const std::string &path, const std::function<bool(const FolderEnt
         close(descriptor);
         return reason;
     }
+    int reason = 0;
     for (;;) {
         errno = 0;
         const dirent *listed = readdir(folder.get());
         if (!listed) {
-            return errno;
+            return errno != 0 ? errno : reason;
         }
         FolderEntry entry{.name = listed->d_name, .state = {}, .key = {}};
         if (entry.name == "." || entry.name == "..") {
@@ -79,10 +80,10 @@ int ListFolder(const std::string &path, const std::function<bool(const FolderEnt
         if (unknown || entry.kind == EntryKind::File) {
             struct stat status;
             if (fstatat(descriptor, listed->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
-                if (errno == ENOENT) {
-                    continue; // removed meanwhile
+                if (errno != ENOENT) { // else removed meanwhile
+                    reason = errno;
                 }
-                return errno;
+                continue;
             }
             entry.kind = KindOf(status.st_mode);
             entry.state = StateOf(status);

@@ -201,6 +201,32 @@ TEST_F(ArchiveObstacles, LinksIntoAddedFoldersAreLeftAlone) {
     EXPECT_EQ(Files(), expected);
 }
 
+TEST_F(ArchiveObstacles, WhatLinksHaveLedToGoesOverToTheFolderThatIsAdded) {
+    Put("banks/one.syx", NumberedBank(1));
+    Put("banks/below/two.syx", NumberedBank(2));
+    Put("other/three.syx", NumberedBank(3));
+    Link("other/link", "../banks/below");
+    Link("other/link.syx", "../banks/one.syx");
+    EXPECT_EQ(Add({"other"}).files, 3u);
+    const UpdateReport report = Add({"banks"});
+    EXPECT_EQ(report.files, 3u);
+    EXPECT_EQ(report.moved, 2u);
+    const Strings expected = {"banks/below/two.syx", "banks/one.syx", "other/three.syx"};
+    EXPECT_EQ(Files(), expected);
+    EXPECT_EQ(Update().unchanged, 3u);
+    EXPECT_EQ(Files(), expected);
+}
+
+TEST_F(ArchiveObstacles, LinksIntoWhatIsHiddenInAnAddedFolderAreFollowed) {
+    Put("banks/.hidden/one.syx", NumberedBank(1));
+    Put("other/two.syx", NumberedBank(2));
+    Link("other/link", "../banks/.hidden");
+    Add({"banks"});
+    EXPECT_EQ(Add({"other"}).files, 2u);
+    EXPECT_EQ(Files(), (Strings{"other/link/one.syx", "other/two.syx"}));
+    EXPECT_EQ(Update().gone, 0u);
+}
+
 TEST_F(ArchiveObstacles, NamesNeedNotBeText) {
     const std::string name = "\xFF\xFE\x80 bank\n.syx";
     Put("banks/\xC3/" + name, NumberedBank(1));
@@ -303,6 +329,24 @@ TEST_F(ArchiveObstacles, WhatMayNotBeReadIsToldAndTheRestIsRead) {
     EXPECT_EQ(report.failed, 0u);
     EXPECT_EQ(report.unchanged, 5u);
     EXPECT_EQ(Sound(), ContentsOfFolder(banks));
+}
+
+TEST_F(ArchiveObstacles, WhatStandsBehindAFileThatCannotBeLookedAtIsSeen) {
+    std::vector<Permissions> permissions;
+    Strings reasons = {"banks: Permission denied"};
+    for (int number = 0; number < 8; ++number) { // in whatever order the system lists them
+        const std::string name = "banks/" + std::to_string(number);
+        Put(name + ".syx", NumberedBank(number));
+        Put(name + "/bank.syx", NumberedBank(number));
+        reasons.push_back(name + reasons[0].substr(5));
+    }
+    permissions.push_back({folder.File("banks"), 0400}); // its names may be read, and no more
+    RunUnprivileged(permissions, [&] {
+        Add({"banks"});
+        std::ranges::sort(told);
+        std::ranges::sort(reasons);
+        EXPECT_EQ(told, reasons);
+    });
 }
 
 TEST_F(ArchiveObstacles, AFileOfFourGigabytesIsPassedOver) {

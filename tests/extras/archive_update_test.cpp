@@ -387,6 +387,80 @@ TEST_F(ArchiveUpdateTest, HiddenFilesAndFoldersAreLeftOut) {
     EXPECT_EQ(Add({".hidden"}).files, 9u) << "unless the user names it";
 }
 
+TEST_F(ArchiveUpdateTest, AHiddenFolderThatWasAddedStaysOneOfItsOwn) {
+    Put("banks/one.syx", NumberedBank(1));
+    Put("banks/.hidden/below/two.syx", NumberedBank(2));
+    const Strings both = {"banks", "banks/.hidden"};
+    for (const bool hiddenFirst : {false, true}) {
+        Add({hiddenFirst ? "banks/.hidden" : "banks"});
+        EXPECT_EQ(Add({hiddenFirst ? "banks" : "banks/.hidden"}).files, 2u);
+        Strings roots = Roots();
+        std::ranges::sort(roots);
+        EXPECT_EQ(roots, both);
+        EXPECT_EQ(Update().gone, 0u);
+        EXPECT_EQ(Add({"banks"}).gone, 0u) << "what was added by itself is not looked for";
+        EXPECT_EQ(Contents().size(), 2u);
+        EXPECT_EQ(Add({"banks/.hidden/below"}).files, 2u);
+        EXPECT_EQ(Roots().size(), 2u);
+
+        // Each is forgotten by itself.
+        EXPECT_TRUE(ForgetFolder(*store, folder.File("banks"), error));
+        EXPECT_EQ(Roots(), Strings{"banks/.hidden"});
+        EXPECT_EQ(Contents().size(), 1u);
+        EXPECT_TRUE(ForgetFolder(*store, folder.File("banks/.hidden"), error));
+    }
+}
+
+TEST_F(ArchiveUpdateTest, AnAddedFolderThatIsNotThereStaysWhenTheOneAroundItIsAdded) {
+    Put("media/disk/one.syx", NumberedBank(1));
+    Put("media/two.syx", NumberedBank(2));
+    Add({"media/disk"});
+    LetTimePass();
+    const std::string away = "media/disk: The folder is not there. What the archive knows of it is "
+                             "kept.";
+    fs::rename(folder.path / "media/disk", folder.path / "pulled out");
+    EXPECT_EQ(Add({"media"}).gone, 0u);
+    EXPECT_EQ(Roots().size(), 2u);
+    UpdateReport report = Update();
+    EXPECT_EQ(report.gone, 0u);
+    EXPECT_EQ(told, Strings{away});
+    EXPECT_EQ(Contents().size(), 2u);
+    fs::create_directory(folder.path / "media/disk"); // where it is to stand
+    EXPECT_EQ(Add({"media"}).gone, 0u);
+    EXPECT_EQ(Roots().size(), 2u);
+    fs::remove(folder.path / "media/disk");
+    fs::rename(folder.path / "pulled out", folder.path / "media/disk");
+    report = Update();
+    EXPECT_EQ(told, Strings());
+    EXPECT_EQ(report.files, 2u);
+    EXPECT_EQ(report.added + report.gone + report.moved, 0u);
+}
+
+TEST_F(ArchiveUpdateTest, AnEmptyFolderFromWhichNothingWasTakenKeepsItsFiles) {
+    Put("banks/disk/below/one.syx", NumberedBank(1));
+    Put("banks/two.syx", NumberedBank(2));
+    Add({"banks"});
+    // A disk is not plugged in where it stands.
+    fs::rename(folder.path / "banks/disk", folder.path / "pulled out");
+    fs::create_directory(folder.path / "banks/disk");
+    fs::last_write_time(folder.path / "banks/disk",
+                        fs::file_time_type::clock::now() - std::chrono::hours(1));
+    UpdateReport report = Update();
+    EXPECT_EQ(report.gone, 0u);
+    EXPECT_EQ(report.failed, 1u);
+    EXPECT_EQ(told,
+              Strings{"banks/disk: The folder is empty. What the archive knows of it is kept."});
+    EXPECT_EQ(Contents().size(), 2u);
+    fs::remove(folder.path / "banks/disk");
+    fs::rename(folder.path / "pulled out", folder.path / "banks/disk");
+    EXPECT_EQ(Update().failed, 0u);
+    // The files are taken out of it.
+    fs::remove_all(folder.path / "banks/disk/below");
+    report = Update();
+    EXPECT_EQ(report.gone, 1u);
+    EXPECT_EQ(told, Strings());
+}
+
 TEST_F(ArchiveUpdateTest, FilesOfOtherKindsAreNotRead) {
     DumpBytes bank = NumberedBank(1);
     DumpBytes sound = TextBytes("RIFF....WAVE");
@@ -445,7 +519,9 @@ TEST_F(ArchiveUpdateTest, AFileWithVeryManyVoicesIsKeptInPieces) {
     EXPECT_EQ(report.voices, 128'064u);
     EXPECT_EQ(Contents(), ContentsOfFolder(banks));
 
-    // Cancelled near its end, it is read anew the next time.
+    // Cancelled near its end, it stays as it is known, and is read the next time.
+    many += NumberedBank(6);
+    const ArchiveContents former = Contents();
     Put("banks/many.syx", many);
     int asked = 0;
     calls.progress = [&](const UpdateProgress &) {
@@ -454,11 +530,11 @@ TEST_F(ArchiveUpdateTest, AFileWithVeryManyVoicesIsKeptInPieces) {
     };
     report = Update();
     EXPECT_TRUE(report.cancelled);
-    EXPECT_EQ(report.voices, 32u);
-    EXPECT_EQ(Contents().size(), 1u);
+    EXPECT_EQ(report.voices, 128'064u);
+    EXPECT_EQ(Contents(), former);
     calls.progress = {};
     report = Update();
-    EXPECT_EQ(report.voices, 128'064u);
+    EXPECT_EQ(report.voices, 128'096u);
     EXPECT_EQ(Contents(), ContentsOfFolder(banks));
 }
 

@@ -621,16 +621,16 @@ private:
         menu->setAttribute(Qt::WA_DeleteOnClose);
         for (const ArchiveFolder &one : state.folders) {
             if (one.root) {
-                menu->addAction(Text(one.path).replace("&", "&&"), this, [this, path = one.path] {
-                    Later([this, path] { ForgetFolderNow(path); });
-                });
+                menu->addAction(
+                    Text(ArchiveRootText(one.path)).replace("&", "&&"), this,
+                    [this, path = one.path] { Later([this, path] { ForgetFolderNow(path); }); });
             }
         }
         menu->popup(forget->mapToGlobal(QPoint(0, forget->height())));
     }
 
     void ForgetFolderNow(const std::string &path) {
-        if (AskYesNo(this, "Shall the archive forget this folder?\n\n" + path +
+        if (AskYesNo(this, "Shall the archive forget this folder?\n\n" + ArchiveRootText(path) +
                                "\n\nIts files stay as they are.") == ResultYes) {
             ForgetArchiveFolder(state, path);
         }
