@@ -63,14 +63,7 @@ bool MayBeTaken(QWidget *owner, std::span<const KeptVoice> voices) {
                            "one. Please select those of one instrument.");
         return false;
     }
-    const auto high = static_cast<std::uint64_t>(std::ranges::count_if(
-        voices, [](const KeptVoice &voice) { return HighBytesOf(voice.Voice()) != 0; }));
-    return high == 0 ||
-           AskYesNo(owner, (high == 1 ? "One of these voices has"
-                                      : Number(high) + " of these voices have") +
-                               std::string(" bytes above 7F, which no instrument sends or takes. "
-                                           "The file is probably damaged there.\n\nDo you wish to "
-                                           "take them all the same?")) == ResultYes;
+    return MayTakeHighBytes(owner, voices);
 }
 
 } // namespace

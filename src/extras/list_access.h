@@ -41,4 +41,8 @@ struct ListAccess {
 };
 extern ListAccess TheListAccess;
 
+// Asks about bytes above 7F, as a damaged file may have them, before voices are put into the list
+// or made a bank. False: the user does not want them. True without a question where there are none.
+bool MayTakeHighBytes(QWidget *owner, std::span<const KeptVoice> voices);
+
 } // namespace tonewright

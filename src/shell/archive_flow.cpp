@@ -28,6 +28,9 @@ void DropArchiveVoices(int row, const std::vector<std::uint8_t> &parcel) {
             put.push_back(voice);
         }
     }
+    if (!MayTakeHighBytes(TheShellWindow.window, put)) {
+        return;
+    }
     const int count = TheListAccess.PutVoices(TheShellWindow.window, row, put);
     if (count >= 0 && static_cast<std::size_t>(count) < put.size()) {
         ShowMessage(TheShellWindow.window,

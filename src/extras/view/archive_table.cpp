@@ -312,55 +312,65 @@ void ArchiveTable::MeasureColumns() {
 }
 
 void ArchiveTable::Show(std::shared_ptr<const ArchiveIndex> index, ArchiveHits hits) {
-    std::vector<VoiceIdentity> identities;
-    std::optional<VoiceIdentity> current;
-    if (rows->Index()) {
-        for (const ArchiveHit &hit : SelectedHits(MostKept)) {
-            identities.push_back(VoiceInfo(*rows->Index(), hit.voice).identity);
-        }
-        if (const auto hit = CurrentHit()) {
-            current = VoiceInfo(*rows->Index(), hit->voice).identity;
-        }
+    const std::shared_ptr<const ArchiveIndex> former = rows->Index();
+    if (index == former && hits == rows->Hits()) {
+        return;
     }
+    const std::vector<ArchiveHit> selected = SelectedHits(MostKept);
+    const std::optional<ArchiveHit> current = CurrentHit();
+    const bool goesToCurrent = index == former;
     showing = true;
+    setAutoScroll(false); // a row that becomes the current one again
     rows->Show(std::move(index), std::move(hits));
-    SelectAgain(identities, current);
+    if (former && rows->Index()) {
+        SelectAgain(*former, selected, current);
+    }
+    setAutoScroll(true);
+    if (goesToCurrent && currentIndex().isValid()) {
+        scrollTo(currentIndex());
+    }
     showing = false;
     Tell(owner.selectionChanged);
     Tell(owner.lookedAt);
 }
 
-void ArchiveTable::SelectAgain(const std::vector<VoiceIdentity> &identities,
-                               std::optional<VoiceIdentity> current) {
-    const ArchiveIndex *index = rows->Index();
-    if (!index || (identities.empty() && !current)) {
+// `former`: the archive of the hits.
+void ArchiveTable::SelectAgain(const ArchiveIndex &former, const std::vector<ArchiveHit> &selected,
+                               std::optional<ArchiveHit> current) {
+    const ArchiveIndex &index = *rows->Index();
+    if (selected.empty() && !current) {
         return;
     }
-    std::vector<bool> wanted(VoiceCount(*index));
-    const auto numberOf = [index](VoiceIdentity identity) {
-        return VoiceOfIdentity(*index, identity);
+    std::vector<bool> wanted(VoiceCount(index));
+    const auto numberOf = [&](ArchiveHit hit) {
+        return VoiceOfIdentity(index, VoiceInfo(former, hit.voice).identity);
     };
-    for (const VoiceIdentity identity : identities) {
-        if (const auto voice = numberOf(identity)) {
+    for (const ArchiveHit &hit : selected) {
+        if (const auto voice = numberOf(hit)) {
             wanted[*voice] = true;
         }
     }
+    // Of rows of the same voice.
+    const auto isPlaceOf = [&](ArchiveHit now, ArchiveHit then) {
+        const ArchivePlaceInfo one = PlaceInfo(index, now.place);
+        const ArchivePlaceInfo other = PlaceInfo(former, then.place);
+        return one.place == other.place && one.path == other.path;
+    };
     const auto currentVoice = current ? numberOf(*current) : std::nullopt;
-    QItemSelection selected;
+    QItemSelection again;
     const int last = rows->columnCount() - 1;
     for (int row = 0; row < rows->rowCount(); ++row) {
-        const ArchiveVoiceNumber voice = rows->HitAt(row)->voice;
-        if (wanted[voice]) {
-            selected.append(QItemSelectionRange(rows->index(row, 0), rows->index(row, last)));
+        const ArchiveHit hit = *rows->HitAt(row);
+        if (wanted[hit.voice] &&
+            (!owner.rowsArePlaces ||
+             std::ranges::any_of(selected, [&](ArchiveHit one) { return isPlaceOf(hit, one); }))) {
+            again.append(QItemSelectionRange(rows->index(row, 0), rows->index(row, last)));
         }
-        if (voice == currentVoice) {
+        if (hit.voice == currentVoice && (!owner.rowsArePlaces || isPlaceOf(hit, *current))) {
             selectionModel()->setCurrentIndex(rows->index(row, 0), QItemSelectionModel::NoUpdate);
         }
     }
-    selectionModel()->select(selected, QItemSelectionModel::ClearAndSelect);
-    if (currentIndex().isValid()) {
-        scrollTo(currentIndex());
-    }
+    selectionModel()->select(again, QItemSelectionModel::ClearAndSelect);
 }
 
 void ArchiveTable::ShowOrder(ArchiveColumn column, bool descending) {

@@ -7,6 +7,7 @@
 #include <QTableView>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -17,6 +18,7 @@ namespace tonewright {
 // What a table shows, and whom it tells. What is empty is not called.
 struct ArchiveTableOwner {
     std::span<const ArchiveColumn> columns;
+    bool rowsArePlaces = false; // of one voice; else each row is another voice
     std::function<std::string(const std::string &path)> folder = {}; // of a file, as it is shown
     std::function<void()> chosen = {};             // Return or a double click: the selected voices
     std::function<void(ArchiveHit)> audition = {}; // the middle button on a row, or the space bar
@@ -40,7 +42,8 @@ public:
 
     void Show(std::shared_ptr<const ArchiveIndex> index, ArchiveHits hits);
 
-    const ArchiveIndex *Index() const { return archive.get(); }
+    const std::shared_ptr<const ArchiveIndex> &Index() const { return archive; }
+    const ArchiveHits &Hits() const { return hits; }
     std::optional<ArchiveHit> HitAt(int row) const;
     ArchiveColumn ColumnAt(int column) const { return columns[static_cast<std::size_t>(column)]; }
 
@@ -61,12 +64,14 @@ class ArchiveTable : public QTableView {
 public:
     ArchiveTable(ArchiveTableOwner owner, QWidget *parent);
 
-    // Shows other hits; the voices that were selected stay selected where they are among them.
+    // Shows other hits; what was selected stays selected where it is among them. Those of another
+    // archive leave what is in sight where it is; others bring the current row into sight.
     void Show(std::shared_ptr<const ArchiveIndex> index, ArchiveHits hits);
     void ShowOrder(ArchiveColumn column, bool descending);
 
-    // At most `most` of the selected ones, from the top.
-    std::vector<ArchiveHit> SelectedHits(std::size_t most) const;
+    // From the top, at most `most`.
+    std::vector<ArchiveHit>
+    SelectedHits(std::size_t most = std::numeric_limits<std::size_t>::max()) const;
     std::size_t SelectedCount() const;
     std::optional<ArchiveHit> CurrentHit() const;
     void TakeKeyboard();
@@ -85,8 +90,8 @@ protected:
 private:
     void MeasureColumns();
     void Audition(const QModelIndex &cell);
-    void SelectAgain(const std::vector<VoiceIdentity> &identities,
-                     std::optional<VoiceIdentity> current);
+    void SelectAgain(const ArchiveIndex &former, const std::vector<ArchiveHit> &selected,
+                     std::optional<ArchiveHit> current);
 
     const ArchiveTableOwner owner;
     ArchiveRows *rows;   // a child

@@ -43,7 +43,6 @@ constexpr int ProgramIcon = 103;
 constexpr int FollowMilliseconds = 1000;
 // How long a row stays the current one until what is similar is looked for.
 constexpr int LookMilliseconds = 120;
-constexpr std::size_t MostDragged = 33; // one more than a bank, so that the refusal counts
 constexpr std::size_t MostFailuresTold = 15;
 
 // Pixels.
@@ -173,6 +172,7 @@ private:
                             std::span<const ArchiveColumn> columns, ArchiveTable *&variable) {
         variable = Table(name, words,
                          {.columns = columns,
+                          .rowsArePlaces = &variable == &places,
                           .chosen = [this, &variable] { PutLater(variable); },
                           .selectionChanged = [this] { ShowSelection(); },
                           .menu = [this, &variable](QPoint at) { ShowMenu(variable, at); },
@@ -469,10 +469,9 @@ private:
 
     void ShowState() {
         if (std::exchange(shownVersion, state.version) != state.version) {
-            const std::vector<std::string> former = shownFolders;
             FillFolders();
-            if (shownFolders != former) {
-                FollowFilters(); // the folder may be gone
+            if (FolderOf(folder->currentIndex()) != state.query.folder) {
+                FollowFilters(); // the folder is gone
             }
         } else if (state.hits->empty()) {
             empty->setText(Text(ArchiveEmptyText(state)));
@@ -562,9 +561,10 @@ private:
     }
 
     void PutLater(const ArchiveTable *from) {
-        WithVoicesLater(from->SelectedHits(MostDragged),
+        WithVoicesLater(from->SelectedHits(),
                         [this](const std::vector<KeptVoice> &voices, const Hits &) {
-                            if (TheListAccess.PutVoices && TheListAccess.SelectedRow) {
+                            if (TheListAccess.PutVoices && TheListAccess.SelectedRow &&
+                                MayTakeHighBytes(this, voices)) {
                                 const int row = TheListAccess.SelectedRow();
                                 TellPut(TheListAccess.PutVoices(this, row, voices), voices.size());
                             }
@@ -579,9 +579,9 @@ private:
 
     void NewBankLater(const ArchiveTable *from) {
         WithVoicesLater(
-            from->SelectedHits(MostDragged),
+            from->SelectedHits(),
             [this, index = state.index](const std::vector<KeptVoice> &voices, const Hits &hits) {
-                if (TheListAccess.NewBank) {
+                if (TheListAccess.NewBank && MayTakeHighBytes(this, voices)) {
                     TheListAccess.NewBank(this, voices, ArchiveSourceText(*index, hits));
                 }
             });
@@ -596,7 +596,7 @@ private:
     }
 
     QByteArray ParcelOf(const ArchiveTable *from) {
-        const Hits hits = from->SelectedHits(MostDragged);
+        const Hits hits = from->SelectedHits();
         const ArchiveVoices read = Read(hits);
         if (!read.error.empty()) {
             Later([this, error = read.error] { ShowMessage(this, error); });
@@ -718,6 +718,7 @@ void ShowArchiveWindow() {
         TheArchiveDialog = new ArchiveDialog;
         TheArchiveDialog->setAttribute(Qt::WA_DeleteOnClose);
     }
+    TheArchiveDialog->setWindowState(TheArchiveDialog->windowState() & ~Qt::WindowMinimized);
     TheArchiveDialog->show();
     TheArchiveDialog->raise();
     TheArchiveDialog->activateWindow();

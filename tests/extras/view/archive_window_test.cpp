@@ -28,6 +28,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -113,6 +114,17 @@ protected:
         MakeArchive();
         Open();
         ASSERT_TRUE(WaitForRows());
+    }
+    // Another program adds a folder with a bank of voices of its own.
+    void AddBankFromElsewhere() {
+        fs::create_directory(files.path / "other");
+        WriteTestFile(files.File("other/one.syx"), NumberedBank(7));
+        ArchiveError error;
+        const auto store = OpenArchive(ArchivePath(), ArchiveUse::Write, error);
+        ASSERT_TRUE(store) << error.text;
+        const std::string other = files.File("other");
+        AddToArchive(*store, {&other, 1}, {}, error);
+        ASSERT_FALSE(error) << error.text;
     }
     bool WaitForRows() {
         return QTest::qWaitFor([this] { return Rows() > 0; });
@@ -383,13 +395,15 @@ TEST_F(ArchiveWindowView, WhatWaitedIsDroppedWhenTheWindowHasGone) {
 
 TEST_F(ArchiveWindowView, MoreVoicesThanABankAreRefusedInWords) {
     WriteTestFile(files.File("banks/more.syx"), NumberedBank(1));
+    WriteTestFile(files.File("banks/most.syx"), NumberedBank(2));
     OpenFilled();
     table->setFocus();
     table->selectAll();
+    EXPECT_EQ(Label("count"), "96 voices, found at 96 places; 96 selected");
     Key(Qt::Key_Return);
-    ExpectMessageAtPosted("A bank holds 32 voices, and 33 are selected. Select fewer of them.");
+    ExpectMessageAtPosted("A bank holds 32 voices, and 96 are selected. Select fewer of them.");
     Click(Button("newBank"));
-    ExpectMessageAtPosted("A bank holds 32 voices, and 33 are selected. Select fewer of them.");
+    ExpectMessageAtPosted("A bank holds 32 voices, and 96 are selected. Select fewer of them.");
     EXPECT_TRUE(put.empty());
     EXPECT_TRUE(banks.empty());
 }
@@ -641,17 +655,85 @@ TEST_F(ArchiveWindowView, ADamagedArchiveIsToldInTheWindow) {
 TEST_F(ArchiveWindowView, WhatAnotherProgramAddsComesByItself) {
     OpenFilled();
     ClickRow(31);
-    fs::create_directory(files.path / "other");
-    WriteTestFile(files.File("other/one.syx"), NumberedBank(7));
-    ArchiveError error;
-    const auto store = OpenArchive(ArchivePath(), ArchiveUse::Write, error);
-    const std::string other = files.File("other");
-    AddToArchive(*store, {&other, 1}, {}, error);
-    ASSERT_FALSE(error) << error.text;
+    AddBankFromElsewhere();
     ASSERT_TRUE(QTest::qWaitFor([this] { return Rows() == 64; }, 20000));
     EXPECT_EQ(Part<QComboBox>("folder")->count(), 3);
     ASSERT_EQ(table->selectionModel()->selectedRows().size(), 1);
     EXPECT_EQ(table->selectionModel()->selectedRows()[0].data(), "VOICE 32");
+}
+
+TEST_F(ArchiveWindowView, OfThePlacesOfAVoiceTheSelectedOneStaysSelectedAlone) {
+    WriteTestFile(files.File("banks/second.syx"), TestBank());
+    WriteTestFile(files.File("banks/third.syx"), TestBank());
+    OpenFilled();
+    ClickRow(4);
+    auto *places = Part<QTableView>("places"), *similar = Part<QTableView>("similar");
+    ASSERT_EQ(QTest::qWaitFor([&] { return similar->model()->rowCount() == 31; }), true);
+    ASSERT_EQ(places->model()->rowCount(), 3);
+    places->setFocus();
+    places->selectRow(1);
+    AddBankFromElsewhere();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Rows() == 64; }, 20000));
+    ASSERT_EQ(places->selectionModel()->selectedRows().size(), 1);
+    EXPECT_EQ(places->selectionModel()->selectedRows()[0].row(), 1);
+    EXPECT_EQ(places->currentIndex().row(), 1);
+    Key(Qt::Key_Return);
+    RunPosted();
+    EXPECT_EQ(put, std::vector<Strings>{{"VOICE 05"}});
+}
+
+TEST_F(ArchiveWindowView, WhatIsAddedElsewhereLeavesTheRowsInSightWhereTheyAre) {
+    OpenFilled();
+    ClickRow(0);
+    QScrollBar *bar = table->verticalScrollBar();
+    ASSERT_GT(bar->maximum(), 0);
+    bar->setValue(bar->maximum());
+    const int value = bar->value();
+    AddBankFromElsewhere();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Rows() == 64; }, 20000));
+    QTest::qWait(50); // a layout may wait
+    EXPECT_EQ(bar->value(), value);
+    EXPECT_EQ(table->currentIndex().data(), "VOICE 01");
+    // Who types goes where the voice is.
+    search->setFocus();
+    Type("v");
+    EXPECT_EQ(bar->value(), table->currentIndex().row());
+}
+
+TEST_F(ArchiveWindowView, BytesThatNoInstrumentTakesAreAskedAbout) {
+    auto bank = TestBank();
+    bank[TestBankVoiceOffset(3)] |= 0x80;
+    FixTestChecksum(bank);
+    WriteTestFile(files.File("banks/first.syx"), bank);
+    OpenFilled();
+    const std::string question =
+        "One of these voices has bytes above 7F, which no instrument sends or takes. The file is "
+        "probably damaged there.\n\nDo you wish to take them all the same?";
+    for (const char *button : {"put", "newBank"}) {
+        for (const int answer : {ResultNo, ResultYes}) {
+            ClickRow(3);
+            Click(Button(button));
+            desktop.ExpectYesNo(question, answer);
+            RunPosted();
+            desktop.ExpectNothingLeft();
+            EXPECT_EQ(put.size() + banks.size(), answer == ResultYes ? 1 : 0) << button;
+        }
+        put.clear();
+        banks.clear();
+    }
+    ClickRow(4); // which has none
+    Click(Button("put"));
+    RunPosted();
+    EXPECT_EQ(put, std::vector<Strings>{{"VOICE 05"}});
+}
+
+TEST_F(ArchiveWindowView, AMinimizedWindowIsRestored) {
+    Open();
+    window->showMinimized();
+    ASSERT_TRUE(window->isMinimized());
+    ShowArchiveWindow();
+    EXPECT_FALSE(window->isMinimized());
+    EXPECT_TRUE(window->isVisible());
 }
 
 } // namespace
