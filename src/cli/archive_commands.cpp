@@ -13,6 +13,7 @@
 #include "core/dispatch.h"
 #include "extras/archive_index.h"
 #include "extras/archive_update.h"
+#include "extras/archive_voice.h"
 #include "extras/document_bytes.h"
 #include "extras/dump_reader.h"
 
@@ -216,19 +217,6 @@ template <class Work> int BringUp(const CliCall &call, ArchiveStorePointer store
 
 // ---- voices out of their files
 
-// The voice as it stands at one of its places, whichever still holds it.
-std::optional<KeptVoice> ReadAnyPlace(const ArchiveIndex &index, ArchiveVoiceNumber voice) {
-    const VoiceIdentity identity = VoiceInfo(index, voice).identity;
-    for (const ArchivePlaceNumber number : PlacesOf(index, voice)) {
-        const ArchivePlaceInfo place = PlaceInfo(index, number);
-        auto found = ReadVoiceAt(place.path.c_str(), place.place);
-        if (found && IdentityOf(found->Voice()) == identity) {
-            return found;
-        }
-    }
-    return std::nullopt;
-}
-
 // "16 hexadecimal digits" of a voice that is in the archive; nothing after telling, and `status`.
 std::optional<ArchiveVoiceNumber> VoiceOfWord(const ArchiveIndex &index, const char *word,
                                               int &status) {
@@ -389,13 +377,17 @@ int CliArchiveMakeBank(const CliCall &call) {
         if (!number) {
             return status;
         }
-        const auto voice = ReadAnyPlace(*archive.index, *number);
+        const auto places = PlacesOf(*archive.index, *number);
+        const auto voice =
+            places.empty()
+                ? std::nullopt
+                : ReadArchiveVoice(*archive.index, {.voice = *number, .place = places.front()});
         if (!voice) {
-            const std::size_t places = PlacesOf(*archive.index, *number).size();
             return TellFailure(
                 word, FormatText("none of its %llu place%s holds it any more: archive update looks "
                                  "where it is now",
-                                 static_cast<unsigned long long>(places), places == 1 ? "" : "s"));
+                                 static_cast<unsigned long long>(places.size()),
+                                 places.size() == 1 ? "" : "s"));
         }
         voices.push_back(*voice);
     }

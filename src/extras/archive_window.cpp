@@ -4,7 +4,7 @@
 
 #include "common/text.h"
 #include "core/dispatch.h"
-#include "extras/dump_reader.h"
+#include "extras/archive_voice.h"
 
 #include <algorithm>
 #include <set>
@@ -20,8 +20,6 @@ constexpr int WaitMilliseconds = 3000;
 // The archive is loaded anew no more often, and not for more of the time than a part of it.
 constexpr auto LeastTimeBetweenLoads = std::chrono::seconds(2);
 constexpr int LoadTimesBetweenLoads = 5;
-// Of the other places of a voice, how many are tried for its bytes.
-constexpr std::size_t PlacesTried = 50;
 
 void Tell(const std::function<void()> &call) {
     if (call) {
@@ -291,38 +289,6 @@ std::string UpperFolder(const std::string &path, std::size_t root, int steps) {
 }
 
 // ---- taking voices out
-
-std::optional<KeptVoice> ReadVoice(const ArchivePlaceInfo &place, VoiceIdentity identity) {
-    std::optional<KeptVoice> voice = ReadVoiceAt(place.path.c_str(), place.place);
-    if (voice && IdentityOf(voice->Voice()) != identity) {
-        voice.reset(); // the file has changed
-    }
-    return voice;
-}
-
-std::optional<KeptVoice> ReadVoice(const ArchiveIndex &index, ArchiveHit hit) {
-    const VoiceIdentity identity = VoiceInfo(index, hit.voice).identity;
-    const ArchivePlaceInfo chosen = PlaceInfo(index, hit.place);
-    if (auto voice = ReadVoice(chosen, identity)) {
-        return voice;
-    }
-    // Elsewhere it may have another name.
-    std::optional<KeptVoice> other;
-    const auto places = PlacesOf(index, hit.voice);
-    for (const ArchivePlaceNumber number : places.first(std::min(places.size(), PlacesTried))) {
-        const ArchivePlaceInfo place = PlaceInfo(index, number);
-        if (number == hit.place || (other && place.name != chosen.name)) {
-            continue;
-        }
-        if (auto voice = ReadVoice(place, identity)) {
-            if (place.name == chosen.name) {
-                return voice;
-            }
-            other = std::move(voice);
-        }
-    }
-    return other;
-}
 
 std::string NameOfHit(const ArchiveIndex &index, ArchiveHit hit) {
     return Latin1ToUtf8(PlaceInfo(index, hit.place).name);
@@ -611,7 +577,7 @@ ArchiveVoices ReadArchiveVoices(const ArchiveIndex &index, std::span<const Archi
         return read;
     }
     for (const ArchiveHit &hit : hits) {
-        std::optional<KeptVoice> voice = ReadVoice(index, hit);
+        std::optional<KeptVoice> voice = ReadArchiveVoice(index, hit);
         if (!voice) {
             return {.voices = {},
                     .error = "The voice \"" + NameOfHit(index, hit) +

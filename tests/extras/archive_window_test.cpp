@@ -200,6 +200,12 @@ TEST(ArchiveFolderChoices, HaveTheFoldersBelowEachThatWasAdded) {
               (Strings{"/a|/a", "/a/.b|/a/.b", "/a/.b/c|    c", "/a/d|    d"}));
     // All that there is.
     EXPECT_EQ(shown({{.path = "", .root = true}, {.path = "/a"}}), (Strings{"|/", "/a|    a"}));
+    // Names that begin alike.
+    EXPECT_EQ(shown({{.path = "/a", .root = true},
+                     {.path = "/a/d"},
+                     {.path = "/a-old", .root = true},
+                     {.path = "/a-old/e"}}),
+              (Strings{"/a|/a", "/a/d|    d", "/a-old|/a-old", "/a-old/e|    e"}));
     // Too many: three steps down would be 1,221, two steps are 111.
     std::vector<ArchiveFolder> folders = {{.path = "/a", .root = true}};
     const auto add = [&](const std::string &path) { folders.push_back({.path = path}); };
@@ -559,6 +565,21 @@ TEST_F(ArchiveWindowTest, AVoiceIsTakenFromAnotherPlaceWhereItsFileIsGoneOrOther
     EXPECT_TRUE(read.voices.empty());
     EXPECT_EQ(read.error, "The voice \"VOICE 09\" is not any more where it was found:\n\n" +
                               Banks() + "/first.syx\n\nUpdate the archive, and look for it again.");
+}
+
+TEST_F(ArchiveWindowTest, AVoiceIsTakenFromTheLastOfManyPlaces) {
+    fs::remove(files.File("banks/first.syx"));
+    for (int number = 10; number < 71; ++number) {
+        WriteTestFile(files.File("banks/" + std::to_string(number) + ".syx"), TestBank());
+    }
+    OpenWithBanks();
+    const ArchiveHit hit = Hit("voice 09");
+    for (int number = 10; number < 70; ++number) {
+        fs::remove(files.File("banks/" + std::to_string(number) + ".syx"));
+    }
+    const ArchiveVoices read = ReadArchiveVoices(*window->index, {&hit, 1});
+    ASSERT_EQ(read.voices.size(), 1u) << read.error;
+    EXPECT_EQ(read.voices[0].bytes, TestPackedVoice(8));
 }
 
 TEST_F(ArchiveWindowTest, APlaceWithTheSameNameGoesBeforeOneWithAnother) {
