@@ -18,87 +18,35 @@ constexpr std::uint8_t Any = 0xFF;
 constexpr std::size_t PackedSize = Dx7PackedVoiceSize;
 constexpr std::size_t SingleSize = Dx7Voice::operatorEnable;
 
-// The largest value of each byte of a packed voice, of which bits that no parameter has are 0.
-constexpr std::array<std::uint8_t, PackedSize> PackedLimits = [] {
-    constexpr std::array<std::uint8_t, Dx7PackedOperatorSize> block = {
-        99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 0x0F, 0x77, 0x1F, 99, 0x3F, 99};
-    constexpr std::array<std::uint8_t, PackedSize - 6 *Dx7PackedOperatorSize> common = {
-        99,
-        99,
-        99,
-        99,
-        99,
-        99,
-        99,
-        99,
-        31,
-        0x0F,
-        99,
-        99,
-        99,
-        99,
-        0x7B,
-        48,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName,
-        LargestOfName};
-    std::array<std::uint8_t, PackedSize> limits{};
+// The limits of six operators, and behind them those of the voice, whose name fills the rest.
+template <std::size_t Size, std::size_t OperatorSize, std::size_t CommonSize>
+constexpr std::array<std::uint8_t, Size>
+Dx7Limits(const std::array<std::uint8_t, OperatorSize> &block,
+          const std::array<std::uint8_t, CommonSize> &common) {
+    static_assert(Dx7OperatorCount * OperatorSize + CommonSize + Dx7NameSize == Size);
+    std::array<std::uint8_t, Size> limits{};
     auto to = limits.begin();
     for (std::size_t n = 0; n < Dx7OperatorCount; ++n) {
         to = std::ranges::copy(block, to).out;
     }
-    std::ranges::copy(common, to);
+    to = std::ranges::copy(common, to).out;
+    std::fill(to, limits.end(), LargestOfName);
     return limits;
-}();
+}
+
+// The largest value of each byte of a packed voice, of which bits that no parameter has are 0.
+constexpr auto PackedLimits =
+    Dx7Limits<PackedSize>(std::to_array<std::uint8_t>({99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99,
+                                                       0x0F, 0x77, 0x1F, 99, 0x3F, 99}),
+                          std::to_array<std::uint8_t>({99, 99, 99, 99, 99, 99, 99, 99, 31, 0x0F, 99,
+                                                       99, 99, 99, 0x7B, 48}));
 
 // The same of a voice of a single-voice dump.
-constexpr std::array<std::uint8_t, SingleSize> SingleLimits = [] {
-    constexpr std::array<std::uint8_t, Dx7OperatorSize> block = {
-        99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 3, 3, 7, 3, 7, 99, 1, 31, 99, 14};
-    constexpr std::array<std::uint8_t, SingleSize - 6 *Dx7OperatorSize> common = {99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  31,
-                                                                                  7,
-                                                                                  1,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  99,
-                                                                                  1,
-                                                                                  5,
-                                                                                  7,
-                                                                                  48,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName,
-                                                                                  LargestOfName};
-    std::array<std::uint8_t, SingleSize> limits{};
-    auto to = limits.begin();
-    for (std::size_t n = 0; n < Dx7OperatorCount; ++n) {
-        to = std::ranges::copy(block, to).out;
-    }
-    std::ranges::copy(common, to);
-    return limits;
-}();
+constexpr auto SingleLimits =
+    Dx7Limits<SingleSize>(std::to_array<std::uint8_t>({99, 99, 99, 99, 99, 99, 99, 99, 99, 99, 99,
+                                                       3,  3,  7,  3,  7,  99, 1,  31, 99, 14}),
+                          std::to_array<std::uint8_t>({99, 99, 99, 99, 99, 99, 99, 99, 31, 7, 1, 99,
+                                                       99, 99, 99, 1, 5, 7, 48}));
 
 constexpr std::array<std::uint8_t, 150> RefaceLimits = [] {
     // Transpose and pitch bend, to 24 semitones up and down: our files count from 40, the
