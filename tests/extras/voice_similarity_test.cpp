@@ -218,8 +218,8 @@ template <class Make> int FoundAgain(const Family &family, int trials, Make make
     }
     int found = 0;
     for (int trial = 0; trial < trials; ++trial) {
-        const std::size_t original = random() % voices.size();
-        const Bytes edited = Edited(family, voices[original], random);
+        const std::size_t source = random() % voices.size();
+        const Bytes edited = Edited(family, voices[source], random);
         const VoiceComparison comparison = CompareWith(FeaturesOf({family.form, edited}));
         float least = std::numeric_limits<float>::max();
         bool alone = false;
@@ -227,7 +227,7 @@ template <class Make> int FoundAgain(const Family &family, int trials, Make make
             const float distance = DistanceWithin(comparison, features[voice], least);
             if (distance < least) {
                 least = distance;
-                alone = voice == original;
+                alone = voice == source;
             } else if (distance == least) {
                 alone = false;
             }
