@@ -595,7 +595,7 @@ std::string ArchiveSourceText(const ArchiveIndex &index, std::span<const Archive
     for (const ArchiveHit &hit : hits) {
         paths.insert(PlaceInfo(index, hit.place).path);
     }
-    return paths.size() == 1 ? *paths.begin() : "Archive";
+    return paths.size() == 1 ? *paths.begin() : ArchiveSource;
 }
 
 } // namespace tonewright

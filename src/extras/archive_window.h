@@ -134,7 +134,8 @@ struct ArchiveVoices {
 // where it was found. They are of one family, and at most as many as a bank holds; else, and where
 // one of them is nowhere any more, there is an error.
 ArchiveVoices ReadArchiveVoices(const ArchiveIndex &index, std::span<const ArchiveHit> hits);
-// Where voices come from: the file of one, or of all; else "Archive".
+// Where voices come from: the file of one, or of all; else ArchiveSource.
+constexpr const char *ArchiveSource = "Archive";
 std::string ArchiveSourceText(const ArchiveIndex &index, std::span<const ArchiveHit> hits);
 
 } // namespace tonewright

@@ -188,7 +188,7 @@ int TakeIntoList(QWidget *owner, const DumpContents &contents, std::span<const s
     if (!TheListAccess.PutVoices || !MayBeTaken(owner, voices)) {
         return 0;
     }
-    return std::max(0, TheListAccess.PutVoices(owner, row, voices));
+    return std::max(0, TheListAccess.PutVoices(owner, row, voices, contents.path));
 }
 
 std::string PutInWords(int row, int put, std::size_t wanted) {

@@ -24,9 +24,11 @@ struct ListAccess {
     // Puts voices of one family into the list, from the row on downward: a level of undo, changed,
     // selected is the row behind the last one. Voices behind the last row are left out. Where the
     // list is of the other family, or empty, the user is asked whether a new bank shall hold them
-    // (NewBank), and where Undo cannot keep it, whether to go on. How many were put; -1: the user
-    // did not want it.
-    std::function<int(QWidget *owner, int row, std::span<const KeptVoice> voices)> PutVoices;
+    // (NewBank, with `source`), and where Undo cannot keep it, whether to go on. How many were put;
+    // -1: the user did not want it.
+    std::function<int(QWidget *owner, int row, std::span<const KeptVoice> voices,
+                      const std::string &source)>
+        PutVoices;
     // Replaces the list by these voices of one family, filled up to a bank by initial voices: a
     // question about unsaved changes, a level of undo (without one, a question), changed. The
     // document takes the family's default name, so that a save asks for one; `source`, where the

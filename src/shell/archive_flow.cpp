@@ -31,7 +31,7 @@ void DropArchiveVoices(int row, const std::vector<std::uint8_t> &parcel) {
     if (!MayTakeHighBytes(TheShellWindow.window, put)) {
         return;
     }
-    const int count = TheListAccess.PutVoices(TheShellWindow.window, row, put);
+    const int count = TheListAccess.PutVoices(TheShellWindow.window, row, put, ArchiveSource);
     if (count >= 0 && static_cast<std::size_t>(count) < put.size()) {
         ShowMessage(TheShellWindow.window,
                     ArchivePutText(static_cast<std::size_t>(count), put.size()));

@@ -112,7 +112,8 @@ bool NewBank(QWidget *owner, std::span<const KeptVoice> voices, const std::strin
     return true;
 }
 
-int PutVoices(QWidget *owner, int row, std::span<const KeptVoice> voices) {
+int PutVoices(QWidget *owner, int row, std::span<const KeptVoice> voices,
+              const std::string &source) {
     if (voices.empty()) {
         return 0;
     }
@@ -120,7 +121,7 @@ int PutVoices(QWidget *owner, int row, std::span<const KeptVoice> voices) {
     const DriverId family = FamilyOfForm(voices.front().form);
     if (const std::string why = WhyNewBank(family); !why.empty()) {
         if (AskYesNo(owner, why + "\n\nDo you wish to make a new bank of them?") != ResultYes ||
-            !NewBank(owner, voices, "")) {
+            !NewBank(owner, voices, source)) {
             return -1;
         }
         return std::min(static_cast<int>(voices.size()), ListCount(MainList));

@@ -2,7 +2,9 @@
 #include "shell/list_access_shell.h"
 
 #include "extras/list_access.h"
+#include "extras/voice_parcel.h"
 #include "midi/midi_api.h"
+#include "shell/archive_flow.h"
 #include "shell/command_queue.h"
 #include "shell/list_origin.h"
 #include "shell_fixture.h"
@@ -40,8 +42,8 @@ protected:
         }
         return {VoiceForm::Reface, bytes};
     }
-    static int Put(int row, const std::vector<KeptVoice> &voices) {
-        return TheListAccess.PutVoices(nullptr, row, voices);
+    static int Put(int row, const std::vector<KeptVoice> &voices, const std::string &source = "") {
+        return TheListAccess.PutVoices(nullptr, row, voices, source);
     }
     static bool NewBank(const std::vector<KeptVoice> &voices, const std::string &source = "") {
         return TheListAccess.NewBank(nullptr, voices, source);
@@ -129,6 +131,32 @@ TEST_F(ListAccessTest, DetunesKeepAllFourBitsWhateverTheSettingSays) {
     MainListState.dirty = false;
     ASSERT_TRUE(NewBank(voices));
     EXPECT_EQ(PayloadAt(0)[20], 15);
+}
+
+// ---- dropped on a row
+
+TEST_F(ListAccessTest, BytesThatNoInstrumentTakesAreAskedAboutWhereTheyAreDropped) {
+    auto voices = Found(3);
+    voices[1].bytes[0] |= 0x80;
+    voices[2].bytes[5] |= 0x80;
+    const std::string question =
+        "2 of these voices have bytes above 7F, which no instrument sends or takes. The file is "
+        "probably damaged there.\n\nDo you wish to take them all the same?";
+    const auto before = MainList.items;
+    desktop.ExpectYesNo(question, ResultNo);
+    DropArchiveVoices(4, PackVoices(voices));
+    EXPECT_EQ(MainList.items, before);
+    desktop.ExpectYesNo(question, ResultYes);
+    DropArchiveVoices(4, PackVoices(voices));
+    EXPECT_EQ(NameAt(6), "FOUND C");
+    voices.resize(1); // which has none
+    DropArchiveVoices(9, PackVoices(voices));
+    EXPECT_EQ(NameAt(9), "FOUND A");
+    MainListState.dirty = false;
+    ListReset(MainList);
+    desktop.ExpectYesNo("The list is empty.\n\nDo you wish to make a new bank of them?", ResultYes);
+    DropArchiveVoices(0, PackVoices(voices));
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, 12), "From Archive");
 }
 
 // ---- the other family, and an empty list
@@ -274,7 +302,8 @@ TEST_F(ListAccessTest, AnEmptyListTakesThemAsANewBankAfterAQuestion) {
     EXPECT_EQ(Put(-1, Found(2)), -1);
     EXPECT_EQ(ListCount(MainList), 0);
     desktop.ExpectYesNo(question, ResultYes);
-    EXPECT_EQ(Put(-1, Found(2)), 2);
+    EXPECT_EQ(Put(-1, Found(2), "/dumps/two.syx"), 2);
+    EXPECT_EQ(desktop.statusTexts.back().substr(0, 19), "From /dumps/two.syx");
     EXPECT_EQ(ListCount(MainList), 32);
     EXPECT_EQ(Names(0, 2), (Strings{"FOUND A", "FOUND B", "INIT VOICE"}));
 }

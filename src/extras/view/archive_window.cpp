@@ -561,14 +561,16 @@ private:
     }
 
     void PutLater(const ArchiveTable *from) {
-        WithVoicesLater(from->SelectedHits(),
-                        [this](const std::vector<KeptVoice> &voices, const Hits &) {
-                            if (TheListAccess.PutVoices && TheListAccess.SelectedRow &&
-                                MayTakeHighBytes(this, voices)) {
-                                const int row = TheListAccess.SelectedRow();
-                                TellPut(TheListAccess.PutVoices(this, row, voices), voices.size());
-                            }
-                        });
+        WithVoicesLater(from->SelectedHits(), [this, index = state.index](
+                                                  const std::vector<KeptVoice> &voices,
+                                                  const Hits &hits) {
+            if (TheListAccess.PutVoices && TheListAccess.SelectedRow &&
+                MayTakeHighBytes(this, voices)) {
+                const int row = TheListAccess.SelectedRow();
+                TellPut(TheListAccess.PutVoices(this, row, voices, ArchiveSourceText(*index, hits)),
+                        voices.size());
+            }
+        });
     }
 
     void TellPut(int count, std::size_t wanted) {

@@ -53,12 +53,15 @@ protected:
         WriteTestFile(files.File("banks/first.syx"), TestBank());
         TheListAccess = {
             .Post = [this](std::function<void()> work) { posted.push_back(std::move(work)); },
+            .RowCount = [] { return 32; },
             .SelectedRow = [] { return 5; },
             .PutVoices =
-                [this](QWidget *owner, int row, std::span<const KeptVoice> voices) {
+                [this](QWidget *owner, int row, std::span<const KeptVoice> voices,
+                       const std::string &from) {
                     EXPECT_EQ(owner, window);
                     EXPECT_EQ(row, 5);
                     put.push_back(NamesOf(voices));
+                    source = from;
                     return static_cast<int>(voices.size());
                 },
             .NewBank =
@@ -363,6 +366,7 @@ TEST_F(ArchiveWindowView, ReturnAndADoubleClickPutTheSelectedVoicesIntoTheList) 
     EXPECT_TRUE(put.empty()); // not before what runs has ended
     RunPosted();
     EXPECT_EQ(put, std::vector<Strings>{{"VOICE 04"}});
+    EXPECT_EQ(source, Banks() + "/first.syx");
     EXPECT_EQ(Label("progressText"), "1 voice put into the list.");
     put.clear();
     ClickRow(5, Qt::LeftButton, Qt::ShiftModifier);
